@@ -1,0 +1,75 @@
+# Windows: WFINFO.dll, the small host wrenfold.exe, and the tests of the exports under Wine.
+
+# The catalogue printer runs on the building machine.
+find_program(WFINFO_NATIVE_CXX NAMES g++ c++ REQUIRED)
+set(printer ${CMAKE_BINARY_DIR}/print_catalogue)
+file(GLOB catalogue_rows CONFIGURE_DEPENDS catalogue/*.def)
+add_custom_command(
+  OUTPUT ${printer}
+  COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}/src -I${CMAKE_SOURCE_DIR}/catalogue
+          ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp -o ${printer}
+  DEPENDS tools/print_catalogue.cpp src/catalogue/rows.cpp src/catalogue/rows.h src/catalogue/row_macros.h
+          ${catalogue_rows}
+  COMMENT "Building the catalogue printer")
+set(printed ${WFINFO_OUT}/WFINFO.def ${WFINFO_OUT}/wfinfo.h ${WFINFO_OUT}/reference.md ${WFINFO_OUT}/reference.json)
+add_custom_command(
+  OUTPUT ${printed}
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${WFINFO_OUT}
+  COMMAND ${printer} def > ${WFINFO_OUT}/WFINFO.def
+  COMMAND ${printer} header > ${WFINFO_OUT}/wfinfo.h
+  COMMAND ${printer} markdown > ${WFINFO_OUT}/reference.md
+  COMMAND ${printer} json > ${WFINFO_OUT}/reference.json
+  DEPENDS ${printer}
+  COMMENT "Printing definition file, header and reference")
+add_custom_target(catalogue_files DEPENDS ${printed})
+
+# What the library's own code is compiled with: host text literals in code page 932, no exceptions, no RTTI.
+set(library_options -fexec-charset=CP932 -fno-exceptions -fno-rtti -fstack-protector-strong)
+# Hardening of everything linked: address randomisation over 64 bits, no executable data, reproducible headers.
+set(hardening -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
+
+target_compile_options(wfinfo_pure PRIVATE ${library_options})
+
+add_library(WFINFO SHARED ${windows_sources} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
+add_dependencies(WFINFO catalogue_files)
+set_source_files_properties(${windows_sources} PROPERTIES OBJECT_DEPENDS "${catalogue_rows}")
+set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;65001")
+target_include_directories(WFINFO PRIVATE src catalogue resources)
+target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options}>)
+target_link_libraries(WFINFO PRIVATE wfinfo_pure)
+target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong)
+set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREFIX lib
+  RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT} ARCHIVE_OUTPUT_DIRECTORY ${WFINFO_OUT})
+
+# The small host, with a copy of the library beside it.
+file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
+if(host_sources)
+  add_executable(wrenfold ${host_sources})
+  target_include_directories(wrenfold PRIVATE host src catalogue)
+  target_compile_definitions(wrenfold PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+  target_link_libraries(wrenfold PRIVATE wfinfo_pure)
+  target_link_options(wrenfold PRIVATE ${hardening} -municode)
+  set_target_properties(wrenfold PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT}/host)
+  add_custom_command(TARGET wrenfold POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> ${WFINFO_OUT}/host/WFINFO.dll)
+  add_dependencies(wrenfold WFINFO)
+endif()
+
+# Tests of the exports: each one process of its own, so that a crash or a left-over state stays its own.
+enable_testing()
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+include(GoogleTest)
+file(GLOB dll_test_sources CONFIGURE_DEPENDS tests/dll/*.cpp tests/support/*.cpp)
+add_executable(dll_tests ${dll_test_sources})
+add_dependencies(dll_tests catalogue_files)
+target_include_directories(dll_tests PRIVATE tests src catalogue ${WFINFO_OUT})
+target_compile_definitions(dll_tests PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601
+  WFINFO_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+target_link_libraries(dll_tests PRIVATE WFINFO wfinfo_pure GTest::gmock)
+add_custom_command(TARGET dll_tests POST_BUILD
+  COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> $<TARGET_FILE_DIR:dll_tests>)
+# Further test programs and doubles (children, libraries) stand in a file beside them.
+if(EXISTS ${CMAKE_SOURCE_DIR}/tests/doubles/doubles.cmake)
+  include(tests/doubles/doubles.cmake)
+endif()

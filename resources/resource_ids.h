@@ -1,0 +1,2 @@
+// Numbers of the library's resources.
+#pragma once

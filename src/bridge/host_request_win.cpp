@@ -1,0 +1,47 @@
+#include "bridge/host_request_win.h"
+
+#include "bridge/host_protocol.h"
+#include "bridge/host_window_win.h"
+#include "bridge/results_win.h"
+
+namespace wfinfo {
+namespace {
+
+Slot SendTo(HWND window, int code, Slot* block) {
+  if (window == nullptr) return 0;
+  return SendMessageA(window, kHostRequest, static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(block));
+}
+
+const char* TextOf(Slot answer) {
+  return answer == 0 ? kNoText : reinterpret_cast<const char*>(static_cast<INT_PTR>(answer));
+}
+
+}  // namespace
+
+Slot SendHostRequest(int code, Slot* block) {
+  return SendTo(FindHostWindow(SearchMode::kFrameTarget, false, static_cast<unsigned>(code)), code, block);
+}
+
+const char* SendHostRequestStr(int code, Slot* block) { return TextOf(SendHostRequest(code, block)); }
+
+Slot SendViewRequest(int code, Slot* block) {
+  return SendTo(FindHostWindow(SearchMode::kOuterViewOnly, false, static_cast<unsigned>(code)), code, block);
+}
+
+Slot SendFrameRequest(int code, Slot* block) {
+  return SendTo(FindActiveFrame(static_cast<unsigned>(code)), code, block);
+}
+
+const char* SendFrameRequestStr(int code, Slot* block) { return TextOf(SendFrameRequest(code, block)); }
+
+Slot SendHostCommand(int command) {
+  const HWND window = FindHostWindow(SearchMode::kFrameTarget, false, 0);
+  return window == nullptr ? 0 : SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+}
+
+Slot StartHostCommand(int command) {
+  Slot block[] = {command};
+  return SendFrameRequest(kCodeStartCommand, block);
+}
+
+}  // namespace wfinfo

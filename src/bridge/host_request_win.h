@@ -1,0 +1,31 @@
+// Host requests: one synchronous private message to a window of the host, and the host's answer.
+#pragma once
+
+#include <windows.h>
+
+namespace wfinfo {
+
+// One slot of an argument block: an integer widened to 64 bits, or a pointer.
+using Slot = long long;
+
+inline Slot ToSlot(long long value) { return value; }
+inline Slot ToSlot(unsigned long long value) { return static_cast<Slot>(value); }
+inline Slot ToSlot(int value) { return value; }
+inline Slot ToSlot(unsigned value) { return value; }
+inline Slot ToSlot(const void* pointer) { return static_cast<Slot>(reinterpret_cast<INT_PTR>(pointer)); }
+
+// The dispatchers. `block` is the address of the first slot, or null for a code without arguments; the host may
+// write to it. The result is the host's answer, 0 without a window or after a refusal; the text forms give "" for 0.
+Slot SendHostRequest(int code, Slot* block = nullptr);
+const char* SendHostRequestStr(int code, Slot* block = nullptr);
+Slot SendViewRequest(int code, Slot* block = nullptr);
+Slot SendFrameRequest(int code, Slot* block = nullptr);
+const char* SendFrameRequestStr(int code, Slot* block = nullptr);
+
+// Runs a menu command of the frame and waits; refused while a modal dialog shows.
+Slot SendHostCommand(int command);
+
+// Has the frame start a menu command without waiting for its end (code 57).
+Slot StartHostCommand(int command);
+
+}  // namespace wfinfo

@@ -1,0 +1,197 @@
+#include "bridge/host_window_win.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+#include "bridge/host_protocol.h"
+#include "bridge/language_win.h"
+#include "bridge/report_win.h"
+
+namespace wfinfo {
+
+int g_inExecAt = 0;
+
+namespace {
+
+// Function codes that may be sent while a modal dialog of the host is open.
+constexpr unsigned kAllowedDuringDialog[] = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
+
+constexpr int kClassRoom = 32;       // characters read of an active window's or a dialog's class
+constexpr int kClassRoomWide = 100;  // characters read of an enumerated window's class
+
+// A window with its class name, read with the room that the search at hand uses.
+struct ClassedWindow {
+  HWND window;
+  int room;
+  char name[kClassRoomWide];
+
+  ClassedWindow(HWND of, int characters) : window(of), room(characters) { ReadClass(); }
+  void ReadClass() {
+    if (GetClassNameA(window, name, room) == 0) name[0] = '\0';
+  }
+  bool Is(const char* other) const { return std::strcmp(name, other) == 0; }
+  bool IsUsedOuterView() const { return Is(kOuterViewClass) && GetWindowLongPtrA(window, GWLP_USERDATA) != 0; }
+  // A frame or outer view may name another window that acts for it.
+  void FollowActiveView() {
+    if (!Is(kFrameClass) && !IsUsedOuterView()) return;
+    const auto acting = reinterpret_cast<HWND>(SendMessageA(window, kHostGetActiveView, 0, 0));
+    if (acting == nullptr) return;
+    window = acting;
+    ReadClass();
+  }
+};
+
+bool BelongsToCaller(HWND window) {
+  DWORD process = 0;
+  return GetWindowThreadProcessId(window, &process) == GetCurrentThreadId() && process == GetCurrentProcessId();
+}
+
+HWND RequestTargetOf(HWND frame) {
+  return reinterpret_cast<HWND>(SendMessageA(frame, kHostGetRequestTarget, 0, 0));
+}
+
+bool IsAllowedDuringDialog(unsigned function_code) {
+  return std::find(std::begin(kAllowedDuringDialog), std::end(kAllowedDuringDialog), function_code) !=
+         std::end(kAllowedDuringDialog);
+}
+
+// Shown at once, past the error callback and the log: the host is busy in a dialog.
+void RefuseDuringDialog(unsigned function_code) {
+  char text[256];
+  wsprintfA(text,
+            Chosen({"WFINFO.DLL: Cannot proceed because a dialog box showing.\nfunction code = %u",
+                    "WFINFO.DLL: ダイアログボックス表示中なので処理できません。\n関数コード = %u"}),
+            function_code);
+  MessageBoxA(nullptr, text, nullptr, MB_ICONHAND | MB_SYSTEMMODAL);
+}
+
+void RefuseOnEditor(unsigned function_code) {
+  char text[256];
+  wsprintfA(text,
+            Chosen({"A WFINFO.dll function called on editor window but it cannot be executable on editor.\n"
+                    "function code = %u",
+                    "エディタ上で実行できないWFInfo.dll呼び出しが行われました。\n関数コード = %u"}),
+            function_code);
+  ReportError(text);
+}
+
+enum class Outcome { kSearchOn, kFound, kTestModality };
+struct Candidate {
+  Outcome outcome;
+  HWND window;
+};
+
+Candidate FromActiveWindow(SearchMode mode) {
+  const HWND active = GetActiveWindow();
+  if (active == nullptr || !BelongsToCaller(active)) return {Outcome::kSearchOn, nullptr};
+  if (mode == SearchMode::kAnyThreadWindow) return {Outcome::kFound, active};
+  ClassedWindow candidate(active, kClassRoom);
+  candidate.FollowActiveView();
+  if (candidate.Is(kFrameClass)) {
+    return {Outcome::kFound, mode == SearchMode::kOuterViewOnly ? nullptr : RequestTargetOf(candidate.window)};
+  }
+  if (candidate.IsUsedOuterView()) return {Outcome::kFound, candidate.window};
+  return {Outcome::kSearchOn, nullptr};
+}
+
+Candidate FromTopLevelWindow(HWND window, SearchMode mode) {
+  if (mode == SearchMode::kAnyThreadWindow) return {Outcome::kTestModality, window};
+  ClassedWindow candidate(window, kClassRoomWide);
+  candidate.FollowActiveView();
+  if (candidate.Is(kFrameClass)) {
+    if (mode == SearchMode::kOuterViewOnly) return {Outcome::kFound, nullptr};
+    return {Outcome::kTestModality, g_inExecAt != 0 ? candidate.window : RequestTargetOf(candidate.window)};
+  }
+  if (candidate.IsUsedOuterView()) return {Outcome::kTestModality, candidate.window};
+  if (candidate.Is(kHtmlViewerClass)) return {Outcome::kFound, candidate.window};
+  return {Outcome::kSearchOn, nullptr};
+}
+
+Candidate FromEnumeration(SearchMode mode) {
+  for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
+    if (!BelongsToCaller(window)) continue;
+    const Candidate candidate = FromTopLevelWindow(window, mode);
+    if (candidate.outcome != Outcome::kSearchOn) return candidate;
+  }
+  return {Outcome::kTestModality, nullptr};
+}
+
+HWND AfterModalTest(HWND window, bool want_popup, unsigned function_code) {
+  const HWND popup = GetLastActivePopup(window);
+  if (want_popup) return popup;
+  if (popup == window || IsWindowEnabled(window) || IsAllowedDuringDialog(function_code)) return window;
+  // Without a window nothing shows a dialog, and nothing is refused.
+  if (window != nullptr) RefuseDuringDialog(function_code);
+  return nullptr;
+}
+
+}  // namespace
+
+HWND FindHostWindow(SearchMode mode, bool want_popup, unsigned function_code) {
+  Candidate candidate = FromActiveWindow(mode);
+  if (candidate.outcome == Outcome::kSearchOn) candidate = FromEnumeration(mode);
+  if (candidate.outcome == Outcome::kFound) return candidate.window;
+  return AfterModalTest(candidate.window, want_popup, function_code);
+}
+
+HWND FindAnyFrame() {
+  HWND first = nullptr;
+  for (HWND frame = nullptr; (frame = FindWindowExA(nullptr, frame, kFrameClass, nullptr)) != nullptr;) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(frame, &process);
+    if (process == GetCurrentProcessId()) return frame;
+    if (first == nullptr) first = frame;
+  }
+  return first;
+}
+
+HWND FindActiveFrame(unsigned function_code) {
+  HWND frame = GetActiveWindow();
+  if (frame == nullptr || !HasClass(frame, kFrameClass)) frame = FindAnyFrame();
+  if (frame == nullptr) return nullptr;
+  if (GetLastActivePopup(frame) != frame && !IsWindowEnabled(frame) && !IsAllowedDuringDialog(function_code)) {
+    RefuseDuringDialog(function_code);
+    return nullptr;
+  }
+  const auto acting = reinterpret_cast<HWND>(SendMessageA(frame, kHostGetActiveView, 0, 0));
+  const HWND target = acting != nullptr ? acting : frame;
+  const bool is_frame = acting == nullptr || HasClass(target, kFrameClass);
+  if (!is_frame || GetWindowThreadProcessId(target, nullptr) != GetCurrentThreadId()) {
+    RefuseOnEditor(function_code);
+    return nullptr;
+  }
+  return target;
+}
+
+bool HasClass(HWND window, const char* name) {
+  char class_name[kClassRoom];
+  return GetClassNameA(window, class_name, kClassRoom) != 0 && std::strcmp(class_name, name) == 0;
+}
+
+HWND* ListThreadDialogs() {
+  const DWORD thread = GetCurrentThreadId();
+  const auto each = [thread](auto&& visit) {
+    for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
+      if (GetWindowThreadProcessId(window, nullptr) == thread && HasClass(window, kDialogClass)) visit(window);
+    }
+  };
+  SIZE_T count = 0;
+  each([&count](HWND) { ++count; });
+  if (count == 0) return nullptr;
+  auto* dialogs = static_cast<HWND*>(LocalAlloc(LPTR, (count + 1) * sizeof(HWND)));
+  if (dialogs == nullptr) return nullptr;
+  SIZE_T filled = 0;
+  each([&](HWND window) {
+    if (filled < count) dialogs[filled++] = window;
+  });
+  return dialogs;
+}
+
+HWND MessageBoxOwner() {
+  HWND window = FindHostWindow(SearchMode::kFrameTarget, true, 0);
+  if (window == nullptr) window = FindHostWindow(SearchMode::kAnyThreadWindow, true, 0);
+  return window == nullptr ? nullptr : GetLastActivePopup(window);
+}
+
+}  // namespace wfinfo

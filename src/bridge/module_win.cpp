@@ -1,0 +1,56 @@
+#include "bridge/module_win.h"
+
+#include <cstring>
+#include <string_view>
+
+#include "text/host_text.h"
+
+namespace wfinfo {
+
+HINSTANCE g_hInstance = nullptr;
+
+namespace {
+
+// Where the last path component of `path` begins.
+std::size_t FileNameStart(std::string_view path) {
+  std::size_t start = 0;
+  for (std::size_t at = 0; at < path.size();) {
+    const std::size_t length = UnitLength(path.substr(at));
+    if (length == 1 && path[at] == '\\') start = at + 1;
+    at += length;
+  }
+  return start;
+}
+
+bool Append(char* path, std::size_t at, std::size_t room, std::string_view tail) {
+  if (at + tail.size() >= room) return false;
+  std::memcpy(path + at, tail.data(), tail.size());
+  path[at + tail.size()] = '\0';
+  return true;
+}
+
+}  // namespace
+
+bool PathBesideLibrary(const char* name, char* path, std::size_t room) {
+  const DWORD length = GetModuleFileNameA(g_hInstance, path, static_cast<DWORD>(room));
+  if (length == 0 || length >= room) return false;
+  return Append(path, FileNameStart({path, length}), room, name);
+}
+
+HMODULE LoadSystemLibrary(const char* name) {
+  HMODULE module = GetModuleHandleA(name);
+  if (module != nullptr) return module;
+  char path[MAX_PATH + 64];
+  const UINT length = GetSystemDirectoryA(path, MAX_PATH);
+  if (length > 0 && length < MAX_PATH && Append(path, length, sizeof path, "\\") &&
+      Append(path, length + 1, sizeof path, name)) {
+    module = LoadLibraryA(path);
+  }
+  return module != nullptr ? module : LoadLibraryA(name);
+}
+
+void BindProcTable(HMODULE module, const ProcSlot* table) {
+  for (; table->slot != nullptr; ++table) *table->slot = ProcOf<void*>(module, table->name);
+}
+
+}  // namespace wfinfo

@@ -1,0 +1,58 @@
+#include "bridge/registry_binding_win.h"
+
+#include "bridge/module_win.h"
+
+namespace wfinfo {
+namespace {
+
+RegistryBinding Bind() {
+  char path[MAX_PATH];
+  const HMODULE redirection =
+      PathBesideLibrary("TmRegIni.dll", path, sizeof path) ? LoadLibraryA(path) : nullptr;
+  RegistryBinding bound{};
+  if (redirection != nullptr) {
+    bound.open_key = ProcOf<decltype(bound.open_key)>(redirection, "TmRegOpenKeyEx");
+    bound.query_value = ProcOf<decltype(bound.query_value)>(redirection, "TmRegQueryValueEx");
+    bound.close_key = ProcOf<decltype(bound.close_key)>(redirection, "TmRegCloseKey");
+    return bound;
+  }
+  HMODULE advapi = GetModuleHandleA("ADVAPI32.DLL");
+  if (advapi == nullptr) advapi = LoadLibraryA("ADVAPI32.DLL");
+  if (advapi == nullptr) return bound;
+  bound.open_key = ProcOf<decltype(bound.open_key)>(advapi, "RegOpenKeyExA");
+  bound.query_value = ProcOf<decltype(bound.query_value)>(advapi, "RegQueryValueExA");
+  bound.close_key = ProcOf<decltype(bound.close_key)>(advapi, "RegCloseKey");
+  return bound;
+}
+
+RegistryBinding g_registry;
+bool g_registryBound = false;
+
+}  // namespace
+
+const RegistryBinding& Registry() {
+  if (!g_registryBound) {
+    g_registry = Bind();
+    g_registryBound = true;
+  }
+  return g_registry;
+}
+
+ConfigKey::ConfigKey(REGSAM access) {
+  const RegistryBinding& registry = Registry();
+  if (!registry.IsComplete() ||
+      registry.open_key(HKEY_CURRENT_USER, kConfigKey, 0, access, &key_) != ERROR_SUCCESS) {
+    key_ = nullptr;
+  }
+}
+
+ConfigKey::~ConfigKey() {
+  if (key_ != nullptr) Registry().close_key(key_);
+}
+
+bool ConfigKey::Read(const char* name, void* buffer, DWORD* size) const {
+  return key_ != nullptr && Registry().query_value(key_, name, nullptr, nullptr, static_cast<BYTE*>(buffer),
+                                                   size) == ERROR_SUCCESS;
+}
+
+}  // namespace wfinfo

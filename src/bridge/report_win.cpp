@@ -1,0 +1,47 @@
+#include "bridge/report_win.h"
+
+#include <windows.h>
+
+#include <cstring>
+
+#include "bridge/debug_log_win.h"
+#include "bridge/host_protocol.h"
+#include "bridge/host_window_win.h"
+#include "text/host_text.h"
+
+namespace wfinfo {
+
+int g_useEnglish = 0;
+ErrorCallback g_errorCallback = nullptr;
+
+namespace {
+
+constexpr char kPrefix[] = "WFINFO.DLL: ";
+constexpr std::size_t kMessageRoom = 512;
+constexpr std::size_t kTextLimit = 496;      // of the text behind the prefix, terminator included
+constexpr UINT_PTR kCheckedLength = 0x100000;  // bytes of a text parameter that are looked at
+
+}  // namespace
+
+void ReportError(const char* text) {
+  char message[kMessageRoom];
+  std::memcpy(message, kPrefix, sizeof kPrefix);
+  CopyWithinLimit(message + sizeof kPrefix - 1, text, kTextLimit);
+  // A last guard: with the limits above it cannot fire.
+  if (std::strlen(message) >= kMessageRoom - 1) *static_cast<volatile int*>(nullptr) = 0;
+  if (g_errorCallback != nullptr) {
+    g_errorCallback(message);
+    return;
+  }
+  WriteDebugLog(message, kLogGeneral);
+  MessageBoxA(MessageBoxOwner(), message, nullptr, MB_ICONHAND);
+}
+
+int CheckStringParam(const void* text) {
+  if (!IsBadStringPtrA(static_cast<LPCSTR>(text), kCheckedLength)) return 0;
+  ReportError({"String parameter missing or numeric parameter specified that should be string.",
+               "文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。"});
+  return 1;
+}
+
+}  // namespace wfinfo

@@ -1,0 +1,25 @@
+// Telling the user of an error, and the check that every text parameter passes first.
+#pragma once
+
+#include "bridge/language_win.h"
+
+namespace wfinfo {
+
+// A host function that takes a finished message; its result is ignored.
+using ErrorCallback = void (*)(const char* text);
+extern ErrorCallback g_errorCallback;
+
+// Puts "WFINFO.DLL: " in front of `text`, cuts it to 495 bytes of text without splitting a unit, and hands it to
+// the host's callback, or else writes it to the debug log and shows it in a message box of the host.
+void ReportError(const char* text);
+inline void ReportError(const Message& message) { ReportError(Chosen(message)); }
+
+// 0 when `text` is a readable zero-terminated text; 1, after reporting, when it is not (null included).
+int CheckStringParam(const void* text);
+
+// True when `text` is readable; reports when it is not.
+inline bool IsText(const void* text) { return CheckStringParam(text) == 0; }
+// The same for an optional text: null is fine.
+inline bool IsTextOrNull(const void* text) { return text == nullptr || IsText(text); }
+
+}  // namespace wfinfo

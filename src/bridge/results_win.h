@@ -1,0 +1,37 @@
+// Where texts that leave the library live.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace wfinfo {
+
+// Size of the short-result buffer, terminator included.
+inline constexpr std::size_t kShortResultSize = 8192;
+
+// The short-result buffer: valid until the next call that uses it.
+extern char g_resultText[kShortResultSize];
+
+// What a text export returns for "nothing".
+inline constexpr char kNoText[] = "";
+
+// Copies `text` to the short-result buffer when it has at most 8191 bytes, else to a new long-result block.
+// Returns "" when no memory can be had. `text` may lie in either of the two.
+const char* ReturnText(std::string_view text);
+
+// A new zero-initialised block of `size` bytes for a result, or null. Owned by the caller until kept.
+char* NewResultBlock(std::size_t size);
+
+// Makes `block` the one long-result block that the library keeps, frees the one kept before, and returns it.
+char* KeepLongResult(char* block);
+
+// The kept long-result block, null when there is none.
+char* KeptLongResult();
+
+// Frees the kept block; none is kept afterwards.
+void DropLongResult();
+
+// Copies `text` to a new long-result block (also when it is short) and keeps it. "" without memory.
+const char* ReturnLongText(std::string_view text);
+
+}  // namespace wfinfo

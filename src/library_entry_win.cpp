@@ -1,0 +1,13 @@
+// Library entry: knows who needs to hear of a detach; nothing else does.
+#include <windows.h>
+
+#include "base/stack_guard_win.h"
+#include "bridge/module_win.h"
+
+extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) {
+    wfinfo::ArmStackGuard();
+    wfinfo::g_hInstance = instance;
+  }
+  return TRUE;
+}

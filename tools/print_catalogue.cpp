@@ -1,0 +1,259 @@
+// Prints from the catalogue what must never drift from it: the module-definition file, the public C header, and
+// the reference as Markdown and JSON.
+//
+//   print_catalogue def|header|markdown|json > file
+#include <cstdlib>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "catalogue/rows.h"
+
+namespace {
+
+using wfinfo::catalogue::Kind;
+using wfinfo::catalogue::kNoFirstSlot;
+using wfinfo::catalogue::Parameter;
+using wfinfo::catalogue::Row;
+using wfinfo::catalogue::Rows;
+
+// Function codes that the library sends even while a modal dialog of the host shows.
+constexpr int kAllowedDuringDialog[] = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
+
+bool AllowedDuringDialog(int code) {
+  for (const int allowed : kAllowedDuringDialog) {
+    if (allowed == code) return true;
+  }
+  return false;
+}
+
+struct TypeText {
+  std::string_view row_type;
+  std::string_view c_type;
+  std::string_view meaning;
+};
+
+constexpr TypeText kParameterTypes[] = {
+    {"Text", "const char*", "text (checked)"},
+    {"OptText", "const char*", "text or null (checked when given)"},
+    {"RawText", "const char*", "text (not checked)"},
+    {"WideText", "const wchar_t*", "UTF-16 text (not checked)"},
+    {"Value", "long long", "number or text"},
+    {"Int64", "long long", "64-bit value, passed as it lies"},
+    {"Int32", "int", "32-bit integer"},
+    {"UInt32", "unsigned int", "32-bit unsigned integer"},
+    {"Handle", "void*", "handle"},
+    {"Bytes", "const void*", "address of bytes"},
+    {"Record", "void*", "address of a record"},
+    {"Rest", "...", "further 64-bit values"},
+};
+
+constexpr TypeText kResultTypes[] = {
+    {"Int", "long long", "integer, 0 on failure"},   {"Int32", "int", "32-bit integer, 0 on failure"},
+    {"UInt32", "unsigned int", "32-bit unsigned integer"}, {"Str", "const char*", "text, \"\" on failure"},
+    {"Handle", "void*", "handle, null on failure"},  {"Void", "void", "nothing"},
+};
+
+template <std::size_t kSize>
+const TypeText& TypeOf(const TypeText (&types)[kSize], std::string_view row_type) {
+  for (const TypeText& type : types) {
+    if (type.row_type == row_type) return type;
+  }
+  std::fprintf(stderr, "print_catalogue: unknown type %.*s\n", static_cast<int>(row_type.size()), row_type.data());
+  std::exit(1);
+}
+
+std::string Prototype(const Row& row) {
+  std::string text(TypeOf(kResultTypes, row.result).c_type);
+  text.append(" ").append(row.name).append("(");
+  bool first = true;
+  for (const Parameter& parameter : row.parameters) {
+    if (!first) text.append(", ");
+    first = false;
+    text.append(TypeOf(kParameterTypes, parameter.type).c_type);
+    if (parameter.type != "Rest") text.append(" ").append(parameter.name);
+  }
+  return text.append(first ? "void)" : ")");
+}
+
+// What a row sends: "code 42 (Host)", "menu command 40002", "code 12 (Frame), command 40024".
+std::string SentText(const Row& row) {
+  const std::string code = std::to_string(row.code);
+  switch (row.kind) {
+    case Kind::kMenu:
+      return "menu command " + code;
+    case Kind::kCommand:
+    case Kind::kStart:
+      return "code " + code + " (" + std::string(row.dispatcher) + "), command " + std::to_string(row.first_slot);
+    case Kind::kThin: {
+      std::string text = "code " + code + " (" + std::string(row.dispatcher) + ")";
+      if (row.first_slot != kNoFirstSlot) text += ", sub-command " + std::to_string(row.first_slot);
+      return text;
+    }
+    case Kind::kHand:
+      break;
+  }
+  return std::string(row.requests);
+}
+
+std::string DialogText(const Row& row) {
+  if (row.kind == Kind::kHand) return row.requests.empty() ? "does not apply" : "by code";
+  return row.kind != Kind::kMenu && AllowedDuringDialog(row.code) ? "allowed" : "refused";
+}
+
+void PrintWrapped(std::string_view indent, std::string_view text) {
+  constexpr std::size_t kColumns = 100;
+  std::size_t column = 0;
+  std::printf("%.*s", static_cast<int>(indent.size()), indent.data());
+  for (std::size_t at = 0; at < text.size();) {
+    std::size_t end = text.find(' ', at);
+    if (end == std::string_view::npos) end = text.size();
+    const std::string_view word = text.substr(at, end - at);
+    if (column > 0 && column + 1 + word.size() > kColumns) {
+      std::printf("\n%.*s", static_cast<int>(indent.size()), indent.data());
+      column = 0;
+    }
+    std::printf("%s%.*s", column > 0 ? " " : "", static_cast<int>(word.size()), word.data());
+    column += word.size() + (column > 0 ? 1 : 0);
+    at = end + 1;
+  }
+  std::printf("\n");
+}
+
+int PrintDefinitionFile() {
+  std::printf("; Printed from the catalogue; do not edit.\nLIBRARY \"WFINFO.dll\"\nEXPORTS\n");
+  for (const Row& row : Rows()) std::printf("    %.*s\n", static_cast<int>(row.name.size()), row.name.data());
+  return 0;
+}
+
+constexpr char kHeaderHead[] = R"head(/* wfinfo.h: the exports of WFINFO.dll. Printed from the catalogue; do not edit.
+ *
+ * Texts are zero-terminated Shift-JIS (code page 932); a character outside it travels as the four-byte escape
+ * that begins with 0x1A. A text result stays valid until the next call that returns a text; it is never to be
+ * freed, and it is "" (never null) when there is nothing, unless the function says otherwise. An integer
+ * result is 0 on failure, unless the function says otherwise.
+ *
+ * A parameter "(checked)" must be a readable text: otherwise the error is reported to the user and the function
+ * returns its failure value without doing anything. Functions that ask the host must be called on the thread of
+ * the host's window; elsewhere they find no window and return their failure value.
+ *
+ * "refused" means: while a modal dialog of the host shows, the request is refused with a message.
+ */
+#ifndef WFINFO_H
+#define WFINFO_H
+
+#include <stddef.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+)head";
+
+int PrintHeader() {
+  std::printf("%s", kHeaderHead);
+  std::string_view family;
+  for (const Row& row : Rows()) {
+    if (row.family != family) {
+      family = row.family;
+      std::printf("\n/* ---- %.*s ---- */\n", static_cast<int>(family.size()), family.data());
+    }
+    std::printf("\n/*\n");
+    PrintWrapped(" * ", row.doc);
+    for (const Parameter& parameter : row.parameters) {
+      std::string line(parameter.name);
+      line.append(": ").append(TypeOf(kParameterTypes, parameter.type).meaning);
+      if (!parameter.doc.empty()) line.append("; ").append(parameter.doc);
+      PrintWrapped(" *   ", line);
+    }
+    std::string sent = SentText(row);
+    if (!sent.empty()) PrintWrapped(" * ", "Sends " + sent + "; while a dialog shows: " + DialogText(row) + ".");
+    if (row.inferred) PrintWrapped(" * ", "The parameter list is inferred from the family and the name.");
+    std::printf(" */\n%s;\n", Prototype(row).c_str());
+  }
+  std::printf("\n#ifdef __cplusplus\n}\n#endif\n\n#endif\n");
+  return 0;
+}
+
+std::string MarkdownCell(std::string_view text) {
+  std::string cell;
+  for (const char c : text) {
+    if (c == '|') cell += '\\';
+    cell += c;
+  }
+  return cell;
+}
+
+int PrintMarkdown() {
+  std::printf("# Reference of all exports\n\nPrinted from the catalogue. %zu exports.\n", Rows().size());
+  std::string_view family;
+  for (const Row& row : Rows()) {
+    if (row.family != family) {
+      family = row.family;
+      std::printf("\n## %.*s\n", static_cast<int>(family.size()), family.data());
+    }
+    std::printf("\n### `%.*s`\n\n```c\n%s;\n```\n\n%s\n\n", static_cast<int>(row.name.size()), row.name.data(),
+                Prototype(row).c_str(), std::string(row.doc).c_str());
+    if (!row.parameters.empty()) {
+      std::printf("| parameter | type | meaning |\n|---|---|---|\n");
+      for (const Parameter& parameter : row.parameters) {
+        std::printf("| `%s` | %s | %s |\n", std::string(parameter.name).c_str(),
+                    std::string(TypeOf(kParameterTypes, parameter.type).meaning).c_str(),
+                    MarkdownCell(parameter.doc).c_str());
+      }
+      std::printf("\n");
+    }
+    std::printf("- Result: %s.\n", std::string(TypeOf(kResultTypes, row.result).meaning).c_str());
+    const std::string sent = SentText(row);
+    if (!sent.empty()) std::printf("- Sends: %s.\n- While a dialog shows: %s.\n", sent.c_str(), DialogText(row).c_str());
+    if (row.inferred) std::printf("- The parameter list is inferred.\n");
+  }
+  return 0;
+}
+
+std::string JsonText(std::string_view text) {
+  std::string json = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') json += '\\';
+    if (c == '\n') {
+      json += "\\n";
+    } else {
+      json += c;
+    }
+  }
+  return json += '"';
+}
+
+int PrintJson() {
+  std::printf("[\n");
+  bool first_row = true;
+  for (const Row& row : Rows()) {
+    std::printf("%s  {\"family\": %s, \"name\": %s, \"result\": %s, \"parameters\": [", first_row ? "" : ",\n",
+                JsonText(row.family).c_str(), JsonText(row.name).c_str(),
+                JsonText(TypeOf(kResultTypes, row.result).c_type).c_str());
+    first_row = false;
+    bool first = true;
+    for (const Parameter& parameter : row.parameters) {
+      std::printf("%s{\"name\": %s, \"type\": %s, \"c_type\": %s, \"doc\": %s}", first ? "" : ", ",
+                  JsonText(parameter.name).c_str(), JsonText(parameter.type).c_str(),
+                  JsonText(TypeOf(kParameterTypes, parameter.type).c_type).c_str(), JsonText(parameter.doc).c_str());
+      first = false;
+    }
+    std::printf("], \"sends\": %s, \"during_dialog\": %s, \"inferred\": %s, \"doc\": %s}",
+                JsonText(SentText(row)).c_str(), JsonText(DialogText(row)).c_str(), row.inferred ? "true" : "false",
+                JsonText(row.doc).c_str());
+  }
+  std::printf("\n]\n");
+  return 0;
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
+  const std::string_view form = argument_count == 2 ? arguments[1] : "";
+  if (form == "def") return PrintDefinitionFile();
+  if (form == "header") return PrintHeader();
+  if (form == "markdown") return PrintMarkdown();
+  if (form == "json") return PrintJson();
+  std::fprintf(stderr, "usage: print_catalogue def|header|markdown|json > file\n");
+  return 2;
+}
