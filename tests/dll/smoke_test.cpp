@@ -1,5 +1,0 @@
-#include <gtest/gtest.h>
-extern "C" {
-#include "wfinfo.h"
-}
-TEST(Library, TellsItsInterfaceVersion) { EXPECT_EQ(GetWFInfoVersion(nullptr), 18); }
