@@ -56,7 +56,8 @@ if(host_sources)
   add_dependencies(wrenfold WFINFO)
 endif()
 
-# Tests of the exports: each one process of its own, so that a crash or a left-over state stays its own.
+# Tests of the exports: each one process of its own, so that a crash or a left-over state stays its own. They are
+# listed when ctest starts, since that needs a running Wine.
 enable_testing()
 add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
 include(GoogleTest)
@@ -69,7 +70,21 @@ target_compile_definitions(dll_tests PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32
 target_link_libraries(dll_tests PRIVATE WFINFO wfinfo_pure GTest::gmock)
 add_custom_command(TARGET dll_tests POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> $<TARGET_FILE_DIR:dll_tests>)
-# Further test programs and doubles (children, libraries) stand in a file beside them.
-if(EXISTS ${CMAKE_SOURCE_DIR}/tests/doubles/doubles.cmake)
-  include(tests/doubles/doubles.cmake)
-endif()
+gtest_discover_tests(dll_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_PREFIX dll.
+  PROPERTIES TIMEOUT 120)
+
+# The whole system from outside: wrenfold.exe with real mails and real peers.
+file(GLOB end_to_end_tests CONFIGURE_DEPENDS tests/e2e/test_*.py tests/repository/test_*.py)
+foreach(test ${end_to_end_tests})
+  get_filename_component(name ${test} NAME_WE)
+  add_test(NAME ${name} COMMAND python3 ${test})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600
+    ENVIRONMENT "WFINFO_SOURCE=${CMAKE_SOURCE_DIR};WFINFO_OUT=${WFINFO_OUT};WFINFO_BUILD=${CMAKE_BINARY_DIR};WFINFO_HOST=${WFINFO_OUT}/host/wrenfold.exe;PYTHONDONTWRITEBYTECODE=1")
+endforeach()
+
+# Further test programs and doubles (children, libraries) stand in a folder of their own.
+file(GLOB test_doubles CONFIGURE_DEPENDS tests/doubles/*/CMakeLists.txt)
+foreach(double ${test_doubles})
+  get_filename_component(folder ${double} DIRECTORY)
+  add_subdirectory(${folder})
+endforeach()
