@@ -45,7 +45,7 @@ set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREF
 # The small host, with a copy of the library beside it.
 file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
 if(host_sources)
-  add_executable(wrenfold ${host_sources})
+  add_executable(wrenfold ${host_sources} src/base/stack_guard_win.cpp)
   target_include_directories(wrenfold PRIVATE host src catalogue)
   target_compile_definitions(wrenfold PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   target_link_libraries(wrenfold PRIVATE wfinfo_pure)
@@ -68,6 +68,9 @@ target_include_directories(dll_tests PRIVATE tests src catalogue ${WFINFO_OUT})
 target_compile_definitions(dll_tests PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601
   WFINFO_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 target_link_libraries(dll_tests PRIVATE WFINFO wfinfo_pure GTest::gmock)
+# Units inside the library that have tests of their own.
+target_sources(dll_tests PRIVATE src/desktop/wide_text_win.cpp src/text/system_code_page_win.cpp
+  src/bridge/results_win.cpp src/base/stack_guard_win.cpp)
 add_custom_command(TARGET dll_tests POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> $<TARGET_FILE_DIR:dll_tests>)
 gtest_discover_tests(dll_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_PREFIX dll.
