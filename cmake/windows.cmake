@@ -44,7 +44,10 @@ set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREF
 
 # The small host, with a copy of the library beside it.
 file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
-if(host_sources)
+# Its portable half alone is no program.
+set(host_entry ${host_sources})
+list(FILTER host_entry INCLUDE REGEX "/main_win\\.cpp$|/wrenfold_win\\.cpp$")
+if(host_entry)
   add_executable(wrenfold ${host_sources} src/base/stack_guard_win.cpp)
   target_include_directories(wrenfold PRIVATE host src catalogue)
   target_compile_definitions(wrenfold PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)

@@ -1,0 +1,67 @@
+// The mails that the host was started with: loaded from .eml files, folders of them, and mbox files.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace wrenfold {
+
+// What the host remembers of a mail while it runs; files are never changed.
+enum MailFlag : std::uint32_t {
+  kMailRead = 1,
+  kMailReplied = 2,
+  kMailForwarded = 4,
+  kMailMarked = 8,
+  kMailDeleted = 16,
+};
+
+struct StoredMail {
+  std::filesystem::path source;  // the file that holds it
+  std::uint64_t offset = 0;      // of its first header in that file (mbox: behind the "From " line)
+  std::string raw;               // the mail's own bytes; mbox: ">From " quoting undone
+  std::uint32_t flags = 0;       // MailFlag; read, replied, marked and deleted start from Status and X-Status
+  std::size_t folder = 0;        // index into folders()
+};
+
+struct MailFolder {
+  std::string name;            // UTF-8: the folder's own name, or the mbox file's without extension
+  std::filesystem::path path;  // the folder, or the mbox file
+};
+
+class MailStore {
+ public:
+  // Adds the mails of a file or folder: *.eml, *.mbox (or any file that begins with an mbox "From " line), a
+  // folder's files in order of their names and those of its folders one level down. Returns the reason in
+  // UTF-8, "cannot read X: ...", when that fails; then nothing was added.
+  std::optional<std::string> Add(const std::filesystem::path& path);
+
+  const std::vector<StoredMail>& mails() const { return mails_; }
+  std::vector<StoredMail>& mails() { return mails_; }
+  const std::vector<MailFolder>& folders() const { return folders_; }
+
+ private:
+  std::optional<std::string> AddFile(const std::filesystem::path& file);
+  std::optional<std::string> AddFolder(const std::filesystem::path& folder);
+  std::optional<std::string> AddFilesOf(const std::filesystem::path& folder);
+  void AddMails(const std::filesystem::path& file, std::vector<StoredMail> mails, std::size_t folder);
+  std::size_t FolderOf(const std::filesystem::path& path, std::string name);
+
+  std::vector<StoredMail> mails_;
+  std::vector<MailFolder> folders_;
+};
+
+// The mails of an mbox file's bytes. A mail begins at a "From " line that holds a time (12:34) and stands at
+// the start or after an empty line; ">From ", ">>From " lines lose one ">".
+std::vector<StoredMail> SplitMbox(std::string_view bytes);
+bool IsMbox(std::string_view bytes);
+
+// A path for messages; and one from UTF-8.
+std::string PathToUtf8(const std::filesystem::path& path);
+std::filesystem::path PathFromUtf8(std::string_view utf8);
+
+}  // namespace wrenfold
