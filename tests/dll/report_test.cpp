@@ -1,0 +1,134 @@
+// Error reports, their cut, the parameter check and the debug log.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "support/library.h"
+#include "support/scripted_host_win.h"
+
+namespace wfinfo_test {
+namespace {
+
+TEST(Report, ANumberForATextIsReportedInBothLanguages) {
+  ScriptedHost host(Language::kEnglish);
+  EXPECT_STREQ(DecodeHeader(kNumberForText), "");
+  EXPECT_STREQ(DecodeHeader(nullptr), "");
+  host.ExpectMessages({kStringMessageEnglish, kStringMessageEnglish});
+  host.SetLanguage(Language::kJapanese);
+  EXPECT_STREQ(DecodeHeader(kNumberForText), "");
+  host.ExpectMessages({StringMessageJapanese()});
+}
+
+TEST(Report, WithoutACallbackABoxOfTheHostShows) {
+  // No ScriptedHost: it would register a callback, which nothing can take back.
+  const HWND frame = CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr,
+                                     nullptr);
+  SetActiveWindow(frame);
+  const unsigned english[] = {8, 1};
+  NotifyWrenfoldInfo(english);
+  BoxCloser closer;
+  EXPECT_EQ(DumpSmall(kNumberForText), 0);
+  const auto boxes = closer.boxes();
+  ASSERT_EQ(boxes.size(), 1u);
+  EXPECT_EQ(boxes[0].text, std::string("WFINFO.DLL: ") + kStringMessageEnglish);
+  EXPECT_EQ(boxes[0].owner, frame);
+  DestroyWindow(frame);
+}
+
+// --- The debug log ---------------------------------------------------------------------------------------------
+
+class DebugLog : public testing::Test {
+ protected:
+  static constexpr char kKey[] = "Software\\Quenby\\Wrenfold\\Config";
+
+  void SetUp() override {
+    folder_ = std::filesystem::temp_directory_path() / ("wfinfo-log-" + std::to_string(GetCurrentProcessId()));
+    std::filesystem::create_directories(folder_);
+    home_ = folder_.string() + "\\";
+    RegDeleteTreeA(HKEY_CURRENT_USER, kKey);
+  }
+  void TearDown() override {
+    RegDeleteTreeA(HKEY_CURRENT_USER, kKey);
+    std::filesystem::remove_all(folder_);
+  }
+  void Configure(DWORD debug) {
+    RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "Debug", REG_DWORD, &debug, sizeof debug);
+    RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_SZ, home_.c_str(), static_cast<DWORD>(home_.size() + 1));
+  }
+  std::string Log() const {
+    std::ifstream file(folder_ / "dump.txt", std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+  bool HasLog() const { return std::filesystem::exists(folder_ / "dump.txt"); }
+
+  std::filesystem::path folder_;
+  std::string home_;
+};
+
+TEST_F(DebugLog, IsWrittenOnlyWhenSwitchedOn) {
+  EXPECT_EQ(DumpSmall("no key"), 1);
+  EXPECT_FALSE(HasLog());
+  Configure(0);
+  EXPECT_EQ(DumpSmall("off"), 1);
+  EXPECT_FALSE(HasLog());
+  Configure(1);
+  EXPECT_EQ(DumpSmall("first"), 1);
+  EXPECT_EQ(DumpSmall("second"), 1);
+  const std::string log = Log();
+  // 09:08:07.006 WFINFO:(7178) first CR LF
+  ASSERT_EQ(log.size(), 2 * std::string("00:00:00.000 WFINFO:(7178) \r\n").size() + 5 + 6);
+  EXPECT_EQ(log.substr(12, 22), " WFINFO:(7178) first\r\n");
+  EXPECT_EQ(log[2], ':');
+  EXPECT_EQ(log[8], '.');
+  EXPECT_TRUE(log.ends_with(" WFINFO:(7178) second\r\n"));
+  RegDeleteKeyValueA(HKEY_CURRENT_USER, kKey, "Debug");
+  DumpSmall("off again");
+  EXPECT_EQ(Log(), log);
+}
+
+TEST_F(DebugLog, ALongOrUnterminatedHomeDirectoryIsCutSafely) {
+  Configure(1);
+  const std::string home(160, 'x');
+  RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_BINARY, home.data(), static_cast<DWORD>(home.size()));
+  EXPECT_EQ(DumpSmall("nowhere"), 1);
+  const std::string longer(161, 'x');
+  RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_BINARY, longer.data(), static_cast<DWORD>(longer.size()));
+  EXPECT_EQ(DumpSmall("nowhere"), 1);
+  EXPECT_FALSE(HasLog());
+}
+
+TEST_F(DebugLog, WithACallbackReportsAreNotLogged) {
+  Configure(1);
+  ScriptedHost host;
+  DecodeHeader(kNumberForText);
+  host.ExpectMessages({kStringMessageEnglish});
+  EXPECT_FALSE(HasLog());
+}
+
+TEST_F(DebugLog, WithoutACallbackReportsAreLoggedAndShown) {
+  Configure(1);
+  const unsigned english[] = {8, 1};
+  NotifyWrenfoldInfo(english);
+  BoxCloser closer;
+  DumpSmall(kNumberForText);
+  EXPECT_EQ(closer.boxes().size(), 1u);
+  EXPECT_TRUE(Log().ends_with(" WFINFO:(7178) WFINFO.DLL: " + std::string(kStringMessageEnglish) + "\r\n")) << Log();
+}
+
+TEST_F(DebugLog, DiagnosticsCarryTheirOwnNumbers) {
+  Configure(1);
+  ScriptedHost host;
+  EXPECT_EQ(SelectFolder(kNumberForText, nullptr), 0);
+  host.ExpectMessages({kStringMessageEnglish});
+  EXPECT_TRUE(Log().ends_with(" WFINFO:(1213) wfinfo.dll: SelectFolder parameter is invalid\r\n")) << Log();
+  host.Expect(70).Answer(2);
+  EXPECT_EQ(EnvChanged(), 2);
+  const std::string log = Log();
+  EXPECT_NE(log.find(" WFINFO:(3349) wfinfo.dll: EnvChagned called\r\n"), std::string::npos) << log;
+  EXPECT_TRUE(log.ends_with(" WFINFO:(3351) wfinfo.dll: EnvChanged return\r\n")) << log;
+}
+
+}  // namespace
+}  // namespace wfinfo_test
