@@ -117,6 +117,30 @@ TEST_F(DebugLog, WithoutACallbackReportsAreLoggedAndShown) {
   EXPECT_TRUE(Log().ends_with(" WFINFO:(7178) WFINFO.DLL: " + std::string(kStringMessageEnglish) + "\r\n")) << Log();
 }
 
+// In code page 932 the folder's name holds a character whose second byte is a backslash.
+TEST_F(DebugLog, ARedirectionLibraryBesideUsTakesThePlaceOfTheRegistry) {
+  // A name with a double-byte character exists only where the code page is 932; elsewhere a plain one must do.
+  const std::filesystem::path beside = folder_ / (GetACP() == 932 ? L"\u8868" : L"beside");
+  std::filesystem::create_directories(beside);
+  const std::filesystem::path built = std::filesystem::current_path();
+  std::filesystem::copy_file(built / "WFINFO.dll", beside / "WFINFO.dll");
+  std::filesystem::copy_file(built / "doubles" / "TmRegIni.dll", beside / "TmRegIni.dll");
+  const HMODULE redirection = LoadLibraryW((beside / "TmRegIni.dll").c_str());
+  const HMODULE library = LoadLibraryW((beside / "WFINFO.dll").c_str());
+  ASSERT_NE(redirection, nullptr);
+  ASSERT_NE(library, nullptr);
+  ASSERT_NE(library, GetModuleHandleA("WFINFO.dll")) << "a copy of its own";
+  reinterpret_cast<void (*)(const char*)>(reinterpret_cast<void*>(GetProcAddress(redirection, "SetHome")))(
+      home_.c_str());
+  const auto dump = reinterpret_cast<int (*)(const char*)>(reinterpret_cast<void*>(GetProcAddress(library, "DumpSmall")));
+  EXPECT_EQ(dump("redirected"), 1);
+  EXPECT_TRUE(Log().ends_with(" WFINFO:(7178) redirected\r\n")) << Log();
+  EXPECT_EQ(reinterpret_cast<int (*)()>(reinterpret_cast<void*>(GetProcAddress(redirection, "OpenKeys")))(), 0);
+  FreeLibrary(library);
+  FreeLibrary(redirection);
+  FreeLibrary(redirection);  // the library kept its own reference, as it does for the life of a process
+}
+
 TEST_F(DebugLog, DiagnosticsCarryTheirOwnNumbers) {
   Configure(1);
   ScriptedHost host;

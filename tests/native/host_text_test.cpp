@@ -71,5 +71,20 @@ TEST(HostText, CutsKeepWholeUnits) {
   }
 }
 
+// The limit of a reported message: 496 with its terminator.
+TEST(HostText, AReportedTextKeepsItsFirst495BytesInWholeUnits) {
+  const std::string filler(493, 'x');
+  const std::string escape = "\x1A\xA9\x80\x85";
+  const CutCase cases[] = {
+      {filler + "yz", 496, 495, "495 bytes: kept whole"},
+      {filler + "yz!", 496, 495, "496 bytes: the last is lost"},
+      {filler + "y\x83\x41", 496, 494, "496 bytes that end in a double-byte character: its two bytes are lost"},
+      {filler + "\x83\x41", 496, 495, "a double-byte character that just fits"},
+      {filler + escape, 496, 493, "an escape across the cut"},
+      {filler.substr(2) + escape, 496, 495, "an escape that just fits"},
+  };
+  for (const CutCase& c : cases) EXPECT_EQ(CutLength(c.text, c.limit), c.length) << c.why;
+}
+
 }  // namespace
 }  // namespace wfinfo

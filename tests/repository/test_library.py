@@ -1,0 +1,68 @@
+"""The built library from outside: its imports, exports, hardening, and what was printed from the catalogue."""
+import json
+import os
+import pathlib
+import re
+import subprocess
+import unittest
+
+OUT = pathlib.Path(os.environ["WFINFO_OUT"])
+
+
+PLAIN = {**os.environ, "LC_ALL": "C"}  # the tools' own words, not translated ones
+
+
+def headers(*options):
+    return subprocess.run(["x86_64-w64-mingw32-objdump", *options, str(OUT / "WFINFO.dll")], capture_output=True,
+                          text=True, check=True, env=PLAIN).stdout
+
+
+def exported_names():
+    table = headers("-p").split("[Ordinal/Name Pointer] Table")[1]
+    return re.findall(r"^\s*\[\s*\d+\]\s+(\w+)\s*$", table, re.M)
+
+
+class Library(unittest.TestCase):
+    def test_only_kernel_user_and_the_c_runtime_are_imported(self):
+        imported = {name.lower() for name in re.findall(r"DLL Name: (\S+)", headers("-p"))}
+        self.assertEqual(imported - {"kernel32.dll", "user32.dll", "msvcrt.dll"}, set())
+
+    def test_hardening_is_on(self):
+        text = headers("-p")
+        for flag in ("HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT"):
+            self.assertIn(flag, text)
+        self.assertIn(".reloc", headers("-h"), "address randomisation needs relocations")
+
+    def test_no_static_constructors_of_our_own(self):
+        # The list of constructors holds its two end marks and, from the compiler's start-up code, nothing of ours.
+        symbols = subprocess.run(["x86_64-w64-mingw32-nm", str(OUT / "WFINFO.dll")], capture_output=True, text=True)
+        self.assertEqual(re.findall(r"_GLOBAL__sub_I_\w*wfinfo\w*", symbols.stdout), [])
+
+    def test_exports_are_exactly_the_catalogue(self):
+        rows = json.loads((OUT / "reference.json").read_text(encoding="utf-8"))
+        self.assertEqual(sorted(exported_names()), sorted(row["name"] for row in rows))
+
+    def test_definition_file_and_header_list_the_same_exports(self):
+        names = sorted(exported_names())
+        definition = (OUT / "WFINFO.def").read_text(encoding="utf-8").split("EXPORTS\n")[1]
+        self.assertEqual(sorted(definition.split()), names)
+        header = re.sub(r"/\*.*?\*/", "", (OUT / "wfinfo.h").read_text(encoding="utf-8"), flags=re.S)
+        self.assertEqual(sorted(re.findall(r"\b(\w+)\([^()]*\);", header)), names)
+
+    def test_the_header_compiles_alone_as_c_and_as_c_plus_plus(self):
+        for language, standard in (("c", "c11"), ("c++", "c++20")):
+            result = subprocess.run(["gcc", "-x", language, f"-std={standard}", "-Wall", "-Wextra", "-Werror",
+                                     "-fsyntax-only", str(OUT / "wfinfo.h")], capture_output=True, text=True)
+            self.assertEqual(result.returncode, 0, result.stderr)
+
+    def test_the_reference_is_whole(self):
+        reference = (OUT / "reference.md").read_text(encoding="utf-8")
+        for name in exported_names():
+            self.assertIn(f"### `{name}`", reference)
+
+    def test_the_version_resource_is_there(self):
+        self.assertIn(".rsrc", headers("-h"))
+
+
+if __name__ == "__main__":
+    unittest.main()

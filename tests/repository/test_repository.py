@@ -1,0 +1,75 @@
+"""The repository checks itself: what a file name promises, and what must never be committed."""
+import os
+import pathlib
+import re
+import subprocess
+import unittest
+
+SOURCE = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).resolve().parents[2]))
+
+
+def files(*patterns):
+    return sorted(path for pattern in patterns for path in SOURCE.glob(pattern))
+
+
+def is_pure(path):
+    return not re.search(r"_(win|export)\.(cpp|h)$", path.name)
+
+
+class Repository(unittest.TestCase):
+    def lines_with(self, paths, pattern):
+        found = []
+        for path in paths:
+            for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+                if re.search(pattern, line):
+                    found.append(f"{path.relative_to(SOURCE)}:{number}: {line.strip()}")
+        return found
+
+    def test_pure_files_know_no_windows(self):
+        pure = [path for path in files("src/**/*.cpp", "src/**/*.h", "host/*.cpp", "host/*.h") if is_pure(path)]
+        pure = [path for path in pure if path.name not in ("declarations.h", "row_macros.h")]
+        self.assertGreater(len(pure), 5)
+        self.assertEqual(self.lines_with(pure, r"windows\.h|\bHWND\b|\bGetLastError\b"), [])
+
+    def test_pure_sources_of_the_library_hold_ascii_only(self):
+        pure = [path for path in files("src/**/*.cpp", "src/**/*.h") if is_pure(path)]
+        found = []
+        for path in pure:
+            for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+                code = line.split("//")[0]
+                if not code.isascii():
+                    found.append(f"{path.relative_to(SOURCE)}:{number}: {line.strip()}")
+        self.assertEqual(found, [])
+
+    def test_the_library_uses_no_streams(self):
+        sources = files("src/**/*.cpp", "src/**/*.h")
+        self.assertEqual(self.lines_with(sources, r"#include <(iostream|fstream|sstream|chrono|format|regex)>"), [])
+
+    def test_exports_hold_no_exceptions(self):
+        # Every definition is noexcept: the prototypes from the catalogue are, so the compiler sees to it. What is
+        # left to check is that nobody throws or catches.
+        self.assertEqual(self.lines_with(files("src/**/*.cpp", "src/**/*.h"), r"\b(throw|catch)\s*[ (]"), [])
+
+    def test_every_family_is_in_the_list(self):
+        listed = (SOURCE / "catalogue/all.def").read_text(encoding="utf-8")
+        for path in files("catalogue/*.def"):
+            if path.name != "all.def":
+                self.assertIn(f'#include "{path.name}"', listed)
+
+    def test_nothing_names_a_path_of_one_machine(self):
+        tracked = subprocess.run(["git", "ls-files"], cwd=SOURCE, capture_output=True, text=True)
+        if tracked.returncode != 0:
+            self.skipTest("not a git checkout")  # a source archive has nothing to check here
+        pattern = re.compile("/" + "(work|farm|root|home/[a-z]+)/")
+        found = []
+        for name in tracked.stdout.split():
+            path = SOURCE / name
+            if path.suffix in (".cpp", ".h", ".py", ".md", ".cmake", ".sh", ".def", ".json", ".txt") and path.exists():
+                for number, line in enumerate(path.read_text(encoding="utf-8", errors="replace").splitlines(), 1):
+                    if pattern.search(line):
+                        found.append(f"{name}:{number}: {line.strip()}")
+        self.assertEqual(found, [])
+
+
+if __name__ == "__main__":
+    unittest.main()
