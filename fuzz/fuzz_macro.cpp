@@ -1,0 +1,57 @@
+// The macro language on arbitrary source: it never crashes or runs for ever; a problem stands inside the
+// source; what can be read can be run within its limits; running twice prints the same.
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "macro_run.h"
+#include "macro_syntax.h"
+
+namespace {
+
+using namespace wrenfold::macro;
+
+class EchoHost : public MacroHost {
+ public:
+  std::variant<Value, Complaint> Call(const std::string& name, std::span<const Value> parameters) override {
+    if (name.size() % 7 == 6) return Complaint{"refused"};
+    return parameters.empty() ? Value(name) : parameters[0];
+  }
+  bool HasFunction(std::string_view name) const override { return name.size() % 2 == 0; }
+  void Print(std::string_view line) override { printed.append(line.substr(0, 64)).append("\n"); }
+  std::string printed;
+};
+
+std::string Same(std::string_view utf8) { return std::string(utf8); }
+
+void CheckPlace(const Problem& problem, std::string_view source) {
+  const auto lines = static_cast<std::size_t>(
+      std::count_if(source.begin(), source.end(), [](char c) { return c == '\n' || c == '\r'; }));
+  if (problem.place.line < 1 || problem.place.line > lines + 1) std::abort();
+  if (problem.place.column < 1 || problem.place.column > source.size() + 1) std::abort();
+  if (problem.text.empty()) std::abort();
+}
+
+std::string RunOnce(const Program& program, std::string_view source) {
+  EchoHost host;
+  Interpreter interpreter(host, Limits{2000, 4096});
+  if (const auto problem = interpreter.Run(program)) CheckPlace(*problem, source);
+  return host.printed;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view source(reinterpret_cast<const char*>(data), size);
+  for (const bool bare : {false, true}) {
+    const auto parsed = Parse(source, {Same, bare});
+    if (const auto* problem = std::get_if<Problem>(&parsed)) {
+      CheckPlace(*problem, source);
+    } else if (RunOnce(std::get<Program>(parsed), source) != RunOnce(std::get<Program>(parsed), source)) {
+      std::abort();
+    }
+  }
+  return 0;
+}
