@@ -1,0 +1,17 @@
+// Calls an export of the library with values of the macro language.
+#pragma once
+
+#include <span>
+#include <string>
+#include <variant>
+
+#include "library_win.h"
+#include "macro_run.h"
+
+namespace wrenfold {
+
+// The export's result as a value, text results copied; or why no call was made.
+std::variant<macro::Value, macro::Complaint> CallExport(const Library& library, const std::string& name,
+                                                        std::span<const macro::Value> parameters);
+
+}  // namespace wrenfold

@@ -1,0 +1,53 @@
+#include "host_state.h"
+
+#include "header_lookup.h"
+
+namespace wrenfold {
+namespace {
+
+// The priority headers that mail programs write: "X-Priority: 1 (Highest)", "Importance: high".
+bool SaysHighPriority(std::string_view priority, std::string_view importance) {
+  return priority.starts_with('1') || importance.starts_with("high") || importance.starts_with("High");
+}
+
+std::uint32_t If(bool condition, std::uint32_t bit) { return condition ? bit : 0; }
+
+}  // namespace
+
+std::optional<std::string> HostState::AddMails(const std::filesystem::path& path) {
+  std::optional<std::string> reason = store_.Add(path);
+  messages_.resize(mail_count());
+  unfolded_.resize(mail_count());
+  return reason;
+}
+
+bool HostState::Open(std::size_t index) {
+  if (index >= mail_count()) return false;
+  root_ = index;
+  return true;
+}
+
+const HostMessage& HostState::Message(std::size_t index) {
+  if (!messages_[index]) messages_[index] = std::make_unique<HostMessage>(MakeHostMessage(Mail(index).raw));
+  return *messages_[index];
+}
+
+std::string HostState::Header(std::size_t index, std::string_view name) {
+  return std::string(HeaderValue(Message(index).text, name).value_or(""));
+}
+
+std::uint32_t HostState::StateWord(std::size_t index) {
+  const std::uint32_t flags = Mail(index).flags;
+  const HostMessage& message = Message(index);
+  return If(unfolded_[index], kStateNoFolding) |
+         If(SaysHighPriority(Header(index, "X-Priority"), Header(index, "Importance")), kStateHighPriority) |
+         If(!message.attachments.empty(), kStateAttachment) | If((flags & kMailReplied) != 0, kStateReplied) |
+         If((flags & kMailForwarded) != 0, kStateForwarded) | If((flags & kMailRead) == 0, kStateUnread) |
+         If(CountHeaders(message.text, "Message-ID") > 0, kStateMessageId) |
+         If(CountHeaders(message.text, "In-Reply-To") > 0, kStateInReplyTo) |
+         If((flags & kMailMarked) != 0, kStateMarked) | If(CountHeaders(message.text, "Cc") > 0, kStateCc);
+}
+
+void HostState::SetFolding(std::size_t index, bool on) { unfolded_[index] = !on; }
+
+}  // namespace wrenfold

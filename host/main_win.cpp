@@ -1,0 +1,220 @@
+// wrenfold.exe: from the command line to macros that run on real mails.
+//
+//   options -> macros read and checked -> mails -> library and hand-over -> windows -> macros -> prompt
+//
+// Everything that can be wrong with the input is found before the first macro runs.
+#include <windows.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "catalogue/rows.h"
+#include "charset.h"
+#include "command_line.h"
+#include "export_caller_win.h"
+#include "frame_win.h"
+#include "header_lookup.h"
+#include "host_state.h"
+#include "library_win.h"
+#include "macro_run.h"
+#include "prompt.h"
+#include "request_server_win.h"
+#include "terminal_text.h"
+#include "terminal_win.h"
+#include "version.h"
+
+namespace wrenfold {
+namespace {
+
+constexpr int kFine = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+Terminal& TheTerminal() {
+  static Terminal terminal;
+  return terminal;
+}
+
+int Fail(const std::string& reason, int code = kFailed) {
+  TheTerminal().Error("wrenfold: " + reason + "\n");
+  return code;
+}
+
+std::string ToHost(std::string_view utf8) { return SystemCharsets().Utf8ToHost(utf8); }
+std::string Shown(std::string_view host_text) { return Printable(SystemCharsets().HostToUtf8(host_text)); }
+
+// --- What the library calls ---
+
+void ShowMessage(const char* text) { TheTerminal().Error(Shown(text) + "\n"); }
+void ShowLogLine(const char* text, unsigned number) {
+  TheTerminal().Error("log " + std::to_string(number) + ": " + Shown(text) + "\n");
+}
+void ShowTraceLine(std::string_view line) { TheTerminal().Error(line); }
+
+bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_JAPANESE; }
+
+// --- Macros ---
+
+struct LoadedMacro {
+  std::string file;  // as given
+  macro::Program program;
+};
+
+std::string Located(const std::string& file, const macro::Problem& problem) {
+  return file + ":" + std::to_string(problem.place.line) + ":" + std::to_string(problem.place.column) + ": " +
+         problem.text;
+}
+
+std::variant<LoadedMacro, std::string> LoadMacro(const std::string& file) {
+  std::ifstream stream(PathFromUtf8(file), std::ios::binary);
+  const std::string source{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  if (!stream.is_open() || stream.bad()) return "cannot read the macro " + file;
+  auto parsed = macro::Parse(source, {ToHost, false});
+  if (const auto* problem = std::get_if<macro::Problem>(&parsed)) return Located(file, *problem);
+  return LoadedMacro{file, std::get<macro::Program>(std::move(parsed))};
+}
+
+class LibraryHost : public macro::MacroHost {
+ public:
+  LibraryHost(const Library& library, RequestServer& server) : library_(library), server_(server) {}
+
+  std::variant<macro::Value, macro::Complaint> Call(const std::string& name,
+                                                    std::span<const macro::Value> parameters) override {
+    server_.set_calling(name);
+    auto result = CallExport(library_, name, parameters);
+    server_.set_calling("");
+    return result;
+  }
+  bool HasFunction(std::string_view name) const override {
+    return wfinfo::catalogue::FindRow(name) != nullptr;
+  }
+  void Print(std::string_view line) override { TheTerminal().Out(Shown(line) + "\n"); }
+  // Timers and posted messages of the library have their turn between statements.
+  bool MayGoOn() override { return Windows::Pump(); }
+
+ private:
+  const Library& library_;
+  RequestServer& server_;
+};
+
+// --- Prompt ---
+
+class TerminalSide : public PromptSide {
+ public:
+  explicit TerminalSide(HostState& state) : state_(state) {}
+
+  std::optional<std::string> ReadLine(std::string_view mark) override {
+    Windows::Pump();
+    return TheTerminal().ReadLine(mark);
+  }
+  void Write(std::string_view text) override { TheTerminal().Out(text); }
+  void Complain(std::string_view line) override { TheTerminal().Error(std::string(line) + "\n"); }
+  std::string PrintValue(const macro::Value& value) override { return Shown(value.Printed()) + "\n"; }
+
+  std::string MailList() override {
+    std::string list;
+    for (std::size_t i = 0; i < state_.mail_count(); ++i) list += Line(i);
+    return list.empty() ? "no mails; give --mail\n" : list;
+  }
+  std::optional<std::string> OpenMail(std::size_t number) override {
+    if (number == 0 || !state_.Open(number - 1)) return std::nullopt;
+    return Line(number - 1);
+  }
+
+ private:
+  // "* 3  Subject (file.eml)"; the star marks the open one.
+  std::string Line(std::size_t index) {
+    const std::string subject = Shown(state_.Header(index, "Subject"));
+    std::string line = index == state_.root() ? "* " : "  ";
+    line += std::to_string(index + 1) + "  ";
+    for (const char c : subject) line += c == '\n' ? ' ' : c;
+    return line + " (" + PathToUtf8(state_.Mail(index).source.filename()) + ")\n";
+  }
+
+  HostState& state_;
+};
+
+// --- The program ---
+
+int PrintVersion() {
+  const auto loaded = Library::Load();
+  TheTerminal().Out(std::string("wrenfold ") + kHostVersion + "\n");
+  if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason);
+  TheTerminal().Out("WFINFO.dll interface " + std::to_string(std::get<Library>(loaded).interface_version()) +
+                    "\n");
+  return kFine;
+}
+
+int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter) {
+  for (const LoadedMacro& loaded : macros) {
+    if (const auto problem = interpreter.Run(loaded.program)) return Fail(Located(loaded.file, *problem));
+  }
+  return kFine;
+}
+
+int RunPrompt(macro::Interpreter& interpreter, HostState& state) {
+  TerminalSide side(state);
+  const bool all_well = Prompt(interpreter, side, ToHost).Run();
+  // A person saw what went wrong; a script learns it from the exit code.
+  return all_well || TheTerminal().IsInteractive() ? kFine : kFailed;
+}
+
+void Summarise(const RequestServer& server, bool trace) {
+  if (trace) {
+    TheTerminal().Error("trace: " + server.Summary() + "\n");
+  } else if (server.not_served() > 0) {
+    TheTerminal().Error("wrenfold: " + server.Summary() + "\n");
+  }
+}
+
+int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostState& state, Library& library) {
+  library.HandOver(options.english.value_or(!SystemIsJapanese()), ShowMessage, ShowLogLine);
+  RequestServer server(state, options.trace ? ShowTraceLine : nullptr);
+  const Windows windows(server);
+  if (!windows.IsComplete()) return Fail("cannot create the host's windows");
+  LibraryHost host(library, server);
+  macro::Interpreter interpreter(host);
+  int result = RunMacros(macros, interpreter);
+  if (result == kFine && options.prompt) result = RunPrompt(interpreter, state);
+  Summarise(server, options.trace);
+  return result;
+}
+
+int Run(const std::vector<std::string>& arguments) {
+  const auto parsed = ParseCommandLine(arguments);
+  if (const auto* wrong = std::get_if<UsageError>(&parsed)) {
+    return Fail(wrong->text + "\n" + std::string(kUsage), kWrongUsage);
+  }
+  const auto& options = std::get<Options>(parsed);
+  if (options.help) return TheTerminal().Out(kUsage), kFine;
+  if (options.version) return PrintVersion();
+
+  std::vector<LoadedMacro> macros;
+  for (const std::string& file : options.macros) {
+    auto loaded = LoadMacro(file);
+    if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason);
+    macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
+  }
+  HostState state;
+  for (const std::string& mail : options.mails) {
+    if (const auto reason = state.AddMails(PathFromUtf8(mail))) return Fail(*reason);
+  }
+  auto library = Library::Load();
+  if (const auto* reason = std::get_if<std::string>(&library)) return Fail(*reason);
+  return Work(options, macros, state, std::get<Library>(library));
+}
+
+}  // namespace
+}  // namespace wrenfold
+
+int wmain(int count, wchar_t** arguments) {
+  std::vector<std::string> utf8;
+  for (int i = 1; i < count; ++i) {
+    utf8.push_back(wrenfold::WideToUtf8(reinterpret_cast<const char16_t*>(arguments[i])));
+  }
+  return wrenfold::Run(utf8);
+}

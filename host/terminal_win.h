@@ -1,0 +1,41 @@
+// Standard input, output and error as UTF-8, whether a console, a pipe or a file stands behind them.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace wrenfold {
+
+class Terminal {
+ public:
+  Terminal();
+
+  // As they are: '\n' ends a line everywhere.
+  void Out(std::string_view utf8) { Write(out_, utf8); }
+  void Error(std::string_view utf8) { Write(error_, utf8); }
+
+  bool IsInteractive() const { return in_is_console_; }
+  // One line without its end; nullopt at the end of the input. `mark` shows only on a terminal.
+  std::optional<std::string> ReadLine(std::string_view mark);
+
+ private:
+  struct Stream {
+    HANDLE handle;
+    bool is_console;
+  };
+  static Stream Open(DWORD which);
+  static void Write(const Stream& stream, std::string_view utf8);
+  bool ReadMore();
+
+  Stream out_;
+  Stream error_;
+  HANDLE in_;
+  bool in_is_console_;
+  bool ended_ = false;
+  std::string pending_;  // read, but not yet given out
+};
+
+}  // namespace wrenfold
