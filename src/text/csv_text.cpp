@@ -1,0 +1,212 @@
+#include "text/csv_text.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+namespace wfinfo {
+namespace {
+
+constexpr std::uint32_t kLinesApart = 32;
+constexpr std::uint32_t kBytesApart = 1024;
+constexpr std::size_t kFirstRoom = 256;
+
+constexpr bool IsLineEnd(char byte) { return byte == '\r' || byte == '\n'; }
+
+// Behind the field that `text` begins with, without the comma.
+std::size_t FieldLength(std::string_view text) {
+  if (text.empty() || text[0] != '"') {
+    std::size_t at = 0;
+    while (at < text.size() && text[at] != ',' && !IsLineEnd(text[at])) ++at;
+    return at;
+  }
+  for (std::size_t at = 1; at < text.size();) {
+    const std::size_t quote = text.find('"', at);
+    if (quote == std::string_view::npos) break;
+    if (quote + 1 >= text.size() || text[quote + 1] != '"') return quote + 1;
+    at = quote + 2;
+  }
+  return text.size();
+}
+
+// Behind the field and its comma. A line end stays.
+std::size_t SkipField(std::string_view text) {
+  const std::size_t length = FieldLength(text);
+  return length + (length < text.size() && text[length] == ',' ? 1 : 0);
+}
+
+// Behind the line end that `text` begins with.
+std::size_t LineEndLength(std::string_view text) {
+  std::size_t length = text.starts_with('\r') ? 1 : 0;
+  if (text.substr(length).starts_with('\n')) ++length;
+  return length;
+}
+
+template <class Word>
+bool CopyTwoWords(const char* from, std::size_t length, char* to) {
+  constexpr Word kOnes = static_cast<Word>(~Word{0}) / 0xFF;
+  const auto has_quote = [](Word word) {
+    const Word difference = word ^ static_cast<Word>(kOnes * '"');
+    return ((difference - kOnes) & ~difference & (kOnes << 7)) != 0;
+  };
+  Word first, last;
+  std::memcpy(&first, from, sizeof first);
+  std::memcpy(&last, from + length - sizeof last, sizeof last);
+  if (has_quote(first) || has_quote(last)) return false;
+  std::memcpy(to, &first, sizeof first);
+  std::memcpy(to + length - sizeof last, &last, sizeof last);
+  return true;
+}
+
+// Copies bytes among which there is no quote; false, with nothing promised about `to`, when there is one. Short
+// fields are the rule: up to 16 bytes go as two words that overlap.
+bool CopyWithoutQuotes(const char* from, std::size_t length, char* to) {
+  if (length >= 8 && length <= 16) return CopyTwoWords<std::uint64_t>(from, length, to);
+  if (length >= 4 && length < 8) return CopyTwoWords<std::uint32_t>(from, length, to);
+  if (length < 4) {
+    bool quote = false;
+    for (std::size_t i = 0; i < length; ++i) quote |= (to[i] = from[i]) == '"';
+    return !quote;
+  }
+  if (std::memchr(from, '"', length) != nullptr) return false;
+  std::memcpy(to, from, length);
+  return true;
+}
+
+}  // namespace
+
+void CsvLineIndex::Clear() {
+  std::free(marks_);
+  *this = CsvLineIndex();
+}
+
+void CsvLineIndex::Note(Mark mark) {
+  const Mark last = count_ == 0 ? Mark{0, 0} : marks_[count_ - 1];
+  if (mark.line <= last.line) return;
+  if (mark.line - last.line < kLinesApart && mark.offset - last.offset < kBytesApart) return;
+  if (count_ == room_) {
+    const std::size_t room = std::max(kFirstRoom, 2 * room_);
+    auto* const grown = static_cast<Mark*>(std::realloc(marks_, room * sizeof(Mark)));
+    if (grown == nullptr) return;
+    marks_ = grown;
+    room_ = room;
+  }
+  marks_[count_++] = mark;
+}
+
+CsvLineIndex::Mark CsvLineIndex::Before(std::uint32_t line) const {
+  const Mark* const behind = std::upper_bound(marks_, marks_ + count_, line,
+                                              [](std::uint32_t wanted, const Mark& mark) { return wanted < mark.line; });
+  return behind == marks_ ? Mark{0, 0} : behind[-1];
+}
+
+void CsvText::Attach(std::string_view text) {
+  Detach();
+  text_ = text;
+  kernels_ = &BestCsvKernels();
+}
+
+void CsvText::Detach() {
+  index_.Clear();
+  text_ = {};
+  MoveTo(0, 0);
+  line_count_ = max_columns_ = kUnknown;
+}
+
+void CsvText::MoveTo(std::size_t offset, std::size_t line) {
+  cursor_ = offset;
+  line_ = line;
+  scanned_ = false;
+  far_column_ = 0;
+}
+
+bool CsvText::SkipLine() {
+  if (cursor_ == text_.size()) return false;
+  const char* const end = scanned_ ? current_.end : kernels_->line_end(Rest());
+  const auto at_end = static_cast<std::size_t>(end - text_.data());
+  MoveTo(at_end + LineEndLength(text_.substr(at_end)), line_ + 1);
+  index_.Note({static_cast<std::uint32_t>(line_), static_cast<std::uint32_t>(cursor_)});
+  return cursor_ != text_.size();
+}
+
+bool CsvText::SetLine(long long line) {
+  const std::size_t wanted = line < 0 ? 0 : static_cast<std::size_t>(line);
+  const CsvLineIndex::Mark known = index_.Before(static_cast<std::uint32_t>(std::min<std::size_t>(wanted, UINT32_MAX)));
+  // The cursor itself may be nearer. Where it is already, what is known of its line stays.
+  if (line_ > wanted || line_ < known.line) MoveTo(known.offset, known.line);
+  while (line_ < wanted && SkipLine()) {
+  }
+  return cursor_ != text_.size();
+}
+
+std::size_t CsvText::LineCount() {
+  if (!IsAttached()) return 0;
+  if (line_count_ == kUnknown) line_count_ = kernels_->count_lines(text_);
+  return line_count_;
+}
+
+std::size_t CsvText::MaxColumnCount() {
+  if (!IsAttached()) return 0;
+  if (max_columns_ == kUnknown) max_columns_ = kernels_->widest_line(text_);
+  return max_columns_;
+}
+
+void CsvText::Scan() {
+  if (scanned_) return;
+  current_ = kernels_->scan_line(Rest(), std::span(starts_));
+  scanned_ = true;
+}
+
+std::size_t CsvText::ColumnCount() {
+  if (!IsAttached()) return 0;
+  Scan();
+  return current_.fields;
+}
+
+// Where a field of the current line starts. Those behind the remembered ones are found by walking on, from the one
+// asked for last if it is on the way.
+std::size_t CsvText::OffsetOf(std::size_t column) {
+  if (column < kKeptStarts) return cursor_ + starts_[column];
+  if (far_column_ == 0 || far_column_ > column) {
+    far_column_ = kKeptStarts - 1;
+    far_offset_ = cursor_ + starts_[kKeptStarts - 1];
+  }
+  for (; far_column_ < column; ++far_column_) far_offset_ += SkipField(text_.substr(far_offset_));
+  return far_offset_;
+}
+
+std::string_view CsvText::Field(std::size_t column) {
+  if (!IsAttached()) return {};
+  Scan();
+  if (column >= current_.fields) return {};
+  const std::size_t start = OffsetOf(column);
+  if (column + 1 == current_.fields) {
+    return text_.substr(start, static_cast<std::size_t>(current_.last_field_end - text_.data()) - start);
+  }
+  if (column + 1 >= kKeptStarts) return text_.substr(start, FieldLength(text_.substr(start)));
+  // A field that follows a comma; one that follows a closing quote directly has none before it.
+  const std::size_t next = cursor_ + starts_[column + 1];
+  return text_.substr(start, next - start - (text_[next - 1] == ',' ? 1 : 0));
+}
+
+std::size_t UnquoteCsvField(std::string_view field, char* out) {
+  if (field.starts_with('"')) {
+    field.remove_prefix(1);
+    // Without quotes in between, a quote at the end is the closing one.
+    const std::size_t inner = field.size() - (field.ends_with('"') ? 1 : 0);
+    if (CopyWithoutQuotes(field.data(), inner, out)) return inner;
+  } else if (CopyWithoutQuotes(field.data(), field.size(), out)) {
+    return field.size();
+  }
+  char* const start = out;
+  while (!field.empty()) {
+    // A quote that is not doubled ends the text, also as the last byte.
+    if (field[0] == '"' && !field.starts_with("\"\"")) break;
+    *out++ = field[0];
+    field.remove_prefix(field[0] == '"' ? 2 : 1);
+  }
+  return static_cast<std::size_t>(out - start);
+}
+
+}  // namespace wfinfo
