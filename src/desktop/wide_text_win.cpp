@@ -50,12 +50,14 @@ WIDETEXT::WIDETEXT(const char* host) : guard(kGuard), length(0) {
   // The terminator is converted with the text: a lead byte may stand right before it.
   const std::size_t bytes = std::strlen(host) + 1;
   text = bytes < kInlineUnits ? inline_text : NewUnits(bytes);
-  length = text == nullptr ? -1 : static_cast<int>(HostToWide({host, bytes}, Units(text), SystemCodePage())) - 1;
+  length =
+      text == nullptr ? -1 : static_cast<int>(HostToWide({host, bytes}, Units(text), SystemCodePage())) - 1;
 }
 
 void WIDETEXT::Free() {
   if (guard != kGuard) {
-    MessageBoxA(GetActiveWindow(), "Buffer overrun at WIDETEXT::Free()", nullptr, MB_ICONHAND | MB_SYSTEMMODAL);
+    MessageBoxA(GetActiveWindow(), "Buffer overrun at WIDETEXT::Free()", nullptr,
+                MB_ICONHAND | MB_SYSTEMMODAL);
   }
   const auto value = reinterpret_cast<std::uintptr_t>(text);
   if (value < kFirstPointer || value == UINTPTR_MAX || text == inline_text) return;

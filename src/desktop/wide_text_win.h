@@ -12,10 +12,11 @@ namespace wfinfo {
 //   const WIDETEXT name(file_name);
 //   return name.Failed() ? 0 : DeleteFileW(name.Text());
 //
-// The layout is fixed (see the assertions in the .cpp file). Construction and destruction keep the thread's last
-// error, so that it still belongs to the wrapped call.
+// The layout is fixed (see the assertions in the .cpp file). Construction and destruction keep the thread's
+// last error, so that it still belongs to the wrapped call.
 struct WIDETEXT {
-  // A value below 0x10000 (null, an atom, a resource number) is kept as it is. Any other must be a readable text.
+  // A value below 0x10000 (null, an atom, a resource number) is kept as it is. Any other must be a readable
+  // text.
   explicit WIDETEXT(const char* host);
   ~WIDETEXT() { Free(); }
   WIDETEXT(const WIDETEXT&) = delete;
@@ -33,8 +34,9 @@ struct WIDETEXT {
   int length;  // units written, terminator excluded; -1 without memory
 };
 
-// Converts `count` units (terminator included) to host text in g_resultText; a result that is too long is cut to at
-// most 8191 bytes between characters. Returns the bytes written, terminator included; 0 (and "") without memory.
+// Converts `count` units (terminator included) to host text in g_resultText; a result that is too long is cut
+// to at most 8191 bytes between characters. Returns the bytes written, terminator included; 0 (and "")
+// without memory.
 std::size_t WideToResult(const wchar_t* text, std::size_t count);
 
 }  // namespace wfinfo

@@ -36,7 +36,8 @@ void CodePage::FillWide(std::size_t page, std::size_t row) const {
     if (length == 2 && calls_->is_pair(bytes)) valid[byte / 64] |= std::uint64_t{1} << (byte % 64);
   }
   if (row != kSingleRow) {
-    for (std::size_t word = 0; word < 4; ++word) pages_->pairs[row][word].store(valid[word], std::memory_order_relaxed);
+    for (std::size_t word = 0; word < 4; ++word)
+      pages_->pairs[row][word].store(valid[word], std::memory_order_relaxed);
   }
   pages_->wide_ready[page].store(1, std::memory_order_release);
 }

@@ -1,7 +1,7 @@
-// Code page 932 as tables, filled page by page from the system's own per-character conversion, which alone defines
-// the result. A page is 256 characters and takes some microseconds once; a text in one script touches a few dozen.
-// Against a table compiled in: it agrees with whatever system the library runs on, and the library's file does not
-// grow, since the storage starts out as zeros.
+// Code page 932 as tables, filled page by page from the system's own per-character conversion, which alone
+// defines the result. A page is 256 characters and takes some microseconds once; a text in one script touches
+// a few dozen. Against a table compiled in: it agrees with whatever system the library runs on, and the
+// library's file does not grow, since the storage starts out as zeros.
 #pragma once
 
 #include <atomic>
@@ -20,18 +20,20 @@ struct CharacterCalls {
   int (*to_host)(char16_t unit, char* bytes, bool* default_used);
 };
 
-// Host forms of a unit that are no characters of the code page. No unit from 0x80 on has one of these two values.
-inline constexpr std::uint16_t kNeedsEscape = 0;       // the default character had to be used
-inline constexpr std::uint16_t kNoHostForm = 0xFFFF;   // any other outcome than one or two bytes
+// Host forms of a unit that are no characters of the code page. No unit from 0x80 on has one of these two
+// values.
+inline constexpr std::uint16_t kNeedsEscape = 0;      // the default character had to be used
+inline constexpr std::uint16_t kNoHostForm = 0xFFFF;  // any other outcome than one or two bytes
 
-// Storage, all zeros at the start. One object may serve several threads: a page that two of them fill at once gets
-// the same values from both.
+// Storage, all zeros at the start. One object may serve several threads: a page that two of them fill at once
+// gets the same values from both.
 struct CodePagePages {
   static constexpr std::size_t kWidePages = 257;  // by first byte; the last page holds the single bytes
   std::atomic<std::uint8_t> wide_ready[kWidePages];
   std::atomic<std::uint8_t> host_ready[256];
-  std::atomic<std::uint32_t> wide[61][256];  // 60 lead bytes and the single bytes: first unit, second unit << 16
-  std::atomic<std::uint64_t> pairs[60][4];   // one bit for each valid trail byte
+  std::atomic<std::uint32_t> wide[61]
+                                 [256];  // 60 lead bytes and the single bytes: first unit, second unit << 16
+  std::atomic<std::uint64_t> pairs[60][4];  // one bit for each valid trail byte
   std::atomic<std::uint16_t> host[256][256];
 };
 
@@ -39,7 +41,8 @@ class CodePage {
  public:
   constexpr CodePage(const CharacterCalls& calls, CodePagePages& pages) : calls_(&calls), pages_(&pages) {}
 
-  // The units of the double-byte character `lead` `trail`: the first in the low half, a second one (or 0) above.
+  // The units of the double-byte character `lead` `trail`: the first in the low half, a second one (or 0)
+  // above.
   std::uint32_t Pair(unsigned char lead, unsigned char trail) const {
     return Wide(lead, LeadRow(lead))[trail].load(std::memory_order_relaxed);
   }

@@ -57,7 +57,8 @@ CsvLine LineByByte(std::string_view text, std::span<std::uint32_t> starts) {
       comma = after_comma;
       break;
     }
-    if (step.starts_field && line.fields < starts.size()) starts[line.fields] = static_cast<std::uint32_t>(at);
+    if (step.starts_field && line.fields < starts.size())
+      starts[line.fields] = static_cast<std::uint32_t>(at);
     line.fields += step.starts_field;
     comma = carry.field_start != 0;
   }
@@ -139,8 +140,8 @@ WFINFO_TARGET inline Marks Load(const char* bytes) {
 }
 
 WFINFO_TARGET inline std::uint64_t PrefixXor(std::uint64_t bits) {
-  const __m128i product = _mm_clmulepi64_si128(_mm_cvtsi64_si128(static_cast<long long>(bits)),
-                                               _mm_set1_epi8(-1), 0);
+  const __m128i product =
+      _mm_clmulepi64_si128(_mm_cvtsi64_si128(static_cast<long long>(bits)), _mm_set1_epi8(-1), 0);
   return static_cast<std::uint64_t>(_mm_cvtsi128_si64(product));
 }
 
@@ -155,8 +156,8 @@ WFINFO_TARGET inline std::size_t Count(std::uint64_t bits) {
 }  // namespace avx2
 
 bool HasAvx2() {
-  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("popcnt") &&
-         __builtin_cpu_supports("bmi");
+  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("pclmul") &&
+         __builtin_cpu_supports("popcnt") && __builtin_cpu_supports("bmi");
 }
 
 // Slowest first.

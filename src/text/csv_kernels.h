@@ -5,8 +5,8 @@
 //   field = plain | '"' quoted '"'     plain: up to a comma, CR, LF or the end; quotes in it are ordinary
 //   quoted: anything, '""' for a quote; without a closing quote it runs to the end of the text
 //
-// What stands behind a closing quote and is no comma starts a field of its own: "a"b,c has three fields. All is
-// byte-based: the second byte of a double-byte character is none of these characters.
+// What stands behind a closing quote and is no comma starts a field of its own: "a"b,c has three fields. All
+// is byte-based: the second byte of a double-byte character is none of these characters.
 #pragma once
 
 #include <cstddef>
@@ -30,7 +30,8 @@ struct CsvKernels {
   std::size_t (*count_lines)(std::string_view text);
   // Greatest number of fields in a line.
   std::size_t (*widest_line)(std::string_view text);
-  // The line that `text` begins with; `starts` takes the offsets of its first fields, as many as it has room for.
+  // The line that `text` begins with; `starts` takes the offsets of its first fields, as many as it has room
+  // for.
   CsvLine (*scan_line)(std::string_view text, std::span<std::uint32_t> starts);
   // Only the end of that line.
   const char* (*line_end)(std::string_view text);

@@ -1,17 +1,18 @@
 // The block routines, included once for each instruction set: behind its Load, PrefixXor and Count, and with
 // WFINFO_TARGET defined as the attribute that lets the compiler use it.
 //
-// The running exclusive or of the quotes tells what is quoted, provided that each opening quote stands where one may:
-// at the start of a field or right behind a closing quote (then both are a doubled quote). A block in which one
-// stands elsewhere is "irregular" and is walked byte by byte.
+// The running exclusive or of the quotes tells what is quoted, provided that each opening quote stands where
+// one may: at the start of a field or right behind a closing quote (then both are a doubled quote). A block
+// in which one stands elsewhere is "irregular" and is walked byte by byte.
 
-// What a block holds once its quotes are understood. Bits behind the end of the text are clear, except in `quoted`.
+// What a block holds once its quotes are understood. Bits behind the end of the text are clear, except in
+// `quoted`.
 struct Structure {
-  std::uint64_t quoted;        // from the opening quote on, the closing one excluded
-  std::uint64_t closers;       // closing quotes, also the first of a doubled one
-  std::uint64_t separators;    // commas and line ends outside quotes
-  std::uint64_t line_ends;     // CR and LF outside quotes
-  std::uint64_t irregular;     // opening quotes where none may stand
+  std::uint64_t quoted;      // from the opening quote on, the closing one excluded
+  std::uint64_t closers;     // closing quotes, also the first of a doubled one
+  std::uint64_t separators;  // commas and line ends outside quotes
+  std::uint64_t line_ends;   // CR and LF outside quotes
+  std::uint64_t irregular;   // opening quotes where none may stand
   std::uint64_t field_starts;
 };
 

@@ -59,8 +59,8 @@ bool CopyTwoWords(const char* from, std::size_t length, char* to) {
   return true;
 }
 
-// Copies bytes among which there is no quote; false, with nothing promised about `to`, when there is one. Short
-// fields are the rule: up to 16 bytes go as two words that overlap.
+// Copies bytes among which there is no quote; false, with nothing promised about `to`, when there is one.
+// Short fields are the rule: up to 16 bytes go as two words that overlap.
 bool CopyWithoutQuotes(const char* from, std::size_t length, char* to) {
   if (length >= 8 && length <= 16) return CopyTwoWords<std::uint64_t>(from, length, to);
   if (length >= 4 && length < 8) return CopyTwoWords<std::uint32_t>(from, length, to);
@@ -96,8 +96,9 @@ void CsvLineIndex::Note(Mark mark) {
 }
 
 CsvLineIndex::Mark CsvLineIndex::Before(std::uint32_t line) const {
-  const Mark* const behind = std::upper_bound(marks_, marks_ + count_, line,
-                                              [](std::uint32_t wanted, const Mark& mark) { return wanted < mark.line; });
+  const Mark* const behind =
+      std::upper_bound(marks_, marks_ + count_, line,
+                       [](std::uint32_t wanted, const Mark& mark) { return wanted < mark.line; });
   return behind == marks_ ? Mark{0, 0} : behind[-1];
 }
 
@@ -132,7 +133,8 @@ bool CsvText::SkipLine() {
 
 bool CsvText::SetLine(long long line) {
   const std::size_t wanted = line < 0 ? 0 : static_cast<std::size_t>(line);
-  const CsvLineIndex::Mark known = index_.Before(static_cast<std::uint32_t>(std::min<std::size_t>(wanted, UINT32_MAX)));
+  const CsvLineIndex::Mark known =
+      index_.Before(static_cast<std::uint32_t>(std::min<std::size_t>(wanted, UINT32_MAX)));
   // The cursor itself may be nearer. Where it is already, what is known of its line stays.
   if (line_ > wanted || line_ < known.line) MoveTo(known.offset, known.line);
   while (line_ < wanted && SkipLine()) {
@@ -164,8 +166,8 @@ std::size_t CsvText::ColumnCount() {
   return current_.fields;
 }
 
-// Where a field of the current line starts. Those behind the remembered ones are found by walking on, from the one
-// asked for last if it is on the way.
+// Where a field of the current line starts. Those behind the remembered ones are found by walking on, from
+// the one asked for last if it is on the way.
 std::size_t CsvText::OffsetOf(std::size_t column) {
   if (column < kKeptStarts) return cursor_ + starts_[column];
   if (far_column_ == 0 || far_column_ > column) {

@@ -9,8 +9,9 @@
 
 namespace wfinfo {
 
-// Where lines start, remembered while a text is walked: not each line, but one at least every 32 lines or 1 KiB, so
-// that any line is found by a look-up and a short walk. Without memory it remembers less and all stays right.
+// Where lines start, remembered while a text is walked: not each line, but one at least every 32 lines or 1
+// KiB, so that any line is found by a look-up and a short walk. Without memory it remembers less and all
+// stays right.
 class CsvLineIndex {
  public:
   struct Mark {
@@ -31,9 +32,9 @@ class CsvLineIndex {
   std::size_t room_ = 0;
 };
 
-// A text with a cursor. The text is neither copied nor freed, holds no zero byte, and must not change. What the
-// walk remembers (line starts, the fields of the current line, counts) never shows but in the time that calls take.
-// Trivially constructed and destroyed: Detach frees.
+// A text with a cursor. The text is neither copied nor freed, holds no zero byte, and must not change. What
+// the walk remembers (line starts, the fields of the current line, counts) never shows but in the time that
+// calls take. Trivially constructed and destroyed: Detach frees.
 class CsvText {
  public:
   // Puts the cursor on the first line. `text` has less than 4 GiB.
@@ -44,7 +45,8 @@ class CsvText {
 
   // To the next line; false when the text ends there.
   bool SkipLine();
-  // To line `line` (0 is the first, less is taken as 0); false, with the cursor at the end, when there is no such.
+  // To line `line` (0 is the first, less is taken as 0); false, with the cursor at the end, when there is no
+  // such.
   bool SetLine(long long line);
   std::size_t LineCount();
   // Fields of the current line.
@@ -65,9 +67,9 @@ class CsvText {
 
   std::string_view text_{};
   const CsvKernels* kernels_ = nullptr;
-  std::size_t cursor_ = 0;    // offset of the current line
-  std::size_t line_ = 0;      // its number
-  bool scanned_ = false;      // the next four speak of the current line
+  std::size_t cursor_ = 0;  // offset of the current line
+  std::size_t line_ = 0;    // its number
+  bool scanned_ = false;    // the next four speak of the current line
   CsvLine current_{};
   std::uint32_t starts_[kKeptStarts] = {};  // of its first fields, from the cursor
   std::size_t far_column_ = 0;              // the field behind those that was asked for last,
@@ -77,9 +79,9 @@ class CsvText {
   CsvLineIndex index_{};
 };
 
-// Copies `field` without its quoting and returns the bytes written: an opening quote is dropped, each doubled quote
-// becomes one, and a single one (the closing quote, or any quote of a plain field) ends the copy. `out` has room for
-// the length of the field.
+// Copies `field` without its quoting and returns the bytes written: an opening quote is dropped, each doubled
+// quote becomes one, and a single one (the closing quote, or any quote of a plain field) ends the copy. `out`
+// has room for the length of the field.
 std::size_t UnquoteCsvField(std::string_view field, char* out);
 
 }  // namespace wfinfo

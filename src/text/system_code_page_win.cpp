@@ -34,7 +34,8 @@ int ToHost(char16_t unit, char* bytes, bool* default_used) {
   const KeepLastError keep;
   const auto wide = static_cast<wchar_t>(unit);
   BOOL used = FALSE;
-  const int count = WideCharToMultiByte(kHostCodePage, WC_NO_BEST_FIT_CHARS, &wide, 1, bytes, 4, nullptr, &used);
+  const int count =
+      WideCharToMultiByte(kHostCodePage, WC_NO_BEST_FIT_CHARS, &wide, 1, bytes, 4, nullptr, &used);
   *default_used = used != FALSE;
   return count;
 }

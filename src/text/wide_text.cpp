@@ -14,8 +14,8 @@ constexpr std::size_t kBlock = 16;  // bytes that are looked at together
 
 constexpr bool IsSet(const std::uint32_t* bits, unsigned at) { return (bits[at / 32] >> (at % 32) & 1) != 0; }
 
-// How many of the 16 bytes at `bytes`, from the first one on, are ASCII other than 0x1A; all 16 are widened to
-// `out` whatever they are, since what is wrong is overwritten by what follows.
+// How many of the 16 bytes at `bytes`, from the first one on, are ASCII other than 0x1A; all 16 are widened
+// to `out` whatever they are, since what is wrong is overwritten by what follows.
 std::size_t WidenAscii(const char* bytes, char16_t* out) {
   const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
   const __m128i zero = _mm_setzero_si128();
@@ -43,7 +43,8 @@ std::size_t NarrowAscii(const char16_t* units, char* out) {
 
 char16_t* WriteUnits(char16_t* out, std::uint32_t units) {
   *out++ = static_cast<char16_t>(units);
-  if (units > 0xFFFF) [[unlikely]] *out++ = static_cast<char16_t>(units >> 16);
+  if (units > 0xFFFF) [[unlikely]]
+    *out++ = static_cast<char16_t>(units >> 16);
   return out;
 }
 
@@ -78,7 +79,8 @@ std::size_t HostToWide(std::string_view host, char16_t* out, const CodePage& cod
     const auto rest = static_cast<std::size_t>(end - at);
     if (byte > 0x7F) {
       const bool pair = IsLeadByte(*at) && rest > 1 && at[1] != '\0';
-      out = WriteUnits(out, pair ? code_page.Pair(byte, static_cast<unsigned char>(at[1])) : code_page.Single(byte));
+      out = WriteUnits(
+          out, pair ? code_page.Pair(byte, static_cast<unsigned char>(at[1])) : code_page.Single(byte));
       at += pair ? 2 : 1;
     } else if (byte == kEscapeByte) {
       const bool escape = StartsWithEscape({at, rest});

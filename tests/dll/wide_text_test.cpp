@@ -1,6 +1,6 @@
-// Conversion between host text and UTF-16 on the real system: the tables against its own per-character calls, and
-// WIDETEXT itself.
-#include "desktop/wide_text_win.h"
+// Conversion between host text and UTF-16 on the real system: the tables against its own per-character calls,
+// and WIDETEXT itself.
+#include "text/wide_text.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -8,10 +8,10 @@
 #include <string>
 
 #include "bridge/results_win.h"
+#include "desktop/wide_text_win.h"
 #include "support/scripted_host_win.h"
 #include "text/host_text.h"
 #include "text/system_code_page_win.h"
-#include "text/wide_text.h"
 
 namespace wfinfo {
 namespace {
@@ -90,8 +90,10 @@ TEST(WideTextOnTheSystem, ValidPairsAreThoseThatTheSystemDoesNotRefuse) {
 
 TEST(WideTextOnTheSystem, FillingTheTablesKeepsTheLastError) {
   SetLastError(4711);
-  for (unsigned value = 0x80; value <= 0xFFFF; value += 0x80) SystemCodePage().Host(static_cast<char16_t>(value));
-  for (unsigned lead = 0x81; lead <= 0x9F; ++lead) SystemCodePage().Pair(static_cast<unsigned char>(lead), 0x40);
+  for (unsigned value = 0x80; value <= 0xFFFF; value += 0x80)
+    SystemCodePage().Host(static_cast<char16_t>(value));
+  for (unsigned lead = 0x81; lead <= 0x9F; ++lead)
+    SystemCodePage().Pair(static_cast<unsigned char>(lead), 0x40);
   EXPECT_EQ(GetLastError(), 4711u);
 }
 
@@ -165,7 +167,8 @@ TEST(WideTextResult, ShortTextsGoToTheResultBuffer) {
 TEST(WideTextResult, LongTextsAreCutBetweenCharacters) {
   const std::wstring longest(2047, L'\u00A9');
   EXPECT_EQ(WideToResult(longest.c_str(), 2048), 4 * 2047 + 1u);
-  EXPECT_EQ(WideToResult((longest + L'\u00A9').c_str(), 2049), 4 * 2047 + 1u) << "8192 bytes: one escape too many";
+  EXPECT_EQ(WideToResult((longest + L'\u00A9').c_str(), 2049), 4 * 2047 + 1u)
+      << "8192 bytes: one escape too many";
   EXPECT_EQ(WideToResult(std::wstring(8191, L'x').c_str(), 8192), 8192u);
   EXPECT_EQ(WideToResult(std::wstring(9000, L'x').c_str(), 9001), 8192u);
   EXPECT_EQ(std::string(g_resultText), std::string(8191, 'x'));

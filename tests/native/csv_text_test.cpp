@@ -64,7 +64,8 @@ TEST(CsvText, LinesAndFieldsAreSplit) {
     Walker walker(c.text);
     EXPECT_EQ(walker.LineCount(), c.lines) << c.why;
     EXPECT_EQ(walker.ColumnCount(), c.fields.size()) << c.why;
-    for (std::size_t i = 0; i < c.fields.size(); ++i) EXPECT_EQ(Unquoted(walker.Field(i)), c.fields[i]) << c.why;
+    for (std::size_t i = 0; i < c.fields.size(); ++i)
+      EXPECT_EQ(Unquoted(walker.Field(i)), c.fields[i]) << c.why;
     EXPECT_EQ(walker.Field(c.fields.size()), "") << c.why;
     EXPECT_EQ(walker.Field(c.fields.size() + 5000), "") << c.why;
   }
@@ -117,26 +118,32 @@ TEST(CsvText, BehindTheLastLineThereIsNothing) {
 
 TEST(CsvText, LinesWiderThanWhatIsRememberedAreWalked) {
   std::string text;
-  for (int i = 0; i < 5000; ++i) text += (i % 3 == 0 ? "\"q" + std::to_string(i) + "\"" : std::to_string(i)) + ",";
+  for (int i = 0; i < 5000; ++i)
+    text += (i % 3 == 0 ? "\"q" + std::to_string(i) + "\"" : std::to_string(i)) + ",";
   text += "last\nnext";
   Walker walker(text);
   EXPECT_EQ(walker.ColumnCount(), 5001u);
   const CsvReference reference(text);
-  for (const std::size_t column : {0u, 1023u, 1024u, 1025u, 4999u, 5000u, 1024u, 1022u, 3000u, 2999u, 5001u}) {
+  for (const std::size_t column :
+       {0u, 1023u, 1024u, 1025u, 4999u, 5000u, 1024u, 1022u, 3000u, 2999u, 5001u}) {
     EXPECT_EQ(walker.Field(column), reference.Field(column)) << column;
   }
   EXPECT_TRUE(walker.SkipLine());
   EXPECT_EQ(walker.Field(0), "next");
 }
 
-// Texts in which everything that matters is frequent, with long plain runs in between so that blocks are crossed.
+// Texts in which everything that matters is frequent, with long plain runs in between so that blocks are
+// crossed.
 std::string RandomText(std::mt19937& random, bool tidy) {
-  static const char* const kWild[] = {"\"", "\"\"", ",", "\r", "\n", "\r\n", "a", "bc", "\x83\x5C", "plain text", ",,"};
-  static const char* const kTidy[] = {"field,", "\"quoted\",", "\"a,b\"\"c\r\nd\",", "x\r\n", "\r\n", "\"e\"\n", "12345,"};
+  static const char* const kWild[] = {"\"", "\"\"", ",",        "\r",         "\n", "\r\n",
+                                      "a",  "bc",   "\x83\x5C", "plain text", ",,"};
+  static const char* const kTidy[] = {"field,",  "\"quoted\",", "\"a,b\"\"c\r\nd\",", "x\r\n", "\r\n",
+                                      "\"e\"\n", "12345,"};
   std::string text;
   const std::size_t parts = random() % (random() % 8 == 0 ? 400 : 40);
   for (std::size_t i = 0; i < parts; ++i) {
-    text += tidy && random() % 64 != 0 ? kTidy[random() % std::size(kTidy)] : kWild[random() % std::size(kWild)];
+    text +=
+        tidy && random() % 64 != 0 ? kTidy[random() % std::size(kTidy)] : kWild[random() % std::size(kWild)];
     if (random() % 16 == 0) text.append(random() % 70, 'z');
   }
   return text;
@@ -182,7 +189,8 @@ TEST(CsvText, ResultsAreTheSameForEveryOrderOfCalls) {
           ASSERT_EQ(walker.SkipLine(), reference.SkipLine());
           break;
         case 1:
-          ASSERT_EQ(walker.SetLine(static_cast<long long>(number)), reference.SetLine(static_cast<long long>(number)));
+          ASSERT_EQ(walker.SetLine(static_cast<long long>(number)),
+                    reference.SetLine(static_cast<long long>(number)));
           break;
         case 2:
           ASSERT_EQ(walker.LineCount(), lines);
@@ -207,7 +215,8 @@ TEST(CsvText, UnquotingFollowsTheRuleForEveryLength) {
   std::mt19937 random(5);
   for (int round = 0; round < 40000; ++round) {
     std::string field;
-    for (std::size_t length = random() % 40; length > 0; --length) field += "abcdefg\""[random() % (round % 2 == 0 ? 8 : 7)];
+    for (std::size_t length = random() % 40; length > 0; --length)
+      field += "abcdefg\""[random() % (round % 2 == 0 ? 8 : 7)];
     if (random() % 2 == 0) field = '"' + field + '"';
     ASSERT_EQ(Unquoted(field), CsvReference::Unquoted(field)) << field;
   }

@@ -120,7 +120,8 @@ TEST(WideText, Utf16BecomesHostText) {
       {"\x1A\x80\xAC\x8E", u"\uAC00", "outside the code page, wide"},
       {"\x1A\xBD\xD8\x86\x1A\x80\xDE\x86", u"\xD83D\xDE00", "a surrogate pair is two escapes"},
       {"0123456789abcde\x1A\x9A\x80\x84xyz", u"0123456789abcde\x1Axyz", "0x1A in the first block"},
-      {"0123456789abcdefghijklmnopqrstuvwxyz", u"0123456789abcdefghijklmnopqrstuvwxyz", "ASCII over two blocks"},
+      {"0123456789abcdefghijklmnopqrstuvwxyz", u"0123456789abcdefghijklmnopqrstuvwxyz",
+       "ASCII over two blocks"},
   };
   for (const TextCase& c : cases) EXPECT_EQ(Host(c.wide), c.host) << c.why;
 }
@@ -168,8 +169,9 @@ std::string SlowHost(const std::u16string& wide) {
 
 TEST(WideText, RandomHostTextsConvertAsCharacterByCharacter) {
   std::mt19937 random(20240601);
-  const std::string kinds[] = {"a", "\x1A", "\x93\xFA", "\xB1", "\x1A\xA9\x80\x85", "\x81", "\xFC\xFC", "\x80",
-                               "\x1A\x80", "plain text of some length", "\x84", "\0"s, "\xA9\x80\x85"};
+  const std::string kinds[] = {"a",    "\x1A",     "\x93\xFA",    "\xB1",     "\x1A\xA9\x80\x85",
+                               "\x81", "\xFC\xFC", "\x80",        "\x1A\x80", "plain text of some length",
+                               "\x84", "\0"s,      "\xA9\x80\x85"};
   for (int round = 0; round < 3000; ++round) {
     std::string host;
     for (std::size_t parts = random() % 24; parts > 0; --parts) host += kinds[random() % std::size(kinds)];
@@ -185,7 +187,9 @@ TEST(WideText, RandomUtf16ConvertsAsCharacterByCharacterAndComesBack) {
     std::u16string wide;
     for (std::size_t length = random() % 60; length > 0; --length) {
       const unsigned range = random() % 4;
-      wide += static_cast<char16_t>(range == 0 ? random() : range == 1 ? 0x3000 + random() % 0x100 : random() % 0x80);
+      wide += static_cast<char16_t>(range == 0   ? random()
+                                    : range == 1 ? 0x3000 + random() % 0x100
+                                                 : random() % 0x80);
     }
     const std::string host = Host(wide);
     ASSERT_EQ(host, SlowHost(wide)) << "round " << round;
@@ -203,17 +207,16 @@ TEST(WideText, WhatNeedsAnEscapeComesBackUnchanged) {
 }
 
 TEST(CodePage, OtherOutcomesThanOneOrTwoBytesAreKnown) {
-  const CharacterCalls calls = {
-      [](const char*, int, char16_t* units) {
-        units[0] = u'x';
-        units[1] = u'y';
-        return 2;
-      },
-      [](const char*) { return false; },
-      [](char16_t, char*, bool* lost) {
-        *lost = false;
-        return 0;
-      }};
+  const CharacterCalls calls = {[](const char*, int, char16_t* units) {
+                                  units[0] = u'x';
+                                  units[1] = u'y';
+                                  return 2;
+                                },
+                                [](const char*) { return false; },
+                                [](char16_t, char*, bool* lost) {
+                                  *lost = false;
+                                  return 0;
+                                }};
   static CodePagePages pages;
   const CodePage code_page(calls, pages);
   char16_t units[4];

@@ -1,5 +1,5 @@
-// The CSV reader as it would be written without any regard to speed: what the block routines and the remembering
-// walker must agree with, whatever is called in which order.
+// The CSV reader as it would be written without any regard to speed: what the block routines and the
+// remembering walker must agree with, whatever is called in which order.
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,6 @@
-// Code page 932 for native tests, fuzz targets and benchmarks: the C library's iconv in the place of Windows. It
-// differs from Windows in a few characters, which does not matter where only the walk over the text is looked at.
+// Code page 932 for native tests, fuzz targets and benchmarks: the C library's iconv in the place of Windows.
+// It differs from Windows in a few characters, which does not matter where only the walk over the text is
+// looked at.
 #pragma once
 
 #include <iconv.h>
@@ -10,8 +11,8 @@
 
 namespace wfinfo_test {
 
-inline std::size_t Convert(const char* to, const char* from, const char* input, std::size_t size, char* output,
-                           std::size_t room) {
+inline std::size_t Convert(const char* to, const char* from, const char* input, std::size_t size,
+                           char* output, std::size_t room) {
   const iconv_t converter = iconv_open(to, from);
   if (converter == reinterpret_cast<iconv_t>(-1)) __builtin_trap();
   char* in = const_cast<char*>(input);
