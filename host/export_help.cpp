@@ -81,10 +81,28 @@ std::size_t Most(const Row& row) {
   return open ? kMostParameters : row.parameters.size();
 }
 
+// "F71 F12:40024" as "code 71 (Frame), code 12 (Frame) with command 40024".
+std::string RequestsText(std::string_view requests) {
+  std::string text;
+  for (std::size_t at = 0; at < requests.size();) {
+    const std::size_t end = std::min(requests.find(' ', at), requests.size());
+    const std::string_view word = requests.substr(at, end - at);
+    at = end + 1;
+    if (word.size() < 2) continue;
+    const std::size_t colon = std::min(word.find(':'), word.size());
+    const std::string_view dispatcher = word[0] == 'H' ? "Host" : word[0] == 'F' ? "Frame" : "View";
+    if (!text.empty()) text += ", ";
+    text.append(word[0] == 'M' ? "menu command " : "code ").append(word.substr(1, colon - 1));
+    if (word[0] != 'M') text.append(" (").append(dispatcher).append(")");
+    if (colon < word.size()) text.append(" with command ").append(word.substr(colon + 1));
+  }
+  return text;
+}
+
 std::string SentText(const Row& row) {
   const std::string code = std::to_string(row.code);
   if (row.kind == Kind::kMenu) return "menu command " + code;
-  if (row.kind == Kind::kHand) return std::string(row.requests);
+  if (row.kind == Kind::kHand) return RequestsText(row.requests);
   std::string text = "code " + code + " (" + std::string(row.dispatcher) + ")";
   if (row.first_slot == kNoFirstSlot) return text;
   return text + (row.kind == Kind::kThin ? ", sub-command " : ", command ") + std::to_string(row.first_slot);
@@ -173,13 +191,17 @@ std::string UnknownExport(std::string_view name) {
   return "no export '" + std::string(name) + "'" + DidYouMean(name, names);
 }
 
+std::optional<std::string> CheckCallForm(const std::string& name, std::size_t parameters) {
+  const Row* row = wfinfo::catalogue::FindRow(name);
+  if (row == nullptr) return UnknownExport(name);
+  if (Holds(kHostOnly, name)) return name + " is called by the host itself, once, after loading";
+  if (parameters >= Needed(*row) && parameters <= Most(*row)) return std::nullopt;
+  return name + " takes " + CountText(*row) + ", " + std::to_string(parameters) + " given; see help " + name;
+}
+
 std::optional<std::string> CheckCall(const Row& row, std::span<const macro::Value> parameters) {
   const std::string name(row.name);
-  if (Holds(kHostOnly, row.name)) return name + " is called by the host itself, once, after loading";
-  if (parameters.size() < Needed(row) || parameters.size() > Most(row)) {
-    return name + " takes " + CountText(row) + ", " + std::to_string(parameters.size()) +
-           " given; see help " + name;
-  }
+  if (auto wrong = CheckCallForm(name, parameters.size())) return wrong;
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     const Parameter& parameter = row.parameters[std::min(i, row.parameters.size() - 1)];
     const TypeRow& type = TypeOf(parameter);

@@ -28,6 +28,10 @@ std::string HelpOverview();
 // Why `name` is unknown, with the nearest names.
 std::string UnknownExport(std::string_view name);
 
+// Why `name` cannot be called with so many parameters, whatever they are: unknown, the host's own, or the
+// wrong count.
+std::optional<std::string> CheckCallForm(const std::string& name, std::size_t parameters);
+
 // What is wrong with calling the export of `row` like this; nullopt when nothing is. A number where a text
 // belongs is let through when the library itself checks it.
 std::optional<std::string> CheckCall(const wfinfo::catalogue::Row& row,

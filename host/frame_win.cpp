@@ -6,6 +6,7 @@ namespace wrenfold {
 namespace {
 
 RequestServer* g_server = nullptr;  // while the windows live
+HWND g_view = nullptr;
 
 // Frame and outer view answer alike. No other window ever acts for one of ours.
 LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
@@ -33,7 +34,7 @@ HWND CreateHidden(const char* class_name) {
 Windows::Windows(RequestServer& server) {
   g_server = &server;
   // The view's user data stays 0 as long as no mail is open in it, so that searches pass it by.
-  view_ = CreateHidden(wfinfo::kOuterViewClass);
+  g_view = view_ = CreateHidden(wfinfo::kOuterViewClass);
   frame_ = CreateHidden(wfinfo::kFrameClass);
 }
 
@@ -41,6 +42,12 @@ Windows::~Windows() {
   if (frame_ != nullptr) DestroyWindow(frame_);
   if (view_ != nullptr) DestroyWindow(view_);
   g_server = nullptr;
+  g_view = nullptr;
+}
+
+void Windows::OpenView() {
+  SetWindowLongPtrA(g_view, GWLP_USERDATA, 1);
+  SetWindowPos(g_view, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 bool Windows::Pump() {

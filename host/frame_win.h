@@ -18,6 +18,9 @@ class Windows {
   bool IsComplete() const { return frame_ != nullptr && view_ != nullptr; }
   HWND frame() const { return frame_; }
 
+  // Opens the root mail in the outer view: from then on that window is the nearer one for the library.
+  static void OpenView();
+
   // Handles what waits in the message queue; false once the host is asked to end.
   static bool Pump();
 

@@ -1,22 +1,12 @@
 #include "header_lookup.h"
 
-#include "text/host_text.h"
+#include "ascii.h"
 
 namespace wrenfold {
 namespace {
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool SameIgnoringCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (Lower(a[i]) != Lower(b[i])) return false;
-  }
-  return true;
-}
-
 // Bytes up to the LF that ends a line, which an escape never holds.
-std::size_t LineLength(std::string_view text) {
+std::size_t LengthOfLine(std::string_view text) {
   const std::size_t end = text.find('\n');
   return end == std::string_view::npos ? text.size() : end + 1;
 }
@@ -25,9 +15,9 @@ std::size_t LineLength(std::string_view text) {
 // end.
 std::string_view TakeHeader(std::string_view& block) {
   if (block.starts_with("\r") || block.starts_with("\n")) return {};
-  std::size_t length = LineLength(block);
-  while (length < block.size() && (block[length] == ' ' || block[length] == '\t')) {
-    length += LineLength(block.substr(length));
+  std::size_t length = LengthOfLine(block);
+  while (length < block.size() && IsBlank(block[length])) {
+    length += LengthOfLine(block.substr(length));
   }
   const std::string_view header = block.substr(0, length);
   block.remove_prefix(length);
@@ -46,9 +36,9 @@ void EachValue(std::string_view text, std::string_view name, Visit visit) {
   if (name.ends_with(':')) name.remove_suffix(1);
   for (std::string_view header; !(header = TakeHeader(text)).empty();) {
     const std::size_t colon = header.find(':');
-    if (colon == std::string_view::npos || !SameIgnoringCase(header.substr(0, colon), name)) continue;
+    if (colon == std::string_view::npos || !EqualsIgnoringCase(header.substr(0, colon), name)) continue;
     std::string_view value = header.substr(colon + 1);
-    while (value.starts_with(' ') || value.starts_with('\t')) value.remove_prefix(1);
+    while (!value.empty() && IsBlank(value[0])) value.remove_prefix(1);
     if (!visit(WithoutLineEnd(value))) return;
   }
 }

@@ -16,8 +16,7 @@ std::uint32_t If(bool condition, std::uint32_t bit) { return condition ? bit : 0
 
 std::optional<std::string> HostState::AddMails(const std::filesystem::path& path) {
   std::optional<std::string> reason = store_.Add(path);
-  messages_.resize(mail_count());
-  unfolded_.resize(mail_count());
+  memories_.resize(mail_count());
   return reason;
 }
 
@@ -28,8 +27,9 @@ bool HostState::Open(std::size_t index) {
 }
 
 const HostMessage& HostState::Message(std::size_t index) {
-  if (!messages_[index]) messages_[index] = std::make_unique<HostMessage>(MakeHostMessage(Mail(index).raw));
-  return *messages_[index];
+  std::unique_ptr<HostMessage>& message = memories_[index].message;
+  if (!message) message = std::make_unique<HostMessage>(MakeHostMessage(Mail(index).raw));
+  return *message;
 }
 
 std::string HostState::Header(std::size_t index, std::string_view name) {
@@ -39,15 +39,21 @@ std::string HostState::Header(std::size_t index, std::string_view name) {
 std::uint32_t HostState::StateWord(std::size_t index) {
   const std::uint32_t flags = Mail(index).flags;
   const HostMessage& message = Message(index);
-  return If(unfolded_[index], kStateNoFolding) |
-         If(SaysHighPriority(Header(index, "X-Priority"), Header(index, "Importance")), kStateHighPriority) |
-         If(!message.attachments.empty(), kStateAttachment) | If((flags & kMailReplied) != 0, kStateReplied) |
-         If((flags & kMailForwarded) != 0, kStateForwarded) | If((flags & kMailRead) == 0, kStateUnread) |
-         If(CountHeaders(message.text, "Message-ID") > 0, kStateMessageId) |
-         If(CountHeaders(message.text, "In-Reply-To") > 0, kStateInReplyTo) |
-         If((flags & kMailMarked) != 0, kStateMarked) | If(CountHeaders(message.text, "Cc") > 0, kStateCc);
+  const std::uint32_t found =
+      If(SaysHighPriority(Header(index, "X-Priority"), Header(index, "Importance")), kStateHighPriority) |
+      If(!message.attachments.empty(), kStateAttachment) | If((flags & kMailReplied) != 0, kStateReplied) |
+      If((flags & kMailForwarded) != 0, kStateForwarded) | If((flags & kMailRead) == 0, kStateUnread) |
+      If(CountHeaders(message.text, "Message-ID") > 0, kStateMessageId) |
+      If(CountHeaders(message.text, "In-Reply-To") > 0, kStateInReplyTo) |
+      If((flags & kMailMarked) != 0, kStateMarked) | If(CountHeaders(message.text, "Cc") > 0, kStateCc);
+  const Memory& memory = memories_[index];
+  return (found & ~memory.changed_mask) | memory.changed_bits;
 }
 
-void HostState::SetFolding(std::size_t index, bool on) { unfolded_[index] = !on; }
+void HostState::ChangeState(std::size_t index, std::uint32_t bits, std::uint32_t mask) {
+  Memory& memory = memories_[index];
+  memory.changed_mask |= mask;
+  memory.changed_bits = (memory.changed_bits & ~mask) | (bits & mask);
+}
 
 }  // namespace wrenfold

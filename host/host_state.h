@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,16 +49,28 @@ class HostState {
   const HostMessage& Message(std::size_t index);
   // Header `name` of the mail as host text, "" when absent.
   std::string Header(std::size_t index, std::string_view name);
-  // The mail-state word.
+  // The mail-state word: what the mail and its file say, and what was changed since.
   std::uint32_t StateWord(std::size_t index);
-  // Turns line folding of a mail on or off.
-  void SetFolding(std::size_t index, bool on);
+  // Sets the bits of `mask` to those of `bits`. Nothing is written to the mail's file.
+  void ChangeState(std::size_t index, std::uint32_t bits, std::uint32_t mask);
+  bool Folds(std::size_t index) { return (StateWord(index) & kStateNoFolding) == 0; }
+
+  // Colour label of a mail, 0 at first.
+  std::int64_t colour(std::size_t index) const { return memories_[index].colour; }
+  void set_colour(std::size_t index, std::int64_t colour) { memories_[index].colour = colour; }
 
  private:
+  // What the host keeps of one mail beside its file.
+  struct Memory {
+    std::unique_ptr<HostMessage> message;  // null until first used
+    std::uint32_t changed_mask = 0;
+    std::uint32_t changed_bits = 0;
+    std::int64_t colour = 0;
+  };
+
   MailStore store_;
   std::size_t root_ = 0;
-  std::vector<std::unique_ptr<HostMessage>> messages_;  // null until first used
-  std::vector<bool> unfolded_;
+  std::vector<Memory> memories_;
 };
 
 }  // namespace wrenfold

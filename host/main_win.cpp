@@ -16,10 +16,11 @@
 #include "charset.h"
 #include "command_line.h"
 #include "export_caller_win.h"
+#include "export_help.h"
 #include "frame_win.h"
-#include "header_lookup.h"
 #include "host_state.h"
 #include "library_win.h"
+#include "macro_check.h"
 #include "macro_run.h"
 #include "prompt.h"
 #include "request_server_win.h"
@@ -75,7 +76,9 @@ std::variant<LoadedMacro, std::string> LoadMacro(const std::string& file) {
   if (!stream.is_open() || stream.bad()) return "cannot read the macro " + file;
   auto parsed = macro::Parse(source, {ToHost, false});
   if (const auto* problem = std::get_if<macro::Problem>(&parsed)) return Located(file, *problem);
-  return LoadedMacro{file, std::get<macro::Program>(std::move(parsed))};
+  auto program = std::get<macro::Program>(std::move(parsed));
+  if (const auto problem = macro::CheckCalls(program, CheckCallForm)) return Located(file, *problem);
+  return LoadedMacro{file, std::move(program)};
 }
 
 class LibraryHost : public macro::MacroHost {

@@ -3,26 +3,16 @@
 #include <algorithm>
 #include <utility>
 
+#include "ascii.h"
+
 namespace wrenfold {
-namespace {
-
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-std::string Lowered(std::string_view name) {
-  std::string lowered(name);
-  std::transform(lowered.begin(), lowered.end(), lowered.begin(), Lower);
-  return lowered;
-}
-
-}  // namespace
-
 std::size_t EditDistance(std::string_view a, std::string_view b) {
   std::vector<std::size_t> row(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
   for (std::size_t i = 0; i < a.size(); ++i) {
     std::size_t diagonal = std::exchange(row[0], i + 1);
     for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t replaced = diagonal + (Lower(a[i]) == Lower(b[j]) ? 0 : 1);
+      const std::size_t replaced = diagonal + (LowerAscii(a[i]) == LowerAscii(b[j]) ? 0 : 1);
       diagonal = row[j + 1];
       row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
     }
@@ -36,11 +26,11 @@ std::vector<std::string_view> NearestNames(std::string_view name, std::span<cons
   if (name.size() > kLongest) return {};
   // A third of the letters may be wrong; a name that holds the other whole ranks behind those.
   const std::size_t allowed = std::max<std::size_t>(1, name.size() / 3);
-  const std::string lowered = Lowered(name);
+  const std::string lowered = Lower(name);
   std::vector<std::pair<std::size_t, std::string_view>> found;
   for (const std::string_view candidate : names) {
     const std::size_t distance = EditDistance(name, candidate);
-    const bool part = name.size() >= 3 && Lowered(candidate).find(lowered) != std::string::npos;
+    const bool part = name.size() >= 3 && Lower(candidate).find(lowered) != std::string::npos;
     if (distance <= allowed) {
       found.emplace_back(distance, candidate);
     } else if (part) {

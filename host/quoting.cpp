@@ -16,7 +16,8 @@ struct Line {
 Line TakeLine(std::string_view& text) {
   std::size_t length = 0;
   while (length < text.size() && text[length] != '\r' && text[length] != '\n') {
-    length += wfinfo::UnitLength(text.substr(length));
+    // No second byte of a double-byte character is CR or LF; the last one of an escape may be.
+    length += wfinfo::StartsWithEscape(text.substr(length)) ? wfinfo::kEscapeLength : 1;
   }
   Line line{text.substr(0, length), ""};
   text.remove_prefix(length);
