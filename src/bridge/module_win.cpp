@@ -37,15 +37,17 @@ bool PathBesideLibrary(const char* name, char* path, std::size_t room) {
   return Append(path, FileNameStart({path, length}), room, name);
 }
 
-HMODULE LoadSystemLibrary(const char* name) {
-  HMODULE module = GetModuleHandleA(name);
-  if (module != nullptr) return module;
+HMODULE LoadFromSystemDirectory(const char* name) {
   char path[MAX_PATH + 64];
   const UINT length = GetSystemDirectoryA(path, MAX_PATH);
-  if (length > 0 && length < MAX_PATH && Append(path, length, sizeof path, "\\") &&
-      Append(path, length + 1, sizeof path, name)) {
-    module = LoadLibraryA(path);
-  }
+  if (length == 0 || length >= MAX_PATH) return nullptr;
+  if (!Append(path, length, sizeof path, "\\") || !Append(path, length + 1, sizeof path, name)) return nullptr;
+  return LoadLibraryA(path);
+}
+
+HMODULE LoadSystemLibrary(const char* name) {
+  HMODULE module = GetModuleHandleA(name);
+  if (module == nullptr) module = LoadFromSystemDirectory(name);
   return module != nullptr ? module : LoadLibraryA(name);
 }
 

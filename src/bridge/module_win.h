@@ -14,6 +14,9 @@ extern HINSTANCE g_hInstance;
 // name may hold double-byte characters whose second byte is a backslash.
 bool PathBesideLibrary(const char* name, char* path, std::size_t room);
 
+// The library file `name` of the system directory, null when it does not load.
+HMODULE LoadFromSystemDirectory(const char* name);
+
 // A module for the system library `name`: the loaded one, else the file in the system directory, else whatever
 // the plain name finds; null when there is none.
 HMODULE LoadSystemLibrary(const char* name);

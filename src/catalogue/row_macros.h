@@ -4,7 +4,9 @@
 // WFINFO_EACH(MACRO, (A, a), (B, b, "..")) expands MACRO for each, separated by commas.
 #pragma once
 
-#define WFINFO_EVAL(...) WFINFO_EVAL3(WFINFO_EVAL3(WFINFO_EVAL3(__VA_ARGS__)))
+// Deep enough for lists of 27 parameters.
+#define WFINFO_EVAL(...) WFINFO_EVAL4(WFINFO_EVAL4(WFINFO_EVAL4(__VA_ARGS__)))
+#define WFINFO_EVAL4(...) WFINFO_EVAL3(WFINFO_EVAL3(WFINFO_EVAL3(__VA_ARGS__)))
 #define WFINFO_EVAL3(...) WFINFO_EVAL2(WFINFO_EVAL2(WFINFO_EVAL2(__VA_ARGS__)))
 #define WFINFO_EVAL2(...) __VA_ARGS__
 #define WFINFO_PARENS ()

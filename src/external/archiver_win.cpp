@@ -1,0 +1,77 @@
+#include "external/archiver_win.h"
+
+#include <utility>
+
+#include "bridge/module_win.h"
+#include "bridge/report_win.h"
+#include "bridge/results_win.h"
+
+namespace wfinfo {
+
+constinit Archiver g_lha{
+    "unlha32.dll",
+    "Unlha",
+    {"Failed to load Unlha32.dll. Compression/Decompression is not possible.",
+     "Unlha32.dllがロードできませんでした。圧縮/解凍処理はできません。"},
+    {"Unlha function entry not found.", "Unlha関数エントリが見つかりませんでした。"},
+};
+
+constinit Archiver g_zip{
+    "Zip32J.dll",
+    "Zip",
+    {"Failed to load Zip32J.dll. Compression/Decompression is not possible.",
+     "Zip32J.dllがロードできませんでした。圧縮/解凍処理はできません。"},
+    {"Zip function entry not found.", "Zip関数エントリが見つかりませんでした。"},
+};
+
+namespace {
+
+constexpr int kNotCalled = -1;
+
+using EntryPoint = int(WINAPI*)(HWND window, LPCSTR command_line, LPSTR output, DWORD output_size);
+
+bool EmptyOutput(Archiver& archiver) {
+  if (archiver.output != nullptr) {
+    archiver.output[0] = '\0';
+  } else {
+    archiver.output = static_cast<char*>(LocalAlloc(LPTR, kArchiverOutputSize));
+  }
+  return archiver.output != nullptr;
+}
+
+}  // namespace
+
+int LoadArchiver(Archiver& archiver) {
+  if (archiver.module == nullptr) archiver.module = LoadFromSystemDirectory(archiver.library);
+  if (archiver.module == nullptr) archiver.module = LoadLibraryA(archiver.library);
+  return archiver.module != nullptr ? 1 : 0;
+}
+
+int FreeArchiver(Archiver& archiver) {
+  if (archiver.module != nullptr) FreeLibrary(std::exchange(archiver.module, nullptr));
+  LocalFree(std::exchange(archiver.output, nullptr));
+  return 0;
+}
+
+int RunArchiver(Archiver& archiver, HWND window, const char* command_line) {
+  if (!EmptyOutput(archiver)) return kNotCalled;
+  const bool was_loaded = archiver.module != nullptr;
+  if (!was_loaded && LoadArchiver(archiver) == 0) {
+    ReportError(archiver.load_failure);
+    return kNotCalled;
+  }
+  const auto run = ProcOf<EntryPoint>(archiver.module, archiver.entry_point);
+  if (run == nullptr) {
+    ReportError(archiver.missing_entry);  // the archiver stays loaded
+    return kNotCalled;
+  }
+  const int result = run(window, command_line, archiver.output, kArchiverOutputSize);
+  // An archiver that fills the buffer whole must not leave it open; one that unloaded itself has freed it.
+  if (archiver.output != nullptr) archiver.output[kArchiverOutputSize - 1] = '\0';
+  if (!was_loaded) FreeArchiver(archiver);
+  return result;
+}
+
+const char* ArchiverOutput(const Archiver& archiver) { return archiver.output != nullptr ? archiver.output : kNoText; }
+
+}  // namespace wfinfo
