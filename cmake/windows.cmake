@@ -44,10 +44,7 @@ set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREF
 
 # The small host, with a copy of the library beside it.
 file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
-# Its portable half alone is no program.
-set(host_entry ${host_sources})
-list(FILTER host_entry INCLUDE REGEX "/main_win\\.cpp$|/wrenfold_win\\.cpp$")
-if(host_entry)
+if(host_sources)
   add_executable(wrenfold ${host_sources} src/base/stack_guard_win.cpp)
   target_include_directories(wrenfold PRIVATE host src catalogue)
   # GCC 12 warns of overlapping copies inside its own operator+ of a literal and a string: a false alarm.

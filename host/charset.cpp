@@ -34,6 +34,14 @@ bool IsSevenBit(std::string_view bytes) {
                       [](char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; });
 }
 
+// ASCII, half-width katakana; Windows gives the bytes that Shift-JIS leaves free to C1 and private
+// characters.
+constexpr char16_t WideOfSingle(std::size_t byte) {
+  if (byte <= 0x80) return static_cast<char16_t>(byte);
+  if (byte == 0xA0) return 0xF8F0;
+  return static_cast<char16_t>(byte < 0xFD ? 0xFF61 + byte - 0xA1 : 0xF8F1 + byte - 0xFD);
+}
+
 }  // namespace
 
 class Charsets::Tables final : public JisTables {
@@ -65,12 +73,8 @@ Charsets::Charsets(const CodePageConverter& pages)
 
 void Charsets::AddSingles() {
   for (std::size_t byte = 0; byte < 0x100; ++byte) {
-    const char single = static_cast<char>(byte);
-    if (wfinfo::IsLeadByte(single)) continue;
-    const auto wide = pages_.ToWide(932, {&single, 1});
-    const bool ascii = byte < 0x80;
-    if (!ascii && (!wide || wide->size() != 1 || wide->front() == kReplacement)) continue;
-    const char16_t unit = ascii ? static_cast<char16_t>(byte) : wide->front();
+    if (wfinfo::IsLeadByte(static_cast<char>(byte))) continue;
+    const char16_t unit = WideOfSingle(byte);
     wide_of_932_[byte] = unit;
     code_of_wide_[unit] = static_cast<char16_t>(byte);
   }

@@ -1,4 +1,4 @@
-// The code page tables of the native build: iconv, with Windows' own additions to code page 932.
+// The code page tables of the native build: iconv.
 #ifndef _WIN32
 #include <iconv.h>
 
@@ -62,14 +62,6 @@ class Iconv {
   iconv_t handle_;
 };
 
-// Windows gives the single bytes that Shift-JIS leaves free to C1 and private characters.
-char16_t Single932(char byte) {
-  const auto value = static_cast<unsigned char>(byte);
-  if (value == 0x80) return 0x0080;
-  if (value == 0xA0) return 0xF8F0;
-  return value >= 0xFD ? static_cast<char16_t>(0xF8F1 + value - 0xFD) : kReplacement;
-}
-
 // JIS X 0212 in code page 20932 lacks the prefix that EUC-JP has.
 std::string EucOf20932(std::string_view bytes) {
   const bool jis0212 = bytes.size() == 2 && (bytes[0] & 0x80) != 0 && (bytes[1] & 0x80) == 0;
@@ -80,21 +72,21 @@ std::string EucOf20932(std::string_view bytes) {
 class NativeCodePages final : public CodePageConverter {
  public:
   std::optional<std::u16string> ToWide(unsigned code_page, std::string_view bytes) const override {
-    if (code_page == 932) return ToWide(shift_jis_, bytes, true);
+    if (code_page == 932) return ToWide(shift_jis_, bytes);
     const Iconv page(code_page);
     if (!page.IsOpen()) return std::nullopt;
-    if (code_page == 20932) return ToWide(page, EucOf20932(bytes), false);
-    return ToWide(page, bytes, false);
+    if (code_page == 20932) return ToWide(page, EucOf20932(bytes));
+    return ToWide(page, bytes);
   }
 
  private:
-  static std::optional<std::u16string> ToWide(const Iconv& page, std::string_view bytes, bool is_932) {
+  static std::optional<std::u16string> ToWide(const Iconv& page, std::string_view bytes) {
     if (!page.IsOpen()) return std::nullopt;
     std::u16string wide;
     while (!bytes.empty()) {
       page.Convert(bytes, wide);
       if (bytes.empty()) break;
-      wide += is_932 ? Single932(bytes[0]) : kReplacement;
+      wide += kReplacement;
       bytes.remove_prefix(1);
     }
     return wide;

@@ -34,7 +34,7 @@ std::string_view FindHeader(const MessageParts& message, std::string_view name);
 
 // A value with parameters: Content-Type, Content-Disposition.
 struct ParameterizedValue {
-  std::string value;                                               // lower case, without comments
+  std::string value;  // lower case, printable ASCII, without comments
   std::vector<std::pair<std::string, std::u16string>> parameters;  // names in lower case; RFC 2231 resolved
 };
 

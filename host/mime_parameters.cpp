@@ -147,6 +147,7 @@ ParameterizedValue ParseParameters(std::string_view text, const Charsets& charse
   ParameterScanner scanner(text);
   ParameterizedValue parsed;
   parsed.value = Lower(scanner.Word(";"));
+  for (char& c : parsed.value) c = c >= ' ' && c <= '~' ? c : '?';
   std::map<std::string, Segments> all;
   while (scanner.Take(';')) {
     const ParameterName name = ParseName(scanner.Word("=;"));
