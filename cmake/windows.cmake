@@ -70,6 +70,9 @@ target_include_directories(dll_tests PRIVATE tests src catalogue ${WFINFO_OUT})
 target_compile_definitions(dll_tests PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601
   WFINFO_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 target_link_libraries(dll_tests PRIVATE WFINFO wfinfo_pure GTest::gmock)
+# The tests are compiled often and run briefly.
+target_compile_options(dll_tests PRIVATE -O0)
+target_precompile_headers(dll_tests PRIVATE <gtest/gtest.h> <windows.h> <filesystem> <functional> <string> <vector>)
 # Units inside the library that have tests of their own.
 target_sources(dll_tests PRIVATE src/desktop/wide_text_win.cpp src/text/system_code_page_win.cpp
   src/bridge/results_win.cpp src/base/stack_guard_win.cpp)
