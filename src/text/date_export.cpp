@@ -23,7 +23,8 @@ using wfinfo::FileTicks;
 using wfinfo::IsText;
 using wfinfo::kNoText;
 
-static_assert(sizeof(SYSTEMTIME) == sizeof(CivilTime) && offsetof(SYSTEMTIME, wDayOfWeek) == offsetof(CivilTime, weekday) &&
+static_assert(sizeof(SYSTEMTIME) == sizeof(CivilTime) &&
+              offsetof(SYSTEMTIME, wDayOfWeek) == offsetof(CivilTime, weekday) &&
               offsetof(SYSTEMTIME, wMilliseconds) == offsetof(CivilTime, milliseconds));
 
 constexpr std::size_t kLongestCurrentFormat = 4096;
@@ -45,8 +46,8 @@ CivilTime LocalNow() {
   return time;
 }
 
-// Built beside the results, since the format may lie in one of them. What a short result cannot hold becomes a long
-// one.
+// Built beside the results, since the format may lie in one of them. What a short result cannot hold becomes
+// a long one.
 const char* ReturnFormatted(std::string_view format, const CivilTime& time) {
   char text[wfinfo::kShortResultSize];
   const std::size_t length = wfinfo::FormatDateText(format, time, text, sizeof text);
@@ -63,7 +64,8 @@ const char* ReturnDefaultForm(const CivilTime& time) {
 }
 
 // `default_ticks`: the time of a text that cannot be a date, if such a text has one.
-const char* ReturnMailDate(const char* date, std::string_view format, std::optional<FileTicks> default_ticks) {
+const char* ReturnMailDate(const char* date, std::string_view format,
+                           std::optional<FileTicks> default_ticks) {
   const bool machine = format.starts_with('o');
   if (machine) format.remove_prefix(1);
   std::optional<FileTicks> ticks =
@@ -74,7 +76,9 @@ const char* ReturnMailDate(const char* date, std::string_view format, std::optio
   return time ? ReturnFormatted(format, *time) : kNoText;
 }
 
-std::optional<FileTicks> SenderTime(const char* date) { return wfinfo::TimeOfHeaderDate(date, Clock::kSender, 0); }
+std::optional<FileTicks> SenderTime(const char* date) {
+  return wfinfo::TimeOfHeaderDate(date, Clock::kSender, 0);
+}
 
 // The shift of a number or a text that has been checked.
 std::optional<DateShift> ShiftOf(long long shift, bool is_days) {
@@ -116,8 +120,9 @@ const char* ShiftDate(const char* date, long long shift) noexcept {
   std::optional<CivilTime> shifted;
   if (distance && ticks) shifted = wfinfo::ShiftTime(*ticks, *distance);
   if (shifted) return ReturnDefaultForm(*shifted);
-  wfinfo::ReportError({"ShiftDate failed. Maybe date/time overflow or underflow.",
-                       "ShiftDate関数で内部エラーが起きました。たぶん日付がオーバーフローまたはアンダーフローしています。"});
+  wfinfo::ReportError(
+      {"ShiftDate failed. Maybe date/time overflow or underflow.",
+       "ShiftDate関数で内部エラーが起きました。たぶん日付がオーバーフローまたはアンダーフローしています。"});
   return kNoText;
 }
 

@@ -11,6 +11,35 @@ namespace wfinfo {
 
 namespace {
 
+// "00", "01" to "99", side by side.
+constexpr std::array<char, 200> kPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < 100; ++i) {
+    pairs[2 * i] = static_cast<char>('0' + i / 10);
+    pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return pairs;
+}();
+
+// Names and units are 1 to 9 bytes: copied in pieces that may overlap, which beats a call.
+inline void CopyShort(char* to, const char* from, std::size_t count) {
+  const auto ends = [=](std::size_t piece) {
+    std::memcpy(to, from, piece);
+    std::memcpy(to + count - piece, from + count - piece, piece);
+  };
+  if (count > 16) {
+    std::memcpy(to, from, count);
+  } else if (count >= 8) {
+    ends(8);
+  } else if (count >= 4) {
+    ends(4);
+  } else if (count >= 2) {
+    ends(2);
+  } else if (count == 1) {
+    *to = *from;
+  }
+}
+
 // Writes what fits and counts the rest.
 class Writer {
  public:
@@ -24,7 +53,7 @@ class Writer {
   }
 
   void Text(std::string_view text) {
-    if (length_ < room_) std::memcpy(out_ + length_, text.data(), std::min(text.size(), room_ - length_));
+    if (length_ < room_) CopyShort(out_ + length_, text.data(), std::min(text.size(), room_ - length_));
     length_ += text.size();
   }
 
@@ -33,14 +62,21 @@ class Writer {
     length_ += count;
   }
 
+  // The two usual cases of Number, padded with zeros.
+  void TwoDigits(unsigned value) {
+    if (value > 99 || length_ + 2 > room_) return Number(value, 2, '0');
+    std::memcpy(out_ + length_, kPairs.data() + 2 * value, 2);
+    length_ += 2;
+  }
+
+  void FourDigits(unsigned value) {
+    if (value > 9999 || length_ + 4 > room_) return Number(value, 4, '0');
+    TwoDigits(value / 100);
+    TwoDigits(value % 100);
+  }
+
   // `value` in at least `columns` columns, filled up in front with `fill`.
   void Number(std::uint64_t value, std::size_t columns, char fill) {
-    if (value < 100 && columns == 2 && room_ - length_ >= 2 && length_ < room_) {
-      out_[length_] = value < 10 ? fill : static_cast<char>('0' + value / 10);
-      out_[length_ + 1] = static_cast<char>('0' + value % 10);
-      length_ += 2;
-      return;
-    }
     char digits[20];
     char* first = digits + sizeof digits;
     do {
@@ -49,7 +85,7 @@ class Writer {
     } while (value != 0);
     const auto count = static_cast<std::size_t>(digits + sizeof digits - first);
     if (count < columns) Repeat(fill, columns - count);
-    Text({first, count});
+    while (first != digits + sizeof digits) Byte(*first++);
   }
 
  private:
@@ -58,7 +94,7 @@ class Writer {
   std::size_t length_ = 0;
 };
 
-// --- Japanese names, as host text ---------------------------------------------------------------------------
+// --- Japanese names, as host text ----------------------------------------------------------------------
 constexpr std::string_view kJapaneseWeekdays[] = {"\x93\xFA", "\x8C\x8E", "\x89\xCE", "\x90\x85",
                                                   "\x96\xD8", "\x8B\xE0", "\x93\x79"};
 constexpr std::string_view kGozen = "\x8C\xDF\x91\x4F";   // before noon
@@ -91,25 +127,18 @@ const Era* EraOf(const CivilTime& time) {
   return nullptr;
 }
 
-// --- Numeric fields -----------------------------------------------------------------------------------------
-struct NumericField {
-  char letter;
-  unsigned (*value)(const CivilTime& time);
-};
+// --- Numeric fields ------------------------------------------------------------------------------------
+constexpr std::string_view kNumericLetters = "YMDhkKms";  // in the order of NumericValues
+constexpr std::size_t kYear = 0;
 
-constexpr NumericField kNumericFields[] = {
-    {'Y', [](const CivilTime& t) -> unsigned { return t.year; }},
-    {'M', [](const CivilTime& t) -> unsigned { return t.month; }},
-    {'D', [](const CivilTime& t) -> unsigned { return t.day; }},
-    {'h', [](const CivilTime& t) -> unsigned { return t.hour; }},
-    {'k', [](const CivilTime& t) -> unsigned { return t.hour % 12U; }},
-    // Noon is 12, but midnight is 0: kept so on purpose.
-    {'K', [](const CivilTime& t) -> unsigned { return t.hour == 12 ? 12U : t.hour % 12U; }},
-    {'m', [](const CivilTime& t) -> unsigned { return t.minute; }},
-    {'s', [](const CivilTime& t) -> unsigned { return t.second; }},
-};
+std::array<unsigned, kNumericLetters.size()> NumericValues(const CivilTime& t) {
+  const unsigned half_day_hour = t.hour % 12U;
+  // K: noon is 12, but midnight is 0. Kept so on purpose.
+  return {t.year,   t.month, t.day, t.hour, half_day_hour, t.hour == 12 ? 12U : half_day_hour,
+          t.minute, t.second};
+}
 
-// --- Name fields --------------------------------------------------------------------------------------------
+// --- Name fields ---------------------------------------------------------------------------------------
 template <std::size_t kSize>
 std::string_view NameAt(const std::string_view (&names)[kSize], std::size_t index) {
   return index < kSize ? names[index] : std::string_view("");  // a record may hold anything
@@ -118,8 +147,22 @@ std::string_view NameAt(const std::string_view (&names)[kSize], std::size_t inde
 std::string_view WeekdayName(const CivilTime& t) { return NameAt(kWeekdayNames, t.weekday); }
 std::string_view MonthName(const CivilTime& t) { return NameAt(kMonthNames, t.month - 1U); }
 
+// Up to three bytes of a format as one number, the first lowest.
+constexpr std::uint32_t Packed(std::string_view text) {
+  std::uint32_t packed = 0;
+  for (std::size_t i = 0; i < text.size() && i < 3; ++i) {
+    packed |= static_cast<std::uint32_t>(static_cast<unsigned char>(text[i])) << (8 * i);
+  }
+  return packed;
+}
+
 struct NameField {
+  constexpr NameField(std::string_view letters, std::string_view (*name_of)(const CivilTime& time))
+      : field(letters), packed(Packed(letters)), mask((1U << (8 * letters.size())) - 1), name(name_of) {}
+
   std::string_view field;
+  std::uint32_t packed;
+  std::uint32_t mask;
   std::string_view (*name)(const CivilTime& time);
 };
 
@@ -135,25 +178,30 @@ constexpr NameField kNameFields[] = {
     {"j", [](const CivilTime& t) { return t.hour < 12 ? kGozen : kGogo; }},
 };
 
-// --- The walk over the format -------------------------------------------------------------------------------
-enum class Lead : std::uint8_t { kCopied, kUnit, kSpace, kNumber, kName };
+// --- The walk over the format --------------------------------------------------------------------------
 
-// What a byte of the format may begin. A lead byte may begin an era name.
-constexpr std::array<Lead, 256> kLeads = [] {
-  std::array<Lead, 256> leads{};
-  for (int byte = 0; byte < 256; ++byte) {
-    if (IsLeadByte(static_cast<char>(byte))) leads[static_cast<std::size_t>(byte)] = Lead::kUnit;
+// What a byte of the format may begin: one of these, or from kNumber on the field
+// kNumericLetters[lead - kNumber]. A lead byte of a unit may begin an era name.
+enum Lead : std::uint8_t { kCopied, kUnit, kSpace, kName, kNumber };
+
+constexpr std::array<std::uint8_t, 256> kLeads = [] {
+  std::array<std::uint8_t, 256> leads{};
+  for (std::size_t byte = 0; byte < leads.size(); ++byte) {
+    if (IsLeadByte(static_cast<char>(byte))) leads[byte] = kUnit;
   }
-  leads[static_cast<unsigned char>(kEscapeByte)] = Lead::kUnit;
-  leads[' '] = Lead::kSpace;
-  for (const NumericField& field : kNumericFields) leads[static_cast<unsigned char>(field.letter)] = Lead::kNumber;
-  for (const NameField& field : kNameFields) leads[static_cast<unsigned char>(field.field[0])] = Lead::kName;
+  leads[static_cast<unsigned char>(kEscapeByte)] = kUnit;
+  leads[' '] = kSpace;
+  for (const NameField& field : kNameFields) leads[static_cast<unsigned char>(field.field[0])] = kName;
+  for (std::size_t i = 0; i < kNumericLetters.size(); ++i) {
+    leads[static_cast<unsigned char>(kNumericLetters[i])] = static_cast<std::uint8_t>(kNumber + i);
+  }
   return leads;
 }();
 
 class DateFormatter {
  public:
-  DateFormatter(const CivilTime& time, char* out, std::size_t room) : time_(time), writer_(out, room) {}
+  DateFormatter(const CivilTime& time, char* out, std::size_t room)
+      : time_(time), values_(NumericValues(time)), writer_(out, room) {}
 
   std::size_t Format(std::string_view format) {
     while (!format.empty()) format.remove_prefix(Step(format));
@@ -164,20 +212,18 @@ class DateFormatter {
  private:
   // Handles what `rest` begins with and returns its length.
   std::size_t Step(std::string_view rest) {
-    const Lead lead = kLeads[static_cast<unsigned char>(rest[0])];
-    if (lead == Lead::kSpace) {
+    const std::uint8_t lead = kLeads[static_cast<unsigned char>(rest[0])];
+    if (lead >= kNumber) return NumberField(rest, lead - static_cast<std::size_t>(kNumber));
+    if (lead == kSpace) {
       ++spaces_;
       return 1;
     }
-    if (lead == Lead::kNumber) return NumberField(rest);
     WriteSpaces();
-    if (lead == Lead::kCopied) {
+    if (lead == kCopied) {
       writer_.Byte(rest[0]);
       return 1;
     }
-    if (lead == Lead::kName || IsLeadByte(rest[0])) {
-      if (const std::size_t length = EraOrName(rest)) return length;
-    }
+    if (const std::size_t length = lead == kName ? NameOrEra(rest) : EraField(rest, false)) return length;
     const std::string_view unit = NextUnit(rest);
     writer_.Text(unit);
     return unit.size();
@@ -189,16 +235,13 @@ class DateFormatter {
     spaces_ = 0;
   }
 
-  std::size_t NumberField(std::string_view rest) {
-    const char letter = rest[0];
+  std::size_t NumberField(std::string_view rest, std::size_t index) {
     std::size_t length = 1;
-    while (length < rest.size() && rest[length] == letter) ++length;
-    if (letter == 'Y') {
+    while (length < rest.size() && rest[length] == rest[0]) ++length;
+    if (index == kYear) {
       YearField(length);
-      return length;
-    }
-    for (const NumericField& field : kNumericFields) {
-      if (field.letter == letter) Number(field.value(time_), length);
+    } else {
+      Number(values_[index], length);
     }
     return length;
   }
@@ -210,11 +253,13 @@ class DateFormatter {
       return;
     }
     WriteSpaces();
+    if (length == 2) return writer_.TwoDigits(value);
+    if (length == 4) return writer_.FourDigits(value);
     writer_.Number(value, length, '0');
   }
 
   void YearField(std::size_t length) {
-    unsigned year = time_.year;
+    unsigned year = values_[kYear];
     const Era* const era = era_year_pending_ ? EraOf(time_) : nullptr;
     const bool gan = gan_asked_;
     era_year_pending_ = gan_asked_ = false;
@@ -228,25 +273,30 @@ class DateFormatter {
     Number(year, length);
   }
 
-  // An era field, or a name field; 0 when `rest` begins with neither.
-  std::size_t EraOrName(std::string_view rest) {
-    const bool letter_asked = rest[0] == 'E';
-    const std::string_view name = rest.substr(letter_asked ? 1 : 0);
-    if (name.starts_with(kHeisei) || name.starts_with(kReiwa)) {
-      if (const Era* const era = EraOf(time_)) writer_.Text(letter_asked ? era->letter : era->name);
-      era_year_pending_ = true;
-      gan_asked_ = name.substr(kReiwa.size()).starts_with('g');
-      return (letter_asked ? 1 : 0) + kReiwa.size() + (gan_asked_ ? 1 : 0);
-    }
+  // 0 when `rest` begins with neither.
+  std::size_t NameOrEra(std::string_view rest) {
+    const std::uint32_t packed = Packed(rest);
     for (const NameField& field : kNameFields) {
-      if (!rest.starts_with(field.field)) continue;
+      if ((packed & field.mask) != field.packed) continue;
       writer_.Text(field.name(time_));
       return field.field.size();
     }
-    return 0;
+    return rest[0] == 'E' ? EraField(rest, true) : 0;
+  }
+
+  // An era name, behind an E when the letter is asked for; 0 for anything else.
+  std::size_t EraField(std::string_view rest, bool letter_asked) {
+    const std::size_t begin = letter_asked ? 1 : 0;
+    const std::string_view name = rest.substr(begin);
+    if (!name.starts_with(kHeisei) && !name.starts_with(kReiwa)) return 0;
+    if (const Era* const era = EraOf(time_)) writer_.Text(letter_asked ? era->letter : era->name);
+    era_year_pending_ = true;
+    gan_asked_ = name.substr(kReiwa.size()).starts_with('g');
+    return begin + kReiwa.size() + (gan_asked_ ? 1 : 0);
   }
 
   const CivilTime& time_;
+  const std::array<unsigned, kNumericLetters.size()> values_;
   Writer writer_;
   std::size_t spaces_ = 0;         // not yet written
   bool era_year_pending_ = false;  // the next year field prints the era year
@@ -268,7 +318,7 @@ std::size_t DefaultDateForm(const CivilTime& time, std::int64_t bias, char (&out
     return writer.length();
   }
   const auto number = [&writer](unsigned value, char behind) {
-    writer.Number(value, 2, '0');
+    writer.TwoDigits(value);
     writer.Byte(behind);
   };
   writer.Text(WeekdayName(time).substr(0, kNameAbbreviation));
@@ -276,7 +326,8 @@ std::size_t DefaultDateForm(const CivilTime& time, std::int64_t bias, char (&out
   number(time.day, ' ');
   writer.Text(MonthName(time).substr(0, kNameAbbreviation));
   writer.Byte(' ');
-  number(time.year, ' ');
+  writer.Number(time.year, 2, '0');
+  writer.Byte(' ');
   number(time.hour, ':');
   number(time.minute, ':');
   number(time.second, ' ');

@@ -10,7 +10,8 @@ inline constexpr std::size_t kNameAbbreviation = 3;
 
 inline constexpr std::string_view kWeekdayNames[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                                      "Thursday", "Friday", "Saturday"};
-inline constexpr std::string_view kMonthNames[] = {"January", "February", "March",     "April",   "May",      "June",
-                                                   "July",    "August",   "September", "October", "November", "December"};
+inline constexpr std::string_view kMonthNames[] = {"January",   "February", "March",    "April",
+                                                   "May",       "June",     "July",     "August",
+                                                   "September", "October",  "November", "December"};
 
 }  // namespace wfinfo

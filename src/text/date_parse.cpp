@@ -8,18 +8,24 @@
 #include "text/date_names.h"
 #include "text/host_text.h"
 
-// What is read, as a grammar over tokens (blanks, folds, comments, commas and stray points may stand between any two):
+// What is read, as a grammar over tokens. Between any two may stand blanks, folds, comments, commas and
+// points.
 //
-//   date     = *(weekday / day / month / year / joined / time / "AM" / "PM" / zone)   ; in any order, see below
-//   joined   = D[D] "-" Mon ["-" year] / YYYY "-" Mon "-" DD                           ; "-", "/" or "." alike
-//            / YYYY "-" MM "-" DD / DD "." MM "." YYYY                                 ; other all-number orders only
-//            / D[D] ("-" / "/") M[M] ("-" / "/") YYYY                                  ; when they cannot be mistaken
-//            / YYYYMMDD / YYYYMMDDhhmmss
-//   time     = ["T"] h[h] ":" m[m] [":" s[s] [("." / ",") fraction]] / hh "." mm ["." ss] / "T" hhmm[ss]
-//   zone     = ("+" / "-") (h[h] / hmm / hhmm / h[h] ":" m[m]) / name [numeric zone] / hhmm
+//   date   = *(weekday / day / month / year / joined / time / "AM" / "PM" / zone)   ; in any order
+//   joined = D[D] "-" Mon ["-" year]                      ; "-", "/" or "." alike
+//          / YYYY "-" Mon "-" D[D]                        ; alike
+//          / YYYY "-" M[M] "-" D[D]                       ; alike
+//          / D[D] "." M[M] "." YYYY
+//          / D[D] ("-" / "/") M[M] ("-" / "/") YYYY       ; or month first: when only one of them is possible
+//          / YYYYMMDD / YYYYMMDDhhmmss
+//   time   = h[h] ":" m[m] [":" s[s]] [("." / ",") fraction]
+//          / h[h] "." m[m] ["." s[s]] / "T" hhmm[ss]      ; behind a date
+//   zone   = ("+" / "-") (h[h] / hmm / hhmm / hhmmss / h[h] ":" m[m])
+//          / hhmm                                         ; behind date and time
+//          / name [numeric zone]
 //
-// A bare number is the day first, then the year; four digits are always a year. Once date, time and a numeric zone
-// are known the rest is not looked at; once date and time are known what cannot be read ends the date.
+// A bare number is the day first, then the year; four digits are always a year. Once date, time and a numeric
+// zone are known the rest is not looked at; once date and time are known what cannot be read ends the date.
 namespace wfinfo {
 
 namespace {
@@ -41,7 +47,8 @@ constexpr std::uint32_t Packed(std::string_view word) {
   return packed;
 }
 
-// --- Months and weekdays ------------------------------------------------------------------------------------
+// --- Months and weekdays -------------------------------------------------------------------------------
+
 // Both in one table without collisions, found by a product of the packed first three letters.
 struct CalendarName {
   std::uint32_t letters;
@@ -88,7 +95,7 @@ const CalendarName* FindName(std::string_view word) {
   return name;
 }
 
-// --- Zone names ---------------------------------------------------------------------------------------------
+// --- Zone names ----------------------------------------------------------------------------------------
 struct ZoneName {
   std::uint32_t letters;
   std::int16_t minutes;  // east of UTC
@@ -100,17 +107,18 @@ constexpr ZoneName Zone(std::string_view name, int hours, int minutes = 0) {
 
 // IST is left out: India, Israel and Ireland all use it.
 constexpr ZoneName kZoneNames[] = {
-    Zone("gmt", 0),       Zone("utc", 0),   Zone("ut", 0),    Zone("jst", 9),   Zone("est", -5),
-    Zone("edt", -4),      Zone("cst", -6),  Zone("cdt", -5),  Zone("mst", -7),  Zone("mdt", -6),
-    Zone("pst", -8),      Zone("pdt", -7),  Zone("cet", 1),   Zone("cest", 2),  Zone("met", 1),
-    Zone("mest", 2),      Zone("bst", 1),   Zone("wet", 0),   Zone("west", 1),  Zone("eet", 2),
-    Zone("eest", 3),      Zone("msk", 3),   Zone("kst", 9),   Zone("hkt", 8),   Zone("sgt", 8),
-    Zone("ast", -4),      Zone("adt", -3),  Zone("hst", -10), Zone("akst", -9), Zone("akdt", -8),
-    Zone("nst", -3, -30), Zone("ndt", -2, -30), Zone("awst", 8), Zone("acst", 9, 30), Zone("aest", 10),
-    Zone("aedt", 11),     Zone("nzst", 12), Zone("nzdt", 13),
+    Zone("gmt", 0),       Zone("utc", 0),       Zone("ut", 0),    Zone("jst", 9),      Zone("est", -5),
+    Zone("edt", -4),      Zone("cst", -6),      Zone("cdt", -5),  Zone("mst", -7),     Zone("mdt", -6),
+    Zone("pst", -8),      Zone("pdt", -7),      Zone("cet", 1),   Zone("cest", 2),     Zone("met", 1),
+    Zone("mest", 2),      Zone("bst", 1),       Zone("wet", 0),   Zone("west", 1),     Zone("eet", 2),
+    Zone("eest", 3),      Zone("msk", 3),       Zone("kst", 9),   Zone("hkt", 8),      Zone("sgt", 8),
+    Zone("ast", -4),      Zone("adt", -3),      Zone("hst", -10), Zone("akst", -9),    Zone("akdt", -8),
+    Zone("nst", -3, -30), Zone("ndt", -2, -30), Zone("awst", 8),  Zone("acst", 9, 30), Zone("aest", 10),
+    Zone("aedt", 11),     Zone("nzst", 12),     Zone("nzdt", 13),
 };
 
-// The single letters of military zones were used with either sign: all mean UTC, but J, which means local time.
+// The single letters of military zones were used with either sign: all mean UTC, but J, which means local
+// time.
 constexpr ZoneName kMilitary = {0, 0};
 
 const ZoneName* FindZone(std::string_view word) {
@@ -122,7 +130,7 @@ const ZoneName* FindZone(std::string_view word) {
   return nullptr;
 }
 
-// --- Putting a date together --------------------------------------------------------------------------------
+// --- Putting a date together ---------------------------------------------------------------------------
 struct Parts {
   int year = -1;  // -1: not known yet
   int month = 0;  // 0: not known yet
@@ -146,7 +154,8 @@ std::optional<HeaderDate> Assembled(const Parts& p) {
   return HeaderDate{ticks, p.has_zone, p.zone_minutes};
 }
 
-// A year as it is written: 00 to 49 are of this century, 50 to 99 and three digits count from 1900. -1 for others.
+// A year as it is written: 00 to 49 are of this century, 50 to 99 and three digits count from 1900. -1 for
+// others.
 int YearOf(int value, std::size_t digits) {
   if (digits == 4) return value;
   if (digits == 3) return value + 1900;
@@ -154,7 +163,7 @@ int YearOf(int value, std::size_t digits) {
   return -1;
 }
 
-// --- The reader of every form -------------------------------------------------------------------------------
+// --- The reader of every form --------------------------------------------------------------------------
 enum class Reading { kGoesOn, kForeign, kRefused };
 
 struct Number {
@@ -164,7 +173,9 @@ struct Number {
 
 class DateReader {
  public:
-  explicit DateReader(std::string_view text) : at_(text.data()), end_(text.data() + text.size()) {}
+  // `parts`: what has been read in front of `text`.
+  explicit DateReader(std::string_view text, const Parts& parts = {})
+      : at_(text.data()), end_(text.data() + text.size()), parts_(parts) {}
 
   std::optional<HeaderDate> Read() {
     while (!(numeric_zone_ && DateKnown() && TimeKnown())) {
@@ -259,7 +270,8 @@ class DateReader {
       SkipOrdinal();
       return Reading::kGoesOn;
     }
-    const bool short_year = parts_.day != 0 && parts_.month != 0 && (number.digits == 2 || number.digits == 3);
+    const bool short_year =
+        parts_.day != 0 && parts_.month != 0 && (number.digits == 2 || number.digits == 3);
     if (parts_.year >= 0 || (number.digits != 4 && !short_year)) return Reading::kForeign;
     parts_.year = YearOf(value, number.digits);
     return Reading::kGoesOn;
@@ -414,8 +426,8 @@ class DateReader {
     return Reading::kGoesOn;
   }
 
-  // A name stands for its zone until a numeric one follows ("GMT+0900", "JST +0900"). An unknown name behind a
-  // whole date and time ("Tokyo Standard Time") says nothing.
+  // A name stands for its zone until a numeric one follows ("GMT+0900", "JST +0900"). An unknown name behind
+  // a whole date and time ("Tokyo Standard Time") says nothing.
   Reading TakeZoneName(std::string_view word) {
     if (!DateKnown() && !TimeKnown()) return Reading::kForeign;
     if (!TimeKnown() && word.size() == 1) return Reading::kForeign;
@@ -441,7 +453,8 @@ class DateReader {
     } else if (number.digits <= 4) {
       SetNumericZone(value / 100, value % 100, west);
     } else {
-      SetNumericZone(value / 10'000, number.digits == 6 ? value / 100 % 100 : -1, west);  // seconds are dropped
+      SetNumericZone(value / 10'000, number.digits == 6 ? value / 100 % 100 : -1,
+                     west);  // seconds are dropped
     }
     return Reading::kGoesOn;
   }
@@ -468,7 +481,7 @@ class DateReader {
   bool numeric_zone_ = false;  // a numeric zone has been read
 };
 
-// --- The usual form -----------------------------------------------------------------------------------------
+// --- The usual form, read at one go --------------------------------------------------------------------
 std::uint32_t Load4(const char* at) {
   std::uint32_t value;
   std::memcpy(&value, at, sizeof value);
@@ -510,45 +523,56 @@ std::uint32_t ThreeLetters(const char* at) {
   return (bytes & 0x404040U) == 0x404040U ? bytes | 0x202020U : 0;
 }
 
-}  // namespace
-
-std::optional<HeaderDate> ReadUsualHeaderDate(std::string_view text) {
+// Reads "[Www, ]D[D] Mon YYYY hh:mm:ss", which nearly all mails begin with, when a blank, a comment or the
+// end of the text follows. Returns its length; 0 for any other text.
+std::size_t TakeUsualHead(std::string_view text, Parts& parts) {
   constexpr std::size_t kWeekday = 5;     // "Www, "
-  constexpr std::size_t kBehindDay = 24;  // " Mon YYYY hh:mm:ss +hhmm"
-  if (text.size() < 1 + kBehindDay) return std::nullopt;
+  constexpr std::size_t kBehindDay = 18;  // " Mon YYYY hh:mm:ss"
+  if (text.size() < 1 + kBehindDay) return 0;
   const char* at = text.data();
-  if (Load4(at) >> 24 == ',' && at[4] == ' ') {
+  if (at[3] == ',' && at[4] == ' ') {
     const CalendarName* const weekday = NameOfLetters(ThreeLetters(at));
-    if (weekday == nullptr || weekday->month != 0) return std::nullopt;
+    if (weekday == nullptr || weekday->month != 0) return 0;
     at += kWeekday;
   }
-  if (!IsDigit(*at)) return std::nullopt;
-  Parts parts;
-  parts.day = *at++ - '0';
-  if (IsDigit(*at)) parts.day = parts.day * 10 + *at++ - '0';
+  if (!IsDigit(*at)) return 0;
+  int day = *at++ - '0';
+  if (IsDigit(*at)) day = day * 10 + *at++ - '0';
   const auto left = static_cast<std::size_t>(text.data() + text.size() - at);
-  if (left < kBehindDay || at[0] != ' ' || at[4] != ' ' || at[9] != ' ' || at[18] != ' ') return std::nullopt;
+  if (left < kBehindDay || at[0] != ' ' || at[4] != ' ' || at[9] != ' ') return 0;
   const CalendarName* const month = NameOfLetters(ThreeLetters(at + 1));
-  if (month == nullptr || month->month == 0) return std::nullopt;
+  const int year = FourDigits(at + 5);
+  if (month == nullptr || month->month == 0 || year < 0 || day == 0 || !TakeClock(at + 10, parts)) return 0;
+  if (left > kBehindDay && !IsBlank(at[kBehindDay]) && at[kBehindDay] != '(') return 0;
+  parts.day = day;
   parts.month = month->month;
-  parts.year = FourDigits(at + 5);
-  const int zone = FourDigits(at + 20);
-  const char sign = at[19];
-  if (!TakeClock(at + 10, parts) || parts.year < 0 || zone < 0 || (sign != '+' && sign != '-')) return std::nullopt;
-  // The zone must end here: behind a fifth digit or a colon it would be another one.
-  if (left > kBehindDay && !IsBlank(at[24]) && at[24] != '(') return std::nullopt;
-  if (zone >= 2400 || zone % 100 >= 60) return std::nullopt;
-  parts.has_zone = true;
-  const int minutes = zone / 100 * 60 + zone % 100;
-  parts.zone_minutes = sign == '-' ? -minutes : minutes;
-  return Assembled(parts);
+  parts.year = year;
+  return text.size() - left + kBehindDay;
 }
+
+// Reads " +hhmm" or " -hhmm" when the text ends there or a blank or comment follows.
+bool TakeUsualZone(std::string_view text, Parts& parts) {
+  constexpr std::size_t kLength = 6;
+  if (text.size() < kLength || text[0] != ' ' || (text[1] != '+' && text[1] != '-')) return false;
+  if (text.size() > kLength && !IsBlank(text[kLength]) && text[kLength] != '(') return false;
+  const int zone = FourDigits(text.data() + 2);
+  if (zone < 0 || zone >= 2400 || zone % 100 >= 60) return false;
+  const int minutes = zone / 100 * 60 + zone % 100;
+  parts.has_zone = true;
+  parts.zone_minutes = text[1] == '-' ? -minutes : minutes;
+  return true;
+}
+
+}  // namespace
 
 std::optional<HeaderDate> ReadAnyHeaderDate(std::string_view text) { return DateReader(text).Read(); }
 
 std::optional<HeaderDate> ReadHeaderDate(std::string_view text) {
-  const std::optional<HeaderDate> usual = ReadUsualHeaderDate(text);
-  return usual ? usual : ReadAnyHeaderDate(text);
+  Parts parts;
+  const std::size_t head = TakeUsualHead(text, parts);
+  if (head == 0) return ReadAnyHeaderDate(text);
+  const std::string_view zone = text.substr(head);
+  return TakeUsualZone(zone, parts) ? Assembled(parts) : DateReader(zone, parts).Read();
 }
 
 std::optional<FileTicks> TimeOfHeaderDate(std::string_view text, Clock clock, std::int64_t bias) {

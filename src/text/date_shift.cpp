@@ -22,7 +22,8 @@ std::optional<std::int64_t> TakeNumber(std::string_view& text) {
   std::int64_t value = 0;
   bool fits = true;
   for (; !text.empty() && IsDigit(text[0]); text.remove_prefix(1)) {
-    fits = fits && !__builtin_mul_overflow(value, 10, &value) && !__builtin_add_overflow(value, text[0] - '0', &value);
+    fits = fits && !__builtin_mul_overflow(value, 10, &value) &&
+           !__builtin_add_overflow(value, text[0] - '0', &value);
   }
   if (!fits) return std::nullopt;
   return value;
@@ -83,7 +84,8 @@ std::optional<FileTicks> TicksOfUnit(std::string_view unit) {
     std::string_view name;
     FileTicks ticks;
   };
-  constexpr Unit kUnits[] = {{"hour", kTicksPerHour}, {"minute", kTicksPerMinute}, {"second", kTicksPerSecond}};
+  constexpr Unit kUnits[] = {
+      {"hour", kTicksPerHour}, {"minute", kTicksPerMinute}, {"second", kTicksPerSecond}};
   for (const Unit& known : kUnits) {
     if (StartsWithInAnyCase(unit, known.name)) return known.ticks;
   }

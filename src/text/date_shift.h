@@ -11,7 +11,7 @@ namespace wfinfo {
 
 // A distance, or a weekday of the same week.
 struct DateShift {
-  FileTicks distance;           // 0 when a weekday is wanted
+  FileTicks distance;            // 0 when a weekday is wanted
   std::optional<int> weekday{};  // 0 = Sunday
 };
 
@@ -29,8 +29,8 @@ constexpr DateShift ShiftOfDays(std::int32_t days) { return {days * kTicksPerDay
 // What follows is ignored. Nothing when the distance is longer than file times can count.
 std::optional<DateShift> ReadShiftText(std::string_view text);
 
-// `ticks` (not negative) shifted. Nothing when the result is not a time that can be broken down: before 1601 or
-// beyond the last file time.
+// `ticks` (not negative) shifted. Nothing when the result is not a time that can be broken down: before 1601
+// or beyond the last file time.
 std::optional<CivilTime> ShiftTime(FileTicks ticks, const DateShift& shift);
 
 // Calendar days from the date of `ticks2` to the date of `ticks1`; both not negative.
@@ -38,7 +38,8 @@ constexpr std::int64_t CalendarDaysBetween(FileTicks ticks1, FileTicks ticks2) {
   return (MidnightOf(ticks1) - MidnightOf(ticks2)) / kTicksPerDay;
 }
 
-// Ticks of a unit text, which begins with "hour", "minute" or "second" in any letter case. Nothing for any other.
+// Ticks of a unit text, which begins with "hour", "minute" or "second" in any letter case. Nothing for any
+// other.
 std::optional<FileTicks> TicksOfUnit(std::string_view unit);
 
 }  // namespace wfinfo

@@ -62,16 +62,17 @@ void* AsRecord(const SYSTEMTIME& time) { return const_cast<SYSTEMTIME*>(&time); 
 std::string MachineZone() {
   TIME_ZONE_INFORMATION zone = {};
   const DWORD answer = GetTimeZoneInformation(&zone);
-  const std::int64_t bias = wfinfo::MachineBias({static_cast<std::uint32_t>(answer), static_cast<std::int32_t>(zone.Bias),
-                                                 static_cast<std::int32_t>(zone.StandardBias),
-                                                 static_cast<std::int32_t>(zone.DaylightBias)});
+  const std::int64_t bias = wfinfo::MachineBias(
+      {static_cast<std::uint32_t>(answer), static_cast<std::int32_t>(zone.Bias),
+       static_cast<std::int32_t>(zone.StandardBias), static_cast<std::int32_t>(zone.DaylightBias)});
   const auto minutes = static_cast<int>(bias < 0 ? -bias : bias);
   char text[16];
   std::snprintf(text, sizeof text, "%c%02d%02d", bias <= 0 ? '+' : '-', minutes / 60, minutes % 60);
   return text;
 }
 
-constexpr char kMissing[] = "WFINFO.DLL: String parameter missing or numeric parameter specified that should be string.";
+constexpr char kMissing[] =
+    "WFINFO.DLL: String parameter missing or numeric parameter specified that should be string.";
 
 TEST_F(Dates, ARecordIsPrintedByAFormat) {
   EXPECT_STREQ(FormatDateSub("YYYY/MM/DD hh:mm:ss", AsRecord(kTime)), "2024/03/05 09:07:03");
@@ -85,8 +86,12 @@ TEST_F(Dates, ARecordIsPrintedByAFormat) {
 
 TEST_F(Dates, AFormatMayLieInAResult) {
   const char* const first = FormatDateSub("\x97\xDF\x98\x61YY/M/D", AsRecord(kTime));
-  EXPECT_STREQ(first, "\x97\xDF\x98\x61" "06/3/5");
-  EXPECT_STREQ(FormatDateSub(first, AsRecord(kTime)), "\x97\xDF\x98\x61" "06/3/5");
+  EXPECT_STREQ(first,
+               "\x97\xDF\x98\x61"
+               "06/3/5");
+  EXPECT_STREQ(FormatDateSub(first, AsRecord(kTime)),
+               "\x97\xDF\x98\x61"
+               "06/3/5");
 }
 
 TEST_F(Dates, LongTextsArriveWhole) {
@@ -151,13 +156,15 @@ TEST_F(Dates, AMailDateShowsTheSendersClock) {
 TEST_F(Dates, ALeadingOShowsTheMachinesClock) {
   // 09:07:03 on the machine's own clock stays; with UTC named it moves by the machine's zone.
   EXPECT_STREQ(FormatDate("5 Mar 2024 09:07:03", "oYYYY/MM/DD hh:mm:ss"), "2024/03/05 09:07:03");
-  EXPECT_EQ(FormatDate(("5 Mar 2024 09:07:03 " + MachineZone()).c_str(), "ohh:mm:ss"), std::string("09:07:03"));
+  EXPECT_EQ(FormatDate(("5 Mar 2024 09:07:03 " + MachineZone()).c_str(), "ohh:mm:ss"),
+            std::string("09:07:03"));
   const std::string shown = FormatDate("5 Mar 2024 12:00:00 GMT", "ohh:mm DD");
   const std::string zone = MachineZone();
-  const int minutes = 12 * 60 + (zone[0] == '-' ? -1 : 1) * (std::stoi(zone.substr(1, 2)) * 60 + std::stoi(zone.substr(3)));
+  const int minutes =
+      12 * 60 + (zone[0] == '-' ? -1 : 1) * (std::stoi(zone.substr(1, 2)) * 60 + std::stoi(zone.substr(3)));
   char expected[16];
-  std::snprintf(expected, sizeof expected, "%02d:%02d %02d", (minutes + 1440) % 1440 / 60, (minutes + 1440) % 60,
-                5 + (minutes < 0 ? -1 : minutes / 1440));
+  std::snprintf(expected, sizeof expected, "%02d:%02d %02d", (minutes + 1440) % 1440 / 60,
+                (minutes + 1440) % 60, 5 + (minutes < 0 ? -1 : minutes / 1440));
   EXPECT_EQ(shown, expected);
   EXPECT_STREQ(FormatDate(kDate, "o"), "");
   EXPECT_STREQ(FormatDate(kDate, " o"), " o") << "only in front";
@@ -176,8 +183,12 @@ TEST_F(Dates, MailDatesCheckBothTexts) {
 
 TEST_F(Dates, ErasPrintTheirNames) {
   EXPECT_STREQ(FormatDate("1 May 2019", "\x97\xDF\x98\x61gY"), "\x97\xDF\x98\x61\x8C\xB3");
-  EXPECT_STREQ(FormatDate("1 May 2019", "\x97\xDF\x98\x61Y"), "\x97\xDF\x98\x61" "1");
-  EXPECT_STREQ(FormatDate("30 Apr 2019", "\x97\xDF\x98\x61Y"), "\x95\xBD\x90\xAC" "31");
+  EXPECT_STREQ(FormatDate("1 May 2019", "\x97\xDF\x98\x61Y"),
+               "\x97\xDF\x98\x61"
+               "1");
+  EXPECT_STREQ(FormatDate("30 Apr 2019", "\x97\xDF\x98\x61Y"),
+               "\x95\xBD\x90\xAC"
+               "31");
   EXPECT_STREQ(FormatDate("7 Sep 1868", "\x97\xDF\x98\x61"), "");
 }
 
@@ -209,17 +220,22 @@ TEST_F(Dates, OverflowUnderflowAndNoDateAreReportedInBothLanguages) {
   UseLanguage(false);
   EXPECT_STREQ(ShiftDate("1 Jan 1601", -1), "");
   // "ShiftDate kansu de naibu eraa ga okimashita. Tabun hizuke ga oobaafuroo mata wa andaafuroo shite imasu."
-  EXPECT_EQ(OneReport(),
-            "WFINFO.DLL: ShiftDate\x8A\xD6\x90\x94\x82\xC5\x93\xE0\x95\x94\x83\x47\x83\x89\x81\x5B\x82\xAA\x8B\x4E\x82\xAB"
-            "\x82\xDC\x82\xB5\x82\xBD\x81\x42\x82\xBD\x82\xD4\x82\xF1\x93\xFA\x95\x74\x82\xAA\x83\x49\x81\x5B\x83\x6F\x81"
-            "\x5B\x83\x74\x83\x8D\x81\x5B\x82\xDC\x82\xBD\x82\xCD\x83\x41\x83\x93\x83\x5F\x81\x5B\x83\x74\x83\x8D\x81\x5B"
-            "\x82\xB5\x82\xC4\x82\xA2\x82\xDC\x82\xB7\x81\x42");
+  EXPECT_EQ(
+      OneReport(),
+      "WFINFO.DLL: "
+      "ShiftDate\x8A\xD6\x90\x94\x82\xC5\x93\xE0\x95\x94\x83\x47\x83\x89\x81\x5B\x82\xAA\x8B\x4E\x82\xAB"
+      "\x82\xDC\x82\xB5\x82\xBD\x81\x42\x82\xBD\x82\xD4\x82\xF1\x93\xFA\x95\x74\x82\xAA\x83\x49\x81\x5B\x83"
+      "\x6F\x81"
+      "\x5B\x83\x74\x83\x8D\x81\x5B\x82\xDC\x82\xBD\x82\xCD\x83\x41\x83\x93\x83\x5F\x81\x5B\x83\x74\x83\x8D"
+      "\x81\x5B"
+      "\x82\xB5\x82\xC4\x82\xA2\x82\xDC\x82\xB7\x81\x42");
 }
 
 TEST_F(Dates, ShiftsCheckTheirTexts) {
   EXPECT_STREQ(ShiftDate(nullptr, 1), "");
   EXPECT_EQ(OneReport(), kMissing);
-  for (const long long shift : {-65536LL, std::numeric_limits<long long>::max(), std::numeric_limits<long long>::min()}) {
+  for (const long long shift :
+       {-65536LL, std::numeric_limits<long long>::max(), std::numeric_limits<long long>::min()}) {
     EXPECT_STREQ(ShiftDate(kDate, shift), "") << shift;
     EXPECT_EQ(OneReport(), kMissing) << shift;
   }
@@ -254,7 +270,8 @@ TEST_F(Dates, AnUnknownUnitIsReportedInBothLanguages) {
   EXPECT_EQ(SubtractDate(kDate, "1 Jan 2024", "hou"), 0);
   // "SubtractDate no parameeta ga okashii desu."
   EXPECT_EQ(OneReport(),
-            "WFINFO.DLL: SubtractDate\x82\xCC\x83\x70\x83\x89\x83\x81\x81\x5B\x83\x5E\x82\xAA\x82\xA8\x82\xA9\x82\xB5\x82"
+            "WFINFO.DLL: "
+            "SubtractDate\x82\xCC\x83\x70\x83\x89\x83\x81\x81\x5B\x83\x5E\x82\xAA\x82\xA8\x82\xA9\x82\xB5\x82"
             "\xA2\x82\xC5\x82\xB7\x81\x42");
 }
 
@@ -269,7 +286,8 @@ TEST_F(Dates, SubtractionChecksItsTexts) {
 
 // The pure arithmetic against the system's conversion.
 void ExpectSystemAgrees(wfinfo::FileTicks ticks) {
-  const FILETIME file_time = {static_cast<DWORD>(ticks), static_cast<DWORD>(static_cast<std::uint64_t>(ticks) >> 32)};
+  const FILETIME file_time = {static_cast<DWORD>(ticks),
+                              static_cast<DWORD>(static_cast<std::uint64_t>(ticks) >> 32)};
   SYSTEMTIME system = {};
   const bool converted = FileTimeToSystemTime(&file_time, &system) != 0;
   const std::optional<wfinfo::CivilTime> ours = wfinfo::CivilFromTicks(ticks);
@@ -283,7 +301,8 @@ TEST(CivilTimeOfTheSystem, AgreesOverRandomTicks) {
   std::mt19937_64 random(46);
   for (int i = 0; i < 300'000; ++i) ExpectSystemAgrees(static_cast<wfinfo::FileTicks>(random()));
   constexpr wfinfo::FileTicks kCentury = 36'525 * wfinfo::kTicksPerDay;
-  for (int i = 0; i < 300'000; ++i) ExpectSystemAgrees(static_cast<wfinfo::FileTicks>(random() % (10 * kCentury)));
+  for (int i = 0; i < 300'000; ++i)
+    ExpectSystemAgrees(static_cast<wfinfo::FileTicks>(random() % (10 * kCentury)));
   constexpr auto kMin = std::numeric_limits<wfinfo::FileTicks>::min();
   constexpr auto kMax = std::numeric_limits<wfinfo::FileTicks>::max();
   for (const wfinfo::FileTicks ticks : {wfinfo::FileTicks{0}, wfinfo::FileTicks{-1}, kMax, kMax - 1, kMin}) {

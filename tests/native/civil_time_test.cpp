@@ -51,7 +51,8 @@ TEST(CivilTime, TheEndsOfFileTimeBreakDown) {
   EXPECT_FALSE(CivilFromTicks(-1));
   EXPECT_FALSE(CivilFromTicks(std::numeric_limits<FileTicks>::min()));
   EXPECT_EQ(CivilFromTicks(0), (CivilTime{1601, 1, 1, 1, 0, 0, 0, 0}));
-  EXPECT_EQ(CivilFromTicks(std::numeric_limits<FileTicks>::max()), (CivilTime{30828, 9, 4, 14, 2, 48, 5, 477}));
+  EXPECT_EQ(CivilFromTicks(std::numeric_limits<FileTicks>::max()),
+            (CivilTime{30828, 9, 4, 14, 2, 48, 5, 477}));
 }
 
 TEST(CivilTime, RandomTicksComeBack) {

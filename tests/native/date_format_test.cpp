@@ -79,12 +79,21 @@ TEST(DateFormat, FieldsPrintAsTheirTableSays) {
       {"o", "o", "an o is an ordinary letter here"},
       {"\x83\x59\x83\x4D", "\x83\x59\x83\x4D", "second bytes that look like Y and M"},
       {"\x83\x45\x57", "\x83\x45\x89\xCE", "a second byte E, then W"},
-      {"\x1A\xCD\x80\x84Y", "\x1A\xCD\x80\x84" "2024", "an escape is one unit"},
-      {"\x1A\x4D", "\x1A" "3", "a 0x1A that begins no escape"},
+      {"\x1A\xCD\x80\x84Y",
+       "\x1A\xCD\x80\x84"
+       "2024",
+       "an escape is one unit"},
+      {"\x1A\x4D",
+       "\x1A"
+       "3",
+       "a 0x1A that begins no escape"},
       {"D\x83", "5\x83", "a lead byte at the end"},
       {"\x95\xBD", "\x95\xBD", "half an era name"},
       {"\x95\xBD\x90", "\x95\xBD\x90", "a cut era name"},
-      {"W EW EM EFM", "   ", "a record with impossible numbers prints no names", {2024, 13, 7, 5, 0, 0, 0, 0}},
+      {"W EW EM EFM",
+       "   ",
+       "a record with impossible numbers prints no names",
+       {2024, 13, 7, 5, 0, 0, 0, 0}},
       {"EM", "", "month 0", {2024, 0, 0, 5, 0, 0, 0, 0}},
   };
   for (const FormatCase& c : cases) EXPECT_EQ(Formatted(c.format, c.time), c.expected) << c.why;
@@ -159,8 +168,10 @@ TEST(DateFormat, WhatDoesNotFitIsOnlyCounted) {
 
 TEST(DateFormat, AByteOfFormatNeverBecomesMoreThanFive) {
   const CivilTime longest = {65535, 9, 3, 65535, 65535, 65535, 65535, 0};
-  const std::string_view pieces[] = {"Y", "M", "D", "h", "k", "K", "m", "s", "W", "EW", "EFW", "EM", "EFM", "i", "J",
-                                     "j", HEISEI, "E" REIWA, "g", " ", "\x83\x59", "\x1A\xCD\x80\x84", "\x83"};
+  const std::string_view pieces[] = {
+      "Y",   "M",   "D", "h", "k", "K",    "m",       "s", "W", "EW",       "EFW",
+      "EM",  "EFM", "i", "J", "j", HEISEI, "E" REIWA, "g", " ", "\x83\x59", "\x1A\xCD\x80\x84",
+      "\x83"};
   std::mt19937 random(7);
   for (int i = 0; i < 20'000; ++i) {
     std::string format;
@@ -196,7 +207,9 @@ TEST(DateFormat, TheDefaultFormIsThatOfMailHeaders) {
       {{2024, 3, 7, 5, 0, 0, 0, 0}, 0, "(invalid date)", "weekday 7"},
       {{2024, 0, 2, 5, 0, 0, 0, 0}, 0, "(invalid date)", "month 0"},
       {{2024, 13, 2, 5, 0, 0, 0, 0}, 0, "(invalid date)", "month 13"},
-      {{65535, 12, 6, 65535, 65535, 65535, 65535, 0}, -4'294'967'296, "Sat, 65535 Dec 65535 65535:65535:65535 +7158278816",
+      {{65535, 12, 6, 65535, 65535, 65535, 65535, 0},
+       -4'294'967'296,
+       "Sat, 65535 Dec 65535 65535:65535:65535 +7158278816",
        "nothing overruns"},
   };
   for (const DefaultCase& c : cases) EXPECT_EQ(DefaultForm(c.time, c.bias), c.expected) << c.why;
@@ -232,11 +245,17 @@ TEST(DateFormat, NumbersAgreeWithPrintf) {
   std::mt19937 random(42);
   for (int i = 0; i < 20'000; ++i) {
     const auto below = [&random](unsigned limit) { return static_cast<std::uint16_t>(random() % limit); };
-    const CivilTime t = {static_cast<std::uint16_t>(1601 + below(9000)), static_cast<std::uint16_t>(1 + below(12)),
-                         below(7), static_cast<std::uint16_t>(1 + below(31)), below(24), below(60), below(60), 0};
+    const CivilTime t = {static_cast<std::uint16_t>(1601 + below(9000)),
+                         static_cast<std::uint16_t>(1 + below(12)),
+                         below(7),
+                         static_cast<std::uint16_t>(1 + below(31)),
+                         below(24),
+                         below(60),
+                         below(60),
+                         0};
     char expected[128];
-    std::snprintf(expected, sizeof expected, "%d %02d-%3d|%4d:%02d.%d %05d/%02d", t.year, t.month, t.day, t.hour,
-                  t.minute, t.second, t.year, t.hour % 12);
+    std::snprintf(expected, sizeof expected, "%d %02d-%3d|%4d:%02d.%d %05d/%02d", t.year, t.month, t.day,
+                  t.hour, t.minute, t.second, t.year, t.hour % 12);
     ASSERT_EQ(Formatted("Y MM-  D|   h:mm.s YYYYY/kk", t), expected);
   }
 }

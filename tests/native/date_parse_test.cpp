@@ -82,9 +82,11 @@ TEST(DateParse, MailHeaderFormsAreRead) {
 }
 
 TEST(DateParse, EveryMonthAndWeekdayIsKnownWholeAndCut) {
-  constexpr std::string_view kMonths[] = {"January", "February", "March",     "April",   "May",      "June",
-                                          "July",    "August",   "September", "October", "November", "December"};
-  constexpr std::string_view kWeekdays[] = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
+  constexpr std::string_view kMonths[] = {"January",   "February", "March",    "April",
+                                          "May",       "June",     "July",     "August",
+                                          "September", "October",  "November", "December"};
+  constexpr std::string_view kWeekdays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                            "Thursday", "Friday", "Saturday"};
   for (int month = 1; month <= 12; ++month) {
     const std::string_view name = kMonths[month - 1];
     for (std::size_t length = 3; length <= name.size(); ++length) {
@@ -113,30 +115,100 @@ struct ZoneCase {
 
 TEST(DateParse, ZonesInEveryShape) {
   const ZoneCase cases[] = {
-      {"+0900", " +0900"},      {"-0800", " -0800"},       {"+0000", " +0000"},      {"-0000", " +0000"},
-      {"+0545", " +0545"},      {"-0330", " -0330"},       {"+900", " +0900"},       {"+9:00", " +0900"},
-      {"+09:00", " +0900"},     {"-8:30", " -0830"},       {"+09", " +0900"},        {"+9", " +0900"},
-      {"-8", " -0800"},         {"+090000", " +0900"},     {"+ 0900", " +0900"},     {"--0800", " -0800"},
-      {"+-0800", " -0800"},     {"0900", " +0900"},        {"GMT+0900", " +0900"},   {"GMT+9", " +0900"},
-      {"UTC+09:00", " +0900"},  {"GMT +0900", " +0900"},   {"GMT-8", " -0800"},      {"JST +0900", " +0900"},
-      {"+0900 JST", " +0900"},  {"-0500 EST", " -0500"},   {"EST -0500", " -0500"},  {"+0900 +0900", " +0900"},
-      {"+0900 -0800", " +0900"}, {"\"GMT\"", ""},          {"UT", " +0000"},         {"UTC", " +0000"},
-      {"GMT", " +0000"},        {"gmt", " +0000"},         {"Z", " +0000"},          {"z", " +0000"},
-      {"EST", " -0500"},        {"EDT", " -0400"},         {"CST", " -0600"},        {"CDT", " -0500"},
-      {"MST", " -0700"},        {"MDT", " -0600"},         {"PST", " -0800"},        {"PDT", " -0700"},
-      {"JST", " +0900"},        {"CET", " +0100"},         {"CEST", " +0200"},       {"MET", " +0100"},
-      {"MEST", " +0200"},       {"BST", " +0100"},         {"WET", " +0000"},        {"WEST", " +0100"},
-      {"EET", " +0200"},        {"EEST", " +0300"},        {"MSK", " +0300"},        {"KST", " +0900"},
-      {"HKT", " +0800"},        {"SGT", " +0800"},         {"AST", " -0400"},        {"ADT", " -0300"},
-      {"HST", " -1000"},        {"AKST", " -0900"},        {"AKDT", " -0800"},       {"NST", " -0330"},
-      {"NDT", " -0230"},        {"AWST", " +0800"},        {"ACST", " +0930"},       {"AEST", " +1000"},
-      {"AEDT", " +1100"},       {"NZST", " +1200"},        {"NZDT", " +1300"},       {"A", " +0000"},
-      {"m", " +0000"},          {"Y", " +0000"},           {"J", ""},                {"", ""},
-      {"IST", ""},              {"Tokyo Standard Time", ""}, {"(JST)", ""},          {"+2400", ""},
-      {"+0960", ""},            {"+12345", ""},            {"+9:60", ""},            {"-99999999999999999999", ""},
-      {"+", ""},                {"-", ""},                 {"?", ""},                {"EST5EDT", " -0500"},
-      {"+2359", " +2359"},      {"-2359", " -2359"},       {"-0500 (EST (New York))", " -0500"},
-      {"\x93\x8C\x8B\x9E", ""}, {"; foo", ""},             {"+0900; foo", " +0900"},
+      {"+0900", " +0900"},
+      {"-0800", " -0800"},
+      {"+0000", " +0000"},
+      {"-0000", " +0000"},
+      {"+0545", " +0545"},
+      {"-0330", " -0330"},
+      {"+900", " +0900"},
+      {"+9:00", " +0900"},
+      {"+09:00", " +0900"},
+      {"-8:30", " -0830"},
+      {"+09", " +0900"},
+      {"+9", " +0900"},
+      {"-8", " -0800"},
+      {"+090000", " +0900"},
+      {"+ 0900", " +0900"},
+      {"--0800", " -0800"},
+      {"+-0800", " -0800"},
+      {"0900", " +0900"},
+      {"GMT+0900", " +0900"},
+      {"GMT+9", " +0900"},
+      {"UTC+09:00", " +0900"},
+      {"GMT +0900", " +0900"},
+      {"GMT-8", " -0800"},
+      {"JST +0900", " +0900"},
+      {"+0900 JST", " +0900"},
+      {"-0500 EST", " -0500"},
+      {"EST -0500", " -0500"},
+      {"+0900 +0900", " +0900"},
+      {"+0900 -0800", " +0900"},
+      {"\"GMT\"", ""},
+      {"UT", " +0000"},
+      {"UTC", " +0000"},
+      {"GMT", " +0000"},
+      {"gmt", " +0000"},
+      {"Z", " +0000"},
+      {"z", " +0000"},
+      {"EST", " -0500"},
+      {"EDT", " -0400"},
+      {"CST", " -0600"},
+      {"CDT", " -0500"},
+      {"MST", " -0700"},
+      {"MDT", " -0600"},
+      {"PST", " -0800"},
+      {"PDT", " -0700"},
+      {"JST", " +0900"},
+      {"CET", " +0100"},
+      {"CEST", " +0200"},
+      {"MET", " +0100"},
+      {"MEST", " +0200"},
+      {"BST", " +0100"},
+      {"WET", " +0000"},
+      {"WEST", " +0100"},
+      {"EET", " +0200"},
+      {"EEST", " +0300"},
+      {"MSK", " +0300"},
+      {"KST", " +0900"},
+      {"HKT", " +0800"},
+      {"SGT", " +0800"},
+      {"AST", " -0400"},
+      {"ADT", " -0300"},
+      {"HST", " -1000"},
+      {"AKST", " -0900"},
+      {"AKDT", " -0800"},
+      {"NST", " -0330"},
+      {"NDT", " -0230"},
+      {"AWST", " +0800"},
+      {"ACST", " +0930"},
+      {"AEST", " +1000"},
+      {"AEDT", " +1100"},
+      {"NZST", " +1200"},
+      {"NZDT", " +1300"},
+      {"A", " +0000"},
+      {"m", " +0000"},
+      {"Y", " +0000"},
+      {"J", ""},
+      {"", ""},
+      {"IST", ""},
+      {"Tokyo Standard Time", ""},
+      {"(JST)", ""},
+      {"+2400", ""},
+      {"+0960", ""},
+      {"+12345", ""},
+      {"+9:60", ""},
+      {"-99999999999999999999", ""},
+      {"+", ""},
+      {"-", ""},
+      {"?", ""},
+      {"EST5EDT", " -0500"},
+      {"+2359", " +2359"},
+      {"-2359", " -2359"},
+      {"-0500 (EST (New York))", " -0500"},
+      {"\x93\x8C\x8B\x9E", ""},
+      {"; foo", ""},
+      {"+0900; foo", " +0900"},
   };
   for (const ZoneCase& c : cases) {
     const std::string expected = std::string(kBare) + std::string(c.shown);
@@ -241,40 +313,96 @@ TEST(DateParse, CommentsStandAnywhere) {
 
 TEST(DateParse, WhatCannotBeADateIsRefused) {
   const std::string_view texts[] = {
-      "", " ", "()", "(5 Mar 2024)", ",", "hello", "5", "Mar", "2024", "5 Mar", "Mar 2024", "09:07:03", "Tue",
-      "Tue, 09:07:03 +0900", "31 Feb 2024 09:07:03 +0900", "30 Feb 2024", "29 Feb 2023", "29 Feb 1900", "31 Apr 2024",
-      "0 Mar 2024", "00 Mar 2024", "32 Mar 2024", "5 Mar 2024 25:00:00", "5 Mar 2024 24:00:01", "5 Mar 2024 24:01",
-      "5 Mar 2024 09:60:00", "5 Mar 2024 09:07:61", "5 Mar 2024 09:07:", "5 Mar 2024 09:", "5 Mar 2024 9:007",
-      "5 Mar 2024 009:07", "5 Mar 1600", "5 Mar 0000", "5 Mar 12024", "5 Mar 4", "5 Foo 2024 09:07:03",
-      "2024-13-05", "2024-00-05", "2024-03-32", "2024-03-00", "2024-02-30", "2024-03", "2024-3-5-6", "24-03-05",
-      "20240230", "20241301", "20240305T25", "20240305T250000", "20240305240001", "2024030509", "123456789012345678901234567890",
-      "03/05/2024", "3-5-2024", "03/05/24", "05.03.24", "31.02.2024", "5-Foo-2024", "5-Mar-20245", "5-Tue-2024",
-      "5-Mar-1", "2024-Mar", "5 5-Mar-2024", "Mar 5-Mar-2024", "5 Mar Apr 2024", "5 Mar 2024 2025", "5 Mar 2024 garbage",
-      "garbage 5 Mar 2024 09:07:03", "5 Mar 2024 +0900", "5 Mar 2024 0907", "5 Mar 09:07:03", "\x93\xFA 5 Mar 2024",
-      "5 Mar 2024 \x93\xFA", "5 Mar 2024\x80", "9:07 10:08 5 Mar 2024", "Z 5 Mar 2024", "5 Mar 2024 Z", "-5 Mar 2024",
-      "+5 Mar 2024", "2024-03-05T", "\"5 Mar 2024 09:07:03\"",
+      "",
+      " ",
+      "()",
+      "(5 Mar 2024)",
+      ",",
+      "hello",
+      "5",
+      "Mar",
+      "2024",
+      "5 Mar",
+      "Mar 2024",
+      "09:07:03",
+      "Tue",
+      "Tue, 09:07:03 +0900",
+      "31 Feb 2024 09:07:03 +0900",
+      "30 Feb 2024",
+      "29 Feb 2023",
+      "29 Feb 1900",
+      "31 Apr 2024",
+      "0 Mar 2024",
+      "00 Mar 2024",
+      "32 Mar 2024",
+      "5 Mar 2024 25:00:00",
+      "5 Mar 2024 24:00:01",
+      "5 Mar 2024 24:01",
+      "5 Mar 2024 09:60:00",
+      "5 Mar 2024 09:07:61",
+      "5 Mar 2024 09:07:",
+      "5 Mar 2024 09:",
+      "5 Mar 2024 9:007",
+      "5 Mar 2024 009:07",
+      "5 Mar 1600",
+      "5 Mar 0000",
+      "5 Mar 12024",
+      "5 Mar 4",
+      "5 Foo 2024 09:07:03",
+      "2024-13-05",
+      "2024-00-05",
+      "2024-03-32",
+      "2024-03-00",
+      "2024-02-30",
+      "2024-03",
+      "2024-3-5-6",
+      "24-03-05",
+      "20240230",
+      "20241301",
+      "20240305T25",
+      "20240305T250000",
+      "20240305240001",
+      "2024030509",
+      "123456789012345678901234567890",
+      "03/05/2024",
+      "3-5-2024",
+      "03/05/24",
+      "05.03.24",
+      "31.02.2024",
+      "5-Foo-2024",
+      "5-Mar-20245",
+      "5-Tue-2024",
+      "5-Mar-1",
+      "2024-Mar",
+      "5 5-Mar-2024",
+      "Mar 5-Mar-2024",
+      "5 Mar Apr 2024",
+      "5 Mar 2024 2025",
+      "5 Mar 2024 garbage",
+      "garbage 5 Mar 2024 09:07:03",
+      "5 Mar 2024 +0900",
+      "5 Mar 2024 0907",
+      "5 Mar 09:07:03",
+      "\x93\xFA 5 Mar 2024",
+      "5 Mar 2024 \x93\xFA",
+      "5 Mar 2024\x80",
+      "9:07 10:08 5 Mar 2024",
+      "Z 5 Mar 2024",
+      "5 Mar 2024 Z",
+      "-5 Mar 2024",
+      "+5 Mar 2024",
+      "2024-03-05T",
+      "\"5 Mar 2024 09:07:03\"",
   };
   for (const std::string_view text : texts) Expect({text, "none"});
   EXPECT_FALSE(ReadHeaderDate(std::string_view("5 Mar 2024\0", 11))) << "a zero byte is no blank";
 }
 
-TEST(DateParse, TheUsualFormIsOnlyTheUsualForm) {
-  EXPECT_TRUE(ReadUsualHeaderDate("Tue, 5 Mar 2024 09:07:03 +0900"));
-  EXPECT_TRUE(ReadUsualHeaderDate("15 Mar 2024 09:07:03 -0800 (PST)"));
-  for (const std::string_view text :
-       {"", "Tue", "Tue, 5 Mar 2024 09:07:03 GMT  ", "Tue, 5 Mar 2024 09:07:03 +09000", "Tue, 5 Mar 2024 09:07:03 +09:00",
-        "Tue; 5 Mar 2024 09:07:03 +0900", "Tux, 5 Mar 2024 09:07:03 +0900", "Tue, 5 Mxr 2024 09:07:03 +0900",
-        "Tue, 5 Tue 2024 09:07:03 +0900", "Mar, 5 Mar 2024 09:07:03 +0900", "\0\0\0, 5 Mar 2024 09:07:03 +0900",
-        "Tue, 5 Mar 2024 09-07:03 +0900", "Tue, 5 Mar 2024 0:907:03 +0900", "Tue, 5 Mar 20:4 09:07:03 +0900",
-        "Tue, 5 Mar 2024 09:07:03 *0900", "Tue, 5 Mar 2024 09:07:03 +09/0", "Tue, 5 Mar 2024 09:07:03 +2400"}) {
-    EXPECT_FALSE(ReadUsualHeaderDate(text)) << text;
-  }
-}
-
-// Mutations of the usual form: where the quick reader reads, the other reads the same.
-TEST(DateParse, BothReadersAgreeOnDamagedDates) {
+// Mutations of the usual form: the quick way and the thorough one read the same, or both nothing.
+TEST(DateParse, TheQuickWayNeverDiffersOnDamagedDates) {
   constexpr std::string_view kSeeds[] = {"Tue, 5 Mar 2024 09:07:03 +0900", "31 Dec 1999 23:59:60 -0000 (UTC)",
-                                         "Sun, 29 Feb 2004 00:00:00 -1130"};
+                                         "Sun, 29 Feb 2004 00:00:00 -1130",
+                                         "Fri, 01 Jan 2021 24:00:00 GMT+0900", "7 Jun 2030 12:34:56"};
   constexpr std::string_view kBytes = "0123456789 :+-,()aeMrTZ./\t\r\n\x83\xB0\xBA\x1A@[`{";
   std::mt19937 random(44);
   int read = 0;
@@ -282,20 +410,20 @@ TEST(DateParse, BothReadersAgreeOnDamagedDates) {
     std::string text(kSeeds[random() % std::size(kSeeds)]);
     for (auto n = random() % 3; n > 0; --n) text[random() % text.size()] = kBytes[random() % kBytes.size()];
     if (random() % 4 == 0) text.resize(random() % (text.size() + 1));
-    const std::optional<HeaderDate> usual = ReadUsualHeaderDate(text);
-    if (!usual) continue;
-    ++read;
-    ASSERT_EQ(ReadAnyHeaderDate(text), usual) << text;
+    text.shrink_to_fit();
+    const std::optional<HeaderDate> date = ReadHeaderDate(text);
+    ASSERT_EQ(ReadAnyHeaderDate(text), date) << text;
+    if (date) ++read;
   }
-  EXPECT_GT(read, 10'000);
+  EXPECT_GT(read, 100'000);
 }
 
 TEST(DateParse, PrintedDatesReadBack) {
   std::mt19937_64 random(45);
   constexpr FileTicks kEnd = DayNumber(10'000, 1, 1) * kTicksPerDay;
-  constexpr std::string_view kFormats[] = {"YYYY-MM-DDThh:mm:ss",   "EW, D EM YYYY hh:mm:ss", "EW EM  D hh:mm:ss YYYY",
-                                           "EFW, EFM  D, YYYY  h:m:s", "YYYYMMDDhhmmss",        "DD.MM.YYYY hh.mm.ss",
-                                           "D-EM-YYYY hh:mm:ss"};
+  constexpr std::string_view kFormats[] = {
+      "YYYY-MM-DDThh:mm:ss", "EW, D EM YYYY hh:mm:ss", "EW EM  D hh:mm:ss YYYY", "EFW, EFM  D, YYYY  h:m:s",
+      "YYYYMMDDhhmmss",      "DD.MM.YYYY hh.mm.ss",    "D-EM-YYYY hh:mm:ss"};
   for (int i = 0; i < 100'000; ++i) {
     const FileTicks ticks = static_cast<FileTicks>(random() % kEnd) / kTicksPerSecond * kTicksPerSecond;
     const CivilTime time = *CivilFromTicks(ticks);

@@ -51,8 +51,9 @@ TEST(DateShift, DistancesAreRead) {
 }
 
 TEST(DateShift, DistancesBeyondFileTimesAreNone) {
-  for (const std::string_view text : {"10675200", "-10675200", "99999999999999999999999999", "0.999999999999999",
-                                      "10675199.3", "0.0.0.922337203686", "1.1.1.99999999999999999999"}) {
+  for (const std::string_view text :
+       {"10675200", "-10675200", "99999999999999999999999999", "0.999999999999999", "10675199.3",
+        "0.0.0.922337203686", "1.1.1.99999999999999999999"}) {
     EXPECT_FALSE(ReadShiftText(text)) << text;
   }
 }
@@ -62,7 +63,7 @@ TEST(DateShift, WeekdaysStayInTheirWeek) {
     std::string_view text;
     int day;  // of March 2024
   };
-  const WeekdayCase cases[] = {{"\x93\xFA", 3}, {"\x8C\x8E", 4}, {"\x89\xCE", 5}, {"\x90\x85", 6},
+  const WeekdayCase cases[] = {{"\x93\xFA", 3}, {"\x8C\x8E", 4}, {"\x89\xCE", 5},           {"\x90\x85", 6},
                                {"\x96\xD8", 7}, {"\x8B\xE0", 8}, {"  \x93\x79 and more", 9}};
   for (const WeekdayCase& c : cases) {
     const std::optional<DateShift> shift = ReadShiftText(c.text);
@@ -85,7 +86,8 @@ TEST(DateShift, TimesOutsideFileTimesAreNone) {
   EXPECT_TRUE(ShiftTime(kMax, ShiftOfDays(0)));
   EXPECT_FALSE(ShiftTime(kMax, *ReadShiftText("0.0.0.1")));
   EXPECT_FALSE(ShiftTime(kMax, *ReadShiftText("10675199")));
-  EXPECT_FALSE(ShiftTime(0, *ReadShiftText("\x93\xFA"))) << "1 January 1601 was a Monday: its Sunday is outside";
+  EXPECT_FALSE(ShiftTime(0, *ReadShiftText("\x93\xFA")))
+      << "1 January 1601 was a Monday: its Sunday is outside";
 }
 
 struct UnitCase {
@@ -95,9 +97,9 @@ struct UnitCase {
 
 TEST(DateShift, UnitsAreKnownByTheirBeginning) {
   const UnitCase cases[] = {
-      {"hour", kH},   {"Hours", kH},     {"HOURLY", kH},    {"hou", {}},     {"minute", kM}, {"Minutes", kM},
-      {"minut", {}},  {"SECONDS", kS},   {"second", kS},    {"secon", {}},   {"", {}},       {"day", {}},
-      {" hour", {}},  {"h\x8Fur", {}},   {"seconds ago", kS},
+      {"hour", kH},    {"Hours", kH}, {"HOURLY", kH},  {"hou", {}},     {"minute", kM},
+      {"Minutes", kM}, {"minut", {}}, {"SECONDS", kS}, {"second", kS},  {"secon", {}},
+      {"", {}},        {"day", {}},   {" hour", {}},   {"h\x8Fur", {}}, {"seconds ago", kS},
   };
   for (const UnitCase& c : cases) EXPECT_EQ(TicksOfUnit(c.unit), c.ticks) << c.unit;
 }
@@ -115,10 +117,12 @@ TEST(DateShift, CalendarDaysDoNotLookAtTheHour) {
 TEST(DateShift, RandomShiftsComeBack) {
   std::mt19937_64 random(43);
   for (int i = 0; i < 50'000; ++i) {
-    const auto days = static_cast<FileTicks>(random() % 4'000'000), hours = static_cast<FileTicks>(random() % 1000),
-               minutes = static_cast<FileTicks>(random() % 1000), seconds = static_cast<FileTicks>(random() % 100'000);
-    const std::string parts = std::to_string(days) + "." + std::to_string(hours) + "." + std::to_string(minutes) +
-                              "." + std::to_string(seconds);
+    const auto days = static_cast<FileTicks>(random() % 4'000'000),
+               hours = static_cast<FileTicks>(random() % 1000),
+               minutes = static_cast<FileTicks>(random() % 1000),
+               seconds = static_cast<FileTicks>(random() % 100'000);
+    const std::string parts = std::to_string(days) + "." + std::to_string(hours) + "." +
+                              std::to_string(minutes) + "." + std::to_string(seconds);
     const FileTicks distance = days * kD + hours * kH + minutes * kM + seconds * kS;
     ASSERT_EQ(ReadShiftText(parts)->distance, distance);
     ASSERT_EQ(ReadShiftText("-" + parts)->distance, -distance);

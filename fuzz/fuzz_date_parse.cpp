@@ -1,0 +1,62 @@
+// Dates of mail headers: whatever the bytes, the answer is a time of the years 1601 to 10000, it does not
+// depend on blanks around the text, on comments in front or on letter case, it prints as a date that reads
+// back as itself, and the quick way for the usual form never contradicts the thorough one.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "text/date_format.h"
+#include "text/date_parse.h"
+
+namespace {
+
+using namespace wfinfo;
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+std::string UpperCase(std::string text) {
+  for (char& c : text) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
+  }
+  return text;
+}
+
+void CheckRange(const HeaderDate& date) {
+  constexpr FileTicks kEnd = DayNumber(10'000, 1, 1) * kTicksPerDay;
+  Require(date.wall_clock >= 0 && date.wall_clock <= kEnd && date.wall_clock % kTicksPerSecond == 0);
+  Require(date.zone_minutes > -1440 && date.zone_minutes < 1440);
+  Require(date.has_zone || date.zone_minutes == 0);
+}
+
+void CheckReadsBack(const HeaderDate& date) {
+  const std::optional<CivilTime> time = CivilFromTicks(date.wall_clock);
+  Require(time.has_value());
+  if (time->year > kLastMailYear) return;  // 31 Dec 9999 24:00
+  char form[kDefaultFormRoom];
+  const std::string text(form, DefaultDateForm(*time, -date.zone_minutes, form));
+  Require(ReadHeaderDate(text) == HeaderDate{date.wall_clock, true, date.zone_minutes});
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const std::optional<HeaderDate> date = ReadHeaderDate(text);
+  Require(ReadAnyHeaderDate(text) == date);
+  const std::string copy(text);
+  Require(ReadHeaderDate("\r\n " + copy + " \t") == date);
+  Require(ReadHeaderDate("(a (b\\)) \x95\x5C)" + copy) == date);
+  Require(ReadHeaderDate(UpperCase(copy)) == date);
+  if (!date) return 0;
+  CheckRange(*date);
+  CheckReadsBack(*date);
+  const std::optional<FileTicks> machine = TimeOfHeaderDate(text, Clock::kMachine, -540);
+  if (!date->has_zone) Require(machine == date->wall_clock);
+  if (machine) Require(*machine >= 0);
+  return 0;
+}
