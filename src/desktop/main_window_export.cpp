@@ -93,5 +93,6 @@ void* SetWaitCursor() noexcept { return SetCursor(LoadCursorA(nullptr, reinterpr
 
 void* RestoreWaitCursor(void* cursor) noexcept {
   const auto previous = static_cast<HCURSOR>(cursor);
-  return SetCursor(previous != nullptr ? previous : LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW)));
+  return SetCursor(previous != nullptr ? previous
+                                       : LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW)));
 }

@@ -1,0 +1,56 @@
+// Comma-separated values for macros: one loaded text and one current line for the process.
+#include <windows.h>
+
+#include <string_view>
+
+#include "bridge/report_win.h"
+#include "bridge/results_win.h"
+#include "catalogue/declarations.h"
+#include "desktop/csv_load_win.h"
+#include "text/csv_text.h"
+
+namespace {
+
+// Owns the LocalAlloc block that is attached to it.
+constinit wfinfo::CsvText g_csv;
+
+// The field without its quoting, where `out` has room for all of it and a terminator.
+char* Unquoted(std::string_view field, char* out) {
+  out[wfinfo::UnquoteCsvField(field, out)] = '\0';
+  return out;
+}
+
+}  // namespace
+
+long long CSV_LoadFile(const char* name) noexcept {
+  if (!wfinfo::IsText(name)) return 0;
+  CSV_Free();
+  char* const text = wfinfo::LoadCsv(name);
+  if (text == nullptr) return 0;
+  g_csv.Attach(text);
+  return 1;
+}
+
+void CSV_Free() noexcept {
+  char* const text = const_cast<char*>(g_csv.data());
+  g_csv.Detach();
+  LocalFree(text);
+}
+
+long long CSV_SkipOneLine() noexcept { return g_csv.SkipLine() ? 1 : 0; }
+
+long long CSV_SetCurrentLine(int line) noexcept { return g_csv.SetLine(line) ? 1 : 0; }
+
+long long CSV_GetLineCount() noexcept { return static_cast<long long>(g_csv.LineCount()); }
+
+long long CSV_GetColumnCount() noexcept { return static_cast<long long>(g_csv.ColumnCount()); }
+
+long long CSV_GetMaxColumnCount() noexcept { return static_cast<long long>(g_csv.MaxColumnCount()); }
+
+const char* CSV_GetColumnText(int column) noexcept {
+  if (!g_csv.IsAttached() || column < 0) return wfinfo::kNoText;
+  const std::string_view field = g_csv.Field(static_cast<std::size_t>(column));
+  if (field.size() < wfinfo::kShortResultSize) return Unquoted(field, wfinfo::g_resultText);
+  char* const block = wfinfo::NewResultBlock(field.size() + 1);
+  return block == nullptr ? wfinfo::kNoText : wfinfo::KeepLongResult(Unquoted(field, block));
+}

@@ -1,0 +1,81 @@
+#include "desktop/save_text_win.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <cstring>
+#include <cwchar>
+#include <string_view>
+
+#include "base/unique_win.h"
+#include "bridge/host_request_win.h"
+#include "desktop/wide_text_win.h"
+#include "text/host_text.h"
+
+namespace wfinfo {
+namespace {
+
+constexpr int kCodeToUtf16 = 290;
+constexpr int kCodeToUtf8 = 307;
+
+enum Encoding { kHostText = 0, kUtf16 = 1, kUtf8 = 2, kUtf8WithMark = 3 };
+
+constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+// True for null and for what is no pointer but a number.
+bool IsNumber(const char* text) { return reinterpret_cast<std::uintptr_t>(text) < 0x10000; }
+
+// What goes into the file: the mark only when the file is empty before it.
+struct Contents {
+  std::string_view mark;
+  std::string_view bytes;
+};
+
+// The text in its encoding, as the host gives it; bytes.data() is null when the host gives nothing.
+Contents Encoded(const char* text, int append, int encoding) {
+  if (encoding == kHostText) return {{}, text};
+  const bool utf8 = encoding == kUtf8 || encoding == kUtf8WithMark;
+  Slot block[] = {ToSlot(text), append, encoding};
+  const Slot answer = SendHostRequest(utf8 ? kCodeToUtf8 : kCodeToUtf16, block);
+  if (answer == 0) return {};
+  const auto* const converted = reinterpret_cast<const char*>(static_cast<INT_PTR>(answer));
+  if (utf8) return {encoding == kUtf8WithMark ? kUtf8Mark : std::string_view(), converted};
+  return {kUtf16Mark,
+          {converted, sizeof(wchar_t) * std::wcslen(reinterpret_cast<const wchar_t*>(converted))}};
+}
+
+bool Write(HANDLE file, std::string_view bytes) {
+  DWORD written = 0;
+  const auto size = static_cast<DWORD>(bytes.size());
+  return size == bytes.size() && WriteFile(file, bytes.data(), size, &written, nullptr) && written == size;
+}
+
+// Opens or creates the file at its start or, with `append`, at its end. `position` is where that is.
+UniqueFile OpenForWriting(const char* file_name, bool append, std::uint64_t& position) {
+  const WIDETEXT wide(file_name);
+  UniqueFile file(CreateFileW(wide.Text(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                              OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  LARGE_INTEGER end{};
+  if (file && append && !SetFilePointerEx(file.get(), {}, &end, FILE_END)) file.reset();
+  position = static_cast<std::uint64_t>(end.QuadPart);
+  return file;
+}
+
+}  // namespace
+
+bool SaveText(const char* file_name, const char* text, int append, int encoding) {
+  // A number in the place of a text: nothing is opened for it.
+  if (IsNumber(file_name) || IsNumber(text)) return false;
+  std::uint64_t position = 0;
+  const UniqueFile file = OpenForWriting(file_name, append != 0, position);
+  if (!file) return false;
+  // The file's own form cannot hold escapes.
+  if (encoding == kHostText && std::strchr(text, kEscapeByte) != nullptr) encoding = kUtf16;
+  const Contents contents = Encoded(text, append, encoding);
+  if (contents.bytes.data() == nullptr) return false;
+  if (position == 0 && !contents.mark.empty() && !Write(file.get(), contents.mark)) return false;
+  return Write(file.get(), contents.bytes) && SetEndOfFile(file.get());
+}
+
+}  // namespace wfinfo
