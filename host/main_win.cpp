@@ -131,10 +131,13 @@ class TerminalSide : public PromptSide {
  private:
   // "* 3  Subject (file.eml)"; the star marks the open one.
   std::string Line(std::size_t index) {
-    const std::string subject = Shown(state_.Header(index, "Subject"));
     std::string line = index == state_.root() ? "* " : "  ";
     line += std::to_string(index + 1) + "  ";
-    for (const char c : subject) line += c == '\n' ? ' ' : c;
+    // A folded subject becomes one line with single blanks.
+    for (const char c : Shown(state_.Header(index, "Subject"))) {
+      const bool blank = c == '\n' || c == '\t' || c == ' ';
+      if (!blank || line.back() != ' ') line += blank ? ' ' : c;
+    }
     return line + " (" + PathToUtf8(state_.Mail(index).source.filename()) + ")\n";
   }
 

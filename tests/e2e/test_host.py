@@ -1,0 +1,206 @@
+"""The small host itself: command line, macros, prompt, trace, and what it says about bad input."""
+import shutil
+import unittest
+
+import host
+from host import HostTest, run
+
+MAIL = (b"From: Alice <alice@example.com>\r\nTo: bob@example.org\r\nSubject: First\r\n"
+        b"Message-ID: <1@example.com>\r\n\r\none\r\n")
+TWO_MAILS = (b"From alice@example.com Mon Jun  2 09:00:00 2025\nFrom: Alice <alice@example.com>\nSubject: First\n\none\n\n"
+             b"From bob@example.org Mon Jun  2 10:00:00 2025\nFrom: Bob <bob@example.org>\nSubject: Second\n"
+             b"Status: RO\nX-Status: F\nX-Priority: 1\nCc: c@example.org\n\ntwo\n")
+
+
+class CommandLine(HostTest):
+    def test_tells_versions(self):
+        self.assert_output(run("--version"), "wrenfold 1.0.0\nWFINFO.dll interface 18\n")
+
+    def test_helps_on_standard_output(self):
+        result = run("--help")
+        self.assertEqual((result.err, result.code), ("", 0))
+        self.assertTrue(result.out.startswith("wrenfold --mail MAIL"))
+
+    def test_a_wrong_command_line_shows_the_usage_and_ends_with_2(self):
+        for arguments, reason in (([], "nothing to do: give --macro FILE or --prompt"),
+                                  (["--promt"], "unknown option '--promt'; did you mean --prompt?"),
+                                  (["--macro"], "--macro needs a file name behind it")):
+            with self.subTest(arguments):
+                result = run(*arguments)
+                self.assertEqual((result.out, result.code), ("", 2))
+                self.assertTrue(result.err.startswith("wrenfold: " + reason + "\nwrenfold --mail MAIL"), result.err)
+
+    def test_runs_several_macros_and_then_asks(self):
+        first, second = self.write("a.macro", "x = 1\nprint x"), self.write("b.macro", "x = x + 1\nprint x")
+        self.assert_output(run("--macro", first, "--macro", second, "--prompt", input="x + 1\n"), "1\n2\n3\n")
+
+    def test_takes_japanese_paths(self):
+        if not host.takes_any_path():
+            self.skipTest("this locale lets Wine see ASCII file names only")
+        mail = self.write("日本語 メール.eml", MAIL)
+        macro = self.write("マクロ ソ表.macro", "print MailFileName()")
+        self.assert_output(run("--mail", mail, "--macro", macro), "日本語 メール.eml\n")
+
+
+class BadInput(HostTest):
+    def assert_refused(self, result, reason):
+        self.assertEqual(result, host.Result("", "wrenfold: " + reason + "\n", 1))
+
+    def test_an_unreadable_mail_is_told_before_anything_runs(self):
+        macro = self.write("m.macro", "print 1")
+        result = run("--mail", self.folder / "none.eml", "--macro", macro)
+        self.assertEqual((result.out, result.code), ("", 1))
+        self.assertRegex(result.err, r"^wrenfold: cannot read .*none\.eml: .*\n$")
+
+    def test_an_unreadable_macro(self):
+        self.assert_refused(run("--macro", "none.macro"), "cannot read the macro none.macro")
+
+    def test_a_syntax_error_is_told_before_anything_runs(self):
+        macro = self.write("m.macro", "print 1\nif 1\nprint (2\nend\n")
+        self.assert_refused(run("--macro", macro), f"{macro}:3:7: this ( has no ) on its line")
+
+    def test_an_unknown_export_is_told_before_anything_runs(self):
+        macro = self.write("m.macro", "print 1\nprint HomeDirr()\n")
+        self.assert_refused(run("--macro", macro), f"{macro}:2:7: no export 'HomeDirr'; did you mean HomeDir?")
+
+    def test_a_wrong_number_of_parameters_is_told_before_anything_runs(self):
+        macro = self.write("m.macro", "print 1\nprint SetMailIndex()\n")
+        self.assert_refused(run("--macro", macro),
+                            f"{macro}:2:7: SetMailIndex takes 1 parameter (index), 0 given; see help SetMailIndex")
+
+    def test_an_error_while_running_stops_there(self):
+        macro = self.write("m.macro", "print 1\nprint SetMailIndex(\"x\")\nprint 2\n")
+        self.assertEqual(run("--macro", macro), host.Result(
+            "1\n", f"wrenfold: {macro}:2:7: parameter 1 (index) of SetMailIndex is a number, and a text was given; "
+            "see help SetMailIndex\n", 1))
+
+    def copied_host(self, library):
+        executable = shutil.copy(host.EXECUTABLE, self.folder / "wrenfold.exe")
+        if library is not None:
+            self.write("WFINFO.dll", library)
+        return executable
+
+    def test_a_missing_library(self):
+        result = run("--macro", self.write("m.macro", "print 1"), executable=self.copied_host(None))
+        self.assertEqual((result.out, result.code), ("", 1))
+        self.assertRegex(result.err, r"^wrenfold: cannot find .*\\WFINFO\.dll; put the library beside wrenfold\.exe\n$")
+
+    def test_a_library_that_is_none(self):
+        result = run("--macro", self.write("m.macro", "print 1"), executable=self.copied_host(b"no library at all"))
+        self.assertEqual((result.out, result.code), ("", 1))
+        self.assertRegex(result.err, r"^wrenfold: .*WFINFO\.dll.*\n$")
+
+    def test_a_library_without_the_hand_over(self):
+        other = self.copied_host(host.EXECUTABLE.read_bytes())  # a module, but not ours
+        result = run("--macro", self.write("m.macro", "print 1"), executable=other)
+        self.assertEqual((result.out, result.code), ("", 1))
+        self.assertRegex(result.err, r"^wrenfold: .*WFINFO\.dll is no WFINFO library: the hand-over is missing\n$")
+
+
+class Requests(HostTest):
+    def mail(self):
+        return "--mail", self.write("first.eml", MAIL)
+
+    def mails(self):
+        return "--mail", self.write("two.mbox", TWO_MAILS)
+
+    def test_answers_what_it_knows_of_the_mail_and_its_file(self):
+        self.assert_output(self.run_macro(
+            'print MailFileName(), " ", MailFileOffset(), " ", GetMailSize()\n'
+            'folder = CurrentFolder()\nprint folder == RootFolder(), folder + "\\\\" + MailFileName() == MailFilePath()\n',
+            *self.mail()), f"first.eml 0 {len(MAIL)}\n11\n")
+
+    def test_moves_between_mails(self):
+        self.assert_output(self.run_macro(
+            "print MailCount(), MailCountAll(), MailIndex(), MailFileOffset() < 60\n"
+            "print NextMail(), MailIndex(), MailFileOffset() > 0\n"
+            "print NextMail(), MailIndex()\nprint PrevMail(), MailIndex()\n"
+            "print SetMailIndex(1), SetMailIndex(2), SetMailIndex(-1), MailIndex()\n", *self.mails()),
+            "2201\n111\n01\n10\n1001\n")
+
+    def test_knows_host_and_version(self):
+        self.assert_output(self.run_macro("print WrenfoldVersion(), TamarinMailVersionBeta()\nprint HomeDir() != \"\"\n"),
+                           "1000\n1\n")
+
+    def test_without_a_mail_the_answers_are_empty(self):
+        self.assert_output(self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()'), "[]000\n")
+
+    def test_a_request_that_is_not_served_is_answered_0_and_counted(self):
+        self.assertEqual(self.run_macro("print NewMail(), IsThreadView(), IsThreadView()"), host.Result(
+            "000\n", "wrenfold: 3 requests, 3 not served: code 25 (IsThreadView) 2 times, menu command 40002 (NewMail)\n", 0))
+
+    def test_a_mail_in_a_window_of_its_own_is_asked_there(self):
+        self.assert_output(self.run_macro("print OpenMail(), MailFileName(), MailCount()", *self.mail()), "1first.eml1\n")
+
+
+class Trace(HostTest):
+    def trace(self, source, *arguments):
+        result = self.run_macro(source, "--trace", *arguments)
+        self.assertEqual(result.code, 0, result.err)
+        return result.err
+
+    def test_shows_names_codes_slots_and_answers(self):
+        mail = self.write("first.eml", MAIL)
+        self.assertEqual(self.trace("x = MailFileName()\nx = SetMailIndex(-1)\nNextMail()\nNewMail()\nNewMail()\n"
+                                    'SetTabTitle(3, "日本😀\\r\\n")\n', "--mail", mail),
+                         'trace: MailFileName: code 52 -> "first.eml"\n'
+                         "trace: SetMailIndex: code 33 (-1) -> 0\n"
+                         "trace: NextMail: code 12, command 40031 (40031) -> 0\n"
+                         "trace: not served: menu command 40002 (NewMail) -> 0\n"
+                         "trace: not served: code 248 (SetTabTitle) -> 0\n"
+                         "trace: 6 requests, 3 not served: code 248 (SetTabTitle), menu command 40002 (NewMail) 2 times\n")
+
+    def test_cuts_long_texts(self):
+        mail = self.write("first.eml", MAIL.replace(b"First", b"x" * 100))
+        self.assertIn('trace: RootHeader: code 1 -> "From: Alice <alice@example.com>\\r\\nTo: bob@example.org\\r\\nSubjec'
+                      f'"... ({len(MAIL) + 95} bytes)\n', self.trace('x = RootHeader("Subject")', "--mail", mail))
+
+
+class Prompt(HostTest):
+    def test_through_a_pipe_it_writes_results_only(self):
+        self.assert_output(self.prompt("1 + 2", 'x = "日本"', "x + 1", "print x", "if 1", "print 4", "end", "quit", "5"),
+                           "3\n日本1\n日本\n4\n")
+
+    def test_lists_and_opens_mails(self):
+        mail = self.write("two.mbox", TWO_MAILS)
+        self.assert_output(self.prompt("mails", "open 2", "MailIndex()", arguments=("--mail", mail)),
+                           "* 1  First (two.mbox)\n  2  Second (two.mbox)\n* 2  Second (two.mbox)\n1\n")
+
+    def test_helps(self):
+        self.assert_output(self.prompt("help SetMailIndex"),
+                           "SetMailIndex(index)\nMakes mail `index` of the list the current one.\n"
+                           "  index: number; 0 = first\nResult: a number, 0 on failure\n"
+                           "Sends: code 33 (Frame); refused while a dialog shows\n"
+                           "The parameter list is inferred from the family and the name.\n")
+
+    def test_goes_on_after_a_mistake_and_ends_with_1(self):
+        self.assertEqual(self.prompt("HomeDirr()", "1 +", "open 9", "2"), host.Result(
+            "2\n", "column 1: no export 'HomeDirr'; did you mean HomeDir?\n"
+            "column 4: a value is missing before the end of the macro; write a number, a \"text\", a variable or a call "
+            "Name(...)\nthere is no mail '9'; mails lists them\n", 1))
+
+    def test_ends_with_the_input_even_without_a_line_end(self):
+        self.assert_output(run("--prompt", input="1"), "1\n")
+
+
+class Messages(HostTest):
+    NUMBER_FOR_TEXT = 'print DecodeHeader(5)\n'
+
+    def test_the_library_speaks_english_on_standard_error(self):
+        self.assertEqual(self.run_macro(self.NUMBER_FOR_TEXT), host.Result(
+            "\n", "WFINFO.DLL: String parameter missing or numeric parameter specified that should be string.\n", 0))
+
+    def test_the_library_speaks_japanese_on_standard_error(self):
+        result = run("--macro", self.write("m.macro", self.NUMBER_FOR_TEXT), "--japanese")
+        self.assertEqual(result, host.Result(
+            "\n", "WFINFO.DLL: 文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。\n", 0))
+
+    def test_log_lines_come_with_their_number(self):
+        self.assertEqual(self.run_macro('print DumpSmall("ログ😀")'), host.Result("1\n", "log 7178: ログ😀\n", 0))
+
+    def test_controls_of_a_mail_cannot_reach_the_terminal(self):
+        self.assert_output(self.run_macro('print "a\\x1B[2Jb\\r\\nc\\rd"'), "a\\x1B[2Jb\nc\\rd\n")
+
+
+if __name__ == "__main__":
+    unittest.main()
