@@ -1,0 +1,32 @@
+// The one account record that the host has lent us, and the texts of that account which do not lie in it.
+#pragma once
+
+#include "commands/account_keys.h"
+
+namespace wfinfo {
+
+// True while a record is lent.
+bool IsAccountLoaded();
+
+// The lent record; null when none is.
+char* AccountRecord();
+
+// Gives the lent record back unsaved, if there is one.
+void ReleaseAccount();
+
+// Borrows the record of the account `name` and forgets the texts of the account before. False when there is
+// none.
+bool BorrowAccount(const char* name);
+
+// Has the host save the record and end the loan; after a success also stores the changed texts. The host's
+// result.
+int SaveAccount();
+
+// The text of kind `kind`, asked of the host once; null without memory. Valid until it is set or the account
+// saved.
+const char* AccountText(int kind);
+
+// Keeps `value` as the text of kind `kind`, to be stored by SaveAccount. False without memory.
+bool SetAccountText(int kind, const char* value);
+
+}  // namespace wfinfo
