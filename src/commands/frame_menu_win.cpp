@@ -1,0 +1,34 @@
+#include "commands/frame_menu_win.h"
+
+#include "bridge/host_request_win.h"
+#include "bridge/host_window_win.h"
+
+namespace wfinfo {
+namespace {
+
+constexpr int kCodeMenu = 329;  // the frame's menu when it has no menu bar
+
+HMENU MenuOf(HWND frame) {
+  const HMENU bar = GetMenu(frame);
+  return bar != nullptr ? bar : reinterpret_cast<HMENU>(static_cast<INT_PTR>(SendHostRequest(kCodeMenu)));
+}
+
+}  // namespace
+
+MenuItem FrameMenuItem(UINT command) {
+  MenuItem item{FindHostWindow(SearchMode::kFrameTarget, false, kCodeMenu), command, kUnknownItem};
+  if (item.frame == nullptr) return item;
+  const HMENU menu = MenuOf(item.frame);
+  if (menu == nullptr) return item;
+  SendMessageA(item.frame, WM_INITMENU, reinterpret_cast<WPARAM>(menu), 0);
+  item.state = GetMenuState(menu, command, MF_BYCOMMAND);
+  return item;
+}
+
+bool ToggleMenuItem(const MenuItem& item, bool on) {
+  if (!item.IsKnown() || item.IsGrayed() || item.IsChecked() == on) return false;
+  SendMessageA(item.frame, WM_COMMAND, item.command, 0);
+  return true;
+}
+
+}  // namespace wfinfo
