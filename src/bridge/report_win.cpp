@@ -37,8 +37,10 @@ void ReportError(const char* text) {
   MessageBoxA(MessageBoxOwner(), message, nullptr, MB_ICONHAND);
 }
 
+bool IsReadableText(const void* text) { return !IsBadStringPtrA(static_cast<LPCSTR>(text), kCheckedLength); }
+
 int CheckStringParam(const void* text) {
-  if (!IsBadStringPtrA(static_cast<LPCSTR>(text), kCheckedLength)) return 0;
+  if (IsReadableText(text)) return 0;
   ReportError({"String parameter missing or numeric parameter specified that should be string.",
                "文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。"});
   return 1;

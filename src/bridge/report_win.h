@@ -17,6 +17,9 @@ inline void ReportError(const Message& message) { ReportError(Chosen(message)); 
 // 0 when `text` is a readable zero-terminated text; 1, after reporting, when it is not (null included).
 int CheckStringParam(const void* text);
 
+// The same test without a report.
+bool IsReadableText(const void* text);
+
 // True when `text` is readable; reports when it is not.
 inline bool IsText(const void* text) { return CheckStringParam(text) == 0; }
 // The same for an optional text: null is fine.
