@@ -1,2 +1,13 @@
 // Numbers of the library's resources.
 #pragma once
+
+// S/MIME: choice of a certificate.
+#define IDD_CERT_CHOICE 107
+#define IDC_CERT_CHOICE_TEXT 1013
+#define IDC_CERT_CHOICE_LIST 1014
+
+// S/MIME: import of certificates. Row i (0 to 4) has the controls first + i.
+#define IDD_CERT_IMPORT 105
+#define IDC_IMPORT_FIRST_CHECK 1001
+#define IDC_IMPORT_FIRST_COMBO 1006
+#define IDC_IMPORT_FIRST_LABEL 1011

@@ -1,0 +1,118 @@
+#include "smime/crypto_binding_win.h"
+
+#include <cstring>
+
+#include "base/fatal.h"
+#include "bridge/debug_log_win.h"
+#include "bridge/host_protocol.h"
+#include "bridge/host_window_win.h"
+#include "bridge/module_win.h"
+
+namespace wfinfo::smime {
+
+CryptoBinding g_crypto{};
+
+namespace {
+
+constexpr UINT kFolderRoom = 244;      // bytes of the system folder's name
+constexpr std::size_t kBoxLimit = 1023;  // an error text must stay below
+constexpr std::size_t kLineRoom = 1025;  // what wvsprintfA writes at most, terminator included
+
+HMODULE LoadModule(const char* path) { return LoadLibraryA(path); }
+void* FindEntry(HMODULE module, const char* name) { return ProcOf<void*>(module, name); }
+
+// Takes the place of CryptUIDlgViewContext where cryptui has only the newer viewer.
+BOOL WINAPI ViewCertificate(DWORD, const void* context, HWND parent, LPCWSTR title, DWORD, void*) {
+  CRYPTUI_VIEWCERTIFICATE_STRUCTW view{};
+  view.dwSize = sizeof view;
+  view.hwndParent = parent;
+  view.szTitle = title;
+  view.pCertContext = static_cast<PCCERT_CONTEXT>(context);
+  return g_crypto.CryptUIDlgViewCertificateW(&view, nullptr);
+}
+
+template <class Function>
+void Take(HMODULE module, const char* name, Function* slot) {
+  *slot = reinterpret_cast<Function>(g_cryptoLoader.entry(module, name));
+}
+
+void TakeViewers() {
+  if (g_crypto.cryptui == nullptr) g_crypto.cryptui = LoadFromSystemFolder("cryptui.dll");
+  if (g_crypto.cryptui == nullptr) return;
+  Take(g_crypto.cryptui, "CryptUIDlgViewContext", &g_crypto.CryptUIDlgViewContext);
+  Take(g_crypto.cryptui, "CryptUIDlgViewCertificateW", &g_crypto.CryptUIDlgViewCertificateW);
+  if (g_crypto.CryptUIDlgViewContext == nullptr && g_crypto.CryptUIDlgViewCertificateW != nullptr) {
+    g_crypto.CryptUIDlgViewContext = &ViewCertificate;
+  }
+}
+
+}  // namespace
+
+CryptoLoader g_cryptoLoader = {&LoadModule, &FindEntry};
+
+HMODULE LoadFromSystemFolder(const char* name) {
+  char path[kFolderRoom + 32];
+  const UINT length = GetSystemDirectoryA(path, kFolderRoom);
+  if (length == 0 || length >= kFolderRoom) return nullptr;
+  path[length] = '\\';
+  lstrcpynA(path + length + 1, name, static_cast<int>(sizeof path - length - 1));
+  return g_cryptoLoader.load(path);
+}
+
+bool LoadCryptoLibrary() {
+  if (g_crypto.crypt32 == nullptr) g_crypto.crypt32 = LoadFromSystemFolder("crypt32.dll");
+  if (g_crypto.crypt32 == nullptr) {
+    ShowSmimeError({"Failed to load crypt32.dll or version too old. So you cannot use S/MIME functions.\n"
+                    "（Maybe Windows or Internet Explorer is too old)",
+                    "crypt32.dllがロードできないか、またはバージョンが古いです。S/MIMEは使えません。\n"
+                    "（WindowsまたはInternet Explorerが古いとダメです）"});
+    return false;
+  }
+#define WFINFO_TAKE(name) Take(g_crypto.crypt32, #name, &g_crypto.name);
+  WFINFO_CRYPT32_ENTRIES(WFINFO_TAKE)
+#undef WFINFO_TAKE
+  TakeViewers();
+  return true;
+}
+
+void ShowSmimeBox(const char* text) {
+  WriteDebugLog(text, kLogGeneral);
+  MessageBoxA(MessageBoxOwner(), text, nullptr, MB_ICONHAND);
+}
+
+void ShowSmimeError(const char* what) {
+  const DWORD error = GetLastError();
+  const char* const format =
+      Chosen({"Error occurred in S/MIME: %s, \nerror code=0x%08X", "S/MIMEでのエラー: %s, \nエラーコード=0x%08X"});
+  // Eight digits replace the six characters of the two placeholders.
+  if (std::strlen(format) + std::strlen(what) + 2 >= kBoxLimit) StopProcess();
+  char text[kLineRoom];
+  wsprintfA(text, format, what, error);
+  ShowSmimeBox(text);
+}
+
+void LogLine(const char* format, ...) {
+  char text[kLineRoom];
+  va_list arguments;
+  va_start(arguments, format);
+  wvsprintfA(text, format, arguments);
+  va_end(arguments);
+  text[kLineRoom - 1] = '\0';
+  WriteDebugLog(text, kLogGeneral);
+}
+
+UniqueChain BuildChain(PCCERT_CONTEXT cert, HCERTSTORE further) {
+  if (g_crypto.CertGetCertificateChain == nullptr || g_crypto.CertFreeCertificateChain == nullptr) return {};
+  CERT_CHAIN_PARA usage{};
+  usage.cbSize = sizeof usage;
+  PCCERT_CHAIN_CONTEXT chain = nullptr;
+  if (!g_crypto.CertGetCertificateChain(nullptr, cert, nullptr, further, &usage, 0, nullptr, &chain)) return {};
+  return UniqueChain(chain);
+}
+
+const CERT_SIMPLE_CHAIN* FirstChain(const UniqueChain& chain) {
+  if (!chain || chain.get()->cChain == 0) return nullptr;
+  return chain.get()->rgpChain[0];
+}
+
+}  // namespace wfinfo::smime

@@ -1,0 +1,99 @@
+#include "smime/report_writer.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+#include "text/host_text.h"
+
+namespace wfinfo::smime {
+namespace {
+
+bool IsControl(char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; }
+
+bool IsMark(std::string_view unit) { return unit == kGoodMark || unit == kUnsureMark || unit == kProblemMark; }
+
+// Bytes of `text` without half a character at its end.
+std::size_t WholeUnits(std::string_view text) {
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const std::size_t length = UnitLength(text.substr(at));
+    if (length == 1 && IsLeadByte(text[at]) && at + 1 == text.size()) break;
+    at += length;
+  }
+  return at;
+}
+
+}  // namespace
+
+bool HoldsMark(std::string_view text, std::string_view mark) {
+  while (!text.empty()) {
+    const std::string_view unit = NextUnit(text);
+    if (unit == mark) return true;
+    text.remove_prefix(unit.size());
+  }
+  return false;
+}
+
+ReportWriter::ReportWriter(char* buffer, std::size_t room) : buffer_(buffer), room_(room) { EndAt(0); }
+
+void ReportWriter::EndAt(std::size_t used) {
+  used_ = used;
+  buffer_[used_] = '\0';
+}
+
+void ReportWriter::Add(std::string_view text) {
+  if (full_) return;
+  const std::size_t left = room_ - used_;
+  full_ = text.size() >= left;
+  EndAt(used_ + CopyWithinLimit(buffer_ + used_, text, left));
+}
+
+__attribute__((format(printf, 2, 0))) static int FormatInto(char* buffer, const char* format, std::size_t room,
+                                                            std::va_list arguments) {
+  return std::vsnprintf(buffer, room, format, arguments);
+}
+
+void ReportWriter::AddFormat(const char* format, ...) {
+  if (full_) return;
+  const std::size_t left = room_ - used_;
+  std::va_list arguments;
+  va_start(arguments, format);
+  const int length = FormatInto(buffer_ + used_, format, left, arguments);
+  va_end(arguments);
+  if (length >= 0 && static_cast<std::size_t>(length) < left) return EndAt(used_ + static_cast<std::size_t>(length));
+  full_ = true;
+  EndAt(used_ + (length < 0 ? 0 : WholeUnits({buffer_ + used_, left - 1})));
+}
+
+void CleanName(char* name, bool was_cut) {
+  // Control characters first: what they kept apart may become a mark.
+  char* const end = std::remove_if(name, name + std::strlen(name), IsControl);
+  const std::string_view bytes(name, static_cast<std::size_t>(end - name));
+  const std::size_t length = was_cut ? WholeUnits(bytes) : bytes.size();
+  std::size_t to = 0;
+  for (std::size_t at = 0; at < length;) {
+    const std::string_view unit = NextUnit(bytes.substr(at));
+    at += unit.size();
+    if (IsMark(unit)) {
+      name[to++] = '?';
+      continue;
+    }
+    std::memmove(name + to, unit.data(), unit.size());
+    to += unit.size();
+  }
+  name[to] = '\0';
+}
+
+void AddPathLine(ReportWriter& report, std::string_view name, std::size_t depth, std::string_view unknown) {
+  if (name.empty()) {
+    report.Add(unknown);
+  } else {
+    for (std::size_t level = 0; level <= depth; ++level) report.Add("  ");
+    report.Add(name);
+  }
+  report.Add("\r\n");
+}
+
+}  // namespace wfinfo::smime
