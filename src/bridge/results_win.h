@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/unique_win.h"
+
 namespace wfinfo {
 
 // Size of the short-result buffer, terminator included.
@@ -33,5 +35,18 @@ void DropLongResult();
 
 // Copies `text` to a new long-result block (also when it is short) and keeps it. "" without memory.
 const char* ReturnLongText(std::string_view text);
+
+// A text parameter that must outlive results made before its last use. It may itself be an earlier result, as
+// in SetHeaderUnited("Subject", RootHeader("Subject")): one that lies in the short-result buffer or in the
+// kept block is copied. Null stays null; without memory the text is "".
+class StableText {
+ public:
+  explicit StableText(const char* text);
+  const char* get() const { return text_; }
+
+ private:
+  UniqueLocal copy_;
+  const char* text_;
+};
 
 }  // namespace wfinfo

@@ -36,7 +36,7 @@ bool EndsInEscape(std::string_view text) {
 }  // namespace
 
 HeaderName::HeaderName(std::string_view name) : length_(std::min(name.size(), kLongest)) {
-  std::memcpy(text_, name.data(), length_);
+  if (length_ > 0) std::memcpy(text_, name.data(), length_);
   if (length_ == 0 || text_[length_ - 1] != ':') text_[length_++] = ':';
 }
 
