@@ -3,11 +3,13 @@
 
 #include "base/stack_guard_win.h"
 #include "bridge/module_win.h"
+#include "net/http_session_win.h"
 
 extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
   if (reason == DLL_PROCESS_ATTACH) {
     wfinfo::ArmStackGuard();
     wfinfo::g_hInstance = instance;
   }
+  if (reason == DLL_THREAD_DETACH) wfinfo::CloseThreadSession();
   return TRUE;
 }
