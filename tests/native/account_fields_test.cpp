@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <set>
 #include <string>
@@ -142,6 +145,17 @@ TEST(AccountKeys, ProvisionalOnesEndTheTable) {
   ASSERT_EQ(provisional.size(), 6u);
   EXPECT_EQ(provisional[0].word, "szBccEmail");
   EXPECT_EQ(provisional[5].word, "nProjType");
+}
+
+TEST(AccountKeys, AreDocumentedWithTheirPlaces) {
+  std::ifstream file(WFINFO_SOURCE_DIR "/docs/account-record.md");
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  for (const AccountKey& key : AccountKeys()) {
+    char row[80];
+    std::snprintf(row, sizeof row, key.mask == 0 ? "| `%s` | %u |" : "| `%s` | %u:0x%02X |", key.word.data(),
+                  static_cast<unsigned>(key.offset), static_cast<unsigned>(key.mask));
+    EXPECT_NE(text.find(row), std::string::npos) << row;
+  }
 }
 
 TEST(AccountFields, EveryMaskedFlagChangesItsOwnBitsOnly) {
