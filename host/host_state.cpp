@@ -23,6 +23,7 @@ std::optional<std::string> HostState::AddMails(const std::filesystem::path& path
 bool HostState::Open(std::size_t index) {
   if (index >= mail_count()) return false;
   root_ = index;
+  all_selected = false;
   return true;
 }
 
@@ -54,6 +55,38 @@ void HostState::ChangeState(std::size_t index, std::uint32_t bits, std::uint32_t
   Memory& memory = memories_[index];
   memory.changed_mask |= mask;
   memory.changed_bits = (memory.changed_bits & ~mask) | (bits & mask);
+}
+
+std::vector<std::size_t> HostState::MailsOf(std::size_t folder) const {
+  std::vector<std::size_t> indices;
+  for (std::size_t i = 0; i < mail_count(); ++i) {
+    if (store_.mails()[i].folder == folder) indices.push_back(i);
+  }
+  return indices;
+}
+
+std::size_t HostState::ListPosition() const {
+  std::size_t position = 0;
+  for (std::size_t i = 0; i < root_; ++i) position += store_.mails()[i].folder == folder() ? 1 : 0;
+  return position;
+}
+
+const std::string& HostState::CurrentText() {
+  if (draft_) return *draft_;
+  const std::optional<std::string>& edited = memories_[root_].edited;
+  return edited ? *edited : Message(root_).text;
+}
+
+std::string& HostState::EditCurrent() {
+  if (draft_) return *draft_;
+  std::optional<std::string>& edited = memories_[root_].edited;
+  if (!edited) edited = Message(root_).text;
+  return *edited;
+}
+
+void HostState::BeginDraft(DraftPurpose purpose, std::string text) {
+  draft_ = std::move(text);
+  draft_purpose_ = purpose;
 }
 
 }  // namespace wrenfold

@@ -91,7 +91,9 @@ Answer Request::AnswerText(std::string text) const {
   return AnswerKept(server_.Keep(code_, std::move(text)));
 }
 
-Answer Request::AnswerKept(const std::string& text) { return {reinterpret_cast<Slot>(text.c_str()), true}; }
+Answer Request::AnswerKept(const std::string& text) {
+  return {reinterpret_cast<Slot>(text.c_str()), true, true};
+}
 
 // --- Tables ---
 
@@ -136,12 +138,12 @@ Slot RequestServer::Serve(int code, LPARAM block) {
         service != nullptr && service->shapes != nullptr ? service->shapes : SlotShapes(key, calling_);
     slots = TracedSlots(block, shapes);  // before the handler writes to them
   }
-  if (handler == nullptr) {
+  Request request(*this, state_, code, reinterpret_cast<Slot*>(block));
+  const Answer answer = handler != nullptr ? handler(request) : Request::NotServed();
+  if (!answer.served) {
     NoteUnserved(RequestNames(key, calling_), RequestTitle(key));
     return 0;
   }
-  Request request(*this, state_, code, reinterpret_cast<Slot*>(block));
-  const Answer answer = handler(request);
   if (trace_ != nullptr) Trace(RequestNames(key, calling_), RequestTitle(key), slots, answer);
   return answer.value;
 }

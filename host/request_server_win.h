@@ -21,6 +21,7 @@ using Slot = long long;
 struct Answer {
   Slot value = 0;
   bool is_text = false;
+  bool served = true;  // false: the handler knows only other forms of this request
 };
 
 class RequestServer;
@@ -43,7 +44,8 @@ class Request {
   // The text that lies at lParam itself (code 297 comes without a block).
   std::string_view WholeText() const;
 
-  static Answer AnswerNumber(Slot value) { return {value, false}; }
+  static Answer AnswerNumber(Slot value) { return {value}; }
+  static Answer NotServed() { return {0, false, false}; }
   // Keeps `text` until the next text answer of the same code.
   Answer AnswerText(std::string text) const;
   // For a text that the host keeps anyway.
@@ -64,6 +66,18 @@ struct Service {
   const char* shapes;
   Handler handler;
 };
+
+// Runs `kAnswer` when there is a root mail; else the answer is 0.
+template <Handler kAnswer>
+Answer WithRoot(Request& request) {
+  return request.state.HasRoot() ? kAnswer(request) : Answer{};
+}
+
+// Runs `kAnswer` when there is a current mail.
+template <Handler kAnswer>
+Answer WithCurrent(Request& request) {
+  return request.state.HasCurrent() ? kAnswer(request) : Answer{};
+}
 
 // A menu command, which comes as WM_COMMAND or in the first slot of codes 12 and 57.
 struct Command {

@@ -19,21 +19,28 @@ const std::string& RootText(Request& request) { return request.state.Message(req
 Answer RootMail(Request& request) { return Request::AnswerKept(RootText(request)); }
 
 Answer SmallHeader(Request& request) { return request.AnswerText(DisplayedHeaders(RootText(request))); }
+Answer SmallCurrentHeader(Request& request) {
+  return request.AnswerText(DisplayedHeaders(request.state.CurrentText()));
+}
+
+// The header block up to the empty line.
+Answer AllCurrentHeader(Request& request) {
+  const std::string& text = request.state.CurrentText();
+  const std::size_t end = text.starts_with("\r\n") ? 0 : text.find("\r\n\r\n");
+  return request.AnswerText(text.substr(0, end == 0 || end == text.npos ? end : end + 2));
+}
 
 // name, buffer, its size, occurrence: fills the buffer and answers the length of the whole value.
 Answer CurrentHeader(Request& request) {
   const Slot n = request.Number(3);
-  const auto value = HeaderValue(RootText(request), request.Text(0), n < 0 ? 0 : static_cast<std::size_t>(n));
+  const auto value =
+      HeaderValue(request.state.CurrentText(), request.Text(0), n < 0 ? 0 : static_cast<std::size_t>(n));
   request.FillBuffer(1, 2, value.value_or(""));
   return Request::AnswerNumber(static_cast<Slot>(value.value_or("").size()));
 }
 
 Answer CountCurrentHeader(Request& request) {
-  return Request::AnswerNumber(static_cast<Slot>(CountHeaders(RootText(request), request.Text(0))));
-}
-
-Answer Folder(Request& request) {
-  return request.AnswerText(HostPath(request.state.FolderOf(request.state.root()).path));
+  return Request::AnswerNumber(static_cast<Slot>(CountHeaders(request.state.CurrentText(), request.Text(0))));
 }
 
 Answer State(Request& request) {
@@ -53,20 +60,21 @@ Answer FilePath(Request& request) { return request.AnswerText(HostPath(Root(requ
 Answer FileOffset(Request& request) { return Request::AnswerNumber(static_cast<Slot>(Root(request).offset)); }
 Answer Size(Request& request) { return Request::AnswerNumber(static_cast<Slot>(Root(request).raw.size())); }
 
-// Runs `kAnswer` when a mail is open; else the answer is 0.
-template <Handler kAnswer>
-Answer WithMail(Request& request) {
-  return request.state.HasRoot() ? kAnswer(request) : Answer{};
-}
-
 constexpr Service kServices[] = {
-    {1, nullptr, WithMail<RootMail>},     {2, nullptr, WithMail<SmallHeader>},
-    {3, "TAII", WithMail<CurrentHeader>}, {4, "TAI", WithMail<CountCurrentHeader>},
-    {7, nullptr, WithMail<Folder>},       {15, "", WithMail<State>},
-    {16, nullptr, WithMail<MailType>},    {42, nullptr, WithMail<Folder>},
-    {47, nullptr, WithMail<Selection>},   {52, nullptr, WithMail<FileName>},
-    {53, nullptr, WithMail<FilePath>},    {130, nullptr, WithMail<FileOffset>},
-    {183, nullptr, WithMail<Size>},       {263, "", WithMail<State>},
+    {1, nullptr, WithRoot<RootMail>},
+    {2, nullptr, WithRoot<SmallHeader>},
+    {3, "TAII", WithCurrent<CurrentHeader>},
+    {4, "TAI", WithCurrent<CountCurrentHeader>},
+    {15, "", WithRoot<State>},
+    {16, nullptr, WithRoot<MailType>},
+    {47, nullptr, WithRoot<Selection>},
+    {52, nullptr, WithRoot<FileName>},
+    {53, nullptr, WithRoot<FilePath>},
+    {130, nullptr, WithRoot<FileOffset>},
+    {240, nullptr, WithCurrent<AllCurrentHeader>},
+    {241, nullptr, WithCurrent<SmallCurrentHeader>},
+    {183, nullptr, WithRoot<Size>},
+    {263, "", WithRoot<State>},
 };
 
 const ServiceFamily kFamily(kServices, {});

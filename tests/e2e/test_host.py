@@ -126,11 +126,70 @@ class Requests(HostTest):
         self.assert_output(self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()'), "[]000\n")
 
     def test_a_request_that_is_not_served_is_answered_0_and_counted(self):
-        self.assertEqual(self.run_macro("print NewMail(), IsThreadView(), IsThreadView()"), host.Result(
-            "000\n", "wrenfold: 3 requests, 3 not served: code 25 (IsThreadView) 2 times, menu command 40002 (NewMail)\n", 0))
+        self.assertEqual(self.run_macro("print OpenReplyMail(), RefreshMailList(), RefreshMailList()"), host.Result(
+            "000\n", "wrenfold: 3 requests, 3 not served: code 68 (RefreshMailList) 2 times, "
+            "menu command 40135 (OpenReplyMail)\n", 0))
 
     def test_a_mail_in_a_window_of_its_own_is_asked_there(self):
         self.assert_output(self.run_macro("print OpenMail(), MailFileName(), MailCount()", *self.mail()), "1first.eml1\n")
+
+
+class Folders(HostTest):
+    def folders(self):
+        inner = "受信" if host.takes_any_path() else "in"
+        (self.folder / "box" / inner).mkdir(parents=True)
+        for name in ("a.eml", "b.eml", f"{inner}/c.eml"):
+            self.write("box/" + name, MAIL)
+        self.write("box/list.mbox", TWO_MAILS)
+        return "--mail", self.folder / "box"
+
+    def test_a_macro_browses_all_folders(self):
+        mails = self.folders()
+        result = self.run_macro(
+            'more = 1\nwhile more\n  print MailFileName(), " ", MailCount(), " ", MailIndex()\n'
+            '  next = GetNextFolder()\n  more = next != "" and SelectFolder(next)\nend\n'
+            'print GetNextFolder(), GetPrevFolder() != ""\n'
+            'print SelectFolder("list"), MailFileName()\nprint SelectFolder("no such folder"), MailFileName()\n', *mails)
+        lines = result.out.splitlines()
+        self.assertEqual((sorted(lines[:3]), lines[3:], result.err),
+                         (["a.eml 2 0", "c.eml 1 0", "list.mbox 2 0"], ["1", "1list.mbox", "0list.mbox"], ""))
+
+    def test_menu_commands_go_to_neighbours(self):
+        mails = self.folders()
+        self.assert_output(self.run_macro("print PrevFolder(), NextFolder(), NextFolder(), NextFolder()", *mails), "0110\n")
+
+    def test_a_selection_is_walked(self):
+        mails = self.folders()
+        self.assert_output(self.run_macro(
+            'print SelectedMailCount()\nSelectAllMail()\nprint SelectedMailCount()\nLockSelection()\ni = 0\n'
+            'while EnumSelection(i)\n  print MailFileName()\n  i = i + 1\nend\n'
+            'UnlockSelection()\nprint EnumSelection(0), SelectedMailCount()\n', *mails), "1\n2\na.eml\nb.eml\n01\n")
+
+
+class Writing(HostTest):
+    def test_a_new_mail_is_the_current_one(self):
+        mail = self.write("first.eml", MAIL)
+        self.assert_output(self.run_macro(
+            'print NewMailType(), NewMail(), AllCurrentHeader()\nprint MailFileName()', "--mail", mail),
+            "01To: \nSubject: \n\nfirst.eml\n")
+
+
+class Notices(HostTest):
+    def test_notices_and_balloons_are_printed(self):
+        self.assertEqual(self.run_macro(
+            'print GetNotifyWnd()\nprint ShowNotifyWnd("新着", "2 通") == GetNotifyWnd(), GetNotifyWnd() != 0\n'
+            'HideNotifyWnd()\nprint GetNotifyWnd()\n'
+            'print ShowBalloonMessage("a", "b"), AddBalloonMessage("a", "b"), AddBalloonMessage("a", "b", "c")\n'),
+            host.Result("0\n11\n0\n111\n",
+                        "notice: 新着: 2 通\nballoon: a: b\nballoon: a: b\nballoon: a: b: c\n", 0))
+
+
+class Settings(HostTest):
+    def test_a_macro_reads_back_what_it_set(self):
+        self.assert_output(self.run_macro(
+            "print CurrentPane(), ViewArea(), SortMethod(), IsThreadView()\n"
+            "SelectPane(2)\nSetViewArea(3)\nSetSortMethod(4)\nSetThreadView(1)\n"
+            "print CurrentPane(), ViewArea(), SortMethod(), IsThreadView()\n"), "0000\n2341\n")
 
 
 class Trace(HostTest):
@@ -141,14 +200,14 @@ class Trace(HostTest):
 
     def test_shows_names_codes_slots_and_answers(self):
         mail = self.write("first.eml", MAIL)
-        self.assertEqual(self.trace("x = MailFileName()\nx = SetMailIndex(-1)\nNextMail()\nNewMail()\nNewMail()\n"
+        self.assertEqual(self.trace("x = MailFileName()\nx = SetMailIndex(-1)\nNextMail()\nOpenReplyMail()\nOpenReplyMail()\n"
                                     'SetTabTitle(3, "日本😀\\r\\n")\n', "--mail", mail),
                          'trace: MailFileName: code 52 -> "first.eml"\n'
                          "trace: SetMailIndex: code 33 (-1) -> 0\n"
                          "trace: NextMail: code 12, command 40031 (40031) -> 0\n"
-                         "trace: not served: menu command 40002 (NewMail) -> 0\n"
+                         "trace: not served: menu command 40135 (OpenReplyMail) -> 0\n"
                          "trace: not served: code 248 (SetTabTitle) -> 0\n"
-                         "trace: 6 requests, 3 not served: code 248 (SetTabTitle), menu command 40002 (NewMail) 2 times\n")
+                         "trace: 6 requests, 3 not served: code 248 (SetTabTitle), menu command 40135 (OpenReplyMail) 2 times\n")
 
     def test_cuts_long_texts(self):
         mail = self.write("first.eml", MAIL.replace(b"First", b"x" * 100))
