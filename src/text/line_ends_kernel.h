@@ -56,10 +56,12 @@ WFINFO_KERNEL inline Bits64 WithoutEscapeEnds(const char* text, const char* p, B
 }
 
 // The CRs that begin a line end: the first, third, ... of each run. `open`: the byte before was such a CR.
+// Runs of more than two are rare, and so is the loop.
 inline Bits64 FirstsOfPairs(Bits64 cr, Bits64 open) {
-  if ((cr & (cr << 1 | open)) == 0) return cr;
-  Bits64 firsts = 0;
-  for (Bits64 left = cr & ~open; left != 0;) {
+  Bits64 left = cr & ~open;
+  Bits64 firsts = left & ~(left << 1);
+  left &= ~(firsts | firsts << 1);
+  while (left != 0) {
     const Bits64 begins = left & ~(left << 1);
     firsts |= begins;
     left &= ~(begins | begins << 1);
@@ -126,37 +128,42 @@ WFINFO_KERNEL FoldSize MeasureFolded(const char* text, LineEnd form) {
   }
 }
 
-// How many of the kWidth bytes, which begin a line or stand inside one, are whole lines with right ends and
-// the beginning of another; 0 when a line end of another form is among them. CRs at the end are left for the
-// next step.
-inline std::size_t RightBytes(std::uint32_t cr, std::uint32_t lf, LineEnd form) {
-  const Bits64 crs = cr;
-  const Bits64 lfs = lf;
-  const Bits64 top = Bits64{1} << (kWidth - 1);
-  if (form == LineEnd::kCrLf)
-    return ((crs << 1) & (2 * top - 1)) == lfs ? kWidth - ((crs & top) != 0 ? 1 : 0) : 0;
-  const std::size_t open = (crs & top) == 0 ? 0 : (crs & top >> 1) == 0 ? 1 : 2;
-  const Bits64 closed = crs & ((top << 1 >> open) - 1);
-  return (lfs & 3) == 0 && (lfs >> 1 | lfs >> 2) == closed ? kWidth - open : 0;
+// Behind the line end at `p`, without a branch: which kind it is cannot be foreseen.
+WFINFO_KERNEL inline const char* SkipFoldEnd(const char* p) {
+  const int first = *p == '\r';
+  const int second = first & (p[first] == '\r');
+  return p + first + second + (p[first + second] == '\n');
 }
 
-WFINFO_KERNEL inline const char* SkipFoldEnd(const char* p, const char* end) {
-  if (*p == '\r') {
-    ++p;
-    if (p != end && *p == '\r') ++p;
-  }
-  return p != end && *p == '\n' ? p + 1 : p;
+// The same where four bytes may be read: one load, since the next line waits for it.
+WFINFO_KERNEL inline const char* SkipFoldEndInBlock(const char* p) {
+  std::uint32_t bytes;
+  __builtin_memcpy(&bytes, p, sizeof bytes);
+  const unsigned first = (bytes & 0xFF) == '\r';
+  const unsigned crs = first + (first & ((bytes >> 8 & 0xFF) == '\r'));
+  return p + crs + ((bytes >> 8 * crs & 0xFF) == '\n');
 }
 
 WFINFO_KERNEL inline char* PutEnd(char* out, LineEnd form) {
-  *out++ = '\r';
-  if (form == LineEnd::kCrCrLf) *out++ = '\r';
-  *out++ = '\n';
-  return out;
+  out[0] = '\r';
+  out[1] = form == LineEnd::kCrLf ? '\n' : '\r';
+  if (form == LineEnd::kCrCrLf) out[2] = '\n';
+  return out + FormLength(form);
 }
 
 WFINFO_KERNEL inline bool IsFoldEnd(const char* text, const char* p) {
   return *p == '\n' || (*p == '\r' && !EndsEscape(text, p));
+}
+
+// Copies two vectors and marks the CRs and LFs in them.
+WFINFO_KERNEL inline Bits64 CopyAndMark(const char* p, char* out) {
+  Bits64 marks = 0;
+  for (std::size_t i = 0; i < 2 * kWidth; i += kWidth) {
+    const V v = Vec::LoadU(p + i);
+    Vec::StoreU(out + i, v);
+    marks |= Bits64{Vec::Bits(Vec::Or(Vec::Equal(v, Vec::Fill('\r')), Vec::Equal(v, Vec::Fill('\n'))))} << i;
+  }
+  return marks;
 }
 
 // Where a rewriting stands.
@@ -165,42 +172,36 @@ struct Cursor {
   char* out;
 };
 
-// One vector's worth of rewriting: up to and with the first line end that has to be rewritten, or all of it.
-WFINFO_KERNEL inline void RewriteVector(const char* text, const char* end, LineEnd form, Cursor& at) {
-  const V v = Vec::LoadU(at.p);
-  Vec::StoreU(at.out, v);
-  const std::uint32_t cr = Vec::Bits(Vec::Equal(v, Vec::Fill('\r')));
-  const std::uint32_t lf = Vec::Bits(Vec::Equal(v, Vec::Fill('\n')));
-  std::size_t copied = kWidth;
-  bool at_end = false;
-  if ((cr | lf) != 0) {
-    // A CR among the first three bytes may end an escape that began before them.
-    const bool escapes = (cr & 7) != 0 || Vec::Any(Vec::Equal(v, Vec::Fill(kEscapeByte)));
-    const std::size_t right = escapes ? 0 : RightBytes(cr, lf, form);
-    if (right != 0) copied = right;
-    for (std::uint32_t ends = right != 0 ? 0 : cr | lf; ends != 0 && !at_end; ends &= ends - 1) {
-      const auto i = static_cast<std::size_t>(__builtin_ctz(ends));
-      if (EndsEscape(text, at.p + i)) continue;
-      copied = i;
-      at_end = true;
+// Rewrites up to and with the next line end when it is among the next kBlock bytes, else copies them. Most
+// lines fit, so that each costs one round without a branch that depends on its length.
+WFINFO_KERNEL inline void RewriteLine(const char* text, LineEnd form, Cursor& at) {
+  Bits64 low = CopyAndMark(at.p, at.out);
+  Bits64 high = CopyAndMark(at.p + kBlock / 2, at.out + kBlock / 2);
+  std::size_t length = 0;
+  for (;;) {
+    if ((low | high) == 0) {
+      at.p += kBlock;
+      at.out += kBlock;
+      return;
     }
+    const Bits64 marks = low != 0 ? low : high;
+    length = static_cast<std::size_t>(__builtin_ctzll(marks)) + (low != 0 ? 0 : kBlock / 2);
+    if (!EndsEscape(text, at.p + length)) break;
+    (low != 0 ? low : high) = marks & (marks - 1);
   }
-  at.p += copied;
-  at.out += copied;
-  if (!at_end) return;
-  at.p = SkipFoldEnd(at.p, end);
-  at.out = PutEnd(at.out, form);
+  at.p = SkipFoldEndInBlock(at.p + length);
+  at.out = PutEnd(at.out + length, form);
 }
 
 WFINFO_KERNEL char* WriteFolded(const char* text, const char* from, const char* end, char* out, char* out_end,
                                 LineEnd form) {
-  constexpr std::ptrdiff_t kIn = kWidth;
-  constexpr std::ptrdiff_t kOut = kWidth + 3;  // a whole vector is stored, or less and then a line end
+  constexpr std::ptrdiff_t kIn = kBlock + 3;   // a line end that begins in the block lies in this
+  constexpr std::ptrdiff_t kOut = kBlock + 3;  // a whole block is stored, or less and then a line end
   Cursor at{from, out};
-  while (end - at.p >= kIn && out_end - at.out >= kOut) RewriteVector(text, end, form, at);
+  while (end - at.p >= kIn && out_end - at.out >= kOut) RewriteLine(text, form, at);
   while (at.p != end) {
     if (IsFoldEnd(text, at.p)) {
-      at.p = SkipFoldEnd(at.p, end);
+      at.p = SkipFoldEnd(at.p);
       at.out = PutEnd(at.out, form);
     } else {
       *at.out++ = *at.p++;

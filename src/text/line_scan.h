@@ -57,7 +57,8 @@ struct LineKernels {
   FoldSize (*measure_folded)(const char* text, LineEnd form);
 
   // Writes the lines of [from, end) to `out`, which has room until `out_end`, and returns the end of what it
-  // wrote. `from` is the start of a line in the text that begins at `text`.
+  // wrote. `from` is the start of a line in the text that begins at `text` and has its
+  // terminator at `end`.
   char* (*write_folded)(const char* text, const char* from, const char* end, char* out, char* out_end,
                         LineEnd form);
 };

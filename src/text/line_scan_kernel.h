@@ -66,8 +66,10 @@ WFINFO_KERNEL bool Walk(Search& search, const char* from, const char* until = nu
   for (; p != until && Offset(p, kWidth) != 0; ++p) {
     if (search.Visit(p)) return true;
   }
-  for (; p != until; p += kWidth) {
-    if (VisitBits(search, p, search.Candidates(p))) return true;
+  while (p != until) {
+    const std::uint32_t bits = search.Candidates(p);
+    if (bits != 0 && VisitBits(search, p, bits)) return true;
+    p += kWidth;
   }
   return false;
 }
