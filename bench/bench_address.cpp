@@ -1,0 +1,142 @@
+// Address lists: large, varied input, so that the branch predictor learns nothing by heart. The peers read the same
+// list; each row says how many nanoseconds one address takes.
+#include <benchmark/benchmark.h>
+
+#include <initializer_list>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "../tests/support/slow_address_entry.h"
+#include "text/address_entry.h"
+#include "text/address_list.h"
+
+#ifdef WFINFO_WITH_GMIME
+#include <gmime/gmime.h>
+#endif
+#ifdef WFINFO_WITH_VMIME
+#include <vmime/vmime.hpp>
+#endif
+
+namespace {
+
+constexpr std::size_t kAddresses = 20000;
+
+std::string Word(std::mt19937& random) {
+  std::string word(3 + random() % 8, 'a');
+  for (char& c : word) c = static_cast<char>('a' + random() % 26);
+  return word;
+}
+
+std::string Join(std::initializer_list<std::string_view> pieces) {
+  std::string text;
+  for (const std::string_view piece : pieces) text += piece;
+  return text;
+}
+
+// One address in one of the shapes that headers hold; `ascii` leaves out what peers do not take.
+std::string Entry(std::mt19937& random, bool ascii) {
+  const std::string address = Join({Word(random), ".", Word(random), "@", Word(random), ".example.com"});
+  const std::string bracketed = Join({" <", address, ">"});
+  const std::string one = Word(random), two = Word(random), three = Word(random);
+  switch (random() % (ascii ? 5 : 8)) {
+    case 0:
+      return address;
+    case 1:
+      return Join({one, " ", two, bracketed});
+    case 2:
+      return Join({"\"", one, ", ", two, "\"", bracketed});
+    case 3:
+      return Join({"\"", one, " \\\"", two, "\\\"\"", bracketed});
+    case 4:
+      return Join({one, " (", two, ", ", three, ")", bracketed});
+    case 5:
+      return Join({"\x8E\x52\x93\x63\x81\x40\x91\xBE\x98\x59", bracketed});
+    case 6:
+      return Join({"\x83\x5C\x83\x7C\x1A\x9A\x80\x84 ", one, bracketed});
+    default:
+      return Join({"'", one, "'", bracketed});
+  }
+}
+
+const std::string& List(bool ascii) {
+  static const auto make = [](bool plain) {
+    std::mt19937 random(4);
+    std::string list;
+    for (std::size_t i = 0; i < kAddresses; ++i) {
+      if (i > 0) list += random() % 4 == 0 ? ",\r\n " : ", ";
+      list += Entry(random, plain);
+    }
+    return list;
+  };
+  static const std::string full = make(false);
+  static const std::string plain = make(true);
+  return ascii ? plain : full;
+}
+
+void Report(benchmark::State& state) {
+  state.counters["per_address"] =
+      benchmark::Counter(static_cast<double>(kAddresses), benchmark::Counter::kIsIterationInvariantRate |
+                                                              benchmark::Counter::kInvert);
+}
+
+void Split(benchmark::State& state) {
+  const std::string_view list = List(state.range(0) != 0);
+  for (auto _ : state) {
+    for (wfinfo::AddressReader reader(list); reader.Read();) benchmark::DoNotOptimize(reader.entry());
+  }
+  Report(state);
+}
+BENCHMARK(Split)->ArgName("ascii")->Arg(0)->Arg(1);
+
+void Count(benchmark::State& state) {
+  const std::string_view list = List(state.range(0) != 0);
+  for (auto _ : state) {
+    if (wfinfo::CountAddresses(list) != kAddresses) state.SkipWithError("wrong count");
+  }
+  Report(state);
+}
+BENCHMARK(Count)->ArgName("ascii")->Arg(0)->Arg(1);
+
+// The reference of the tests: a kind for every byte first, then searches.
+void PlainLoop(benchmark::State& state) {
+  const std::string_view list = List(true);
+  for (auto _ : state) {
+    for (std::size_t at = 0;;) {
+      const wfinfo_test::SlowAddressEntry entry(list, at);
+      if (entry.error != wfinfo::AddressError::kNone) break;
+      at = entry.next;
+    }
+  }
+  Report(state);
+}
+BENCHMARK(PlainLoop);
+
+#ifdef WFINFO_WITH_GMIME
+void GMime(benchmark::State& state) {
+  g_mime_init();
+  const std::string& list = List(true);
+  for (auto _ : state) {
+    InternetAddressList* const parsed = internet_address_list_parse(nullptr, list.c_str());
+    benchmark::DoNotOptimize(internet_address_list_length(parsed));
+    g_object_unref(parsed);
+  }
+  Report(state);
+}
+BENCHMARK(GMime);
+#endif
+
+#ifdef WFINFO_WITH_VMIME
+void VMime(benchmark::State& state) {
+  const std::string& list = List(true);
+  for (auto _ : state) {
+    vmime::addressList parsed;
+    parsed.parse(list);
+    benchmark::DoNotOptimize(parsed.getAddressCount());
+  }
+  Report(state);
+}
+BENCHMARK(VMime);
+#endif
+
+}  // namespace

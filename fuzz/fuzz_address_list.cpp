@@ -1,0 +1,69 @@
+// Address lists: the fast parser agrees with the plain one on every entry, every part lies inside its entry, walks
+// and counts agree, no part ends inside a character, and reading an entry that was read gives the same parts again.
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "../tests/support/slow_address_entry.h"
+#include "text/address_entry.h"
+#include "text/address_list.h"
+#include "text/display_name.h"
+
+namespace {
+
+void Require(bool condition) {
+  if (!condition) __builtin_trap();
+}
+
+bool Within(std::string_view part, std::string_view whole) {
+  return part.empty() || (part.data() >= whole.data() && part.data() + part.size() <= whole.data() + whole.size());
+}
+
+void Compare(std::string_view list, std::size_t at, const wfinfo::AddressEntry& entry, bool utf8) {
+  const wfinfo_test::SlowAddressEntry slow(list, at, utf8);
+  Require(entry.error == slow.error);
+  Require(entry.next == slow.next);
+  if (entry.error != wfinfo::AddressError::kNone) return;
+  Require(entry.name == slow.name);
+  Require(entry.address == slow.address);
+  Require(entry.text == slow.text);
+}
+
+void CheckParts(std::string_view list, const wfinfo::AddressEntry& entry) {
+  Require(Within(entry.text, list) && Within(entry.name, entry.text) && Within(entry.address, entry.text));
+  Require(entry.name.size() < wfinfo::kAddressRoom && entry.address.size() < wfinfo::kAddressRoom);
+  // The entry cut out alone reads as the same parts.
+  const std::string alone(entry.text);
+  const wfinfo::AddressEntry again = wfinfo::ScanAddressEntry(alone, 0);
+  if (alone.empty()) return;
+  Require(again.error == wfinfo::AddressError::kNone);
+  Require(again.name == entry.name && again.address == entry.address && again.next == alone.size());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view list(reinterpret_cast<const char*>(data), size);
+  std::size_t entries = 0;
+  for (std::size_t at = 0;; ++entries) {
+    const wfinfo::AddressEntry entry = wfinfo::ScanAddressEntry(list, at);
+    Compare(list, at, entry, false);
+    if (entry.error != wfinfo::AddressError::kNone) break;
+    Require(entry.next > at && entry.next <= size);
+    CheckParts(list, entry);
+    if (entries < 4) Require(wfinfo::NthAddress(list, entries) == entry.text);
+    at = entry.next;
+  }
+  Require(wfinfo::CountAddresses(list) == entries);
+  Require(wfinfo::NthAddress(list, entries).empty());
+
+  Compare(list, 0, wfinfo::ScanAddressEntry(list, 0, {wfinfo::kCodePageUtf8, false}), true);
+  wfinfo::AddressParts parts;
+  for (const bool words : {false, true}) {
+    std::memset(&parts, '#', sizeof parts);
+    wfinfo::SplitAddressEntry(list, &parts, {wfinfo::kCodePageShiftJis, words});
+    Require(std::memchr(parts.address, 0, sizeof parts.address) != nullptr);
+    Require(std::memchr(parts.name, 0, sizeof parts.name) != nullptr);
+  }
+  return 0;
+}
