@@ -11,14 +11,19 @@ bool SplitsUnit(std::string_view text, std::size_t position) {
   return at != position;
 }
 
-std::size_t CutLength(std::string_view text, std::size_t limit) {
-  if (text.size() < limit) return text.size();
-  std::size_t cut = limit - 1;
-  if (cut > 0 && SplitsUnit(text, cut)) --cut;
+std::size_t CutBefore(std::string_view text, std::size_t cut) {
+  if (SplitsUnit(text, cut)) --cut;
   for (std::size_t back = 1; back <= 3 && back <= cut; ++back) {
-    if (text[cut - back] == kEscapeByte) return cut - back;
+    if (text[cut - back] != kEscapeByte) continue;
+    cut -= back;
+    break;
   }
-  return cut;
+  // A lead byte may stand in front of the 0x1A and have taken it for its second byte.
+  return SplitsUnit(text, cut) ? cut - 1 : cut;
+}
+
+std::size_t CutLength(std::string_view text, std::size_t limit) {
+  return text.size() < limit ? text.size() : CutBefore(text, limit - 1);
 }
 
 std::size_t CopyWithinLimit(char* destination, std::string_view text, std::size_t limit) {

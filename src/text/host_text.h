@@ -44,6 +44,10 @@ constexpr std::string_view NextUnit(std::string_view text) { return text.substr(
 // the length. Bytes inside an escape do not count unless a lead byte stands before them.
 bool SplitsUnit(std::string_view text, std::size_t position);
 
+// Where to cut `text` at `cut` bytes (at most its size) or before: one byte less inside a double-byte character, then
+// in front of a 0x1A that is one of the three bytes before the cut (the nearest first), wherever the text ends.
+std::size_t CutBefore(std::string_view text, std::size_t cut);
+
 // Where to cut `text` so that at most `limit` - 1 bytes stay (`limit` >= 1) and no unit is split: the whole
 // length when it is below `limit`; else `limit` - 1, one less inside a double-byte character, and then in front
 // of a 0x1A that is one of the three bytes before the cut (the nearest first).
