@@ -7,13 +7,15 @@
 
 namespace wfinfo {
 
-char g_resultText[kShortResultSize];
+char g_resultText[kShortResultSize + kShortResultSpare];
 
 namespace {
 char* g_longResult = nullptr;
 }
 
 char* NewResultBlock(std::size_t size) { return static_cast<char*>(LocalAlloc(LPTR, size)); }
+
+void FreeResultBlock(char* block) { LocalFree(block); }
 
 char* KeepLongResult(char* block) {
   char* const previous = std::exchange(g_longResult, block);

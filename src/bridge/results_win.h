@@ -11,8 +11,11 @@ namespace wfinfo {
 // Size of the short-result buffer, terminator included.
 inline constexpr std::size_t kShortResultSize = 8192;
 
+// Room behind the buffer for the unit with which an escaped text may pass its end (YenEncode).
+inline constexpr std::size_t kShortResultSpare = 8;
+
 // The short-result buffer: valid until the next call that uses it.
-extern char g_resultText[kShortResultSize];
+extern char g_resultText[kShortResultSize + kShortResultSpare];
 
 // What a text export returns for "nothing".
 inline constexpr char kNoText[] = "";
@@ -23,6 +26,9 @@ const char* ReturnText(std::string_view text);
 
 // A new zero-initialised block of `size` bytes for a result, or null. Owned by the caller until kept.
 char* NewResultBlock(std::size_t size);
+
+// Frees a block that was not kept.
+void FreeResultBlock(char* block);
 
 // Makes `block` the one long-result block that the library keeps, frees the one kept before, and returns it.
 char* KeepLongResult(char* block);

@@ -3,13 +3,18 @@
 #include <windows.h>
 
 #include <climits>
+#include <cstring>
 
 #include "bridge/report_win.h"
+#include "text/slicing.h"
 
 namespace wfinfo {
 namespace {
 
 constexpr long long kNarrowest = 40;
+constexpr long long kMostNumber = 65535;    // counts beyond, on both sides, are addresses
+constexpr UINT_PTR kDigitsLooked = 100;     // bytes of a count's text that are looked at
+constexpr UINT_PTR kTextLooked = 0x100000;  // the same of a text
 
 // The number that the leading decimal digits of `text` make; a number that is too large stays at INT_MAX.
 long long LeadingNumber(const char* text) {
@@ -32,6 +37,18 @@ long long WidthValue(long long value) {
 long long WidthOf(long long value) {
   const long long width = WidthValue(value);
   return width >= 1 && width < kNarrowest ? kNarrowest : width;
+}
+
+int ReadCountParam(long long value) {
+  if (value >= -kMostNumber && value <= kMostNumber) return static_cast<int>(value);
+  const auto* const text = reinterpret_cast<const char*>(static_cast<INT_PTR>(value));
+  if (IsBadStringPtrA(text, kDigitsLooked)) return 0;
+  return ReadCount({text, strnlen(text, kDigitsLooked)});
+}
+
+std::string_view ReadableText(const char* text) {
+  if (text == nullptr || IsBadStringPtrA(text, kTextLooked)) return {};
+  return text;
 }
 
 }  // namespace wfinfo
