@@ -1,0 +1,252 @@
+// What the system's WinINet and WinSock cannot be made to do here: failing at each step, and odd answers.
+#include <windows.h>
+// psapi.h needs windows.h first.
+#include <gtest/gtest.h>
+#include <psapi.h>
+
+#include <filesystem>
+#include <thread>
+
+#include "support/library.h"
+#include "support/scripted_host_win.h"
+extern "C" {
+#include "wininet_state.h"
+#include "wsock32_state.h"
+}
+
+namespace wfinfo_test {
+namespace {
+
+// Loads a stand-in by its full path, so that it is the loaded module of its name, and gives its state.
+template <class State>
+State& LoadDouble(const char* name) {
+  const HMODULE module = LoadLibraryA((std::filesystem::current_path() / "doubles" / "net" / name).string().c_str());
+  EXPECT_EQ(module, GetModuleHandleA(name));
+  const auto state = reinterpret_cast<State* (*)()>(reinterpret_cast<void*>(GetProcAddress(module, "State")));
+  if (state == nullptr) {
+    ADD_FAILURE() << name << " is not the stand-in";
+    static State none;
+    return none;
+  }
+  return *state();
+}
+
+class HttpDouble : public testing::Test {
+ protected:
+  HttpDouble() : state_(LoadDouble<WinInetState>("WININET.DLL")) {
+    state_ = {};
+    state_.fail_read_after = -1;
+  }
+  ~HttpDouble() override { Inet_Close(); }
+  ScriptedHost host_;
+  WinInetState& state_;
+};
+
+TEST_F(HttpDouble, TheAgentAndTheFlagsAreTheAgreedOnes) {
+  EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);
+  EXPECT_STREQ(state_.agent, "TamarinMail WFInfo Internet");
+  EXPECT_STREQ(state_.url, "http://example.org/");
+  EXPECT_EQ(state_.flags, 0x002C0200u);
+}
+
+TEST_F(HttpDouble, AFailedOpenIsReportedAndLeavesNothing) {
+  state_.fail_open = 1;
+  EXPECT_EQ(Inet_OpenUrl("http://example.org/"), -1);
+  host_.ExpectMessages({"WFINFO.DLL Inet_OpenUrl: InternetOpen failed."});
+}
+
+TEST_F(HttpDouble, AFailedUrlIsSilentAndLeavesNoHandle) {
+  state_.fail_open_url = 1;
+  EXPECT_EQ(Inet_OpenUrl("http://example.org/"), -1);
+  EXPECT_EQ(state_.open_handles, 0);
+  state_.fail_open_url = 0;
+  EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);
+  state_.fail_open_url = 1;
+  EXPECT_EQ(Inet_OpenUrl("http://example.org/"), -1);
+  EXPECT_EQ(state_.open_handles, 1) << "the thread's internet handle stays, the old request is closed";
+  EXPECT_EQ(state_.opens, 2);
+}
+
+TEST_F(HttpDouble, ASecondOpenReusesTheInternetHandleAndClosesTheFirstRequest) {
+  const long long first = Inet_OpenUrl("http://example.org/1");
+  EXPECT_GT(Inet_OpenUrl("http://example.org/2"), 0);
+  EXPECT_EQ(state_.opens, 1);
+  EXPECT_EQ(state_.open_handles, 2);
+  ASSERT_EQ(state_.closed, 1);
+  EXPECT_EQ(state_.closed_order[0], first);
+  Inet_Close();
+  ASSERT_EQ(state_.closed, 3);
+  EXPECT_EQ(state_.closed_order[1], first + 1) << "the request first";
+  EXPECT_EQ(state_.closed_order[2], first - 1) << "then the internet handle";
+  EXPECT_EQ(state_.open_handles, 0);
+}
+
+TEST_F(HttpDouble, AReadErrorIsReportedWithItsCode) {
+  Inet_OpenUrl("http://example.org/");
+  state_.fail_read_after = 0;
+  state_.read_error = 12030;
+  EXPECT_EQ(Inet_Read(), nullptr);
+  host_.ExpectMessages({"WFINFO.DLL Inet_DoRead: InternetReadFile failed, error code=12030"});
+}
+
+TEST_F(HttpDouble, AReadErrorAfterGrowthLeavesTheNextReadSound) {
+  state_.body_size = 100;
+  Inet_OpenUrl("http://example.org/");
+  EXPECT_EQ(std::string(Inet_Read()).size(), 100u) << "the thread has a buffer now";
+  state_.body_size = 1000000;
+  state_.fill_whole = 1;
+  Inet_OpenUrl("http://example.org/");
+  state_.fail_read_after = 10;
+  EXPECT_EQ(Inet_Read(), nullptr);
+  host_.TakeMessages();
+  state_.fail_read_after = -1;
+  state_.body_size = 500000;
+  Inet_OpenUrl("http://example.org/");
+  EXPECT_EQ(std::string(Inet_Read()), std::string(500000, 'b'));
+}
+
+TEST_F(HttpDouble, ARoundThatGrowsStillAsksForTheOldRoom) {
+  state_.body_size = 200000;
+  Inet_OpenUrl("http://example.org/");
+  EXPECT_EQ(std::string(Inet_Read()).size(), 200000u);
+  // 65535 bytes of room, reads of 5000: after twelve rounds 5535 are left, at most 8192, so the buffer grows; that
+  // round still asks for 5535.
+  EXPECT_EQ(state_.rooms[0], 65535u);
+  EXPECT_EQ(state_.rooms[11], 65535u - 55000);
+  EXPECT_EQ(state_.rooms[12], 5535u);
+  EXPECT_EQ(state_.rooms[13], 5535u - 5000 + 65536);
+}
+
+TEST_F(HttpDouble, AReaderThatFillsTheBufferWholeLosesNothing) {
+  state_.fill_whole = 1;
+  for (const long long size : {65535ll, 65536ll, 1000000ll, 4000000ll}) {
+    state_.body_size = size;
+    Inet_OpenUrl("http://example.org/");
+    EXPECT_EQ(std::string(Inet_Read()), std::string(static_cast<std::size_t>(size), 'b')) << size;
+  }
+}
+
+TEST_F(HttpDouble, AnEmptyHeaderValueGivesNull) {
+  Inet_OpenUrl("http://example.org/");
+  state_.empty_header = 1;
+  EXPECT_EQ(Inet_HttpQueryInfo(1), nullptr);
+  state_.empty_header = 0;
+  EXPECT_EQ(std::string(Inet_HttpQueryInfo(1)), std::string(8191, 'h'));
+  EXPECT_EQ(Inet_HttpQueryInfo(2), nullptr);
+}
+
+TEST_F(HttpDouble, TheResponseCodeIsZeroExtended) {
+  Inet_OpenUrl("http://example.org/");
+  state_.response_succeeds = 1;
+  state_.response_code = 0xFFFFFFF0;
+  EXPECT_EQ(Inet_GetResponseCode(), 0xFFFFFFF0ll);
+  state_.response_succeeds = 0;
+  EXPECT_EQ(Inet_GetResponseCode(), -1);
+}
+
+// Handles, and bytes of private memory, of this process.
+struct Footprint {
+  DWORD handles = 0;
+  SIZE_T memory_bytes = 0;
+};
+
+Footprint Measure() {
+  Footprint now;
+  GetProcessHandleCount(GetCurrentProcess(), &now.handles);
+  PROCESS_MEMORY_COUNTERS counters{};
+  K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+  now.memory_bytes = counters.PagefileUsage;
+  return now;
+}
+
+// `rounds` opens, reads and closes on each of eight threads; every other round leaves closing to the thread's end.
+void Churn(int rounds) {
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([rounds] {
+      for (int round = 0; round < rounds; ++round) {
+        Inet_OpenUrl("http://example.org/");
+        Inet_Read();
+        if (round % 2 == 0) Inet_Close();
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+TEST_F(HttpDouble, TenThousandOpensAndClosesLeaveNothingBehind) {
+  state_.body_size = 70000;
+  state_.fill_whole = 1;
+  Churn(100);
+  const Footprint before = Measure();
+  Churn(1250);
+  const Footprint after = Measure();
+  EXPECT_EQ(state_.open_handles, 0);
+  EXPECT_LE(after.handles, before.handles + 8);
+  EXPECT_LE(after.memory_bytes, before.memory_bytes + (4u << 20)) << "one leaked buffer a round would be 800 MB";
+}
+
+class SocketDouble : public testing::Test {
+ protected:
+  SocketDouble() : state_(LoadDouble<WinSockState>("WSOCK32.DLL")) { state_ = {}; }
+  ~SocketDouble() override { Sock_closesocket(); }
+  ScriptedHost host_;
+  WinSockState& state_;
+};
+
+TEST_F(SocketDouble, ARefusedVersionIsAFailureAndTheNextCallTriesAgain) {
+  state_.startup_result = 10092;
+  EXPECT_EQ(Sock_connect("10.0.0.1", 80, 0), 0);
+  EXPECT_STREQ(Sock_GetErrorString(), "Cannot load/initialize socket library.");
+  EXPECT_EQ(state_.startups, 2);
+  EXPECT_EQ(state_.last_startup_version, 0x0101);
+  state_.startup_result = 10091;
+  EXPECT_STREQ(Sock_gethostbyname("mail.example.org"), "");
+  EXPECT_STREQ(Sock_gethostbyaddr("10.0.0.1"), "");
+  EXPECT_EQ(state_.startups, 4) << "once each: only a refused version tries another";
+  const char message[] = "Failed to load/initialize socket library.";
+  host_.ExpectMessages({message, message});
+  state_.startup_result = 0;
+  EXPECT_EQ(Sock_connect("10.0.0.1", 80, 0), 1);
+  EXPECT_EQ(Sock_connect("10.0.0.1", 80, 0), 1);
+  EXPECT_EQ(state_.startups, 5);
+}
+
+TEST_F(SocketDouble, ThePortIsCutAndTheOptionsAreSet) {
+  EXPECT_EQ(Sock_connect("10.0.0.1", 65616, 1), 1);
+  EXPECT_EQ(state_.connected_port, 80 << 8) << "port 80 in network order";
+  EXPECT_EQ(state_.receive_timeout, 100000);
+  EXPECT_EQ(state_.non_blocking, 1);
+  EXPECT_EQ(Sock_WSAGetLastError(), -5) << "sign-extended";
+  EXPECT_EQ(Sock_recv(), 0);
+  EXPECT_EQ(state_.open_sockets, 0);
+}
+
+TEST_F(SocketDouble, AFailedSocketLeavesATextAndNoConnection) {
+  state_.fail_socket = 1;
+  EXPECT_EQ(Sock_connect("10.0.0.1", 80, 0), 0);
+  EXPECT_STREQ(Sock_GetErrorString(), "socket function failed.");
+  EXPECT_EQ(Sock_send("x"), 0);
+  EXPECT_EQ(Sock_recv(), 0);
+}
+
+TEST_F(SocketDouble, NamesAndAddressesAreTurnedAsAgreed) {
+  EXPECT_STREQ(Sock_gethostbyname("mail.example.org"), "2.1.168.192");
+  const std::string name = Sock_gethostbyaddr("10.0.0.1");
+  EXPECT_EQ(name, std::string(254, 'n')) << "a character across the limit is left out whole";
+}
+
+TEST(MissingLibraries, AreReportedAgainAndAgain) {
+  ScriptedHost host;
+  EXPECT_EQ(Inet_OpenUrl("http://127.0.0.1/"), 0);
+  EXPECT_EQ(Inet_OpenUrl("http://127.0.0.1/"), 0);
+  const char http[] = "WFINFO.DLL Inet_OpenUrl: WININET.DLL load failed.";
+  EXPECT_STREQ(Sock_gethostbyname("localhost"), "");
+  EXPECT_EQ(Sock_connect("127.0.0.1", 80, 0), 0);
+  EXPECT_STREQ(Sock_GetErrorString(), "Cannot load/initialize socket library.");
+  EXPECT_EQ(Sock_WSAGetLastError(), 0);
+  host.ExpectMessages({http, http, "Failed to load/initialize socket library."});
+}
+
+}  // namespace
+}  // namespace wfinfo_test
