@@ -1,0 +1,84 @@
+// Comma-separated text: every set of block routines agrees with the slow reading, and the walker gives the
+// same whatever is called in which order. The first bytes of the input choose the calls, the rest is the
+// text.
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "../tests/support/csv_reference.h"
+#include "text/csv_text.h"
+
+namespace {
+
+using wfinfo_test::CsvReference;
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+void CheckKernels(std::string_view text) {
+  const CsvReference reference(text);
+  for (const wfinfo::CsvKernels& kernels : wfinfo::RunnableCsvKernels()) {
+    Require(kernels.count_lines(text) == reference.LineCount());
+    Require(kernels.widest_line(text) == reference.MaxColumnCount());
+    std::uint32_t starts[5];
+    const wfinfo::CsvLine line = kernels.scan_line(text, starts);
+    Require(line.fields == reference.ColumnCount() && kernels.line_end(text) == line.end);
+    Require(line.end >= text.data() && line.end <= text.data() + text.size());
+    for (std::size_t i = 0; i < std::min<std::size_t>(line.fields, 5); ++i) {
+      Require(text.data() + starts[i] == reference.Field(i).data());
+    }
+  }
+}
+
+void CheckField(wfinfo::CsvText& walker, const CsvReference& reference, std::size_t column) {
+  const std::string_view field = walker.Field(column);
+  Require(field == reference.Field(column));
+  std::string text(field.size(), '#');
+  text.resize(wfinfo::UnquoteCsvField(field, text.data()));
+  Require(text == CsvReference::Unquoted(field));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  constexpr std::size_t kCalls = 12;
+  if (size < kCalls) return 0;
+  const auto* const bytes = reinterpret_cast<const char*>(data) + kCalls;
+  // A text ends at its first zero byte.
+  const std::string text(bytes, std::find(bytes, bytes + size - kCalls, '\0'));
+  CheckKernels(text);
+  wfinfo::CsvText walker;
+  walker.Attach(text);
+  CsvReference reference(text);
+  for (std::size_t i = 0; i < kCalls; ++i) {
+    const std::size_t number = data[i] / 8;
+    switch (data[i] % 8) {
+      case 0:
+        Require(walker.SkipLine() == reference.SkipLine());
+        break;
+      case 1:
+        Require(walker.LineCount() == reference.LineCount());
+        break;
+      case 2:
+        Require(walker.MaxColumnCount() == reference.MaxColumnCount());
+        break;
+      case 3:
+        Require(walker.ColumnCount() == reference.ColumnCount());
+        break;
+      case 4:
+      case 5: {
+        const auto line = static_cast<long long>(number);
+        Require(walker.SetLine(line) == reference.SetLine(line));
+        break;
+      }
+      default:
+        CheckField(walker, reference, number);
+    }
+  }
+  walker.Detach();
+  return 0;
+}
