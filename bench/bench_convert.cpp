@@ -179,7 +179,7 @@ void LikelyUtf8(benchmark::State& state) {
 }
 BENCHMARK(LikelyUtf8);
 
-// set: 0 by sequences and SSE2, 1 AVX2.
+// set: 0 SSE2, 1 AVX2.
 void ValidateUtf8(benchmark::State& state) {
   std::size_t count;
   const wfinfo::Utf8Validator* const all = wfinfo::RunnableUtf8Validators(&count);

@@ -107,8 +107,9 @@ void FieldWalk(benchmark::State& state) {
     attached.walker.SetLine(0);
     do {
       const std::size_t columns = attached.walker.ColumnCount();
-      for (std::size_t i = 0; i < columns; ++i)
-        total += wfinfo::UnquoteCsvField(attached.walker.Field(i), out);
+      for (std::size_t i = 0; i < columns; ++i) {
+        total += attached.walker.CopyField(attached.walker.Field(i), out, sizeof out);
+      }
     } while (attached.walker.SkipLine());
     benchmark::DoNotOptimize(total);
   }

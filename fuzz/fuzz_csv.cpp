@@ -40,6 +40,9 @@ void CheckField(wfinfo::CsvText& walker, const CsvReference& reference, std::siz
   std::string text(field.size(), '#');
   text.resize(wfinfo::UnquoteCsvField(field, text.data()));
   Require(text == CsvReference::Unquoted(field));
+  std::string copy(field.size() + column % 20, '#');
+  copy.resize(walker.CopyField(field, copy.data(), copy.size()));
+  Require(copy == text);
 }
 
 }  // namespace

@@ -14,9 +14,9 @@ namespace {
 // Owns the LocalAlloc block that is attached to it.
 constinit wfinfo::CsvText g_csv;
 
-// The field without its quoting, where `out` has room for all of it and a terminator.
-char* Unquoted(std::string_view field, char* out) {
-  out[wfinfo::UnquoteCsvField(field, out)] = '\0';
+// The field without its quoting in the `room` bytes of `out`, more than its length, terminated.
+char* Unquoted(std::string_view field, char* out, std::size_t room) {
+  out[g_csv.CopyField(field, out, room)] = '\0';
   return out;
 }
 
@@ -50,7 +50,9 @@ long long CSV_GetMaxColumnCount() noexcept { return static_cast<long long>(g_csv
 const char* CSV_GetColumnText(int column) noexcept {
   if (!g_csv.IsAttached() || column < 0) return wfinfo::kNoText;
   const std::string_view field = g_csv.Field(static_cast<std::size_t>(column));
-  if (field.size() < wfinfo::kShortResultSize) return Unquoted(field, wfinfo::g_resultText);
+  if (field.size() < wfinfo::kShortResultSize)
+    return Unquoted(field, wfinfo::g_resultText, wfinfo::kShortResultSize);
   char* const block = wfinfo::NewResultBlock(field.size() + 1);
-  return block == nullptr ? wfinfo::kNoText : wfinfo::KeepLongResult(Unquoted(field, block));
+  return block == nullptr ? wfinfo::kNoText
+                          : wfinfo::KeepLongResult(Unquoted(field, block, field.size() + 1));
 }

@@ -27,19 +27,34 @@ std::uint16_t BytesOf(const CharacterCalls& calls, char16_t unit) {
 
 }  // namespace
 
-void CodePage::FillWide(std::size_t page, std::size_t row) const {
+std::uint32_t CodePage::FilledWide(unsigned row, unsigned char trail) const {
+  if (pages_->wide_ready[row].load(std::memory_order_acquire) == 0) FillWide(row);
+  return pages_->wide[row][trail].load(std::memory_order_relaxed);
+}
+
+bool CodePage::FilledIsPair(unsigned row, unsigned char trail) const {
+  if (pages_->wide_ready[row].load(std::memory_order_acquire) == 0) FillWide(row);
+  return HasPairBit(row, trail);
+}
+
+std::uint16_t CodePage::FilledHost(char16_t unit) const {
+  const std::size_t page = unit >> 8;
+  if (pages_->host_ready[page].load(std::memory_order_acquire) == 0) FillHost(page);
+  return pages_->host[page][unit & 0xFF].load(std::memory_order_relaxed);
+}
+
+void CodePage::FillWide(unsigned row) const {
+  const bool single = row == kLeadRows;
+  const auto lead = static_cast<char>((row + 0xA1U) ^ 0x20);
   std::uint64_t valid[4] = {};
   for (unsigned byte = 0; byte < 256; ++byte) {
-    const char bytes[2] = {static_cast<char>(row == kSingleRow ? byte : page), static_cast<char>(byte)};
-    const int length = row == kSingleRow ? 1 : 2;
-    pages_->wide[row][byte].store(UnitsOf(*calls_, bytes, length), std::memory_order_relaxed);
-    if (length == 2 && calls_->is_pair(bytes)) valid[byte / 64] |= std::uint64_t{1} << (byte % 64);
+    const char bytes[2] = {single ? static_cast<char>(byte) : lead, static_cast<char>(byte)};
+    pages_->wide[row][byte].store(UnitsOf(*calls_, bytes, single ? 1 : 2), std::memory_order_relaxed);
+    if (!single && calls_->is_pair(bytes)) valid[byte / 64] |= std::uint64_t{1} << (byte % 64);
   }
-  if (row != kSingleRow) {
-    for (std::size_t word = 0; word < 4; ++word)
-      pages_->pairs[row][word].store(valid[word], std::memory_order_relaxed);
-  }
-  pages_->wide_ready[page].store(1, std::memory_order_release);
+  for (std::size_t word = 0; word < 4; ++word)
+    pages_->pairs[row][word].store(valid[word], std::memory_order_relaxed);
+  pages_->wide_ready[row].store(1, std::memory_order_release);
 }
 
 void CodePage::FillHost(std::size_t page) const {

@@ -22,18 +22,18 @@ struct CharacterCalls {
 
 // Host forms of a unit that are no characters of the code page. No unit from 0x80 on has one of these two
 // values.
-inline constexpr std::uint16_t kNeedsEscape = 0;      // the default character had to be used
+inline constexpr std::uint16_t kNeedsEscape = 1;      // the default character had to be used
 inline constexpr std::uint16_t kNoHostForm = 0xFFFF;  // any other outcome than one or two bytes
 
 // Storage, all zeros at the start. One object may serve several threads: a page that two of them fill at once
 // gets the same values from both.
 struct CodePagePages {
-  static constexpr std::size_t kWidePages = 257;  // by first byte; the last page holds the single bytes
+  static constexpr std::size_t kWidePages =
+      61;  // one for each lead byte, the last for the bytes that stand alone
   std::atomic<std::uint8_t> wide_ready[kWidePages];
   std::atomic<std::uint8_t> host_ready[256];
-  std::atomic<std::uint32_t> wide[61]
-                                 [256];  // 60 lead bytes and the single bytes: first unit, second unit << 16
-  std::atomic<std::uint64_t> pairs[60][4];  // one bit for each valid trail byte
+  std::atomic<std::uint32_t> wide[kWidePages][256];  // first unit, second unit << 16
+  std::atomic<std::uint64_t> pairs[kWidePages][4];   // one bit for each valid trail byte
   std::atomic<std::uint16_t> host[256][256];
 };
 
@@ -41,43 +41,39 @@ class CodePage {
  public:
   constexpr CodePage(const CharacterCalls& calls, CodePagePages& pages) : calls_(&calls), pages_(&pages) {}
 
-  // The units of the double-byte character `lead` `trail`: the first in the low half, a second one (or 0)
-  // above.
-  std::uint32_t Pair(unsigned char lead, unsigned char trail) const {
-    return Wide(lead, LeadRow(lead))[trail].load(std::memory_order_relaxed);
+  // Number of a lead byte in the tables; 60 and more for other bytes. (0x81-0x9F and 0xE0-0xFC become
+  // neighbours when bit 5 is turned over.)
+  static constexpr unsigned kLeadRows = 60;
+  static constexpr unsigned LeadRow(unsigned char byte) { return static_cast<unsigned>(byte ^ 0x20) - 0xA1U; }
+
+  // The units of a double-byte character: the first in the low half, a second one (or 0) above. Entries that
+  // are still zero are looked at more closely; a few characters are zero for good.
+  std::uint32_t Pair(unsigned row, unsigned char trail) const {
+    const std::uint32_t units = pages_->wide[row][trail].load(std::memory_order_relaxed);
+    return units != 0 ? units : FilledWide(row, trail);
   }
   // The same for a byte from 0x80 on that stands alone.
-  std::uint32_t Single(unsigned char byte) const {
-    return Wide(kSinglePage, kSingleRow)[byte].load(std::memory_order_relaxed);
-  }
-  // True when the two bytes are a valid character. `lead` is a lead byte.
-  bool IsPair(unsigned char lead, unsigned char trail) const {
-    const std::size_t row = LeadRow(lead);
-    Wide(lead, row);
-    return (pages_->pairs[row][trail / 64].load(std::memory_order_relaxed) >> (trail % 64) & 1) != 0;
+  std::uint32_t Single(unsigned char byte) const { return Pair(kLeadRows, byte); }
+  // True when the two bytes are a valid character.
+  bool IsPair(unsigned row, unsigned char trail) const {
+    return HasPairBit(row, trail) || FilledIsPair(row, trail);
   }
   // The host bytes of a unit from 0x80 on: one byte, or lead << 8 | trail, or one of the two constants above.
   std::uint16_t Host(char16_t unit) const {
-    const std::size_t page = unit >> 8;
-    if (pages_->host_ready[page].load(std::memory_order_acquire) == 0) FillHost(page);
-    return pages_->host[page][unit & 0xFF].load(std::memory_order_relaxed);
+    const std::uint16_t bytes = pages_->host[unit >> 8][unit & 0xFF].load(std::memory_order_relaxed);
+    return bytes != 0 ? bytes : FilledHost(unit);
   }
 
  private:
-  static constexpr std::size_t kSinglePage = 256;
-  static constexpr std::size_t kSingleRow = 60;
-
-  // 0x81-0x9F and 0xE0-0xFC as 0-59.
-  static constexpr std::size_t LeadRow(unsigned char lead) {
-    return lead < 0xE0 ? static_cast<std::size_t>(lead - 0x81) : static_cast<std::size_t>(lead - 0xE0 + 31);
+  bool HasPairBit(unsigned row, unsigned char trail) const {
+    return (pages_->pairs[row][trail / 64].load(std::memory_order_relaxed) >> (trail % 64) & 1) != 0;
   }
 
-  const std::atomic<std::uint32_t>* Wide(std::size_t page, std::size_t row) const {
-    if (pages_->wide_ready[page].load(std::memory_order_acquire) == 0) FillWide(page, row);
-    return pages_->wide[row];
-  }
-
-  void FillWide(std::size_t page, std::size_t row) const;
+  // The slow ways, which fill the page if that was not done yet.
+  std::uint32_t FilledWide(unsigned row, unsigned char trail) const;
+  bool FilledIsPair(unsigned row, unsigned char trail) const;
+  std::uint16_t FilledHost(char16_t unit) const;
+  void FillWide(unsigned row) const;
   void FillHost(std::size_t page) const;
 
   const CharacterCalls* calls_;

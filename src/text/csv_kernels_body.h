@@ -102,6 +102,28 @@ WFINFO_TARGET std::size_t WidestLine(std::string_view text) {
   return std::max(widest, fields);
 }
 
+// Appends the positions of the bits of a block at `at` to the `fields` known so far, as far as there is room.
+WFINFO_TARGET inline void WriteStarts(std::uint64_t bits, std::size_t at, std::span<std::uint32_t> starts,
+                                      std::size_t& fields) {
+  constexpr std::size_t kAtOnce = 4;
+  const std::size_t count = Count(bits);
+  const std::size_t first = fields;
+  fields += count;
+  const auto next = [&bits, at] {
+    // Without a bit left the value is of no use, and nobody uses it.
+    const auto position = static_cast<std::uint32_t>(at + static_cast<std::size_t>(std::countr_zero(bits)));
+    bits &= bits - 1;
+    return position;
+  };
+  if (first + count + kAtOnce <= starts.size()) {
+    for (std::uint32_t* out = starts.data() + first; bits != 0; out += kAtOnce) {
+      for (std::size_t i = 0; i < kAtOnce; ++i) out[i] = next();
+    }
+    return;
+  }
+  for (std::size_t index = first; bits != 0 && index < starts.size(); ++index) starts[index] = next();
+}
+
 // One line; with `kWithStarts` also where its fields begin. An irregular line is walked byte by byte.
 template <bool kWithStarts>
 WFINFO_TARGET CsvLine Line(std::string_view text, std::span<std::uint32_t> starts) {
@@ -116,12 +138,7 @@ WFINFO_TARGET CsvLine Line(std::string_view text, std::span<std::uint32_t> start
     const std::uint64_t before = (block.line_ends & (~block.line_ends + 1)) - 1;
     if ((block.irregular & before) != 0) return LineByByte(text, starts);
     if constexpr (kWithStarts) {
-      std::uint64_t bits = block.field_starts & before;
-      std::size_t index = line.fields;
-      line.fields += Count(bits);
-      for (; bits != 0 && index < starts.size(); bits &= bits - 1, ++index) {
-        starts[index] = static_cast<std::uint32_t>(at + static_cast<std::size_t>(std::countr_zero(bits)));
-      }
+      WriteStarts(block.field_starts & before, at, starts, line.fields);
     }
     if (block.line_ends == 0 && left > kBlock) {
       carry = CarryOut(marks, block);

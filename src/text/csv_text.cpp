@@ -1,5 +1,7 @@
 #include "text/csv_text.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -43,34 +45,11 @@ std::size_t LineEndLength(std::string_view text) {
   return length;
 }
 
-template <class Word>
-bool CopyTwoWords(const char* from, std::size_t length, char* to) {
-  constexpr Word kOnes = static_cast<Word>(~Word{0}) / 0xFF;
-  const auto has_quote = [](Word word) {
-    const Word difference = word ^ static_cast<Word>(kOnes * '"');
-    return ((difference - kOnes) & ~difference & (kOnes << 7)) != 0;
-  };
-  Word first, last;
-  std::memcpy(&first, from, sizeof first);
-  std::memcpy(&last, from + length - sizeof last, sizeof last);
-  if (has_quote(first) || has_quote(last)) return false;
-  std::memcpy(to, &first, sizeof first);
-  std::memcpy(to + length - sizeof last, &last, sizeof last);
-  return true;
-}
-
 // Copies bytes among which there is no quote; false, with nothing promised about `to`, when there is one.
-// Short fields are the rule: up to 16 bytes go as two words that overlap.
-bool CopyWithoutQuotes(const char* from, std::size_t length, char* to) {
-  if (length >= 8 && length <= 16) return CopyTwoWords<std::uint64_t>(from, length, to);
-  if (length >= 4 && length < 8) return CopyTwoWords<std::uint32_t>(from, length, to);
-  if (length < 4) {
-    bool quote = false;
-    for (std::size_t i = 0; i < length; ++i) quote |= (to[i] = from[i]) == '"';
-    return !quote;
-  }
-  if (std::memchr(from, '"', length) != nullptr) return false;
-  std::memcpy(to, from, length);
+bool CopyWithoutQuotes(std::string_view from, char* to) {
+  if (from.empty()) return true;
+  if (std::memchr(from.data(), '"', from.size()) != nullptr) return false;
+  std::memcpy(to, from.data(), from.size());
   return true;
 }
 
@@ -133,6 +112,8 @@ bool CsvText::SkipLine() {
 
 bool CsvText::SetLine(long long line) {
   const std::size_t wanted = line < 0 ? 0 : static_cast<std::size_t>(line);
+  // One after the other is how lines are mostly asked for.
+  if (wanted == line_ + 1) return SkipLine();
   const CsvLineIndex::Mark known =
       index_.Before(static_cast<std::uint32_t>(std::min<std::size_t>(wanted, UINT32_MAX)));
   // The cursor itself may be nearer. Where it is already, what is known of its line stays.
@@ -182,14 +163,31 @@ std::string_view CsvText::Field(std::size_t column) {
   if (!IsAttached()) return {};
   Scan();
   if (column >= current_.fields) return {};
-  const std::size_t start = OffsetOf(column);
-  if (column + 1 == current_.fields) {
-    return text_.substr(start, static_cast<std::size_t>(current_.last_field_end - text_.data()) - start);
-  }
-  if (column + 1 >= kKeptStarts) return text_.substr(start, FieldLength(text_.substr(start)));
+  const char* const start = text_.data() + OffsetOf(column);
+  if (column + 1 == current_.fields)
+    return {start, static_cast<std::size_t>(current_.last_field_end - start)};
+  if (column + 1 >= kKeptStarts)
+    return {start, FieldLength({start, static_cast<std::size_t>(current_.end - start)})};
   // A field that follows a comma; one that follows a closing quote directly has none before it.
-  const std::size_t next = cursor_ + starts_[column + 1];
-  return text_.substr(start, next - start - (text_[next - 1] == ',' ? 1 : 0));
+  const char* const next = text_.data() + cursor_ + starts_[column + 1];
+  return {start, static_cast<std::size_t>(next - start) - static_cast<std::size_t>(next[-1] == ',')};
+}
+
+std::size_t CsvText::CopyField(std::string_view field, char* out, std::size_t room) const {
+  constexpr std::size_t kBlock = 16;
+  if (field.empty()) return 0;
+  const std::size_t quoted = field.starts_with('"');
+  const std::size_t closing = quoted & static_cast<std::size_t>(field.size() > 1 && field.back() == '"');
+  const char* const from = field.data() + quoted;
+  const std::size_t length = field.size() - quoted - closing;
+  const auto readable = static_cast<std::size_t>(text_.data() + text_.size() - from);
+  if (length > kBlock || room < kBlock || readable < kBlock) return UnquoteCsvField(field, out);
+  // A short field is copied as one block, with bytes behind it that nobody looks at.
+  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  const auto quotes = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8('"'))));
+  if ((quotes & ((1U << length) - 1)) != 0) return UnquoteCsvField(field, out);
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
+  return length;
 }
 
 std::size_t UnquoteCsvField(std::string_view field, char* out) {
@@ -197,8 +195,8 @@ std::size_t UnquoteCsvField(std::string_view field, char* out) {
     field.remove_prefix(1);
     // Without quotes in between, a quote at the end is the closing one.
     const std::size_t inner = field.size() - (field.ends_with('"') ? 1 : 0);
-    if (CopyWithoutQuotes(field.data(), inner, out)) return inner;
-  } else if (CopyWithoutQuotes(field.data(), field.size(), out)) {
+    if (CopyWithoutQuotes(field.substr(0, inner), out)) return inner;
+  } else if (CopyWithoutQuotes(field, out)) {
     return field.size();
   }
   char* const start = out;

@@ -55,6 +55,9 @@ class CsvText {
   std::size_t MaxColumnCount();
   // The field as it stands, quotes included; empty when the line has no such.
   std::string_view Field(std::size_t column);
+  // Copies a field that Field gave without its quoting, as UnquoteCsvField does. `room` is at least its
+  // length.
+  std::size_t CopyField(std::string_view field, char* out, std::size_t room) const;
 
  private:
   static constexpr std::size_t kKeptStarts = 1024;

@@ -3,6 +3,7 @@
 #include <emmintrin.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 
@@ -33,14 +34,17 @@ constexpr char16_t Decoded(std::string_view sequence) {
 }
 
 // Blocks of 256 characters that mail is written in; from 0xAC on all are.
-constexpr bool IsPlausibleBlock(unsigned upper) {
+constexpr auto kPlausibleBlocks = [] {
   constexpr struct {
-    unsigned char first, last;
+    unsigned first, last;
   } kRanges[] = {{0x00, 0x07}, {0x09, 0x13}, {0x17, 0x19}, {0x1D, 0x2B},
                  {0x2E, 0x34}, {0x4D, 0xA4}, {0xAC, 0xFF}};
-  return std::ranges::any_of(kRanges,
-                             [upper](auto range) { return upper >= range.first && upper <= range.last; });
-}
+  std::array<bool, 256> blocks{};
+  for (const auto& range : kRanges) {
+    for (unsigned upper = range.first; upper <= range.last; ++upper) blocks[upper] = true;
+  }
+  return blocks;
+}();
 
 // Plain ASCII at the start of `text`, counted in whole blocks.
 std::size_t AsciiBlocks(std::string_view text) {
@@ -80,7 +84,7 @@ bool IsLikelyUtf8(std::string_view text) {
     if (!std::ranges::all_of(text.substr(1, length - 1), IsTrail)) return false;
     const char16_t unit = Decoded(text.substr(0, length));
     if (!found && unit == kByteOrderMark) return true;
-    if (!IsPlausibleBlock(unit >> 8)) return false;
+    if (!kPlausibleBlocks[unit >> 8]) return false;
     found = true;
     text.remove_prefix(length);
   }
@@ -124,7 +128,7 @@ std::size_t Utf8ToHostMbcs(std::string_view text, char* out, const CodePage& cod
 bool LooksLikeShiftJis(std::string_view text, const CodePage& code_page) {
   constexpr unsigned char kFirstRareLead = 0x99;
   constexpr unsigned char kFirstTrail = 0x40;
-  std::size_t common = 0;
+  std::size_t pairs = 0;
   std::size_t rare = 0;
   std::size_t at = 0;
   while (at < text.size()) {
@@ -133,19 +137,20 @@ bool LooksLikeShiftJis(std::string_view text, const CodePage& code_page) {
       at += plain == 0 ? 1 : plain;
       continue;
     }
-    if (!IsLeadByte(text[at])) {
+    const unsigned row = CodePage::LeadRow(Byte(text[at]));
+    if (row >= CodePage::kLeadRows) {
       if (Byte(text[at]) >= 0xFC) return false;
       ++at;
       continue;
     }
     if (at + 1 == text.size()) return false;
-    const unsigned char lead = Byte(text[at]);
     const unsigned char trail = Byte(text[at + 1]);
-    if (trail < kFirstTrail || !code_page.IsPair(lead, trail)) return false;
-    (lead < kFirstRareLead ? common : rare) += 1;
+    if (trail < kFirstTrail || !code_page.IsPair(row, trail)) return false;
+    ++pairs;
+    rare += row >= CodePage::LeadRow(kFirstRareLead);
     at += 2;
   }
-  return rare <= 2 * common;
+  return rare <= 2 * (pairs - rare);
 }
 
 }  // namespace wfinfo

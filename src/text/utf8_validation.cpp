@@ -12,59 +12,75 @@
 namespace wfinfo {
 namespace {
 
-// --- One sequence after the other, with blocks for plain ASCII and for runs of three-byte characters -------
+// --- SSE2: 64 bytes at a time, each class of bytes as one word of 64 bits
+// ------------------------------------
 
-constexpr bool IsTrail(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+constexpr std::size_t kBlock = 64;
 
-// Length of the well-formed sequence at `bytes`, of which `left` are there; 0 when it is none.
-std::size_t SequenceLength(const unsigned char* bytes, std::size_t left) {
-  const unsigned char lead = bytes[0];
-  if (lead < 0x80) return 1;
-  if (lead < 0xC2 || lead > 0xF4 || left < 2 || !IsTrail(bytes[1])) return 0;
-  if (lead < 0xE0) return 2;
-  if (left < 3 || !IsTrail(bytes[2])) return 0;
-  if (lead < 0xF0) {
-    const bool overlong = lead == 0xE0 && bytes[1] < 0xA0;
-    const bool surrogate = lead == 0xED && bytes[1] >= 0xA0;
-    return overlong || surrogate ? 0 : 3;
-  }
-  if (left < 4 || !IsTrail(bytes[3])) return 0;
-  const bool overlong = lead == 0xF0 && bytes[1] < 0x90;
-  const bool too_large = lead == 0xF4 && bytes[1] >= 0x90;
-  return overlong || too_large ? 0 : 4;
+struct Block {
+  __m128i part[4];
+};
+
+// One bit for each byte for which `test` holds, the lowest for the first.
+template <class Test>
+std::uint64_t BitsOf(const Block& block, Test test) {
+  std::uint64_t bits = 0;
+  for (int i = 3; i >= 0; --i)
+    bits = bits << 16 | static_cast<unsigned>(_mm_movemask_epi8(test(block.part[i])));
+  return bits;
 }
 
-constexpr std::size_t kBlock = 16;
-
-// Bytes at `bytes`, of which 16 are there, that need no closer look: all 16 when they are ASCII, 15 when they
-// are five three-byte characters without the two lead bytes that restrict what follows, else 0.
-std::size_t EasyBytes(const unsigned char* bytes) {
-  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-  if (_mm_movemask_epi8(block) == 0) return kBlock;
-  const char lead = static_cast<char>(0xF0), trail = static_cast<char>(0xC0);
-  const __m128i fixed = _mm_setr_epi8(lead, trail, trail, lead, trail, trail, lead, trail, trail, lead, trail,
-                                      trail, lead, trail, trail, 0);
-  const char e0 = static_cast<char>(0xE0), ed = static_cast<char>(0xED), c80 = static_cast<char>(0x80);
-  const __m128i wanted =
-      _mm_setr_epi8(e0, c80, c80, e0, c80, c80, e0, c80, c80, e0, c80, c80, e0, c80, c80, 0);
-  const __m128i pattern = _mm_cmpeq_epi8(_mm_and_si128(block, fixed), wanted);
-  const __m128i restricted =
-      _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(e0)), _mm_cmpeq_epi8(block, _mm_set1_epi8(ed)));
-  const int good = _mm_movemask_epi8(pattern) & ~_mm_movemask_epi8(restricted) & 0x7FFF;
-  return good == 0x7FFF ? 15 : 0;
+std::uint64_t Equal(const Block& block, unsigned char byte) {
+  return BitsOf(
+      block, [byte](__m128i part) { return _mm_cmpeq_epi8(part, _mm_set1_epi8(static_cast<char>(byte))); });
 }
 
-bool ValidateBySequence(std::string_view text) {
-  const auto* at = reinterpret_cast<const unsigned char*>(text.data());
-  std::size_t left = text.size();
-  while (left > 0) {
-    std::size_t length = left >= kBlock ? EasyBytes(at) : 0;
-    if (length == 0) length = SequenceLength(at, left);
-    if (length == 0) return false;
-    at += length;
-    left -= length;
+// Bytes above `byte` among those from 0x80 on; ASCII counts as above, since the comparison is signed.
+std::uint64_t Above(const Block& block, unsigned char byte) {
+  return BitsOf(
+      block, [byte](__m128i part) { return _mm_cmpgt_epi8(part, _mm_set1_epi8(static_cast<char>(byte))); });
+}
+
+// What the bytes of earlier blocks ask of the next ones, the lowest bit for the first of them.
+struct Expected {
+  std::uint64_t trails = 0;  // these must be trail bytes
+  std::uint64_t after_e0 = 0, after_ed = 0, after_f0 = 0, after_f4 = 0;
+  bool Any() const { return trails != 0; }
+};
+
+// Checks a block; false when something is wrong in it.
+bool CheckBlock(const Block& block, std::uint64_t high, Expected& expected) {
+  const std::uint64_t lead = Above(block, 0xBF) & high;
+  const std::uint64_t lead3 = Above(block, 0xDF) & high;  // announces at least two trail bytes
+  const std::uint64_t lead4 = Above(block, 0xEF) & high;
+  const std::uint64_t e0 = Equal(block, 0xE0), ed = Equal(block, 0xED);
+  const std::uint64_t f0 = Equal(block, 0xF0), f4 = Equal(block, 0xF4);
+  const std::uint64_t never = Equal(block, 0xC0) | Equal(block, 0xC1) | (Above(block, 0xF4) & high);
+  const std::uint64_t trails = lead << 1 | lead3 << 2 | lead4 << 3 | expected.trails;
+  const std::uint64_t from_a0 = Above(block, 0x9F), from_90 = Above(block, 0x8F);
+  const std::uint64_t wrong_second =
+      ((e0 << 1 | expected.after_e0) & ~from_a0) | ((ed << 1 | expected.after_ed) & from_a0) |
+      ((f0 << 1 | expected.after_f0) & ~from_90) | ((f4 << 1 | expected.after_f4) & from_90);
+  expected = {lead >> 63 | lead3 >> 62 | lead4 >> 61, e0 >> 63, ed >> 63, f0 >> 63, f4 >> 63};
+  return ((trails ^ (high & ~lead)) | never | wrong_second) == 0;
+}
+
+bool ValidateBlocks(std::string_view text) {
+  Expected expected;
+  for (std::size_t at = 0; at < text.size(); at += kBlock) {
+    alignas(16) char tail[kBlock] = {};
+    const char* bytes = text.data() + at;
+    if (text.size() - at < kBlock) {
+      std::memcpy(tail, bytes, text.size() - at);
+      bytes = tail;
+    }
+    Block block;
+    for (int i = 0; i < 4; ++i) block.part[i] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes) + i);
+    const std::uint64_t high = BitsOf(block, [](__m128i part) { return part; });
+    if (high == 0 && !expected.Any()) continue;
+    if (!CheckBlock(block, high, expected)) return false;
   }
-  return true;
+  return !expected.Any();
 }
 
 // --- AVX2: 32 bytes at a time ------------------------------------------------------------------------------
@@ -177,7 +193,7 @@ __attribute__((target("avx2"))) bool ValidateWide(std::string_view text) {
   return _mm256_testz_si256(errors, errors) != 0;
 }
 
-constexpr Utf8Validator kValidators[] = {{"sequences", &ValidateBySequence}, {"avx2", &ValidateWide}};
+constexpr Utf8Validator kValidators[] = {{"sse2", &ValidateBlocks}, {"avx2", &ValidateWide}};
 
 }  // namespace
 

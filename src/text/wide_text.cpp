@@ -77,11 +77,13 @@ std::size_t HostToWide(std::string_view host, char16_t* out, const CodePage& cod
   while (at < end) {
     const auto byte = static_cast<unsigned char>(*at);
     const auto rest = static_cast<std::size_t>(end - at);
-    if (byte > 0x7F) {
-      const bool pair = IsLeadByte(*at) && rest > 1 && at[1] != '\0';
-      out = WriteUnits(
-          out, pair ? code_page.Pair(byte, static_cast<unsigned char>(at[1])) : code_page.Single(byte));
-      at += pair ? 2 : 1;
+    const unsigned row = CodePage::LeadRow(byte);
+    if (row < CodePage::kLeadRows && rest > 1 && at[1] != '\0') {
+      out = WriteUnits(out, code_page.Pair(row, static_cast<unsigned char>(at[1])));
+      at += 2;
+    } else if (byte > 0x7F) {
+      out = WriteUnits(out, code_page.Single(byte));
+      ++at;
     } else if (byte == kEscapeByte) {
       const bool escape = StartsWithEscape({at, rest});
       *out++ = escape ? EscapedUnit(at) : kEscapeByte;
@@ -120,8 +122,11 @@ std::size_t WideToHost(std::u16string_view wide, char* out, const CodePage& code
     } else if (bytes == kNoHostForm) {
       *out++ = '?';
     } else {
-      if (bytes > 0xFF) *out++ = static_cast<char>(bytes >> 8);
-      *out++ = static_cast<char>(bytes);
+      // One byte or two without a branch: the first is written over when there is only one.
+      const std::size_t two = bytes > 0xFF;
+      out[0] = static_cast<char>(bytes >> 8);
+      out[two] = static_cast<char>(bytes);
+      out += 1 + two;
     }
   }
   return static_cast<std::size_t>(out - start);

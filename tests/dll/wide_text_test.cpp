@@ -84,7 +84,7 @@ TEST(WideTextOnTheSystem, ValidPairsAreThoseThatTheSystemDoesNotRefuse) {
     wchar_t units[2];
     const bool valid = MultiByteToWideChar(932, MB_ERR_INVALID_CHARS, bytes, 2, units, 2) > 0;
     const auto byte = [&bytes](int at) { return static_cast<unsigned char>(bytes[at]); };
-    ASSERT_EQ(SystemCodePage().IsPair(byte(0), byte(1)), valid) << std::hex << pair;
+    ASSERT_EQ(SystemCodePage().IsPair(CodePage::LeadRow(byte(0)), byte(1)), valid) << std::hex << pair;
   }
 }
 
@@ -93,7 +93,7 @@ TEST(WideTextOnTheSystem, FillingTheTablesKeepsTheLastError) {
   for (unsigned value = 0x80; value <= 0xFFFF; value += 0x80)
     SystemCodePage().Host(static_cast<char16_t>(value));
   for (unsigned lead = 0x81; lead <= 0x9F; ++lead)
-    SystemCodePage().Pair(static_cast<unsigned char>(lead), 0x40);
+    SystemCodePage().Pair(CodePage::LeadRow(static_cast<unsigned char>(lead)), 0x40);
   EXPECT_EQ(GetLastError(), 4711u);
 }
 

@@ -204,7 +204,11 @@ TEST(CsvText, ResultsAreTheSameForEveryOrderOfCalls) {
         default: {
           const std::size_t column = random() % 6;
           ASSERT_EQ(walker.Field(column), reference.Field(column)) << column << ": " << text;
-          ASSERT_EQ(Unquoted(walker.Field(column)), CsvReference::Unquoted(reference.Field(column)));
+          const std::string expected = CsvReference::Unquoted(reference.Field(column));
+          ASSERT_EQ(Unquoted(walker.Field(column)), expected);
+          std::string copy(walker.Field(column).size() + random() % 20, '#');
+          copy.resize(walker.CopyField(walker.Field(column), copy.data(), copy.size()));
+          ASSERT_EQ(copy, expected);
         }
       }
     }

@@ -225,7 +225,7 @@ TEST(CodePage, OtherOutcomesThanOneOrTwoBytesAreKnown) {
   char host[4];
   EXPECT_EQ(WideToHost(u"\u3042", host, code_page), 1u);
   EXPECT_EQ(host[0], '?');
-  EXPECT_FALSE(code_page.IsPair(0x81, 0x40));
+  EXPECT_FALSE(code_page.IsPair(CodePage::LeadRow(0x81), 0x40));
 }
 
 }  // namespace
