@@ -4,6 +4,7 @@
 
 #include "ascii.h"
 #include "header_lookup.h"
+#include "text/host_text.h"
 
 namespace wrenfold {
 namespace {
@@ -44,8 +45,25 @@ std::optional<Extent> FindHeader(std::string_view text, std::string_view name, s
   return std::nullopt;
 }
 
+// `value` as folded lines: a line end that no blank follows would begin another header, and becomes a blank.
+std::string Folded(std::string_view value) {
+  std::string folded;
+  while (!value.empty()) {
+    if (!IsLineEnd(value[0])) {
+      // The last byte of an escape may be a CR.
+      const std::size_t length = wfinfo::StartsWithEscape(value) ? wfinfo::kEscapeLength : 1;
+      folded += value.substr(0, length);
+      value.remove_prefix(length);
+      continue;
+    }
+    value.remove_prefix(value.starts_with("\r\n") ? 2 : 1);
+    if (!value.empty()) folded += IsBlank(value[0]) ? "\r\n" : " ";
+  }
+  return folded;
+}
+
 std::string HeaderLine(std::string_view name, std::string_view value) {
-  return std::string(WithoutColon(name)) + ": " + std::string(value) + "\r\n";
+  return std::string(WithoutColon(name)) + ": " + Folded(value) + "\r\n";
 }
 
 std::string Value(std::string_view mail, std::string_view name) {
@@ -57,6 +75,7 @@ bool IsReplySubject(std::string_view subject) { return EqualsIgnoringCase(subjec
 }  // namespace
 
 void AddHeader(std::string& text, std::string_view name, std::string_view value) {
+  if (WithoutColon(name).empty()) return;
   std::size_t at = 0;
   while (!AtHeaderEnd(text, at)) at += HeaderLength(text, at);
   // The last header of a mail that ends behind it may lack its line end.
@@ -69,7 +88,7 @@ bool SetHeader(std::string& text, std::string_view name, std::string_view value,
     text.replace(found->at, found->length, HeaderLine(name, value));
     return true;
   }
-  if (CountHeaders(text, name) != n) return false;
+  if (WithoutColon(name).empty() || CountHeaders(text, name) != n) return false;
   AddHeader(text, name, value);
   return true;
 }

@@ -1,4 +1,5 @@
-// Changes the header block of a mail's host text. Names may come with or without their colon, in any case.
+// Changes the header block of a mail's host text. Names may come with or without their colon, in any case. An
+// empty name changes nothing; a line end in a value becomes a blank unless a blank follows it (a fold).
 #pragma once
 
 #include <cstddef>

@@ -58,6 +58,23 @@ TEST(HeaderEdit, AddsBehindTheLastHeader) {
   }
 }
 
+TEST(HeaderEdit, AValueCannotBeginAnotherHeader) {
+  std::string text = "A: 1\r\n\r\n";
+  AddHeader(text, "N", "a\r\nBcc: x\r\n\r\n folded\n\tmore\r\n");
+  EXPECT_EQ(text, "A: 1\r\nN: a Bcc: x \r\n folded\r\n\tmore\r\n\r\n");
+  AddHeader(text, ":", "v");
+  EXPECT_FALSE(SetHeader(text, "", "v", 0));
+  EXPECT_EQ(text, "A: 1\r\nN: a Bcc: x \r\n folded\r\n\tmore\r\n\r\n") << "an empty name";
+  text.clear();
+  AddHeader(text, "N",
+            "\x1A\x80\x80\x0D"
+            "b");
+  EXPECT_EQ(text,
+            "N: \x1A\x80\x80\x0D"
+            "b\r\n")
+      << "an escape that ends in CR";
+}
+
 TEST(HeaderEdit, WritesTheHeadersOfAReply) {
   EXPECT_EQ(ReplyTo("From: a\r\nSubject: s\r\nMessage-ID: <1>\r\n\r\nb", "> b"),
             "To: a\r\nSubject: Re: s\r\nIn-Reply-To: <1>\r\nReferences: <1>\r\n\r\n> b");
