@@ -71,7 +71,7 @@ inline std::string UsualHeader() {
             "\tfor <reader@example.org>; Mon,  3 Jun 2024 10:20:30 +0900 (JST)\r\n";
   }
   text += "DKIM-Signature: v=1; a=rsa-sha256; c=relaxed/relaxed; d=example.com; s=mail;\r\n";
-  for (int i = 0; i < 14; ++i)
+  for (int i = 0; i < 31; ++i)
     text += "\tb=Zm9vYmFyYmF6cXV4Zm9vYmFyYmF6cXV4Zm9vYmFyYmF6cXV4Zm9vYmFyYmF6cXV4\r\n";
   text +=
       "X-Mailer: Wrenfold\r\nMIME-Version: 1.0\r\nContent-Type: text/plain; charset=ISO-2022-JP\r\n"

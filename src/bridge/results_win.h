@@ -30,6 +30,10 @@ char* NewResultBlock(std::size_t size);
 // Frees a block that was not kept.
 void FreeResultBlock(char* block);
 
+// The same as NewResultBlock without zeroes in it: the caller writes every byte. A large block of the size of
+// the last ones is used again, since fresh memory costs more than the copy that goes into it.
+char* NewUnwrittenBlock(std::size_t size);
+
 // Makes `block` the one long-result block that the library keeps, frees the one kept before, and returns it.
 char* KeepLongResult(char* block);
 

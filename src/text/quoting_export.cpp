@@ -31,9 +31,10 @@ const char* WithLineEnds(const char* text, LineEnd form) {
   if (!IsText(text)) return kNoText;
   const FoldSize size = MeasureLineEnds(text, form);
   if (size.output == 0) return kNoText;
-  char* const block = NewResultBlock(size.output + 1);
+  char* const block = NewUnwrittenBlock(size.output + 1);
   if (block == nullptr) return kNoText;
   WriteLineEnds(text, form, size, block);
+  block[size.output] = '\0';
   return KeepLongResult(block);
 }
 

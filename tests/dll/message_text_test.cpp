@@ -160,6 +160,20 @@ TEST_F(MessageText, ALongBodyLineIsKeptOnlyWhenABlockIsKeptAlready) {
   EXPECT_EQ(second, std::string(kLongestShort + 2, 'b'));
 }
 
+TEST_F(MessageText, LargeResultsOfOneSizeTakeTurnsInTwoBlocks) {
+  mail_ = "A: 1\r\n\r\n" + std::string(200000, 'a');
+  const char* const first = RootBody();
+  const char* const second = RootBody();
+  EXPECT_NE(first, second) << "a new block is filled before the old one goes";
+  mail_.back() = 'b';
+  const char* const third = RootBody();
+  EXPECT_EQ(third, first);
+  EXPECT_EQ(third, std::string(199999, 'a') + "b");
+  mail_.pop_back();
+  EXPECT_EQ(RootBody(), std::string(199999, 'a')) << "another size";
+  EXPECT_STREQ(AllRootHeader(), "A: 1\r\n");
+}
+
 TEST_F(MessageText, TheSelectionIsCopiedAsTheBodyIs) {
   host_.Expect(47).Answer(std::string("selected\r\n"));
   const char* const selected = SelectedRootText();
