@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +26,7 @@ void CheckKernels(std::string_view text) {
     Require(kernels.count_lines(text) == reference.LineCount());
     Require(kernels.widest_line(text) == reference.MaxColumnCount());
     std::uint32_t starts[5];
-    const wfinfo::CsvLine line = kernels.scan_line(text, starts);
+    const wfinfo::CsvLine line = kernels.scan_line(text, std::span(starts));
     Require(line.fields == reference.ColumnCount() && kernels.line_end(text) == line.end);
     Require(line.end >= text.data() && line.end <= text.data() + text.size());
     for (std::size_t i = 0; i < std::min<std::size_t>(line.fields, 5); ++i) {
