@@ -11,3 +11,8 @@
 #define IDC_IMPORT_FIRST_CHECK 1001
 #define IDC_IMPORT_FIRST_COMBO 1006
 #define IDC_IMPORT_FIRST_LABEL 1011
+
+// Simple MAPI: waiting for the host.
+#define IDD_HOST_BUSY 101
+#define IDD_CALLING_HOST 102
+#define IDC_LAUNCH_ICON 1000

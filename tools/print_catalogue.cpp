@@ -149,11 +149,21 @@ extern "C" {
 #endif
 )head";
 
+// The one family whose names the system's own header declares too.
+constexpr std::string_view kMapiFamily = "Simple MAPI";
+constexpr char kMapiGuard[] = R"guard(
+/* Define WFINFO_NO_MAPI before including this header together with <mapi.h>, which declares the same functions with
+ * the system's own types. */
+#ifndef WFINFO_NO_MAPI
+)guard";
+
 int PrintHeader() {
   std::printf("%s", kHeaderHead);
   std::string_view family;
   for (const Row& row : Rows()) {
     if (row.family != family) {
+      if (family == kMapiFamily) std::printf("\n#endif /* WFINFO_NO_MAPI */\n");
+      if (row.family == kMapiFamily) std::printf("%s", kMapiGuard);
       family = row.family;
       std::printf("\n/* ---- %.*s ---- */\n", static_cast<int>(family.size()), family.data());
     }
@@ -170,6 +180,7 @@ int PrintHeader() {
     if (row.inferred) PrintWrapped(" * ", "The parameter list is inferred from the family and the name.");
     std::printf(" */\n%s;\n", Prototype(row).c_str());
   }
+  if (family == kMapiFamily) std::printf("\n#endif /* WFINFO_NO_MAPI */\n");
   std::printf("\n#ifdef __cplusplus\n}\n#endif\n\n#endif\n");
   return 0;
 }

@@ -1,0 +1,95 @@
+#include "mapi/host_launch_win.h"
+
+#include <cstring>
+
+#include "bridge/host_protocol.h"
+#include "bridge/language_win.h"
+#include "bridge/module_win.h"
+#include "mapi/host_blocks.h"
+#include "mapi/mapi_log_win.h"
+
+namespace wfinfo::mapi {
+namespace {
+
+constexpr DWORD kFirstWaitMs = 10000;  // for the frame of a host that shows nothing
+constexpr DWORD kWaitAfterWindowMs = 5000;
+constexpr DWORD kPollMs = 100;
+constexpr DWORD kReadyWaitMs = 3000;
+constexpr DWORD kReadyPollMs = 300;
+
+// Starts wrenfold.exe of this library's own folder. Returns its process id, 0 on failure.
+DWORD Launch() {
+  char command[MAX_PATH + 2] = "\"";
+  STARTUPINFOA startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESHOWWINDOW;
+  startup.wShowWindow = SW_HIDE;
+  PROCESS_INFORMATION process{};
+  bool started = false;
+  SetLastError(ERROR_FILENAME_EXCED_RANGE);
+  if (PathBesideLibrary("wrenfold.exe", command + 1, MAX_PATH)) {
+    std::strcat(command, "\"");
+    started = CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+  }
+  if (!started) {
+    LogNumber("ExecWrenfold CreateProcess failed code=%u", GetLastError());
+    return 0;
+  }
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  return process.dwProcessId;
+}
+
+bool ShowsWindow(DWORD process) {
+  for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner == process && IsWindowVisible(window)) return true;
+  }
+  return false;
+}
+
+// Any window that the starting host shows (a question, a password prompt) keeps the wait alive.
+HWND WaitForFrame(DWORD process) {
+  DWORD since = GetTickCount();
+  DWORD limit = kFirstWaitMs;
+  for (;;) {
+    if (const HWND frame = FindHostFrame(); frame != nullptr) return frame;
+    Sleep(kPollMs);
+    if (GetTickCount() - since >= limit) break;
+    if (!ShowsWindow(process)) continue;
+    since = GetTickCount();
+    limit = kWaitAfterWindowMs;
+  }
+  MessageBoxA(nullptr, Chosen({"Failed to launch TamarinMail.", "タマリンメールを起動できませんでした。"}), nullptr,
+              MB_ICONHAND | MB_SYSTEMMODAL);
+  return nullptr;
+}
+
+// Asks until the host is ready, for 3 seconds at most; without a frame too: every round fails then, which is kept so.
+void WaitUntilReady(HWND frame) {
+  const DWORD since = GetTickCount();
+  for (;;) {
+    DWORD_PTR answer = 0;
+    if (SendMessageTimeoutA(frame, kQueryReady, 0, 0, SMTO_BLOCK, kReadyTimeoutMs, &answer) != 0 && answer != 0) return;
+    if (GetTickCount() - since >= kReadyWaitMs) return;
+    Sleep(kReadyPollMs);
+  }
+}
+
+}  // namespace
+
+HWND FindHostFrame() { return FindWindowA(kFrameClass, nullptr); }
+
+bool HasPopup(HWND frame) { return GetLastActivePopup(frame) != frame; }
+
+HWND ExecWrenfold() {
+  if (const HWND frame = FindHostFrame(); frame != nullptr) return frame;
+  const DWORD process = Launch();
+  if (process == 0) return nullptr;
+  const HWND frame = WaitForFrame(process);
+  WaitUntilReady(frame);
+  return frame;
+}
+
+}  // namespace wfinfo::mapi
