@@ -247,7 +247,11 @@ bool Contains(const std::vector<std::string>& list, const std::string& item) {
   return false;
 }
 
-HCERTSTORE WINAPI OpenSystemStore(HCRYPTPROV_LEGACY, LPCSTR name) {
+HCERTSTORE WINAPI OpenSystemStore(HCRYPTPROV_LEGACY provider, LPCSTR name) {
+  if (g_counted->uses_real_stores) {
+    ++g_counts->stores;
+    return CertOpenSystemStoreA(provider, name);
+  }
   if (Contains(g_counted->missing_stores, name)) {
     SetLastError(ERROR_ACCESS_DENIED);
     return nullptr;

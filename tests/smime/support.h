@@ -84,6 +84,8 @@ class CountedCrypto {
   std::vector<std::string> missing_entries;
   std::vector<std::string> missing_stores;
   std::vector<std::string> missing_modules;
+  // The system's stores are opened after all.
+  bool uses_real_stores = false;
   // Replaced entries.
   std::map<std::string, void*> replaced;
 
