@@ -3,6 +3,7 @@
 
 #include "base/stack_guard_win.h"
 #include "bridge/module_win.h"
+#include "desktop/move_hook_win.h"
 #include "net/http_session_win.h"
 
 extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
@@ -11,5 +12,9 @@ extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE ins
     wfinfo::g_hInstance = instance;
   }
   if (reason == DLL_THREAD_DETACH) wfinfo::CloseThreadSession();
+  if (reason == DLL_PROCESS_DETACH) {
+    // It may not be left to call code that is gone.
+    wfinfo::ReleaseMoveHook();
+  }
   return TRUE;
 }
