@@ -5,6 +5,7 @@
 #include "bridge/module_win.h"
 #include "desktop/move_hook_win.h"
 #include "net/http_session_win.h"
+#include "timers/auto_push_win.h"
 
 extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
   if (reason == DLL_PROCESS_ATTACH) {
@@ -13,7 +14,8 @@ extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE ins
   }
   if (reason == DLL_THREAD_DETACH) wfinfo::CloseThreadSession();
   if (reason == DLL_PROCESS_DETACH) {
-    // It may not be left to call code that is gone.
+    // Neither may be left to call code that is gone.
+    wfinfo::KillAutoPushTimer();
     wfinfo::ReleaseMoveHook();
   }
   return TRUE;

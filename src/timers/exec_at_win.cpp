@@ -1,0 +1,61 @@
+#include "timers/exec_at_win.h"
+
+#include "bridge/host_protocol.h"
+#include "bridge/host_window_win.h"
+#include "bridge/report_win.h"
+
+namespace wfinfo {
+namespace {
+
+constexpr int kCodeExecute = 45;
+constexpr int kCodeWaitBegins = 278;
+constexpr int kCodeWaitEnds = 279;
+constexpr UINT kPatience = 20000;  // milliseconds
+
+// What the host may want after the wait, as flags in its answer.
+constexpr Slot kWantsMessage = 0x100;
+constexpr Slot kWantsCommand = 0x200;
+constexpr UINT kWantedMessage = 21631;
+constexpr WPARAM kWantedCommand = 40365;
+
+bool IsHostWindow(HWND window) {
+  return IsWindow(window) && (HasClass(window, kFrameClass) || HasClass(window, kOuterViewClass));
+}
+
+Slot Tell(HWND host, int code) { return SendMessageA(host, kHostRequest, static_cast<WPARAM>(code), 0); }
+
+void EndWait(HWND host) {
+  const Slot wanted = Tell(host, kCodeWaitEnds);
+  if ((wanted & kWantsMessage) != 0) SendMessageA(host, kWantedMessage, 0, 0);
+  if ((wanted & kWantsCommand) != 0) SendMessageA(host, WM_COMMAND, kWantedCommand, 0);
+}
+
+bool SendAndWait(HWND window, Slot* slots, DWORD_PTR* answer) {
+  g_inExecAt = 1;
+  const LRESULT sent = SendMessageTimeoutA(window, kHostRequest, kCodeExecute,
+                                           reinterpret_cast<LPARAM>(slots), SMTO_NORMAL, kPatience, answer);
+  g_inExecAt = 0;
+  return sent != 0;
+}
+
+}  // namespace
+
+Slot ExecuteAt(HWND window, Slot* slots) {
+  if (!IsText(reinterpret_cast<const void*>(slots[0]))) return 0;
+  if (!IsHostWindow(window)) {
+    ReportError({"The 1st parameter of ExecAt is invalid.", "ExecAtの第１パラメータが正しくありません。"});
+    return 0;
+  }
+  const HWND host = FindHostWindow(SearchMode::kFrameTarget, false, 0);
+  const bool elsewhere = host != nullptr && host != window;
+  if (elsewhere) Tell(host, kCodeWaitBegins);
+  DWORD_PTR answer = 0;
+  const bool answered = SendAndWait(window, slots, &answer);
+  if (elsewhere) EndWait(host);
+  if (answered) return static_cast<Slot>(answer);
+  ReportError({"ExecAt dead locked or timed out.",
+               "ExecAtでデッドロックが発生したか、または処理が終わるのを待ちきれませんでした。"});
+  return 0;
+}
+
+}  // namespace wfinfo
