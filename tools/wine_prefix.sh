@@ -19,7 +19,8 @@ wine_prefix_start() {
     touch "$WINEPREFIX/wfinfo-ready"
   fi
   # A server that stays: later starts take milliseconds. The quiet boot keeps services off our standard output.
-  wineserver -p </dev/null >/dev/null 2>&1
+  # (It answers with an error when one runs already.)
+  wineserver -p </dev/null >/dev/null 2>&1 || true
   timeout 120 wine wineboot </dev/null >/dev/null 2>&1
 }
 
