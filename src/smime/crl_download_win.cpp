@@ -41,7 +41,9 @@ class Body {
   bool Read(HINTERNET request, DWORD* got) {
     auto* const bytes = static_cast<BYTE*>(LocalLock(block_));
     const bool done = bytes != nullptr && g_winInet.InternetReadFile(request, bytes + used_, room(), got);
-    if (bytes != nullptr) LocalUnlock(block_);
+    const DWORD error = GetLastError();
+    if (bytes != nullptr) LocalUnlock(block_);  // which clears the last error
+    SetLastError(error);
     if (done) used_ += *got;
     return done;
   }
