@@ -5,6 +5,8 @@
 #include <string>
 
 #include "external/pgp_state_win.h"
+#include "smime/cert_choice_dialog_win.h"
+#include "smime/import_win.h"
 #include "smime/smime_engine_win.h"
 #include "smime/support.h"
 #include "support/library.h"
@@ -130,6 +132,29 @@ void Balance(const Arguments& a) {
   Print("held", crypto.open_certs() + 1000LL * crypto.open_stores() + 1000000LL * crypto.open_chains());
 }
 
+// Shows dialog 105 or 107 for some seconds, to be looked at.
+void Show(const Arguments& a) {
+  const auto wait = static_cast<DWORD>(std::atoi(a[2].c_str())) * 1000;
+  DialogDriver driver(IDCANCEL, [wait](HWND dialog) {
+    Sleep(wait);
+    PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+  });
+  if (a[1] == "105") {
+    wfinfo::smime::ImportRow rows[] = {{0, "Alice Example", 0, true, false},
+                                       {1, "Sample Intermediate", 1, true, true},
+                                       {2, "Sample Root", 2, false, false},
+                                       {3, "An Authority With a Rather Long Name", 1, true, false}};
+    wfinfo::smime::AskForImport(rows, 4, nullptr);
+    return;
+  }
+  Authority authority("Sample Intermediate Authority");
+  const PCCERT_CONTEXT certs[] = {authority.Issue(ForEmail("alice@example.org")),
+                                  authority.Issue(ForEmail("alice@example.org"))};
+  wfinfo::smime::LoadCryptoLibrary();
+  const wfinfo::smime::Candidate candidates[] = {{certs[0], true}, {certs[1], false}};
+  wfinfo::smime::ChooseCertificate(candidates, 2, "alice@example.org");
+}
+
 }  // namespace
 
 int RunTool(int count, char** arguments) {
@@ -143,8 +168,12 @@ int RunTool(int count, char** arguments) {
     MultiByteToWideChar(932, 0, text, -1, wide.data(), static_cast<int>(wide.size()));
     return static_cast<Slot>(reinterpret_cast<INT_PTR>(wide.data()));
   });
-  BoxCloser boxes;
   const std::string& command = a[0];
+  if (command == "show") {
+    Show(a);
+    return 0;
+  }
+  BoxCloser boxes;
   if (command == "make") Make(a);
   if (command == "decrypt") Decrypt(a);
   if (command == "verify") Verify(a);

@@ -13,6 +13,7 @@ namespace wfinfo_test {
 //   revoke MESSAGE [TIMES]      verify, then check the revocation of the signer
 //   import MESSAGE              verify, then register the certificates quietly
 //   balance MESSAGE ENVELOPE N  decrypts, verifies and signs N times and prints what is still held
+//   show 105|107 SECONDS        shows a dialog of the library
 int RunTool(int count, char** arguments);
 
 }  // namespace wfinfo_test
