@@ -1,8 +1,10 @@
 #include "export_caller_win.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <vector>
 
 #include "catalogue/rows.h"
 #include "charset.h"
@@ -22,6 +24,9 @@ using AnyExport = Slot (*)(Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot,
 
 constexpr UINT_PTR kLongestResult = UINT_PTR{1} << 30;  // bytes
 
+// Addresses of the texts in the calls under way; a call may lead to others.
+std::vector<Slot> g_passed_texts;
+
 // Keeps the texts of a call alive while it lasts.
 class Slots {
  public:
@@ -31,6 +36,9 @@ class Slots {
       slots_[i] = SlotOf(parameters[i], wide);
     }
   }
+  ~Slots() { g_passed_texts.resize(g_passed_texts.size() - texts_.size()); }
+  Slots(const Slots&) = delete;
+  Slots& operator=(const Slots&) = delete;
 
   Slot Call(AnyExport call) const {
     const auto& s = slots_;
@@ -43,7 +51,9 @@ class Slots {
     // Copies: an export may write to what it is given.
     if (wide)
       return reinterpret_cast<Slot>(wides_.emplace_back(SystemCharsets().FromHostText(value.Text())).data());
-    return reinterpret_cast<Slot>(texts_.emplace_back(value.Text()).data());
+    const auto address = reinterpret_cast<Slot>(texts_.emplace_back(value.Text()).data());
+    g_passed_texts.push_back(address);
+    return address;
   }
 
   std::array<Slot, kMostParameters> slots_{};
@@ -64,6 +74,10 @@ std::variant<Value, Complaint> ResultOf(const Row& row, Slot result) {
 }
 
 }  // namespace
+
+bool IsPassedText(long long value) {
+  return std::find(g_passed_texts.begin(), g_passed_texts.end(), value) != g_passed_texts.end();
+}
 
 std::variant<Value, Complaint> CallExport(const Library& library, const std::string& name,
                                           std::span<const Value> parameters) {

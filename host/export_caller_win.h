@@ -14,4 +14,8 @@ namespace wrenfold {
 std::variant<macro::Value, macro::Complaint> CallExport(const Library& library, const std::string& name,
                                                         std::span<const macro::Value> parameters);
 
+// True when `value` is the address of a text that a macro gave in a call under way: exports whose further
+// parameters nobody names hand them on as they lie.
+bool IsPassedText(long long value);
+
 }  // namespace wrenfold

@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include "macro_syntax.h"
@@ -43,6 +44,10 @@ class Interpreter {
 
   // Variables stay from one run to the next. nullopt when all went well.
   std::optional<Problem> Run(const Program& program);
+
+  void SetVariable(std::string name, Value value) {
+    variables_.insert_or_assign(std::move(name), std::move(value));
+  }
 
   // Value of the last statement that Run carried out, when it was an expression; for the prompt.
   const std::optional<Value>& last_value() const { return last_value_; }

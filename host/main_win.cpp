@@ -22,6 +22,7 @@
 #include "library_win.h"
 #include "macro_check.h"
 #include "macro_run.h"
+#include "macro_runner.h"
 #include "prompt.h"
 #include "request_server_win.h"
 #include "terminal_text.h"
@@ -34,11 +35,6 @@ namespace {
 constexpr int kFine = 0;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
-
-Terminal& TheTerminal() {
-  static Terminal terminal;
-  return terminal;
-}
 
 int Fail(const std::string& reason, int code = kFailed) {
   TheTerminal().Error("wrenfold: " + reason + "\n");
@@ -70,15 +66,20 @@ std::string Located(const std::string& file, const macro::Problem& problem) {
          problem.text;
 }
 
-std::variant<LoadedMacro, std::string> LoadMacro(const std::string& file) {
-  std::ifstream stream(PathFromUtf8(file), std::ios::binary);
-  const std::string source{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (!stream.is_open() || stream.bad()) return "cannot read the macro " + file;
-  auto parsed = macro::Parse(source, {ToHost, false});
+std::variant<LoadedMacro, std::string> ReadMacro(const std::string& file, const std::string& source,
+                                                 bool bare_expressions) {
+  auto parsed = macro::Parse(source, {ToHost, bare_expressions});
   if (const auto* problem = std::get_if<macro::Problem>(&parsed)) return Located(file, *problem);
   auto program = std::get<macro::Program>(std::move(parsed));
   if (const auto problem = macro::CheckCalls(program, CheckCallForm)) return Located(file, *problem);
   return LoadedMacro{file, std::move(program)};
+}
+
+std::variant<LoadedMacro, std::string> LoadMacro(const std::string& file) {
+  std::ifstream stream(PathFromUtf8(file), std::ios::binary);
+  const std::string source{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  if (!stream.is_open() || stream.bad()) return "cannot read the macro " + file;
+  return ReadMacro(file, source, false);
 }
 
 class LibraryHost : public macro::MacroHost {
@@ -102,6 +103,33 @@ class LibraryHost : public macro::MacroHost {
  private:
   const Library& library_;
   RequestServer& server_;
+};
+
+// What a macro has another window run: a macro of its own, with variables of its own.
+class OtherWindowsMacros : public MacroRunner {
+ public:
+  explicit OtherWindowsMacros(macro::MacroHost& host) : host_(host) { SetMacroRunner(this); }
+  ~OtherWindowsMacros() override { SetMacroRunner(nullptr); }
+
+  std::optional<macro::Value> RunMacro(std::string_view macro,
+                                       std::span<const macro::Value> parameters) override {
+    const auto loaded = Load(SystemCharsets().HostToUtf8(macro));
+    if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason), std::nullopt;
+    const auto& [file, program] = std::get<LoadedMacro>(loaded);
+    macro::Interpreter interpreter(host_);
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+      interpreter.SetVariable("p" + std::to_string(i + 1), parameters[i]);
+    }
+    if (const auto problem = interpreter.Run(program)) return Fail(Located(file, *problem)), std::nullopt;
+    return interpreter.last_value().value_or(macro::Value(1));
+  }
+
+ private:
+  static std::variant<LoadedMacro, std::string> Load(const std::string& text) {
+    return text.ends_with(".macro") ? LoadMacro(text) : ReadMacro("macro", text, true);
+  }
+
+  macro::MacroHost& host_;
 };
 
 // --- Prompt ---
@@ -183,6 +211,7 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
   const Windows windows(server);
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server);
+  const OtherWindowsMacros other_windows(host);
   macro::Interpreter interpreter(host);
   int result = RunMacros(macros, interpreter);
   if (result == kFine && options.prompt) result = RunPrompt(interpreter, state);

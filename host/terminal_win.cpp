@@ -74,4 +74,9 @@ bool Terminal::ReadMore() {
   return !ended_;
 }
 
+Terminal& TheTerminal() {
+  static Terminal terminal;
+  return terminal;
+}
+
 }  // namespace wrenfold

@@ -38,4 +38,7 @@ class Terminal {
   std::string pending_;  // read, but not yet given out
 };
 
+// The one of this program.
+Terminal& TheTerminal();
+
 }  // namespace wrenfold
