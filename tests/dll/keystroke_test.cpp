@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
+#include <utility>
 
 #include "support/library.h"
 #include "support/private_library_win.h"
@@ -212,17 +212,32 @@ TEST(MoveHook, ItKeepsSizeAndOrder) {
   EXPECT_EQ(GetWindow(window, GW_HWNDPREV), above);
 }
 
+// A hook in front of the library's: tells it of a child window's activation first, then of the real one.
+HHOOK g_testHook = nullptr;
+HWND g_toldOf = nullptr;
+
+LRESULT CALLBACK TellOfTheChild(int event, WPARAM wparam, LPARAM lparam) {
+  if (event == HCBT_ACTIVATE && g_toldOf != nullptr) {
+    CallNextHookEx(g_testHook, HCBT_ACTIVATE, reinterpret_cast<WPARAM>(std::exchange(g_toldOf, nullptr)),
+                   lparam);
+  }
+  return CallNextHookEx(g_testHook, event, wparam, lparam);
+}
+
 TEST(MoveHook, AChildWindowDoesNotUseItUp) {
   ScriptedHost host;
   SetActiveWindow(host.frame());
-  SetWindowMoveHook(70, 80);
   const HWND child = CreateWindowExA(0, "Button", "", WS_CHILD | WS_VISIBLE, 3, 4, 9, 9, host.frame(),
                                      nullptr, nullptr, nullptr);
   const POINT place = PlaceOf(child);
-  SetActiveWindow(child);
-  EXPECT_TRUE(IsAt(child, place.x, place.y));
+  SetWindowMoveHook(70, 80);
+  g_toldOf = child;
+  g_testHook = SetWindowsHookExA(WH_CBT, &TellOfTheChild, nullptr, GetCurrentThreadId());
   const HWND window = host.OpenWindow("MovedWindow");
   SetActiveWindow(window);
+  UnhookWindowsHookEx(g_testHook);
+  EXPECT_EQ(g_toldOf, nullptr) << "the hook was told";
+  EXPECT_TRUE(IsAt(child, place.x, place.y));
   EXPECT_TRUE(IsAt(window, 70, 80));
 }
 
