@@ -231,7 +231,7 @@ TEST(MapiCommandLine, RandomMailsNeverOutgrowTheirBlock) {
     std::vector<FileRecord> files;
     for (std::size_t i = 0; i + 1 < kept.size(); i += 2) {
       if (random() % 4 != 0) {
-        recipients.push_back({0, random() % 5, text(&kept[i]), text(&kept[i + 1]), 0, nullptr});
+        recipients.push_back({0, static_cast<std::uint32_t>(random() % 5), text(&kept[i]), text(&kept[i + 1]), 0, nullptr});
       } else {
         files.push_back({0, 0, 0, text(&kept[i]), text(&kept[i + 1]), nullptr});
       }
