@@ -269,8 +269,11 @@ TEST(MoveHook, UnloadingTheLibraryTakesItBack) {
   ASSERT_EQ(library.Export("SetWindowMoveHook", &SetWindowMoveHook)(70, 80), 1);
   library.Unload();
   const HWND window = host.OpenWindow("MovedWindow");
+  const POINT place = PlaceOf(window);
+  SetActiveWindow(host.frame());
   SetActiveWindow(window);
-  EXPECT_FALSE(IsAt(window, 70, 80));
+  EXPECT_TRUE(IsAt(window, place.x, place.y));
+  EXPECT_FALSE(library.IsLoaded()) << "a hook that is left has the system load the library again";
 }
 
 // --- Where keys of the HTML viewer go ---

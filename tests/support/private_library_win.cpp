@@ -24,7 +24,9 @@ PrivateLibrary::PrivateLibrary() {
 void PrivateLibrary::Unload() {
   if (module_ == nullptr) return;
   FreeLibrary(std::exchange(module_, nullptr));
-  EXPECT_EQ(GetModuleHandleA(kName), nullptr) << "still loaded";
+  EXPECT_FALSE(IsLoaded());
 }
+
+bool PrivateLibrary::IsLoaded() { return GetModuleHandleA(kName) != nullptr; }
 
 }  // namespace wfinfo_test

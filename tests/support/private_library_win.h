@@ -21,6 +21,8 @@ class PrivateLibrary {
   }
   // Unloads the copy and makes sure that it is gone.
   void Unload();
+  // Whether the copy is in the process, whoever loaded it.
+  static bool IsLoaded();
 
  private:
   TempFolder folder_;
