@@ -3,7 +3,9 @@
 #include <array>
 #include <cstdint>
 
+#include "text/address_blanks.h"
 #include "text/address_bytes.h"
+#include "text/address_quick.h"
 #include "text/display_name.h"
 #include "text/host_text.h"
 
@@ -14,7 +16,7 @@ namespace {
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::size_t kQuoteRunLimit = 31;  // bytes of quotes that open one section
 
-constexpr bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+constexpr bool IsBlank(char c) { return IsAddressBlank(c); }
 constexpr bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 constexpr bool IsSeparator(char c) { return c == ',' || c == ';'; }
 
@@ -52,13 +54,17 @@ constexpr auto kInsideKinds = MakeInsideKinds();
 class EntryScanner {
  public:
   EntryScanner(AddressBytes& bytes, std::size_t begin, const AddressSyntax& syntax)
-      : text_(bytes.text()), bytes_(bytes), begin_(begin), at_(begin), utf8_(syntax.code_page == kCodePageUtf8), words_(syntax.decode_words) {
-    SkipLeadingBlanks();
-    begin_ = at_;
+      : text_(bytes.text()),
+        bytes_(bytes),
+        utf8_(syntax.code_page == kCodePageUtf8),
+        words_(syntax.decode_words) {
+    begin_ = at_ = SkipAddressBlanks(text_, begin);
     stop_ = text_.size() - begin_ < kEntryLimit ? text_.size() : begin_ + kEntryLimit;
   }
 
   AddressEntry Scan();
+  // The same for an entry that the masks understand; false for any other.
+  bool ScanQuick(AddressEntry* entry);
 
  private:
   char At(std::size_t position) const { return position < text_.size() ? text_[position] : '\0'; }
@@ -71,8 +77,7 @@ class EntryScanner {
     return stop_ - begin_ >= kEntryLimit ? AddressError::kEntryTooLong : AddressError::kOpenSection;
   }
 
-  void SkipLeadingBlanks();
-  std::size_t FoldAt(std::size_t position) const;
+  std::size_t FoldAt(std::size_t position) const { return AddressFoldAt(text_, position); }
   bool StepInside();
   AddressError SkipQuoted();
   AddressError SkipQuoteRun();
@@ -98,24 +103,6 @@ class EntryScanner {
   bool utf8_;
   bool words_;
 };
-
-// Length of the line break at `position` when a blank follows it, else 0.
-std::size_t EntryScanner::FoldAt(std::size_t position) const {
-  const std::size_t length = At(position) == '\r' && At(position + 1) == '\n' ? 2 : 1;
-  return IsBlank(At(position + length)) ? length : 0;
-}
-
-void EntryScanner::SkipLeadingBlanks() {
-  while (at_ < text_.size()) {
-    if (IsBlank(text_[at_])) {
-      ++at_;
-    } else if (const std::size_t fold = IsLineEnd(text_[at_]) ? FoldAt(at_) : 0; fold > 0) {
-      at_ += fold;
-    } else {
-      return;
-    }
-  }
-}
 
 // One step inside a section; false at its line's end. A backslash takes a byte from 32 to 128 with it.
 bool EntryScanner::StepInside() {
@@ -399,6 +386,24 @@ AddressEntry EntryScanner::Scan() {
   return entry;
 }
 
+bool EntryScanner::ScanQuick(AddressEntry* entry) {
+  QuickAddress quick;
+  if (utf8_ || words_ || begin_ >= text_.size()) return false;
+  if (!BestAddressKernels().scan(text_.substr(begin_), &quick) || quick.end == 0) return false;
+  const bool bracket = quick.open < quick.end;
+  const std::size_t from = begin_ + (bracket ? quick.open + 1 : 0);
+  const std::size_t to = begin_ + quick.close;
+  // Blanks at the end and apostrophes around the address: the scanner knows what to make of them.
+  if (IsBlank(text_[to - 1]) || text_[from] == '\'') return false;
+  const std::size_t end = begin_ + quick.end;
+  entry->error = AddressError::kNone;
+  entry->text = Between(begin_, end);
+  entry->name = bracket ? Between(begin_, TrimmedEnd(begin_, begin_ + quick.open)) : std::string_view();
+  entry->address = Between(from, to);
+  entry->next = end + (end < text_.size() ? 1 : 0);
+  return true;
+}
+
 // Copies `part`, which fits, leaving out its line breaks when `unfold`. Bytes of an escape that look like line ends
 // stay.
 void StorePart(std::string_view part, bool unfold, char* destination) {
@@ -414,13 +419,26 @@ void StorePart(std::string_view part, bool unfold, char* destination) {
 
 AddressEntry ScanAddressEntry(std::string_view list, std::size_t at, const AddressSyntax& syntax) {
   AddressBytes bytes(list);
-  return EntryScanner(bytes, at, syntax).Scan();
+  EntryScanner scanner(bytes, at, syntax);
+  AddressEntry entry;
+  return scanner.ScanQuick(&entry) ? entry : scanner.Scan();
 }
 
 bool AddressReader::Read() {
-  entry_ = EntryScanner(bytes_, at_, {}).Scan();
+  EntryScanner scanner(bytes_, at_, {});
+  if (!scanner.ScanQuick(&entry_)) entry_ = scanner.Scan();
   at_ = entry_.next;
   return entry_.error == AddressError::kNone;
+}
+
+std::size_t AddressReader::CountRest() {
+  std::size_t count = 0;
+  do {
+    count += BestAddressKernels().count(bytes_.text(), &at_);
+    entry_ = EntryScanner(bytes_, at_, {}).Scan();
+    at_ = entry_.next;
+  } while (entry_.error == AddressError::kNone && ++count > 0);
+  return count;
 }
 
 AddressEntry SplitAddressEntry(std::string_view list, AddressParts* parts, const AddressSyntax& syntax) {

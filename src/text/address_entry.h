@@ -74,6 +74,8 @@ class AddressReader {
   // Reads the next entry; false at the end of the list or at a malformed entry.
   bool Read();
   const AddressEntry& entry() const { return entry_; }
+  // Reads on to the end or the first malformed entry and tells how many entries that were.
+  std::size_t CountRest();
 
  private:
   AddressBytes bytes_;

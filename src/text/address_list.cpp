@@ -4,11 +4,7 @@
 
 namespace wfinfo {
 
-std::size_t CountAddresses(std::string_view list) {
-  std::size_t count = 0;
-  for (AddressReader reader(list); reader.Read();) ++count;
-  return count;
-}
+std::size_t CountAddresses(std::string_view list) { return AddressReader(list).CountRest(); }
 
 std::string_view NthAddress(std::string_view list, std::size_t n) {
   AddressReader reader(list);

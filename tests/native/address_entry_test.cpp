@@ -10,6 +10,7 @@
 #include "support/slow_address_entry.h"
 #include "text/address_bytes.h"
 #include "text/address_list.h"
+#include "text/address_quick.h"
 #include "text/host_text.h"
 
 namespace wfinfo {
@@ -339,6 +340,68 @@ TEST(AddressListProperty, TheFastParserAgreesWithThePlainOne) {
         ASSERT_EQ(fast.text, slow.text) << list;
         at = fast.next;
       }
+    }
+  }
+}
+
+// What the masks of each instruction set understand, they understand as the plain parser does.
+TEST(AddressKernels, AgreeWithThePlainParserWhereTheyUnderstand) {
+  for (const AddressKernels& kernels : RunnableAddressKernels()) {
+    Random random(8);
+    std::size_t understood = 0;
+    for (int round = 0; round < 20000; ++round) {
+      const std::string list = Garbage(random);
+      const std::size_t begin = list.find_first_not_of(" \t\r\n");
+      QuickAddress quick;
+      if (begin == std::string::npos || !kernels.scan(std::string_view(list).substr(begin), &quick)) continue;
+      ++understood;
+      const wfinfo_test::SlowAddressEntry slow(list, begin);
+      ASSERT_EQ(slow.error, AddressError::kNone) << kernels.name << ": " << list;
+      const std::size_t end = begin + quick.end;
+      ASSERT_EQ(end + (end < list.size() ? 1 : 0), slow.next) << kernels.name << ": " << list;
+      if (quick.open < quick.end) {
+        ASSERT_EQ(quick.close + 1, quick.end);
+        ASSERT_EQ(list.substr(begin, quick.open).rfind(slow.name, 0), 0u) << list;
+      } else {
+        ASSERT_TRUE(slow.name.empty()) << list;
+      }
+    }
+    EXPECT_EQ(understood > 1000, std::string_view(kernels.name) != "scanner") << kernels.name << understood;
+  }
+}
+
+TEST(AddressKernels, CountAsThePlainParserDoesAsFarAsTheyGo) {
+  for (const AddressKernels& kernels : RunnableAddressKernels()) {
+    Random random(9);
+    for (int round = 0; round < 6000; ++round) {
+      const std::string list = Garbage(random);
+      std::size_t at = 0;
+      const std::size_t count = kernels.count(list, &at);
+      std::size_t plain_at = 0;
+      for (std::size_t i = 0; i < count; ++i) {
+        const wfinfo_test::SlowAddressEntry slow(list, plain_at);
+        ASSERT_EQ(slow.error, AddressError::kNone) << kernels.name << ": " << list;
+        plain_at = slow.next;
+      }
+      ASSERT_EQ(at, plain_at) << kernels.name << ": " << list;
+    }
+  }
+}
+
+TEST(AddressKernels, UnderstandTheCommonShapes) {
+  const std::string_view common[] = {
+      "taro@example.com, b@c",
+      "Taro Yamada <taro@example.com>, b@c",
+      "\"Yamada, Taro\" <taro@example.com>",
+      "\"Taro \\\"T\\\" Yamada\" <taro@example.com>; x",
+      "Taro (Sales, Osaka) <taro@example.com>",
+      "\x8E\x52\x93\x63\x81\x40\x91\xBE\x98\x59 <taro@example.com>",
+      "\x83\x5C\x83\x5C <a@b>",
+  };
+  for (const AddressKernels& kernels : RunnableAddressKernels().subspan(1)) {
+    for (const std::string_view list : common) {
+      QuickAddress quick;
+      EXPECT_TRUE(kernels.scan(list, &quick)) << kernels.name << ": " << list;
     }
   }
 }
