@@ -18,6 +18,7 @@
 #include "export_caller_win.h"
 #include "export_help.h"
 #include "frame_win.h"
+#include "host_functions_win.h"
 #include "host_state.h"
 #include "library_win.h"
 #include "macro_check.h"
@@ -56,6 +57,11 @@ bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LA
 
 // --- Macros ---
 
+// Whether a call in a macro can be right: of an export, or of one of the host's own functions.
+std::optional<std::string> CheckMacroCall(const std::string& name, std::size_t parameters) {
+  return IsHostFunction(name) ? CheckHostFunction(name, parameters) : CheckCallForm(name, parameters);
+}
+
 struct LoadedMacro {
   std::string file;  // as given
   macro::Program program;
@@ -71,7 +77,7 @@ std::variant<LoadedMacro, std::string> ReadMacro(const std::string& file, const 
   auto parsed = macro::Parse(source, {ToHost, bare_expressions});
   if (const auto* problem = std::get_if<macro::Problem>(&parsed)) return Located(file, *problem);
   auto program = std::get<macro::Program>(std::move(parsed));
-  if (const auto problem = macro::CheckCalls(program, CheckCallForm)) return Located(file, *problem);
+  if (const auto problem = macro::CheckCalls(program, CheckMacroCall)) return Located(file, *problem);
   return LoadedMacro{file, std::move(program)};
 }
 
@@ -88,13 +94,14 @@ class LibraryHost : public macro::MacroHost {
 
   std::variant<macro::Value, macro::Complaint> Call(const std::string& name,
                                                     std::span<const macro::Value> parameters) override {
+    if (IsHostFunction(name)) return CallHostFunction(name, parameters);
     server_.set_calling(name);
     auto result = CallExport(library_, name, parameters);
     server_.set_calling("");
     return result;
   }
   bool HasFunction(std::string_view name) const override {
-    return wfinfo::catalogue::FindRow(name) != nullptr;
+    return IsHostFunction(name) || wfinfo::catalogue::FindRow(name) != nullptr;
   }
   void Print(std::string_view line) override { TheTerminal().Out(Shown(line) + "\n"); }
   // Timers and posted messages of the library have their turn between statements.

@@ -17,6 +17,7 @@
 #   mallory   mallory@example.org, signed by itself
 #   ldap      ldap@example.org, its revocation list is at an LDAP address
 #   root.crl, mid.crl           revocation lists (DER); mid_old.crl: one that is no longer valid
+#   signed.eml, detached.eml    mails that alice signed, for samples/macros/smime/verify.macro
 set -euo pipefail
 folder=${1:?make_pki.sh FOLDER [URL]}
 url=${2:-http://127.0.0.1:8087}
@@ -115,4 +116,13 @@ list root root "-1 day" "+1 month"
 list mid mid "-1 day" "+1 month"
 list mid_old mid "-1 month" "-1 day"
 cat root.pem mid.pem >chain.pem
+
+# mail NAME OPTION: a mail from alice to bob.
+mail() {
+  printf 'Content-Type: text/plain\r\n\r\nHello Bob, this is Alice.\r\n' |
+    openssl cms -sign "$2" -binary -signer alice.pem -inkey alice.key -certfile mid.pem -from alice@example.org \
+      -to bob@example.org -subject "A signed mail" -out "$1"
+}
+mail signed.eml -nodetach
+mail detached.eml -crlfeol
 rm -f -- *.old 1[0-9A-F][0-9A-F][0-9A-F].pem

@@ -1,0 +1,73 @@
+"""S/MIME in the small host: a mail that OpenSSL signed is verified, its certificates are registered and checked for
+revocation by macros. As in test_smime.py, a stand-in takes the place of Wine's crypt32."""
+import os
+import pathlib
+import subprocess
+import unittest
+
+import smime_peer
+from smime_peer import GOOD, Lists
+
+HOST = os.environ["WFINFO_HOST"]
+MACROS = smime_peer.SOURCE / "samples/macros/smime"
+
+
+@unittest.skipUnless(smime_peer.is_possible() and pathlib.Path(HOST).exists(), "no stand-in crypt32, or no host")
+class SmimeHost(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.world = smime_peer.Surroundings()
+        cls.addClassCleanup(cls.world.close)
+        for name in ("alice", "bob"):
+            cls.world.install("My", name, with_key=True)
+
+    def run_macro(self, macro, mail="signed.eml"):
+        done = subprocess.run(["wine", HOST, "--mail", mail, "--macro", str(macro)], cwd=self.world.pki,
+                              env=self.world.environment, stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
+        self.assertEqual(done.returncode, 0, done.stderr.decode())
+        return done.stdout.decode()
+
+    def run_lines(self, *lines):
+        return self.run_macro(self.world.write("test.macro", "\n".join(lines).encode()))
+
+    def serve(self):
+        Lists.asked = []
+        Lists.files = {f"/{name}.crl": (self.world.pki / f"{name}.crl").read_bytes() for name in ("mid", "root")}
+
+    def test_opaque_and_detached_mails_are_verified(self):
+        out = self.run_lines(
+            'print HostReadSmime("signed.eml")',
+            'print SMIMEVerify(HostSmimeMessage(), HostSmimeMessageSize(), null, 0, "alice@example.org", null)',
+            'print PgpGetSMIMEOutputSize()',
+            'print HostReadSmime("detached.eml")',
+            'print SMIMEVerify(HostSmimeMessage(), HostSmimeMessageSize(), HostSmimeContent(), HostSmimeContentSize(), null, null)',
+            'store = RetrieveCertificate()',
+            'print store != 0, " ", RetrieveCertificate(), " ", FreeCertificate(store)')
+        self.assertEqual(out, "0\nContent-Type: text/plain\n\nHello Bob, this is Alice.\n\n55\n1\nOK\n1 0 1\n")
+
+    def test_revocation_is_checked_through_the_host(self):
+        self.serve()
+        out = self.run_lines(
+            'HostReadSmime("signed.eml")',
+            'SMIMEVerify(HostSmimeMessage(), HostSmimeMessageSize(), null, 0, null, null)',
+            'window = HostNewReport("")',
+            'store = RetrieveCertificate()',
+            'print SMIMEVerifyRevocation(store, window), " ", FreeCertificate(store)',
+            'print HostReportText(window)')
+        self.assertTrue(out.startswith("1 1\n"), out)
+        self.assertEqual(Lists.asked, ["/mid.crl", "/root.crl"])
+
+    def test_what_is_no_smime_mail_is_told(self):
+        macro = self.world.write("wrong.macro", b'HostReadSmime("pki.cnf")')
+        done = subprocess.run(["wine", HOST, "--mail", "signed.eml", "--macro", str(macro)], cwd=self.world.pki,
+                              env=self.world.environment, stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("pki.cnf is no S/MIME mail", done.stderr.decode())
+        macro = self.world.write("wrong.macro", b'HostReadSmime()')
+        done = subprocess.run(["wine", HOST, "--mail", "signed.eml", "--macro", str(macro)], cwd=self.world.pki,
+                              env=self.world.environment, stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
+        self.assertIn("HostReadSmime takes 1 parameter", done.stderr.decode())
+
+
+if __name__ == "__main__":
+    unittest.main()
