@@ -3,21 +3,22 @@
 #include <cstring>
 #include <string_view>
 
-#include "text/host_text.h"
-
 namespace wfinfo {
 
 HINSTANCE g_hInstance = nullptr;
 
 namespace {
 
-// Where the last path component of `path` begins.
+// Where the last path component of `path` begins. A path is text of the system's code page, not host text: an
+// accented letter in front of a backslash is no lead byte in code page 1252.
 std::size_t FileNameStart(std::string_view path) {
   std::size_t start = 0;
-  for (std::size_t at = 0; at < path.size();) {
-    const std::size_t length = UnitLength(path.substr(at));
-    if (length == 1 && path[at] == '\\') start = at + 1;
-    at += length;
+  for (std::size_t at = 0; at < path.size(); ++at) {
+    if (IsDBCSLeadByte(static_cast<BYTE>(path[at]))) {
+      ++at;
+    } else if (path[at] == '\\') {
+      start = at + 1;
+    }
   }
   return start;
 }

@@ -1,9 +1,11 @@
 // Error reports, their cut, the parameter check and the debug log.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 
 #include "support/library.h"
 #include "support/scripted_host_win.h"
@@ -19,6 +21,29 @@ TEST(Report, ANumberForATextIsReportedInBothLanguages) {
   host.SetLanguage(Language::kJapanese);
   EXPECT_STREQ(DecodeHeader(kNumberForText), "");
   host.ExpectMessages({StringMessageJapanese()});
+}
+
+// A text of which the caller chooses the end: the message without the address that the export names last.
+constexpr char kLongMessage[] =
+    "The target certificate not found in \"Personal\" certificate store. email address =  ";
+
+TEST(Report, AMessageKeepsItsFirst495BytesInWholeUnits) {
+  ScriptedHost host(Language::kEnglish);
+  const std::size_t rest = 495 - std::strlen(kLongMessage);
+  const auto report = [&host](const std::string& address) {
+    EXPECT_EQ(SelectCertCrcDialog(address.c_str()), 0u);
+    const std::vector<std::string> messages = host.TakeMessages();
+    return messages.size() == 1 ? messages[0].substr(std::strlen(kLongMessage)) : "no message";
+  };
+  const std::string fits(rest, 'a');
+  EXPECT_EQ(report(fits), fits) << "exactly 495 bytes";
+  EXPECT_EQ(report(fits + "b"), fits) << "one more";
+  EXPECT_EQ(report(fits.substr(1) + "\x83\x41"), fits.substr(1)) << "no half character";
+  EXPECT_EQ(report(fits.substr(2) + "\x83\x41"), fits.substr(2) + "\x83\x41");
+  for (std::size_t kept = 1; kept <= 3; ++kept) {
+    EXPECT_EQ(report(fits.substr(kept) + "\x1A\xA9\x80\x85"), fits.substr(kept)) << "no part of an escape";
+  }
+  EXPECT_EQ(report(fits.substr(4) + "\x1A\xA9\x80\x85"), fits.substr(4) + "\x1A\xA9\x80\x85");
 }
 
 TEST(Report, WithoutACallbackABoxOfTheHostShows) {
@@ -117,10 +142,13 @@ TEST_F(DebugLog, WithoutACallbackReportsAreLoggedAndShown) {
   EXPECT_TRUE(Log().ends_with(" WFINFO:(7178) WFINFO.DLL: " + std::string(kStringMessageEnglish) + "\r\n")) << Log();
 }
 
-// In code page 932 the folder's name holds a character whose second byte is a backslash.
+// In code page 932 the folder's name holds a character whose second byte is a backslash; elsewhere it ends with a
+// letter that would be a lead byte in 932, in front of the backslash.
 TEST_F(DebugLog, ARedirectionLibraryBesideUsTakesThePlaceOfTheRegistry) {
-  // A name with a double-byte character exists only where the code page is 932; elsewhere a plain one must do.
-  const std::filesystem::path beside = folder_ / (GetACP() == 932 ? L"\u8868" : L"beside");
+  std::filesystem::path beside = folder_ / (GetACP() == 932 ? L"\u8868" : L"caf\u00E9");
+  std::error_code no_such_name;
+  // In the C locale Wine's files have ASCII names only.
+  if (!std::filesystem::create_directories(beside, no_such_name)) beside = folder_ / "beside";
   std::filesystem::create_directories(beside);
   const std::filesystem::path built = std::filesystem::current_path();
   std::filesystem::copy_file(built / "WFINFO.dll", beside / "WFINFO.dll");
