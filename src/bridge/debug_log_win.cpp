@@ -38,11 +38,18 @@ void Write(HANDLE file, const char* text) {
   WriteFile(file, text, static_cast<DWORD>(std::strlen(text)), &written, nullptr);
 }
 
+// The host's logging function; null when the table cannot be read that far or has none.
+LoggingService HostLog() {
+  const void* const* const entry = g_hostServices + kLoggingService;
+  if (IsBadReadPtr(entry, sizeof *entry)) return nullptr;
+  return reinterpret_cast<LoggingService>(const_cast<void*>(*entry));
+}
+
 }  // namespace
 
 void WriteDebugLog(const char* text, unsigned number) {
   if (g_hostServices != nullptr) {
-    reinterpret_cast<LoggingService>(const_cast<void*>(g_hostServices[kLoggingService]))(text, number);
+    if (const LoggingService log = HostLog()) log(text, number);
     return;
   }
   char path[kHomeRoom + sizeof kLogName];

@@ -28,7 +28,9 @@ void NotifyWrenfoldInfo(const void* info) noexcept {
   if (IsBadReadPtr(info, offsetof(HostInfo, error_callback))) return;
   const auto& host = *static_cast<const HostInfo*>(info);
   wfinfo::g_useEnglish = static_cast<int>(host.use_english);
-  if (host.size >= sizeof(HostInfo)) wfinfo::g_errorCallback = host.error_callback;
+  if (host.size >= sizeof(HostInfo) && !IsBadReadPtr(info, sizeof(HostInfo))) {
+    wfinfo::g_errorCallback = host.error_callback;
+  }
 }
 
 int GetWFInfoVersion(void* services) noexcept {

@@ -61,5 +61,27 @@ TEST(Handover, ServicesReceiveLogLines) {
   GetWFInfoVersion(nullptr);
 }
 
+TEST(Handover, ATableWithoutALoggingFunctionLogsNothing) {
+  void* services[33] = {};
+  for (void* const table : {static_cast<void*>(services), reinterpret_cast<void*>(123)}) {
+    EXPECT_EQ(GetWFInfoVersion(table), 18);
+    EXPECT_EQ(DumpSmall("a line"), 1);
+  }
+  GetWFInfoVersion(nullptr);
+}
+
+TEST(Handover, ARecordThatEndsBeforeItsCallbackLeavesTheCallbackInPlace) {
+  ScriptedHost host(Language::kJapanese);
+  auto* const pages = static_cast<char*>(VirtualAlloc(nullptr, 8192, MEM_RESERVE, PAGE_NOACCESS));
+  ASSERT_NE(VirtualAlloc(pages, 4096, MEM_COMMIT, PAGE_READWRITE), nullptr);
+  auto* const record = reinterpret_cast<unsigned*>(pages + 4096 - 8);
+  record[0] = 16;
+  record[1] = 1;
+  NotifyWrenfoldInfo(record);
+  DumpSmall(kNumberForText);
+  host.ExpectMessages({kStringMessageEnglish});
+  VirtualFree(pages, 0, MEM_RELEASE);
+}
+
 }  // namespace
 }  // namespace wfinfo_test
