@@ -29,8 +29,8 @@ constexpr Slot kSpareRoom = 256;
 
 const char* RootText() { return SendHostRequestStr(kCodeRootText); }
 
-const char* RootHeaderValue(const char* text, const char* name, std::size_t index) {
-  const auto value = HeaderValue(text, HeaderName(name), index);
+const char* RootHeaderValue(const char* text, const HeaderName& name, std::size_t index) {
+  const auto value = HeaderValue(text, name, index);
   return value ? ReturnText(*value) : kNoText;
 }
 
@@ -73,7 +73,8 @@ Slot AskCurrentHeader(const char* name, char* room, Slot size, int n) {
 
 // The same for a value that is too long for the short-result buffer.
 const char* LongCurrentHeader(const char* name, Slot length, int n) {
-  char* const room = NewResultBlock(static_cast<std::size_t>(length + kSpareRoom));
+  // Added unsigned: a length that no memory can hold stays one.
+  char* const room = NewResultBlock(static_cast<std::size_t>(length) + static_cast<std::size_t>(kSpareRoom));
   if (room == nullptr) return kNoText;
   if (AskCurrentHeader(name, room, length + kSpareRoom, n) != length) {
     ReportError("CurrentHeader/CurrentHeader2 internal error ?");
@@ -87,12 +88,15 @@ const char* RootHeader(const char* name) noexcept { return RootHeader2(name, 0);
 
 const char* RootHeader2(const char* name, int n) noexcept {
   if (!IsText(name) || n < 0) return kNoText;
-  return RootHeaderValue(RootText(), name, static_cast<std::size_t>(n));
+  // Copied before the host is asked: the name may be a text of the host, which its next answer ends.
+  const HeaderName header(name);
+  return RootHeaderValue(RootText(), header, static_cast<std::size_t>(n));
 }
 
 long long CountRootHeader(const char* name) noexcept {
   if (!IsText(name)) return 0;
-  return static_cast<long long>(CountHeaders(RootText(), HeaderName(name)));
+  const HeaderName header(name);
+  return static_cast<long long>(CountHeaders(RootText(), header));
 }
 
 const char* SearchHeader(const char* name) noexcept { return RootHeader(name); }
@@ -103,8 +107,8 @@ const char* From() noexcept { return SearchHeader("From:"); }
 
 const char* RootReply() noexcept {
   const char* const text = RootText();
-  const char* const reply = RootHeaderValue(text, "Reply-To", 0);
-  return *reply != '\0' ? reply : RootHeaderValue(text, "From", 0);
+  const char* const reply = RootHeaderValue(text, HeaderName("Reply-To"), 0);
+  return *reply != '\0' ? reply : RootHeaderValue(text, HeaderName("From"), 0);
 }
 
 const char* AllRootHeader() noexcept {
@@ -158,7 +162,7 @@ const char* CurrentHeader2(const char* name, int n) noexcept {
   const StableText stable(name);
   g_resultText[0] = '\0';
   const Slot length = AskCurrentHeader(stable.get(), g_resultText, kShortResultSize, n);
-  if (length + 1 < static_cast<Slot>(kShortResultSize)) return g_resultText;
+  if (length < static_cast<Slot>(kShortResultSize - 1)) return g_resultText;
   return LongCurrentHeader(stable.get(), length, n);
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <functional>
 
 #include "support/library.h"
 #include "support/scripted_host_win.h"
@@ -27,6 +28,7 @@ class MessageText : public testing::Test {
     host_.Expect(1).Always().Do([this](const Request& request) {
       EXPECT_EQ(request.block, nullptr);
       ++root_texts_;
+      if (on_root_text_) on_root_text_();
       return static_cast<Slot>(reinterpret_cast<INT_PTR>(mail_.c_str()));
     });
   }
@@ -44,6 +46,7 @@ class MessageText : public testing::Test {
   ScriptedHost host_{Language::kEnglish};
   std::string mail_ = kMail;
   int root_texts_ = 0;
+  std::function<void()> on_root_text_;
 };
 
 TEST_F(MessageText, AHeaderIsFoundWithAndWithoutColonAndInAnyCase) {
@@ -284,6 +287,24 @@ TEST_F(MessageText, AResultMayNameTheHeaderThatIsAskedFor) {
   EXPECT_STREQ(CurrentHeader(RootHeader("Name")), "v");
   mail_ = "X: Y\r\nY: z\r\n\r\n";
   EXPECT_STREQ(RootHeader(RootHeader("X")), "z");
+}
+
+TEST_F(MessageText, ANameMayBeATextOfTheHostThatItsNextAnswerEnds) {
+  mail_ = "X: 1\r\nY: 2\r\n\r\n";
+  char name[] = "X";
+  on_root_text_ = [&name] { name[0] = 'Z'; };
+  EXPECT_STREQ(RootHeader(name), "1");
+  name[0] = 'Y';
+  EXPECT_EQ(CountRootHeader(name), 1);
+}
+
+TEST_F(MessageText, AnImpossibleLengthOfACurrentHeaderGivesNothing) {
+  for (const Slot length : {Slot{0x7FFFFFFFFFFFFFFF}, Slot{0x7FFFFFFFFFFFFF00}, Slot{1} << 60}) {
+    host_.Expect(3).Do([length](const Request&) { return length; });
+    EXPECT_STREQ(CurrentHeader("X"), "");
+  }
+  host_.Expect(3).Do([](const Request&) { return Slot{-1}; });
+  EXPECT_STREQ(CurrentHeader("X"), "");
 }
 
 TEST_F(MessageText, ABadNameSendsNothing) {
