@@ -44,6 +44,10 @@ void CheckField(wfinfo::CsvText& walker, const CsvReference& reference, std::siz
   std::string copy(field.size() + column % 20, '#');
   copy.resize(walker.CopyField(field, copy.data(), copy.size()));
   Require(copy == text);
+  std::string whole(field.size() + 1 + column % 40, '#');
+  whole.resize(walker.CopyColumn(column, whole.data(), whole.size()));
+  Require(whole == text);
+  Require(walker.CopyColumn(column, whole.data(), 0) == 0);
 }
 
 }  // namespace

@@ -14,12 +14,6 @@ namespace {
 // Owns the LocalAlloc block that is attached to it.
 constinit wfinfo::CsvText g_csv;
 
-// The field without its quoting in the `room` bytes of `out`, more than its length, terminated.
-char* Unquoted(std::string_view field, char* out, std::size_t room) {
-  out[g_csv.CopyField(field, out, room)] = '\0';
-  return out;
-}
-
 }  // namespace
 
 long long CSV_LoadFile(const char* name) noexcept {
@@ -49,10 +43,15 @@ long long CSV_GetMaxColumnCount() noexcept { return static_cast<long long>(g_csv
 
 const char* CSV_GetColumnText(int column) noexcept {
   if (!g_csv.IsAttached() || column < 0) return wfinfo::kNoText;
-  const std::string_view field = g_csv.Field(static_cast<std::size_t>(column));
-  if (field.size() < wfinfo::kShortResultSize)
-    return Unquoted(field, wfinfo::g_resultText, wfinfo::kShortResultSize);
+  const auto index = static_cast<std::size_t>(column);
+  const std::size_t length = g_csv.CopyColumn(index, wfinfo::g_resultText, wfinfo::kShortResultSize);
+  if (length < wfinfo::kShortResultSize) {
+    wfinfo::g_resultText[length] = '\0';
+    return wfinfo::g_resultText;
+  }
+  const std::string_view field = g_csv.Field(index);
   char* const block = wfinfo::NewResultBlock(field.size() + 1);
-  return block == nullptr ? wfinfo::kNoText
-                          : wfinfo::KeepLongResult(Unquoted(field, block, field.size() + 1));
+  if (block == nullptr) return wfinfo::kNoText;
+  block[g_csv.CopyField(field, block, field.size() + 1)] = '\0';
+  return wfinfo::KeepLongResult(block);
 }

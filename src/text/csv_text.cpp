@@ -3,6 +3,7 @@
 #include <emmintrin.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -53,6 +54,45 @@ bool CopyWithoutQuotes(std::string_view from, char* to) {
   return true;
 }
 
+constexpr std::size_t kBlock = 16;
+constexpr std::size_t kShortField = kBlock;    // bytes, quotes included
+constexpr std::size_t kShortRoom = 2 * kBlock;  // where a short field is copied to
+
+// Copies 16 bytes and tells which of them are quotes.
+inline std::uint32_t CopyBlock(const char* from, char* to) {
+  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), block);
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8('"'))));
+}
+
+// UnquoteCsvField from the quote on that ends the text or is doubled: `quotes` are those of the first bytes.
+[[gnu::noinline]] std::size_t CopyBetweenQuotes(const char* from, const char* end, char* out, std::uint32_t quotes) {
+  const char* const start = out;
+  while (quotes != 0) {
+    const auto length = static_cast<std::size_t>(std::countr_zero(quotes));
+    from += length + 1;
+    out += length;
+    if (from == end || *from != '"') return static_cast<std::size_t>(out - start);
+    ++from;
+    ++out;
+    quotes = CopyBlock(from, out) & ((1U << (end - from)) - 1);
+  }
+  return static_cast<std::size_t>(out - start + (end - from));
+}
+
+// UnquoteCsvField for a field of at most kShortField bytes, block by block. Behind the field kBlock bytes may be read,
+// and kShortRoom bytes of `out` may be written, whatever the length.
+inline std::size_t CopyShortField(const char* from, std::size_t size, char* out) {
+  const std::uint32_t within = (1U << size) - 1;
+  const std::uint32_t quotes = CopyBlock(from, out) & within;
+  if (quotes == 0) return size;
+  const std::uint32_t around = 1 | (within ^ within >> 1);  // the first and the last byte
+  const std::size_t quoted = quotes & 1;
+  const std::uint32_t left = CopyBlock(from + quoted, out) & within >> quoted;
+  if (quotes == around && size > 1) return size - 2;
+  return CopyBetweenQuotes(from + quoted, from + size, out, left);
+}
+
 }  // namespace
 
 void CsvLineIndex::Clear() {
@@ -98,6 +138,7 @@ void CsvText::MoveTo(std::size_t offset, std::size_t line) {
   cursor_ = offset;
   line_ = line;
   scanned_ = false;
+  quick_fields_ = 0;
   far_column_ = 0;
 }
 
@@ -139,6 +180,11 @@ void CsvText::Scan() {
   if (scanned_) return;
   current_ = kernels_->scan_line(Rest(), std::span(starts_));
   scanned_ = true;
+  if (current_.fields >= kKeptStarts || text_.data() + text_.size() < current_.end + kShortRoom) return;
+  // As if a field began behind the last one's separator.
+  const char* const behind = current_.last_field_end + 1;
+  starts_[current_.fields] = static_cast<std::uint32_t>(behind - (text_.data() + cursor_));
+  quick_fields_ = current_.fields;
 }
 
 std::size_t CsvText::ColumnCount() {
@@ -174,20 +220,27 @@ std::string_view CsvText::Field(std::size_t column) {
 }
 
 std::size_t CsvText::CopyField(std::string_view field, char* out, std::size_t room) const {
-  constexpr std::size_t kBlock = 16;
-  if (field.empty()) return 0;
-  const std::size_t quoted = field.starts_with('"');
-  const std::size_t closing = quoted & static_cast<std::size_t>(field.size() > 1 && field.back() == '"');
-  const char* const from = field.data() + quoted;
-  const std::size_t length = field.size() - quoted - closing;
-  const auto readable = static_cast<std::size_t>(text_.data() + text_.size() - from);
-  if (length > kBlock || room < kBlock || readable < kBlock) return UnquoteCsvField(field, out);
-  // A short field is copied as one block, with bytes behind it that nobody looks at.
-  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-  const auto quotes = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8('"'))));
-  if ((quotes & ((1U << length) - 1)) != 0) return UnquoteCsvField(field, out);
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
-  return length;
+  if (field.size() > kShortField || room < kShortRoom) return UnquoteCsvField(field, out);
+  const char* const end = field.data() + field.size();
+  if (field.empty() || text_.data() + text_.size() <= end + kBlock) return UnquoteCsvField(field, out);
+  return CopyShortField(field.data(), field.size(), out);
+}
+
+std::size_t CsvText::CopyColumn(std::size_t column, char* out, std::size_t room) {
+  if (column < quick_fields_ && room >= kShortRoom) {
+    // Behind a field stands a separator, or a closing quote with a field of its own right behind it.
+    const char* const line = text_.data() + cursor_;
+    const std::uint32_t start = starts_[column];
+    const std::uint32_t next = starts_[column + 1];
+    const std::size_t length = next - start - static_cast<std::uint32_t>(line[next - 1] != '"');
+    if (length <= kShortField) return CopyShortField(line + start, length, out);
+  }
+  return CopyAnyColumn(column, out, room);
+}
+
+[[gnu::noinline]] std::size_t CsvText::CopyAnyColumn(std::size_t column, char* out, std::size_t room) {
+  const std::string_view field = Field(column);
+  return field.size() < room ? CopyField(field, out, room) : room;
 }
 
 std::size_t UnquoteCsvField(std::string_view field, char* out) {

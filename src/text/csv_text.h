@@ -58,6 +58,8 @@ class CsvText {
   // Copies a field that Field gave without its quoting, as UnquoteCsvField does. `room` is at least its
   // length.
   std::size_t CopyField(std::string_view field, char* out, std::size_t room) const;
+  // Both at once, for a field of less than `room` bytes; gives `room` for a longer one, and nothing is copied.
+  std::size_t CopyColumn(std::size_t column, char* out, std::size_t room);
 
  private:
   static constexpr std::size_t kKeptStarts = 1024;
@@ -67,13 +69,15 @@ class CsvText {
   void MoveTo(std::size_t offset, std::size_t line);
   void Scan();
   std::size_t OffsetOf(std::size_t column);
+  std::size_t CopyAnyColumn(std::size_t column, char* out, std::size_t room);
 
   std::string_view text_{};
   const CsvKernels* kernels_ = nullptr;
   std::size_t cursor_ = 0;  // offset of the current line
   std::size_t line_ = 0;    // its number
-  bool scanned_ = false;    // the next four speak of the current line
+  bool scanned_ = false;    // the next five speak of the current line
   CsvLine current_{};
+  std::size_t quick_fields_ = 0;  // its fields when starts_ has one more, far from the end of the text; else 0
   std::uint32_t starts_[kKeptStarts] = {};  // of its first fields, from the cursor
   std::size_t far_column_ = 0;              // the field behind those that was asked for last,
   std::size_t far_offset_ = 0;              // and where it starts

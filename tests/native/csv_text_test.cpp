@@ -209,6 +209,10 @@ TEST(CsvText, ResultsAreTheSameForEveryOrderOfCalls) {
           std::string copy(walker.Field(column).size() + random() % 20, '#');
           copy.resize(walker.CopyField(walker.Field(column), copy.data(), copy.size()));
           ASSERT_EQ(copy, expected);
+          const std::size_t room = walker.Field(column).size() + 1 + random() % 40;
+          std::string quick(room, '#');
+          quick.resize(walker.CopyColumn(column, quick.data(), room));
+          ASSERT_EQ(quick, expected) << column << ": " << text;
         }
       }
     }
