@@ -18,6 +18,17 @@ struct Options {
   bool help = false;
   bool version = false;
   std::optional<bool> english;  // unset: as the system
+
+  // Simple MAPI: serving other programs, which is also what happens without any argument; and registration.
+  bool serve = false;
+  std::string home;                      // "" : the usual one
+  std::optional<unsigned> slow_ms;       // these four: over the settings file
+  std::optional<unsigned> modal_ms;
+  bool deaf = false;
+  bool die = false;
+  bool register_mapi = false;
+  bool unregister_mapi = false;
+  bool yes = false;  // do not ask
 };
 
 struct UsageError {

@@ -24,7 +24,9 @@
 #include "macro_check.h"
 #include "macro_run.h"
 #include "macro_runner.h"
+#include "mapi_server_win.h"
 #include "prompt.h"
+#include "register_mapi_win.h"
 #include "request_server_win.h"
 #include "terminal_text.h"
 #include "terminal_win.h"
@@ -226,6 +228,46 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
   return result;
 }
 
+// --- Simple MAPI ---
+
+void Complain(const std::string& line) { TheTerminal().Error("wrenfold: " + Printable(line) + "\n"); }
+
+// The settings file of the home, and what the command line says over it.
+std::variant<MapiSettings, std::string> SettingsOf(const std::string& home, const Options& options) {
+  std::ifstream stream(PathFromUtf8(home) / "settings.txt", std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  auto parsed = ParseMapiSettings(text);
+  if (auto* settings = std::get_if<MapiSettings>(&parsed)) {
+    if (options.slow_ms) settings->slow_ms = *options.slow_ms;
+    if (options.modal_ms) settings->modal_ms = options.modal_ms;
+    settings->deaf |= options.deaf;
+    settings->die |= options.die;
+  }
+  return parsed;
+}
+
+int Serve(const Options& options) {
+  const std::string home = MapiHome(options.home);
+  const auto settings = SettingsOf(home, options);
+  if (const auto* wrong = std::get_if<std::string>(&settings)) return Fail("settings.txt, " + *wrong);
+  return RunMapiServer(home, std::get<MapiSettings>(settings), Complain);
+}
+
+bool Agrees(const std::string& question) {
+  TheTerminal().Out(question + " [y/N]\n");
+  const auto answer = TheTerminal().ReadLine("");
+  return answer && (*answer == "y" || *answer == "Y" || *answer == "yes");
+}
+
+int Register(const Options& options) {
+  const Consent consent = options.yes ? Consent([](const std::string&) { return true; }) : Consent(Agrees);
+  const auto reason = options.register_mapi ? RegisterMapi(consent) : UnregisterMapi();
+  if (reason) return Fail(*reason);
+  TheTerminal().Out(options.register_mapi ? "Wrenfold is the system's mail client now.\n"
+                                          : "Wrenfold is no longer registered.\n");
+  return kFine;
+}
+
 int Run(const std::vector<std::string>& arguments) {
   const auto parsed = ParseCommandLine(arguments);
   if (const auto* wrong = std::get_if<UsageError>(&parsed)) {
@@ -234,6 +276,8 @@ int Run(const std::vector<std::string>& arguments) {
   const auto& options = std::get<Options>(parsed);
   if (options.help) return TheTerminal().Out(kUsage), kFine;
   if (options.version) return PrintVersion();
+  if (options.register_mapi || options.unregister_mapi) return Register(options);
+  if (options.serve) return Serve(options);
 
   std::vector<LoadedMacro> macros;
   for (const std::string& file : options.macros) {

@@ -22,7 +22,7 @@ class CommandLine(HostTest):
         self.assertTrue(result.out.startswith("wrenfold --mail MAIL"))
 
     def test_a_wrong_command_line_shows_the_usage_and_ends_with_2(self):
-        for arguments, reason in (([], "nothing to do: give --macro FILE or --prompt"),
+        for arguments, reason in ((["--english"], "nothing to do: give --macro FILE or --prompt"),
                                   (["--promt"], "unknown option '--promt'; did you mean --prompt?"),
                                   (["--macro"], "--macro needs a file name behind it")):
             with self.subTest(arguments):

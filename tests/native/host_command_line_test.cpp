@@ -38,13 +38,34 @@ TEST(CommandLine, HelpAndVersionNeedNothingElse) {
   EXPECT_TRUE(Parsed({"--version"}).version);
 }
 
+TEST(CommandLine, WithoutAWordItServesOtherPrograms) {
+  EXPECT_TRUE(Parsed({}).serve);
+  const Options options = Parsed({"--serve", "--home", "x", "--slow", "1500", "--modal", "0", "--deaf", "--die"});
+  EXPECT_TRUE(options.serve);
+  EXPECT_EQ(options.home, "x");
+  EXPECT_EQ(options.slow_ms, 1500u);
+  EXPECT_EQ(options.modal_ms, 0u);
+  EXPECT_TRUE(options.deaf);
+  EXPECT_TRUE(options.die);
+  EXPECT_FALSE(Parsed({"--prompt"}).serve);
+}
+
+TEST(CommandLine, RegistersAndUndoesIt) {
+  EXPECT_TRUE(Parsed({"--register-mapi", "--yes"}).yes);
+  EXPECT_TRUE(Parsed({"--register-mapi"}).register_mapi);
+  EXPECT_TRUE(Parsed({"--unregister-mapi"}).unregister_mapi);
+}
+
 TEST(CommandLine, SaysWhatIsWrong) {
   struct Case {
     Arguments arguments;
     std::string expected;
   };
   const Case cases[] = {
-      {{}, "nothing to do: give --macro FILE or --prompt"},
+      {{"--english"}, "nothing to do: give --macro FILE or --prompt"},
+      {{"--slow", "fast"}, "--slow needs milliseconds behind it"},
+      {{"--modal"}, "--modal needs milliseconds behind it"},
+      {{"--home"}, "--home needs a folder behind it"},
       {{"--mail", "a"}, "nothing to do: give --macro FILE or --prompt"},
       {{"--macro"}, "--macro needs a file name behind it"},
       {{"--mail", "", "--prompt"}, "--mail needs a file name behind it"},
@@ -60,7 +81,8 @@ TEST(CommandLine, SaysWhatIsWrong) {
 
 TEST(CommandLine, TheUsageNamesEachOption) {
   for (const char* option :
-       {"--mail", "--macro", "--prompt", "--trace", "--english", "--japanese", "--help", "--version"}) {
+       {"--mail", "--macro", "--prompt", "--trace", "--english", "--japanese", "--help", "--version",
+        "--serve", "--home", "--slow", "--modal", "--deaf", "--die", "--register-mapi", "--unregister-mapi", "--yes"}) {
     EXPECT_NE(kUsage.find(option), std::string_view::npos) << option;
   }
 }

@@ -1,0 +1,38 @@
+// What the server does with the messages of other programs.
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "mapi_settings.h"
+#include "mapi_store.h"
+
+namespace wrenfold {
+
+class MapiService {
+ public:
+  MapiService(std::filesystem::path home, MapiSettings settings, void (*complain)(const std::string& line))
+      : outbox_(home / "outbox"), store_(home / "mails"), settings_(std::move(settings)), complain_(complain) {}
+
+  // nullopt for messages that are not of this kind.
+  std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam);
+
+ private:
+  LRESULT TakeCommandLine(HANDLE mapping);
+  void AnswerStoreRequest(WPARAM kind, HANDLE mapping);
+  void FindNext(void* block);
+  void Read(void* block);
+  void Delete(void* block);
+  // As slow, or as mortal, as the settings say.
+  void Behave() const;
+
+  std::filesystem::path outbox_;
+  MapiStore store_;
+  MapiSettings settings_;
+  void (*complain_)(const std::string& line);
+};
+
+}  // namespace wrenfold

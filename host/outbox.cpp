@@ -1,0 +1,54 @@
+#include "outbox.h"
+
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+#include "mail_store.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+OutgoingFile ReadFile(const CommandLineRequest::File& file) {
+  const Charsets& charsets = SystemCharsets();
+  const std::string path_text = charsets.HostToUtf8(file.path);
+  const fs::path path = PathFromUtf8(path_text);
+  OutgoingFile read;
+  read.name = file.name.empty() ? PathToUtf8(path.filename()) : charsets.HostToUtf8(file.name);
+  std::ifstream stream(path, std::ios::binary);
+  if (stream) read.bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+  read.is_missing = !stream.is_open() || stream.bad();
+  if (read.is_missing) read.name = path_text;
+  return read;
+}
+
+bool WriteFile(const fs::path& path, const std::string& bytes) {
+  std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  stream.close();
+  return !stream.fail();
+}
+
+}  // namespace
+
+std::optional<std::string> PutIntoOutbox(const CommandLineRequest& request, const MailStamp& stamp,
+                                         const fs::path& folder) {
+  std::vector<OutgoingFile> files;
+  for (const CommandLineRequest::File& file : request.files) {
+    // A trailing delimiter of the caller leaves a file without a name.
+    if (!file.path.empty()) files.push_back(ReadFile(file));
+  }
+  std::error_code error;
+  fs::create_directories(folder, error);
+  const fs::path unfinished = folder / PathFromUtf8(stamp.unique + ".tmp");
+  if (!WriteFile(unfinished, ComposeMail(request, files, stamp))) return "cannot write " + PathToUtf8(unfinished);
+  fs::path finished = unfinished;
+  finished.replace_extension(".eml");
+  fs::rename(unfinished, finished, error);
+  if (error) return "cannot write " + PathToUtf8(finished);
+  return std::nullopt;
+}
+
+}  // namespace wrenfold
