@@ -65,6 +65,7 @@ class SmimeExports : public testing::Test {
     const PCCERT_CONTEXT found =
         CRYPT32(CertFindCertificateInStore)(store, kEncoding, 0, CERT_FIND_EXISTING, cert_, nullptr);
     if (found != nullptr) CRYPT32(CertDeleteCertificateFromStore)(found);
+    CRYPT32(CertControlStore)(store, 0, CERT_STORE_CTRL_COMMIT, nullptr);
     CRYPT32(CertCloseStore)(store, 0);
   }
 

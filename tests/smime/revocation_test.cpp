@@ -160,21 +160,7 @@ class SmimeRevocation : public testing::Test {
     result_ = SMIMEVerifyRevocation(carried_.get(), control_);
     return Text().substr(report.size());
   }
-  // The control's text in code page 932, whatever the system's is.
-  std::string Text() {
-    std::wstring wide(16384, L'\0');
-    wide.resize(static_cast<std::size_t>(
-        SendMessageW(control_, WM_GETTEXT, wide.size(), reinterpret_cast<LPARAM>(wide.data()))));
-    std::string out;
-    for (const wchar_t unit : wide) {
-      char bytes[4];
-      BOOL lost = FALSE;
-      // An ANSI text on a system of another code page shows its bytes.
-      int count = WideCharToMultiByte(unit == 0x25CB ? 932 : CP_ACP, 0, &unit, 1, bytes, 4, nullptr, &lost);
-      out.append(bytes, static_cast<std::size_t>(count));
-    }
-    return out;
-  }
+  std::string Text() { return HostTextOf(control_); }
   void Serve(const std::string& list) { fake_.web.pages["http://x/root.crl"] = list; }
   void AddList(const std::string& list) {
     const PCCRL_CONTEXT crl = CertCreateCRLContext(X509_ASN_ENCODING, reinterpret_cast<const BYTE*>(list.data()),

@@ -453,6 +453,21 @@ std::string TextOf(HWND dialog, int control) {
   return text;
 }
 
+std::string HostTextOf(HWND control) {
+  std::wstring wide(65536, L'\0');
+  wide.resize(static_cast<std::size_t>(
+      SendMessageW(control, WM_GETTEXT, wide.size(), reinterpret_cast<LPARAM>(wide.data()))));
+  std::string out;
+  for (const wchar_t unit : wide) {
+    char bytes[4];
+    BOOL lost = FALSE;
+    // The good mark may have come as UTF-16; all else came as bytes of the system's code page.
+    const UINT page = unit == 0x25CB ? 932 : CP_ACP;
+    out.append(bytes, static_cast<std::size_t>(WideCharToMultiByte(page, 0, &unit, 1, bytes, 4, nullptr, &lost)));
+  }
+  return out;
+}
+
 std::vector<std::string> LinesOf(HWND dialog, int list) {
   std::vector<std::string> lines;
   const HWND box = GetDlgItem(dialog, list);

@@ -114,6 +114,8 @@ class DialogDriver {
 };
 
 std::string TextOf(HWND dialog, int control);
+// A report's text in code page 932, whatever the system's code page is.
+std::string HostTextOf(HWND control);
 std::vector<std::string> LinesOf(HWND dialog, int list);
 
 }  // namespace wfinfo_test

@@ -41,6 +41,16 @@ void Print(const char* name, long long value) { Print(name, std::to_string(value
 
 const char* OrNull(const std::string& text) { return text == "-" ? nullptr : text.c_str(); }
 
+// "hex:" and bytes in hexadecimal, for what a command line of another code page would not carry.
+std::string Plain(const std::string& argument) {
+  if (argument.rfind("hex:", 0) != 0) return argument;
+  std::string bytes;
+  for (std::size_t i = 4; i + 1 < argument.size(); i += 2) {
+    bytes += static_cast<char>(std::strtoul(argument.substr(i, 2).c_str(), nullptr, 16));
+  }
+  return bytes;
+}
+
 // What the last operation left behind.
 void PrintState(const char* result, const std::string& output) {
   Print("result", std::string(result, result == nullptr ? 0 : std::char_traits<char>::length(result)));
@@ -84,13 +94,6 @@ void Report(const Arguments& a) {
   CertFreeCertificateContext(cert);
 }
 
-std::string Text(HWND control) {
-  std::string text(65536, '\0');
-  text.resize(static_cast<std::size_t>(
-      SendMessageA(control, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
-  return text;
-}
-
 void Revoke(const Arguments& a, HWND frame) {
   const HWND control = CreateWindowExA(0, "EDIT", "", WS_CHILD | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0, 0, 100, 100, frame, nullptr,
                                        GetModuleHandleA(nullptr), nullptr);
@@ -102,7 +105,7 @@ void Revoke(const Arguments& a, HWND frame) {
     void* const store = RetrieveCertificate();
     Print("checked", SMIMEVerifyRevocation(store, control));
     FreeCertificate(store);
-    Print("control", Text(control));
+    Print("control", HostTextOf(control));
   }
 }
 
@@ -158,7 +161,8 @@ void Show(const Arguments& a) {
 }  // namespace
 
 int RunTool(int count, char** arguments) {
-  const Arguments a(arguments, arguments + count);
+  Arguments a;
+  for (int i = 0; i < count; ++i) a.push_back(Plain(arguments[i]));
   const char* const language = std::getenv("WFINFO_LANGUAGE");
   ScriptedHost host(language != nullptr && std::string(language) == "ja" ? Language::kJapanese : Language::kEnglish);
   std::wstring wide;

@@ -4,7 +4,7 @@
 namespace wfinfo_test {
 
 // Runs one command and prints what it gave, one "name=hex" a line. The language is English unless the environment
-// variable WFINFO_LANGUAGE is "ja".
+// variable WFINFO_LANGUAGE is "ja". An argument may be written "hex:" and its bytes.
 //
 //   make MODE TEXT-FILE RECIPIENTS SIGNER ALGORITHM HASH OUTPUT
 //   decrypt MESSAGE OUTPUT [SENDER]
