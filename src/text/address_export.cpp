@@ -50,6 +50,7 @@ int CountEmailList(const char* list) noexcept {
 const char* GetEmailList(const char* list, int n) noexcept {
   if (!IsText(list) || n < 0) return kNoText;
   const std::string_view entry = wfinfo::NthAddress(list, static_cast<std::size_t>(n));
+  if (entry.data() == nullptr) return kNoText;
   const std::size_t length = wfinfo::CutLength(entry, kEntryTextRoom);
   // The list may be an earlier result of this function.
   std::memmove(g_entryText, entry.data(), length);

@@ -24,7 +24,9 @@ TEST(Addresses, ListsAreCountedAndWalked) {
   EXPECT_STREQ(GetEmailList(list, 0), "a@b");
   EXPECT_STREQ(GetEmailList(list, 1), "c@d");
   EXPECT_STREQ(GetEmailList(list, 2), "e@f");
+  const char* const entry = GetEmailList(list, 1);
   EXPECT_STREQ(GetEmailList(list, 3), "");
+  EXPECT_STREQ(entry, "c@d") << "an entry stays until there is another one";
   EXPECT_STREQ(GetEmailList(list, -1), "");
   EXPECT_STREQ(GetEmailList(list, INT_MIN), "");
   EXPECT_STREQ(list, "a@b, c@d; e@f");
