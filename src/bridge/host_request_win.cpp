@@ -13,7 +13,9 @@ Slot SendTo(HWND window, int code, Slot* block) {
 }
 
 const char* TextOf(Slot answer) {
-  return answer == 0 ? kNoText : reinterpret_cast<const char*>(static_cast<INT_PTR>(answer));
+  if (answer == 0) return kNoText;
+  g_hostText = reinterpret_cast<const char*>(static_cast<INT_PTR>(answer));
+  return g_hostText;
 }
 
 }  // namespace

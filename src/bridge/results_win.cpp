@@ -8,6 +8,7 @@
 namespace wfinfo {
 
 char g_resultText[kShortResultSize + kShortResultSpare];
+const char* g_hostText = nullptr;
 
 namespace {
 
@@ -64,6 +65,7 @@ const char* ReturnText(std::string_view text) {
 namespace {
 
 bool IsResult(const char* text) {
+  if (text == g_hostText) return true;
   if (text >= g_resultText && text < g_resultText + kShortResultSize) return true;
   return g_longResult != nullptr && text >= g_longResult && text < g_longResult + LocalSize(g_longResult);
 }

@@ -46,9 +46,12 @@ void DropLongResult();
 // Copies `text` to a new long-result block (also when it is short) and keeps it. "" without memory.
 const char* ReturnLongText(std::string_view text);
 
-// A text parameter that must outlive results made before its last use. It may itself be an earlier result, as
-// in SetHeaderUnited("Subject", RootHeader("Subject")): one that lies in the short-result buffer or in the
-// kept block is copied. Null stays null; without memory the text is "".
+// The last text that the host answered, null before any: its memory, valid until its next answer.
+extern const char* g_hostText;
+
+// A text parameter that must outlive results and requests made before its last use. It may itself be an earlier
+// result, as in SetHeaderUnited("Subject", RootHeader("Subject")): one that lies in the short-result buffer or in
+// the kept block, or is the host's last text, is copied. Null stays null; without memory the text is "".
 class StableText {
  public:
   explicit StableText(const char* text);

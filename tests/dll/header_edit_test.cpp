@@ -26,6 +26,7 @@ class HeaderEditing : public testing::Test {
     Serve(4, [this](const Request& r) {
       // As the host may: it uses the room that it is given.
       std::memset(reinterpret_cast<char*>(r.block[1]), '#', static_cast<std::size_t>(r.block[2]) - 1);
+      if (on_counted) on_counted();
       return static_cast<Slot>(Indices(TextAt(r, 0)).size());
     });
     Serve(43, [this](const Request& r) { return Set(TextAt(r, 0), TextAt(r, 1)); });
@@ -85,6 +86,7 @@ class HeaderEditing : public testing::Test {
   std::vector<int> asked_;
   std::vector<Slot> deleted_;
   std::function<void()> on_given;
+  std::function<void()> on_counted;
 };
 
 TEST_F(HeaderEditing, SettingAndAddingAlwaysGiveAnEmptyText) {
@@ -139,6 +141,15 @@ TEST_F(HeaderEditing, DeleteHeaderUnitedOfAnAbsentHeaderDeletesNothing) {
 TEST_F(HeaderEditing, AValueMayBeAnEarlierResult) {
   SetHeaderUnited("X", RootHeader2("X", 1));
   EXPECT_EQ(headers_, (Headers{{"X", "root two"}, {"Y", "y"}}));
+}
+
+TEST_F(HeaderEditing, AValueMayBeATextOfTheHostThatItsNextAnswerEnds) {
+  char host_text[] = "decoded";
+  host_.Expect(56).Any().Do([&](const Request&) { return AsSlot(host_text); });
+  const char* const decoded = DecodeHeader("v");
+  on_counted = [&] { host_text[0] = '?'; };
+  SetHeaderUnited("X", decoded);
+  EXPECT_EQ(headers_, (Headers{{"X", "decoded"}, {"Y", "y"}}));
 }
 
 TEST_F(HeaderEditing, ValuesAreJoined) {
