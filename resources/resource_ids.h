@@ -1,6 +1,11 @@
 // Numbers of the library's resources.
 #pragma once
 
+// Waiting for an OpenPGP program.
+#define IDD_PGP_WAIT 103
+#define IDD_GNUPG_WAIT 104
+#define IDC_PGP_WAIT_ICON 1000
+
 // S/MIME: choice of a certificate.
 #define IDD_CERT_CHOICE 107
 #define IDC_CERT_CHOICE_TEXT 1013

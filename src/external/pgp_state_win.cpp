@@ -29,6 +29,8 @@ bool HasPgpInfoText() { return g_infoText != nullptr; }
 
 void KeepPgpInfoText(char* block) { LocalFree(std::exchange(g_infoText, block)); }
 
+char* TakePgpInfoText() { return std::exchange(g_infoText, nullptr); }
+
 void SetPgpInfoText(const char* text) {
   const std::size_t length = std::strlen(text);
   char* const block = NewResultBlock(length + 1);

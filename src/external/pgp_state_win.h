@@ -26,6 +26,8 @@ const char* PgpInfoText();
 bool HasPgpInfoText();
 // Takes a LocalAlloc block (or null) as the info text and frees the one before.
 void KeepPgpInfoText(char* block);
+// Gives the block of the info text away (null when there is none); there is no info text afterwards.
+char* TakePgpInfoText();
 // Copies `text` as the info text; without memory there is none afterwards.
 void SetPgpInfoText(const char* text);
 

@@ -1,0 +1,101 @@
+#include "external/pgp_files_win.h"
+
+#include <algorithm>
+
+#include "external/pgp_command_line.h"
+#include "external/pgp_system_win.h"
+
+namespace wfinfo {
+namespace {
+
+// Patience with a file that is still in use: a console lets go of it within a tenth of a second.
+constexpr int kDeleteTries = 40;
+constexpr DWORD kDeletePauseMs = 25;
+
+constexpr DWORD kLargestPiece = 1u << 30;  // one call moves fewer than 4 GiB
+
+}  // namespace
+
+PgpFiles::PgpFiles(bool with_signed_data) : with_signed_data_(with_signed_data) {
+  const DWORD length = GetCurrentDirectoryW(MAX_PATH - 1, folder_);
+  if (length == 0 || length >= MAX_PATH - 1) {
+    folder_[0] = L'\0';
+  } else if (folder_[length - 1] != L'\\') {
+    folder_[length] = L'\\';
+    folder_[length + 1] = L'\0';
+  }
+}
+
+PgpFiles::~PgpFiles() {
+  if (!begun_) return;
+  Delete(kPgpInput);
+  if (with_signed_data_) Delete(kPgpSignedData);
+  Delete(kPgpOutput);
+  Delete(kPgpMessages);
+}
+
+void PgpFiles::Begin() {
+  begun_ = true;
+  Delete(kPgpOutput);
+}
+
+PgpFiles::Path PgpFiles::PathOf(const char* name) const {
+  Path path;
+  wchar_t* out = std::copy_n(folder_, lstrlenW(folder_), path.text);
+  while (*name != '\0') *out++ = static_cast<wchar_t>(*name++);  // the names are ASCII
+  *out = L'\0';
+  return path;
+}
+
+UniqueFile PgpFiles::Create(const char* name, bool inheritable) const {
+  SECURITY_ATTRIBUTES security = {sizeof security, nullptr, inheritable};
+  return UniqueFile(g_pgpSystem.create_file(PathOf(name).text, GENERIC_READ | GENERIC_WRITE,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE, &security, CREATE_ALWAYS,
+                                            FILE_ATTRIBUTE_ARCHIVE, nullptr));
+}
+
+UniqueFile PgpFiles::OpenExisting(const char* name) const {
+  return UniqueFile(g_pgpSystem.create_file(PathOf(name).text, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                            nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+bool PgpFiles::Write(const char* name, std::string_view contents) const {
+  const UniqueFile file = Create(name, false);
+  if (!file) return false;
+  while (!contents.empty()) {
+    DWORD written = 0;
+    const auto piece = static_cast<DWORD>(std::min<std::size_t>(contents.size(), kLargestPiece));
+    if (!g_pgpSystem.write_file(file.get(), contents.data(), piece, &written, nullptr)) return false;
+    if (written == 0) return SetLastError(ERROR_DISK_FULL), false;
+    contents.remove_prefix(written);
+  }
+  return true;
+}
+
+void PgpFiles::Delete(const char* name) const {
+  const Path path = PathOf(name);
+  for (int tries = patient_ ? kDeleteTries : 1; tries > 0; --tries) {
+    if (g_pgpSystem.delete_file(path.text)) return;
+    const DWORD error = GetLastError();
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) return;
+    if (tries > 1) Sleep(kDeletePauseMs);
+  }
+}
+
+UniqueLocal ReadWholeFile(HANDLE file, std::size_t spare) {
+  LARGE_INTEGER size;
+  if (!g_pgpSystem.get_file_size(file, &size)) return {};
+  const auto length = static_cast<std::size_t>(size.QuadPart);
+  UniqueLocal block(g_pgpSystem.allocate(LPTR, length + spare));
+  if (!block || SetFilePointer(file, 0, nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER) return {};
+  for (std::size_t at = 0; at < length;) {
+    DWORD read = 0;
+    const auto piece = static_cast<DWORD>(std::min<std::size_t>(length - at, kLargestPiece));
+    if (!g_pgpSystem.read_file(file, static_cast<char*>(block.get()) + at, piece, &read, nullptr)) return {};
+    if (read == 0) break;  // shorter than it said
+    at += read;
+  }
+  return block;
+}
+
+}  // namespace wfinfo

@@ -1,0 +1,53 @@
+// The temporary files of one run of an OpenPGP program.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <string_view>
+
+#include "base/unique_win.h"
+
+namespace wfinfo {
+
+// They lie in the directory that is current when the run begins (the program is started there and knows them by
+// their names) and are deleted when the run ends, also when the host has changed its directory meanwhile.
+class PgpFiles {
+ public:
+  // `with_signed_data`: the signed data of a detached signature is one of them.
+  explicit PgpFiles(bool with_signed_data);
+  // Deletes all of them. A file that a console still holds for some milliseconds is tried again; not for long, and
+  // not at all after LeaveToProgram.
+  ~PgpFiles();
+  PgpFiles(const PgpFiles&) = delete;
+  PgpFiles& operator=(const PgpFiles&) = delete;
+
+  // From here on there may be files to delete. An output left behind by an earlier run goes at once: it must not be
+  // taken for this run's.
+  void Begin();
+  // The program goes on without us and keeps what it has opened.
+  void LeaveToProgram() { patient_ = false; }
+
+  // Writes a new file; false, with the last error, when that fails.
+  bool Write(const char* name, std::string_view contents) const;
+  // A new, empty file.
+  UniqueFile Create(const char* name, bool inheritable) const;
+  UniqueFile OpenExisting(const char* name) const;
+
+ private:
+  struct Path {
+    wchar_t text[MAX_PATH + 16];
+  };
+  Path PathOf(const char* name) const;
+  void Delete(const char* name) const;
+
+  wchar_t folder_[MAX_PATH];  // with its backslash; "" when it is too long: the names stand alone then
+  bool with_signed_data_;
+  bool begun_ = false;
+  bool patient_ = true;
+};
+
+// The whole file as a new zeroed LocalAlloc block with `spare` (at least 1) bytes more; null when that fails.
+UniqueLocal ReadWholeFile(HANDLE file, std::size_t spare);
+
+}  // namespace wfinfo

@@ -1,0 +1,408 @@
+// PGP and GnuPG through the exports, with a recording child program: what it is given, what comes back, what stays.
+#include "support/pgp_stage_win.h"
+
+#include "support/library.h"
+
+namespace wfinfo_test {
+namespace {
+
+TEST(PgpState, BeforeAnyRunIsZeroAndEmpty) {
+  EXPECT_EQ(PgpGetExitCode(), 0);
+  EXPECT_EQ(GetLastSMIMESigned(), 0);
+  EXPECT_STREQ(PgpGetInfo(), "");
+}
+
+class Pgp : public PgpStage {
+ protected:
+  Pgp() { PgpSetProgram(0); }
+  void UseGnupg() {
+    InstallPrograms("gpg");
+    PgpSetProgram(1);
+  }
+  void UsePgp() {
+    InstallPrograms("pgp");
+    PgpSetProgram(0);
+  }
+  const char* EncryptAndSign(const char* text, const char* recipients, const char* sender, const char* pass_phrase) {
+    return PgpEncryptSuper(2, text, recipients, sender, pass_phrase, 0, 0, 0);
+  }
+};
+
+// --- Choice of the program -----------------------------------------------------------------------------------------
+
+TEST_F(Pgp, AnUnknownProgramIsRefusedAndTheChoiceKept) {
+  InstallPrograms("pgp gpg");
+  EXPECT_EQ(PgpSetProgram(1), 1);
+  EXPECT_EQ(PgpSetProgram(3), 0);
+  EXPECT_EQ(PgpSetProgram(0xFFFFFFFF), 0);
+  Child("OUTPUT", "x");
+  EXPECT_STREQ(PgpEncrypt("t", "a@x"), "x");
+  EXPECT_EQ(Noted("command"), "gpg.exe --batch --yes -v -o $PgpOut.asc -ea -r\"a@x\" $PgpIn.asc");
+}
+
+TEST_F(Pgp, GpgIsPreferredToGpg2AndStartedFromWhereItWasFound) {
+  PgpSetProgram(1);
+  InstallPrograms("gpg2 gpg");
+  PgpEncrypt("t", "a");
+  EXPECT_EQ(Noted("path"), ProgramFolder("gpg") + "\\gpg.exe");
+  InstallPrograms("gpg2");
+  PgpEncrypt("t", "a");
+  EXPECT_EQ(Noted("path"), ProgramFolder("gpg2") + "\\gpg2.exe");
+  EXPECT_TRUE(Noted("command").starts_with("gpg2.exe --batch ")) << Noted("command");
+}
+
+TEST_F(Pgp, PgpIsAlsoFoundWhereItIsUsuallyInstalled) {
+  const std::filesystem::path place = "C:\\Program files\\Network Associates\\PGPNT";
+  const bool had_parent = std::filesystem::exists(place.parent_path());
+  std::filesystem::create_directories(place);
+  CopyFileA((ProgramFolder("pgp") + "\\pgp.exe").c_str(), (place / "pgp.exe").string().c_str(), FALSE);
+  EXPECT_STREQ(PgpEncrypt("t", "a"), "");
+  EXPECT_EQ(Noted("command"),
+            "\"C:\\Program files\\Network Associates\\PGPNT\\pgp.exe\" +batchmode -o $PgpOut.asc -ea $PgpIn.asc a");
+  EXPECT_EQ(PgpGetExitCode(), 0);
+  std::filesystem::remove_all(had_parent ? place : place.parent_path());
+}
+
+// --- What the program is given ---------------------------------------------------------------------------------------
+
+TEST_F(Pgp, CommandLinesOfPgp) {
+  UsePgp();
+  PgpEncrypt("t", "a@x  b@y");
+  EXPECT_EQ(Noted("command"), "pgp +batchmode -o $PgpOut.asc -ea $PgpIn.asc a@x  b@y");
+  PgpSign("t", "me", "open it");
+  EXPECT_EQ(Noted("command"), "pgp +batchmode -o $PgpOut.asc -sat -u\"me\" -z\"open it\" $PgpIn.asc ");
+  EncryptAndSign("t", "a b", "me", "pw");
+  EXPECT_EQ(Noted("command"), "pgp +batchmode -o $PgpOut.asc -esa -u\"me\" -z\"pw\" $PgpIn.asc a b");
+  PgpDecrypt("t", "pw", nullptr, 0);
+  EXPECT_EQ(Noted("command"), "pgp +batchmode -o $PgpOut.asc -d $PgpIn.asc -z\"pw\"");
+  PgpDecrypt("t", "", nullptr, 0);
+  EXPECT_EQ(Noted("command"), "pgp +batchmode -o $PgpOut.asc -d $PgpIn.asc");
+  PgpDecrypt("t", "", "signed", 1);
+  EXPECT_EQ(Noted("command"), "pgp +batchmode -o $PgpOut.asc -d $PgpIn.asc");
+  EXPECT_EQ(Noted("data"), "signed");
+}
+
+TEST_F(Pgp, CommandLinesOfGnupg) {
+  UseGnupg();
+  const std::string start = "gpg.exe --batch --yes ";
+  const std::string decrypting = start + "--no-utf8-strings --charset iso-8859-1 ";
+  PgpEncrypt("t", " a@x  b@y ");
+  EXPECT_EQ(Noted("command"), start + "-v -o $PgpOut.asc -ea -r\"a@x\" -r\"b@y\" $PgpIn.asc");
+  PgpSign("t", "me", "pw");
+  EXPECT_EQ(Noted("command"),
+            start + "--force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc -u\"me\" -sat --clearsign $PgpIn.asc ");
+  EncryptAndSign("t", "a b", "me", "pw");
+  EXPECT_EQ(Noted("command"),
+            start + "--force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc  -u\"me\" -esa -r\"a\" -r\"b\" $PgpIn.asc");
+  PgpDecrypt("t", "pw", nullptr, 0);
+  EXPECT_EQ(Noted("command"), decrypting + "--passphrase-fd 0 -o $PgpOut.asc -d $PgpIn.asc");
+  PgpDecrypt("t", "", nullptr, 0);
+  EXPECT_EQ(Noted("command"), decrypting + "-o $PgpOut.asc --verify-files $PgpIn.asc");
+  PgpDecrypt("t", "", "signed", 0);
+  EXPECT_EQ(Noted("command"), decrypting + "-o $PgpOut.asc --verify $PgpIn.asc $PgpIn");
+}
+
+TEST_F(Pgp, GnupgGetsThePassPhraseOnItsStandardInput) {
+  UseGnupg();
+  PgpSign("t", "me", "open it");
+  EXPECT_EQ(Noted("stdin"), "open it\r\n");
+  PgpDecrypt("t", "other", nullptr, 0);
+  EXPECT_EQ(Noted("stdin"), "other\r\n");
+  const std::string longer_than_a_pipe(20000, 'p');
+  PgpSign("t", "me", longer_than_a_pipe.c_str());
+  EXPECT_EQ(Noted("stdin"), longer_than_a_pipe + "\r\n");
+}
+
+TEST_F(Pgp, AnEncryptionByGnupgWithoutAPassPhraseGivesAnEmptyLine) {
+  UseGnupg();
+  PgpEncrypt("t", "a");
+  EXPECT_EQ(Noted("stdin"), "\r\n");
+  PgpEncryptSuper(0, "t", "a", nullptr, kNumberForText, 0, 0, 0);
+  EXPECT_EQ(Noted("stdin"), "\r\n") << "what is no text is no pass phrase";
+}
+
+TEST_F(Pgp, WithoutAPipeNothingIsOnItsStandardInput) {
+  UseGnupg();
+  PgpDecrypt("t", "", nullptr, 0);
+  EXPECT_EQ(Noted("stdin"), "(no file)");
+  UsePgp();
+  PgpSign("t", "me", "pw");
+  EXPECT_EQ(Noted("stdin"), "(no file)");
+}
+
+TEST_F(Pgp, TheInputFilesHoldTheTexts) {
+  UseGnupg();
+  const std::string text = "line\r\n\x93\xFA\x96{\xEA\x1A\x80\x80\x84\ntail";
+  PgpEncrypt(text.c_str(), "a");
+  EXPECT_EQ(Noted("input"), text);
+  EXPECT_EQ(Noted("data"), "(no file)");
+  PgpDecrypt("signature", "", text.c_str(), 0);
+  EXPECT_EQ(Noted("input"), "signature");
+  EXPECT_EQ(Noted("data"), text);
+  PgpEncrypt("", "a");
+  EXPECT_EQ(Noted("input"), "");
+  EXPECT_EQ(LeftFiles(), "");
+}
+
+// --- What comes back -------------------------------------------------------------------------------------------------
+
+TEST_F(Pgp, TheOutputFileIsTheResult) {
+  UseGnupg();
+  Child("OUTPUT", "-----BEGIN-----\r\nabc\r\n");
+  Child("EXIT", "7");
+  EXPECT_STREQ(PgpEncrypt("t", "a"), "-----BEGIN-----\r\nabc\r\n");
+  EXPECT_EQ(PgpGetExitCode(), 7);
+  EXPECT_EQ(GetLastSMIMESigned(), -1);
+  EXPECT_STREQ(PgpGetInfo(), "");
+  EXPECT_EQ(LeftFiles(), "");
+  // A result may be the next parameter.
+  const char* const result = PgpDecrypt(PgpEncrypt("t", "a"), "pw", nullptr, 0);
+  EXPECT_STREQ(result, "-----BEGIN-----\r\nabc\r\n");
+  EXPECT_EQ(Noted("input"), "-----BEGIN-----\r\nabc\r\n");
+}
+
+TEST_F(Pgp, TheLastMessagesMayBeTheNextText) {
+  UseGnupg();
+  LetMessagesPass();
+  Child("SAYS", "a message long enough to be noticed when its memory is gone");
+  PgpEncrypt("t", "a");
+  PgpEncrypt(PgpGetInfo(), "a");
+  EXPECT_EQ(Noted("input"), "a message long enough to be noticed when its memory is gone");
+}
+
+TEST_F(Pgp, WithoutAnOutputFileTheResultIsEmpty) {
+  UseGnupg();
+  Child("EXIT", "2");
+  folder_.Write("$PgpOut.asc", "left behind by an earlier run");
+  EXPECT_STREQ(PgpDecrypt("t", "pw", nullptr, 0), "");
+  EXPECT_EQ(PgpGetExitCode(), 2);
+  EXPECT_EQ(LeftFiles(), "");
+}
+
+TEST_F(Pgp, TheMessagesOfGnupgAreBothStreamsWithoutLinesOfTemporaryFiles) {
+  UseGnupg();
+  LetMessagesPass();
+  Child("SAYS", "on output\r\ngpg: writing to `$PgpOut.asc'\r\n");
+  Child("WARNS", "gpg: $PgpIn.asc: bad\r\non error\r\n");
+  PgpEncrypt("t", "a");
+  EXPECT_STREQ(PgpGetInfo(), "on output\r\non error\r\n");
+  EXPECT_EQ(Noted("streams"), "oe");
+  Child("SAYS", "");
+  Child("WARNS", "");
+  PgpEncrypt("t", "a");
+  EXPECT_STREQ(PgpGetInfo(), "") << "each run forgets what the last one said";
+}
+
+TEST_F(Pgp, TheMessagesOfPgpAreItsOutput) {
+  UsePgp();
+  LetMessagesPass();
+  Child("SAYS", "Good signature.\r\n");
+  Child("WARNS", "lost\r\n");
+  PgpDecrypt("t", "", nullptr, 0);
+  EXPECT_STREQ(PgpGetInfo(), "Good signature.\r\n");
+}
+
+TEST_F(Pgp, TheHostMayGiveOtherMessages) {
+  UseGnupg();
+  Child("SAYS", "raw $PgpIn line\r\nraw\r\n");
+  host_.Expect(315).Text("raw $PgpIn line\r\nraw\r\n").Answer(0);
+  host_.Expect(316).Text("raw $PgpIn line\r\nraw\r\n").Answer(std::string("made readable\r\n$PgpOut.asc\r\n"));
+  PgpEncrypt("t", "a");
+  EXPECT_STREQ(PgpGetInfo(), "made readable\r\n");
+  host_.Expect(315).Any().Answer(0);
+  host_.Expect(316).Any().Answer(0);
+  PgpEncrypt("t", "a");
+  EXPECT_STREQ(PgpGetInfo(), "raw\r\n") << "no answer keeps them";
+  host_.Expect(315).Any().Answer(1);
+  PgpEncrypt("t", "a");
+  EXPECT_STREQ(PgpGetInfo(), "raw\r\n") << "the second question is not asked";
+  host_.Expect(315).Any().Answer(0);
+  host_.Expect(316).Any().Answer(std::string());
+  PgpEncrypt("t", "a");
+  EXPECT_STREQ(PgpGetInfo(), "") << "an empty answer is one";
+}
+
+TEST_F(Pgp, ALargeOutputComesWhole) {
+  UseGnupg();
+  const std::string large(30000, 'x');  // an environment variable takes no more
+  Child("OUTPUT", large);
+  EXPECT_EQ(PgpEncrypt("t", "a"), large);
+}
+
+// --- Parameters ------------------------------------------------------------------------------------------------------
+
+constexpr char kInvalidEncrypt[] = "Invalid PgpEncrypt parameter.";
+constexpr char kInvalidDecrypt[] = "Invalid PgpDecrypt parameter.";
+
+TEST_F(Pgp, EncryptSignAlwaysRefuses) {
+  UseGnupg();
+  EXPECT_STREQ(PgpEncryptSign("t", "a", "me", "pw"), "");
+  host_.ExpectMessages({kInvalidEncrypt});
+  EXPECT_EQ(PgpGetExitCode(), -1);
+  EXPECT_EQ(Noted("command"), "(no file)");
+  host_.SetLanguage(Language::kJapanese);
+  EXPECT_STREQ(PgpEncryptSign("t", "a", "me", "pw"), "");
+  host_.ExpectMessages({Sjis(u8"PgpEncryptのパラメータが不正です。")});
+}
+
+TEST_F(Pgp, ParametersThatAnEncryptionNeedsMustBeTexts) {
+  UseGnupg();
+  const std::vector<std::string> messages = {kStringMessageEnglish, kInvalidEncrypt};
+  EXPECT_STREQ(PgpEncrypt(nullptr, "a"), "");
+  host_.ExpectMessages(messages);
+  EXPECT_STREQ(PgpEncrypt("t", kNumberForText), "");
+  host_.ExpectMessages(messages);
+  EXPECT_STREQ(PgpSign("t", nullptr, "pw"), "");
+  host_.ExpectMessages(messages);
+  EXPECT_STREQ(PgpSign("t", "me", nullptr), "");
+  host_.ExpectMessages(messages);
+  EXPECT_STREQ(EncryptAndSign("t", nullptr, "me", "pw"), "");
+  host_.ExpectMessages(messages);
+  EXPECT_STREQ(PgpEncryptSuper(-1, "t", "a", "me", "pw", 0, 0, 0), "");
+  host_.ExpectMessages({kInvalidEncrypt});
+  EXPECT_EQ(LeftFiles(), "");
+}
+
+TEST_F(Pgp, RecipientsOf8191BytesAreAcceptedAndOf8192Refused) {
+  UseGnupg();
+  const std::string longest(8191, 'r');
+  PgpEncrypt("t", longest.c_str());
+  EXPECT_EQ(Noted("command"), "gpg.exe --batch --yes -v -o $PgpOut.asc -ea -r\"" + longest + "\" $PgpIn.asc");
+  EXPECT_STREQ(PgpEncrypt("t", (longest + "r").c_str()), "");
+  host_.ExpectMessages({"The recipient parameter string of PgpEncrypt is too long."});
+  EXPECT_EQ(PgpGetExitCode(), -1);
+}
+
+TEST_F(Pgp, ASenderOf127BytesIsAcceptedAndOf128Refused) {
+  UseGnupg();
+  const std::string longest(127, 's');
+  PgpSign("t", longest.c_str(), "pw");
+  EXPECT_NE(Noted("command").find(" -u\"" + longest + "\" "), std::string::npos);
+  EXPECT_STREQ(PgpSign("t", (longest + "s").c_str(), "pw"), "");
+  host_.ExpectMessages({"The sender parameter string of PgpEncrypt is too long."});
+}
+
+TEST_F(Pgp, ADecryptionNeedsTextsAndTellsSoUnlessItIsQuiet) {
+  UseGnupg();
+  EXPECT_EQ(PgpDecrypt(nullptr, "pw", nullptr, 0), nullptr);
+  host_.ExpectMessages({kStringMessageEnglish, kInvalidDecrypt});
+  EXPECT_EQ(PgpDecrypt("t", nullptr, nullptr, 0), nullptr);
+  host_.ExpectMessages({kStringMessageEnglish, kInvalidDecrypt});
+  EXPECT_EQ(PgpDecrypt("t", "pw", kNumberForText, 0), nullptr);
+  host_.ExpectMessages({kStringMessageEnglish, kInvalidDecrypt});
+  EXPECT_STREQ(PgpDecrypt(kNumberForText, "pw", nullptr, 1), "");
+  EXPECT_STREQ(PgpDecrypt("t", kNumberForText, nullptr, 1), "");
+  EXPECT_STREQ(PgpDecrypt("t", "", kNumberForText, 1), "");
+  host_.ExpectMessages({});
+  EXPECT_EQ(PgpGetExitCode(), -1);
+}
+
+// --- Failures --------------------------------------------------------------------------------------------------------
+
+struct StartFailure {
+  unsigned program;
+  bool decrypts;
+  const char* english;
+};
+
+TEST_F(Pgp, AProgramThatIsNotThereIsReported) {
+  const StartFailure cases[] = {
+      {1, false, "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer to the help \"About PGP/GnuPG\".\nerror code = 2"},
+      {0, false, "Failed to start PGP program (pgp.exe). Please refer to the help \"About PGP/GnuPG\".\nerror code = "},
+      {1, true, "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer \"About PGP/GnuPG\" in help.\nerror code = 2"},
+      {0, true, "Failed to start PGP program (pgp.exe). Please refer \"About PGP/GnuPG\" in help.\nerror code = "},
+  };
+  for (const StartFailure& c : cases) {
+    PgpSetProgram(c.program);
+    const char* const result = c.decrypts ? PgpDecrypt("t", "pw", nullptr, 0) : PgpEncrypt("t", "a");
+    EXPECT_EQ(result == nullptr, c.decrypts);
+    const std::vector<std::string> messages = host_.TakeMessages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages[0].starts_with(c.english)) << messages[0];
+    EXPECT_EQ(static_cast<unsigned>(PgpGetExitCode()), 0xFFFFFFFF);
+    EXPECT_EQ(LeftFiles(), "");
+  }
+}
+
+TEST_F(Pgp, AQuietDecryptionKeepsTheReportAsItsMessages) {
+  PgpSetProgram(1);
+  EXPECT_STREQ(PgpDecrypt("t", "pw", nullptr, 1), "");
+  EXPECT_STREQ(PgpGetInfo(),
+               "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer \"About PGP/GnuPG\" in help.\n"
+               "error code = 2");
+  EXPECT_EQ(PgpGetExitCode(), -1);
+  EXPECT_EQ(LeftFiles(), "");
+}
+
+TEST_F(Pgp, AnInputThatCannotBeWrittenIsReported) {
+  UseGnupg();
+  std::filesystem::create_directory("$PgpIn.asc");
+  EXPECT_STREQ(PgpEncrypt("t", "a"), "");
+  EXPECT_EQ(PgpDecrypt("t", "pw", nullptr, 0), nullptr);
+  EXPECT_STREQ(PgpDecrypt("t", "pw", nullptr, 1), "");
+  const std::vector<std::string> messages = host_.TakeMessages();
+  ASSERT_EQ(messages.size(), 2u);
+  EXPECT_TRUE(messages[0].starts_with(
+      "Failed to create temporary file for encryption.\nfile name = $PgpIn.asc\nerror code = ")) << messages[0];
+  EXPECT_TRUE(messages[1].starts_with(
+      "Failed to create temporary file for decryption.\nfile name = $PgpIn.asc\nerror code = ")) << messages[1];
+  std::filesystem::remove("$PgpIn.asc");
+}
+
+// Slow: the patience is part of it.
+TEST_F(Pgp, AQuietDecryptionStopsAProgramThatDoesNotEnd) {
+  UseGnupg();
+  Child("SLEEP", "600000");
+  const DWORD start = GetTickCount();
+  EXPECT_STREQ(PgpDecrypt("t", "pw", nullptr, 1), "");
+  EXPECT_GE(GetTickCount() - start, 9900u);
+  EXPECT_STREQ(PgpGetInfo(), "The encryption program does not respond more than 10 seconds.");
+  EXPECT_EQ(PgpGetExitCode(), -1);
+  EXPECT_EQ(LeftFiles(), "");
+}
+
+// --- What cannot be protected, and what must not leak ----------------------------------------------------------------
+
+using PgpThreats = Pgp;
+
+TEST_F(PgpThreats, AQuoteInTheSenderReachesTheCommandLine) {
+  UseGnupg();
+  PgpSign("t", "me\" --output \"elsewhere", "pw");
+  EXPECT_NE(Noted("command").find(" -u\"me\" --output \"elsewhere\" -sat"), std::string::npos) << Noted("command");
+}
+
+TEST_F(PgpThreats, RecipientsOfPgpMayBeOptions) {
+  UsePgp();
+  PgpEncrypt("t", "+option a@x");
+  EXPECT_EQ(Noted("command"), "pgp +batchmode -o $PgpOut.asc -ea $PgpIn.asc +option a@x");
+}
+
+TEST_F(PgpThreats, NoMessageHoldsThePassPhrase) {
+  PgpSetProgram(0);  // and none is there
+  std::string log;
+  static std::string* written = &log;
+  const void* services[64] = {};
+  services[32] = reinterpret_cast<const void*>(+[](const char* text, unsigned) { *written += text; });
+  GetWFInfoVersion(services);
+  PgpSign("t", "me", "hush hush");
+  PgpDecrypt("t", "hush hush", nullptr, 0);
+  PgpDecrypt("t", "hush hush", nullptr, 1);
+  GetWFInfoVersion(nullptr);
+  for (const std::string& message : host_.TakeMessages()) EXPECT_EQ(message.find("hush"), std::string::npos);
+  EXPECT_EQ(std::string(PgpGetInfo()).find("hush"), std::string::npos);
+  EXPECT_EQ(log.find("hush"), std::string::npos);
+}
+
+// --- S/MIME ----------------------------------------------------------------------------------------------------------
+
+TEST_F(Pgp, WithSmimeADecryptionIsEmptyAtOnce) {
+  InstallPrograms("pgp gpg");
+  PgpSetProgram(2);
+  EXPECT_STREQ(PgpDecrypt("t", "pw", nullptr, 0), "");
+  EXPECT_EQ(Noted("command"), "(no file)");
+  EXPECT_EQ(PgpDecrypt(nullptr, "pw", nullptr, 0), nullptr) << "parameters are looked at first";
+  host_.ExpectMessages({kStringMessageEnglish, kInvalidDecrypt});
+}
+
+}  // namespace
+}  // namespace wfinfo_test
