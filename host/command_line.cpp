@@ -26,6 +26,9 @@ bool TakeMilliseconds(std::optional<unsigned>& to, const std::string& value) {
 constexpr OptionRow kOptions[] = {
     {"--mail", &Options::mails, nullptr},
     {"--macro", &Options::macros, nullptr},
+    {"--accounts", &Options::accounts, nullptr},
+    {"--templates", &Options::templates, nullptr},
+    {"--book", &Options::books, nullptr},
     {"--trace", nullptr, [](Options& options) { options.trace = true; }},
     {"--prompt", nullptr, [](Options& options) { options.prompt = true; }},
     {"--english", nullptr, [](Options& options) { options.english = true; }},
@@ -64,6 +67,8 @@ const std::string_view kUsage =
     "\n"
     "  --mail MAIL    an .eml or mbox file, or a folder of them; the first mail is opened\n"
     "  --macro FILE   runs a macro file (UTF-8); may be given more than once\n"
+    "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
+    "  --templates DIR   templates and signatures; --book FILE: an address book\n"
     "  --prompt       then asks for calls, line by line: > RootHeader(\"Subject\")\n"
     "  --trace        tells each request of the library and its answer on standard error\n"
     "  --english      the library speaks English; --japanese: Japanese; else as the system\n"

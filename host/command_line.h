@@ -13,6 +13,10 @@ namespace wrenfold {
 struct Options {
   std::vector<std::string> mails;   // files and folders, UTF-8
   std::vector<std::string> macros;  // run in this order
+  // Of several the last counts.
+  std::vector<std::string> accounts;   // file
+  std::vector<std::string> templates;  // folder
+  std::vector<std::string> books;      // address book, file
   bool trace = false;
   bool prompt = false;
   bool help = false;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "bridge/host_protocol.h"
+#include "menu_win.h"
 
 namespace wrenfold {
 namespace {
@@ -57,6 +58,8 @@ LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM 
       return reinterpret_cast<LRESULT>(g_acting);
     case wfinfo::kHostGetRequestTarget:
       return reinterpret_cast<LRESULT>(window);
+    case WM_INITMENU:
+      return UpdateHostMenu(reinterpret_cast<HMENU>(wparam), g_server->state()), 0;
     case WM_COMMAND:
       return RunCommand(window, LOWORD(wparam));
     case kHostRaiseWindow:
@@ -93,6 +96,7 @@ Windows::Windows(RequestServer& server) {
   }
   if (RegisterHostClass(wfinfo::kFrameClass)) {
     g_frame = frame_ = CreateHidden(wfinfo::kFrameClass, "Wrenfold");
+    SetMenu(frame_, CreateHostMenu());
   }
 }
 
@@ -140,6 +144,8 @@ void Windows::OpenView() {
   SetWindowLongPtrA(g_view, GWLP_USERDATA, 1);
   SetWindowPos(g_view, HWND_TOP, 0, 0, 0, 0, kPlaceOnly);
 }
+
+HMENU Windows::Menu() { return g_frame == nullptr ? nullptr : GetMenu(g_frame); }
 
 bool Windows::Pump() {
   MSG message;

@@ -48,6 +48,9 @@ class Windows {
   // Opens the root mail in the outer view: from then on that window is the nearer one for the library.
   static void OpenView();
 
+  // The frame's menu bar.
+  static HMENU Menu();
+
   // Handles what waits in the message queue; false once the host is asked to end.
   static bool Pump();
 

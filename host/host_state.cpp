@@ -23,7 +23,7 @@ std::optional<std::string> HostState::AddMails(const std::filesystem::path& path
 bool HostState::Open(std::size_t index) {
   if (index >= mail_count()) return false;
   root_ = index;
-  all_selected = false;
+  all_selected = found_selected = false;
   return true;
 }
 
@@ -42,8 +42,9 @@ std::uint32_t HostState::StateWord(std::size_t index) {
   const HostMessage& message = Message(index);
   const std::uint32_t found =
       If(SaysHighPriority(Header(index, "X-Priority"), Header(index, "Importance")), kStateHighPriority) |
-      If(!message.attachments.empty(), kStateAttachment) | If((flags & kMailReplied) != 0, kStateReplied) |
-      If((flags & kMailForwarded) != 0, kStateForwarded) | If((flags & kMailRead) == 0, kStateUnread) |
+      If(!message.attachments.empty(), kStateAttachment) | If(message.body_was_html, kStateHtml) |
+      If((flags & kMailReplied) != 0, kStateReplied) | If((flags & kMailForwarded) != 0, kStateForwarded) |
+      If((flags & kMailRead) == 0, kStateUnread) |
       If(CountHeaders(message.text, "Message-ID") > 0, kStateMessageId) |
       If(CountHeaders(message.text, "In-Reply-To") > 0, kStateInReplyTo) |
       If((flags & kMailMarked) != 0, kStateMarked) | If(CountHeaders(message.text, "Cc") > 0, kStateCc);
@@ -57,17 +58,27 @@ void HostState::ChangeState(std::size_t index, std::uint32_t bits, std::uint32_t
   memory.changed_bits = (memory.changed_bits & ~mask) | (bits & mask);
 }
 
+void HostState::Import(std::vector<StoredMail> mails, std::size_t folder) {
+  for (StoredMail& mail : mails) {
+    mail.folder = folder;
+    store_.mails().push_back(std::move(mail));
+  }
+  memories_.resize(mail_count());
+}
+
 std::vector<std::size_t> HostState::MailsOf(std::size_t folder) const {
   std::vector<std::size_t> indices;
   for (std::size_t i = 0; i < mail_count(); ++i) {
-    if (store_.mails()[i].folder == folder) indices.push_back(i);
+    if (store_.mails()[i].folder == folder && !memories_[i].removed) indices.push_back(i);
   }
   return indices;
 }
 
 std::size_t HostState::ListPosition() const {
   std::size_t position = 0;
-  for (std::size_t i = 0; i < root_; ++i) position += store_.mails()[i].folder == folder() ? 1 : 0;
+  for (std::size_t i = 0; i < root_; ++i) {
+    position += store_.mails()[i].folder == folder() && !memories_[i].removed ? 1 : 0;
+  }
   return position;
 }
 

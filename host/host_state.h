@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command_state.h"
 #include "mail_store.h"
 #include "mime.h"
 
@@ -20,6 +21,7 @@ enum MailState : std::uint32_t {
   kStateNoFolding = 0x00004000,
   kStateHighPriority = 0x00008000,
   kStateAttachment = 0x00010000,
+  kStateHtml = 0x00020000,
   kStateReplied = 0x00040000,
   kStateForwarded = 0x00080000,
   kStateUnread = 0x00100000,
@@ -27,10 +29,11 @@ enum MailState : std::uint32_t {
   kStateInReplyTo = 0x02000000,
   kStateMarked = 0x04000000,
   kStateCc = 0x08000000,
+  kStateHot = 0x40000000,
 };
 
 // What the mail being written was begun for, as code 169 answers.
-enum class DraftPurpose : std::int64_t { kNewMail = 0, kReply = 1 };
+enum class DraftPurpose : std::int64_t { kNewMail = 0, kReply = 1, kForward = 2 };
 
 class HostState {
  public:
@@ -61,6 +64,12 @@ class HostState {
   std::int64_t colour(std::size_t index) const { return memories_[index].colour; }
   void set_colour(std::size_t index, std::int64_t colour) { memories_[index].colour = colour; }
 
+  // Adds mails to a folder while the program runs; no file of that folder changes.
+  void Import(std::vector<StoredMail> mails, std::size_t folder);
+  // Takes a mail out of its folder; its file stays, and so does the root mail.
+  void Remove(std::size_t index) { memories_[index].removed = true; }
+  bool IsRemoved(std::size_t index) const { return memories_[index].removed; }
+
   // --- Folders: the mail list shows the mails of the current one ---
 
   const std::vector<MailFolder>& folders() const { return store_.folders(); }
@@ -77,6 +86,7 @@ class HostState {
   // stays as it came.
   std::string& EditCurrent();
   void BeginDraft(DraftPurpose purpose, std::string text);
+  void EndDraft() { draft_.reset(); }
   bool HasDraft() const { return draft_.has_value(); }
   DraftPurpose draft_purpose() const { return draft_purpose_; }
 
@@ -85,7 +95,10 @@ class HostState {
   // A number that one code sets and another asks for (pane, sort method, ...), 0 at first.
   std::int64_t& Setting(int code) { return settings_[code]; }
   std::vector<std::size_t>& locked_selection() { return locked_selection_; }
-  bool all_selected = false;  // else the root mail alone
+  bool all_selected = false;    // else the mails found, or the root mail alone
+  bool found_selected = false;  // commands.found is the selection
+  // What the keyword commands work with: accounts, templates, address book, ...
+  CommandState commands;
 
  private:
   // What the host keeps of one mail beside its file.
@@ -95,6 +108,7 @@ class HostState {
     std::uint32_t changed_mask = 0;
     std::uint32_t changed_bits = 0;
     std::int64_t colour = 0;
+    bool removed = false;
   };
 
   MailStore store_;

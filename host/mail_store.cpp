@@ -102,7 +102,9 @@ struct FlagLetter {
 
 // "Status: RO", "X-Status: AF" as mail programs write them into mbox files.
 constexpr FlagLetter kFlagLetters[] = {
-    {'R', kMailRead}, {'A', kMailReplied}, {'F', kMailMarked}, {'D', kMailDeleted}};
+    {'R', kMailRead}, {'A', kMailReplied}, {'F', kMailMarked}, {'D', kMailDeleted}, {'O', kMailOld}};
+
+}  // namespace
 
 std::uint32_t FlagsOf(std::string_view raw) {
   const MessageParts parts = SplitMessage(raw);
@@ -114,8 +116,6 @@ std::uint32_t FlagsOf(std::string_view raw) {
   }
   return flags;
 }
-
-}  // namespace
 
 std::string PathToUtf8(const fs::path& path) {
   const std::u8string text = path.u8string();

@@ -18,13 +18,14 @@ enum MailFlag : std::uint32_t {
   kMailForwarded = 4,
   kMailMarked = 8,
   kMailDeleted = 16,
+  kMailOld = 32,  // seen in the list before, if not read
 };
 
 struct StoredMail {
   std::filesystem::path source;  // the file that holds it
   std::uint64_t offset = 0;      // of its first header in that file (mbox: behind the "From " line)
   std::string raw;               // the mail's own bytes; mbox: ">From " quoting undone
-  std::uint32_t flags = 0;       // MailFlag; read, replied, marked and deleted start from Status and X-Status
+  std::uint32_t flags = 0;       // MailFlag; those but forwarded start from Status and X-Status
   std::size_t folder = 0;        // index into folders()
 };
 
@@ -59,6 +60,8 @@ class MailStore {
 // the start or after an empty line; ">From ", ">>From " lines lose one ">".
 std::vector<StoredMail> SplitMbox(std::string_view bytes);
 bool IsMbox(std::string_view bytes);
+// The flags that the Status and X-Status headers of a mail's bytes tell.
+std::uint32_t FlagsOf(std::string_view raw);
 
 // A path for messages; and one from UTF-8.
 std::string PathToUtf8(const std::filesystem::path& path);

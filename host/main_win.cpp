@@ -6,10 +6,12 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "catalogue/rows.h"
@@ -268,6 +270,35 @@ int Register(const Options& options) {
   return kFine;
 }
 
+// accounts.txt beside the first mail; without mails, beside the program.
+std::filesystem::path DefaultAccounts(const Options& options) {
+  constexpr char kName[] = "accounts.txt";
+  std::error_code error;
+  if (options.mails.empty()) {
+    std::wstring program(32768, L'\0');
+    program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
+    return std::filesystem::path(program).parent_path() / kName;
+  }
+  const std::filesystem::path mails = PathFromUtf8(options.mails[0]);
+  return (std::filesystem::is_directory(mails, error) ? mails : mails.parent_path()) / kName;
+}
+
+// Opens what the keyword commands work with; returns why that is not possible.
+std::optional<std::string> OpenCommandFiles(const Options& options, CommandState& commands) {
+  const auto accounts =
+      options.accounts.empty() ? DefaultAccounts(options) : PathFromUtf8(options.accounts.back());
+  if (auto reason = commands.accounts.Open(accounts)) return reason;
+  if (!options.books.empty()) {
+    if (auto reason = commands.book.Open(PathFromUtf8(options.books.back()))) return reason;
+  }
+  if (options.templates.empty()) return std::nullopt;
+  const std::filesystem::path folder = PathFromUtf8(options.templates.back());
+  std::error_code error;
+  if (!std::filesystem::is_directory(folder, error)) return "cannot read the templates " + PathToUtf8(folder);
+  commands.templates.Open(folder);
+  return std::nullopt;
+}
+
 int Run(const std::vector<std::string>& arguments) {
   const auto parsed = ParseCommandLine(arguments);
   if (const auto* wrong = std::get_if<UsageError>(&parsed)) {
@@ -289,6 +320,7 @@ int Run(const std::vector<std::string>& arguments) {
   for (const std::string& mail : options.mails) {
     if (const auto reason = state.AddMails(PathFromUtf8(mail))) return Fail(*reason);
   }
+  if (const auto reason = OpenCommandFiles(options, state.commands)) return Fail(*reason);
   auto library = Library::Load();
   if (const auto* reason = std::get_if<std::string>(&library)) return Fail(*reason);
   return Work(options, macros, state, std::get<Library>(library));

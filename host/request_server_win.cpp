@@ -82,6 +82,13 @@ void Request::FillBuffer(std::size_t address_slot, std::size_t size_slot, std::s
   wfinfo::CopyWithinLimit(buffer, text, static_cast<std::size_t>(size));
 }
 
+void Request::SetLowNumber(std::size_t slot, std::uint32_t value) const {
+  if (block_ == nullptr || IsBadWritePtr(block_ + slot, sizeof(Slot))) return;
+  auto bits = static_cast<std::uint64_t>(block_[slot]);
+  bits = (bits & ~std::uint64_t{0xFFFFFFFF}) | value;
+  block_[slot] = static_cast<Slot>(bits);
+}
+
 std::string_view Request::WholeText() const {
   const char* text = ReadableText(reinterpret_cast<Slot>(block_));
   return text == nullptr ? "" : text;

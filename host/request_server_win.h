@@ -41,6 +41,8 @@ class Request {
   // Fills the buffer whose address and size stand in two slots, cut to whole characters; nothing without a
   // buffer.
   void FillBuffer(std::size_t address_slot, std::size_t size_slot, std::string_view text) const;
+  // Writes the low 32 bits of a slot, for the few requests that answer in their block.
+  void SetLowNumber(std::size_t slot, std::uint32_t value) const;
   // The text that lies at lParam itself (code 297 comes without a block).
   std::string_view WholeText() const;
 
@@ -106,6 +108,8 @@ class RequestServer {
  public:
   // `trace` is null when nothing is to be traced.
   RequestServer(HostState& state, TraceLine trace) : state_(state), trace_(trace) {}
+
+  HostState& state() { return state_; }
 
   // Answers a host request: `block` is lParam, 0 without a block.
   Slot Serve(int code, LPARAM block);

@@ -1,9 +1,6 @@
 // The mail being written, and the headers of the current mail. A mail being written lives in memory only;
 // nothing is ever sent. Changed headers of a received mail are forgotten with the program.
-#include "frame_win.h"
 #include "header_edit.h"
-#include "header_lookup.h"
-#include "quoting.h"
 #include "request_server_win.h"
 
 namespace wrenfold {
@@ -30,23 +27,6 @@ Answer Delete(Request& request) {
   return Done(DeleteHeader(request.state.EditCurrent(), request.Text(0), n));
 }
 
-Answer NewMail(Request& request) {
-  request.state.BeginDraft(DraftPurpose::kNewMail, "To: \r\nSubject: \r\n\r\n");
-  Windows::OpenView();
-  return Done(true);
-}
-
-Answer Reply(Request& request) {
-  const std::size_t root = request.state.root();
-  const HostMessage& message = request.state.Message(root);
-  const std::size_t width = request.state.Folds(root) ? kDefaultWidth : kNoFolding;
-  const std::string_view body = std::string_view(message.text).substr(message.body_offset);
-  request.state.BeginDraft(DraftPurpose::kReply,
-                           ReplyTo(message.text, FoldAndQuote(body, kQuoteMark, width)));
-  Windows::OpenView();
-  return Done(true);
-}
-
 Answer Purpose(Request& request) {
   if (!request.state.HasDraft()) return {};
   return Request::AnswerNumber(static_cast<Slot>(request.state.draft_purpose()));
@@ -57,9 +37,7 @@ constexpr Service kServices[] = {
     {94, "TI", WithCurrent<Delete>}, {169, nullptr, Purpose},
 };
 
-constexpr Command kCommands[] = {{40002, NewMail}, {40019, WithRoot<Reply>}};
-
-const ServiceFamily kFamily(kServices, kCommands);
+const ServiceFamily kFamily(kServices, {});
 
 }  // namespace
 }  // namespace wrenfold

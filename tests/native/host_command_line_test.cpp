@@ -24,6 +24,14 @@ TEST(CommandLine, TakesMailsAndMacrosInOrder) {
   EXPECT_EQ(options.english, std::nullopt);
 }
 
+TEST(CommandLine, TakesTheFilesOfTheKeywordCommands) {
+  const Options options =
+      Parsed({"--accounts", "a", "--templates", "t", "--book", "b", "--accounts", "c", "--prompt"});
+  EXPECT_EQ(options.accounts, (Arguments{"a", "c"}));
+  EXPECT_EQ(options.templates, Arguments{"t"});
+  EXPECT_EQ(options.books, Arguments{"b"});
+}
+
 TEST(CommandLine, TakesAnOptionLikeFileNameBehindItsOption) {
   EXPECT_EQ(Parsed({"--macro", "--trace"}).macros, (Arguments{"--trace"}));
 }

@@ -1,0 +1,64 @@
+// The address book of the small host: a UTF-8 file of comma-separated lines.
+//
+//   # comment
+//   address, name, name2, name3, group, date, note1, ..., note8
+//   carol@example.com, Carol Jones, Carol, , Work/Printers, 2025-01-31, "Prints, binds"
+//
+// The first line names the columns, in any order and as many as are used; a column with another name is left
+// alone. Blanks around a value do not count; a value in double quotes may hold commas and "" for a quote.
+// Groups are paths with "/" between group and subgroup.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace wrenfold {
+
+enum class BookPart : std::size_t {
+  kAddress,
+  kName,
+  kName2,
+  kName3,
+  kGroup,  // the whole path
+  kDate,
+  kNote1,
+  kNote8 = kNote1 + 7,
+};
+inline constexpr std::size_t kBookParts = 14;
+
+// Host text by BookPart.
+using BookEntry = std::array<std::string, kBookParts>;
+
+class AddressBook {
+ public:
+  // Reads `file`; returns why that is not possible.
+  std::optional<std::string> Open(const std::filesystem::path& file);
+  // The same with the file's text; what is wrong, without the file's name.
+  std::optional<std::string> Read(std::string_view utf8);
+
+  bool empty() const { return entries_.empty(); }
+  // The entry of an address: "a@example.com" or "Name <a@example.com>", in any case; null when there is none.
+  const BookEntry* Find(std::string_view address) const;
+  // Part `part` of that entry, "" when there is none.
+  std::string Part(std::string_view address, std::size_t part) const;
+  // The entries that hold `text` in any part, as "Name <address>"; all for "".
+  std::vector<std::string> Search(std::string_view text) const;
+  // The entries of a group and of its subgroups.
+  std::vector<std::string> Members(std::string_view group) const;
+
+ private:
+  std::vector<BookEntry> entries_;
+};
+
+// The last name of a path of groups: "Printers" of "Work/Printers".
+std::string_view LastGroup(std::string_view path);
+
+// Texts one behind the other, each with a zero byte, and an empty one behind the last.
+std::string TextBlock(const std::vector<std::string>& texts);
+
+}  // namespace wrenfold

@@ -1,0 +1,116 @@
+"""The sample macros of the keyword commands, run as a user runs them: on copies of the samples, with exact output.
+
+What each prints stands in tests/e2e/expected/NAME.txt: standard output, then a line "--- standard error ---" and
+standard error.
+"""
+import shutil
+import unittest
+
+import host
+from host import HostTest, run
+
+MARK = "--- standard error ---\n"
+
+
+class SampleMacros(HostTest):
+    def setUp(self):
+        super().setUp()
+        shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
+
+    def run_sample(self, name, *arguments):
+        result = run("--english", "--macro", f"samples/macros/{name}.macro", *arguments, folder=self.folder)
+        expected = (host.SOURCE / "tests/e2e/expected" / (name + ".txt")).read_text(encoding="utf-8")
+        out, mark, err = expected.partition(MARK)
+        self.assertEqual(result, host.Result(out, err, 0))
+
+    def file_text(self, name):
+        return (self.folder / name).read_text(encoding="utf-8")
+
+    def test_accounts(self):
+        self.run_sample("accounts", "--accounts", "samples/accounts.txt")
+        self.assertEqual(self.file_text("samples/accounts.txt"), """\
+# Accounts of the samples: keys as in docs/account-record.md, "\\n" for a line end.
+[example]
+szMailFromSpecify = bob@example.com
+szSecondPop3Server = pop.example.com
+szEmailAlias = robert@example.com, bob.baker@example.com
+fImapSync = 1
+nAccountIcon = 44
+szSignature = -- \\nBob\\nbob@example.com
+fCcAlways = 1
+szCcEmail = copy@example.com
+szReplyTemplate = Dear sir,\\n
+
+[archive]
+szCcEmail = archive@example.com
+
+[second]
+""")
+
+    def test_flags(self):
+        self.run_sample("flags", "--mail", "samples/mails")
+
+    def test_navigation(self):
+        self.run_sample("navigation", "--mail", "samples/mails")
+
+    def test_reply(self):
+        self.run_sample("reply", "--mail", "samples/mails", "--accounts", "samples/accounts.txt")
+
+    def test_reply_with_date(self):
+        self.run_sample("reply_with_date", "--mail", "samples/mails/japanese-iso-2022-jp.eml")
+
+
+class Accounts(HostTest):
+    LOAD = 'print LoadAccountProp("local")\n'
+
+    def test_without_mails_or_an_option_the_accounts_lie_beside_the_program(self):
+        self.assert_output(self.run_macro(self.LOAD), "0\n")
+
+    def test_the_accounts_lie_beside_the_mails(self):
+        mail = self.write("a.eml", "Subject: x\r\n\r\n")
+        self.assert_output(self.run_macro('print MakeAccount("local")\n' + self.LOAD, "--mail", mail), "1\n1\n")
+        self.assertEqual((self.folder / "accounts.txt").read_bytes(), b"[local]\r\n")
+        self.assert_output(self.run_macro(self.LOAD, "--mail", self.folder), "1\n")
+
+    def test_accounts_that_cannot_be_read(self):
+        result = self.run_macro(self.LOAD, "--accounts", self.folder)
+        self.assertEqual((result.out, result.code), ("", 1))
+        self.assertRegex(result.err, "^wrenfold: cannot read the accounts ")
+
+    def test_a_title_in_use_is_not_saved(self):
+        accounts = self.write("accounts.txt", "[local]\n[other]\n")
+        self.assert_output(self.run_macro(
+            self.LOAD + 'print SetAccountProp("szTitle", "other"), SaveAccountProp(), SaveAccountProp()\n',
+            "--accounts", accounts), "1\n100\n")
+        self.assertEqual(accounts.read_text(), "[local]\n[other]\n")
+
+
+class Writing(HostTest):
+    MAIL = (b"From: Alice <alice@example.com>\r\nTo: b@example.com\r\nSubject: s\r\n"
+            b"Content-Type: multipart/mixed; boundary=x\r\n\r\n--x\r\n\r\none\r\n--x\r\n"
+            b"Content-Disposition: attachment; filename=a.txt\r\n\r\nA\r\n--x--\r\n")
+
+    def test_attachments_go_along_when_asked_for(self):
+        mail = self.write("a.eml", self.MAIL)
+        result = self.run_macro('MakeReplyCustom("", "CopyAttach", "", 0)\nprint SendNow(), SendNow()\n', "--mail", mail)
+        self.assertEqual((result.out, result.code), ("10\n", 0))
+        self.assertIn("| To: Alice <alice@example.com>\n| Subject: Re: s\n", result.err)
+        self.assertIn("| > one\n", result.err)
+        self.assertIn("| [attachment: a.txt]\n", result.err)
+
+    def test_an_opened_resent_mail_is_the_current_one(self):
+        mail = self.write("a.eml", self.MAIL)
+        self.assert_output(self.run_macro(
+            'print MakeResentForward("c@example.com", "open", "log", ""), CurrentHeader("Resent-To")\n'
+            'print MakeResentForward(5, "open", "", "")\n', "--mail", mail), "1c@example.com\n0\n")
+
+    def test_logs_show_the_mail(self):
+        mail = self.write("a.eml", b"Subject: =?us-ascii?Q?s?=\r\n\r\nx\r\n")
+        result = self.run_macro('print OpenLog("direct"), OpenLog("decode"), OpenLog(null)\n', "--mail", mail)
+        self.assertEqual(result, host.Result(
+            "111\n", "log, direct:\nSubject: =?us-ascii?Q?s?=\n\nx\n\nlog, decoded:\nSubject: s\n\nx\n\nlog:\na.eml at byte 0, "
+            "32 bytes\n", 0))
+
+
+if __name__ == "__main__":
+    unittest.main()
