@@ -30,7 +30,8 @@ set(hardening -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timesta
 
 target_compile_options(wfinfo_pure PRIVATE ${library_options})
 # The compiler keeps 32-byte vectors on a stack that Windows aligns to 16 bytes only: have it use unaligned moves.
-set_source_files_properties(src/text/line_scan_avx2.cpp src/text/csv_kernels.cpp src/text/utf8_validation.cpp PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
+set_source_files_properties(src/text/line_scan_avx2.cpp src/text/csv_kernels.cpp src/text/utf8_validation.cpp
+  src/text/address_quick.cpp PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
 
 add_library(WFINFO SHARED ${windows_sources} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
 add_dependencies(WFINFO catalogue_files)
