@@ -7,6 +7,9 @@ target_link_libraries(print_catalogue PRIVATE wfinfo_pure)
 # The small host's portable half: mail decoding and the macro language.
 file(GLOB host_pure_sources CONFIGURE_DEPENDS host/*.cpp)
 list(FILTER host_pure_sources EXCLUDE REGEX "_win\\.cpp$")
+if(WFINFO_BENCH)
+  set(host_pure_sources)  # the benchmarks measure the library alone
+endif()
 if(host_pure_sources)
   add_library(host_pure STATIC ${host_pure_sources})
   target_include_directories(host_pure PUBLIC host)
