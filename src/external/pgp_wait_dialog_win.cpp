@@ -17,7 +17,7 @@ constexpr INT_PTR kEnded = 1;
 constexpr INT_PTR kAborted = 2;
 
 void SetUp(HWND dialog, LPARAM process) {
-  SetWindowLongPtrA(dialog, DWLP_USER, process);
+  SetWindowLongPtrW(dialog, DWLP_USER, process);
   Slot block[] = {ToSlot(dialog)};
   SendHostRequest(kCodeCentreWindow, block);
   const HICON icon = LoadIconA(nullptr, IDI_INFORMATION);
@@ -31,7 +31,7 @@ void End(HWND dialog, INT_PTR result) {
 }
 
 bool HasEnded(HWND dialog) {
-  const auto process = reinterpret_cast<HANDLE>(GetWindowLongPtrA(dialog, DWLP_USER));
+  const auto process = reinterpret_cast<HANDLE>(GetWindowLongPtrW(dialog, DWLP_USER));
   return g_pgpSystem.wait(process, 0) == WAIT_OBJECT_0;
 }
 
@@ -46,7 +46,8 @@ INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lpar
 
 bool WaitWithDialog(bool gnupg, HANDLE process) {
   const int dialog = gnupg ? IDD_GNUPG_WAIT : IDD_PGP_WAIT;
-  return DialogBoxParamA(g_hInstance, MAKEINTRESOURCEA(dialog), MessageBoxOwner(), &Procedure,
+  // As Unicode: the Japanese texts show in every code page.
+  return DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(dialog), MessageBoxOwner(), &Procedure,
                          reinterpret_cast<LPARAM>(process)) == kEnded;
 }
 

@@ -395,6 +395,18 @@ TEST_F(PgpThreats, NoMessageHoldsThePassPhrase) {
 
 // --- S/MIME ----------------------------------------------------------------------------------------------------------
 
+TEST_F(Pgp, WithSmimeAnEncryptionGoesToCertificates) {
+  InstallPrograms("pgp gpg");
+  PgpSetProgram(2);
+  BoxCloser boxes;
+  EXPECT_STREQ(PgpEncrypt("t", "nobody@nowhere.example"), "");
+  ASSERT_EQ(boxes.boxes().size(), 1u);
+  EXPECT_NE(boxes.boxes()[0].text.find("nobody@nowhere.example"), std::string::npos) << boxes.boxes()[0].text;
+  EXPECT_EQ(Noted("command"), "(no file)");
+  EXPECT_STREQ(PgpSign("t", nullptr, "pw"), "") << "parameters are looked at first";
+  host_.ExpectMessages({kStringMessageEnglish, kInvalidEncrypt});
+}
+
 TEST_F(Pgp, WithSmimeADecryptionIsEmptyAtOnce) {
   InstallPrograms("pgp gpg");
   PgpSetProgram(2);
