@@ -1,0 +1,56 @@
+/* Reads from "start.txt" beside it: for how long a window shows first, whether a frame follows, and whether that frame
+ * says that it is ready. "1000 1 0": a window for a second, then a frame that is never ready. */
+#include <windows.h>
+
+#include <stdio.h>
+#include <string.h>
+
+enum { kQueryReady = 21703, kLongestLifeMs = 60000 };
+
+static int g_ready;
+
+static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == kQueryReady) return g_ready;
+  if (message == WM_DESTROY) PostQuitMessage(0);
+  return DefWindowProcA(window, message, wparam, lparam);
+}
+
+static void Pump(DWORD milliseconds) {
+  DWORD start = GetTickCount();
+  MSG message;
+  while (GetTickCount() - start < milliseconds) {
+    while (PeekMessageA(&message, NULL, 0, 0, PM_REMOVE)) {
+      if (message.message == WM_QUIT) ExitProcess(0);
+      DispatchMessageA(&message);
+    }
+    Sleep(10);
+  }
+}
+
+int main(void) {
+  char path[MAX_PATH];
+  int shown_ms = 0;
+  int with_frame = 0;
+  FILE* file;
+  WNDCLASSA frame = {0};
+  GetModuleFileNameA(NULL, path, sizeof path - 16);
+  strcpy(strrchr(path, '\\') + 1, "start.txt");
+  file = fopen(path, "r");
+  if (file == NULL || fscanf(file, "%d %d %d", &shown_ms, &with_frame, &g_ready) != 3) return 1;
+  fclose(file);
+  if (shown_ms > 0) {
+    HWND question = CreateWindowExA(0, "STATIC", "Password?", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, NULL, NULL, NULL, NULL);
+    ShowWindow(question, SW_SHOW);
+    ShowWindow(question, SW_SHOW); /* the first call obeys what the starter asked for */
+    Pump((DWORD)shown_ms);
+    DestroyWindow(question);
+  }
+  if (with_frame) {
+    frame.lpfnWndProc = Procedure;
+    frame.lpszClassName = "WrenfoldFrame";
+    RegisterClassA(&frame);
+    CreateWindowExA(0, "WrenfoldFrame", "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 300, 200, NULL, NULL, NULL, NULL);
+  }
+  Pump(kLongestLifeMs);
+  return 0;
+}
