@@ -47,10 +47,11 @@ Result ContentSize(Parameters) { return Value(static_cast<std::int64_t>(Mail().c
 // An edit control that shows `text`, with the caret at its end: what the host shows a report in.
 Result NewReport(Parameters given) {
   const HWND control =
-      CreateWindowExA(0, "EDIT", "", WS_POPUP | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0, 0, 400, 300, nullptr,
-                      nullptr, GetModuleHandleA(nullptr), nullptr);
+      CreateWindowExA(0, "EDIT", "", WS_POPUP | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0, 0, 400,
+                      300, nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
   if (control == nullptr) return Complaint{"no window could be made for the report"};
-  SendMessageA(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(given[0].IsText() ? given[0].Text().c_str() : ""));
+  SendMessageA(control, WM_SETTEXT, 0,
+               reinterpret_cast<LPARAM>(given[0].IsText() ? given[0].Text().c_str() : ""));
   SendMessageA(control, EM_SETSEL, 0x7FFFFFFF, 0x7FFFFFFF);
   return Value(static_cast<std::int64_t>(reinterpret_cast<INT_PTR>(control)));
 }
@@ -71,7 +72,7 @@ struct HostFunction {
 };
 
 constexpr HostFunction kFunctions[] = {
-    {"HostReadSmime", 1, ReadSmime},      {"HostSmimeMessage", 0, Message},
+    {"HostReadSmime", 1, ReadSmime},          {"HostSmimeMessage", 0, Message},
     {"HostSmimeMessageSize", 0, MessageSize}, {"HostSmimeContent", 0, Content},
     {"HostSmimeContentSize", 0, ContentSize}, {"HostNewReport", 1, NewReport},
     {"HostReportText", 1, ReportText},

@@ -1,5 +1,5 @@
-// Functions that macros of the small host have beside the library's exports: what a host does itself around some
-// exports, and a macro cannot, since its texts hold no zero bytes.
+// Functions that macros of the small host have beside the library's exports: what a host does itself around
+// some exports, and a macro cannot, since its texts hold no zero bytes.
 #pragma once
 
 #include <optional>

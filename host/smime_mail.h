@@ -13,8 +13,8 @@ struct SmimeMail {
   bool is_detached = false;
 };
 
-// Reads a mail of the type application/pkcs7-mime, or a multipart/signed one with a pkcs7 signature (also with the
-// older "x-pkcs7" names); nullopt for any other.
+// Reads a mail of the type application/pkcs7-mime, or a multipart/signed one with a pkcs7 signature (also
+// with the older "x-pkcs7" names); nullopt for any other.
 std::optional<SmimeMail> ReadSmimeMail(std::string_view raw);
 
 }  // namespace wrenfold

@@ -17,8 +17,8 @@ extern int g_signatureState;
 // Bytes of the last S/MIME result; its block has spare zero bytes behind them.
 extern DWORD g_smimeOutputSize;
 
-// Resets what every encrypt, decrypt or verify call resets at its start: both numbers become -1, the size 0, the
-// info text is dropped.
+// Resets what every encrypt, decrypt or verify call resets at its start: both numbers become -1, the size 0,
+// the info text is dropped.
 void BeginPgpRun();
 
 // The info text: messages of the last program, or the report on the last signature. "" when there is none.
@@ -37,8 +37,8 @@ inline constexpr std::size_t kSmimeSpareBytes = 128;
 // A zeroed block for a result of `size` bytes and the spare ones behind it, or null.
 char* NewSmimeOutput(DWORD size);
 
-// Takes `block`, which holds `size` bytes of result, as the S/MIME output block; frees the one before. The block
-// stays valid until the next call. Returns `block`.
+// Takes `block`, which holds `size` bytes of result, as the S/MIME output block; frees the one before. The
+// block stays valid until the next call. Returns `block`.
 const char* KeepSmimeOutput(char* block, DWORD size);
 
 }  // namespace wfinfo

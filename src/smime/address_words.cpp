@@ -7,8 +7,8 @@ namespace wfinfo::smime {
 namespace {
 
 constexpr char kSeparator[] = ", ";
-constexpr std::size_t kSpareBytes = 5;        // behind the last item: separator, "..", terminator
-constexpr std::size_t kLongestSigner = 128;   // bytes; an address of this many is not taken
+constexpr std::size_t kSpareBytes = 5;       // behind the last item: separator, "..", terminator
+constexpr std::size_t kLongestSigner = 128;  // bytes; an address of this many is not taken
 
 char Lowered(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte; }
 
@@ -25,8 +25,8 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 bool StartsWithIgnoringCase(std::string_view text, std::string_view start) {
-  return text.size() >= start.size() &&
-         std::equal(start.begin(), start.end(), text.begin(), [](char a, char b) { return Lowered(a) == Lowered(b); });
+  return text.size() >= start.size() && std::equal(start.begin(), start.end(), text.begin(),
+                                                   [](char a, char b) { return Lowered(a) == Lowered(b); });
 }
 
 std::size_t CountRecipients(std::string_view list) {
@@ -77,7 +77,8 @@ std::string_view SignerAddressIn(std::string_view report, std::string_view label
   const std::size_t found = report.find(label);
   if (found == std::string_view::npos || report.size() - found < kSignerAddressOffset) return {};
   const std::string_view rest = report.substr(found + kSignerAddressOffset);
-  const auto end = std::find_if(rest.begin(), rest.end(), [](char c) { return static_cast<unsigned char>(c) <= ' '; });
+  const auto end =
+      std::find_if(rest.begin(), rest.end(), [](char c) { return static_cast<unsigned char>(c) <= ' '; });
   const auto length = static_cast<std::size_t>(end - rest.begin());
   return length < kLongestSigner ? rest.substr(0, length) : std::string_view{};
 }

@@ -30,8 +30,8 @@ void WriteLine(ReportWriter& line, const Candidate& candidate) {
     line.AddFormat("%s Expiration date=%02u/%02u/%04u～%02u/%02u/%04u Issuer=", mark, from.wMonth, from.wDay,
                    from.wYear, to.wMonth, to.wDay, to.wYear);
   } else {
-    line.AddFormat("%s 有効期限=%04u/%02u/%02u～%04u/%02u/%02u 発行元=", mark, from.wYear, from.wMonth, from.wDay,
-                   to.wYear, to.wMonth, to.wDay);
+    line.AddFormat("%s 有効期限=%04u/%02u/%02u～%04u/%02u/%02u 発行元=", mark, from.wYear, from.wMonth,
+                   from.wDay, to.wYear, to.wMonth, to.wDay);
   }
   char issuer[256];
   line.Add(NameOf(candidate.cert, CERT_NAME_FRIENDLY_DISPLAY_TYPE, CERT_NAME_ISSUER_FLAG, issuer));
@@ -65,7 +65,8 @@ INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lpar
   }
   if (message != WM_COMMAND) return FALSE;
   const WORD id = LOWORD(wparam);
-  if (id == IDOK || (id == IDC_CERT_CHOICE_LIST && HIWORD(wparam) == LBN_DBLCLK)) return EndWithSelection(dialog);
+  if (id == IDOK || (id == IDC_CERT_CHOICE_LIST && HIWORD(wparam) == LBN_DBLCLK))
+    return EndWithSelection(dialog);
   if (id != IDCANCEL) return FALSE;
   EndDialog(dialog, -1);
   return TRUE;

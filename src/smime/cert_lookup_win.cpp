@@ -32,7 +32,8 @@ class Candidates {
   int count() const { return count_; }
   const Candidate* list() const { return list_; }
   int CountValid() const {
-    return static_cast<int>(std::count_if(list_, list_ + count_, [](const Candidate& c) { return c.is_valid; }));
+    return static_cast<int>(
+        std::count_if(list_, list_ + count_, [](const Candidate& c) { return c.is_valid; }));
   }
   // The first valid candidate with the host's number `remembered_choice`, or -1.
   int FindRemembered(DWORD remembered_choice) const;
@@ -78,8 +79,8 @@ void Candidates::TestValidity() {
 void Candidates::PutValidFirst() {
   for (int i = 0; i < count_; ++i) {
     if (list_[i].is_valid) continue;
-    Candidate* const later =
-        std::find_if(list_ + i + 1, list_ + count_, [](const Candidate& candidate) { return candidate.is_valid; });
+    Candidate* const later = std::find_if(list_ + i + 1, list_ + count_,
+                                          [](const Candidate& candidate) { return candidate.is_valid; });
     if (later != list_ + count_) std::swap(list_[i], *later);
   }
 }
@@ -146,9 +147,9 @@ PCCERT_CONTEXT FindCertByEmail(const HCERTSTORE* stores, int store_count, const 
 void ShowCertificateNotFound(const char* address) {
   char room[1024];
   ReportWriter text(room, sizeof room);
-  text.AddFormat(Chosen({"The certificate not found. email address=%s",
-                         "証明書が見つかりません。メールアドレス=%s"}),
-                 address);
+  text.AddFormat(
+      Chosen({"The certificate not found. email address=%s", "証明書が見つかりません。メールアドレス=%s"}),
+      address);
   ShowSmimeBox(text.text());
 }
 

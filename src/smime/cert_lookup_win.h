@@ -17,9 +17,9 @@ inline constexpr int kMostCandidates = 64;
 inline constexpr const char* kStoreNames[] = {"My", "AddressBook", "CA", "TrustedPeople"};
 inline constexpr int kStoreCount = 4;
 
-// The certificate for `address` in the given stores (an empty slot is skipped): owned by the caller; null when
-// there is none; kCancelled. `remembered_choice` is the host's number of a serial number, 0 for none. With
-// `always_ask` the dialog shows even for one certificate, and a missing one is reported.
+// The certificate for `address` in the given stores (an empty slot is skipped): owned by the caller; null
+// when there is none; kCancelled. `remembered_choice` is the host's number of a serial number, 0 for none.
+// With `always_ask` the dialog shows even for one certificate, and a missing one is reported.
 PCCERT_CONTEXT FindCertByEmail(const HCERTSTORE* stores, int store_count, const char* address,
                                DWORD remembered_choice, bool always_ask);
 
@@ -34,8 +34,8 @@ class RecipientCerts {
   RecipientCerts(const RecipientCerts&) = delete;
   RecipientCerts& operator=(const RecipientCerts&) = delete;
 
-  // Looks all of them up in the four stores. False when one is missing or too long (the user has been told), or
-  // when the user cancelled.
+  // Looks all of them up in the four stores. False when one is missing or too long (the user has been told),
+  // or when the user cancelled.
   bool Find(const HCERTSTORE* stores, const char* recipients, DWORD remembered_choice);
 
   DWORD count() const { return count_; }

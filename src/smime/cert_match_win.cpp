@@ -29,7 +29,8 @@ bool EachSubjectEmail(PCCERT_CONTEXT cert, Visit&& visit) {
     for (DWORD j = 0; j < part.cRDNAttr; ++j) {
       const CERT_RDN_ATTR& attribute = part.rgRDNAttr[j];
       if (std::strcmp(attribute.pszObjId, kEmailAttribute) != 0) continue;
-      if (!visit(std::string_view(reinterpret_cast<const char*>(attribute.Value.pbData), attribute.Value.cbData))) {
+      if (!visit(std::string_view(reinterpret_cast<const char*>(attribute.Value.pbData),
+                                  attribute.Value.cbData))) {
         return false;
       }
     }
@@ -40,7 +41,8 @@ bool EachSubjectEmail(PCCERT_CONTEXT cert, Visit&& visit) {
 // The same for the RFC 822 names of one extension.
 template <class Visit>
 bool EachAltNameOf(const CERT_EXTENSION& extension, Visit&& visit) {
-  const Decoded<CERT_ALT_NAME_INFO> names(X509_ALTERNATE_NAME, extension.Value.pbData, extension.Value.cbData);
+  const Decoded<CERT_ALT_NAME_INFO> names(X509_ALTERNATE_NAME, extension.Value.pbData,
+                                          extension.Value.cbData);
   if (names.get() == nullptr) return true;
   for (DWORD i = 0; i < names.get()->cAltEntry; ++i) {
     const CERT_ALT_NAME_ENTRY& entry = names.get()->rgAltEntry[i];

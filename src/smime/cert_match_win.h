@@ -7,22 +7,23 @@
 
 namespace wfinfo::smime {
 
-// Some emailAddress attribute of the subject equals `address`; letter case does not count. An attribute of more
-// than 511 bytes ends the process.
+// Some emailAddress attribute of the subject equals `address`; letter case does not count. An attribute of
+// more than 511 bytes ends the process.
 bool CertMatchesEmailBySubject(PCCERT_CONTEXT cert, const char* address);
 
-// The first RFC 822 name of the first alternative-name extension that has one equals `address`; letter case does
-// not count. Further names and extensions are not looked at, on purpose.
+// The first RFC 822 name of the first alternative-name extension that has one equals `address`; letter case
+// does not count. Further names and extensions are not looked at, on purpose.
 bool CertMatchesEmailByAltName(PCCERT_CONTEXT cert, const char* address);
 
 // The subject or an alternative name carries any address.
 bool CertHasEmail(PCCERT_CONTEXT cert);
 
-// All addresses, those of the subject first, separated by ", ". The list ends with ".." when it does not fit into
-// `capacity` bytes. Control characters and marks of the addresses are made harmless.
+// All addresses, those of the subject first, separated by ", ". The list ends with ".." when it does not fit
+// into `capacity` bytes. Control characters and marks of the addresses are made harmless.
 void GetCertEmailList(PCCERT_CONTEXT cert, char* buffer, std::size_t capacity);
 
-// A name of the certificate for a report line: cleaned, "" when there is none. `flags` as for CertGetNameString.
+// A name of the certificate for a report line: cleaned, "" when there is none. `flags` as for
+// CertGetNameString.
 const char* ReadName(PCCERT_CONTEXT cert, DWORD type, DWORD flags, char* name, DWORD room);
 
 template <std::size_t kRoom>
@@ -30,8 +31,8 @@ const char* NameOf(PCCERT_CONTEXT cert, DWORD type, DWORD flags, char (&name)[kR
   return ReadName(cert, type, flags, name, kRoom);
 }
 
-// The certificate of `store` that is its owner's: the first with an e-mail address, else the first; empty when the
-// store has none.
+// The certificate of `store` that is its owner's: the first with an e-mail address, else the first; empty
+// when the store has none.
 UniqueCert OwnCertificate(HCERTSTORE store);
 
 // An object decoded by crypt32 in memory of its own; null when it cannot be decoded.
@@ -41,8 +42,8 @@ class Decoded {
   Decoded(LPCSTR structure, const BYTE* encoded, DWORD size) {
     DWORD room = 0;
     void* object = nullptr;
-    if (g_crypto.CryptDecodeObjectEx(kEncoding, structure, encoded, size, CRYPT_DECODE_ALLOC_FLAG, nullptr, &object,
-                                     &room)) {
+    if (g_crypto.CryptDecodeObjectEx(kEncoding, structure, encoded, size, CRYPT_DECODE_ALLOC_FLAG, nullptr,
+                                     &object, &room)) {
       object_.reset(object);
     }
   }

@@ -9,29 +9,30 @@ namespace {
 
 char g_certReport[kCertReportRoom];
 
-constexpr DWORD kExpired = 1;                       // chain status: nothing but expiry
-constexpr DWORD kUntrustedRoot = 0x800B010A;        // WinVerifyTrust: left to the chain check
-constexpr GUID kVerifyCertificate = {0x189A3842, 0x3041, 0x11D1, {0x85, 0xE1, 0x00, 0xC0, 0x4F, 0xC2, 0x95, 0xEE}};
+constexpr DWORD kExpired = 1;                 // chain status: nothing but expiry
+constexpr DWORD kUntrustedRoot = 0x800B010A;  // WinVerifyTrust: left to the chain check
+constexpr GUID kVerifyCertificate = {
+    0x189A3842, 0x3041, 0x11D1, {0x85, 0xE1, 0x00, 0xC0, 0x4F, 0xC2, 0x95, 0xEE}};
 
 // Answers whether the certificate is valid now.
 bool AddValidity(ReportWriter& report, PCCERT_CONTEXT cert) {
   const LONG position = g_crypto.CertVerifyTimeValidity(nullptr, cert->pCertInfo);
   if (position > 0) {
-    report.Add(Chosen({"× !!!!The certificate is expired.\r\n", "× !!!!証明書の有効期限が切れています。\r\n"}));
+    report.Add(
+        Chosen({"× !!!!The certificate is expired.\r\n", "× !!!!証明書の有効期限が切れています。\r\n"}));
   } else if (position < 0) {
     report.Add(Chosen({"× !!!!The validity period of the certificate is in the future.\r\n",
                        "× !!!!証明書の有効期間がまだ始まっていません。\r\n"}));
   } else {
-    report.Add(
-        Chosen({"○ The certificate is in validity period.\r\n", "○ 証明書は有効期間内です。\r\n"}));
+    report.Add(Chosen({"○ The certificate is in validity period.\r\n", "○ 証明書は有効期間内です。\r\n"}));
   }
   return position == 0;
 }
 
 void AddSystemText(ReportWriter& report, DWORD code) {
   char text[256] = "";
-  FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text, sizeof text,
-                 nullptr);
+  FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text,
+                 sizeof text, nullptr);
   report.Add(text);
 }
 
@@ -99,8 +100,7 @@ const char* CertificateReport(PCCERT_CONTEXT cert, HCERTSTORE further) {
   }
   const UniqueChain chain = BuildChain(cert, further);
   if (!chain) {
-    report.Add(Chosen(
-        {"× !!!!Cannot create certificate chain.", "× !!!!証明書の経路を作成できません。"}));
+    report.Add(Chosen({"× !!!!Cannot create certificate chain.", "× !!!!証明書の経路を作成できません。"}));
     return report.text();
   }
   AddChainStatus(report, cert, chain.get()->TrustStatus.dwErrorStatus, in_validity_period);

@@ -8,8 +8,8 @@ namespace wfinfo::smime {
 // Room of a certificate report, terminator included.
 inline constexpr std::size_t kCertReportRoom = 8192;
 
-// Checks `cert` and its chain; `further` (may be null) holds certificates that may belong to the chain. The result
-// is valid until the next call.
+// Checks `cert` and its chain; `further` (may be null) holds certificates that may belong to the chain. The
+// result is valid until the next call.
 const char* CertificateReport(PCCERT_CONTEXT cert, HCERTSTORE further);
 
 // True when a report holds a problem.

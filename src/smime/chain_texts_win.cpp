@@ -13,7 +13,8 @@ struct Row {
 // Spellings ("Ther") stand as users know them.
 const Row kRows[] = {
     {1,
-     {"Expired certificate exist in the certificate chain.", "証明書の経路に有効期限切れの証明書があります。"}},
+     {"Expired certificate exist in the certificate chain.",
+      "証明書の経路に有効期限切れの証明書があります。"}},
     {2, {"Certificates in the chain are not properly time nested.", nullptr}},
     {4,
      {"This certificate or issuer's certificate is revoked.",
@@ -28,8 +29,7 @@ const Row kRows[] = {
     {0x20000, {"A CTL used to create this chain was not time valid.", nullptr}},
     {0x40000, {"A CTL used to create this chain did not have a valid signature.", nullptr}},
     {0x80092010, {"The certificate is revoked.", "証明書は失効しています。"}},
-    {0x80092011,
-     {"No installed or registered DLL was found that was able to verify revocation.", nullptr}},
+    {0x80092011, {"No installed or registered DLL was found that was able to verify revocation.", nullptr}},
     {0x80092012,
      {"An installed or registered revocation function wasn't able to do a revocation check on the context.",
       nullptr}},

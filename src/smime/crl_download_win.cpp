@@ -66,7 +66,8 @@ class Body {
 bool ReadAll(HINTERNET request, Body& body, char (&error)[kDownloadErrorRoom]) {
   for (DWORD got = 1; got != 0;) {
     if (body.room() < kLeastRoom && !body.Grow()) {
-      wsprintfA(error, "Not enough memory. error code=%u, size=%uBytes", GetLastError(), body.capacity() + kStep);
+      wsprintfA(error, "Not enough memory. error code=%u, size=%uBytes", GetLastError(),
+                body.capacity() + kStep);
       return false;
     }
     got = 0;

@@ -14,7 +14,7 @@ CryptoBinding g_crypto{};
 
 namespace {
 
-constexpr UINT kFolderRoom = 244;      // bytes of the system folder's name
+constexpr UINT kFolderRoom = 244;        // bytes of the system folder's name
 constexpr std::size_t kBoxLimit = 1023;  // an error text must stay below
 constexpr std::size_t kLineRoom = 1025;  // what wvsprintfA writes at most, terminator included
 
@@ -62,10 +62,11 @@ HMODULE LoadFromSystemFolder(const char* name) {
 bool LoadCryptoLibrary() {
   if (g_crypto.crypt32 == nullptr) g_crypto.crypt32 = LoadFromSystemFolder("crypt32.dll");
   if (g_crypto.crypt32 == nullptr) {
-    ShowSmimeError({"Failed to load crypt32.dll or version too old. So you cannot use S/MIME functions.\n"
-                    "（Maybe Windows or Internet Explorer is too old)",
-                    "crypt32.dllがロードできないか、またはバージョンが古いです。S/MIMEは使えません。\n"
-                    "（WindowsまたはInternet Explorerが古いとダメです）"});
+    ShowSmimeError(
+        {"Failed to load crypt32.dll or version too old. So you cannot use S/MIME functions.\n"
+         "（Maybe Windows or Internet Explorer is too old)",
+         "crypt32.dllがロードできないか、またはバージョンが古いです。S/MIMEは使えません。\n"
+         "（WindowsまたはInternet Explorerが古いとダメです）"});
     return false;
   }
 #define WFINFO_TAKE(name) Take(g_crypto.crypt32, #name, &g_crypto.name);
@@ -82,8 +83,8 @@ void ShowSmimeBox(const char* text) {
 
 void ShowSmimeError(const char* what) {
   const DWORD error = GetLastError();
-  const char* const format =
-      Chosen({"Error occurred in S/MIME: %s, \nerror code=0x%08X", "S/MIMEでのエラー: %s, \nエラーコード=0x%08X"});
+  const char* const format = Chosen(
+      {"Error occurred in S/MIME: %s, \nerror code=0x%08X", "S/MIMEでのエラー: %s, \nエラーコード=0x%08X"});
   // Eight digits replace the six characters of the two placeholders.
   if (std::strlen(format) + std::strlen(what) + 2 >= kBoxLimit) StopProcess();
   char text[kLineRoom];
@@ -106,7 +107,8 @@ UniqueChain BuildChain(PCCERT_CONTEXT cert, HCERTSTORE further) {
   CERT_CHAIN_PARA usage{};
   usage.cbSize = sizeof usage;
   PCCERT_CHAIN_CONTEXT chain = nullptr;
-  if (!g_crypto.CertGetCertificateChain(nullptr, cert, nullptr, further, &usage, 0, nullptr, &chain)) return {};
+  if (!g_crypto.CertGetCertificateChain(nullptr, cert, nullptr, further, &usage, 0, nullptr, &chain))
+    return {};
   return UniqueChain(chain);
 }
 

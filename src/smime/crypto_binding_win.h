@@ -1,54 +1,55 @@
 // crypt32 and cryptui, bound at run time: a table of function pointers through which all of S/MIME goes.
 #pragma once
 
+// In this order: these need windows.h, and the last one needs the others.
+// clang-format off
 #include <windows.h>
-// These need windows.h first, and the last one needs the others.
 #include <prsht.h>
 #include <wincrypt.h>
 #include <wintrust.h>
-
 #include <cryptuiapi.h>
+// clang-format on
 
 #include "base/unique_win.h"
 #include "bridge/language_win.h"
 
 // The entry points taken from crypt32, in the order in which they are looked up.
-#define WFINFO_CRYPT32_ENTRIES(ENTRY)                                                                            \
-  ENTRY(CertCloseStore)                                                                                          \
-  ENTRY(CertFreeCertificateContext)                                                                              \
-  ENTRY(CryptVerifyMessageSignature)                                                                             \
-  ENTRY(CryptSignMessage)                                                                                        \
-  ENTRY(CertOpenStore)                                                                                           \
-  ENTRY(CertGetIssuerCertificateFromStore)                                                                       \
-  ENTRY(CertGetCertificateChain)                                                                                 \
-  ENTRY(CertFreeCertificateChain)                                                                                \
-  ENTRY(CertStrToNameA)                                                                                          \
-  ENTRY(CertNameToStrA)                                                                                          \
-  ENTRY(CertGetNameStringA)                                                                                      \
-  ENTRY(CryptEncryptMessage)                                                                                     \
-  ENTRY(CryptSignAndEncryptMessage)                                                                              \
-  ENTRY(CryptDecryptMessage)                                                                                     \
-  ENTRY(CryptDecryptAndVerifyMessageSignature)                                                                   \
-  ENTRY(CertDuplicateCertificateContext)                                                                         \
-  ENTRY(CryptVerifyDetachedMessageSignature)                                                                     \
-  ENTRY(CertAddCertificateContextToStore)                                                                        \
-  ENTRY(CertAddEncodedCertificateToStore)                                                                        \
-  ENTRY(CertEnumCertificatesInStore)                                                                             \
-  ENTRY(CryptDecodeObjectEx)                                                                                     \
-  ENTRY(CertOpenSystemStoreA)                                                                                    \
-  ENTRY(CertVerifyTimeValidity)                                                                                  \
-  ENTRY(CertVerifyCertificateChainPolicy)                                                                        \
-  ENTRY(CertVerifyRevocation)                                                                                    \
-  ENTRY(CryptGetMessageCertificates)                                                                             \
-  ENTRY(CertFindCertificateInStore)                                                                              \
-  ENTRY(CertCreateCertificateContext)                                                                            \
-  ENTRY(CertCreateCRLContext)                                                                                    \
-  ENTRY(CertVerifyCRLRevocation)                                                                                 \
-  ENTRY(CertFreeCRLContext)                                                                                      \
-  ENTRY(CertFindCRLInStore)                                                                                      \
-  ENTRY(CertAddCRLContextToStore)                                                                                \
-  ENTRY(CertVerifyCRLTimeValidity)                                                                               \
-  ENTRY(CertGetCRLFromStore)                                                                                     \
+#define WFINFO_CRYPT32_ENTRIES(ENTRY)          \
+  ENTRY(CertCloseStore)                        \
+  ENTRY(CertFreeCertificateContext)            \
+  ENTRY(CryptVerifyMessageSignature)           \
+  ENTRY(CryptSignMessage)                      \
+  ENTRY(CertOpenStore)                         \
+  ENTRY(CertGetIssuerCertificateFromStore)     \
+  ENTRY(CertGetCertificateChain)               \
+  ENTRY(CertFreeCertificateChain)              \
+  ENTRY(CertStrToNameA)                        \
+  ENTRY(CertNameToStrA)                        \
+  ENTRY(CertGetNameStringA)                    \
+  ENTRY(CryptEncryptMessage)                   \
+  ENTRY(CryptSignAndEncryptMessage)            \
+  ENTRY(CryptDecryptMessage)                   \
+  ENTRY(CryptDecryptAndVerifyMessageSignature) \
+  ENTRY(CertDuplicateCertificateContext)       \
+  ENTRY(CryptVerifyDetachedMessageSignature)   \
+  ENTRY(CertAddCertificateContextToStore)      \
+  ENTRY(CertAddEncodedCertificateToStore)      \
+  ENTRY(CertEnumCertificatesInStore)           \
+  ENTRY(CryptDecodeObjectEx)                   \
+  ENTRY(CertOpenSystemStoreA)                  \
+  ENTRY(CertVerifyTimeValidity)                \
+  ENTRY(CertVerifyCertificateChainPolicy)      \
+  ENTRY(CertVerifyRevocation)                  \
+  ENTRY(CryptGetMessageCertificates)           \
+  ENTRY(CertFindCertificateInStore)            \
+  ENTRY(CertCreateCertificateContext)          \
+  ENTRY(CertCreateCRLContext)                  \
+  ENTRY(CertVerifyCRLRevocation)               \
+  ENTRY(CertFreeCRLContext)                    \
+  ENTRY(CertFindCRLInStore)                    \
+  ENTRY(CertAddCRLContextToStore)              \
+  ENTRY(CertVerifyCRLTimeValidity)             \
+  ENTRY(CertGetCRLFromStore)                   \
   ENTRY(CertCompareCertificate)
 
 namespace wfinfo::smime {
@@ -65,22 +66,23 @@ struct CryptoBinding {
 // An entry that the loaded crypt32 lacks is null.
 extern CryptoBinding g_crypto;
 
-// Where modules and entries come from. Whoever watches or replaces single entries puts his own functions here.
+// Where modules and entries come from. Whoever watches or replaces single entries puts his own functions
+// here.
 struct CryptoLoader {
   HMODULE (*load)(const char* path);
   void* (*entry)(HMODULE module, const char* name);
 };
 extern CryptoLoader g_cryptoLoader;
 
-// Loads what is not loaded yet and takes all entries anew. False, after the error box, without crypt32; without
-// cryptui only the display of certificates is lost. The first thing that every S/MIME export calls.
+// Loads what is not loaded yet and takes all entries anew. False, after the error box, without crypt32;
+// without cryptui only the display of certificates is lost. The first thing that every S/MIME export calls.
 bool LoadCryptoLibrary();
 
 // A module from the system folder through the loader above; null when there is none.
 HMODULE LoadFromSystemFolder(const char* name);
 
-// Error box of this family: the failed step and the thread's last error. Also written to the debug log. A text of
-// 1023 characters or more ends the process.
+// Error box of this family: the failed step and the thread's last error. Also written to the debug log. A
+// text of 1023 characters or more ends the process.
 void ShowSmimeError(const char* what);
 inline void ShowSmimeError(const Message& what) { ShowSmimeError(Chosen(what)); }
 
@@ -104,7 +106,9 @@ using UniqueCrl = Unique<PointerTraits<PCCRL_CONTEXT, &FreeCrl>>;
 using UniqueChain = Unique<PointerTraits<PCCERT_CHAIN_CONTEXT, &FreeChain>>;
 
 // A store of the current user, empty when it cannot be opened.
-inline UniqueStore OpenUserStore(const char* name) { return UniqueStore(g_crypto.CertOpenSystemStoreA(0, name)); }
+inline UniqueStore OpenUserStore(const char* name) {
+  return UniqueStore(g_crypto.CertOpenSystemStoreA(0, name));
+}
 
 // The chain of `cert` now, with the default engine and no demands on usage; empty when it cannot be
 // built, also for want of the chain entries. `further` (may be null) is searched too.

@@ -26,7 +26,8 @@ const char* TargetText(int target) {
 
 void WriteCheckText(const ImportRow& row, char (&text)[256]) {
   std::snprintf(text, sizeof text,
-                row.is_installed ? Chosen({"Installed - %s", "登録済み - %s"}) : Chosen({"%s register", "%s を登録する"}),
+                row.is_installed ? Chosen({"Installed - %s", "登録済み - %s"})
+                                 : Chosen({"%s register", "%s を登録する"}),
                 row.name);
 }
 
@@ -69,11 +70,14 @@ bool MayTrust(HWND dialog, const ImportRow& row) {
   char text[1024];
   std::snprintf(
       text, sizeof text,
-      Chosen({"%s ... You are installing this certificate to the \"Trusted certification authority\" cert store.\n\n"
-              "If you install it into this store, the certificate will be treated as 100%% trust. Are you OK to "
-              "continue?",
-              "%s ... この証明書を「信頼された証明機関」の証明書ストアに登録しようとしています。\n\n"
-              "このストアに登録すると、この証明書は100%%信頼できるものとして扱われます。続けてもよろしいですか？"}),
+      Chosen(
+          {"%s ... You are installing this certificate to the \"Trusted certification authority\" cert "
+           "store.\n\n"
+           "If you install it into this store, the certificate will be treated as 100%% trust. Are you OK to "
+           "continue?",
+           "%s ... この証明書を「信頼された証明機関」の証明書ストアに登録しようとしています。\n\n"
+           "このストアに登録すると、この証明書は100%%"
+           "信頼できるものとして扱われます。続けてもよろしいですか？"}),
       row.name);
   const char* const caption = Chosen({"Install to \"Trusted certification authority\" cert store",
                                       "「信頼された証明機関」の証明書ストアへの登録"});

@@ -64,7 +64,8 @@ int CollectRows(HCERTSTORE source, bool quiet, const Targets& targets, ImportRow
   UniqueCert before;
   EachCertificate(source, [&](PCCERT_CONTEXT cert) {
     ++index;
-    const bool repeats = before && IsSameSerial(before.get()->pCertInfo->SerialNumber, cert->pCertInfo->SerialNumber);
+    const bool repeats =
+        before && IsSameSerial(before.get()->pCertInfo->SerialNumber, cert->pCertInfo->SerialNumber);
     before.reset(g_crypto.CertDuplicateCertificateContext(cert));
     if (repeats) return true;
     if (count == kMostImportRows) {
@@ -126,11 +127,13 @@ void ReportFailures(const Tally& tally) {
   }
   const DWORD error = GetLastError();
   char text[512];
-  wsprintfA(text,
-            Chosen({"%u certificates are registered, %u certificates was already registered, %u certificates are "
-                    "failed to register.",
-                    "%u個の証明書を登録しました。%u個の証明書は登録済みでした。%u個の証明書は登録に失敗しました。"}),
-            tally.registered, tally.already, tally.failed);
+  wsprintfA(
+      text,
+      Chosen(
+          {"%u certificates are registered, %u certificates was already registered, %u certificates are "
+           "failed to register.",
+           "%u個の証明書を登録しました。%u個の証明書は登録済みでした。%u個の証明書は登録に失敗しました。"}),
+      tally.registered, tally.already, tally.failed);
   SetLastError(error);
   ShowSmimeError(text);
 }
@@ -138,7 +141,8 @@ void ReportFailures(const Tally& tally) {
 void ReportSuccess(const Tally& tally) {
   char text[256];
   if (tally.registered != 0) {
-    wsprintfA(text, Chosen({"%u certificates are registered.", "%u個の証明書を登録しました。"}), tally.registered);
+    wsprintfA(text, Chosen({"%u certificates are registered.", "%u個の証明書を登録しました。"}),
+              tally.registered);
   } else {
     lstrcpyA(text, Chosen({"This certificate was already registered in Windows cert store.",
                            "この証明書はWindowsの証明書ストアに登録済みです。"}));
@@ -165,8 +169,8 @@ bool ImportCertificates(HCERTSTORE source, bool quiet, HWND parent) {
 AddOutcome ImportEncoded(const BYTE* encoded, DWORD size) {
   const UniqueStore target = OpenUserStore(kTargetStores[kOtherPerson]);
   if (!target) return AddOutcome::kFailed;
-  return Outcome(g_crypto.CertAddEncodedCertificateToStore(target.get(), kEncoding, encoded, size, CERT_STORE_ADD_NEW,
-                                                           nullptr));
+  return Outcome(g_crypto.CertAddEncodedCertificateToStore(target.get(), kEncoding, encoded, size,
+                                                           CERT_STORE_ADD_NEW, nullptr));
 }
 
 bool ShowOwnCertificate(HCERTSTORE store, HWND parent) {
@@ -176,7 +180,8 @@ bool ShowOwnCertificate(HCERTSTORE store, HWND parent) {
     return false;
   }
   const UniqueCert own = OwnCertificate(store);
-  return own && g_crypto.CryptUIDlgViewContext(CERT_STORE_CERTIFICATE_CONTEXT, own.get(), parent, nullptr, 0, nullptr);
+  return own && g_crypto.CryptUIDlgViewContext(CERT_STORE_CERTIFICATE_CONTEXT, own.get(), parent, nullptr, 0,
+                                               nullptr);
 }
 
 }  // namespace wfinfo::smime

@@ -22,8 +22,8 @@ struct ImportRow {
 // Dialog 105: lets the user tick rows and choose their stores. False when he cancelled.
 bool AskForImport(ImportRow* rows, int count, HWND parent);
 
-// Proposes a store for each certificate of `source`, asks unless `quiet`, and adds what was chosen. True when all
-// of it was added or there already.
+// Proposes a store for each certificate of `source`, asks unless `quiet`, and adds what was chosen. True when
+// all of it was added or there already.
 bool ImportCertificates(HCERTSTORE source, bool quiet, HWND parent);
 
 enum class AddOutcome { kFailed = 0, kAdded = 1, kThereAlready = 2 };

@@ -24,16 +24,17 @@ const char* SMIMEDecrypt(const void* message, unsigned int size, const char* add
   return wfinfo::smime::SmimeDecrypt(static_cast<const BYTE*>(message), size, address);
 }
 
-const char* SMIMEVerify(const void* message, unsigned int size, const void* detached, unsigned int detached_size,
-                        const char* sender, void* decryption) noexcept {
+const char* SMIMEVerify(const void* message, unsigned int size, const void* detached,
+                        unsigned int detached_size, const char* sender, void* decryption) noexcept {
   using namespace wfinfo::smime;
   if (!AreBytes(message, size) || !wfinfo::IsTextOrNull(sender)) return wfinfo::kNoText;
   if (detached != nullptr && !AreBytes(detached, detached_size)) return wfinfo::kNoText;
-  if (decryption != nullptr && !AreBytes(decryption, sizeof(CRYPT_DECRYPT_MESSAGE_PARA))) return wfinfo::kNoText;
+  if (decryption != nullptr && !AreBytes(decryption, sizeof(CRYPT_DECRYPT_MESSAGE_PARA)))
+    return wfinfo::kNoText;
   wfinfo::BeginPgpRun();
   if (!LoadCryptoLibrary()) return wfinfo::kNoText;
-  return VerifyMessage({static_cast<const BYTE*>(message), size, static_cast<const BYTE*>(detached), detached_size,
-                        sender, static_cast<CRYPT_DECRYPT_MESSAGE_PARA*>(decryption)});
+  return VerifyMessage({static_cast<const BYTE*>(message), size, static_cast<const BYTE*>(detached),
+                        detached_size, sender, static_cast<CRYPT_DECRYPT_MESSAGE_PARA*>(decryption)});
 }
 
 const char* SMIMEVerifyCertificate(const void* cert, void* further) noexcept {

@@ -12,7 +12,9 @@ namespace {
 
 bool IsControl(char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; }
 
-bool IsMark(std::string_view unit) { return unit == kGoodMark || unit == kUnsureMark || unit == kProblemMark; }
+bool IsMark(std::string_view unit) {
+  return unit == kGoodMark || unit == kUnsureMark || unit == kProblemMark;
+}
 
 // Bytes of `text` without half a character at its end.
 std::size_t WholeUnits(std::string_view text) {
@@ -50,8 +52,8 @@ void ReportWriter::Add(std::string_view text) {
   EndAt(used_ + CopyWithinLimit(buffer_ + used_, text, left));
 }
 
-__attribute__((format(printf, 2, 0))) static int FormatInto(char* buffer, const char* format, std::size_t room,
-                                                            std::va_list arguments) {
+__attribute__((format(printf, 2, 0))) static int FormatInto(char* buffer, const char* format,
+                                                            std::size_t room, std::va_list arguments) {
   return std::vsnprintf(buffer, room, format, arguments);
 }
 
@@ -62,7 +64,8 @@ void ReportWriter::AddFormat(const char* format, ...) {
   va_start(arguments, format);
   const int length = FormatInto(buffer_ + used_, format, left, arguments);
   va_end(arguments);
-  if (length >= 0 && static_cast<std::size_t>(length) < left) return EndAt(used_ + static_cast<std::size_t>(length));
+  if (length >= 0 && static_cast<std::size_t>(length) < left)
+    return EndAt(used_ + static_cast<std::size_t>(length));
   full_ = true;
   EndAt(used_ + (length < 0 ? 0 : WholeUnits({buffer_ + used_, left - 1})));
 }

@@ -6,18 +6,18 @@
 
 namespace wfinfo::smime {
 
-// The mark at the start of a finding (code page 932): good, not settled, problem. A report that holds the last
-// one makes a certificate unusable for signing and encrypting.
+// The mark at the start of a finding (code page 932): good, not settled, problem. A report that holds the
+// last one makes a certificate unusable for signing and encrypting.
 inline constexpr char kGoodMark[] = "\x81\x9B";     // white circle
 inline constexpr char kUnsureMark[] = "\x81\xA2";   // white triangle
 inline constexpr char kProblemMark[] = "\x81\x7E";  // multiplication sign
 
-// True when `mark` stands in `text` as a character of its own; two bytes that merely look like it, the second half
-// of one character and the first of the next, do not count.
+// True when `mark` stands in `text` as a character of its own; two bytes that merely look like it, the second
+// half of one character and the first of the next, do not count.
 bool HoldsMark(std::string_view text, std::string_view mark);
 
-// A zero-terminated text growing in a buffer of `room` bytes (at least 1). What does not fit is cut in front of a
-// character; nothing is added after that.
+// A zero-terminated text growing in a buffer of `room` bytes (at least 1). What does not fit is cut in front
+// of a character; nothing is added after that.
 class ReportWriter {
  public:
   ReportWriter(char* buffer, std::size_t room);
@@ -38,13 +38,13 @@ class ReportWriter {
   bool full_ = false;
 };
 
-// Makes a name of a certificate fit for a report line, in place: control characters are dropped, so that it cannot
-// begin a line of its own, and a mark becomes "?", so that it cannot pass for a finding. `was_cut` says that the
-// name filled its buffer: half a character at its end is dropped then.
+// Makes a name of a certificate fit for a report line, in place: control characters are dropped, so that it
+// cannot begin a line of its own, and a mark becomes "?", so that it cannot pass for a finding. `was_cut`
+// says that the name filled its buffer: half a character at its end is dropped then.
 void CleanName(char* name, bool was_cut);
 
-// One line of the certification path, the root at depth 0: "  " for each level and one more, and the name. A name
-// that could not be had (empty) gives `unknown` without indentation.
+// One line of the certification path, the root at depth 0: "  " for each level and one more, and the name. A
+// name that could not be had (empty) gives `unknown` without indentation.
 void AddPathLine(ReportWriter& report, std::string_view name, std::size_t depth, std::string_view unknown);
 
 }  // namespace wfinfo::smime

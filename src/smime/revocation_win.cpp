@@ -16,8 +16,8 @@ namespace {
 
 constexpr char kCrlStore[] = "CA";
 constexpr char kDistributionPoints[] = "2.5.29.31";
-constexpr int kUrlRoom = 512;       // bytes, terminator included; a longer one is passed over
-constexpr int kReportRoom = 4096;   // bytes of the report that are read
+constexpr int kUrlRoom = 512;      // bytes, terminator included; a longer one is passed over
+constexpr int kReportRoom = 4096;  // bytes of the report that are read
 constexpr int kSignerRoom = 128;
 constexpr DWORD kElementNameRoom = 123;
 
@@ -38,7 +38,8 @@ struct ListAddress {
  private:
   void Read(const CERT_EXTENSION& extension) {
     has_points = true;
-    const Decoded<CRL_DIST_POINTS_INFO> points(X509_CRL_DIST_POINTS, extension.Value.pbData, extension.Value.cbData);
+    const Decoded<CRL_DIST_POINTS_INFO> points(X509_CRL_DIST_POINTS, extension.Value.pbData,
+                                               extension.Value.cbData);
     if (points.get() == nullptr) return;
     for (DWORD i = 0; i < points.get()->cDistPoint; ++i) {
       const CRL_DIST_POINT_NAME& name = points.get()->rgDistPoint[i].DistPointName;
@@ -48,7 +49,8 @@ struct ListAddress {
   bool TakeHttp(const CERT_ALT_NAME_INFO& names) {
     for (DWORD i = 0; i < names.cAltEntry; ++i) {
       if (names.rgAltEntry[i].dwAltNameChoice != CERT_ALT_NAME_URL) continue;
-      if (WideCharToMultiByte(CP_ACP, 0, names.rgAltEntry[i].pwszURL, -1, url, kUrlRoom, nullptr, nullptr) != 0 &&
+      if (WideCharToMultiByte(CP_ACP, 0, names.rgAltEntry[i].pwszURL, -1, url, kUrlRoom, nullptr, nullptr) !=
+              0 &&
           IsHttpUrl(url)) {
         return true;
       }
@@ -62,7 +64,8 @@ struct ListAddress {
 UniqueCrl FindLocalList(HCERTSTORE store, PCCERT_CONTEXT issuer) {
   if (store == nullptr) return {};
   PCCRL_CONTEXT crl = nullptr;
-  while ((crl = g_crypto.CertFindCRLInStore(store, kEncoding, 0, CRL_FIND_ISSUED_BY, issuer, crl)) != nullptr) {
+  while ((crl = g_crypto.CertFindCRLInStore(store, kEncoding, 0, CRL_FIND_ISSUED_BY, issuer, crl)) !=
+         nullptr) {
     if (g_crypto.CertVerifyCRLTimeValidity(nullptr, crl->pCrlInfo) == 0) return UniqueCrl(crl);
   }
   return {};
@@ -99,7 +102,8 @@ void ChainCheck::AddName(PCCERT_CONTEXT cert) {
 void ChainCheck::AddValidity(PCCERT_CONTEXT cert) {
   const LONG position = g_crypto.CertVerifyTimeValidity(nullptr, cert->pCertInfo);
   if (position > 0) {
-    Append(control_, {"  × !!!! The certificate has expired.\r\n", "  × !!!! 証明書の有効期限が切れています。\r\n"});
+    Append(control_,
+           {"  × !!!! The certificate has expired.\r\n", "  × !!!! 証明書の有効期限が切れています。\r\n"});
   } else if (position < 0) {
     Append(control_, {"  × !!!! The certificate validity is in the future.\r\n",
                       "  × !!!! 証明書の有効期間がまだ始まっていません。\r\n"});
@@ -126,9 +130,9 @@ UniqueCrl ChainCheck::Download(const char* url) {
   char shown[kUrlRoom];
   lstrcpyA(shown, url);
   CleanName(shown, false);
-  AppendReportFormat(control_,
-                     Chosen({"  Downloading revocation list... %s", "  失効リストをダウンロードしています... %s"}),
-                     shown);
+  AppendReportFormat(
+      control_, Chosen({"  Downloading revocation list... %s", "  失効リストをダウンロードしています... %s"}),
+      shown);
   DWORD size = 0;
   char error[kDownloadErrorRoom];
   const UniqueLocal block(DownloadCrl(url, &size, error));
@@ -176,10 +180,11 @@ void ChainCheck::AddVerdict(PCCERT_CONTEXT cert, const UniqueCrl& list) {
   const auto error = static_cast<unsigned>(GetLastError());
   const char* const text = ChainErrorText(error);
   if (text != nullptr) {
-    AppendReportFormat(control_,
-                       Chosen({"  × !!!! CertVerifyCRLRevocation failed, %s\r\nerror code=0x%08X\r\n",
-                               "  × !!!! CertVerifyCRLRevocationに失敗しました。%s\r\nエラーコード=0x%08X\r\n"}),
-                       text, error);
+    AppendReportFormat(
+        control_,
+        Chosen({"  × !!!! CertVerifyCRLRevocation failed, %s\r\nerror code=0x%08X\r\n",
+                "  × !!!! CertVerifyCRLRevocationに失敗しました。%s\r\nエラーコード=0x%08X\r\n"}),
+        text, error);
   } else {
     AppendReportFormat(control_,
                        Chosen({"  × !!!! CertVerifyCRLRevocation failed, error code=0x%08X\r\n",
@@ -238,7 +243,8 @@ bool CheckRevocation(HCERTSTORE store, HWND control) {
   Pass pass = CheckAll(store, control, signer);
   // Nobody had the signer's address: then everybody with an address will do.
   if (pass == Pass::kPassedOver) pass = CheckAll(store, control, "");
-  if (pass == Pass::kNothing) Append(control, {"× Certificate not found.\r\n", "× 証明書が見つかりません。\r\n"});
+  if (pass == Pass::kNothing)
+    Append(control, {"× Certificate not found.\r\n", "× 証明書が見つかりません。\r\n"});
   return pass == Pass::kDone;
 }
 
@@ -247,8 +253,7 @@ bool CheckRevocationOf(PCCERT_CONTEXT cert, HCERTSTORE store, HWND control) {
   UniqueChain chain = BuildChain(cert, store);
   if (!chain) chain = BuildChain(cert, list_store.get());
   if (!chain) {
-    Append(control,
-           {"△ Failed to create certificate chain.", "△ 証明書の経路の作成に失敗しました。"});
+    Append(control, {"△ Failed to create certificate chain.", "△ 証明書の経路の作成に失敗しました。"});
     return false;
   }
   const CERT_SIMPLE_CHAIN* const path = FirstChain(chain);

@@ -11,10 +11,10 @@
 namespace wfinfo::smime {
 namespace {
 
-constexpr std::size_t kListRoom = 2048;    // of a certificate's addresses
-constexpr std::size_t kNameRoom = 128;     // of the signer's names
+constexpr std::size_t kListRoom = 2048;  // of a certificate's addresses
+constexpr std::size_t kNameRoom = 128;   // of the signer's names
 constexpr std::size_t kIssuerRoom = 256;
-constexpr std::size_t kLabelRoom = 1024;   // labels and findings around the names
+constexpr std::size_t kLabelRoom = 1024;  // labels and findings around the names
 
 struct Signer {
   char name[kNameRoom];
@@ -67,11 +67,11 @@ void AddSenderCheck(ReportWriter& report, const Signer& signer, const char* send
                        "○ メールの送信者は証明書のメールアドレスの別名と一致します。\r\n"}));
   } else {
     const UniqueLocal shown(CleanCopy(sender));
-    report.AddFormat(
-        Chosen({"× !!!! The certificate email address does not matches the email sender.\r\n"
-                "       Email sender: %s\r\n",
-                "× !!!! 証明書のメールアドレスがメールの送信者と一致しません。\r\n       メールの送信者： %s\r\n"}),
-        shown ? static_cast<const char*>(shown.get()) : "");
+    report.AddFormat(Chosen({"× !!!! The certificate email address does not matches the email sender.\r\n"
+                             "       Email sender: %s\r\n",
+                             "× !!!! 証明書のメールアドレスがメールの送信者と一致しません。\r\n       "
+                             "メールの送信者： %s\r\n"}),
+                     shown ? static_cast<const char*>(shown.get()) : "");
   }
 }
 
@@ -106,7 +106,8 @@ const Message& TextOf(DWORD error) {
 
 char* SignatureReport(PCCERT_CONTEXT cert, const char* sender, HCERTSTORE carried) {
   const Signer signer(cert);
-  const std::size_t room = sizeof signer + kLabelRoom + kCertReportRoom + (sender == nullptr ? 0 : std::strlen(sender));
+  const std::size_t room =
+      sizeof signer + kLabelRoom + kCertReportRoom + (sender == nullptr ? 0 : std::strlen(sender));
   char* const block = NewResultBlock(room);
   if (block == nullptr) return nullptr;
   ReportWriter report(block, room);
@@ -121,8 +122,8 @@ char* FailureReport(DWORD error) {
   char* const block = NewResultBlock(kRoom);
   if (block == nullptr) return nullptr;
   ReportWriter report(block, kRoom);
-  report.AddFormat(Chosen({"%s\r\nerror code = 0x%08X", "%s\r\nエラーコード = 0x%08X"}), Chosen(TextOf(error)),
-                   static_cast<unsigned>(error));
+  report.AddFormat(Chosen({"%s\r\nerror code = 0x%08X", "%s\r\nエラーコード = 0x%08X"}),
+                   Chosen(TextOf(error)), static_cast<unsigned>(error));
   return block;
 }
 

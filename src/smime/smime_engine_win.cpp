@@ -40,8 +40,8 @@ class Signer {
   bool Find(const Stores& stores, const char* address, DWORD remembered_choice);
 
   PCCERT_CONTEXT cert() const { return cert_.get(); }
-  // The certificates to put into the message: the whole chain, or the signer's alone when there is no more. Null
-  // without memory.
+  // The certificates to put into the message: the whole chain, or the signer's alone when there is no more.
+  // Null without memory.
   PCCERT_CONTEXT* CertsToCarry(DWORD* count);
 
  private:
@@ -69,7 +69,8 @@ bool Signer::IsUsable() const {
   if (!HasProblem(report)) return true;
   char room[kCertReportRoom + 256];
   ReportWriter text(room, sizeof room);
-  text.Add(Chosen({"The certificate for signing has a problem.\n\n", "電子署名する用の証明書に問題があります。\n\n"}));
+  text.Add(Chosen(
+      {"The certificate for signing has a problem.\n\n", "電子署名する用の証明書に問題があります。\n\n"}));
   text.Add(report);
   ShowProblem(text.text());
   return false;
@@ -93,7 +94,8 @@ bool AreUsable(const RecipientCerts& recipients, const char* list) {
   const UniqueLocal block(LocalAlloc(LPTR, room));
   if (!block) return false;
   ReportWriter text(static_cast<char*>(block.get()), room);
-  text.Add(Chosen({"The certificate for encryption has a problem.", "暗号化する用の証明書に問題があります。"}));
+  text.Add(
+      Chosen({"The certificate for encryption has a problem.", "暗号化する用の証明書に問題があります。"}));
   bool usable = true;
   for (DWORD i = 0; i < recipients.count(); ++i) {
     const char* const report = CertificateReport(recipients.certs()[i], nullptr);
@@ -139,8 +141,8 @@ struct Signing {
   }
 };
 
-// Makes the result in two calls of `produce(buffer, &size)`: for the size, then into a block with spare bytes. The
-// second call states the true size, which may be below the first.
+// Makes the result in two calls of `produce(buffer, &size)`: for the size, then into a block with spare
+// bytes. The second call states the true size, which may be below the first.
 template <class Produce>
 const char* InTwoCalls(const Message& failure, Produce&& produce) {
   DWORD size = 0;
@@ -160,10 +162,11 @@ const char* Produce(int mode, const char* text, Signing& signing, Encryption& en
   const auto* const bytes = reinterpret_cast<const BYTE*>(text);
   const auto length = static_cast<DWORD>(std::strlen(text));
   if (mode == kEncryptOnly) {
-    return InTwoCalls({"CryptEncryptMessage failed", "CryptEncryptMessage failed"}, [&](BYTE* room, DWORD* size) {
-      return g_crypto.CryptEncryptMessage(&encryption.para, recipients.count(), recipients.certs(), bytes, length, room,
-                                          size);
-    });
+    return InTwoCalls({"CryptEncryptMessage failed", "CryptEncryptMessage failed"},
+                      [&](BYTE* room, DWORD* size) {
+                        return g_crypto.CryptEncryptMessage(&encryption.para, recipients.count(),
+                                                            recipients.certs(), bytes, length, room, size);
+                      });
   }
   if (mode == kSignOnly) {
     return InTwoCalls({"CryptSignMessage failed", "CryptSignMessage failed"}, [&](BYTE* room, DWORD* size) {
@@ -175,8 +178,9 @@ const char* Produce(int mode, const char* text, Signing& signing, Encryption& en
   // With its terminating zero, unlike the other two: the receiving side decrypts to exactly what was signed.
   return InTwoCalls({"CryptSignAndEncryptMessage failed", "CryptSignAndEncryptMessage failed"},
                     [&](BYTE* room, DWORD* size) {
-                      return g_crypto.CryptSignAndEncryptMessage(&signing.para, &encryption.para, recipients.count(),
-                                                                 recipients.certs(), bytes, length + 1, room, size);
+                      return g_crypto.CryptSignAndEncryptMessage(&signing.para, &encryption.para,
+                                                                 recipients.count(), recipients.certs(),
+                                                                 bytes, length + 1, room, size);
                     });
 }
 
@@ -198,7 +202,8 @@ char* Decrypt(CRYPT_DECRYPT_MESSAGE_PARA& para, const BYTE* message, DWORD* size
   if (!g_crypto.CryptDecryptMessage(&para, message, message_size, nullptr, size, nullptr)) return nullptr;
   UniqueLocal block(NewSmimeOutput(*size));
   if (!block) return nullptr;
-  if (!g_crypto.CryptDecryptMessage(&para, message, message_size, static_cast<BYTE*>(block.get()), size, nullptr)) {
+  if (!g_crypto.CryptDecryptMessage(&para, message, message_size, static_cast<BYTE*>(block.get()), size,
+                                    nullptr)) {
     return nullptr;
   }
   return static_cast<char*>(block.release());
@@ -207,9 +212,9 @@ char* Decrypt(CRYPT_DECRYPT_MESSAGE_PARA& para, const BYTE* message, DWORD* size
 // Nothing inside the envelope was signed.
 const char* KeepDecrypted(char* content, DWORD size) {
   if (!HasPgpInfoText()) {
-    SetPgpInfoText(Chosen(
-        {"○ The encrypted email was successfully decrypted\r\n(It was not digitally signed.)\r\n",
-         "○ 暗号化されたメールの復号に成功しました。\r\n（電子署名はされてません）\r\n"}));
+    SetPgpInfoText(
+        Chosen({"○ The encrypted email was successfully decrypted\r\n(It was not digitally signed.)\r\n",
+                "○ 暗号化されたメールの復号に成功しました。\r\n（電子署名はされてません）\r\n"}));
     g_signatureState = 0;
   }
   return KeepSmimeOutput(content, size);
@@ -222,7 +227,8 @@ const char* SmimeEncryptSign(int mode, const char* text, const char* recipients,
   BeginPgpRun();
   const bool signs = mode != kEncryptOnly;
   const bool encrypts = mode != kSignOnly;
-  if (text == nullptr || (signs && signer_address == nullptr) || (encrypts && recipients == nullptr)) return kNoText;
+  if (text == nullptr || (signs && signer_address == nullptr) || (encrypts && recipients == nullptr))
+    return kNoText;
   if (!LoadCryptoLibrary()) return kNoText;
   const Stores stores;
   if (stores.handles[0] == nullptr) {

@@ -51,21 +51,22 @@ class SignerWalk {
 bool SignerWalk::VerifyDetached(DWORD index, PCCERT_CONTEXT* signer) {
   const BYTE* parts[] = {message_.detached};
   DWORD sizes[] = {message_.detached_size};
-  return g_crypto.CryptVerifyDetachedMessageSignature(&verification_, index, message_.message, message_.size, 1, parts,
-                                                      sizes, signer);
+  return g_crypto.CryptVerifyDetachedMessageSignature(&verification_, index, message_.message, message_.size,
+                                                      1, parts, sizes, signer);
 }
 
 bool SignerWalk::Verify(DWORD index, BYTE* content, DWORD* size, PCCERT_CONTEXT* signer) {
   if (is_enveloped_) {
-    if (g_crypto.CryptDecryptAndVerifyMessageSignature(message_.decryption, &verification_, index, message_.message,
-                                                       message_.size, content, size, nullptr, signer)) {
+    if (g_crypto.CryptDecryptAndVerifyMessageSignature(message_.decryption, &verification_, index,
+                                                       message_.message, message_.size, content, size,
+                                                       nullptr, signer)) {
       return true;
     }
     if (GetLastError() != kNoEnvelope) return false;
     is_enveloped_ = false;  // for good
   }
-  return g_crypto.CryptVerifyMessageSignature(&verification_, index, message_.message, message_.size, content, size,
-                                              signer);
+  return g_crypto.CryptVerifyMessageSignature(&verification_, index, message_.message, message_.size, content,
+                                              size, signer);
 }
 
 bool SignerWalk::FetchContent() {
@@ -93,7 +94,8 @@ bool SignerWalk::VerifyFirst() {
 
 bool SignerWalk::VerifyFurther(DWORD index) {
   // A signature inside an envelope is only reached by decrypting again.
-  return message_.detached != nullptr ? VerifyDetached(index, nullptr) : Verify(index, nullptr, nullptr, nullptr);
+  return message_.detached != nullptr ? VerifyDetached(index, nullptr)
+                                      : Verify(index, nullptr, nullptr, nullptr);
 }
 
 DWORD SignerWalk::Run() {
@@ -105,9 +107,8 @@ DWORD SignerWalk::Run() {
 
 void KeepGoodReport(const SignerWalk& walk, const SignedMessage& message) {
   if (walk.signer() == nullptr) {
-    SetPgpInfoText(
-        Chosen({"△ The digital signature is verified correctly but the signer is unknown.\r\n",
-                "△ 電子署名は正しく検証されましたが、署名者が不明です。\r\n"}));
+    SetPgpInfoText(Chosen({"△ The digital signature is verified correctly but the signer is unknown.\r\n",
+                           "△ 電子署名は正しく検証されましたが、署名者が不明です。\r\n"}));
     return;
   }
   g_signatureState = 1;

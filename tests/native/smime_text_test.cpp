@@ -33,7 +33,9 @@ TEST(SmimeReport, FormattedTextIsCutTheSameWay) {
     std::vector<char> buffer(room);
     ReportWriter report(buffer.data(), room);
     report.AddFormat("%s%08X", "\x82\xA0\x82\xA2", 0x1234u);
-    const std::string whole = "\x82\xA0\x82\xA2" "00001234";
+    const std::string whole =
+        "\x82\xA0\x82\xA2"
+        "00001234";
     std::size_t kept = std::min(room - 1, whole.size());
     if (kept == 1 || kept == 3) --kept;
     EXPECT_EQ(report.view(), whole.substr(0, kept)) << room;
@@ -95,12 +97,8 @@ TEST(SmimeAddresses, RecipientsAreSplitAtSingleBlanks) {
     const char* list;
     std::vector<std::string> items;
   } cases[] = {
-      {"a@x", {"a@x"}},
-      {"a@x b@y", {"a@x", "b@y"}},
-      {"a@x  b@y", {"a@x", "", "b@y"}},
-      {"", {""}},
-      {" ", {"", ""}},
-      {"a@x ", {"a@x", ""}},
+      {"a@x", {"a@x"}}, {"a@x b@y", {"a@x", "b@y"}}, {"a@x  b@y", {"a@x", "", "b@y"}}, {"", {""}},
+      {" ", {"", ""}},  {"a@x ", {"a@x", ""}},
   };
   for (const auto& test : cases) {
     ASSERT_EQ(CountRecipients(test.list), test.items.size()) << test.list;
@@ -157,7 +155,8 @@ TEST(SmimeAddresses, ASenderMatchesWholeItemsOnly) {
 }
 
 TEST(SmimeAddresses, TheSignersAddressIsReadFromAFixedDistance) {
-  const std::string english = "Signer email address: ";  // 22 bytes: the first character of the address is lost
+  const std::string english =
+      "Signer email address: ";  // 22 bytes: the first character of the address is lost
   EXPECT_EQ(SignerAddressIn("x\r\n" + english + "alice@example.org\r\nmore", english), "lice@example.org");
   const std::string label23(23, 'L');
   EXPECT_EQ(SignerAddressIn(label23 + "alice@example.org next", label23), "alice@example.org");
@@ -181,10 +180,12 @@ TEST(SmimeAlgorithms, SelectorsNameTheirObjectIdentifiers) {
     const char* oid;
     unsigned bits;
   } ciphers[] = {
-      {0, "1.2.840.113549.3.2", 0},        {1, "1.2.840.113549.3.7", 0},       {2, "1.3.14.3.2.7", 0},
-      {3, "1.2.840.113549.3.2", 128},      {4, "1.2.840.113549.3.2", 64},      {5, "1.2.840.113549.3.2", 40},
-      {6, "2.16.840.1.101.3.4.1.2", 0},    {7, "2.16.840.1.101.3.4.1.42", 0},  {8, "1.2.840.113549.3.2", 40},
-      {9, "1.2.840.113549.3.2", 40},       {-1, "1.2.840.113549.3.2", 40},     {1 << 30, "1.2.840.113549.3.2", 40},
+      {0, "1.2.840.113549.3.2", 0},     {1, "1.2.840.113549.3.7", 0},
+      {2, "1.3.14.3.2.7", 0},           {3, "1.2.840.113549.3.2", 128},
+      {4, "1.2.840.113549.3.2", 64},    {5, "1.2.840.113549.3.2", 40},
+      {6, "2.16.840.1.101.3.4.1.2", 0}, {7, "2.16.840.1.101.3.4.1.42", 0},
+      {8, "1.2.840.113549.3.2", 40},    {9, "1.2.840.113549.3.2", 40},
+      {-1, "1.2.840.113549.3.2", 40},   {1 << 30, "1.2.840.113549.3.2", 40},
   };
   for (const auto& test : ciphers) {
     EXPECT_STREQ(CipherOf(test.selector).oid, test.oid) << test.selector;
@@ -194,8 +195,8 @@ TEST(SmimeAlgorithms, SelectorsNameTheirObjectIdentifiers) {
     int selector;
     const char* oid;
   } hashes[] = {
-      {0, "2.16.840.1.101.3.4.2.1"}, {1, "1.3.14.3.2.26"},          {2, "1.3.14.3.2.3"},
-      {3, "2.16.840.1.101.3.4.2.1"}, {4, "2.16.840.1.101.3.4.2.3"}, {5, "2.16.840.1.101.3.4.2.1"},
+      {0, "2.16.840.1.101.3.4.2.1"},  {1, "1.3.14.3.2.26"},           {2, "1.3.14.3.2.3"},
+      {3, "2.16.840.1.101.3.4.2.1"},  {4, "2.16.840.1.101.3.4.2.3"},  {5, "2.16.840.1.101.3.4.2.1"},
       {99, "2.16.840.1.101.3.4.2.1"}, {-1, "2.16.840.1.101.3.4.2.1"},
   };
   for (const auto& test : hashes) EXPECT_STREQ(HashOidOf(test.selector), test.oid) << test.selector;

@@ -59,14 +59,14 @@ void Record(PCRYPT_SIGN_MESSAGE_PARA para) {
   g_recorded.attributes = para->cAuthAttr + para->cUnauthAttr + para->cMsgCrl;
   for (DWORD i = 0; i < para->cMsgCert; ++i) EXPECT_NE(para->rgpMsgCert[i], nullptr);
 }
-BOOL WINAPI Encrypt(PCRYPT_ENCRYPT_MESSAGE_PARA para, DWORD count, PCCERT_CONTEXT*, const BYTE* bytes, DWORD size,
-                    BYTE* out, DWORD* out_size) {
+BOOL WINAPI Encrypt(PCRYPT_ENCRYPT_MESSAGE_PARA para, DWORD count, PCCERT_CONTEXT*, const BYTE* bytes,
+                    DWORD size, BYTE* out, DWORD* out_size) {
   Record(para, count);
   g_recorded.content.assign(reinterpret_cast<const char*>(bytes), size);
   return Produce(out, out_size);
 }
-BOOL WINAPI Sign(PCRYPT_SIGN_MESSAGE_PARA para, BOOL detached, DWORD count, const BYTE** bytes, DWORD* sizes, BYTE* out,
-                 DWORD* out_size) {
+BOOL WINAPI Sign(PCRYPT_SIGN_MESSAGE_PARA para, BOOL detached, DWORD count, const BYTE** bytes, DWORD* sizes,
+                 BYTE* out, DWORD* out_size) {
   Record(para);
   EXPECT_EQ(count, 1u);
   g_recorded.detached = detached != FALSE;

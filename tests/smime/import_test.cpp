@@ -106,7 +106,8 @@ TEST_F(SmimeImport, QuietAddsWhatIsProposedWithoutAWord) {
 
 TEST_F(SmimeImport, CancellingAddsNothing) {
   AddChain();
-  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK,
+                      [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
   EXPECT_EQ(Import(), 0);
   EXPECT_FALSE(Has("AddressBook", person_));
 }
@@ -163,8 +164,10 @@ TEST_F(SmimeImport, ARootIsAddedOnlyAfterAQuestion) {
   EXPECT_TRUE(stayed_open);
   ASSERT_EQ(questions.size(), 2u);
   EXPECT_EQ(questions[0],
-            "Root ... You are installing this certificate to the \"Trusted certification authority\" cert store.\n\n"
-            "If you install it into this store, the certificate will be treated as 100% trust. Are you OK to continue?");
+            "Root ... You are installing this certificate to the \"Trusted certification authority\" cert "
+            "store.\n\n"
+            "If you install it into this store, the certificate will be treated as 100% trust. Are you OK to "
+            "continue?");
   EXPECT_EQ(captions[0], "Install to \"Trusted certification authority\" cert store");
 }
 
@@ -188,7 +191,8 @@ TEST_F(SmimeImport, ASixthCertificateIsIgnoredWithABox) {
   }
   {
     BoxCloser closer;
-    DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
+    DialogDriver driver(IDC_IMPORT_FIRST_CHECK,
+                        [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
     EXPECT_EQ(Import(), 0);
     ASSERT_EQ(closer.boxes().size(), 1u);
     EXPECT_NE(closer.boxes()[0].text.find("More than 5 certificates are ignored."), std::string::npos);
@@ -220,9 +224,10 @@ TEST_F(SmimeImport, FailuresAreCounted) {
   BoxCloser closer;
   EXPECT_EQ(Import(true), 0);
   ASSERT_EQ(closer.boxes().size(), 1u);
-  EXPECT_NE(closer.boxes()[0].text.find("0 certificates are registered, 1 certificates was already registered, 1 "
-                                        "certificates are failed to register."),
-            std::string::npos);
+  EXPECT_NE(
+      closer.boxes()[0].text.find("0 certificates are registered, 1 certificates was already registered, 1 "
+                                  "certificates are failed to register."),
+      std::string::npos);
   MemoryStore alone;
   alone.Add(person_);
   EXPECT_EQ(SMIMEAddCertificate(alone.get(), 1, nullptr), 0);
@@ -276,8 +281,8 @@ TEST_F(SmimeImport, TheOwnersCertificateIsShown) {
   crypto_.replaced["CryptUIDlgViewContext"] = reinterpret_cast<void*>(
       +[](DWORD type, const void* context, HWND parent, LPCWSTR, DWORD, void*) -> BOOL {
         char name[128];
-        CertGetNameStringA(static_cast<PCCERT_CONTEXT>(context), CERT_NAME_FRIENDLY_DISPLAY_TYPE, 0, nullptr, name,
-                           sizeof name);
+        CertGetNameStringA(static_cast<PCCERT_CONTEXT>(context), CERT_NAME_FRIENDLY_DISPLAY_TYPE, 0, nullptr,
+                           name, sizeof name);
         g_shown = {type, name, parent};
         return TRUE;
       });

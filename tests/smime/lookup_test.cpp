@@ -31,7 +31,8 @@ class SmimeLookup : public testing::Test {
     for (const PCCERT_CONTEXT cert : kept_) CertFreeCertificateContext(cert);
   }
   bool Same(PCCERT_CONTEXT a, PCCERT_CONTEXT b) {
-    return a != nullptr && a != kCancelled && CertCompareCertificate(X509_ASN_ENCODING, a->pCertInfo, b->pCertInfo);
+    return a != nullptr && a != kCancelled &&
+           CertCompareCertificate(X509_ASN_ENCODING, a->pCertInfo, b->pCertInfo);
   }
   // Looks `address` up in the four stores.
   PCCERT_CONTEXT Find(const char* address, DWORD remembered = 0, bool always_ask = false) {
@@ -109,10 +110,9 @@ TEST_F(SmimeLookup, AVeryLongAlternativeNameDoesNotMatch) {
 }
 
 TEST_F(SmimeLookup, ListsAllAddressesSubjectFirst) {
-  const PCCERT_CONTEXT cert = Add("My", {.name = "A",
-                                         .emails = {"s1@x", "s2@x"},
-                                         .alt_emails = {"a1@x", "a2@x"},
-                                         .old_alt_emails = {"o1@x"}});
+  const PCCERT_CONTEXT cert = Add(
+      "My",
+      {.name = "A", .emails = {"s1@x", "s2@x"}, .alt_emails = {"a1@x", "a2@x"}, .old_alt_emails = {"o1@x"}});
   char list[2048];
   GetCertEmailList(cert, list, sizeof list);
   EXPECT_STREQ(list, "s1@x, s2@x, o1@x, a1@x, a2@x");
@@ -166,11 +166,11 @@ std::string Dates(int from_days, int to_days, const char* english_format) {
   FileTimeToSystemTime(&to_time, &to);
   char text[256];
   if (std::string(english_format) == "en") {
-    wsprintfA(text, "%02u/%02u/%04u\x81\x60%02u/%02u/%04u", from.wMonth, from.wDay, from.wYear, to.wMonth, to.wDay,
-              to.wYear);
+    wsprintfA(text, "%02u/%02u/%04u\x81\x60%02u/%02u/%04u", from.wMonth, from.wDay, from.wYear, to.wMonth,
+              to.wDay, to.wYear);
   } else {
-    wsprintfA(text, "%04u/%02u/%02u\x81\x60%04u/%02u/%02u", from.wYear, from.wMonth, from.wDay, to.wYear, to.wMonth,
-              to.wDay);
+    wsprintfA(text, "%04u/%02u/%02u\x81\x60%04u/%02u/%02u", from.wYear, from.wMonth, from.wDay, to.wYear,
+              to.wMonth, to.wDay);
   }
   return text;
 }
@@ -214,17 +214,18 @@ TEST_F(SmimeLookup, ValidOnesAreSwappedToTheFront) {
   EXPECT_TRUE(Same(found.get(), first_valid));
   const std::string label = Sjis(u8" 有効期限=");
   const std::string tail = Sjis(u8" 発行元=Test authority");
-  EXPECT_EQ(lines, (std::vector<std::string>{
-                       "\x81\x9B" + label + Dates(-10, 3, "ja") + tail,
-                       "\x81\x9B" + label + Dates(-10, 4, "ja") + tail,
-                       "\x81\x7E" + label + Dates(-20, -1, "ja") + tail,
-                       "\x81\x7E" + label + Dates(-20, -2, "ja") + tail})) << "the two expired ones changed places";
+  EXPECT_EQ(lines, (std::vector<std::string>{"\x81\x9B" + label + Dates(-10, 3, "ja") + tail,
+                                             "\x81\x9B" + label + Dates(-10, 4, "ja") + tail,
+                                             "\x81\x7E" + label + Dates(-20, -1, "ja") + tail,
+                                             "\x81\x7E" + label + Dates(-20, -2, "ja") + tail}))
+      << "the two expired ones changed places";
 }
 
 TEST_F(SmimeLookup, CancellingGivesTheCancelledResult) {
   Add("My", ForEmail("a@x"));
   Add("My", ForEmail("a@x"));
-  DialogDriver driver(IDC_CERT_CHOICE_LIST, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
+  DialogDriver driver(IDC_CERT_CHOICE_LIST,
+                      [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
   EXPECT_EQ(Find("a@x"), kCancelled);
   EXPECT_EQ(driver.count(), 1);
   crypto_.ExpectBalance();
@@ -330,14 +331,16 @@ TEST_F(SmimeLookup, TheChoiceFailsWithZero) {
       {"The target certificate not found in \"Personal\" certificate store. email address =  me@x"});
   Add("My", ForEmail("me@x"));
   {
-    DialogDriver driver(IDC_CERT_CHOICE_LIST, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
+    DialogDriver driver(IDC_CERT_CHOICE_LIST,
+                        [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
     EXPECT_EQ(SelectCertCrcDialog("me@x"), 0u);
   }
   crypto_.missing_stores = {"My"};
   BoxCloser closer;
   EXPECT_EQ(SelectCertCrcDialog("me@x"), 0u);
   ASSERT_EQ(closer.boxes().size(), 1u);
-  EXPECT_EQ(closer.boxes()[0].text, "Error occurred in S/MIME: CertOpenStore failed, \nerror code=0x00000005");
+  EXPECT_EQ(closer.boxes()[0].text,
+            "Error occurred in S/MIME: CertOpenStore failed, \nerror code=0x00000005");
   EXPECT_EQ(closer.boxes()[0].owner, host_.frame());
   crypto_.ExpectBalance();
 }

@@ -1,7 +1,6 @@
 // The report on a certificate, the system's verdict, and verification errors.
 #include <gtest/gtest.h>
 
-
 #include <algorithm>
 
 #include "external/pgp_state_win.h"
@@ -25,7 +24,8 @@ WINTRUST_CERT_INFO g_askedCert;
 std::wstring g_askedName;
 
 BOOL WINAPI ChainWithStatus(HCERTCHAINENGINE engine, PCCERT_CONTEXT cert, LPFILETIME time, HCERTSTORE store,
-                            PCERT_CHAIN_PARA para, DWORD flags, LPVOID reserved, PCCERT_CHAIN_CONTEXT* chain) {
+                            PCERT_CHAIN_PARA para, DWORD flags, LPVOID reserved,
+                            PCCERT_CHAIN_CONTEXT* chain) {
   EXPECT_EQ(para->cbSize, sizeof(CERT_CHAIN_PARA));
   const BOOL done = CertGetCertificateChain(engine, cert, time, store, para, flags, reserved, chain);
   if (done) const_cast<CERT_CHAIN_CONTEXT*>(*chain)->TrustStatus.dwErrorStatus = g_status;
@@ -72,7 +72,8 @@ constexpr char kValid[] = "\x81\x9B The certificate is in validity period.\r\n";
 constexpr char kPath[] = "Certificate path:\r\n  Root\r\n    Middle\r\n      End\r\n";
 
 TEST_F(SmimeReportOf, AGoodCertificateListsItsPathFromTheRoot) {
-  EXPECT_EQ(Report(ForEmail("End")), std::string(kValid) + "\x81\x9B The certificate path is correct.\r\n" + kPath);
+  EXPECT_EQ(Report(ForEmail("End")),
+            std::string(kValid) + "\x81\x9B The certificate path is correct.\r\n" + kPath);
 }
 
 TEST_F(SmimeReportOf, EachStatusHasItsText) {
@@ -83,7 +84,9 @@ TEST_F(SmimeReportOf, EachStatusHasItsText) {
       {1, "Expired certificate exist in the certificate chain."},
       {2, "Certificates in the chain are not properly time nested."},
       {4, "This certificate or issuer's certificate is revoked."},
-      {8, "The certificate or one of the certificates in the certificate chain does not have a valid signature."},
+      {8,
+       "The certificate or one of the certificates in the certificate chain does not have a valid "
+       "signature."},
       {16, "The certificate or certificate chain is not valid for its proposed usage."},
       {32, "The certificate or certificate chain is based on an untrusted root."},
       {64, "Ther certificate revocation status is unknown."},
@@ -98,10 +101,12 @@ TEST_F(SmimeReportOf, EachStatusHasItsText) {
       {0x80092014, "The context to be checked was not found in the revocation server's database."},
   };
   for (const auto& test : cases) {
-    EXPECT_EQ(ReportWith(test.status), std::string(kValid) + "\x81\x7E " + test.text + "\r\n" + kPath) << test.status;
+    EXPECT_EQ(ReportWith(test.status), std::string(kValid) + "\x81\x7E " + test.text + "\r\n" + kPath)
+        << test.status;
   }
   EXPECT_EQ(ReportWith(33), std::string(kValid) +
-                                "\x81\x7E Ther certificate chain has a problem. error code = 0x00000021\r\n" + kPath)
+                                "\x81\x7E Ther certificate chain has a problem. error code = 0x00000021\r\n" +
+                                kPath)
       << "several bits have no text";
 }
 
@@ -120,10 +125,12 @@ TEST_F(SmimeReportOf, ExpiryIsSaidOnce) {
   const CertSpec early = {.name = "End", .from_days = 10, .to_days = 20};
   const std::string expired_line = "\x81\x7E !!!!The certificate is expired.\r\n";
   EXPECT_EQ(ReportWith(1, expired), expired_line + "\r\n" + kPath);
-  EXPECT_EQ(ReportWith(1, early),
-            std::string("\x81\x7E !!!!The validity period of the certificate is in the future.\r\n\r\n") + kPath);
+  EXPECT_EQ(
+      ReportWith(1, early),
+      std::string("\x81\x7E !!!!The validity period of the certificate is in the future.\r\n\r\n") + kPath);
   EXPECT_EQ(ReportWith(32, expired),
-            expired_line + "\x81\x7E The certificate or certificate chain is based on an untrusted root.\r\n" + kPath);
+            expired_line +
+                "\x81\x7E The certificate or certificate chain is based on an untrusted root.\r\n" + kPath);
 }
 
 TEST_F(SmimeReportOf, TheSystemsVerdictIsAsked) {
@@ -136,12 +143,14 @@ TEST_F(SmimeReportOf, TheSystemsVerdictIsAsked) {
   g_verdict = static_cast<LONG>(0x800B010A);
   EXPECT_EQ(Report(ForEmail("End")), correct + "\r\n" + kPath) << "an untrusted root is the chain's matter";
   g_verdict = -1;
-  EXPECT_EQ(Report(ForEmail("End")),
-            correct + "\x81\xA2 !!!! Failed to use WINTRUST.DLL, You cannot verify certificate chain.\r\n" + kPath);
+  EXPECT_EQ(
+      Report(ForEmail("End")),
+      correct + "\x81\xA2 !!!! Failed to use WINTRUST.DLL, You cannot verify certificate chain.\r\n" + kPath);
   g_verdict = static_cast<LONG>(0x800B0101);
   const std::string refused = Report(ForEmail("End"));
-  EXPECT_EQ(refused.find(correct + "\r\n\x81\x7E !!!!Failed to verify the certificate (WinVerifyTrust), error code = "
-                                   "0x800B0101\r\n"),
+  EXPECT_EQ(refused.find(correct +
+                         "\r\n\x81\x7E !!!!Failed to verify the certificate (WinVerifyTrust), error code = "
+                         "0x800B0101\r\n"),
             0u)
       << refused;
   EXPECT_TRUE(HasProblem(refused.c_str()));
@@ -151,14 +160,15 @@ TEST_F(SmimeReportOf, WithoutTheChainEntriesThePathIsLeftOpen) {
   for (const char* const entry : {"CertGetCertificateChain", "CertFreeCertificateChain"}) {
     crypto_.missing_entries = {entry};
     EXPECT_EQ(Report(ForEmail("End")),
-              std::string(kValid) + "\x81\xA2 The certification path cannot be verified.") << entry;
+              std::string(kValid) + "\x81\xA2 The certification path cannot be verified.")
+        << entry;
   }
 }
 
 TEST_F(SmimeReportOf, AChainThatCannotBeBuiltIsAProblem) {
-  crypto_.replaced["CertGetCertificateChain"] = reinterpret_cast<void*>(
-      +[](HCERTCHAINENGINE, PCCERT_CONTEXT, LPFILETIME, HCERTSTORE, PCERT_CHAIN_PARA, DWORD, LPVOID,
-          PCCERT_CHAIN_CONTEXT*) -> BOOL { return FALSE; });
+  crypto_.replaced["CertGetCertificateChain"] =
+      reinterpret_cast<void*>(+[](HCERTCHAINENGINE, PCCERT_CONTEXT, LPFILETIME, HCERTSTORE, PCERT_CHAIN_PARA,
+                                  DWORD, LPVOID, PCCERT_CHAIN_CONTEXT*) -> BOOL { return FALSE; });
   EXPECT_EQ(Report(ForEmail("End")), std::string(kValid) + "\x81\x7E !!!!Cannot create certificate chain.");
 }
 
@@ -194,7 +204,9 @@ DWORD g_contentSize = 5;
 PCCERT_CONTEXT g_signer = nullptr;
 
 BOOL Answer(const char* name, BYTE* content, DWORD* size, PCCERT_CONTEXT* signer) {
-  g_callNames.emplace_back(std::string(name) + (content != nullptr ? " content" : size != nullptr ? " size" : ""));
+  g_callNames.emplace_back(std::string(name) + (content != nullptr ? " content"
+                                                : size != nullptr  ? " size"
+                                                                   : ""));
   const DWORD error = g_calls < g_script.size() ? g_script[g_calls] : 0x8009200E;
   ++g_calls;
   SetLastError(error);
@@ -208,8 +220,8 @@ BOOL WINAPI ScriptedVerify(PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD
                            PCCERT_CONTEXT* signer) {
   return Answer("verify", content, size, signer);
 }
-BOOL WINAPI ScriptedDetached(PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD, DWORD, const BYTE**, DWORD*,
-                             PCCERT_CONTEXT* signer) {
+BOOL WINAPI ScriptedDetached(PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD, DWORD, const BYTE**,
+                             DWORD*, PCCERT_CONTEXT* signer) {
   return Answer("detached", nullptr, nullptr, signer);
 }
 BOOL WINAPI ScriptedOpen(PCRYPT_DECRYPT_MESSAGE_PARA, PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD,
@@ -231,7 +243,8 @@ class SmimeWalk : public testing::Test {
     g_script = std::move(script);
     CRYPT_DECRYPT_MESSAGE_PARA decryption{};
     decryption.cbSize = sizeof decryption;
-    return SMIMEVerify("message", 7, detached ? "content" : nullptr, 7, nullptr, enveloped ? &decryption : nullptr);
+    return SMIMEVerify("message", 7, detached ? "content" : nullptr, 7, nullptr,
+                       enveloped ? &decryption : nullptr);
   }
   ScriptedHost host_;
   CountedCrypto crypto_;
@@ -275,7 +288,8 @@ TEST_F(SmimeWalk, AnyOtherErrorFailsTheWholeMessage) {
       {0x12345678, "\x81\xA2 Failed to verify. Please search the error code by web site (e.g. google)"},
   };
   for (const auto& test : cases) {
-    for (const std::vector<DWORD>& script : {std::vector<DWORD>{test.error}, {0, test.error}, {0, 0, 0, test.error}}) {
+    for (const std::vector<DWORD>& script :
+         {std::vector<DWORD>{test.error}, {0, test.error}, {0, 0, 0, test.error}}) {
       g_calls = 0;
       EXPECT_STREQ(Verify(script), "OK");
       EXPECT_EQ(PgpGetSMIMEOutputSize(), 0u);
@@ -323,7 +337,8 @@ TEST_F(SmimeWalk, AStoreThatDoesNotOpenIsTold) {
   EXPECT_STREQ(SMIMEDecrypt("message", 7, nullptr), "");
   EXPECT_STREQ(SmimeEncryptSign(0, "text", "a@x", nullptr, 0, 0, 0), "");
   ASSERT_EQ(closer.boxes().size(), 2u);
-  EXPECT_EQ(closer.boxes()[1].text, "Error occurred in S/MIME: CertOpenStore failed, \nerror code=0x00000005");
+  EXPECT_EQ(closer.boxes()[1].text,
+            "Error occurred in S/MIME: CertOpenStore failed, \nerror code=0x00000005");
   EXPECT_EQ(wfinfo::g_signatureState, -1);
   crypto_.ExpectBalance();
 }

@@ -1,4 +1,5 @@
-// Revocation: which certificates are checked, where the lists come from, what the control shows, and the download.
+// Revocation: which certificates are checked, where the lists come from, what the control shows, and the
+// download.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -130,8 +131,8 @@ class SmimeRevocation : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_TRUE(LoadCryptoLibrary());
-    control_ = CreateWindowExA(0, "EDIT", "", WS_CHILD | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0, 0, 100, 100,
-                               host_.frame(), nullptr, GetModuleHandleA(nullptr), nullptr);
+    control_ = CreateWindowExA(0, "EDIT", "", WS_CHILD | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0, 0,
+                               100, 100, host_.frame(), nullptr, GetModuleHandleA(nullptr), nullptr);
     host_.Expect(313).Any().Always().Do([this](const Request& request) {
       ++conversions_;
       const auto* const text = reinterpret_cast<const char*>(request.block[0]);
@@ -163,8 +164,8 @@ class SmimeRevocation : public testing::Test {
   std::string Text() { return HostTextOf(control_); }
   void Serve(const std::string& list) { fake_.web.pages["http://x/root.crl"] = list; }
   void AddList(const std::string& list) {
-    const PCCRL_CONTEXT crl = CertCreateCRLContext(X509_ASN_ENCODING, reinterpret_cast<const BYTE*>(list.data()),
-                                                   static_cast<DWORD>(list.size()));
+    const PCCRL_CONTEXT crl = CertCreateCRLContext(
+        X509_ASN_ENCODING, reinterpret_cast<const BYTE*>(list.data()), static_cast<DWORD>(list.size()));
     ASSERT_NE(crl, nullptr);
     EXPECT_TRUE(CertAddCRLContextToStore(crypto_.Store("CA").get(), crl, CERT_STORE_ADD_ALWAYS, nullptr));
     CertFreeCRLContext(crl);
@@ -187,10 +188,12 @@ TEST_F(SmimeRevocation, ADownloadedListIsFoundInTheStoreTheNextTime) {
   carried_.Add(root_.cert());
   const std::string list = root_.Revoke({});
   Serve(list);
-  EXPECT_EQ(Check(), kHead + std::string("a@x\r\n  Downloading revocation list... http://x/root.crl\r\n"
-                                         "  The revocation list was obtained successfully, size=") +
-                         std::to_string(list.size()) + "Bytes\r\n" + kGood +
-                         "The downloaded  1 revocation lists are registered to the Windows certificate store.\r\n");
+  EXPECT_EQ(Check(),
+            kHead +
+                std::string("a@x\r\n  Downloading revocation list... http://x/root.crl\r\n"
+                            "  The revocation list was obtained successfully, size=") +
+                std::to_string(list.size()) + "Bytes\r\n" + kGood +
+                "The downloaded  1 revocation lists are registered to the Windows certificate store.\r\n");
   EXPECT_EQ(result_, 1);
   EXPECT_EQ(conversions_, 1) << "only the text with the good mark goes through the host";
   EXPECT_EQ(Check(), kHead + std::string("a@x\r\n") + kLocal + kGood);
@@ -234,7 +237,8 @@ TEST_F(SmimeRevocation, ValidityIsToldToo) {
   carried_.Add(Person("a@x", {.from_days = -20, .to_days = -10}));
   carried_.Add(root_.cert());
   AddList(root_.Revoke({}));
-  EXPECT_NE(Check().find("a@x\r\n  \x81\x7E !!!! The certificate has expired.\r\n"), std::string::npos) << Text();
+  EXPECT_NE(Check().find("a@x\r\n  \x81\x7E !!!! The certificate has expired.\r\n"), std::string::npos)
+      << Text();
   MemoryStore early;
   early.Add(Person("b@x", {.from_days = 10, .to_days = 20}));
   early.Add(root_.cert());
@@ -251,7 +255,8 @@ TEST_F(SmimeRevocation, PointsOfDistributionDecideTheDownload) {
       {{"ldap://x/cn=y"},
        "  \x81\x7E The revocation list distribution point is not http (TamarinMail needs http protocol)\r\n"},
       {{"https://x/y", "HTTP://x/second.crl"}, "  Downloading revocation list... HTTP://x/second.crl"},
-      {{"http://x/" + std::string(503, 'y'), "http://x/short"}, "  Downloading revocation list... http://x/short"},
+      {{"http://x/" + std::string(503, 'y'), "http://x/short"},
+       "  Downloading revocation list... http://x/short"},
   };
   for (const auto& test : cases) {
     MemoryStore store;
@@ -267,7 +272,8 @@ TEST_F(SmimeRevocation, PointsOfDistributionDecideTheDownload) {
   none.Add(root_.cert());
   SetWindowTextA(control_, "");
   EXPECT_EQ(SMIMEVerifyRevocation(none.get(), control_), 1);
-  EXPECT_NE(Text().find("  \x81\x7E The revocation list distribution point is unknown.\r\n"), std::string::npos);
+  EXPECT_NE(Text().find("  \x81\x7E The revocation list distribution point is unknown.\r\n"),
+            std::string::npos);
 }
 
 TEST_F(SmimeRevocation, AFailedDownloadIsTold) {
@@ -280,13 +286,15 @@ TEST_F(SmimeRevocation, AFailedDownloadIsTold) {
 }
 
 TEST_F(SmimeRevocation, EnglishChecksTheFirstWithAnAddress) {
-  // The label is shorter than the distance: the address is read as "@x", nobody has it, and a second pass follows.
+  // The label is shorter than the distance: the address is read as "@x", nobody has it, and a second pass
+  // follows.
   carried_.Add(Person("first@x"));
   carried_.Add(Person("b@x"));
   carried_.Add(root_.cert());
   AddList(root_.Revoke({}));
   EXPECT_EQ(Check("Signer email address: b@x\r\n"), kHead + std::string("first@x\r\n") + kLocal + kGood);
-  EXPECT_EQ(Check("no label"), kHead + std::string("first@x\r\n") + kLocal + kGood) << "without a label all count";
+  EXPECT_EQ(Check("no label"), kHead + std::string("first@x\r\n") + kLocal + kGood)
+      << "without a label all count";
 }
 
 TEST_F(SmimeRevocation, JapaneseChecksTheSigner) {
@@ -327,8 +335,9 @@ TEST_F(SmimeRevocation, AChainThatCannotBeBuiltIsTold) {
 
 TEST_F(SmimeRevocation, AnOldCrypt32CannotCheck) {
   crypto_.missing_entries = {"CertVerifyCRLRevocation"};
-  EXPECT_EQ(Check(),
-            kHead + std::string("\x81\xA2 Cannot check revocation because Windows crypt32.dll is too old.\r\n"));
+  EXPECT_EQ(
+      Check(),
+      kHead + std::string("\x81\xA2 Cannot check revocation because Windows crypt32.dll is too old.\r\n"));
   EXPECT_EQ(result_, 0);
   EXPECT_EQ(SMIMEVerifyRevocation_Cert(root_.cert(), nullptr, control_), 0);
 }

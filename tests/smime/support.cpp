@@ -33,7 +33,8 @@ HCRYPTPROV SharedKey(int index) {
   static HCRYPTPROV keys[3] = {};
   HCRYPTPROV& provider = keys[index];
   if (provider != 0) return provider;
-  EXPECT_TRUE(CryptAcquireContextA(&provider, nullptr, nullptr, PROV_RSA_AES, CRYPT_VERIFYCONTEXT)) << GetLastError();
+  EXPECT_TRUE(CryptAcquireContextA(&provider, nullptr, nullptr, PROV_RSA_AES, CRYPT_VERIFYCONTEXT))
+      << GetLastError();
   HCRYPTKEY key = 0;
   EXPECT_TRUE(CryptGenKey(provider, AT_SIGNATURE, 1024u << 16, &key)) << GetLastError();
   CryptDestroyKey(key);
@@ -107,7 +108,8 @@ PublicKey PublicKeyOf(HCRYPTPROV key) {
   DWORD size = 0;
   CryptExportPublicKeyInfo(key, AT_SIGNATURE, X509_ASN_ENCODING, nullptr, &size);
   PublicKey out{std::string(size, '\0')};
-  EXPECT_TRUE(CryptExportPublicKeyInfo(key, AT_SIGNATURE, X509_ASN_ENCODING, out.info(), &size)) << GetLastError();
+  EXPECT_TRUE(CryptExportPublicKeyInfo(key, AT_SIGNATURE, X509_ASN_ENCODING, out.info(), &size))
+      << GetLastError();
   return out;
 }
 
@@ -115,12 +117,12 @@ std::string Sign(HCRYPTPROV key, LPCSTR type, const void* info) {
   CRYPT_ALGORITHM_IDENTIFIER algorithm{};
   algorithm.pszObjId = const_cast<char*>(szOID_RSA_SHA1RSA);
   DWORD size = 0;
-  EXPECT_TRUE(CryptSignAndEncodeCertificate(key, AT_SIGNATURE, X509_ASN_ENCODING, type, info, &algorithm, nullptr,
-                                            nullptr, &size))
+  EXPECT_TRUE(CryptSignAndEncodeCertificate(key, AT_SIGNATURE, X509_ASN_ENCODING, type, info, &algorithm,
+                                            nullptr, nullptr, &size))
       << GetLastError();
   std::string encoded(size, '\0');
-  EXPECT_TRUE(CryptSignAndEncodeCertificate(key, AT_SIGNATURE, X509_ASN_ENCODING, type, info, &algorithm, nullptr,
-                                            reinterpret_cast<BYTE*>(encoded.data()), &size));
+  EXPECT_TRUE(CryptSignAndEncodeCertificate(key, AT_SIGNATURE, X509_ASN_ENCODING, type, info, &algorithm,
+                                            nullptr, reinterpret_cast<BYTE*>(encoded.data()), &size));
   encoded.resize(size);
   return encoded;
 }
@@ -165,13 +167,14 @@ PCCERT_CONTEXT Authority::Build(const CertSpec& spec, HCRYPTPROV issuer_key, con
   info.cExtension = static_cast<DWORD>(extensions.size());
   info.rgExtension = extensions.data();
   const std::string der = Sign(issuer_key, X509_CERT_TO_BE_SIGNED, &info);
-  const PCCERT_CONTEXT cert =
-      CertCreateCertificateContext(kEncoding, reinterpret_cast<const BYTE*>(der.data()), static_cast<DWORD>(der.size()));
+  const PCCERT_CONTEXT cert = CertCreateCertificateContext(
+      kEncoding, reinterpret_cast<const BYTE*>(der.data()), static_cast<DWORD>(der.size()));
   EXPECT_NE(cert, nullptr) << GetLastError();
   return cert;
 }
 
-Authority::Authority(const std::string& name, Authority* issuer, CertSpec spec) : key_(SharedKey(KeyIndexOf(issuer))) {
+Authority::Authority(const std::string& name, Authority* issuer, CertSpec spec)
+    : key_(SharedKey(KeyIndexOf(issuer))) {
   spec.name = name;
   spec.is_authority = true;
   cert_ = issuer == nullptr ? Build(spec, key_, {}, key_)
@@ -207,7 +210,8 @@ std::string Authority::Revoke(const std::vector<PCCERT_CONTEXT>& revoked, int fr
   return Sign(key_, X509_CERT_CRL_TO_BE_SIGNED, &info);
 }
 
-MemoryStore::MemoryStore() : store_(CertOpenStore(CERT_STORE_PROV_MEMORY, 0, 0, CERT_STORE_CREATE_NEW_FLAG, nullptr)) {
+MemoryStore::MemoryStore()
+    : store_(CertOpenStore(CERT_STORE_PROV_MEMORY, 0, 0, CERT_STORE_CREATE_NEW_FLAG, nullptr)) {
   EXPECT_NE(store_, nullptr);
 }
 MemoryStore::~MemoryStore() {
@@ -221,7 +225,8 @@ void MemoryStore::Add(PCCERT_CONTEXT cert) {
     CertDeleteCertificateFromStore(held);
   }
   for (auto each = added_.rbegin(); each != added_.rend(); ++each) {
-    EXPECT_TRUE(CertAddCertificateContextToStore(store_, *each, CERT_STORE_ADD_ALWAYS, nullptr)) << GetLastError();
+    EXPECT_TRUE(CertAddCertificateContextToStore(store_, *each, CERT_STORE_ADD_ALWAYS, nullptr))
+        << GetLastError();
   }
 }
 
@@ -277,8 +282,8 @@ PCCERT_CONTEXT WINAPI Enumerate(HCERTSTORE store, PCCERT_CONTEXT previous) {
   if (next != nullptr) ++g_counts->certs;
   return next;
 }
-PCCERT_CONTEXT WINAPI FindCertificate(HCERTSTORE store, DWORD encoding, DWORD flags, DWORD type, const void* para,
-                                      PCCERT_CONTEXT previous) {
+PCCERT_CONTEXT WINAPI FindCertificate(HCERTSTORE store, DWORD encoding, DWORD flags, DWORD type,
+                                      const void* para, PCCERT_CONTEXT previous) {
   if (previous != nullptr) --g_counts->certs;
   const PCCERT_CONTEXT found = CertFindCertificateInStore(store, encoding, flags, type, para, previous);
   if (found != nullptr) ++g_counts->certs;
@@ -310,29 +315,30 @@ BOOL WINAPI FreeCrl(PCCRL_CONTEXT crl) {
   --g_counts->crls;
   return CertFreeCRLContext(crl);
 }
-HCERTSTORE WINAPI MessageCertificates(DWORD encoding, HCRYPTPROV_LEGACY provider, DWORD flags, const BYTE* bytes,
-                                      DWORD size) {
+HCERTSTORE WINAPI MessageCertificates(DWORD encoding, HCRYPTPROV_LEGACY provider, DWORD flags,
+                                      const BYTE* bytes, DWORD size) {
   const HCERTSTORE store = CryptGetMessageCertificates(encoding, provider, flags, bytes, size);
   if (store != nullptr) ++g_counts->stores;
   return store;
 }
-BOOL WINAPI VerifySignature(PCRYPT_VERIFY_MESSAGE_PARA para, DWORD index, const BYTE* bytes, DWORD size, BYTE* content,
-                            DWORD* content_size, PCCERT_CONTEXT* signer) {
+BOOL WINAPI VerifySignature(PCRYPT_VERIFY_MESSAGE_PARA para, DWORD index, const BYTE* bytes, DWORD size,
+                            BYTE* content, DWORD* content_size, PCCERT_CONTEXT* signer) {
   const BOOL done = CryptVerifyMessageSignature(para, index, bytes, size, content, content_size, signer);
   if (done && signer != nullptr && *signer != nullptr) ++g_counts->certs;
   return done;
 }
-BOOL WINAPI VerifyDetached(PCRYPT_VERIFY_MESSAGE_PARA para, DWORD index, const BYTE* bytes, DWORD size, DWORD parts,
-                           const BYTE** content, DWORD* sizes, PCCERT_CONTEXT* signer) {
-  const BOOL done = CryptVerifyDetachedMessageSignature(para, index, bytes, size, parts, content, sizes, signer);
+BOOL WINAPI VerifyDetached(PCRYPT_VERIFY_MESSAGE_PARA para, DWORD index, const BYTE* bytes, DWORD size,
+                           DWORD parts, const BYTE** content, DWORD* sizes, PCCERT_CONTEXT* signer) {
+  const BOOL done =
+      CryptVerifyDetachedMessageSignature(para, index, bytes, size, parts, content, sizes, signer);
   if (done && signer != nullptr && *signer != nullptr) ++g_counts->certs;
   return done;
 }
-BOOL WINAPI DecryptAndVerify(PCRYPT_DECRYPT_MESSAGE_PARA decryption, PCRYPT_VERIFY_MESSAGE_PARA para, DWORD index,
-                             const BYTE* bytes, DWORD size, BYTE* content, DWORD* content_size,
+BOOL WINAPI DecryptAndVerify(PCRYPT_DECRYPT_MESSAGE_PARA decryption, PCRYPT_VERIFY_MESSAGE_PARA para,
+                             DWORD index, const BYTE* bytes, DWORD size, BYTE* content, DWORD* content_size,
                              PCCERT_CONTEXT* recipient, PCCERT_CONTEXT* signer) {
-  const BOOL done = CryptDecryptAndVerifyMessageSignature(decryption, para, index, bytes, size, content, content_size,
-                                                          recipient, signer);
+  const BOOL done = CryptDecryptAndVerifyMessageSignature(decryption, para, index, bytes, size, content,
+                                                          content_size, recipient, signer);
   if (done && signer != nullptr && *signer != nullptr) ++g_counts->certs;
   return done;
 }
@@ -463,7 +469,8 @@ std::string HostTextOf(HWND control) {
     BOOL lost = FALSE;
     // The good mark may have come as UTF-16; all else came as bytes of the system's code page.
     const UINT page = unit == 0x25CB ? 932 : CP_ACP;
-    out.append(bytes, static_cast<std::size_t>(WideCharToMultiByte(page, 0, &unit, 1, bytes, 4, nullptr, &lost)));
+    out.append(bytes,
+               static_cast<std::size_t>(WideCharToMultiByte(page, 0, &unit, 1, bytes, 4, nullptr, &lost)));
   }
   return out;
 }

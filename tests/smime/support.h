@@ -22,11 +22,11 @@ FILETIME DaysFromNow(int days);
 
 // What a certificate is to say.
 struct CertSpec {
-  std::string name = {};                   // common name
-  std::vector<std::string> emails = {};        // emailAddress attributes of the subject
-  std::vector<std::string> alt_emails = {};    // RFC 822 names of the alternative-name extension
+  std::string name = {};                         // common name
+  std::vector<std::string> emails = {};          // emailAddress attributes of the subject
+  std::vector<std::string> alt_emails = {};      // RFC 822 names of the alternative-name extension
   std::vector<std::string> old_alt_emails = {};  // the same in an extension of the older identifier, in front
-  std::vector<std::string> crl_urls = {};      // distribution points
+  std::vector<std::string> crl_urls = {};        // distribution points
   int from_days = -10;
   int to_days = 10;
   bool is_authority = false;
@@ -47,7 +47,8 @@ class Authority {
   std::string Revoke(const std::vector<PCCERT_CONTEXT>& revoked, int from_days = -5, int to_days = 5);
 
  private:
-  PCCERT_CONTEXT Build(const CertSpec& spec, HCRYPTPROV issuer_key, const CERT_NAME_BLOB& issuer, HCRYPTPROV subject_key);
+  PCCERT_CONTEXT Build(const CertSpec& spec, HCRYPTPROV issuer_key, const CERT_NAME_BLOB& issuer,
+                       HCRYPTPROV subject_key);
 
   HCRYPTPROV key_ = 0;
   PCCERT_CONTEXT cert_ = nullptr;
@@ -70,8 +71,8 @@ class MemoryStore {
   std::vector<PCCERT_CONTEXT> added_;
 };
 
-// Makes CertOpenSystemStoreA of the library open stores in memory, which start empty, for as long as it lives, and
-// counts what the library takes and gives back.
+// Makes CertOpenSystemStoreA of the library open stores in memory, which start empty, for as long as it
+// lives, and counts what the library takes and gives back.
 class CountedCrypto {
  public:
   CountedCrypto();

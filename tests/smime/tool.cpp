@@ -65,9 +65,10 @@ using Arguments = std::vector<std::string>;
 
 void Make(const Arguments& a) {
   const std::string text = Load(a[2]);
-  PrintState(wfinfo::smime::SmimeEncryptSign(std::atoi(a[1].c_str()), text.c_str(), OrNull(a[3]), OrNull(a[4]),
-                                             std::atoi(a[5].c_str()), std::atoi(a[6].c_str()), 0),
-             a[7]);
+  PrintState(
+      wfinfo::smime::SmimeEncryptSign(std::atoi(a[1].c_str()), text.c_str(), OrNull(a[3]), OrNull(a[4]),
+                                      std::atoi(a[5].c_str()), std::atoi(a[6].c_str()), 0),
+      a[7]);
 }
 
 void Decrypt(const Arguments& a) {
@@ -95,8 +96,9 @@ void Report(const Arguments& a) {
 }
 
 void Revoke(const Arguments& a, HWND frame) {
-  const HWND control = CreateWindowExA(0, "EDIT", "", WS_CHILD | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0, 0, 100, 100, frame, nullptr,
-                                       GetModuleHandleA(nullptr), nullptr);
+  const HWND control =
+      CreateWindowExA(0, "EDIT", "", WS_CHILD | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0, 0, 100,
+                      100, frame, nullptr, GetModuleHandleA(nullptr), nullptr);
   SendMessageA(control, EM_LIMITTEXT, 0, 0);
   for (int times = a.size() > 2 ? std::atoi(a[2].c_str()) : 1; times > 0; --times) {
     Verify({"", a[1], "", "-"});
@@ -123,11 +125,13 @@ void Balance(const Arguments& a) {
   crypto.uses_real_stores = true;
   int good = 0;
   for (int i = std::atoi(a[3].c_str()); i > 0; --i) {
-    SMIMEVerify(message.data(), static_cast<unsigned>(message.size()), nullptr, 0, "alice@example.org", nullptr);
+    SMIMEVerify(message.data(), static_cast<unsigned>(message.size()), nullptr, 0, "alice@example.org",
+                nullptr);
     good += wfinfo::g_signatureState == 1;
     SMIMEDecrypt(envelope.data(), static_cast<unsigned>(envelope.size()), nullptr);
     good += wfinfo::g_signatureState == 0 && PgpGetSMIMEOutputSize() != 0;
-    const char* const made = wfinfo::smime::SmimeEncryptSign(2, "text", "bob@example.org", "alice@example.org", 6, 0, 0);
+    const char* const made =
+        wfinfo::smime::SmimeEncryptSign(2, "text", "bob@example.org", "alice@example.org", 6, 0, 0);
     good += *made != '\0';
   }
   FreeCertificate(RetrieveCertificate());
@@ -164,7 +168,8 @@ int RunTool(int count, char** arguments) {
   Arguments a;
   for (int i = 0; i < count; ++i) a.push_back(Plain(arguments[i]));
   const char* const language = std::getenv("WFINFO_LANGUAGE");
-  ScriptedHost host(language != nullptr && std::string(language) == "ja" ? Language::kJapanese : Language::kEnglish);
+  ScriptedHost host(language != nullptr && std::string(language) == "ja" ? Language::kJapanese
+                                                                         : Language::kEnglish);
   std::wstring wide;
   host.Expect(313).Any().Always().Do([&wide](const Request& request) {
     const auto* const text = reinterpret_cast<const char*>(request.block[0]);

@@ -3,8 +3,8 @@
 
 namespace wfinfo_test {
 
-// Runs one command and prints what it gave, one "name=hex" a line. The language is English unless the environment
-// variable WFINFO_LANGUAGE is "ja". An argument may be written "hex:" and its bytes.
+// Runs one command and prints what it gave, one "name=hex" a line. The language is English unless the
+// environment variable WFINFO_LANGUAGE is "ja". An argument may be written "hex:" and its bytes.
 //
 //   make MODE TEXT-FILE RECIPIENTS SIGNER ALGORITHM HASH OUTPUT
 //   decrypt MESSAGE OUTPUT [SENDER]

@@ -14,7 +14,9 @@ std::size_t UpToEndMark(std::string_view bytes, int depth);
 Element FirstAt(std::string_view bytes, int depth) {
   Element element;
   if (bytes.size() < 2 || depth > kDeepest) return element;
-  const auto byte = [&bytes](std::size_t at) { return static_cast<std::size_t>(static_cast<unsigned char>(bytes[at])); };
+  const auto byte = [&bytes](std::size_t at) {
+    return static_cast<std::size_t>(static_cast<unsigned char>(bytes[at]));
+  };
   if ((byte(0) & 0x1F) == 0x1F) return element;  // long tags are not used here
   std::size_t header = 2;
   std::size_t length = byte(1);
@@ -75,7 +77,8 @@ Bytes Write(unsigned tag, const Bytes& content) {
     out += static_cast<char>(content.size());
   } else {
     Bytes length;
-    for (std::size_t rest = content.size(); rest != 0; rest >>= 8) length.insert(length.begin(), static_cast<char>(rest));
+    for (std::size_t rest = content.size(); rest != 0; rest >>= 8)
+      length.insert(length.begin(), static_cast<char>(rest));
     out += static_cast<char>(0x80 | length.size());
     out += length;
   }

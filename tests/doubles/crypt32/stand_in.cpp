@@ -1,6 +1,8 @@
-// The functions of crypt32 that Wine's own lacks or gets wrong, on the system's cryptographic providers. Errors are
-// those that CryptoAPI documents. What passes against this agrees with OpenSSL and with this file, not with Windows.
+// The functions of crypt32 that Wine's own lacks or gets wrong, on the system's cryptographic providers.
+// Errors are those that CryptoAPI documents. What passes against this agrees with OpenSSL and with this file,
+// not with Windows.
 #include <windows.h>
+// wincrypt.h needs windows.h first.
 #include <wincrypt.h>
 
 #include <algorithm>
@@ -28,8 +30,9 @@ constexpr char kEnvelopedData[] = "1.2.840.113549.1.7.3";
 constexpr char kRsa[] = "1.2.840.113549.1.1.1";
 constexpr char kMessageDigest[] = "1.2.840.113549.1.9.4";
 
-#define WINE_FUNCTION(name) \
-  (reinterpret_cast<decltype(&::name)>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryA("wcrypt32.dll"), #name))))
+#define WINE_FUNCTION(name)             \
+  (reinterpret_cast<decltype(&::name)>( \
+      reinterpret_cast<void*>(GetProcAddress(LoadLibraryA("wcrypt32.dll"), #name))))
 
 BOOL Fail(DWORD error) {
   SetLastError(error);
@@ -109,8 +112,8 @@ Bytes Encrypted(const ContentKey& key, const Bytes& content) {
 // The content key for one recipient: issuer and serial number, RSA, the encrypted key.
 Bytes RecipientInfo(const ContentKey& key, PCCERT_CONTEXT cert) {
   HCRYPTKEY public_key = 0;
-  if (!WINE_FUNCTION(CryptImportPublicKeyInfo)(Provider(), X509_ASN_ENCODING, &cert->pCertInfo->SubjectPublicKeyInfo,
-                                               &public_key)) {
+  if (!WINE_FUNCTION(CryptImportPublicKeyInfo)(Provider(), X509_ASN_ENCODING,
+                                               &cert->pCertInfo->SubjectPublicKeyInfo, &public_key)) {
     return {};
   }
   BYTE blob[1024];
@@ -120,9 +123,9 @@ Bytes RecipientInfo(const ContentKey& key, PCCERT_CONTEXT cert) {
   if (!exported) return {};
   const DWORD header = sizeof(BLOBHEADER) + sizeof(ALG_ID);
   const CERT_INFO& info = *cert->pCertInfo;
-  const Bytes id = ber::Write(0x30, AsBytes(info.Issuer.pbData, info.Issuer.cbData) +
-                                        ber::Write(0x02, Reversed(AsBytes(info.SerialNumber.pbData,
-                                                                          info.SerialNumber.cbData))));
+  const Bytes id = ber::Write(
+      0x30, AsBytes(info.Issuer.pbData, info.Issuer.cbData) +
+                ber::Write(0x02, Reversed(AsBytes(info.SerialNumber.pbData, info.SerialNumber.cbData))));
   const Bytes algorithm = ber::Write(0x30, ber::Write(0x06, ber::Oid(kRsa)) + ber::Write(0x05, {}));
   return ber::Write(0x30, ber::Write(0x02, Bytes(1, 0)) + id + algorithm +
                               ber::Write(0x04, Reversed(AsBytes(blob + header, size - header))));
@@ -141,11 +144,13 @@ Bytes CipherParameters(const Cipher& cipher, DWORD bits, const Bytes& vector) {
   for (const auto& row : kRc2Versions) {
     if (row.bits == bits) version = row.version;
   }
-  const Bytes number = version < 0x80 ? Bytes(1, static_cast<char>(version)) : Bytes(1, 0) + static_cast<char>(version);
+  const Bytes number =
+      version < 0x80 ? Bytes(1, static_cast<char>(version)) : Bytes(1, 0) + static_cast<char>(version);
   return ber::Write(0x30, ber::Write(0x02, number) + ber::Write(0x04, vector));
 }
 
-BOOL Envelope(PCRYPT_ENCRYPT_MESSAGE_PARA para, DWORD count, PCCERT_CONTEXT* certs, const Bytes& content, Bytes* out) {
+BOOL Envelope(PCRYPT_ENCRYPT_MESSAGE_PARA para, DWORD count, PCCERT_CONTEXT* certs, const Bytes& content,
+              Bytes* out) {
   const Cipher* const cipher = CipherByOid(para->ContentEncryptionAlgorithm.pszObjId);
   if (cipher == nullptr) return Fail(kBadAlgorithm);
   DWORD bits = 0;
@@ -155,7 +160,8 @@ BOOL Envelope(PCRYPT_ENCRYPT_MESSAGE_PARA para, DWORD count, PCCERT_CONTEXT* cer
                : static_cast<const CMSG_RC2_AUX_INFO*>(para->pvEncryptionAuxInfo)->dwBitLen;
   }
   ContentKey key;
-  if (!CryptGenKey(Provider(), cipher->id, CRYPT_EXPORTABLE | CRYPT_NO_SALT | (bits << 16), &key.key)) return FALSE;
+  if (!CryptGenKey(Provider(), cipher->id, CRYPT_EXPORTABLE | CRYPT_NO_SALT | (bits << 16), &key.key))
+    return FALSE;
   Bytes vector(cipher->block, '\0');
   CryptGenRandom(Provider(), cipher->block, reinterpret_cast<BYTE*>(vector.data()));
   key.SetUp(vector, bits);
@@ -167,8 +173,8 @@ BOOL Envelope(PCRYPT_ENCRYPT_MESSAGE_PARA para, DWORD count, PCCERT_CONTEXT* cer
   }
   const Bytes algorithm =
       ber::Write(0x30, ber::Write(0x06, ber::Oid(cipher->oid)) + CipherParameters(*cipher, bits, vector));
-  const Bytes inner =
-      ber::Write(0x30, ber::Write(0x06, ber::Oid(kData)) + algorithm + ber::Write(0x80, Encrypted(key, content)));
+  const Bytes inner = ber::Write(
+      0x30, ber::Write(0x06, ber::Oid(kData)) + algorithm + ber::Write(0x80, Encrypted(key, content)));
   const Bytes data = ber::Write(0x30, ber::Write(0x02, Bytes(1, 0)) + ber::Write(0x31, recipients) + inner);
   *out = ber::Write(0x30, ber::Write(0x06, ber::Oid(kEnvelopedData)) + ber::Write(0xA0, data));
   return TRUE;
@@ -202,7 +208,8 @@ bool IsNamedBy(PCCERT_CONTEXT cert, const Element& issuer_and_serial) {
 }
 
 // The certificate of a store that a recipient is named by; to be freed.
-PCCERT_CONTEXT FindRecipient(PCRYPT_DECRYPT_MESSAGE_PARA para, const Element& recipient, Bytes* encrypted_key) {
+PCCERT_CONTEXT FindRecipient(PCRYPT_DECRYPT_MESSAGE_PARA para, const Element& recipient,
+                             Bytes* encrypted_key) {
   const std::vector<Element> fields = recipient.Children();
   if (fields.size() < 4) return nullptr;
   *encrypted_key = fields[3].Joined();
@@ -243,7 +250,8 @@ BOOL ImportKey(const Cipher& cipher, const Bytes& bytes, ContentKey* key) {
   blob.header = {PLAINTEXTKEYBLOB, CUR_BLOB_VERSION, 0, cipher.id};
   blob.size = static_cast<DWORD>(bytes.size());
   std::memcpy(blob.bytes, bytes.data(), bytes.size());
-  return CryptImportKey(Provider(), reinterpret_cast<const BYTE*>(&blob), sizeof blob, 0, CRYPT_NO_SALT, &key->key);
+  return CryptImportKey(Provider(), reinterpret_cast<const BYTE*>(&blob), sizeof blob, 0, CRYPT_NO_SALT,
+                        &key->key);
 }
 
 BOOL OpenContent(const Element& content_info, const Bytes& key_bytes, Bytes* content) {
@@ -298,9 +306,12 @@ struct Hash {
   ALG_ID id;
 };
 const Hash kHashes[] = {
-    {"1.3.14.3.2.26", CALG_SHA1},           {"1.3.14.3.2.3", CALG_MD5},
-    {"1.2.840.113549.2.5", CALG_MD5},       {"2.16.840.1.101.3.4.2.1", CALG_SHA_256},
-    {"2.16.840.1.101.3.4.2.2", CALG_SHA_384}, {"2.16.840.1.101.3.4.2.3", CALG_SHA_512},
+    {"1.3.14.3.2.26", CALG_SHA1},
+    {"1.3.14.3.2.3", CALG_MD5},
+    {"1.2.840.113549.2.5", CALG_MD5},
+    {"2.16.840.1.101.3.4.2.1", CALG_SHA_256},
+    {"2.16.840.1.101.3.4.2.2", CALG_SHA_384},
+    {"2.16.840.1.101.3.4.2.3", CALG_SHA_512},
 };
 
 struct HashObject {
@@ -368,8 +379,8 @@ Bytes StatedDigest(const Element& attributes) {
 
 BOOL VerifyWith(PCCERT_CONTEXT cert, const HashObject& hash, const Bytes& signature) {
   HCRYPTKEY key = 0;
-  if (!WINE_FUNCTION(CryptImportPublicKeyInfo)(Provider(), X509_ASN_ENCODING, &cert->pCertInfo->SubjectPublicKeyInfo,
-                                               &key)) {
+  if (!WINE_FUNCTION(CryptImportPublicKeyInfo)(Provider(), X509_ASN_ENCODING,
+                                               &cert->pCertInfo->SubjectPublicKeyInfo, &key)) {
     return FALSE;
   }
   const Bytes reversed = Reversed(signature);
@@ -440,30 +451,32 @@ BOOL WINAPI CryptDecryptMessage(PCRYPT_DECRYPT_MESSAGE_PARA para, const BYTE* me
   return Open(para, AsBytes(message, size), &content) && Deliver(content, out, out_size);
 }
 
-BOOL WINAPI CryptSignAndEncryptMessage(PCRYPT_SIGN_MESSAGE_PARA sign, PCRYPT_ENCRYPT_MESSAGE_PARA encrypt, DWORD count,
-                                       PCCERT_CONTEXT* certs, const BYTE* content, DWORD size, BYTE* out,
-                                       DWORD* out_size) {
+BOOL WINAPI CryptSignAndEncryptMessage(PCRYPT_SIGN_MESSAGE_PARA sign, PCRYPT_ENCRYPT_MESSAGE_PARA encrypt,
+                                       DWORD count, PCCERT_CONTEXT* certs, const BYTE* content, DWORD size,
+                                       BYTE* out, DWORD* out_size) {
   const auto sign_message = WINE_FUNCTION(CryptSignMessage);
   const BYTE* parts[] = {content};
   DWORD sizes[] = {size};
   DWORD signed_size = 0;
   if (!sign_message(sign, FALSE, 1, parts, sizes, nullptr, &signed_size)) return FALSE;
   Bytes inner(signed_size, '\0');
-  if (!sign_message(sign, FALSE, 1, parts, sizes, reinterpret_cast<BYTE*>(inner.data()), &signed_size)) return FALSE;
+  if (!sign_message(sign, FALSE, 1, parts, sizes, reinterpret_cast<BYTE*>(inner.data()), &signed_size))
+    return FALSE;
   inner.resize(signed_size);
   Bytes message;
   return Envelope(encrypt, count, certs, inner, &message) && Deliver(message, out, out_size);
 }
 
-BOOL WINAPI CryptVerifyMessageSignature(PCRYPT_VERIFY_MESSAGE_PARA, DWORD index, const BYTE* message, DWORD size,
-                                        BYTE* out, DWORD* out_size, PCCERT_CONTEXT* signer) {
+BOOL WINAPI CryptVerifyMessageSignature(PCRYPT_VERIFY_MESSAGE_PARA, DWORD index, const BYTE* message,
+                                        DWORD size, BYTE* out, DWORD* out_size, PCCERT_CONTEXT* signer) {
   if (signer != nullptr) *signer = nullptr;
   return VerifyCarried(AsBytes(message, size), index, out, out_size, signer);
 }
 
-BOOL WINAPI CryptDecryptAndVerifyMessageSignature(PCRYPT_DECRYPT_MESSAGE_PARA decrypt, PCRYPT_VERIFY_MESSAGE_PARA,
-                                                  DWORD index, const BYTE* message, DWORD size, BYTE* out,
-                                                  DWORD* out_size, PCCERT_CONTEXT* used, PCCERT_CONTEXT* signer) {
+BOOL WINAPI CryptDecryptAndVerifyMessageSignature(PCRYPT_DECRYPT_MESSAGE_PARA decrypt,
+                                                  PCRYPT_VERIFY_MESSAGE_PARA, DWORD index,
+                                                  const BYTE* message, DWORD size, BYTE* out, DWORD* out_size,
+                                                  PCCERT_CONTEXT* used, PCCERT_CONTEXT* signer) {
   if (used != nullptr) *used = nullptr;
   if (signer != nullptr) *signer = nullptr;
   Bytes inner;
