@@ -57,6 +57,19 @@ class SmimeHost(unittest.TestCase):
         self.assertTrue(out.startswith("1 1\n"), out)
         self.assertEqual(Lists.asked, ["/mid.crl", "/root.crl"])
 
+    def test_the_sample_macros_work(self):
+        self.serve()
+        out = self.run_macro(MACROS / "verify.macro")
+        self.assertIn(GOOD, out)
+        self.assertIn("Alice Example", out)
+        self.assertIn("Hello Bob, this is Alice.", out)
+        self.assertIn("The certificates are registered.", out)
+        # Alice and the authority above her; the lists may be in the store already.
+        self.assertEqual(out.count("  " + GOOD), 2, out)
+        out = self.run_macro(MACROS / "sign_and_encrypt.macro")
+        self.assertRegex(out, r"The detached signature has [1-9]\d+ bytes\.")
+        self.assertIn("A text to encrypt.\n", out)
+
     def test_what_is_no_smime_mail_is_told(self):
         macro = self.world.write("wrong.macro", b'HostReadSmime("pki.cnf")')
         done = subprocess.run(["wine", HOST, "--mail", "signed.eml", "--macro", str(macro)], cwd=self.world.pki,
