@@ -4,6 +4,7 @@
 
 #include "ascii.h"
 #include "charset.h"
+#include "folder_lookup_win.h"
 #include "mail_store.h"
 #include "request_server_win.h"
 
@@ -17,24 +18,12 @@ std::string PathOf(Request& request, std::size_t folder) {
       PathToUtf8(std::filesystem::absolute(request.state.folders()[folder].path)));
 }
 
-// The folder of a full path or of a name alone, in any case; without a text the current one.
-std::optional<std::size_t> Folder(Request& request, std::size_t slot) {
-  if (!request.state.HasRoot()) return std::nullopt;
-  if (request.Number(slot) == 0) return request.state.folder();
-  const std::string_view wanted = request.Text(slot);
-  for (std::size_t i = 0; i < request.state.folders().size(); ++i) {
-    const std::string name = SystemCharsets().Utf8ToHost(request.state.folders()[i].name);
-    if (EqualsIgnoringCase(PathOf(request, i), wanted) || EqualsIgnoringCase(name, wanted)) return i;
-  }
-  return std::nullopt;
-}
-
 Answer Current(Request& request) { return request.AnswerText(PathOf(request, request.state.folder())); }
 
 // Shows a folder: its first mail is opened.
 Answer Select(Request& request) {
   if (request.Number(0) != kSelectFolder) return Request::NotServed();
-  const auto folder = Folder(request, 1);
+  const auto folder = FolderOf(request, 1);
   if (!folder) return {};
   const std::vector<std::size_t> mails = request.state.MailsOf(*folder);
   return Request::AnswerNumber(!mails.empty() && request.state.Open(mails[0]) ? 1 : 0);
@@ -42,7 +31,7 @@ Answer Select(Request& request) {
 
 template <int kStep>
 Answer Neighbour(Request& request) {
-  const auto folder = Folder(request, 0);
+  const auto folder = FolderOf(request, 0);
   if (!folder) return {};
   // Stepping back from the first wraps to a number behind the last.
   const std::size_t neighbour = *folder + static_cast<std::size_t>(kStep);
@@ -68,4 +57,23 @@ constexpr Command kCommands[] = {{40126, Go<1>}, {40127, Go<-1>}};
 const ServiceFamily kFamily(kServices, kCommands);
 
 }  // namespace
+
+std::optional<std::size_t> FolderOf(Request& request, std::size_t slot) {
+  if (!request.state.HasRoot()) return std::nullopt;
+  if (request.Number(slot) == 0) return request.state.folder();
+  const std::string_view wanted = request.Text(slot);
+  for (std::size_t i = 0; i < request.state.folders().size(); ++i) {
+    const std::string name = SystemCharsets().Utf8ToHost(request.state.folders()[i].name);
+    if (EqualsIgnoringCase(PathOf(request, i), wanted) || EqualsIgnoringCase(name, wanted)) return i;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::size_t> FolderOfPair(Request& request, std::size_t first_slot) {
+  for (const std::size_t slot : {first_slot, first_slot + 1}) {
+    if (!request.Text(slot).empty()) return FolderOf(request, slot);
+  }
+  return request.state.HasRoot() ? std::optional(request.state.folder()) : std::nullopt;
+}
+
 }  // namespace wrenfold

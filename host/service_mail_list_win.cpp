@@ -43,6 +43,7 @@ Answer SelectAll(Request& request) {
 
 std::vector<std::size_t> Selection(Request& request) {
   if (request.state.all_selected) return List(request);
+  if (request.state.found_selected) return request.state.commands.found;
   return {request.state.root()};
 }
 

@@ -59,6 +59,51 @@ szCcEmail = archive@example.com
     def test_reply_with_date(self):
         self.run_sample("reply_with_date", "--mail", "samples/mails/japanese-iso-2022-jp.eml")
 
+    def test_templates(self):
+        self.run_sample("templates", "--mail", "samples/mails", "--templates", "samples/templates")
+
+    def test_address_book(self):
+        self.run_sample("address_book", "--mail", "samples/mails/plain-ascii.eml", "--book", "samples/address-book.csv")
+
+    def test_grep(self):
+        self.run_sample("grep", "--mail", "samples/mails")
+
+    def test_duplicates(self):
+        self.run_sample("duplicates", "--mail", "samples/copies")
+
+    def test_import_export(self):
+        self.run_sample("import_export", "--mail", "samples/mails")
+        self.assertEqual(sorted(file.name for file in (self.folder / "exported").iterdir()), [
+            "0001.txt", "0002.txt", "0003.txt", "0004.txt", "20250602-090000.eml", "20250602-130000.eml",
+            "20250602-193000.eml", "20250603-080000.eml"])
+        # The mails as they came, in an mbox twice; decoded ones as UTF-8.
+        first = (self.folder / "exported/20250602-090000.eml").read_bytes()
+        self.assertIn(b"\n\nFrom what I read", first)
+        mbox = (self.folder / "exported.mbox").read_bytes()
+        self.assertTrue(mbox.startswith(b"From alice@example.com Mon Jun  2 09:00:00 2025\r\n" + first[:60]))
+        self.assertEqual(mbox.count(b"\n>From what I read"), 2)
+        self.assertIn("Alice さん、こんにちは。", self.file_text("exported/0002.txt"))
+
+
+class BadFiles(HostTest):
+    def test_files_that_cannot_be_read_are_told_before_anything_runs(self):
+        wrong_book = self.write("book.csv", "name, mail\n")
+        for option, file, reason in (("--book", "none.csv", "cannot read the address book none.csv"),
+                                     ("--book", wrong_book, "the address book .* does not begin with a line of columns"),
+                                     ("--templates", "none", "cannot read the templates none")):
+            with self.subTest(reason):
+                result = self.run_macro("print 1", option, file)
+                self.assertEqual((result.out, result.code), ("", 1))
+                self.assertRegex(result.err, "^wrenfold: " + reason)
+
+    def test_without_them_nothing_is_found(self):
+        mail = self.write("a.eml", b"Subject: s\r\n\r\n")
+        self.assert_output(self.run_macro(
+            'print "[", GetTemplateName("reply", 0), LoadTemplate("sign", "x"), FindBook("a@example.com"), "]"\n'
+            'print DoBookGrep("a", 0, 0), GetGrepResult(0), SwitchTemplate("x"), SwitchSign("")\n'
+            'print Import("none.mbox", "auto", "", ""), Export("no/such/folder", "mbox", "encode", "", "", ""), '
+            'Export_FailedCount()\n', "--mail", mail), "[]\n000\n001\n")
+
 
 class Accounts(HostTest):
     LOAD = 'print LoadAccountProp("local")\n'
