@@ -1,4 +1,5 @@
-// What the library asks for programs and libraries beside it: encryption, the spam filter, messages of PGP and GnuPG.
+// What the library asks for programs and libraries beside it: encryption, the spam filter, messages of PGP
+// and GnuPG.
 #include "charset.h"
 #include "request_server_win.h"
 
@@ -11,8 +12,8 @@ Answer EncryptSign(Request& request) { return request.AnswerText(""); }
 // And no spam filter: the table's slot stays as it is.
 Answer SpamFilter(Request& request) { return request.AnswerText(""); }
 
-// GnuPG speaks UTF-8 or the system's code page. 315 asks whether messages can stay as they are (not 0), 316 for what they
-// are in host text.
+// GnuPG speaks UTF-8 or the system's code page. 315 asks whether messages can stay as they are (not 0), 316
+// for what they are in host text.
 Answer AreMessagesHostText(Request& request) {
   return Request::AnswerNumber(IsValidUtf8(request.Text(0)) ? 0 : 1);
 }

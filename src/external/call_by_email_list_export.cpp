@@ -15,8 +15,8 @@ using namespace wfinfo;
 namespace {
 
 // An export as it is called here: an address and eight values, numbers or texts.
-using ListedExport = const char* (*)(const char*, long long, long long, long long, long long, long long, long long,
-                                     long long, long long);
+using ListedExport = const char* (*)(const char*, long long, long long, long long, long long, long long,
+                                     long long, long long, long long);
 
 constexpr std::size_t kAddressTextRoom = 512;  // as GetEmailList gives it, terminator included
 constexpr std::size_t kRoom = 65536;
@@ -53,8 +53,10 @@ class Answers {
 void ReportMissing(const char* export_name) {
   constexpr std::size_t kTextRoom = 512;
   char text[kTextRoom];
-  lstrcpynA(text, Chosen({"The function specified by CallByEmailList not found. function name = ",
-                          "CallByEmailListで指定された関数が見つかりません。関数名 = "}), kTextRoom);
+  lstrcpynA(text,
+            Chosen({"The function specified by CallByEmailList not found. function name = ",
+                    "CallByEmailListで指定された関数が見つかりません。関数名 = "}),
+            kTextRoom);
   const std::size_t head = std::strlen(text);
   CopyWithinLimit(text + head, export_name, kTextRoom - head);
   ReportError(text);
@@ -62,8 +64,9 @@ void ReportMissing(const char* export_name) {
 
 }  // namespace
 
-const char* CallByEmailList(const char* export_name, const char* address_list, long long a2, long long a3, long long a4,
-                            long long a5, long long a6, long long a7, long long a8, long long a9) noexcept {
+const char* CallByEmailList(const char* export_name, const char* address_list, long long a2, long long a3,
+                            long long a4, long long a5, long long a6, long long a7, long long a8,
+                            long long a9) noexcept {
   if (!IsText(export_name) || !IsText(address_list)) return kNoText;
   const StableText list(address_list);  // the calls make results of their own
   AddressReader reader(list.get());

@@ -45,7 +45,8 @@ bool PassPhrasePipe::Open(bool private_write_end, std::size_t pass_phrase_length
   if (!private_write_end) return true;
   const HANDLE process = GetCurrentProcess();
   HANDLE copy = nullptr;
-  if (!g_pgpSystem.duplicate_handle(process, write, process, &copy, 0, FALSE, DUPLICATE_SAME_ACCESS)) return false;
+  if (!g_pgpSystem.duplicate_handle(process, write, process, &copy, 0, FALSE, DUPLICATE_SAME_ACCESS))
+    return false;
   write_end.reset(copy);
   return true;
 }
@@ -56,7 +57,8 @@ void PassPhrasePipe::Send(const char* pass_phrase) {
   for (const std::string_view piece : pieces) {
     DWORD written;
     if (!piece.empty()) {
-      g_pgpSystem.write_file(write_end.get(), piece.data(), static_cast<DWORD>(piece.size()), &written, nullptr);
+      g_pgpSystem.write_file(write_end.get(), piece.data(), static_cast<DWORD>(piece.size()), &written,
+                             nullptr);
     }
   }
   write_end.reset();
@@ -67,8 +69,8 @@ namespace {
 UniqueHandle Start(const char* application, char* command_line, DWORD flags, const STARTUPINFOA& startup) {
   STARTUPINFOA info = startup;
   PROCESS_INFORMATION child = {};
-  if (!g_pgpSystem.create_process(application, command_line, nullptr, nullptr, TRUE, flags, nullptr, nullptr, &info,
-                                  &child)) {
+  if (!g_pgpSystem.create_process(application, command_line, nullptr, nullptr, TRUE, flags, nullptr, nullptr,
+                                  &info, &child)) {
     return {};
   }
   const UniqueHandle thread(child.hThread);
@@ -86,12 +88,14 @@ UniqueHandle StartInstalledPgp(const char* command_line, const STARTUPINFOA& sta
 
 }  // namespace
 
-UniqueHandle StartPgpProgram(const PgpCommand& command, const char* gnupg_path, HANDLE input, HANDLE messages) {
+UniqueHandle StartPgpProgram(const PgpCommand& command, const char* gnupg_path, HANDLE input,
+                             HANDLE messages) {
   const std::size_t size = WriteCommandLine(command, nullptr) + 1;
   // CreateProcess may write to the command line: what is tried next gets one of its own.
   const WipedBuffer line(size);
   const WipedBuffer copy(size);
-  if (line.get() == nullptr || copy.get() == nullptr) return SetLastError(ERROR_NOT_ENOUGH_MEMORY), UniqueHandle();
+  if (line.get() == nullptr || copy.get() == nullptr)
+    return SetLastError(ERROR_NOT_ENOUGH_MEMORY), UniqueHandle();
   WriteCommandLine(command, line.get());
   std::memcpy(copy.get(), line.get(), size);
   STARTUPINFOA startup = {};
@@ -101,7 +105,8 @@ UniqueHandle StartPgpProgram(const PgpCommand& command, const char* gnupg_path, 
   startup.hStdInput = input;
   startup.hStdOutput = messages;
   startup.hStdError = command.gnupg ? messages : nullptr;
-  if (command.gnupg) return Start(*gnupg_path != '\0' ? gnupg_path : nullptr, copy.get(), CREATE_NEW_CONSOLE, startup);
+  if (command.gnupg)
+    return Start(*gnupg_path != '\0' ? gnupg_path : nullptr, copy.get(), CREATE_NEW_CONSOLE, startup);
   UniqueHandle process = Start(nullptr, copy.get(), DETACHED_PROCESS, startup);
   if (!process && GetLastError() == ERROR_FILE_NOT_FOUND) process = StartInstalledPgp(line.get(), startup);
   return process;

@@ -24,15 +24,16 @@ class WipedBuffer {
   char* block_;
 };
 
-// Which GnuPG there is: "gpg.exe" or "gpg2.exe" and where the search path has it, "" when it has none or the path is
-// too long.
+// Which GnuPG there is: "gpg.exe" or "gpg2.exe" and where the search path has it, "" when it has none or the
+// path is too long.
 struct GnupgProgram {
   const char* name;
   char path[MAX_PATH];
 };
 GnupgProgram FindGnupg();
 
-// The pipe that a pass phrase goes through. Children inherit both ends, or with `private_write_end` the read end only.
+// The pipe that a pass phrase goes through. Children inherit both ends, or with `private_write_end` the read
+// end only.
 struct PassPhrasePipe {
   UniqueHandle read_end;
   UniqueHandle write_end;
@@ -43,8 +44,9 @@ struct PassPhrasePipe {
   void Send(const char* pass_phrase);
 };
 
-// Starts the program of `command`, GnuPG from `gnupg_path` when that is not "". A PGP that is not found is looked for
-// where it is usually installed. Without a process the last error tells why.
-UniqueHandle StartPgpProgram(const PgpCommand& command, const char* gnupg_path, HANDLE input, HANDLE messages);
+// Starts the program of `command`, GnuPG from `gnupg_path` when that is not "". A PGP that is not found is
+// looked for where it is usually installed. Without a process the last error tells why.
+UniqueHandle StartPgpProgram(const PgpCommand& command, const char* gnupg_path, HANDLE input,
+                             HANDLE messages);
 
 }  // namespace wfinfo

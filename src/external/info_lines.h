@@ -5,8 +5,8 @@
 
 namespace wfinfo {
 
-// Takes all lines that name one of the temporary files out of the zero-terminated `text`, in place, each with its
-// line end (CR LF, CR or LF). Returns the length that is left.
+// Takes all lines that name one of the temporary files out of the zero-terminated `text`, in place, each with
+// its line end (CR LF, CR or LF). Returns the length that is left.
 std::size_t RemoveTemporaryFileLines(char* text);
 
 }  // namespace wfinfo

@@ -11,10 +11,8 @@ namespace {
 // Doubled and final blanks are part of them.
 constexpr const char* kForms[2][6] = {
     {
-        "pgp +batchmode -o %o -ea %i %r",
-        "pgp +batchmode -o %o -sat -u\"%s\" -z\"%p\" %i ",
-        "pgp +batchmode -o %o -esa -u\"%s\" -z\"%p\" %i %r",
-        "pgp +batchmode -o %o -d %i -z\"%p\"",
+        "pgp +batchmode -o %o -ea %i %r", "pgp +batchmode -o %o -sat -u\"%s\" -z\"%p\" %i ",
+        "pgp +batchmode -o %o -esa -u\"%s\" -z\"%p\" %i %r", "pgp +batchmode -o %o -d %i -z\"%p\"",
         "pgp +batchmode -o %o -d %i",
         "pgp +batchmode -o %o -d %i",  // finds the signed data by the name of the signature file
     },
@@ -93,7 +91,8 @@ std::size_t WriteCommandLine(const PgpCommand& command, char* out) {
   return sink.Finish();
 }
 
-std::size_t WriteInstalledCommandLine(std::string_view windows_directory, std::string_view command, char* out) {
+std::size_t WriteInstalledCommandLine(std::string_view windows_directory, std::string_view command,
+                                      char* out) {
   constexpr std::size_t kDrive = 3, kLeadingWord = 3;  // of `C:\` and of `pgp`
   Sink sink(out);
   sink.Add("\"");

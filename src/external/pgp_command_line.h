@@ -1,4 +1,5 @@
-// The command lines of the OpenPGP programs. They are fixed: other programs and macros rely on every blank of them.
+// The command lines of the OpenPGP programs. They are fixed: other programs and macros rely on every blank of
+// them.
 #pragma once
 
 #include <cstddef>
@@ -37,6 +38,7 @@ std::size_t WriteCommandLine(const PgpCommand& command, char* out);
 
 // The command line `command` of PGP with its leading word replaced by the place where that program is usually
 // installed on the drive of `windows_directory` ("C:\WINDOWS"). Measures and writes as above.
-std::size_t WriteInstalledCommandLine(std::string_view windows_directory, std::string_view command, char* out);
+std::size_t WriteInstalledCommandLine(std::string_view windows_directory, std::string_view command,
+                                      char* out);
 
 }  // namespace wfinfo

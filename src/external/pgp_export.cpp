@@ -13,7 +13,9 @@ namespace {
 
 // A quiet run does not even say that a parameter is no text.
 bool AreDecryptable(const char* text, const char* pass_phrase, const char* signed_data, bool quiet) {
-  const auto is_text = [quiet](const char* parameter) { return quiet ? IsReadableText(parameter) : IsText(parameter); };
+  const auto is_text = [quiet](const char* parameter) {
+    return quiet ? IsReadableText(parameter) : IsText(parameter);
+  };
   return is_text(text) && is_text(pass_phrase) && (signed_data == nullptr || is_text(signed_data));
 }
 
@@ -26,7 +28,8 @@ int PgpSetProgram(unsigned choice) noexcept {
 }
 
 const char* PgpEncryptSuper(int mode, const char* text, const char* recipients, const char* sender,
-                            const char* pass_phrase, int algorithm, int hash, int remembered_choice) noexcept {
+                            const char* pass_phrase, int algorithm, int hash,
+                            int remembered_choice) noexcept {
   const UniqueLocal earlier_info(TakePgpInfoText());  // a parameter may lie in it
   BeginPgpRun();
   const PgpEncryption task = {mode, text, recipients, sender, pass_phrase};
@@ -46,12 +49,14 @@ const char* PgpSign(const char* text, const char* sender, const char* pass_phras
 
 const char* PgpEncryptSign(const char* text, const char* recipients, const char* sender,
                            const char* pass_phrase) noexcept {
-  // A mode that does not exist, kept on purpose: this export always refuses. Mode 2 of PgpEncryptSuper does the work.
+  // A mode that does not exist, kept on purpose: this export always refuses. Mode 2 of PgpEncryptSuper does
+  // the work.
   constexpr int kNoMode = 3;
   return PgpEncryptSuper(kNoMode, text, recipients, sender, pass_phrase, 0, 0, 0);
 }
 
-const char* PgpDecrypt(const char* text, const char* pass_phrase, const char* signed_data, int quiet) noexcept {
+const char* PgpDecrypt(const char* text, const char* pass_phrase, const char* signed_data,
+                       int quiet) noexcept {
   const UniqueLocal earlier_info(TakePgpInfoText());  // a parameter may lie in it
   BeginPgpRun();
   if (!AreDecryptable(text, pass_phrase, signed_data, quiet != 0)) {

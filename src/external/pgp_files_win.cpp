@@ -55,8 +55,9 @@ UniqueFile PgpFiles::Create(const char* name, bool inheritable) const {
 }
 
 UniqueFile PgpFiles::OpenExisting(const char* name) const {
-  return UniqueFile(g_pgpSystem.create_file(PathOf(name).text, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                            nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return UniqueFile(g_pgpSystem.create_file(PathOf(name).text, GENERIC_READ,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 bool PgpFiles::Write(const char* name, std::string_view contents) const {

@@ -10,20 +10,20 @@
 
 namespace wfinfo {
 
-// They lie in the directory that is current when the run begins (the program is started there and knows them by
-// their names) and are deleted when the run ends, also when the host has changed its directory meanwhile.
+// They lie in the directory that is current when the run begins (the program is started there and knows them
+// by their names) and are deleted when the run ends, also when the host has changed its directory meanwhile.
 class PgpFiles {
  public:
   // `with_signed_data`: the signed data of a detached signature is one of them.
   explicit PgpFiles(bool with_signed_data);
-  // Deletes all of them. A file that a console still holds for some milliseconds is tried again; not for long, and
-  // not at all after LeaveToProgram.
+  // Deletes all of them. A file that a console still holds for some milliseconds is tried again; not for
+  // long, and not at all after LeaveToProgram.
   ~PgpFiles();
   PgpFiles(const PgpFiles&) = delete;
   PgpFiles& operator=(const PgpFiles&) = delete;
 
-  // From here on there may be files to delete. An output left behind by an earlier run goes at once: it must not be
-  // taken for this run's.
+  // From here on there may be files to delete. An output left behind by an earlier run goes at once: it must
+  // not be taken for this run's.
   void Begin();
   // The program goes on without us and keeps what it has opened.
   void LeaveToProgram() { patient_ = false; }

@@ -44,11 +44,14 @@ constexpr Wording kEncryptWording = {
     "CreatePipe failed.",
     {"Failed to create temporary file for encryption.\nfile name = %s\nerror code = %u",
      "暗号化のための一時ファイルを作成できませんでした。\nファイル名 = %s\nエラーコード = %u"},
-    {"Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer to the help \"About PGP/GnuPG\".\nerror code = %u",
-     "GnuPGのプログラム（gpg.exeまたはgpg2.exe）を起動できませんでした。ヘルプの「PGP/GnuPGについて」をご覧ください。\n"
+    {"Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer to the help \"About "
+     "PGP/GnuPG\".\nerror code = %u",
+     "GnuPGのプログラム（gpg.exeまたはgpg2.exe）を起動できませんでした。ヘルプの「PGP/"
+     "GnuPGについて」をご覧ください。\n"
      "エラーコード = %u"},
     {"Failed to start PGP program (pgp.exe). Please refer to the help \"About PGP/GnuPG\".\nerror code = %u",
-     "PGPのプログラム（pgp.exe）を起動できませんでした。ヘルプの「PGP/GnuPGについて」をご覧ください。\nエラーコード = %u"},
+     "PGPのプログラム（pgp.exe）を起動できませんでした。ヘルプの「PGP/"
+     "GnuPGについて」をご覧ください。\nエラーコード = %u"},
     {"Do you want to terminate encryption program forced?", "暗号化プログラムを強制終了しますか？"},
 };
 
@@ -56,11 +59,14 @@ constexpr Wording kDecryptWording = {
     "CreatePipe failed",
     {"Failed to create temporary file for decryption.\nfile name = %s\nerror code = %u",
      "復号のための一時ファイルを作成できませんでした。\nファイル名 = %s\nエラーコード = %u"},
-    {"Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer \"About PGP/GnuPG\" in help.\nerror code = %u",
-     "GnuPGのプログラム（gpg.exeまたはgpg2.exe）を起動できませんでした。ヘルプの「PGP/GnuPGについて」をご覧ください。\n"
+    {"Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer \"About PGP/GnuPG\" in help.\nerror "
+     "code = %u",
+     "GnuPGのプログラム（gpg.exeまたはgpg2.exe）を起動できませんでした。ヘルプの「PGP/"
+     "GnuPGについて」をご覧ください。\n"
      "エラーコード = %u"},
     {"Failed to start PGP program (pgp.exe). Please refer \"About PGP/GnuPG\" in help.\nerror code = %u",
-     "PGPのプログラム（pgp.exe）を起動できませんでした。ヘルプの「PGP/GnuPGについて」をご覧ください。\nエラーコード = %u"},
+     "PGPのプログラム（pgp.exe）を起動できませんでした。ヘルプの「PGP/"
+     "GnuPGについて」をご覧ください。\nエラーコード = %u"},
     {"Do you want to terminate the encryption program forced?", "暗号化プログラムを強制終了しますか？"},
 };
 
@@ -81,7 +87,9 @@ struct Job {
 };
 
 // The pass phrase, null when what the caller gave is none.
-const char* PassPhraseOf(const char* text) { return text != nullptr && IsReadableText(text) ? text : nullptr; }
+const char* PassPhraseOf(const char* text) {
+  return text != nullptr && IsReadableText(text) ? text : nullptr;
+}
 
 bool OpenPipe(const Job& job, PassPhrasePipe& pipe) {
   if (!job.pipes) return true;
@@ -125,7 +133,8 @@ void Stop(HANDLE process) {
 }
 
 bool UserWantsToStop(const Job& job) {
-  return MessageBoxA(MessageBoxOwner(), Chosen(job.wording.stop), "PGP/GnuPG", MB_YESNO | MB_ICONQUESTION) == IDYES;
+  return MessageBoxA(MessageBoxOwner(), Chosen(job.wording.stop), "PGP/GnuPG", MB_YESNO | MB_ICONQUESTION) ==
+         IDYES;
 }
 
 // True when the program has ended by itself.
@@ -151,12 +160,13 @@ void KeepExitCode(HANDLE process) {
   if (g_pgpSystem.get_exit_code(process, &code)) g_pgpExitCode = static_cast<int>(code);
 }
 
-// Has the host look at the info text: it may give another for it. Both requests go as numbers, since a text dispatcher
-// would not tell "none" from "".
+// Has the host look at the info text: it may give another for it. Both requests go as numbers, since a text
+// dispatcher would not tell "none" from "".
 void OfferInfoToHost() {
   Slot block[] = {ToSlot(PgpInfoText())};
   if (SendHostRequest(kCodeOfferInfo, block) != 0) return;
-  const auto* const answer = reinterpret_cast<const char*>(static_cast<INT_PTR>(SendHostRequest(kCodeConvertInfo, block)));
+  const auto* const answer =
+      reinterpret_cast<const char*>(static_cast<INT_PTR>(SendHostRequest(kCodeConvertInfo, block)));
   if (answer != nullptr && IsReadableText(answer)) SetPgpInfoText(answer);
 }
 
@@ -187,7 +197,8 @@ const char* Run(const Job& job) {
   if (!WriteInput(job, files, kPgpInput, job.text)) return job.failure();
   if (!WriteInput(job, files, kPgpSignedData, job.signed_data)) return job.failure();
   const UniqueFile messages = files.Create(kPgpMessages, true);
-  const UniqueHandle process = StartPgpProgram(job.command, job.gnupg_path, pipe.read_end.get(), messages.get());
+  const UniqueHandle process =
+      StartPgpProgram(job.command, job.gnupg_path, pipe.read_end.get(), messages.get());
   const DWORD start_error = GetLastError();
   pipe.read_end.reset();
   if (!process) {
@@ -231,10 +242,9 @@ bool IsValid(const PgpEncryption& task) {
     ReportError({"Invalid PgpEncrypt parameter.", "PgpEncryptのパラメータが不正です。"});
     return false;
   }
-  if (task.mode != kPgpSign &&
-      !IsShorter(task.recipients, kRecipientsRoom,
-                 {"The recipient parameter string of PgpEncrypt is too long.",
-                  "PgpEncryptの受信者のパラメータの文字列が長すぎます。"})) {
+  if (task.mode != kPgpSign && !IsShorter(task.recipients, kRecipientsRoom,
+                                          {"The recipient parameter string of PgpEncrypt is too long.",
+                                           "PgpEncryptの受信者のパラメータの文字列が長すぎます。"})) {
     return false;
   }
   return task.mode == kPgpEncrypt || IsShorter(task.sender, kSenderRoom,

@@ -9,7 +9,9 @@
 namespace wfinfo_test {
 namespace {
 
-const char* Call(const char* name, const char* list) { return CallByEmailList(name, list, 0, 0, 0, 0, 0, 0, 0, 0); }
+const char* Call(const char* name, const char* list) {
+  return CallByEmailList(name, list, 0, 0, 0, 0, 0, 0, 0, 0);
+}
 
 std::string Repeated(const std::string& piece, int count) {
   std::string text;
@@ -31,17 +33,20 @@ TEST(CallByEmailList, HandsTheFurtherValuesOn) {
   const char* const mark = "| ";
   host.Expect(87).Text("a@x").Text(mark).Answer(std::string("one"));
   host.Expect(87).Text("b@x").Text(mark).Answer(std::string("two"));
-  EXPECT_STREQ(CallByEmailList("Quote2", "a@x,b@x", reinterpret_cast<long long>(mark), 0, 0, 0, 0, 0, 0, 0), "one, two");
+  EXPECT_STREQ(CallByEmailList("Quote2", "a@x,b@x", reinterpret_cast<long long>(mark), 0, 0, 0, 0, 0, 0, 0),
+               "one, two");
 }
 
 long long Address(const char* text) { return reinterpret_cast<long long>(text); }
 
 TEST(CallByEmailList, HandsOnValuesInFullWidth) {
   ScriptedHost host;
-  EXPECT_STREQ(CallByEmailList("AddString", "a@x,b@x", Address(" one"), Address(" two"), Address(" three"), 0, 0, 0, 0, 0),
+  EXPECT_STREQ(CallByEmailList("AddString", "a@x,b@x", Address(" one"), Address(" two"), Address(" three"), 0,
+                               0, 0, 0, 0),
                "a@x one two three, b@x one two three");
-  EXPECT_STREQ(CallByEmailList("CallByEmailList", "SetEmailOnly", Address("A <a@x>, B <b@x>"), 0, 0, 0, 0, 0, 0, 0),
-               "a@x, b@x")
+  EXPECT_STREQ(
+      CallByEmailList("CallByEmailList", "SetEmailOnly", Address("A <a@x>, B <b@x>"), 0, 0, 0, 0, 0, 0, 0),
+      "a@x, b@x")
       << "the export itself, with a list as its second value";
 }
 
@@ -110,7 +115,8 @@ TEST(CallByEmailList, AnswersUpTo65519BytesStandWhole) {
   EXPECT_EQ(calls, 2) << "no further address is asked for";
   calls = 0;
   last = 5517;
-  EXPECT_EQ(std::string(Call("Quote", "a@x,b@x,c@x")).substr(65519), ", (too long cut)") << "the last byte of the room";
+  EXPECT_EQ(std::string(Call("Quote", "a@x,b@x,c@x")).substr(65519), ", (too long cut)")
+      << "the last byte of the room";
   host.SetLanguage(Language::kJapanese);
   calls = 0;
   EXPECT_EQ(std::string(Call("Quote", "a@x,b@x,c@x")).substr(65519), Sjis(u8", (長すぎカット)"));

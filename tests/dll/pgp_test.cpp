@@ -1,7 +1,7 @@
-// PGP and GnuPG through the exports, with a recording child program: what it is given, what comes back, what stays.
-#include "support/pgp_stage_win.h"
-
+// PGP and GnuPG through the exports, with a recording child program: what it is given, what comes back, what
+// stays.
 #include "support/library.h"
+#include "support/pgp_stage_win.h"
 
 namespace wfinfo_test {
 namespace {
@@ -23,12 +23,14 @@ class Pgp : public PgpStage {
     InstallPrograms("pgp");
     PgpSetProgram(0);
   }
-  const char* EncryptAndSign(const char* text, const char* recipients, const char* sender, const char* pass_phrase) {
+  const char* EncryptAndSign(const char* text, const char* recipients, const char* sender,
+                             const char* pass_phrase) {
     return PgpEncryptSuper(2, text, recipients, sender, pass_phrase, 0, 0, 0);
   }
 };
 
-// --- Choice of the program -----------------------------------------------------------------------------------------
+// --- Choice of the program
+// -----------------------------------------------------------------------------------------
 
 TEST_F(Pgp, AnUnknownProgramIsRefusedAndTheChoiceKept) {
   InstallPrograms("pgp gpg");
@@ -57,13 +59,15 @@ TEST_F(Pgp, PgpIsAlsoFoundWhereItIsUsuallyInstalled) {
   std::filesystem::create_directories(place);
   CopyFileA((ProgramFolder("pgp") + "\\pgp.exe").c_str(), (place / "pgp.exe").string().c_str(), FALSE);
   EXPECT_STREQ(PgpEncrypt("t", "a"), "");
-  EXPECT_EQ(Noted("command"),
-            "\"C:\\Program files\\Network Associates\\PGPNT\\pgp.exe\" +batchmode -o $PgpOut.asc -ea $PgpIn.asc a");
+  EXPECT_EQ(
+      Noted("command"),
+      "\"C:\\Program files\\Network Associates\\PGPNT\\pgp.exe\" +batchmode -o $PgpOut.asc -ea $PgpIn.asc a");
   EXPECT_EQ(PgpGetExitCode(), 0);
   std::filesystem::remove_all(had_parent ? place : place.parent_path());
 }
 
-// --- What the program is given ---------------------------------------------------------------------------------------
+// --- What the program is given
+// ---------------------------------------------------------------------------------------
 
 TEST_F(Pgp, CommandLinesOfPgp) {
   UsePgp();
@@ -92,8 +96,9 @@ TEST_F(Pgp, CommandLinesOfGnupg) {
   EXPECT_EQ(Noted("command"),
             start + "--force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc -u\"me\" -sat --clearsign $PgpIn.asc ");
   EncryptAndSign("t", "a b", "me", "pw");
-  EXPECT_EQ(Noted("command"),
-            start + "--force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc  -u\"me\" -esa -r\"a\" -r\"b\" $PgpIn.asc");
+  EXPECT_EQ(
+      Noted("command"),
+      start + "--force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc  -u\"me\" -esa -r\"a\" -r\"b\" $PgpIn.asc");
   PgpDecrypt("t", "pw", nullptr, 0);
   EXPECT_EQ(Noted("command"), decrypting + "--passphrase-fd 0 -o $PgpOut.asc -d $PgpIn.asc");
   PgpDecrypt("t", "", nullptr, 0);
@@ -144,7 +149,8 @@ TEST_F(Pgp, TheInputFilesHoldTheTexts) {
   EXPECT_EQ(LeftFiles(), "");
 }
 
-// --- What comes back -------------------------------------------------------------------------------------------------
+// --- What comes back
+// -------------------------------------------------------------------------------------------------
 
 TEST_F(Pgp, TheOutputFileIsTheResult) {
   UseGnupg();
@@ -206,7 +212,9 @@ TEST_F(Pgp, TheHostMayGiveOtherMessages) {
   UseGnupg();
   Child("SAYS", "raw $PgpIn line\r\nraw\r\n");
   host_.Expect(315).Text("raw $PgpIn line\r\nraw\r\n").Answer(0);
-  host_.Expect(316).Text("raw $PgpIn line\r\nraw\r\n").Answer(std::string("made readable\r\n$PgpOut.asc\r\n"));
+  host_.Expect(316)
+      .Text("raw $PgpIn line\r\nraw\r\n")
+      .Answer(std::string("made readable\r\n$PgpOut.asc\r\n"));
   PgpEncrypt("t", "a");
   EXPECT_STREQ(PgpGetInfo(), "made readable\r\n");
   host_.Expect(315).Any().Answer(0);
@@ -229,7 +237,8 @@ TEST_F(Pgp, ALargeOutputComesWhole) {
   EXPECT_EQ(PgpEncrypt("t", "a"), large);
 }
 
-// --- Parameters ------------------------------------------------------------------------------------------------------
+// --- Parameters
+// ------------------------------------------------------------------------------------------------------
 
 constexpr char kInvalidEncrypt[] = "Invalid PgpEncrypt parameter.";
 constexpr char kInvalidDecrypt[] = "Invalid PgpDecrypt parameter.";
@@ -297,7 +306,8 @@ TEST_F(Pgp, ADecryptionNeedsTextsAndTellsSoUnlessItIsQuiet) {
   EXPECT_EQ(PgpGetExitCode(), -1);
 }
 
-// --- Failures --------------------------------------------------------------------------------------------------------
+// --- Failures
+// --------------------------------------------------------------------------------------------------------
 
 struct StartFailure {
   unsigned program;
@@ -307,10 +317,16 @@ struct StartFailure {
 
 TEST_F(Pgp, AProgramThatIsNotThereIsReported) {
   const StartFailure cases[] = {
-      {1, false, "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer to the help \"About PGP/GnuPG\".\nerror code = 2"},
-      {0, false, "Failed to start PGP program (pgp.exe). Please refer to the help \"About PGP/GnuPG\".\nerror code = "},
-      {1, true, "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer \"About PGP/GnuPG\" in help.\nerror code = 2"},
-      {0, true, "Failed to start PGP program (pgp.exe). Please refer \"About PGP/GnuPG\" in help.\nerror code = "},
+      {1, false,
+       "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer to the help \"About "
+       "PGP/GnuPG\".\nerror code = 2"},
+      {0, false,
+       "Failed to start PGP program (pgp.exe). Please refer to the help \"About PGP/GnuPG\".\nerror code = "},
+      {1, true,
+       "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer \"About PGP/GnuPG\" in "
+       "help.\nerror code = 2"},
+      {0, true,
+       "Failed to start PGP program (pgp.exe). Please refer \"About PGP/GnuPG\" in help.\nerror code = "},
   };
   for (const StartFailure& c : cases) {
     PgpSetProgram(c.program);
@@ -327,9 +343,10 @@ TEST_F(Pgp, AProgramThatIsNotThereIsReported) {
 TEST_F(Pgp, AQuietDecryptionKeepsTheReportAsItsMessages) {
   PgpSetProgram(1);
   EXPECT_STREQ(PgpDecrypt("t", "pw", nullptr, 1), "");
-  EXPECT_STREQ(PgpGetInfo(),
-               "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer \"About PGP/GnuPG\" in help.\n"
-               "error code = 2");
+  EXPECT_STREQ(
+      PgpGetInfo(),
+      "Failed to start GnuPG program (gpg.exe or gpg2.exe). Please refer \"About PGP/GnuPG\" in help.\n"
+      "error code = 2");
   EXPECT_EQ(PgpGetExitCode(), -1);
   EXPECT_EQ(LeftFiles(), "");
 }
@@ -343,9 +360,11 @@ TEST_F(Pgp, AnInputThatCannotBeWrittenIsReported) {
   const std::vector<std::string> messages = host_.TakeMessages();
   ASSERT_EQ(messages.size(), 2u);
   EXPECT_TRUE(messages[0].starts_with(
-      "Failed to create temporary file for encryption.\nfile name = $PgpIn.asc\nerror code = ")) << messages[0];
+      "Failed to create temporary file for encryption.\nfile name = $PgpIn.asc\nerror code = "))
+      << messages[0];
   EXPECT_TRUE(messages[1].starts_with(
-      "Failed to create temporary file for decryption.\nfile name = $PgpIn.asc\nerror code = ")) << messages[1];
+      "Failed to create temporary file for decryption.\nfile name = $PgpIn.asc\nerror code = "))
+      << messages[1];
   std::filesystem::remove("$PgpIn.asc");
 }
 
@@ -361,14 +380,16 @@ TEST_F(Pgp, AQuietDecryptionStopsAProgramThatDoesNotEnd) {
   EXPECT_EQ(LeftFiles(), "");
 }
 
-// --- What cannot be protected, and what must not leak ----------------------------------------------------------------
+// --- What cannot be protected, and what must not leak
+// ----------------------------------------------------------------
 
 using PgpThreats = Pgp;
 
 TEST_F(PgpThreats, AQuoteInTheSenderReachesTheCommandLine) {
   UseGnupg();
   PgpSign("t", "me\" --output \"elsewhere", "pw");
-  EXPECT_NE(Noted("command").find(" -u\"me\" --output \"elsewhere\" -sat"), std::string::npos) << Noted("command");
+  EXPECT_NE(Noted("command").find(" -u\"me\" --output \"elsewhere\" -sat"), std::string::npos)
+      << Noted("command");
 }
 
 TEST_F(PgpThreats, RecipientsOfPgpMayBeOptions) {
@@ -393,7 +414,8 @@ TEST_F(PgpThreats, NoMessageHoldsThePassPhrase) {
   EXPECT_EQ(log.find("hush"), std::string::npos);
 }
 
-// --- S/MIME ----------------------------------------------------------------------------------------------------------
+// --- S/MIME
+// ----------------------------------------------------------------------------------------------------------
 
 TEST_F(Pgp, WithSmimeAnEncryptionGoesToCertificates) {
   InstallPrograms("pgp gpg");

@@ -29,28 +29,36 @@ struct CommandCase {
 TEST(PgpCommandLine, IsExactForEachProgramAndOperation) {
   const CommandCase cases[] = {
       {false, PgpOperation::kEncrypt, "pgp +batchmode -o $PgpOut.asc -ea $PgpIn.asc  a@x  b@y "},
-      {false, PgpOperation::kSign, "pgp +batchmode -o $PgpOut.asc -sat -u\"me <m@x>\" -z\"open it\" $PgpIn.asc "},
+      {false, PgpOperation::kSign,
+       "pgp +batchmode -o $PgpOut.asc -sat -u\"me <m@x>\" -z\"open it\" $PgpIn.asc "},
       {false, PgpOperation::kEncryptAndSign,
        "pgp +batchmode -o $PgpOut.asc -esa -u\"me <m@x>\" -z\"open it\" $PgpIn.asc  a@x  b@y "},
       {false, PgpOperation::kDecrypt, "pgp +batchmode -o $PgpOut.asc -d $PgpIn.asc -z\"open it\""},
       {false, PgpOperation::kVerify, "pgp +batchmode -o $PgpOut.asc -d $PgpIn.asc"},
       {false, PgpOperation::kVerifyDetached, "pgp +batchmode -o $PgpOut.asc -d $PgpIn.asc"},
-      {true, PgpOperation::kEncrypt, "gpg2.exe --batch --yes -v -o $PgpOut.asc -ea -r\"a@x\" -r\"b@y\" $PgpIn.asc"},
+      {true, PgpOperation::kEncrypt,
+       "gpg2.exe --batch --yes -v -o $PgpOut.asc -ea -r\"a@x\" -r\"b@y\" $PgpIn.asc"},
       {true, PgpOperation::kSign,
-       "gpg2.exe --batch --yes --force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc -u\"me <m@x>\" -sat --clearsign "
+       "gpg2.exe --batch --yes --force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc -u\"me <m@x>\" -sat "
+       "--clearsign "
        "$PgpIn.asc "},
       {true, PgpOperation::kEncryptAndSign,
-       "gpg2.exe --batch --yes --force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc  -u\"me <m@x>\" -esa -r\"a@x\" "
+       "gpg2.exe --batch --yes --force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc  -u\"me <m@x>\" -esa "
+       "-r\"a@x\" "
        "-r\"b@y\" $PgpIn.asc"},
       {true, PgpOperation::kDecrypt,
-       "gpg2.exe --batch --yes --no-utf8-strings --charset iso-8859-1 --passphrase-fd 0 -o $PgpOut.asc -d $PgpIn.asc"},
+       "gpg2.exe --batch --yes --no-utf8-strings --charset iso-8859-1 --passphrase-fd 0 -o $PgpOut.asc -d "
+       "$PgpIn.asc"},
       {true, PgpOperation::kVerify,
-       "gpg2.exe --batch --yes --no-utf8-strings --charset iso-8859-1 -o $PgpOut.asc --verify-files $PgpIn.asc"},
+       "gpg2.exe --batch --yes --no-utf8-strings --charset iso-8859-1 -o $PgpOut.asc --verify-files "
+       "$PgpIn.asc"},
       {true, PgpOperation::kVerifyDetached,
-       "gpg2.exe --batch --yes --no-utf8-strings --charset iso-8859-1 -o $PgpOut.asc --verify $PgpIn.asc $PgpIn"},
+       "gpg2.exe --batch --yes --no-utf8-strings --charset iso-8859-1 -o $PgpOut.asc --verify $PgpIn.asc "
+       "$PgpIn"},
   };
   for (const CommandCase& c : cases) {
-    EXPECT_EQ(CommandLine({c.gnupg, c.operation, "gpg2.exe", " a@x  b@y ", "me <m@x>", "open it"}), c.expected);
+    EXPECT_EQ(CommandLine({c.gnupg, c.operation, "gpg2.exe", " a@x  b@y ", "me <m@x>", "open it"}),
+              c.expected);
   }
 }
 
@@ -90,7 +98,8 @@ TEST(PgpCommandLine, NamesTheUsualPlaceOnTheDriveOfWindows) {
   EXPECT_STREQ(text.c_str(), "\"D:\\Program files\\Network Associates\\PGPNT\\pgp.exe\" +batchmode -o x");
 }
 
-// --- Messages ----------------------------------------------------------------------------------------------------
+// --- Messages
+// ----------------------------------------------------------------------------------------------------
 
 std::string Shown(std::string text) {
   text.resize(RemoveTemporaryFileLines(text.data()));
@@ -114,7 +123,9 @@ TEST(InfoLines, WithoutThoseThatNameATemporaryFile) {
       {"$PgpErr.$$$\n$PgpOut\n$pgpin\n", "$PgpErr.$$$\n$PgpOut\n$pgpin\n", "other names, and other case"},
       {"\n\n$PgpIn\n\n", "\n\n\n", "empty lines stay"},
       {"a\n\r$PgpIn\nb", "a\n\rb", "LF CR are two line ends"},
-      {"$PgpIn\x1A\x80\x80\x0D" "b\nc", "c", "a CR inside an escape ends no line"},
+      {"$PgpIn\x1A\x80\x80\x0D"
+       "b\nc",
+       "c", "a CR inside an escape ends no line"},
   };
   for (const auto& c : cases) EXPECT_EQ(Shown(c.text), c.shown) << c.why;
 }
@@ -129,7 +140,8 @@ std::string ReferenceShown(const std::string& text) {
     if (next < text.size() && text[next] == '\r') ++next;
     if (next < text.size() && text[next] == '\n') ++next;
     const std::string line = text.substr(at, end - at);
-    if (line.find("$PgpIn") == line.npos && line.find("$PgpOut.asc") == line.npos) shown += text.substr(at, next - at);
+    if (line.find("$PgpIn") == line.npos && line.find("$PgpOut.asc") == line.npos)
+      shown += text.substr(at, next - at);
     at = next;
   }
   return shown;
@@ -137,7 +149,8 @@ std::string ReferenceShown(const std::string& text) {
 
 TEST(InfoLines, AgreeWithASlowReference) {
   std::mt19937 random(20);
-  const std::vector<std::string> pieces = {"\r", "\n", "\r\n", "$PgpIn", ".asc", "$PgpOut.asc", "$PgpOut", "gpg: ok", " "};
+  const std::vector<std::string> pieces = {"\r",          "\n",      "\r\n",    "$PgpIn", ".asc",
+                                           "$PgpOut.asc", "$PgpOut", "gpg: ok", " "};
   for (int round = 0; round < 2000; ++round) {
     std::string text;
     for (std::size_t n = random() % 20; n > 0; --n) text += pieces[random() % pieces.size()];

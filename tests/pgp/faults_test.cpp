@@ -1,13 +1,12 @@
-// Each system call of the runner made to fail, one by one: nothing stays behind, nothing crashes, and the result is
-// the failure value or the output.
-#include "support/pgp_stage_win.h"
-
+// Each system call of the runner made to fail, one by one: nothing stays behind, nothing crashes, and the
+// result is the failure value or the output.
 #include <map>
 
 #include "bridge/results_win.h"
 #include "external/pgp_runner_win.h"
 #include "external/pgp_state_win.h"
 #include "external/pgp_system_win.h"
+#include "support/pgp_stage_win.h"
 
 namespace wfinfo_test {
 namespace {
@@ -35,8 +34,8 @@ void Remember(HANDLE handle, bool of_process = false) {
   if (handle != nullptr && handle != INVALID_HANDLE_VALUE) g_faults.handles[handle] = of_process;
 }
 
-HANDLE WINAPI CreateFileFault(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD disposition,
-                              DWORD flags, HANDLE copy) {
+HANDLE WINAPI CreateFileFault(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                              DWORD disposition, DWORD flags, HANDLE copy) {
   if (g_faults.Fails(0)) return Refuse(), INVALID_HANDLE_VALUE;
   const HANDLE handle = g_real.create_file(name, access, share, security, disposition, flags, copy);
   const DWORD error = GetLastError();
@@ -65,19 +64,19 @@ BOOL WINAPI CreatePipeFault(PHANDLE read, PHANDLE write, LPSECURITY_ATTRIBUTES s
   Remember(*write);
   return made;
 }
-BOOL WINAPI DuplicateHandleFault(HANDLE from, HANDLE handle, HANDLE to, LPHANDLE copy, DWORD access, BOOL inherit,
-                                 DWORD options) {
+BOOL WINAPI DuplicateHandleFault(HANDLE from, HANDLE handle, HANDLE to, LPHANDLE copy, DWORD access,
+                                 BOOL inherit, DWORD options) {
   if (g_faults.Fails(6)) return Refuse();
   const BOOL made = g_real.duplicate_handle(from, handle, to, copy, access, inherit, options);
   Remember(*copy);
   return made;
 }
-BOOL WINAPI CreateProcessFault(LPCSTR application, LPSTR command, LPSECURITY_ATTRIBUTES a, LPSECURITY_ATTRIBUTES b,
-                               BOOL inherit, DWORD flags, LPVOID environment, LPCSTR folder, LPSTARTUPINFOA startup,
-                               LPPROCESS_INFORMATION process) {
+BOOL WINAPI CreateProcessFault(LPCSTR application, LPSTR command, LPSECURITY_ATTRIBUTES a,
+                               LPSECURITY_ATTRIBUTES b, BOOL inherit, DWORD flags, LPVOID environment,
+                               LPCSTR folder, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION process) {
   if (g_faults.Fails(7)) return Refuse();
-  const BOOL made =
-      g_real.create_process(application, command, a, b, inherit, flags, environment, folder, startup, process);
+  const BOOL made = g_real.create_process(application, command, a, b, inherit, flags, environment, folder,
+                                          startup, process);
   const DWORD error = GetLastError();
   Remember(process->hProcess, true);
   Remember(process->hThread, true);
@@ -85,8 +84,8 @@ BOOL WINAPI CreateProcessFault(LPCSTR application, LPSTR command, LPSECURITY_ATT
   return made;
 }
 DWORD WINAPI WaitFault(HANDLE handle, DWORD time) {
-  // A wait that fails counts as no end; the dialog asks again at once and finds the program ended. The ten seconds
-  // are shortened for the program that waits for a pass phrase which could not be written.
+  // A wait that fails counts as no end; the dialog asks again at once and finds the program ended. The ten
+  // seconds are shortened for the program that waits for a pass phrase which could not be written.
   constexpr DWORD kShort = 1500;
   return g_faults.Fails(8) ? Refuse(), WAIT_FAILED : g_real.wait(handle, time == 10000 ? kShort : time);
 }
@@ -102,14 +101,17 @@ bool IsOpen(HANDLE handle, bool of_process) {
   return GetProcessId(handle) != 0 || GetThreadId(handle) != 0;
 }
 
-constexpr const char* kNames[] = {"CreateFile",      "WriteFile",     "ReadFile", "GetFileSizeEx", "DeleteFile", "CreatePipe",
-                                  "DuplicateHandle", "CreateProcess", "Wait",     "GetExitCode",   "Allocate"};
+constexpr const char* kNames[] = {"CreateFile", "WriteFile",   "ReadFile",        "GetFileSizeEx",
+                                  "DeleteFile", "CreatePipe",  "DuplicateHandle", "CreateProcess",
+                                  "Wait",       "GetExitCode", "Allocate"};
 constexpr int kFunctions = static_cast<int>(std::size(kNames));
 
 // Looks for the wait dialog from another thread, notes it, and presses its button when told to.
 class DialogWatcher {
  public:
-  explicit DialogWatcher(bool presses) : presses_(presses) { thread_ = CreateThread(nullptr, 0, &Body, this, 0, nullptr); }
+  explicit DialogWatcher(bool presses) : presses_(presses) {
+    thread_ = CreateThread(nullptr, 0, &Body, this, 0, nullptr);
+  }
   ~DialogWatcher() {
     stop_ = true;
     WaitForSingleObject(thread_, INFINITE);
@@ -240,10 +242,12 @@ TEST_F(PgpFaults, WithoutAPipeTheResultIsNullAndTheMessageEnglish) {
 TEST_F(PgpFaults, AFullDiskIsReportedWithItsFile) {
   g_faults = {1, 2, {}, {}};
   EXPECT_EQ(wfinfo::RunPgpDecryption("t", "pw", "signed", false), nullptr);
-  host_.ExpectMessages({"Failed to create temporary file for decryption.\nfile name = $PgpIn\nerror code = 31"});
+  host_.ExpectMessages(
+      {"Failed to create temporary file for decryption.\nfile name = $PgpIn\nerror code = 31"});
 }
 
-// --- The dialog ------------------------------------------------------------------------------------------------------
+// --- The dialog
+// ------------------------------------------------------------------------------------------------------
 
 // The ten seconds pass in no time; later questions are answered by the test.
 DWORD g_later_answer = WAIT_TIMEOUT;
@@ -279,9 +283,8 @@ TEST_F(PgpDialog, ClosesWhenTheProgramEnds) {
   Child("SLEEP", "300");
   Child("EXIT", "3");
   DialogWatcher watcher(false);
-  g_pgpSystem.wait = [](HANDLE handle, DWORD time) WINAPI -> DWORD {
-    return time == 10000 ? WAIT_TIMEOUT : g_real.wait(handle, time);
-  };
+  g_pgpSystem.wait = [](HANDLE handle, DWORD time)
+                         WINAPI -> DWORD { return time == 10000 ? WAIT_TIMEOUT : g_real.wait(handle, time); };
   EXPECT_STREQ(wfinfo::RunPgpEncryption({0, "t", "a", nullptr, nullptr}), "too late");
   EXPECT_EQ(wfinfo::g_pgpExitCode, 3);
   EXPECT_EQ(centred_, 1);
@@ -323,7 +326,8 @@ TEST_F(PgpDialog, AbortedAndLeftToItself) {
   Sleep(1800);
 }
 
-// --- Secrets ---------------------------------------------------------------------------------------------------------
+// --- Secrets
+// ---------------------------------------------------------------------------------------------------------
 
 // The blocks of command lines as they are when they are freed.
 std::string g_freed;
@@ -345,7 +349,8 @@ TEST_F(PgpThreats, TheCommandLineOfPgpIsWiped) {
   EXPECT_EQ(g_freed, std::string(g_freed.size(), '\0'));
 }
 
-// --- What survives a change of directory --------------------------------------------------------------------------------
+// --- What survives a change of directory
+// --------------------------------------------------------------------------------
 
 std::filesystem::path g_elsewhere;
 DWORD WINAPI WanderingWait(HANDLE handle, DWORD time) {

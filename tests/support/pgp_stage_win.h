@@ -1,5 +1,5 @@
-// Where tests of the OpenPGP functions play: a folder of their own as the current directory, a host, and a recording
-// child program on the search path.
+// Where tests of the OpenPGP functions play: a folder of their own as the current directory, a host, and a
+// recording child program on the search path.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,7 +21,8 @@ class PgpStage : public testing::Test {
     InstallPrograms("");
   }
   ~PgpStage() override {
-    for (const char* const name : {"CHILD_SLEEP", "CHILD_SAYS", "CHILD_WARNS", "CHILD_OUTPUT", "CHILD_EXIT"}) {
+    for (const char* const name :
+         {"CHILD_SLEEP", "CHILD_SAYS", "CHILD_WARNS", "CHILD_OUTPUT", "CHILD_EXIT"}) {
       SetEnvironmentVariableA(name, nullptr);
     }
     SetEnvironmentVariableA("PATH", "C:\\windows\\system32;C:\\windows");
