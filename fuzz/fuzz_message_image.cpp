@@ -1,4 +1,5 @@
-// Whatever bytes a host hands over as a message: every address lies inside the image, every array in it whole.
+// Whatever bytes a host hands over as a message: every address lies inside the image, every array in it
+// whole.
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -16,13 +17,14 @@ struct Bounds {
   void Check(const void* address, std::size_t length) const {
     if (address == nullptr) return;
     const auto* at = static_cast<const char*>(address);
-    if (at <= start || at >= start + size || length > static_cast<std::size_t>(start + size - at)) __builtin_trap();
+    if (at <= start || at >= start + size || length > static_cast<std::size_t>(start + size - at))
+      __builtin_trap();
   }
 };
 
 template <class Record>
-void CheckRecords(const Bounds& bounds, const Record* first, std::uint32_t count, const void* (*first_text)(const Record&),
-                  const void* (*second_text)(const Record&)) {
+void CheckRecords(const Bounds& bounds, const Record* first, std::uint32_t count,
+                  const void* (*first_text)(const Record&), const void* (*second_text)(const Record&)) {
   if (first == nullptr) {
     if (count != 0) __builtin_trap();
     return;

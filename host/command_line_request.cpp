@@ -20,7 +20,8 @@ constexpr Word kWords[] = {{"sendnow", MailCommand::kSendNow},
 std::string Unescaped(std::string_view text) {
   std::string plain;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == '%' && at + 2 < text.size() && HexValue(text[at + 1]) >= 0 && HexValue(text[at + 2]) >= 0) {
+    if (text[at] == '%' && at + 2 < text.size() && HexValue(text[at + 1]) >= 0 &&
+        HexValue(text[at + 2]) >= 0) {
       plain += static_cast<char>(HexValue(text[at + 1]) << 4 | HexValue(text[at + 2]));
       at += 2;
     } else {
@@ -67,7 +68,8 @@ void AddFile(CommandLineRequest& request, const Argument& argument) {
   if (star == argument.value.npos) {
     request.files.push_back({argument.Text(), ""});
   } else {
-    request.files.push_back({Unescaped(argument.value.substr(0, star)), Unescaped(argument.value.substr(star + 1))});
+    request.files.push_back(
+        {Unescaped(argument.value.substr(0, star)), Unescaped(argument.value.substr(star + 1))});
   }
 }
 
@@ -84,7 +86,8 @@ constexpr Keyword kKeywords[] = {
     {"cc", [](CommandLineRequest& request, const Argument& a) { AddList(request.cc, a.Text()); }},
     {"bcc", [](CommandLineRequest& request, const Argument& a) { AddList(request.bcc, a.Text()); }},
     {"attach", AddFile},
-    {"template", [](CommandLineRequest& request, const Argument& a) { request.use_template = a.Text() != "0"; }},
+    {"template",
+     [](CommandLineRequest& request, const Argument& a) { request.use_template = a.Text() != "0"; }},
     {"sign", [](CommandLineRequest& request, const Argument& a) { request.sign = a.Text() != "0"; }},
 };
 

@@ -74,7 +74,8 @@ void AddRecipients(ImageWriter& image, std::string_view list, std::uint32_t reci
     const wfinfo::AddressEntry& entry = reader.entry();
     const std::string name = PlainName(entry.name);
     const std::string address(entry.address);
-    recipients.push_back({0, recipient_class, image.Text(name.empty() ? address : name), image.Text("SMTP:" + address), 0, nullptr});
+    recipients.push_back({0, recipient_class, image.Text(name.empty() ? address : name),
+                          image.Text("SMTP:" + address), 0, nullptr});
   }
 }
 
@@ -99,8 +100,8 @@ std::string MapiDate(std::string_view header) {
 
 }  // namespace
 
-std::vector<char> MakeMessageImage(const HostMessage& message, const std::vector<ImageFile>& files, bool unread,
-                                   std::uint32_t flags) {
+std::vector<char> MakeMessageImage(const HostMessage& message, const std::vector<ImageFile>& files,
+                                   bool unread, std::uint32_t flags) {
   const auto header = [&](std::string_view name) { return HeaderValue(message.text, name).value_or(""); };
   ImageWriter image;
   MailRecord mail{};

@@ -1,5 +1,5 @@
-// A mail as the memory image that Simple MAPI readers get: a message record and all it points to, addresses as offsets
-// from the start of the image.
+// A mail as the memory image that Simple MAPI readers get: a message record and all it points to, addresses
+// as offsets from the start of the image.
 #pragma once
 
 #include <cstdint>
@@ -24,9 +24,9 @@ struct ImageFile {
   std::string name;
 };
 
-// The image of `message`: subject, text, date ("2025/06/02 09:00", as the sender's clock showed it), sender, and
-// recipients of all classes with "SMTP:" in front of their addresses.
-std::vector<char> MakeMessageImage(const HostMessage& message, const std::vector<ImageFile>& files, bool unread,
-                                   std::uint32_t flags);
+// The image of `message`: subject, text, date ("2025/06/02 09:00", as the sender's clock showed it), sender,
+// and recipients of all classes with "SMTP:" in front of their addresses.
+std::vector<char> MakeMessageImage(const HostMessage& message, const std::vector<ImageFile>& files,
+                                   bool unread, std::uint32_t flags);
 
 }  // namespace wrenfold

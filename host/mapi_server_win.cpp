@@ -21,8 +21,8 @@ constexpr UINT_PTR kBoxTimer = 1;
 MapiService* g_service = nullptr;
 unsigned g_modalMs = 0;
 
-// Programs that find no frame at the same time start a host each; one of them becomes the server. A predecessor that is
-// just going is waited for, so that its successor's callers are not left alone.
+// Programs that find no frame at the same time start a host each; one of them becomes the server. A
+// predecessor that is just going is waited for, so that its successor's callers are not left alone.
 wfinfo::UniqueHandle BecomeServer() {
   wfinfo::UniqueHandle mutex(CreateMutexA(nullptr, FALSE, "Wrenfold_MapiServer"));
   const DWORD start = GetTickCount();
@@ -61,8 +61,8 @@ HWND CreateFrame() {
   window_class.hInstance = GetModuleHandleA(nullptr);
   window_class.lpszClassName = wfinfo::kFrameClass;
   if (RegisterClassA(&window_class) == 0) return nullptr;
-  return CreateWindowExA(0, wfinfo::kFrameClass, "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 320, 200, nullptr, nullptr,
-                         window_class.hInstance, nullptr);
+  return CreateWindowExA(0, wfinfo::kFrameClass, "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 320, 200, nullptr,
+                         nullptr, window_class.hInstance, nullptr);
 }
 
 }  // namespace
@@ -81,7 +81,8 @@ std::string MapiHome(const std::string& given) {
   return WideToUtf8({reinterpret_cast<const char16_t*>(path.data()), path.size()});
 }
 
-int RunMapiServer(const std::string& home, const MapiSettings& settings, void (*complain)(const std::string& line)) {
+int RunMapiServer(const std::string& home, const MapiSettings& settings,
+                  void (*complain)(const std::string& line)) {
   const wfinfo::UniqueHandle server = BecomeServer();
   if (!server) return kFine;
   MapiService service(PathFromUtf8(home), settings, complain);

@@ -9,9 +9,9 @@
 
 #include "base/unique_win.h"
 #include "charset.h"
+#include "mail_store.h"
 #include "mapi/host_blocks.h"
 #include "mapi_image.h"
-#include "mail_store.h"
 #include "outbox.h"
 
 namespace wrenfold {
@@ -55,9 +55,9 @@ std::string DateHeader(const SYSTEMTIME& now) {
   const LONG west = zone.Bias + (season == TIME_ZONE_ID_DAYLIGHT ? zone.DaylightBias : 0);
   const LONG minutes = west < 0 ? -west : west;
   char text[64];
-  std::snprintf(text, sizeof text, "%s, %02u %s %04u %02u:%02u:%02u %c%02ld%02ld", kDays[now.wDayOfWeek], now.wDay,
-                kMonths[now.wMonth - 1], now.wYear, now.wHour, now.wMinute, now.wSecond, west > 0 ? '-' : '+',
-                minutes / 60, minutes % 60);
+  std::snprintf(text, sizeof text, "%s, %02u %s %04u %02u:%02u:%02u %c%02ld%02ld", kDays[now.wDayOfWeek],
+                now.wDay, kMonths[now.wMonth - 1], now.wYear, now.wHour, now.wMinute, now.wSecond,
+                west > 0 ? '-' : '+', minutes / 60, minutes % 60);
   return text;
 }
 
@@ -65,8 +65,8 @@ std::string DateHeader(const SYSTEMTIME& now) {
 std::string UniqueName(const SYSTEMTIME& now) {
   static unsigned counter = 0;
   char text[96];
-  std::snprintf(text, sizeof text, "%04u%02u%02u-%02u%02u%02u.%03u-%lu-%u", now.wYear, now.wMonth, now.wDay, now.wHour,
-                now.wMinute, now.wSecond, now.wMilliseconds, GetCurrentProcessId(), ++counter);
+  std::snprintf(text, sizeof text, "%04u%02u%02u-%02u%02u%02u.%03u-%lu-%u", now.wYear, now.wMonth, now.wDay,
+                now.wHour, now.wMinute, now.wSecond, now.wMilliseconds, GetCurrentProcessId(), ++counter);
   return text;
 }
 
@@ -93,7 +93,8 @@ std::vector<ImageFile> StoreAttachments(const HostMessage& message) {
     for (int copy = 2; fs::exists(path, error); ++copy) {
       path = folder / (std::to_wstring(copy) + L" " + SafeName(attachment.file_name).wstring());
     }
-    std::ofstream(path, std::ios::binary).write(attachment.bytes.data(), static_cast<std::streamsize>(attachment.bytes.size()));
+    std::ofstream(path, std::ios::binary)
+        .write(attachment.bytes.data(), static_cast<std::streamsize>(attachment.bytes.size()));
     files.push_back({WideToHost(path.wstring()), attachment.file_name});
   }
   return files;
@@ -108,11 +109,14 @@ std::uint64_t HandToProcess(DWORD id, const std::vector<char>& bytes) {
   if (!process || !view) return 0;
   std::memcpy(view.get(), bytes.data(), bytes.size());
   HANDLE theirs = nullptr;
-  DuplicateHandle(GetCurrentProcess(), mapping.get(), process.get(), &theirs, 0, FALSE, DUPLICATE_SAME_ACCESS);
+  DuplicateHandle(GetCurrentProcess(), mapping.get(), process.get(), &theirs, 0, FALSE,
+                  DUPLICATE_SAME_ACCESS);
   return reinterpret_cast<std::uint64_t>(theirs);
 }
 
-std::string_view Identifier(const char (&field)[kIdentifierRoom]) { return {field, strnlen(field, sizeof field)}; }
+std::string_view Identifier(const char (&field)[kIdentifierRoom]) {
+  return {field, strnlen(field, sizeof field)};
+}
 
 }  // namespace
 
@@ -138,7 +142,8 @@ std::optional<LRESULT> MapiService::Handle(UINT message, WPARAM wparam, LPARAM l
 LRESULT MapiService::TakeCommandLine(HANDLE mapping) {
   Behave();
   const HandedBlock block(mapping);
-  if (block.bytes() == nullptr || block.size() <= kCommandLineAt) return complain_("a command line cannot be read"), 0;
+  if (block.bytes() == nullptr || block.size() <= kCommandLineAt)
+    return complain_("a command line cannot be read"), 0;
   const char* const line = block.bytes() + kCommandLineAt;
   const auto request = ParseMailCommand({line, strnlen(line, block.size() - kCommandLineAt)});
   if (!request) return complain_("a command line is none: " + SystemCharsets().HostToUtf8(line)), 0;
@@ -183,8 +188,9 @@ void MapiService::Read(void* block) {
   if (!raw) return;
   const HostMessage message = MakeHostMessage(*raw);
   const bool with_files = (request.flags & (kMapiEnvelopeOnly | kMapiSuppressAttach)) == 0;
-  const std::vector<char> image = MakeMessageImage(message, with_files ? StoreAttachments(message) : std::vector<ImageFile>(),
-                                                   !store_.IsRead(identifier), request.flags);
+  const std::vector<char> image =
+      MakeMessageImage(message, with_files ? StoreAttachments(message) : std::vector<ImageFile>(),
+                       !store_.IsRead(identifier), request.flags);
   request.image_size = static_cast<std::uint32_t>(image.size());
   request.image = HandToProcess(request.caller_process, image);
   const bool handed = request.image != 0;

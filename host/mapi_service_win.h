@@ -15,7 +15,10 @@ namespace wrenfold {
 class MapiService {
  public:
   MapiService(std::filesystem::path home, MapiSettings settings, void (*complain)(const std::string& line))
-      : outbox_(home / "outbox"), store_(home / "mails"), settings_(std::move(settings)), complain_(complain) {}
+      : outbox_(home / "outbox"),
+        store_(home / "mails"),
+        settings_(std::move(settings)),
+        complain_(complain) {}
 
   // nullopt for messages that are not of this kind.
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam);

@@ -59,7 +59,8 @@ std::variant<MapiSettings, std::string> ParseMapiSettings(std::string_view utf8,
   for (int number = 1; !utf8.empty(); ++number) {
     const LineLength length = FirstLine(utf8);
     const std::string_view line = Trim(utf8.substr(0, length.text));
-    if (!ApplyLine(settings, line)) return "line " + std::to_string(number) + " is no setting: " + std::string(line);
+    if (!ApplyLine(settings, line))
+      return "line " + std::to_string(number) + " is no setting: " + std::string(line);
     utf8.remove_prefix(length.with_end);
   }
   return settings;

@@ -28,7 +28,8 @@ std::optional<std::string> ReadBytes(const fs::path& path) {
 std::optional<std::string> MapiStore::Next(std::string_view seed, bool unread_only) const {
   std::set<std::string> later;
   std::error_code error;
-  for (fs::directory_iterator entry(folder_, error); !error && entry != fs::directory_iterator(); entry.increment(error)) {
+  for (fs::directory_iterator entry(folder_, error); !error && entry != fs::directory_iterator();
+       entry.increment(error)) {
     if (!IsMail(entry->path())) continue;
     std::string identifier = SystemCharsets().Utf8ToHost(PathToUtf8(entry->path().filename()));
     if (identifier.size() <= kLongestIdentifier && identifier > seed) later.insert(std::move(identifier));

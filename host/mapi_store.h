@@ -25,8 +25,8 @@ class MapiStore {
  public:
   explicit MapiStore(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
-  // The first mail whose identifier comes after `seed` ("" : the first of all), unread ones only if asked for. The mail
-  // `seed` itself may be gone. nullopt at the end.
+  // The first mail whose identifier comes after `seed` ("" : the first of all), unread ones only if asked
+  // for. The mail `seed` itself may be gone. nullopt at the end.
   std::optional<std::string> Next(std::string_view seed, bool unread_only) const;
 
   // The mail's bytes; nullopt when there is none of this identifier.

@@ -43,7 +43,8 @@ std::optional<std::string> PutIntoOutbox(const CommandLineRequest& request, cons
   std::error_code error;
   fs::create_directories(folder, error);
   const fs::path unfinished = folder / PathFromUtf8(stamp.unique + ".tmp");
-  if (!WriteFile(unfinished, ComposeMail(request, files, stamp))) return "cannot write " + PathToUtf8(unfinished);
+  if (!WriteFile(unfinished, ComposeMail(request, files, stamp)))
+    return "cannot write " + PathToUtf8(unfinished);
   fs::path finished = unfinished;
   finished.replace_extension(".eml");
   fs::rename(unfinished, finished, error);

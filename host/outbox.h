@@ -10,8 +10,8 @@
 
 namespace wrenfold {
 
-// Reads the request's files and writes its mail to `folder`, which is made if need be, as <stamp.unique>.eml. The file
-// has that name only once it is whole. Returns why it cannot be written, else nullopt.
+// Reads the request's files and writes its mail to `folder`, which is made if need be, as <stamp.unique>.eml.
+// The file has that name only once it is whole. Returns why it cannot be written, else nullopt.
 std::optional<std::string> PutIntoOutbox(const CommandLineRequest& request, const MailStamp& stamp,
                                          const std::filesystem::path& folder);
 

@@ -25,7 +25,8 @@ std::string Base64(std::string_view bytes) {
     for (std::size_t i = 0; i < 3; ++i) {
       bits = bits << 8 | (i < three.size() ? static_cast<unsigned char>(three[i]) : 0U);
     }
-    for (std::size_t i = 0; i < 4; ++i) text += i <= three.size() ? kDigits[bits >> (18 - 6 * i) & 0x3F] : '=';
+    for (std::size_t i = 0; i < 4; ++i)
+      text += i <= three.size() ? kDigits[bits >> (18 - 6 * i) & 0x3F] : '=';
   }
   return text;
 }
@@ -65,7 +66,8 @@ std::string EncodedWords(std::string_view utf8) {
 // A header's text without structure, as it stands when a reader takes it so.
 std::string Unstructured(std::string_view utf8) {
   const std::string line = OneLine(utf8);
-  const bool plain = IsAscii(line) && line.size() <= kLineColumns && line.find("=?") == line.npos && Trim(line) == line;
+  const bool plain =
+      IsAscii(line) && line.size() <= kLineColumns && line.find("=?") == line.npos && Trim(line) == line;
   return plain ? line : EncodedWords(line);
 }
 
@@ -74,8 +76,8 @@ std::string Phrase(std::string_view utf8) {
   const std::string line = OneLine(utf8);
   if (!IsAscii(line) || line.size() > kLineColumns || line.find("=?") != line.npos) return EncodedWords(line);
   const auto is_word = [](char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ' ' || c == '-' ||
-           c == '\'' || c == '_';
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ' ' ||
+           c == '-' || c == '\'' || c == '_';
   };
   if (std::ranges::all_of(line, is_word)) return line;
   std::string quoted = "\"";
@@ -127,9 +129,11 @@ std::string AddressList(std::string_view list) {
   for (const std::string_view piece : Pieces(list)) {
     const std::size_t open = piece.ends_with('>') ? piece.rfind('<') : piece.npos;
     if (open != piece.npos) {
-      const std::size_t start = nameless.empty() ? 0 : static_cast<std::size_t>(nameless[0].data() - list.data());
+      const std::size_t start =
+          nameless.empty() ? 0 : static_cast<std::size_t>(nameless[0].data() - list.data());
       const auto bracket = static_cast<std::size_t>(piece.data() - list.data()) + open;
-      const std::string_view name = nameless.empty() ? piece.substr(0, open) : list.substr(start, bracket - start);
+      const std::string_view name =
+          nameless.empty() ? piece.substr(0, open) : list.substr(start, bracket - start);
       mailboxes.push_back(Mailbox(name, piece.substr(open + 1, piece.size() - open - 2)));
       nameless.clear();
     } else if (piece.find('@') != piece.npos) {
@@ -179,7 +183,8 @@ std::string TextPart(std::string_view utf8) {
 }
 
 bool IsAttributeCharacter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == '_';
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '.' ||
+         c == '_';
 }
 
 // filename="a b.txt", or filename*=UTF-8''%E3... for what ASCII cannot say.
@@ -214,7 +219,8 @@ void AddWishes(std::string& mail, const CommandLineRequest& request, const Chars
   AddHeader(mail, "X-Wrenfold-Options", options);
 }
 
-void AddBody(std::string& mail, std::string_view text, const std::vector<OutgoingFile>& files, const MailStamp& stamp) {
+void AddBody(std::string& mail, std::string_view text, const std::vector<OutgoingFile>& files,
+             const MailStamp& stamp) {
   const bool attached = std::ranges::any_of(files, [](const OutgoingFile& file) { return !file.is_missing; });
   if (!attached) {
     mail += TextPart(text);
@@ -222,7 +228,8 @@ void AddBody(std::string& mail, std::string_view text, const std::vector<Outgoin
   }
   // "=_" never occurs in what is encoded. The line end in front of a boundary is the boundary's.
   const std::string boundary = "=_" + stamp.unique;
-  mail += "Content-Type: multipart/mixed;\r\n boundary=\"" + boundary + "\"\r\n\r\n--" + boundary + "\r\n" + TextPart(text);
+  mail += "Content-Type: multipart/mixed;\r\n boundary=\"" + boundary + "\"\r\n\r\n--" + boundary + "\r\n" +
+          TextPart(text);
   for (const OutgoingFile& file : files) {
     if (!file.is_missing) mail += "\r\n--" + boundary + "\r\n" + FilePart(file);
   }

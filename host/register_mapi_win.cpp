@@ -22,7 +22,8 @@ std::string Utf8(const std::wstring& wide) {
 }
 
 std::string Why(const char* what, LSTATUS status) {
-  if (status == ERROR_ACCESS_DENIED) return std::string(what) + ": access denied; run this as an administrator";
+  if (status == ERROR_ACCESS_DENIED)
+    return std::string(what) + ": access denied; run this as an administrator";
   return std::string(what) + ": error " + std::to_string(status);
 }
 
@@ -37,7 +38,8 @@ LSTATUS Open(const wchar_t* path, REGSAM access, Key& key) {
 std::optional<std::wstring> Read(HKEY key, const wchar_t* name) {
   wchar_t text[1024] = L"";
   DWORD size = sizeof text - sizeof *text;
-  if (RegGetValueW(key, nullptr, name, RRF_RT_REG_SZ, nullptr, text, &size) != ERROR_SUCCESS) return std::nullopt;
+  if (RegGetValueW(key, nullptr, name, RRF_RT_REG_SZ, nullptr, text, &size) != ERROR_SUCCESS)
+    return std::nullopt;
   return text;
 }
 
@@ -109,8 +111,8 @@ std::optional<std::string> UnregisterMapi() {
   if (status != ERROR_SUCCESS) return Why("cannot unregister", status);
   DWORD keys = 0;
   DWORD values = 0;
-  RegQueryInfoKeyW(mail.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr, nullptr,
-                   nullptr);
+  RegQueryInfoKeyW(mail.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr,
+                   nullptr, nullptr);
   mail.reset();
   if (made_mail_key && keys == 0 && values == 0) RegDeleteKeyW(HKEY_LOCAL_MACHINE, kMailKey);
   return std::nullopt;

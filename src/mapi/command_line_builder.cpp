@@ -42,9 +42,13 @@ constexpr std::size_t kDocumentSlack = 512;
 std::string_view WordOf(unsigned mode) { return kWords[std::min(mode, unsigned{kNewMail})]; }
 
 // A member of a record; "" when it is missing.
-std::string_view Read(const Mail& mail, const char* text) { return mail.read(text).value_or(std::string_view()); }
+std::string_view Read(const Mail& mail, const char* text) {
+  return mail.read(text).value_or(std::string_view());
+}
 
-char UpperAscii(char byte) { return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - ('a' - 'A')) : byte; }
+char UpperAscii(char byte) {
+  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - ('a' - 'A')) : byte;
+}
 
 std::string_view WithoutSmtp(std::string_view address) {
   const bool has = address.size() >= kSmtp.size() &&
@@ -117,8 +121,8 @@ std::size_t EstimatedSize(const Mail& mail) {
   return size;
 }
 
-// The character that `text` begins with. A lead byte before something that is no trail byte stands alone: paths may
-// come in another code page, where such a byte is a letter and the next one the delimiter.
+// The character that `text` begins with. A lead byte before something that is no trail byte stands alone:
+// paths may come in another code page, where such a byte is a letter and the next one the delimiter.
 std::string_view Character(std::string_view text) {
   const std::size_t length = UnitLength(text);
   if (length == 2) {

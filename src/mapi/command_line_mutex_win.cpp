@@ -13,12 +13,15 @@ void TellOfStuckHandOff() {
     SetForegroundWindow(box);
     return;
   }
-  MessageBoxA(nullptr,
-              Chosen({"TamarinMail try to process command-line but the previous command-line processing TamarinMail not "
-                      "respond. This command-line process is cancelled.",
-                      "タマリンメールにコマンドラインを処理させようとしましたが、前のコマンドラインを処理しているタマリンメールが"
-                      "応答しません。このコマンドラインの処理は中止しました。"}),
-              title, MB_ICONHAND);
+  MessageBoxA(
+      nullptr,
+      Chosen(
+          {"TamarinMail try to process command-line but the previous command-line processing TamarinMail not "
+           "respond. This command-line process is cancelled.",
+           "タマリンメールにコマンドラインを処理させようとしましたが、前のコマンドラインを処理しているタマリ"
+           "ンメールが"
+           "応答しません。このコマンドラインの処理は中止しました。"}),
+      title, MB_ICONHAND);
 }
 
 }  // namespace

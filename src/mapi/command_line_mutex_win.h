@@ -15,8 +15,8 @@ struct OwnedMutexTraits : PointerTraits<HANDLE, &CloseHandle> {
 };
 using OwnedMutex = Unique<OwnedMutexTraits>;
 
-// The mutex, owned; empty when another program has held it for longer than this one waits (10.0 to 19.9 seconds).
-// Then the user has been told, by one box for all waiting programs.
+// The mutex, owned; empty when another program has held it for longer than this one waits (10.0 to 19.9
+// seconds). Then the user has been told, by one box for all waiting programs.
 OwnedMutex AcquireCommandLineMutex();
 
 }  // namespace wfinfo::mapi

@@ -10,7 +10,8 @@ namespace wfinfo::mapi {
 
 SharedBlock::SharedBlock(std::size_t size)
     : mapping_(CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE,
-                                  static_cast<DWORD>(std::uint64_t{size} >> 32), static_cast<DWORD>(size), nullptr)) {
+                                  static_cast<DWORD>(std::uint64_t{size} >> 32), static_cast<DWORD>(size),
+                                  nullptr)) {
   if (mapping_) view_.reset(MapViewOfFile(mapping_.get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
 }
 
@@ -33,7 +34,8 @@ void PassCommandLine(HWND host, const SharedBlock& block) {
   const HANDLE in_host = DuplicateInto(OpenForHandles(host).get(), block.mapping());
   if (in_host == nullptr) return LogNumber("PassCommandLine DuplicateHandle failed code=%u", GetLastError());
   DWORD_PTR answer = 0;
-  SendMessageTimeoutA(host, kPassCommandLine, reinterpret_cast<WPARAM>(in_host), 1, SMTO_BLOCK, kPassTimeoutMs, &answer);
+  SendMessageTimeoutA(host, kPassCommandLine, reinterpret_cast<WPARAM>(in_host), 1, SMTO_BLOCK,
+                      kPassTimeoutMs, &answer);
   std::uint64_t window = 0;
   std::memcpy(&window, block.bytes(), sizeof window);
   if (window != 0) SetForegroundWindow(reinterpret_cast<HWND>(window));

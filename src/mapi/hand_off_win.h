@@ -35,8 +35,8 @@ UniqueHandle OpenForHandles(HWND window);
 // A duplicate of `handle` that is valid in `process`, null on failure.
 HANDLE DuplicateInto(HANDLE process, HANDLE handle);
 
-// Has the host execute the command line in `block` and brings the window to the foreground that it names. The caller
-// owns the command-line mutex. How the host fares is not looked at.
+// Has the host execute the command line in `block` and brings the window to the foreground that it names. The
+// caller owns the command-line mutex. How the host fares is not looked at.
 void PassCommandLine(HWND host, const SharedBlock& block);
 
 }  // namespace wfinfo::mapi

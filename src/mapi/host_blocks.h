@@ -1,5 +1,5 @@
-// What crosses the border between a program that calls Simple MAPI and the host: messages to the host's frame, and
-// blocks of shared memory. All integers are little-endian, all texts zero-terminated host text.
+// What crosses the border between a program that calls Simple MAPI and the host: messages to the host's
+// frame, and blocks of shared memory. All integers are little-endian, all texts zero-terminated host text.
 #pragma once
 
 #include <cstddef>
@@ -9,20 +9,22 @@ namespace wfinfo::mapi {
 
 // Messages to the frame.
 inline constexpr unsigned kPassCommandLine = 21622;  // wParam: mapping, valid in the host; lParam 1
-inline constexpr unsigned kStoreRequest = 21639;     // posted; wParam: StoreRequest; lParam: mapping, valid in the host
-inline constexpr unsigned kQueryReady = 21703;       // non-zero once the host can take requests
+inline constexpr unsigned kStoreRequest =
+    21639;  // posted; wParam: StoreRequest; lParam: mapping, valid in the host
+inline constexpr unsigned kQueryReady = 21703;  // non-zero once the host can take requests
 
 inline constexpr unsigned kPassTimeoutMs = 10000;
 inline constexpr unsigned kReadyTimeoutMs = 1000;
 
-// The command-line block: a window that the host asks us to bring to the foreground, and the command line behind it.
+// The command-line block: a window that the host asks us to bring to the foreground, and the command line
+// behind it.
 inline constexpr std::size_t kCommandLineAt = 8;
 
 // Serialises the hand-offs of all programs of the desktop.
 inline constexpr char kCommandLineMutex[] = "Wrenfold_CommandLine";
 
-// How long a caller waits for that mutex, in milliseconds: 10.0 to 19.9 s, spread by its process id, so that callers
-// that queue up behind a stuck host do not all give up at once.
+// How long a caller waits for that mutex, in milliseconds: 10.0 to 19.9 s, spread by its process id, so that
+// callers that queue up behind a stuck host do not all give up at once.
 constexpr unsigned CommandLineWaitMs(std::uint32_t process_id) { return (process_id % 100 + 100) * 100; }
 
 enum class StoreRequest : unsigned { kFindNext = 0, kRead = 1, kDelete = 2 };

@@ -29,7 +29,8 @@ DWORD Launch() {
   SetLastError(ERROR_FILENAME_EXCED_RANGE);
   if (PathBesideLibrary("wrenfold.exe", command + 1, MAX_PATH)) {
     std::strcat(command, "\"");
-    started = CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+    started =
+        CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
   }
   if (!started) {
     LogNumber("ExecWrenfold CreateProcess failed code=%u", GetLastError());
@@ -61,17 +62,20 @@ HWND WaitForFrame(DWORD process) {
     since = GetTickCount();
     limit = kWaitAfterWindowMs;
   }
-  MessageBoxA(nullptr, Chosen({"Failed to launch TamarinMail.", "タマリンメールを起動できませんでした。"}), nullptr,
-              MB_ICONHAND | MB_SYSTEMMODAL);
+  MessageBoxA(nullptr, Chosen({"Failed to launch TamarinMail.", "タマリンメールを起動できませんでした。"}),
+              nullptr, MB_ICONHAND | MB_SYSTEMMODAL);
   return nullptr;
 }
 
-// Asks until the host is ready, for 3 seconds at most; without a frame too: every round fails then, which is kept so.
+// Asks until the host is ready, for 3 seconds at most; without a frame too: every round fails then, which is
+// kept so.
 void WaitUntilReady(HWND frame) {
   const DWORD since = GetTickCount();
   for (;;) {
     DWORD_PTR answer = 0;
-    if (SendMessageTimeoutA(frame, kQueryReady, 0, 0, SMTO_BLOCK, kReadyTimeoutMs, &answer) != 0 && answer != 0) return;
+    if (SendMessageTimeoutA(frame, kQueryReady, 0, 0, SMTO_BLOCK, kReadyTimeoutMs, &answer) != 0 &&
+        answer != 0)
+      return;
     if (GetTickCount() - since >= kReadyWaitMs) return;
     Sleep(kReadyPollMs);
   }

@@ -37,12 +37,14 @@ void Initialise(HWND dialog, const Waiting& waiting) {
   SetWindowLongPtrA(dialog, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(waiting.event));
   if (waiting.parent == nullptr) ShowAlone(dialog);
   SendDlgItemMessageA(dialog, IDC_LAUNCH_ICON, STM_SETICON,
-                      reinterpret_cast<WPARAM>(LoadIconA(nullptr, reinterpret_cast<LPCSTR>(IDI_ASTERISK))), 0);
+                      reinterpret_cast<WPARAM>(LoadIconA(nullptr, reinterpret_cast<LPCSTR>(IDI_ASTERISK))),
+                      0);
   SetTimer(dialog, kTimer, kTickMs, nullptr);
 }
 
 // What both dialogs do alike; `tick` is called with a living frame.
-INT_PTR Handle(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam, void (*tick)(HWND dialog, HWND frame)) {
+INT_PTR Handle(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam,
+               void (*tick)(HWND dialog, HWND frame)) {
   if (message == WM_INITDIALOG) {
     Initialise(dialog, *reinterpret_cast<const Waiting*>(lparam));
     return TRUE;
@@ -83,6 +85,8 @@ bool Show(int id, DLGPROC procedure, const Waiting& waiting) {
 
 bool WaitUntilHostIsFree(HWND parent) { return Show(IDD_HOST_BUSY, &BusyProcedure, {parent, nullptr}); }
 
-bool WaitUntilHostAnswers(HWND parent, HANDLE event) { return Show(IDD_CALLING_HOST, &CallingProcedure, {parent, event}); }
+bool WaitUntilHostAnswers(HWND parent, HANDLE event) {
+  return Show(IDD_CALLING_HOST, &CallingProcedure, {parent, event});
+}
 
 }  // namespace wfinfo::mapi

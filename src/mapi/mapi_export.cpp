@@ -1,5 +1,5 @@
-// The Simple MAPI entry points. They run in the process of whatever program sends mail; each writes its name to the
-// debug log.
+// The Simple MAPI entry points. They run in the process of whatever program sends mail; each writes its name
+// to the debug log.
 #include <windows.h>
 
 #include <cstring>
@@ -55,7 +55,8 @@ unsigned TellUnsupported(const char* name) {
   char text[256];
   wsprintfA(text,
             Chosen({"TamarinMail: %s called but this MAPI api is not supported by TamarinMail.",
-                    "タマリンメール: %s が呼び出されましたが、このMAPI APIはタマリンメールではサポートされていません。"}),
+                    "タマリンメール: %s が呼び出されましたが、このMAPI "
+                    "APIはタマリンメールではサポートされていません。"}),
             name);
   MessageBoxA(nullptr, text, nullptr, MB_ICONHAND | MB_SYSTEMMODAL);
   Log(text);
@@ -144,8 +145,8 @@ unsigned MAPIFreeBuffer(void* buffer) noexcept {
   return kSuccess;
 }
 
-unsigned MAPIAddress(void*, void*, const char*, unsigned, const char*, unsigned, void*, unsigned, unsigned, void*,
-                     void*) noexcept {
+unsigned MAPIAddress(void*, void*, const char*, unsigned, const char*, unsigned, void*, unsigned, unsigned,
+                     void*, void*) noexcept {
   Log("MAPIAddress64");
   return TellUnsupported("MAPIAddress");
 }

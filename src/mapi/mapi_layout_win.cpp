@@ -1,14 +1,15 @@
 // The records of mapi_records.h against the system's declarations, member by member.
+// clang-format off
 #include <windows.h>
-
-#include <mapi.h>
+#include <mapi.h>  // needs the one above
+// clang-format on
 
 #include "mapi/mapi_records.h"
 
 namespace wfinfo::mapi {
 namespace {
 
-#define WFINFO_SAME(ours, our_member, theirs, their_member)                      \
+#define WFINFO_SAME(ours, our_member, theirs, their_member)                     \
   static_assert(offsetof(ours, our_member) == offsetof(theirs, their_member) && \
                 sizeof(ours::our_member) == sizeof(theirs::their_member))
 WFINFO_SAME(Recipient, reserved, MapiRecipDesc, ulReserved);

@@ -1,5 +1,5 @@
-// The records of 64-bit Simple MAPI, for code that knows no Windows header. mapi_layout_win.cpp compares them with the
-// system's own declarations.
+// The records of 64-bit Simple MAPI, for code that knows no Windows header. mapi_layout_win.cpp compares them
+// with the system's own declarations.
 #pragma once
 
 #include <cstddef>

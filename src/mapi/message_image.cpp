@@ -7,8 +7,8 @@
 namespace wfinfo::mapi {
 namespace {
 
-// An image while its offsets are turned into addresses. Records may lie anywhere in it, also unaligned, so they are
-// copied out and back.
+// An image while its offsets are turned into addresses. Records may lie anywhere in it, also unaligned, so
+// they are copied out and back.
 class Image {
  public:
   Image(char* start, std::size_t size) : start_(start), size_(size) { Claim(0, sizeof(MailRecord)); }
@@ -24,7 +24,8 @@ class Image {
   void ConvertRecords(Record*& member, std::uint32_t& count, void (Image::*convert)(Record&) const) {
     const auto offset = reinterpret_cast<std::uintptr_t>(member);
     Convert(member);
-    if (member == nullptr || count > (size_ - offset) / sizeof(Record) || !Claim(offset, count * sizeof(Record))) {
+    if (member == nullptr || count > (size_ - offset) / sizeof(Record) ||
+        !Claim(offset, count * sizeof(Record))) {
       member = nullptr;
       count = 0;
       return;
@@ -49,7 +50,8 @@ class Image {
   }
 
  private:
-  // False when the bytes belong to other records already: converting them twice would make addresses of addresses.
+  // False when the bytes belong to other records already: converting them twice would make addresses of
+  // addresses.
   bool Claim(std::size_t offset, std::size_t length) {
     for (std::size_t i = 0; i < claims_; ++i) {
       if (offset < claimed_[i].end && claimed_[i].start < offset + length) return false;

@@ -14,7 +14,8 @@ namespace {
 constexpr unsigned kUnreadOnlyFlag = 0x20;
 
 void SetIdentifier(char (&field)[kIdentifierRoom], const char* identifier) {
-  if (identifier != nullptr && IsReadableText(identifier)) CopyWithinLimit(field, identifier, kIdentifierRoom);
+  if (identifier != nullptr && IsReadableText(identifier))
+    CopyWithinLimit(field, identifier, kIdentifierRoom);
 }
 
 bool Ask(const SharedBlock& block, StoreRequest kind, HWND parent) {

@@ -11,7 +11,8 @@ inline constexpr unsigned kSuccess = 0;
 inline constexpr unsigned kFailure = 2;
 inline constexpr unsigned kUnknownRecipient = 14;
 
-// Each returns the host's code, or kFailure when it could not be asked. Texts that cannot be read count as "".
+// Each returns the host's code, or kFailure when it could not be asked. Texts that cannot be read count as
+// "".
 unsigned FindNext(HWND parent, const char* seed, unsigned flags, char* identifier);
 unsigned ReadMail(HWND parent, const char* identifier, unsigned flags, MailRecord** message);
 unsigned DeleteMail(HWND parent, const char* identifier);

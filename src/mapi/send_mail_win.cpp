@@ -20,7 +20,7 @@
 namespace wfinfo::mapi {
 namespace {
 
-constexpr unsigned kDialogFlag = 8;    // the caller wants the user to see the mail
+constexpr unsigned kDialogFlag = 8;  // the caller wants the user to see the mail
 constexpr std::size_t kMacroRoom = 260;
 
 // A caller's text; nullopt when it is null or no readable memory.
@@ -88,7 +88,8 @@ void LogContents(const Mail& mail) {
   for (const FileRecord& file : mail.files) LogText("attach=", file.path);
 }
 
-// Takes the settings into account, and what forces the new-mail window: then the user's signature is wanted too.
+// Takes the settings into account, and what forces the new-mail window: then the user's signature is wanted
+// too.
 void Decide(Mail* mail, const SendSettings& settings, unsigned flags) {
   mail->mode = settings.mode;
   mail->macro = settings.macro;

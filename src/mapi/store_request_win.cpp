@@ -19,7 +19,8 @@ bool Post(HWND frame, const SharedBlock& block, StoreRequest kind, HANDLE event)
     return false;
   }
   block.as<StoreHead>().event = reinterpret_cast<std::uint64_t>(event_in_host);
-  if (PostMessageA(frame, kStoreRequest, static_cast<WPARAM>(kind), reinterpret_cast<LPARAM>(mapping_in_host))) {
+  if (PostMessageA(frame, kStoreRequest, static_cast<WPARAM>(kind),
+                   reinterpret_cast<LPARAM>(mapping_in_host))) {
     return true;
   }
   Log("PostMessage failed.");

@@ -8,9 +8,9 @@
 
 namespace wfinfo::mapi {
 
-// Passes `block`, whose fields the caller has filled in, to the host and waits for its answer; 1 when it has answered,
-// else 0. While the host waits for its user, or takes longer than a second, a dialog owned by `parent` (may be null)
-// lets the user give up.
+// Passes `block`, whose fields the caller has filled in, to the host and waits for its answer; 1 when it has
+// answered, else 0. While the host waits for its user, or takes longer than a second, a dialog owned by
+// `parent` (may be null) lets the user give up.
 int RequestHostMapiOperation(const SharedBlock& block, StoreRequest kind, HWND parent);
 
 }  // namespace wfinfo::mapi

@@ -1,8 +1,9 @@
 // Simple MAPI against a scripted host: what crosses the border, what the caller gets, how long he waits.
 #define WFINFO_NO_MAPI
-#include "support/library.h"
-
-#include <mapi.h>
+// clang-format off
+#include <windows.h>
+#include <mapi.h>  // needs the one above
+// clang-format on
 
 #include <gtest/gtest.h>
 
@@ -14,6 +15,7 @@
 #include <thread>
 
 #include "mapi/host_blocks.h"
+#include "support/library.h"
 #include "support/scripted_host_win.h"
 #include "support/temp_folder_win.h"
 
@@ -50,7 +52,8 @@ class Guarded {
 // A mapping handle that the library handed over, open here.
 class Block {
  public:
-  explicit Block(HANDLE mapping) : mapping_(mapping), view_(MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, 0)) {}
+  explicit Block(HANDLE mapping)
+      : mapping_(mapping), view_(MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, 0)) {}
   ~Block() {
     UnmapViewOfFile(view_);
     CloseHandle(mapping_);
@@ -145,7 +148,8 @@ class Mapi : public testing::Test {
 
 TEST_F(Mapi, TheSettingChoosesTheCommandWord) {
   MapiHost mapi;
-  EXPECT_EQ(Send(mapi, "s", "n"), "newmail Subject=s body=n To=a@b%2Ec") << "nothing set; no signature for that";
+  EXPECT_EQ(Send(mapi, "s", "n"), "newmail Subject=s body=n To=a@b%2Ec")
+      << "nothing set; no signature for that";
   SetMode(0);
   EXPECT_EQ(Send(mapi, "s", "n"), "sendnow Subject=s body=n To=a@b%2Ec");
   SetMode(1);
@@ -220,7 +224,8 @@ TEST_F(Mapi, MissingAndUnreadableMembersAreNoHarm) {
 
 TEST_F(Mapi, TextsAreReadToTheirEndAndNotBeyond) {
   MapiHost mapi;
-  const Guarded subject("s"), note("n"), name("Jo"), address("SMTP:x"), path("C:\\a"), file_name("a"), paths("p;q"), mark(";");
+  const Guarded subject("s"), note("n"), name("Jo"), address("SMTP:x"), path("C:\\a"), file_name("a"),
+      paths("p;q"), mark(";");
   MapiRecipDesc recipient{0, MAPI_CC, name.get(), address.get(), 0, nullptr};
   MapiFileDesc file{0, 0, 0, path.get(), file_name.get(), nullptr};
   MapiMessage message{};
@@ -246,9 +251,7 @@ TEST_F(Mapi, TheWindowThatTheHostNamesComesToTheFront) {
 TEST_F(Mapi, AMutexThatItsOwnerLeftBehindIsTaken) {
   MapiHost mapi;
   HANDLE mutex = nullptr;
-  std::thread([&] {
-    mutex = CreateMutexA(nullptr, TRUE, "Wrenfold_CommandLine");
-  }).join();
+  std::thread([&] { mutex = CreateMutexA(nullptr, TRUE, "Wrenfold_CommandLine"); }).join();
   Send(mapi, "s", "n");
   EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_OBJECT_0) << "released after the hand-off";
   ReleaseMutex(mutex);
@@ -316,7 +319,9 @@ TEST_F(Mapi, FindNextFillsInTheBlockAndTheCallersBuffer) {
   char found[512];
   ULONG code = 99;
   const Guarded seed("seed");
-  OnOtherThread([&] { code = MAPIFindNext(0, 0, Mutable("type"), seed.get(), MAPI_UNREAD_ONLY | MAPI_GUARANTEE_FIFO, 0, found); });
+  OnOtherThread([&] {
+    code = MAPIFindNext(0, 0, Mutable("type"), seed.get(), MAPI_UNREAD_ONLY | MAPI_GUARANTEE_FIFO, 0, found);
+  });
   EXPECT_EQ(code, 0u);
   EXPECT_EQ(found, std::string(259, 'f'));
   mapi.answer = [](const Block& block) {
@@ -343,7 +348,8 @@ TEST_F(Mapi, IdentifiersAreCutBetweenCharacters) {
   MapiHost mapi;
   for (const auto& row : cases) {
     mapi.answer = [&](const Block& block) {
-      EXPECT_EQ(std::string(block.as<DeleteBlock>().identifier), row.identifier.substr(0, row.kept)) << row.why;
+      EXPECT_EQ(std::string(block.as<DeleteBlock>().identifier), row.identifier.substr(0, row.kept))
+          << row.why;
       block.as<StoreHead>().result = 17;
     };
     ULONG code = 99;
@@ -600,12 +606,14 @@ TEST_F(Mapi, TheLogTellsWhatWasDone) {
   MapiHost mapi;
   GetWFInfoVersion(services);
   Send(mapi, "the subject", "the text");
-  EXPECT_EQ(lines, (std::vector<std::string>{"MAPISendMail64", "Addr = SMTP:a@b.c", "subject=the subject", "body=the text"}));
+  EXPECT_EQ(lines, (std::vector<std::string>{"MAPISendMail64", "Addr = SMTP:a@b.c", "subject=the subject",
+                                             "body=the text"}));
   lines.clear();
   MAPILogon(0, nullptr, nullptr, 5, 0, nullptr);
   MAPILogoff(0, 0, 0, 0);
   MAPIFreeBuffer(nullptr);
-  EXPECT_EQ(lines, (std::vector<std::string>{"MapiLogon64 flFlags=5", "MapiLogon ret", "MAPILogoff64", "MAPIFreeBuffer64", "ret"}));
+  EXPECT_EQ(lines, (std::vector<std::string>{"MapiLogon64 flFlags=5", "MapiLogon ret", "MAPILogoff64",
+                                             "MAPIFreeBuffer64", "ret"}));
   GetWFInfoVersion(nullptr);
 }
 

@@ -1,4 +1,5 @@
-// The small host as the receiver of other programs' mails: command lines, the outbox, the store, message images.
+// The small host as the receiver of other programs' mails: command lines, the outbox, the store, message
+// images.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -29,7 +30,8 @@ std::string Composed(const CommandLineRequest& request, const std::vector<Outgoi
 
 TEST(MailCommand, TakesTheArgumentsOfAMail) {
   const auto request = ParseMailCommand(
-      "sendnow Macro=a%20b Subject=Hello%20there body=one%0Atwo\r\n%zz To=Jo%20%3Cj@x%3E%2C%20b Cc=c To=d Bcc=e "
+      "sendnow Macro=a%20b Subject=Hello%20there body=one%0Atwo\r\n%zz To=Jo%20%3Cj@x%3E%2C%20b Cc=c To=d "
+      "Bcc=e "
       "Attach=C%3A\\a%20b*b%2Etxt Attach=%2A template=1");
   ASSERT_TRUE(request);
   EXPECT_EQ(request->command, MailCommand::kSendNow);
@@ -58,8 +60,10 @@ TEST(MailCommand, TakesQuotedPathsAsTheyStand) {
 }
 
 TEST(MailCommand, OtherLinesAreRefused) {
-  for (const char* line : {"", "send", " sendnow", "sendnowx", "NEWMAIL"}) EXPECT_FALSE(ParseMailCommand(line)) << line;
-  EXPECT_EQ(ParseMailCommand("unsentmail x y=z =")->command, MailCommand::kStoreUnsent) << "unknown words are passed by";
+  for (const char* line : {"", "send", " sendnow", "sendnowx", "NEWMAIL"})
+    EXPECT_FALSE(ParseMailCommand(line)) << line;
+  EXPECT_EQ(ParseMailCommand("unsentmail x y=z =")->command, MailCommand::kStoreUnsent)
+      << "unknown words are passed by";
 }
 
 // What the library builds, the host reads back.
@@ -95,11 +99,12 @@ TEST(OutgoingMail, APlainMailByteForByte) {
   request.body = "one\ntwo";
   request.to = "a@x.jp, Jo <j@x.jp>";
   request.bcc = "b@x.jp";
-  EXPECT_EQ(Composed(request),
-            "From: Taro <taro@example.jp>\r\nTo: a@x.jp,\r\n Jo <j@x.jp>\r\nBcc: b@x.jp\r\nSubject: Hello\r\n"
-            "Date: Fri, 21 Nov 2025 10:00:00 +0900\r\nMessage-ID: <u-1@wrenfold.invalid>\r\nMIME-Version: 1.0\r\n"
-            "X-Wrenfold-Command: sendnow\r\nContent-Type: text/plain; charset=UTF-8\r\n"
-            "Content-Transfer-Encoding: 7bit\r\n\r\none\r\ntwo\r\n");
+  EXPECT_EQ(
+      Composed(request),
+      "From: Taro <taro@example.jp>\r\nTo: a@x.jp,\r\n Jo <j@x.jp>\r\nBcc: b@x.jp\r\nSubject: Hello\r\n"
+      "Date: Fri, 21 Nov 2025 10:00:00 +0900\r\nMessage-ID: <u-1@wrenfold.invalid>\r\nMIME-Version: 1.0\r\n"
+      "X-Wrenfold-Command: sendnow\r\nContent-Type: text/plain; charset=UTF-8\r\n"
+      "Content-Transfer-Encoding: 7bit\r\n\r\none\r\ntwo\r\n");
 }
 
 TEST(OutgoingMail, TellsWhatIsToBecomeOfIt) {
@@ -127,7 +132,8 @@ TEST(OutgoingMail, JapaneseTextsAndEscapesBecomeUtf8) {
 
 TEST(OutgoingMail, ALongSubjectIsCutIntoWordsOfWholeCharacters) {
   CommandLineRequest request;
-  for (int i = 0; i < 40; ++i) *(request.subject ? &*request.subject : &request.subject.emplace()) += "\x93\xFA";
+  for (int i = 0; i < 40; ++i)
+    *(request.subject ? &*request.subject : &request.subject.emplace()) += "\x93\xFA";
   const HostMessage read = MakeHostMessage(Composed(request));
   std::string expected = "Subject: ";
   for (int i = 0; i < 40; ++i) expected += "\x93\xFA";
@@ -155,7 +161,8 @@ TEST(OutgoingMail, Recipients) {
     if (row.header == nullptr) {
       EXPECT_EQ(mail.find("\r\nTo:"), std::string::npos) << row.why;
     } else {
-      EXPECT_NE(mail.find("\r\nTo: " + std::string(row.header) + "\r\n"), std::string::npos) << row.why << mail;
+      EXPECT_NE(mail.find("\r\nTo: " + std::string(row.header) + "\r\n"), std::string::npos)
+          << row.why << mail;
     }
   }
 }
@@ -204,7 +211,8 @@ TEST_F(Folder, TheOutboxHoldsWholeMailsOnly) {
   request.files = {{(folder_ / "a.txt").string(), "shown.txt"}, {(folder_ / "none").string(), ""}, {"", ""}};
   EXPECT_EQ(PutIntoOutbox(request, kStamp, folder_ / "out" / "box"), std::nullopt);
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder_ / "out" / "box")) names.push_back(entry.path().filename());
+  for (const auto& entry : fs::directory_iterator(folder_ / "out" / "box"))
+    names.push_back(entry.path().filename());
   EXPECT_EQ(names, std::vector<std::string>{"u-1.eml"});
   MapiStore store(folder_ / "out" / "box");
   const HostMessage read = MakeHostMessage(store.Read("u-1.eml").value_or(""));
@@ -286,8 +294,8 @@ TEST(MapiImage, TheLibraryReadsWhatTheHostWrites) {
 }
 
 TEST(MapiSettings, AreReadLineByLine) {
-  const auto parsed = ParseMapiSettings(
-      "\xEF\xBB\xBF# mine\r\nfrom = Taro <t@x>\r\n\r\nslow=1500\nmodal=0\ndeaf=1\ndie=0");
+  const auto parsed =
+      ParseMapiSettings("\xEF\xBB\xBF# mine\r\nfrom = Taro <t@x>\r\n\r\nslow=1500\nmodal=0\ndeaf=1\ndie=0");
   const auto* settings = std::get_if<MapiSettings>(&parsed);
   ASSERT_NE(settings, nullptr);
   EXPECT_EQ(settings->from, "Taro <t@x>");

@@ -1,6 +1,4 @@
 // Command lines for the host, byte for byte.
-#include "mapi/command_line_builder.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -8,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "mapi/command_line_builder.h"
 #include "mapi/host_blocks.h"
 
 namespace {
@@ -128,8 +127,12 @@ struct RecipientCase {
 
 TEST(MapiCommandLine, Recipients) {
   const RecipientCase cases[] = {
-      {{To("a", nullptr), To("b", nullptr), To("c", nullptr, kCc)}, " To=a%2C%20b Cc=c", "keyword at each new class"},
-      {{To("a", nullptr), To("c", nullptr, kCc), To("b", nullptr)}, " To=a Cc=c To=b", "and again when it comes back"},
+      {{To("a", nullptr), To("b", nullptr), To("c", nullptr, kCc)},
+       " To=a%2C%20b Cc=c",
+       "keyword at each new class"},
+      {{To("a", nullptr), To("c", nullptr, kCc), To("b", nullptr)},
+       " To=a Cc=c To=b",
+       "and again when it comes back"},
       {{To("a", nullptr, kBcc), To("b", nullptr, kBcc)}, " Bcc=a%2C%20b", "blind copies"},
       {{To("Jo (Sales)", "SMTP:x")}, " To=%22Jo%20%28Sales%29%22%20%3Cx%3E", "quoted for its parentheses"},
       {{To("Jo", "x")}, " To=Jo%20%3Cx%3E", "plain name"},
@@ -138,10 +141,14 @@ TEST(MapiCommandLine, Recipients) {
       {{To("J\"o\"", "x\"y\"")}, " To=Jo%20%3Cxy%3E", "quotes of name and address go"},
       {{To("\"a\"", nullptr)}, " To=%22a%22", "those of a name alone stay"},
       {{To(nullptr, "\"a\"")}, " To=%22a%22", "and those of an address alone"},
-      {{To(nullptr, "smtp:x@y"), To(nullptr, "SmTpx@y")}, " To=x@y%2C%20SmTpx@y", "prefix in any case, with colon"},
+      {{To(nullptr, "smtp:x@y"), To(nullptr, "SmTpx@y")},
+       " To=x@y%2C%20SmTpx@y",
+       "prefix in any case, with colon"},
       {{To("", "x"), To("n", "")}, " To=x%2C%20n", "empty parts count as none"},
       {{To(nullptr, nullptr), To("", ""), To("a", nullptr)}, " To=a", "nobody is passed by"},
-      {{To("o", nullptr, 0), To("p", nullptr, 4), To("q", nullptr, 0x10000001)}, "", "classes that are not known"},
+      {{To("o", nullptr, 0), To("p", nullptr, 4), To("q", nullptr, 0x10000001)},
+       "",
+       "classes that are not known"},
       {{To("a", nullptr), To("p", nullptr, 4), To("b", nullptr)}, " To=a%2C%20b", "do not break a list"},
       {{To("\x83\x5C\x81\x7C", "x")}, " To=\x83\x5C\x81\x7C%20%3Cx%3E", "double-byte characters pass whole"},
   };
@@ -153,12 +160,14 @@ TEST(MapiCommandLine, Recipients) {
 }
 
 TEST(MapiCommandLine, FilesWithAndWithoutADisplayName) {
-  const FileRecord files[] = {Attached("C:\\a b.txt", "b.txt"), Attached("C:\\c", nullptr), Attached("C:\\d", ""),
-                              Attached(nullptr, "lost.txt"), Attached("", "lost.txt"), Attached("x*y", "*")};
+  const FileRecord files[] = {
+      Attached("C:\\a b.txt", "b.txt"), Attached("C:\\c", nullptr), Attached("C:\\d", ""),
+      Attached(nullptr, "lost.txt"),    Attached("", "lost.txt"),   Attached("x*y", "*")};
   Mail mail = PlainMail();
   mail.files = files;
   EXPECT_EQ(Built(mail),
-            "sendnow Subject=s body=n Attach=C%3A\\a%20b%2Etxt*b%2Etxt Attach=C%3A\\c Attach=C%3A\\d Attach=x%2Ay*%2A");
+            "sendnow Subject=s body=n Attach=C%3A\\a%20b%2Etxt*b%2Etxt Attach=C%3A\\c Attach=C%3A\\d "
+            "Attach=x%2Ay*%2A");
 }
 
 TEST(MapiCommandLine, TheBlockHasTheUsualSizeWhileThatIsEnough) {
@@ -169,7 +178,8 @@ TEST(MapiCommandLine, TheBlockHasTheUsualSizeWhileThatIsEnough) {
   const FileRecord files[] = {Attached("p", "q r"), Attached("p", nullptr)};
   mail.recipients = recipients;
   mail.files = files;
-  EXPECT_EQ(MailBlockSize(mail), (5u + 120) + (5 + 10) + (5 + 3 + 5 + 5) + (5 + 1) + (20 + 1 + 1 + 5) + (20 + 1));
+  EXPECT_EQ(MailBlockSize(mail),
+            (5u + 120) + (5 + 10) + (5 + 3 + 5 + 5) + (5 + 1) + (20 + 1 + 1 + 5) + (20 + 1));
   mail.subject = std::nullopt;
   mail.note = std::nullopt;
   mail.recipients = {};
@@ -187,7 +197,8 @@ TEST(MapiCommandLine, TwoThousandNamedRecipientsFit) {
   std::string expected = "sendnow Subject=s body=n To=" + one;
   for (int i = 1; i < 2000; ++i) expected += "%2C%20" + one;
   EXPECT_EQ(line, expected);
-  EXPECT_EQ(MailBlockSize(mail), kCommandLineAt + expected.size() + 1) << "the estimate alone would be too small";
+  EXPECT_EQ(MailBlockSize(mail), kCommandLineAt + expected.size() + 1)
+      << "the estimate alone would be too small";
 }
 
 TEST(MapiCommandLine, Documents) {
@@ -204,10 +215,13 @@ TEST(MapiCommandLine, Documents) {
       {"a b%20;c", ";,", " attach=\"a b%20\" attach=\"c\"", "nothing is escaped; the first character counts"},
       {"\x83\x7C.txt|b", "|", " attach=\"\x83\x7C.txt\" attach=\"b\"", "a trail byte is no delimiter"},
       {"\xE4;b", ";", " attach=\"\xE4\" attach=\"b\"", "a letter of another code page before the delimiter"},
-      {"a\x81\x42" "b", "\x81\x42", " attach=\"a\" attach=\"b\"", "a double-byte delimiter"},
+      {"a\x81\x42"
+       "b",
+       "\x81\x42", " attach=\"a\" attach=\"b\"", "a double-byte delimiter"},
   };
   for (const auto& row : cases) {
-    EXPECT_EQ(BuiltDocuments(row.paths, row.delimiter), "newmail" + std::string(row.expected) + " template=1 sign=1")
+    EXPECT_EQ(BuiltDocuments(row.paths, row.delimiter),
+              "newmail" + std::string(row.expected) + " template=1 sign=1")
         << row.why;
   }
 }
@@ -231,7 +245,8 @@ TEST(MapiCommandLine, RandomMailsNeverOutgrowTheirBlock) {
     std::vector<FileRecord> files;
     for (std::size_t i = 0; i + 1 < kept.size(); i += 2) {
       if (random() % 4 != 0) {
-        recipients.push_back({0, static_cast<std::uint32_t>(random() % 5), text(&kept[i]), text(&kept[i + 1]), 0, nullptr});
+        recipients.push_back(
+            {0, static_cast<std::uint32_t>(random() % 5), text(&kept[i]), text(&kept[i + 1]), 0, nullptr});
       } else {
         files.push_back({0, 0, 0, text(&kept[i]), text(&kept[i + 1]), nullptr});
       }

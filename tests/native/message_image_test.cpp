@@ -55,11 +55,13 @@ TEST(MessageImage, EveryOffsetBecomesAnAddress) {
   image.mail.date_received = image.Text<char*>("2025/11/21 10:00");
   const Recipient sender = {0, 0, image.Text<char*>("Sender"), image.Text<char*>("s@x"), 0, nullptr};
   image.mail.originator = At<Recipient*>(image.Put(&sender, sizeof sender));
-  const Recipient recipients[] = {{0, kTo, image.Text<char*>("Jo"), image.Text<char*>("j@x"), 3, At<void*>(8)},
-                                  {0, kCc, nullptr, image.Text<char*>("k@x"), 0, nullptr}};
+  const Recipient recipients[] = {
+      {0, kTo, image.Text<char*>("Jo"), image.Text<char*>("j@x"), 3, At<void*>(8)},
+      {0, kCc, nullptr, image.Text<char*>("k@x"), 0, nullptr}};
   image.mail.recipients = At<Recipient*>(image.Put(recipients, sizeof recipients));
   image.mail.recipient_count = 2;
-  const FileRecord file = {0, 0, 0xFFFFFFFF, image.Text<char*>("C:\\a"), image.Text<char*>("a"), image.Text<char*>("t")};
+  const FileRecord file = {
+      0, 0, 0xFFFFFFFF, image.Text<char*>("C:\\a"), image.Text<char*>("a"), image.Text<char*>("t")};
   image.mail.files = At<FileRecord*>(image.Put(&file, sizeof file));
   image.mail.file_count = 1;
 
@@ -98,7 +100,8 @@ TEST(MessageImage, TypeAndConversationAreLeftAlone) {
 }
 
 TEST(MessageImage, OffsetsOutsideTheImageBecomeNull) {
-  for (const std::size_t beyond : {std::size_t{0}, std::size_t{1}, std::size_t{1} << 40, SIZE_MAX - sizeof(MailRecord)}) {
+  for (const std::size_t beyond :
+       {std::size_t{0}, std::size_t{1}, std::size_t{1} << 40, SIZE_MAX - sizeof(MailRecord)}) {
     ImageUnderTest image;
     const std::size_t offset = image.size() + beyond;
     image.mail.subject = At<char*>(offset);
