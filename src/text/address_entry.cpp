@@ -21,7 +21,18 @@ constexpr bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 constexpr bool IsSeparator(char c) { return c == ',' || c == ';'; }
 
 // What a byte may mean; plain bytes are 0.
-enum Kind : std::uint8_t { kPlain, kQuote, kComment, kOpen, kClose, kSeparator, kBackslash, kBreak, kUnit, kEqual };
+enum Kind : std::uint8_t {
+  kPlain,
+  kQuote,
+  kComment,
+  kOpen,
+  kClose,
+  kSeparator,
+  kBackslash,
+  kBreak,
+  kUnit,
+  kEqual
+};
 
 constexpr std::array<std::uint8_t, 256> MakeKinds() {
   std::array<std::uint8_t, 256> kinds{};
@@ -96,7 +107,7 @@ class EntryScanner {
   AddressBytes& bytes_;
   std::size_t begin_;
   std::size_t at_;
-  std::size_t stop_ = 0;   // end of the text or of what an entry may hold
+  std::size_t stop_ = 0;       // end of the text or of what an entry may hold
   std::size_t open_ = kNone;   // last "<" outside sections
   std::size_t close_ = kNone;  // first ">" behind it
   std::size_t opened_ = 0;     // how many "<" there are
@@ -143,10 +154,10 @@ bool EntryScanner::FindQuoteRun(std::string_view run) {
   return false;
 }
 
-// From an opening quote to behind its close. A run of quotes ("" or "\") is closed by the mirrored run ("" or \"");
-// when there is none on the line, by that of a run one quote shorter, and so on. An even run of bare quotes in front
-// of a blank, a delimiter or the end is nothing but empty quotations and closes itself: otherwise the "" of one
-// entry would reach to the "" of another.
+// From an opening quote to behind its close. A run of quotes ("" or "\") is closed by the mirrored run ("" or
+// \""); when there is none on the line, by that of a run one quote shorter, and so on. An even run of bare
+// quotes in front of a blank, a delimiter or the end is nothing but empty quotations and closes itself:
+// otherwise the "" of one entry would reach to the "" of another.
 AddressError EntryScanner::SkipQuoted() {
   const std::size_t opening = at_;
   const char quote = text_[opening];
@@ -212,7 +223,8 @@ void EntryScanner::SkipBackslash() {
   at_ += next == ' ' && At(at_ + 1) == '(' ? 2 : UnitAt(at_);
 }
 
-// "=?charset?encoding?text?=" as a unit, when encoded words count; else, or without its end, one plain byte. The
+// "=?charset?encoding?text?=" as a unit, when encoded words count; else, or without its end, one plain byte.
+// The
 // "?=" that a text beginning with "=" makes is not taken for the end.
 void EntryScanner::SkipEqual() {
   const std::size_t word = at_++;
@@ -280,9 +292,9 @@ AddressError EntryScanner::WalkEntry() {
   return at_ - begin_ >= kEntryLimit ? AddressError::kEntryTooLong : AddressError::kNone;
 }
 
-// The part in front of the last "<" when it holds a "<" itself. Two addresses without a comma between them: it ends
-// in ">" and its last "<" stands before its last "@", or any of its <...> holds an "@". A "<" with an "@" behind it
-// and then a separator was never closed: the entry swallowed another.
+// The part in front of the last "<" when it holds a "<" itself. Two addresses without a comma between them:
+// it ends in ">" and its last "<" stands before its last "@", or any of its <...> holds an "@". A "<" with an
+// "@" behind it and then a separator was never closed: the entry swallowed another.
 AddressError EntryScanner::JudgeNamePart(std::size_t name_end) {
   const std::size_t end = open_;
   std::size_t last_open = kNone, last_at = kNone, last_close = kNone;
@@ -322,11 +334,12 @@ AddressError EntryScanner::JudgeRest() const {
   while (position < at_ && (IsBlank(text_[position]) || IsLineEnd(text_[position]))) ++position;
   if (position >= at_) return AddressError::kNone;
   const std::string_view comma = utf8_ ? "\xEF\xBC\x8C" : "\x81\x43";
-  return text_.substr(position, comma.size()) == comma ? AddressError::kFullWidthComma : AddressError::kNoComma;
+  return text_.substr(position, comma.size()) == comma ? AddressError::kFullWidthComma
+                                                       : AddressError::kNoComma;
 }
 
-// End of what stands from `from` to `to`, without blanks and folds at the end. Blanks that belong to a unit or to a
-// backslash stay; only where one could be is the text walked again.
+// End of what stands from `from` to `to`, without blanks and folds at the end. Blanks that belong to a unit
+// or to a backslash stay; only where one could be is the text walked again.
 std::size_t EntryScanner::TrimmedEnd(std::size_t from, std::size_t to) const {
   std::size_t end = to;
   while (end > from && IsBlank(text_[end - 1])) --end;
@@ -404,8 +417,8 @@ bool EntryScanner::ScanQuick(AddressEntry* entry) {
   return true;
 }
 
-// Copies `part`, which fits, leaving out its line breaks when `unfold`. Bytes of an escape that look like line ends
-// stay.
+// Copies `part`, which fits, leaving out its line breaks when `unfold`. Bytes of an escape that look like
+// line ends stay.
 void StorePart(std::string_view part, bool unfold, char* destination) {
   while (!part.empty()) {
     const std::string_view unit = NextUnit(part);

@@ -1,17 +1,17 @@
 // One entry off the front of an address list: an address alone, or a display name and an address in brackets.
 //
 //   list    = entry *( separator entry )            separator = "," / ";"
-//   entry   = [ name ] "<" address ">" / address    read up to a separator outside quotes, comments and brackets
-//   quoted  = "..." / a run of quotes up to the mirrored run / '...' at the very start of the entry
+//   entry   = [ name ] "<" address ">" / address    read up to a separator outside quotes, comments and
+//   brackets quoted  = "..." / a run of quotes up to the mirrored run / '...' at the very start of the entry
 //   comment = "(" ... ")", nested
 //
 //   taro@example.com                      address taro@example.com
 //   "Doe, John" <john@example.com>        name "Doe, John", address john@example.com
 //   Taro (Sales, Osaka) <taro@x.jp>; b@c  name Taro (Sales, Osaka), and a second entry b@c
 //
-// An entry also ends at the end of the text and at a line break that no blank follows (one that a blank follows is
-// a fold and counts as a blank). Double-byte characters and escapes are stepped over whole: none of their bytes is
-// ever taken for a delimiter. The text is only read.
+// An entry also ends at the end of the text and at a line break that no blank follows (one that a blank
+// follows is a fold and counts as a blank). Double-byte characters and escapes are stepped over whole: none
+// of their bytes is ever taken for a delimiter. The text is only read.
 #pragma once
 
 #include <cstddef>
@@ -50,7 +50,7 @@ AddressMessage MessageOf(AddressError error);
 
 struct AddressSyntax {
   unsigned code_page = kCodePageShiftJis;  // 65001: UTF-8; any other value: Shift-JIS
-  bool decode_words = false;               // step over MIME encoded words as units, leave folds out of the parts
+  bool decode_words = false;  // step over MIME encoded words as units, leave folds out of the parts
 };
 
 // An entry, as views into the list.
@@ -62,8 +62,8 @@ struct AddressEntry {
   std::size_t next = 0;      // where the next entry begins: behind the separator, else where the entry ended
 };
 
-// Reads the entry of `list` that begins at `at` (<= its size). name, address and next count only as far as `error`
-// allows.
+// Reads the entry of `list` that begins at `at` (<= its size). name, address and next count only as far as
+// `error` allows.
 AddressEntry ScanAddressEntry(std::string_view list, std::size_t at, const AddressSyntax& syntax = {});
 
 // Reads a list entry by entry: while (reader.Read()) use(reader.entry());

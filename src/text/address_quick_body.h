@@ -1,11 +1,12 @@
-// The mask routines, included once for each instruction set: behind its Load and PrefixXor, and with WFINFO_TARGET
-// defined as the attribute that lets the compiler use it.
+// The mask routines, included once for each instruction set: behind its Load and PrefixXor, and with
+// WFINFO_TARGET defined as the attribute that lets the compiler use it.
 
 // The bits before the lowest one of `bits`, or all when there is none.
 WFINFO_TARGET inline std::uint64_t BitsBefore(std::uint64_t bits) { return (bits & (~bits + 1)) - 1; }
 
-// The bytes that a lead byte or a backslash takes with it: every second byte of a run of these, and the one behind
-// it. Subtracting carries each run's start through the run; the odd bits tell which half of the run is meant.
+// The bytes that a lead byte or a backslash takes with it: every second byte of a run of these, and the one
+// behind it. Subtracting carries each run's start through the run; the odd bits tell which half of the run is
+// meant.
 WFINFO_TARGET inline std::uint64_t TakenBytes(std::uint64_t takes_next) {
   constexpr std::uint64_t kOdd = 0xAAAAAAAAAAAAAAAA;
   const std::uint64_t behind = takes_next << 1;
@@ -25,12 +26,12 @@ WFINFO_TARGET inline bool Understand(const Marks& marks, QuickAddress* entry) {
 
   const std::uint64_t before = BitsBefore(marks.separator & free & outside);
   const std::uint64_t quote_opens = quote & quoted;
-  const std::uint64_t unclear =
-      marks.control | (quote & comment) | ((opening | closing) & quoted) | (opening & ~comment) | (closing & comment) |
-      // A run of quotes, bare or with backslashes.
-      (quote_opens << 1 & (marks.quote | (marks.backslash & marks.quote >> 1))) |
-      // A backslash means different things in front of a lead byte and of " (".
-      (backslash << 1 & marks.lead) | (backslash << 2 & marks.opening);
+  const std::uint64_t unclear = marks.control | (quote & comment) | ((opening | closing) & quoted) |
+                                (opening & ~comment) | (closing & comment) |
+                                // A run of quotes, bare or with backslashes.
+                                (quote_opens << 1 & (marks.quote | (marks.backslash & marks.quote >> 1))) |
+                                // A backslash means different things in front of a lead byte and of " (".
+                                (backslash << 1 & marks.lead) | (backslash << 2 & marks.opening);
   const std::uint64_t less = marks.less & free & outside & before;
   const std::uint64_t greater = marks.greater & free & outside & before;
   // One "<" with its ">" as the last byte, or neither.

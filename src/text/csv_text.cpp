@@ -55,7 +55,7 @@ bool CopyWithoutQuotes(std::string_view from, char* to) {
 }
 
 constexpr std::size_t kBlock = 16;
-constexpr std::size_t kShortField = kBlock;    // bytes, quotes included
+constexpr std::size_t kShortField = kBlock;     // bytes, quotes included
 constexpr std::size_t kShortRoom = 2 * kBlock;  // where a short field is copied to
 
 // Copies 16 bytes and tells which of them are quotes.
@@ -66,7 +66,8 @@ inline std::uint32_t CopyBlock(const char* from, char* to) {
 }
 
 // UnquoteCsvField from the quote on that ends the text or is doubled: `quotes` are those of the first bytes.
-[[gnu::noinline]] std::size_t CopyBetweenQuotes(const char* from, const char* end, char* out, std::uint32_t quotes) {
+[[gnu::noinline]] std::size_t CopyBetweenQuotes(const char* from, const char* end, char* out,
+                                                std::uint32_t quotes) {
   const char* const start = out;
   while (quotes != 0) {
     const auto length = static_cast<std::size_t>(std::countr_zero(quotes));
@@ -80,8 +81,8 @@ inline std::uint32_t CopyBlock(const char* from, char* to) {
   return static_cast<std::size_t>(out - start + (end - from));
 }
 
-// UnquoteCsvField for a field of at most kShortField bytes, block by block. Behind the field kBlock bytes may be read,
-// and kShortRoom bytes of `out` may be written, whatever the length.
+// UnquoteCsvField for a field of at most kShortField bytes, block by block. Behind the field kBlock bytes may
+// be read, and kShortRoom bytes of `out` may be written, whatever the length.
 inline std::size_t CopyShortField(const char* from, std::size_t size, char* out) {
   const std::uint32_t within = (1U << size) - 1;
   const std::uint32_t quotes = CopyBlock(from, out) & within;

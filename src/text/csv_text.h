@@ -58,7 +58,8 @@ class CsvText {
   // Copies a field that Field gave without its quoting, as UnquoteCsvField does. `room` is at least its
   // length.
   std::size_t CopyField(std::string_view field, char* out, std::size_t room) const;
-  // Both at once, for a field of less than `room` bytes; gives `room` for a longer one, and nothing is copied.
+  // Both at once, for a field of less than `room` bytes; gives `room` for a longer one, and nothing is
+  // copied.
   std::size_t CopyColumn(std::size_t column, char* out, std::size_t room);
 
  private:
@@ -77,7 +78,8 @@ class CsvText {
   std::size_t line_ = 0;    // its number
   bool scanned_ = false;    // the next five speak of the current line
   CsvLine current_{};
-  std::size_t quick_fields_ = 0;  // its fields when starts_ has one more, far from the end of the text; else 0
+  std::size_t quick_fields_ =
+      0;  // its fields when starts_ has one more, far from the end of the text; else 0
   std::uint32_t starts_[kKeptStarts] = {};  // of its first fields, from the cursor
   std::size_t far_column_ = 0;              // the field behind those that was asked for last,
   std::size_t far_offset_ = 0;              // and where it starts

@@ -56,8 +56,8 @@ std::size_t AsciiBlocks(std::string_view text) {
   return at;
 }
 
-// Plain ASCII at the start of `text`, to the byte while a whole block may be read. At least 1: the first byte is known
-// to be plain.
+// Plain ASCII at the start of `text`, to the byte while a whole block may be read. At least 1: the first byte
+// is known to be plain.
 std::size_t AsciiRun(std::string_view text) {
   std::size_t at = 0;
   for (; at + kBlock <= text.size(); at += kBlock) {

@@ -49,7 +49,8 @@ TEST(AddressEntry, IsTakenApart) {
       {"Taro<t@x >,", "Taro", "t@x", 11, "blanks before the bracket's end"},
       {"\"Doe, John\" <j@x>, y", "\"Doe, John\"", "j@x", 18, "a comma in quotes"},
       {"(a, comment) x@y, z", "", "(a, comment) x@y", 17, "a comma in a comment"},
-      {"Taro (a (b, c) d, e) <t@x>", "\"Taro (a (b, c) d, e)\"", "t@x", 26, "nested comments; parentheses need quotes"},
+      {"Taro (a (b, c) d, e) <t@x>", "\"Taro (a (b, c) d, e)\"", "t@x", 26,
+       "nested comments; parentheses need quotes"},
       {"'Doe, John' <j@x>", "\"Doe, John\"", "j@x", 17, "apostrophes at the start of the entry quote"},
       {"O'Neil, x", "", "O'Neil", 7, "an apostrophe inside does not"},
       {"'a@b' , c", "", "a@b", 7, "an address loses its apostrophes"},
@@ -58,7 +59,8 @@ TEST(AddressEntry, IsTakenApart) {
       {"\"say \\\"x, y\\\"\" <a@b>", "\"say \\\"x, y\\\"\"", "a@b", 20, "escaped quotes"},
       {"\"\"Doe, John\"\" <a@b>", "\"Doe, John\"", "a@b", 19, "a doubled run reaches to its mirror"},
       {"\"\\\"Doe, J\\\"\" <a@b>", "\"\\\"Doe, J\\\"\"", "a@b", 18, "a run with an escaped quote"},
-      {"\"\"Doe, John\" <a@b>", "", "\"\"Doe", 6, "no mirrored run: one quote shorter, so the quotation is empty"},
+      {"\"\"Doe, John\" <a@b>", "", "\"\"Doe", 6,
+       "no mirrored run: one quote shorter, so the quotation is empty"},
       {"\"\" <a@b>, \"\" <c@d>", "\"\"", "a@b", 9, "an empty quotation does not reach to the next one"},
       {"a\\,b <c@d>", "\"a\\,b\"", "c@d", 10, "a backslash outside quotes takes the next unit"},
       {"a\\ (b <c@d>", "\"a\\ (b\"", "c@d", 11, "a backslash, a blank and a parenthesis"},
@@ -74,11 +76,13 @@ TEST(AddressEntry, IsTakenApart) {
   for (const EntryCase& c : cases) ExpectEntry(c);
 }
 
-// Second bytes that look like delimiters, escapes whose last byte looks like a line end, units cut off at the end.
+// Second bytes that look like delimiters, escapes whose last byte looks like a line end, units cut off at the
+// end.
 TEST(AddressEntry, StepsOverUnitsWhole) {
   const EntryCase cases[] = {
       {"\x8A\x5C\x95\x5C,x", "", "\x8A\x5C\x95\x5C", 5, "backslashes as second bytes"},
-      {"\x83\x5C (\x83\x5C) <a@b>, c", "\"\x83\x5C (\x83\x5C)\"", "a@b", 14, "one in front of a closing parenthesis"},
+      {"\x83\x5C (\x83\x5C) <a@b>, c", "\"\x83\x5C (\x83\x5C)\"", "a@b", 14,
+       "one in front of a closing parenthesis"},
       {"\"\x83\x5C\" <a@b>", "\"\x83\x5C\"", "a@b", 10, "one in front of a closing quote"},
       {"\x83\x40 <a@b>", "\x83\x40", "a@b", 8, "an at sign as second byte needs no quotes"},
       {"\x83\x5B\x83\x5D <a@b>", "\x83\x5B\x83\x5D", "a@b", 10, "square brackets"},
@@ -108,7 +112,8 @@ TEST(AddressEntry, Utf8HasItsOwnUnits) {
 TEST(AddressEntry, EncodedWordsAreUnitsOnRequest) {
   const AddressSyntax words{kCodePageShiftJis, true};
   ExpectEntry({"=?x?B?a,b?= <a@b>, c", "\"=?x?B?a,b?=\"", "a@b", 18, "a comma inside a word"}, words);
-  ExpectEntry({"=?x?Q?=41,?= <a@b>", "\"=?x?Q?=41,?=\"", "a@b", 18, "a word whose text begins with ="}, words);
+  ExpectEntry({"=?x?Q?=41,?= <a@b>", "\"=?x?Q?=41,?=\"", "a@b", 18, "a word whose text begins with ="},
+              words);
   ExpectEntry({"A\r\n B <a@b>", "A B", "a@b", 11, "folds are left out"}, words);
   ExpectEntry({"=?x, y", "", "=?x", 4, "no end: no word"}, words);
   ExpectEntry({"=?x?B?a,b?= <a@b>", "", "=?x?B?a", 8, "without the request"});
@@ -170,9 +175,11 @@ TEST(AddressEntry, LimitsAreExact) {
   const std::string name(505, 'n'), address(509, 'a');
   const std::string entry = name + std::string(7, ' ') + "<" + address + ">";
   ASSERT_EQ(entry.size(), 1023u);
-  for (const std::string& tail : {""s, ","s, ",x"s, "\r\nx"s}) EXPECT_EQ(error(entry + tail), AddressError::kNone) << tail;
+  for (const std::string& tail : {""s, ","s, ",x"s, "\r\nx"s})
+    EXPECT_EQ(error(entry + tail), AddressError::kNone) << tail;
   EXPECT_EQ(error(" " + entry), AddressError::kNone) << "blanks in front do not count";
-  for (const std::string& tail : {" "s, " ,"s, "\r\n "s}) EXPECT_EQ(error(entry + tail), AddressError::kEntryTooLong) << tail;
+  for (const std::string& tail : {" "s, " ,"s, "\r\n "s})
+    EXPECT_EQ(error(entry + tail), AddressError::kEntryTooLong) << tail;
 }
 
 TEST(AddressEntry, EveryErrorHasBothTexts) {
@@ -224,13 +231,15 @@ TEST(AddressList, IsWalked) {
   };
   for (const ListCase& c : cases) {
     EXPECT_EQ(CountAddresses(c.list), c.entries.size()) << c.why;
-    for (std::size_t i = 0; i < c.entries.size(); ++i) EXPECT_EQ(NthAddress(c.list, i), c.entries[i]) << c.why;
+    for (std::size_t i = 0; i < c.entries.size(); ++i)
+      EXPECT_EQ(NthAddress(c.list, i), c.entries[i]) << c.why;
     EXPECT_EQ(NthAddress(c.list, c.entries.size()), "") << c.why;
     EXPECT_EQ(NthAddress(c.list, 1000), "") << c.why;
   }
 }
 
-// --- Generated lists -----------------------------------------------------------------------------------------
+// --- Generated lists
+// -----------------------------------------------------------------------------------------
 
 using Random = std::mt19937;
 
@@ -244,13 +253,23 @@ struct Composed {
   std::string text, name, address;
 };
 
-const std::vector<std::string> kAtoms = {"a", "Bc", "x1", "-", "\x8E\x52", "\x95\x5C", "\x83\x40", "\x83\x7C", "\xB1",
-                                         "\x1A\x80\x80\x0D", "\x1A\x9A\x80\x84"};
+const std::vector<std::string> kAtoms = {"a",
+                                         "Bc",
+                                         "x1",
+                                         "-",
+                                         "\x8E\x52",
+                                         "\x95\x5C",
+                                         "\x83\x40",
+                                         "\x83\x7C",
+                                         "\xB1",
+                                         "\x1A\x80\x80\x0D",
+                                         "\x1A\x9A\x80\x84"};
 
 Composed Compose(Random& random) {
   std::vector<std::string> inside = kAtoms;
   inside.insert(inside.end(), {", ", ";", "<", ">", "@", "(", ")", "\\\"", "\\\\", "\r\n "});
-  const std::string address = Pick(random, {"a", "bc", "d.e", "f-g"}, 4) + "@" + Pick(random, {"x", "yz.", "w1"}, 3);
+  const std::string address =
+      Pick(random, {"a", "bc", "d.e", "f-g"}, 4) + "@" + Pick(random, {"x", "yz.", "w1"}, 3);
   switch (random() % 5) {
     case 0:
       return {address, "", address};
@@ -278,7 +297,8 @@ TEST(AddressListProperty, ParsingGivesBackWhatWasComposed) {
     std::string list;
     for (std::size_t n = random() % 6; n > 0; --n) {
       entries.push_back(Compose(random));
-      list += Pick(random, {" ", "\t", "\r\n "}, 2) + entries.back().text + (n > 1 || random() % 2 == 0 ? "," : "");
+      list += Pick(random, {" ", "\t", "\r\n "}, 2) + entries.back().text +
+              (n > 1 || random() % 2 == 0 ? "," : "");
     }
     ASSERT_EQ(CountAddresses(list), entries.size()) << list;
     AddressReader reader(list);
@@ -291,8 +311,8 @@ TEST(AddressListProperty, ParsingGivesBackWhatWasComposed) {
   }
 }
 
-// A list from which one delimiter was taken: what is still read are addresses that were put in, or texts that hold no
-// bracket, and never two addresses as one.
+// A list from which one delimiter was taken: what is still read are addresses that were put in, or texts that
+// hold no bracket, and never two addresses as one.
 TEST(AddressListProperty, AMalformedListGivesNoWrongAddress) {
   Random random(5);
   for (int round = 0; round < 5000; ++round) {
@@ -300,7 +320,8 @@ TEST(AddressListProperty, AMalformedListGivesNoWrongAddress) {
     std::string list;
     for (std::size_t n = 2 + random() % 4; n > 0; --n) {
       addresses.push_back(Pick(random, {"a", "bc", "d.e"}, 4) + "@" + Pick(random, {"x", "yz", "w1"}, 3));
-      const std::string name = random() % 2 == 0 ? "\"Doe, " + Pick(random, kAtoms, 3) + "\" " : Pick(random, kAtoms, 3) + " ";
+      const std::string name =
+          random() % 2 == 0 ? "\"Doe, " + Pick(random, kAtoms, 3) + "\" " : Pick(random, kAtoms, 3) + " ";
       list += name + "<" + addresses.back() + ">" + (n > 1 ? ", " : "");
     }
     const std::size_t gone = list.find_first_of("<>,", random() % list.size());
@@ -317,9 +338,34 @@ TEST(AddressListProperty, AMalformedListGivesNoWrongAddress) {
 }
 
 std::string Garbage(Random& random) {
-  static const std::vector<std::string> pieces = {
-      "\"", "\"\"", "'", "(", ")", "<", ">", "@", ",", ";", "\\", "\\\"", " ", "\t", "\r", "\n", "\r\n ", "\x81", "\x81\x43",
-      "\x83\x5C", "\x1A", "\x1A\x80\x80\x0D", "a", "b@c", "\xE8\xA1\xA8", "\x80", "\xFF", std::string(300, 'z')};
+  static const std::vector<std::string> pieces = {"\"",
+                                                  "\"\"",
+                                                  "'",
+                                                  "(",
+                                                  ")",
+                                                  "<",
+                                                  ">",
+                                                  "@",
+                                                  ",",
+                                                  ";",
+                                                  "\\",
+                                                  "\\\"",
+                                                  " ",
+                                                  "\t",
+                                                  "\r",
+                                                  "\n",
+                                                  "\r\n ",
+                                                  "\x81",
+                                                  "\x81\x43",
+                                                  "\x83\x5C",
+                                                  "\x1A",
+                                                  "\x1A\x80\x80\x0D",
+                                                  "a",
+                                                  "b@c",
+                                                  "\xE8\xA1\xA8",
+                                                  "\x80",
+                                                  "\xFF",
+                                                  std::string(300, 'z')};
   return Pick(random, pieces, 30);
 }
 

@@ -239,13 +239,23 @@ bool SlowLooksLikeShiftJis(const std::string& text) {
 
 TEST(ShiftJisTest, AgreesWithTheSlowRuleOnRandomTexts) {
   std::mt19937 random(11);
-  static const char* const kPieces[] = {"\x82\xA0", "\x93\xFA", "\x83\x5C", "\x99\x41", "\xE0\x9F", "\xB1", "a",
-                                        "plain text", "\r\n", "\x1A", "sixteen bytes and some more"};
+  static const char* const kPieces[] = {"\x82\xA0",
+                                        "\x93\xFA",
+                                        "\x83\x5C",
+                                        "\x99\x41",
+                                        "\xE0\x9F",
+                                        "\xB1",
+                                        "a",
+                                        "plain text",
+                                        "\r\n",
+                                        "\x1A",
+                                        "sixteen bytes and some more"};
   static const char* const kWrong[] = {"\x82", "\x81\x20", "\xFD", "\x80", "\xFC\xFC", "\xA0"};
   std::size_t passed = 0;
   for (int round = 0; round < 20000; ++round) {
     std::string text;
-    for (std::size_t pieces = random() % 30; pieces > 0; --pieces) text += kPieces[random() % std::size(kPieces)];
+    for (std::size_t pieces = random() % 30; pieces > 0; --pieces)
+      text += kPieces[random() % std::size(kPieces)];
     if (random() % 3 == 0) text.insert(random() % (text.size() + 1), kWrong[random() % std::size(kWrong)]);
     const std::unique_ptr<char[]> exact(new char[text.size()]);
     std::copy(text.begin(), text.end(), exact.get());
