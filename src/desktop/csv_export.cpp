@@ -17,8 +17,9 @@ constinit wfinfo::CsvText g_csv;
 }  // namespace
 
 long long CSV_LoadFile(const char* name) noexcept {
-  if (!wfinfo::IsText(name)) return 0;
+  // Also a refused load leaves nothing loaded.
   CSV_Free();
+  if (!wfinfo::IsText(name)) return 0;
   char* const text = wfinfo::LoadCsv(name);
   if (text == nullptr) return 0;
   g_csv.Attach(text);

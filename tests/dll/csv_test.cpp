@@ -122,12 +122,13 @@ TEST_F(CsvByHost, ANewLoadStartsAtItsFirstLine) {
   EXPECT_EQ(CSV_GetLineCount(), 0);
 }
 
-TEST_F(CsvByHost, ANumberForTheNameIsReportedAndKeepsWhatIsLoaded) {
+TEST_F(CsvByHost, ANumberForTheNameIsReportedAndLeavesNothingLoaded) {
   ScriptedHost host;
   LoadByHost(host, "a");
   EXPECT_EQ(CSV_LoadFile(kNumberForText), 0);
   host.ExpectMessages({kStringMessageEnglish});
-  EXPECT_STREQ(CSV_GetColumnText(0), "a");
+  EXPECT_STREQ(CSV_GetColumnText(0), "");
+  EXPECT_EQ(CSV_GetLineCount(), 0);
 }
 
 TEST_F(CsvByHost, AFailedLoadLeavesNothingLoaded) {
