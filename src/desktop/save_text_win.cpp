@@ -9,6 +9,7 @@
 
 #include "base/unique_win.h"
 #include "bridge/host_request_win.h"
+#include "bridge/report_win.h"
 #include "desktop/wide_text_win.h"
 #include "text/host_text.h"
 
@@ -22,9 +23,6 @@ enum Encoding { kHostText = 0, kUtf16 = 1, kUtf8 = 2, kUtf8WithMark = 3 };
 
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-
-// True for null and for what is no pointer but a number.
-bool IsNumber(const char* text) { return reinterpret_cast<std::uintptr_t>(text) < 0x10000; }
 
 // What goes into the file: the mark only when the file is empty before it.
 struct Contents {
@@ -65,8 +63,8 @@ UniqueFile OpenForWriting(const char* file_name, bool append, std::uint64_t& pos
 }  // namespace
 
 bool SaveText(const char* file_name, const char* text, int append, int encoding) {
-  // A number in the place of a text: nothing is opened for it.
-  if (IsNumber(file_name) || IsNumber(text)) return false;
+  // What is no text is not reported here, but nothing is opened for it either.
+  if (!IsReadableText(file_name) || !IsReadableText(text)) return false;
   std::uint64_t position = 0;
   const UniqueFile file = OpenForWriting(file_name, append != 0, position);
   if (!file) return false;

@@ -1,6 +1,7 @@
 // The file functions for macros, with real files.
 #include <gtest/gtest.h>
 
+#include "support/bad_texts.h"
 #include "support/library.h"
 #include "support/scripted_host_win.h"
 #include "support/temp_folder_win.h"
@@ -238,11 +239,15 @@ TEST(SaveStringToFile, WhatCannotBeOpenedIsAFailure) {
   EXPECT_EQ(folder.Read("locked"), "kept");
 }
 
-TEST(SaveStringToFile, ANumberForTheTextTouchesNoFile) {
+TEST(SaveStringToFile, WhatIsNoTextTouchesNoFileWithoutAMessage) {
+  ScriptedHost host;
   const TempFolder folder;
   const std::string path = folder.Path("file");
-  EXPECT_EQ(SaveStringToFile(path.c_str(), nullptr, 0, 0), 0);
-  EXPECT_EQ(SaveStringToFile(path.c_str(), kNumberForText, 0, 1), 0);
+  for (const char* bad : BadTexts()) {
+    EXPECT_EQ(SaveStringToFile(path.c_str(), bad, 0, 0), 0);
+    EXPECT_EQ(SaveStringToFile(path.c_str(), bad, 0, 1), 0);
+    EXPECT_EQ(SaveStringToFile(bad, "text", 0, 0), 0);
+  }
   EXPECT_FALSE(folder.Has("file"));
 }
 
