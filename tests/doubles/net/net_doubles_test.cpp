@@ -4,8 +4,12 @@
 #include <gtest/gtest.h>
 #include <psapi.h>
 
+#include <cstring>
 #include <filesystem>
+#include <future>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "support/library.h"
 #include "support/scripted_host_win.h"
@@ -124,6 +128,139 @@ TEST_F(HttpDouble, AReaderThatFillsTheBufferWholeLosesNothing) {
     Inet_OpenUrl("http://example.org/");
     EXPECT_EQ(std::string(Inet_Read()), std::string(static_cast<std::size_t>(size), 'b')) << size;
   }
+}
+
+// Replaces a function that the library imports by name, while alive.
+class ReplacedImport {
+ public:
+  ReplacedImport(const char* name, void* replacement) : slot_(Find(name)) {
+    if (slot_ == nullptr) {
+      ADD_FAILURE() << name << " is not imported";
+      return;
+    }
+    original_ = Put(replacement);
+  }
+  ~ReplacedImport() {
+    if (slot_ != nullptr) Put(original_);
+  }
+  ReplacedImport(const ReplacedImport&) = delete;
+  ReplacedImport& operator=(const ReplacedImport&) = delete;
+
+ private:
+  static void** Find(const char* name) {
+    auto* const base = reinterpret_cast<char*>(GetModuleHandleA("WFINFO.dll"));
+    const auto* const dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
+    const auto* const headers = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const auto& imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    auto* module = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports.VirtualAddress);
+    for (; module->FirstThunk != 0; ++module) {
+      auto* names = reinterpret_cast<IMAGE_THUNK_DATA*>(base + module->OriginalFirstThunk);
+      auto* slots = reinterpret_cast<void**>(base + module->FirstThunk);
+      for (; names->u1.AddressOfData != 0; ++names, ++slots) {
+        if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
+        const auto* const import = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
+        if (std::strcmp(reinterpret_cast<const char*>(import->Name), name) == 0) return slots;
+      }
+    }
+    return nullptr;
+  }
+
+  void* Put(void* function) {
+    DWORD protection;
+    VirtualProtect(slot_, sizeof *slot_, PAGE_READWRITE, &protection);
+    void* const before = std::exchange(*slot_, function);
+    VirtualProtect(slot_, sizeof *slot_, protection, &protection);
+    return before;
+  }
+
+  void** slot_;
+  void* original_ = nullptr;
+};
+
+std::vector<SIZE_T> g_grown;    // sizes that the receive buffer has grown to
+std::size_t g_growthsLeft = 0;  // before memory is out
+
+HLOCAL WINAPI GrowSometimes(HLOCAL block, SIZE_T size, UINT flags) {
+  if (g_growthsLeft == 0) return nullptr;
+  --g_growthsLeft;
+  g_grown.push_back(size);
+  return LocalReAlloc(block, size, flags);
+}
+
+HLOCAL WINAPI NoReceiveBuffer(UINT flags, SIZE_T size) {
+  return flags == LMEM_MOVEABLE && size == 65536 ? nullptr : LocalAlloc(flags, size);
+}
+
+TEST_F(HttpDouble, WithoutMemoryAtAnyGrowthWhatWasReadIsReturned) {
+  std::vector<SIZE_T> steps;
+  for (SIZE_T size = 2 * 65536; size <= 1048576; size += 65536) steps.push_back(size);
+  for (SIZE_T size = 2 * 1048576; size <= 4194304; size += 1048576) steps.push_back(size);
+  const ReplacedImport growth("LocalReAlloc", reinterpret_cast<void*>(&GrowSometimes));
+  state_.fill_whole = 1;
+  for (std::size_t granted = 0; granted <= steps.size(); ++granted) {
+    SCOPED_TRACE(granted);
+    g_grown.clear();
+    g_growthsLeft = granted;
+    state_.body_size = 5 << 20;
+    Inet_OpenUrl("http://example.org/");
+    const char* const text = Inet_Read();
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(std::strlen(text), (granted == 0 ? 65536 : steps[granted - 1]) - 1);
+    EXPECT_EQ(g_grown, std::vector<SIZE_T>(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(granted)));
+    host_.ExpectMessages({granted < steps.size() ? "WFINFO.DLL Inet_DoRead: failed to allocate memory."
+                                                 : "WFINFO.DLL Inet_DoRead: recv data size too big."});
+    state_.body_size = 10;
+    Inet_OpenUrl("http://example.org/");
+    EXPECT_STREQ(Inet_Read(), "bbbbbbbbbb") << "the buffer is still sound";
+    Inet_Close();
+  }
+}
+
+TEST_F(HttpDouble, WithoutAnyMemoryThereIsNoText) {
+  const ReplacedImport allocation("LocalAlloc", reinterpret_cast<void*>(&NoReceiveBuffer));
+  Inet_OpenUrl("http://example.org/");
+  EXPECT_EQ(Inet_Read(), nullptr);
+  host_.ExpectMessages({"WFINFO.DLL Inet_DoRead: failed to allocate memory."});
+}
+
+TEST_F(HttpDouble, ASessionThatIsClosedDuringItsReadHasNoText) {
+  state_.body_size = 100;
+  Inet_OpenUrl("http://example.org/");
+  state_.on_read = [] { Inet_Close(); };
+  EXPECT_EQ(Inet_Read(), nullptr);
+  EXPECT_EQ(state_.open_handles, 0);
+  EXPECT_EQ(Inet_Read(), nullptr);
+  host_.ExpectMessages({"WFINFO.DLL Inet_DoRead: Inet_OpenUrl not yet"});
+}
+
+// Threads that hold the whole table until they are released.
+std::vector<std::thread> g_holders;
+std::promise<void> g_release;
+
+void FillTheTable() {
+  const std::shared_future<void> released = g_release.get_future().share();
+  std::vector<std::future<void>> opened;
+  for (int i = 0; i < 32; ++i) {
+    std::promise<void> open;
+    opened.push_back(open.get_future());
+    g_holders.emplace_back([released, open = std::move(open)]() mutable {
+      EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);
+      open.set_value();
+      released.wait();
+    });
+  }
+  for (const auto& open : opened) open.wait();
+}
+
+TEST_F(HttpDouble, ATableThatFillsUpDuringAnOpenRefusesItAndLeavesNoHandle) {
+  state_.on_open_url = &FillTheTable;
+  EXPECT_EQ(Inet_OpenUrl("http://example.org/"), -1);
+  EXPECT_EQ(state_.open_handles, 64) << "two for each of the others";
+  host_.ExpectMessages({"WFINFO.DLL Inet_OpenUrl: Too many internet sessions."});
+  g_release.set_value();
+  for (std::thread& holder : g_holders) holder.join();
+  EXPECT_EQ(state_.open_handles, 0);
+  EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);
 }
 
 TEST_F(HttpDouble, AnEmptyHeaderValueGivesNull) {

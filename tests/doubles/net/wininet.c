@@ -16,6 +16,12 @@ static HINTERNET NewHandle(void) {
   return (HINTERNET)(INT_PTR)__atomic_add_fetch(&g_next_handle, 1, __ATOMIC_RELAXED);
 }
 
+static void CallOnce(void (**hook)(void)) {
+  void (*const call)(void) = *hook;
+  *hook = NULL;
+  if (call != NULL) call();
+}
+
 HINTERNET WINAPI InternetOpenA(LPCSTR agent, DWORD type, LPCSTR proxy, LPCSTR bypass, DWORD flags) {
   (void)type, (void)proxy, (void)bypass, (void)flags;
   ++g_state.opens;
@@ -32,6 +38,7 @@ BOOL WINAPI InternetCloseHandle(HINTERNET handle) {
 HINTERNET WINAPI InternetOpenUrlA(HINTERNET internet, LPCSTR url, LPCSTR headers, DWORD length, DWORD flags,
                                   DWORD_PTR context) {
   (void)internet, (void)headers, (void)length, (void)context;
+  CallOnce(&g_state.on_open_url);
   g_state.flags = flags;
   lstrcpynA(g_state.url, url, sizeof g_state.url);
   g_left = g_state.body_size;
@@ -47,6 +54,7 @@ BOOL WINAPI InternetReadFile(HINTERNET request, LPVOID buffer, DWORD room, LPDWO
 
 BOOL WINAPI InternetReadFileExA(HINTERNET request, LPINTERNET_BUFFERSA record, DWORD flags, DWORD_PTR context) {
   (void)request, (void)context;
+  CallOnce(&g_state.on_read);
   if (flags != IRF_SYNC || record->dwStructSize != 56) {
     SetLastError(ERROR_INVALID_PARAMETER);
     return FALSE;

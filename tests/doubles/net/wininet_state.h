@@ -11,6 +11,8 @@ struct WinInetState {
   int response_succeeds; /* InternetGetLastResponseInfoA gives response_code */
   unsigned response_code;
   int empty_header; /* HttpQueryInfoA succeeds with an empty value */
+  void (*on_open_url)(void); /* called once, inside the next InternetOpenUrlA */
+  void (*on_read)(void);     /* called once, inside the next InternetReadFileExA */
 
   int open_handles;  /* opened and not closed */
   int opens;         /* InternetOpenA calls */
