@@ -233,6 +233,18 @@ TEST_F(HttpDouble, ASessionThatIsClosedDuringItsReadHasNoText) {
   host_.ExpectMessages({"WFINFO.DLL Inet_DoRead: Inet_OpenUrl not yet"});
 }
 
+DWORD WINAPI TimedOut(HANDLE, DWORD) { return WAIT_TIMEOUT; }
+
+TEST_F(HttpDouble, AWaitForTheTableThatTimesOutIsIgnored) {
+  state_.body_size = 10;
+  Inet_OpenUrl("http://example.org/");
+  const ReplacedImport wait("WaitForSingleObject", reinterpret_cast<void*>(&TimedOut));
+  EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);
+  EXPECT_STREQ(Inet_Read(), "bbbbbbbbbb");
+  EXPECT_EQ(Inet_Close(), 0);
+  EXPECT_EQ(state_.open_handles, 0);
+}
+
 // Threads that hold the whole table until they are released.
 std::vector<std::thread> g_holders;
 std::promise<void> g_release;
@@ -365,6 +377,28 @@ TEST_F(SocketDouble, AFailedSocketLeavesATextAndNoConnection) {
   EXPECT_STREQ(Sock_GetErrorString(), "socket function failed.");
   EXPECT_EQ(Sock_send("x"), 0);
   EXPECT_EQ(Sock_recv(), 0);
+}
+
+HWND WINAPI NoWindow(DWORD, LPCSTR, LPCSTR, DWORD, int, int, int, int, HWND, HMENU, HINSTANCE, LPVOID) {
+  return nullptr;
+}
+
+HLOCAL WINAPI NoMemory(UINT flags, SIZE_T size) { return size == 32768 ? nullptr : LocalAlloc(flags, size); }
+
+TEST_F(SocketDouble, WithoutAWindowNothingIsReceivedAndTheConnectionStays) {
+  EXPECT_EQ(Sock_connect("10.0.0.1", 80, 0), 1);
+  const ReplacedImport window("CreateWindowExA", reinterpret_cast<void*>(&NoWindow));
+  EXPECT_EQ(Sock_recv(), 0);
+  EXPECT_EQ(state_.open_sockets, 1);
+  EXPECT_EQ(Sock_closesocket(), 1);
+  EXPECT_EQ(state_.open_sockets, 0);
+}
+
+TEST_F(SocketDouble, WithoutMemoryNothingIsReceived) {
+  EXPECT_EQ(Sock_connect("10.0.0.1", 80, 0), 1);
+  const ReplacedImport memory("LocalAlloc", reinterpret_cast<void*>(&NoMemory));
+  EXPECT_EQ(Sock_recv(), 0);
+  EXPECT_STREQ(Sock_GetRecvData(), "");
 }
 
 TEST_F(SocketDouble, NamesAndAddressesAreTurnedAsAgreed) {
