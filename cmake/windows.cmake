@@ -26,7 +26,7 @@ add_custom_target(catalogue_files DEPENDS ${printed})
 # What the library's own code is compiled with: host text literals in code page 932, no exceptions, no RTTI.
 set(library_options -fexec-charset=CP932 -fno-exceptions -fno-rtti -fstack-protector-strong)
 # Hardening of everything linked: address randomisation over 64 bits, no executable data, reproducible headers.
-set(hardening -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
+set(hardening -Wl,--strip-debug -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
 
 target_compile_options(wfinfo_pure PRIVATE ${library_options})
 # The compiler keeps 32-byte vectors on a stack that Windows aligns to 16 bytes only: have it use unaligned moves.

@@ -83,6 +83,10 @@ TEST(Catalogue, RowsAgreeWithTheGoldenList) {
   }
 }
 
+TEST(Catalogue, EveryNameOfTheGoldenListHasARow) {
+  for (const auto& [name, requests] : GoldenRequests()) EXPECT_NE(FindRow(name), nullptr) << name;
+}
+
 TEST(Catalogue, EveryRowIsDocumented) {
   for (const Row& row : Rows()) {
     EXPECT_FALSE(row.doc.empty()) << row.name;
