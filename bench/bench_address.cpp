@@ -1,5 +1,5 @@
-// Address lists: large, varied input, so that the branch predictor learns nothing by heart. The peers read the same
-// list; each row says how many nanoseconds one address takes.
+// Address lists: large, varied input, so that the branch predictor learns nothing by heart. The peers read
+// the same list; each row says how many nanoseconds one address takes.
 #include <benchmark/benchmark.h>
 
 #include <initializer_list>
@@ -76,8 +76,8 @@ const std::string& List(bool ascii) {
 
 void Report(benchmark::State& state) {
   state.counters["per_address"] =
-      benchmark::Counter(static_cast<double>(kAddresses), benchmark::Counter::kIsIterationInvariantRate |
-                                                              benchmark::Counter::kInvert);
+      benchmark::Counter(static_cast<double>(kAddresses),
+                         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 void Split(benchmark::State& state) {

@@ -1,5 +1,6 @@
-// Address lists: the fast parser agrees with the plain one on every entry, every part lies inside its entry, walks
-// and counts agree, no part ends inside a character, and reading an entry that was read gives the same parts again.
+// Address lists: the fast parser agrees with the plain one on every entry, every part lies inside its entry,
+// walks and counts agree, no part ends inside a character, and reading an entry that was read gives the same
+// parts again.
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -16,7 +17,8 @@ void Require(bool condition) {
 }
 
 bool Within(std::string_view part, std::string_view whole) {
-  return part.empty() || (part.data() >= whole.data() && part.data() + part.size() <= whole.data() + whole.size());
+  return part.empty() ||
+         (part.data() >= whole.data() && part.data() + part.size() <= whole.data() + whole.size());
 }
 
 void Compare(std::string_view list, std::size_t at, const wfinfo::AddressEntry& entry, bool utf8) {

@@ -1,5 +1,5 @@
-// Parts of host text: they lie inside the text, begin and end at its units, and are as long as was asked for up to
-// three bytes; escaping quotes fits its room and can be undone; searches agree with a plain walk.
+// Parts of host text: they lie inside the text, begin and end at its units, and are as long as was asked for
+// up to three bytes; escaping quotes fits its room and can be undone; searches agree with a plain walk.
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -37,7 +37,8 @@ void CheckEscaping(std::string_view text) {
 
 void CheckSearch(std::string_view text, std::string_view part, const std::vector<bool>& border) {
   bool found = false;
-  for (std::size_t at = 0; at <= text.size(); ++at) found = found || (border[at] && text.substr(at, part.size()) == part);
+  for (std::size_t at = 0; at <= text.size(); ++at)
+    found = found || (border[at] && text.substr(at, part.size()) == part);
   Require(wfinfo::Includes(text, part) == found);
 }
 
@@ -67,7 +68,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string again = upper;
   wfinfo::MakeUpperCase(again);
   Require(upper == again && upper.size() == text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) Require(upper[i] == text[i] || (text[i] >= 'a' && text[i] <= 'z'));
+  for (std::size_t i = 0; i < text.size(); ++i)
+    Require(upper[i] == text[i] || (text[i] >= 'a' && text[i] <= 'z'));
   wfinfo::MakeLowerCase(again);
 
   const int random = wfinfo::RandomnessScore(text) + 2 * wfinfo::DomainRandomness(text);

@@ -1,5 +1,5 @@
-// Replays a corpus through a fuzz target without libFuzzer: each file under the given folders or files once, and
-// each of its prefixes up to 64 bytes, so that truncated units at the end are always covered.
+// Replays a corpus through a fuzz target without libFuzzer: each file under the given folders or files once,
+// and each of its prefixes up to 64 bytes, so that truncated units at the end are always covered.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>

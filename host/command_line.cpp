@@ -15,7 +15,7 @@ struct OptionRow {
   std::vector<std::string> Options::*values;
   void (*set)(Options& options);
   bool (*take)(Options& options, const std::string& value) = nullptr;  // false: not a value for it
-  std::string_view needs = "a file name";                             // behind it
+  std::string_view needs = "a file name";                              // behind it
 };
 
 bool TakeMilliseconds(std::optional<unsigned>& to, const std::string& value) {
@@ -34,11 +34,12 @@ constexpr OptionRow kOptions[] = {
     {"--english", nullptr, [](Options& options) { options.english = true; }},
     {"--japanese", nullptr, [](Options& options) { options.english = false; }},
     {"--serve", nullptr, [](Options& options) { options.serve = true; }},
-    {"--home", nullptr, nullptr, [](Options& o, const std::string& value) { return o.home = value, true; }, "a folder"},
-    {"--slow", nullptr, nullptr, [](Options& o, const std::string& v) { return TakeMilliseconds(o.slow_ms, v); },
-     "milliseconds"},
-    {"--modal", nullptr, nullptr, [](Options& o, const std::string& v) { return TakeMilliseconds(o.modal_ms, v); },
-     "milliseconds"},
+    {"--home", nullptr, nullptr, [](Options& o, const std::string& value) { return o.home = value, true; },
+     "a folder"},
+    {"--slow", nullptr, nullptr,
+     [](Options& o, const std::string& v) { return TakeMilliseconds(o.slow_ms, v); }, "milliseconds"},
+    {"--modal", nullptr, nullptr,
+     [](Options& o, const std::string& v) { return TakeMilliseconds(o.modal_ms, v); }, "milliseconds"},
     {"--deaf", nullptr, [](Options& options) { options.deaf = true; }},
     {"--die", nullptr, [](Options& options) { options.die = true; }},
     {"--register-mapi", nullptr, [](Options& options) { options.register_mapi = true; }},

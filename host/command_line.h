@@ -25,8 +25,8 @@ struct Options {
 
   // Simple MAPI: serving other programs, which is also what happens without any argument; and registration.
   bool serve = false;
-  std::string home;                      // "" : the usual one
-  std::optional<unsigned> slow_ms;       // these four: over the settings file
+  std::string home;                 // "" : the usual one
+  std::optional<unsigned> slow_ms;  // these four: over the settings file
   std::optional<unsigned> modal_ms;
   bool deaf = false;
   bool die = false;

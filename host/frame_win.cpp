@@ -17,9 +17,9 @@ constexpr UINT kPlaceOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
 RequestServer* g_server = nullptr;  // while the windows live
 HWND g_frame = nullptr;
 HWND g_view = nullptr;
-HWND g_receiver = nullptr;    // of the request at hand
-HWND g_acting = nullptr;      // a frame that acts for all windows; null: each for itself
-std::vector<HWND> g_greps;    // windows with search results, the newest last
+HWND g_receiver = nullptr;  // of the request at hand
+HWND g_acting = nullptr;    // a frame that acts for all windows; null: each for itself
+std::vector<HWND> g_greps;  // windows with search results, the newest last
 bool g_searching = false;
 
 bool IsGrep(HWND window) { return std::find(g_greps.begin(), g_greps.end(), window) != g_greps.end(); }

@@ -1,9 +1,9 @@
-// Prints from the catalogue what must never drift from it: the module-definition file, the public C header, and
-// the reference as Markdown and JSON.
+// Prints from the catalogue what must never drift from it: the module-definition file, the public C header,
+// and the reference as Markdown and JSON.
 //
 //   print_catalogue def|header|markdown|json > file
-#include <cstdlib>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -49,9 +49,9 @@ constexpr TypeText kParameterTypes[] = {
 };
 
 constexpr TypeText kResultTypes[] = {
-    {"Int", "long long", "integer, 0 on failure"},   {"Int32", "int", "32-bit integer, 0 on failure"},
+    {"Int", "long long", "integer, 0 on failure"},         {"Int32", "int", "32-bit integer, 0 on failure"},
     {"UInt32", "unsigned int", "32-bit unsigned integer"}, {"Str", "const char*", "text, \"\" on failure"},
-    {"Handle", "void*", "handle, null on failure"},  {"Void", "void", "nothing"},
+    {"Handle", "void*", "handle, null on failure"},        {"Void", "void", "nothing"},
 };
 
 template <std::size_t kSize>
@@ -59,7 +59,8 @@ const TypeText& TypeOf(const TypeText (&types)[kSize], std::string_view row_type
   for (const TypeText& type : types) {
     if (type.row_type == row_type) return type;
   }
-  std::fprintf(stderr, "print_catalogue: unknown type %.*s\n", static_cast<int>(row_type.size()), row_type.data());
+  std::fprintf(stderr, "print_catalogue: unknown type %.*s\n", static_cast<int>(row_type.size()),
+               row_type.data());
   std::exit(1);
 }
 
@@ -84,7 +85,8 @@ std::string SentText(const Row& row) {
       return "menu command " + code;
     case Kind::kCommand:
     case Kind::kStart:
-      return "code " + code + " (" + std::string(row.dispatcher) + "), command " + std::to_string(row.first_slot);
+      return "code " + code + " (" + std::string(row.dispatcher) + "), command " +
+             std::to_string(row.first_slot);
     case Kind::kThin: {
       std::string text = "code " + code + " (" + std::string(row.dispatcher) + ")";
       if (row.first_slot != kNoFirstSlot) text += ", sub-command " + std::to_string(row.first_slot);
@@ -126,7 +128,8 @@ int PrintDefinitionFile() {
   return 0;
 }
 
-constexpr char kHeaderHead[] = R"head(/* wfinfo.h: the exports of WFINFO.dll. Printed from the catalogue; do not edit.
+constexpr char kHeaderHead[] =
+    R"head(/* wfinfo.h: the exports of WFINFO.dll. Printed from the catalogue; do not edit.
  *
  * Texts are zero-terminated Shift-JIS (code page 932); a character outside it travels as the four-byte escape
  * that begins with 0x1A. A text result stays valid until the next call that returns a text; it is never to be
@@ -176,7 +179,8 @@ int PrintHeader() {
       PrintWrapped(" *   ", line);
     }
     std::string sent = SentText(row);
-    if (!sent.empty()) PrintWrapped(" * ", "Sends " + sent + "; while a dialog shows: " + DialogText(row) + ".");
+    if (!sent.empty())
+      PrintWrapped(" * ", "Sends " + sent + "; while a dialog shows: " + DialogText(row) + ".");
     if (row.inferred) PrintWrapped(" * ", "The parameter list is inferred from the family and the name.");
     std::printf(" */\n%s;\n", Prototype(row).c_str());
   }
@@ -202,8 +206,8 @@ int PrintMarkdown() {
       family = row.family;
       std::printf("\n## %.*s\n", static_cast<int>(family.size()), family.data());
     }
-    std::printf("\n### `%.*s`\n\n```c\n%s;\n```\n\n%s\n\n", static_cast<int>(row.name.size()), row.name.data(),
-                Prototype(row).c_str(), std::string(row.doc).c_str());
+    std::printf("\n### `%.*s`\n\n```c\n%s;\n```\n\n%s\n\n", static_cast<int>(row.name.size()),
+                row.name.data(), Prototype(row).c_str(), std::string(row.doc).c_str());
     if (!row.parameters.empty()) {
       std::printf("| parameter | type | meaning |\n|---|---|---|\n");
       for (const Parameter& parameter : row.parameters) {
@@ -215,7 +219,8 @@ int PrintMarkdown() {
     }
     std::printf("- Result: %s.\n", std::string(TypeOf(kResultTypes, row.result).meaning).c_str());
     const std::string sent = SentText(row);
-    if (!sent.empty()) std::printf("- Sends: %s.\n- While a dialog shows: %s.\n", sent.c_str(), DialogText(row).c_str());
+    if (!sent.empty())
+      std::printf("- Sends: %s.\n- While a dialog shows: %s.\n", sent.c_str(), DialogText(row).c_str());
     if (row.inferred) std::printf("- The parameter list is inferred.\n");
   }
   return 0;
@@ -238,20 +243,21 @@ int PrintJson() {
   std::printf("[\n");
   bool first_row = true;
   for (const Row& row : Rows()) {
-    std::printf("%s  {\"family\": %s, \"name\": %s, \"result\": %s, \"parameters\": [", first_row ? "" : ",\n",
-                JsonText(row.family).c_str(), JsonText(row.name).c_str(),
+    std::printf("%s  {\"family\": %s, \"name\": %s, \"result\": %s, \"parameters\": [",
+                first_row ? "" : ",\n", JsonText(row.family).c_str(), JsonText(row.name).c_str(),
                 JsonText(TypeOf(kResultTypes, row.result).c_type).c_str());
     first_row = false;
     bool first = true;
     for (const Parameter& parameter : row.parameters) {
       std::printf("%s{\"name\": %s, \"type\": %s, \"c_type\": %s, \"doc\": %s}", first ? "" : ", ",
                   JsonText(parameter.name).c_str(), JsonText(parameter.type).c_str(),
-                  JsonText(TypeOf(kParameterTypes, parameter.type).c_type).c_str(), JsonText(parameter.doc).c_str());
+                  JsonText(TypeOf(kParameterTypes, parameter.type).c_type).c_str(),
+                  JsonText(parameter.doc).c_str());
       first = false;
     }
     std::printf("], \"sends\": %s, \"during_dialog\": %s, \"inferred\": %s, \"doc\": %s}",
-                JsonText(SentText(row)).c_str(), JsonText(DialogText(row)).c_str(), row.inferred ? "true" : "false",
-                JsonText(row.doc).c_str());
+                JsonText(SentText(row)).c_str(), JsonText(DialogText(row)).c_str(),
+                row.inferred ? "true" : "false", JsonText(row.doc).c_str());
   }
   std::printf("\n]\n");
   return 0;

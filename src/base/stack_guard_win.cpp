@@ -23,7 +23,8 @@ __attribute__((no_stack_protector)) void ArmStackGuard() {
   QueryPerformanceCounter(&counter);
   FILETIME now;
   GetSystemTimeAsFileTime(&now);
-  std::uint64_t mixed = static_cast<std::uint64_t>(counter.QuadPart) ^ (std::uint64_t{now.dwLowDateTime} << 32) ^
+  std::uint64_t mixed = static_cast<std::uint64_t>(counter.QuadPart) ^
+                        (std::uint64_t{now.dwLowDateTime} << 32) ^
                         reinterpret_cast<std::uintptr_t>(&counter) ^
                         (std::uint64_t{GetCurrentProcessId()} << 17) ^ GetCurrentThreadId();
   // Spread the few changing bits over the word (the finaliser of MurmurHash3, a published constant pair).

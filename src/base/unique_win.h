@@ -7,8 +7,8 @@
 
 namespace wfinfo {
 
-// Owns a handle until it is released, reset or destroyed. `Traits` names the handle type, its empty values and
-// how to close it. Closing keeps the thread's last error, which callers may still want to read.
+// Owns a handle until it is released, reset or destroyed. `Traits` names the handle type, its empty values
+// and how to close it. Closing keeps the thread's last error, which callers may still want to read.
 template <class Traits>
 class Unique {
  public:
@@ -52,7 +52,7 @@ struct FileTraits : PointerTraits<HANDLE, &CloseHandle> {
 };
 
 using UniqueFile = Unique<FileTraits>;
-using UniqueHandle = Unique<PointerTraits<HANDLE, &CloseHandle>>;   // processes, events, mappings, mutexes
-using UniqueLocal = Unique<PointerTraits<void*, &LocalFree>>;       // LocalAlloc blocks
+using UniqueHandle = Unique<PointerTraits<HANDLE, &CloseHandle>>;  // processes, events, mappings, mutexes
+using UniqueLocal = Unique<PointerTraits<void*, &LocalFree>>;      // LocalAlloc blocks
 
 }  // namespace wfinfo

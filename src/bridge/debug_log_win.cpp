@@ -19,8 +19,8 @@ using LoggingService = void (*)(const char* text, unsigned number);
 constexpr char kLogName[] = "dump.txt";
 constexpr DWORD kHomeRoom = 160;  // bytes of the home directory's name, as the host stores it
 
-// Builds the log's path into `path`; false when the user did not switch the log on. Read anew for every line, so
-// that the switch works at once.
+// Builds the log's path into `path`; false when the user did not switch the log on. Read anew for every line,
+// so that the switch works at once.
 bool FindLogPath(char (&path)[kHomeRoom + sizeof kLogName]) {
   const ConfigKey config(KEY_ALL_ACCESS);
   DWORD debug = 0;
@@ -54,8 +54,8 @@ void WriteDebugLog(const char* text, unsigned number) {
   }
   char path[kHomeRoom + sizeof kLogName];
   if (!FindLogPath(path)) return;
-  const UniqueFile file(CreateFileA(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const UniqueFile file(CreateFileA(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return;
   SetFilePointer(file.get(), 0, nullptr, FILE_END);
   SYSTEMTIME now;

@@ -1,5 +1,5 @@
-// The exports through which the host hands over its language, error callback and services, and the few that tell
-// a caller about the bridge itself.
+// The exports through which the host hands over its language, error callback and services, and the few that
+// tell a caller about the bridge itself.
 #include <windows.h>
 
 #include <cstddef>

@@ -5,21 +5,22 @@
 namespace wfinfo {
 
 // Window classes, compared exactly.
-inline constexpr char kFrameClass[] = "WrenfoldFrame";                     // main frame
-inline constexpr char kOuterViewClass[] = "WrenfoldOuterView";             // separate mail view, if it has user data
-inline constexpr char kHtmlViewerClass[] = "WrenfoldIsolatedHtmlViewer";   // separate HTML viewer
-inline constexpr char kDialogClass[] = "#32770";                           // the system's dialogs
+inline constexpr char kFrameClass[] = "WrenfoldFrame";          // main frame
+inline constexpr char kOuterViewClass[] = "WrenfoldOuterView";  // separate mail view, if it has user data
+inline constexpr char kHtmlViewerClass[] = "WrenfoldIsolatedHtmlViewer";  // separate HTML viewer
+inline constexpr char kDialogClass[] = "#32770";                          // the system's dialogs
 
 // Private messages to host windows.
-inline constexpr unsigned kHostRequest = 21623;           // wParam function code, lParam argument block or 0
-inline constexpr unsigned kHostGetActiveView = 21701;     // answer: window acting for this frame or view, or 0
-inline constexpr unsigned kHostGetRequestTarget = 21664;  // answer: window that receives this frame's requests
+inline constexpr unsigned kHostRequest = 21623;        // wParam function code, lParam argument block or 0
+inline constexpr unsigned kHostGetActiveView = 21701;  // answer: window acting for this frame or view, or 0
+inline constexpr unsigned kHostGetRequestTarget =
+    21664;  // answer: window that receives this frame's requests
 
 // Function codes used by name.
-inline constexpr int kCodeRootText = 1;           // raw text of the root mail
-inline constexpr int kCodeRunCommand = 12;        // run a menu command and wait
-inline constexpr int kCodeStartCommand = 57;      // start a menu command, do not wait
-inline constexpr int kCodeMainWindowTest = 333;   // passed by window look-ups of the main window
+inline constexpr int kCodeRootText = 1;          // raw text of the root mail
+inline constexpr int kCodeRunCommand = 12;       // run a menu command and wait
+inline constexpr int kCodeStartCommand = 57;     // start a menu command, do not wait
+inline constexpr int kCodeMainWindowTest = 333;  // passed by window look-ups of the main window
 
 // The interface version that GetWFInfoVersion tells the host.
 inline constexpr int kInterfaceVersion = 18;

@@ -14,8 +14,9 @@ inline Slot ToSlot(int value) { return value; }
 inline Slot ToSlot(unsigned value) { return value; }
 inline Slot ToSlot(const void* pointer) { return static_cast<Slot>(reinterpret_cast<INT_PTR>(pointer)); }
 
-// The dispatchers. `block` is the address of the first slot, or null for a code without arguments; the host may
-// write to it. The result is the host's answer, 0 without a window or after a refusal; the text forms give "" for 0.
+// The dispatchers. `block` is the address of the first slot, or null for a code without arguments; the host
+// may write to it. The result is the host's answer, 0 without a window or after a refusal; the text forms
+// give "" for 0.
 Slot SendHostRequest(int code, Slot* block = nullptr);
 const char* SendHostRequestStr(int code, Slot* block = nullptr);
 Slot SendViewRequest(int code, Slot* block = nullptr);

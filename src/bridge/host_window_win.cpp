@@ -31,7 +31,9 @@ struct ClassedWindow {
     if (GetClassNameA(window, name, room) == 0) name[0] = '\0';
   }
   bool Is(const char* other) const { return std::strcmp(name, other) == 0; }
-  bool IsUsedOuterView() const { return Is(kOuterViewClass) && GetWindowLongPtrA(window, GWLP_USERDATA) != 0; }
+  bool IsUsedOuterView() const {
+    return Is(kOuterViewClass) && GetWindowLongPtrA(window, GWLP_USERDATA) != 0;
+  }
   // A frame or outer view may name another window that acts for it.
   void FollowActiveView() {
     if (!Is(kFrameClass) && !IsUsedOuterView()) return;
@@ -44,7 +46,8 @@ struct ClassedWindow {
 
 bool BelongsToCaller(HWND window) {
   DWORD process = 0;
-  return GetWindowThreadProcessId(window, &process) == GetCurrentThreadId() && process == GetCurrentProcessId();
+  return GetWindowThreadProcessId(window, &process) == GetCurrentThreadId() &&
+         process == GetCurrentProcessId();
 }
 
 HWND RequestTargetOf(HWND frame) {
@@ -89,7 +92,8 @@ Candidate FromActiveWindow(SearchMode mode) {
   ClassedWindow candidate(active, kClassRoom);
   candidate.FollowActiveView();
   if (candidate.Is(kFrameClass)) {
-    return {Outcome::kFound, mode == SearchMode::kOuterViewOnly ? nullptr : RequestTargetOf(candidate.window)};
+    return {Outcome::kFound,
+            mode == SearchMode::kOuterViewOnly ? nullptr : RequestTargetOf(candidate.window)};
   }
   if (candidate.IsUsedOuterView()) return {Outcome::kFound, candidate.window};
   return {Outcome::kSearchOn, nullptr};
@@ -150,7 +154,8 @@ HWND FindActiveFrame(unsigned function_code) {
   HWND frame = GetActiveWindow();
   if (frame == nullptr || !HasClass(frame, kFrameClass)) frame = FindAnyFrame();
   if (frame == nullptr) return nullptr;
-  if (GetLastActivePopup(frame) != frame && !IsWindowEnabled(frame) && !IsAllowedDuringDialog(function_code)) {
+  if (GetLastActivePopup(frame) != frame && !IsWindowEnabled(frame) &&
+      !IsAllowedDuringDialog(function_code)) {
     RefuseDuringDialog(function_code);
     return nullptr;
   }
@@ -173,7 +178,8 @@ HWND* ListThreadDialogs() {
   const DWORD thread = GetCurrentThreadId();
   const auto each = [thread](auto&& visit) {
     for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
-      if (GetWindowThreadProcessId(window, nullptr) == thread && HasClass(window, kDialogClass)) visit(window);
+      if (GetWindowThreadProcessId(window, nullptr) == thread && HasClass(window, kDialogClass))
+        visit(window);
     }
   };
   SIZE_T count = 0;

@@ -11,9 +11,9 @@ enum class SearchMode {
   kAnyThreadWindow,  // the first top-level window of this thread
 };
 
-// The window for a request `function_code`, or null: none there, or a modal dialog of the host is open and the
-// code is not among those allowed then (the user has been told). With `want_popup` the window's last active
-// popup is returned instead and nothing is refused.
+// The window for a request `function_code`, or null: none there, or a modal dialog of the host is open and
+// the code is not among those allowed then (the user has been told). With `want_popup` the window's last
+// active popup is returned instead and nothing is refused.
 HWND FindHostWindow(SearchMode mode, bool want_popup, unsigned function_code);
 
 // The frame that acts for the active window, after the modal test and the editor test; null after a refusal
@@ -23,8 +23,8 @@ HWND FindActiveFrame(unsigned function_code);
 // The first frame window of this process in z-order, else the first of any process, else null.
 HWND FindAnyFrame();
 
-// Null-terminated list of the calling thread's dialogs in z-order, or null when there are none. The caller frees
-// it with LocalFree.
+// Null-terminated list of the calling thread's dialogs in z-order, or null when there are none. The caller
+// frees it with LocalFree.
 HWND* ListThreadDialogs();
 
 // Owner for message boxes of this thread, or null.

@@ -42,7 +42,8 @@ HMODULE LoadFromSystemDirectory(const char* name) {
   char path[MAX_PATH + 64];
   const UINT length = GetSystemDirectoryA(path, MAX_PATH);
   if (length == 0 || length >= MAX_PATH) return nullptr;
-  if (!Append(path, length, sizeof path, "\\") || !Append(path, length + 1, sizeof path, name)) return nullptr;
+  if (!Append(path, length, sizeof path, "\\") || !Append(path, length + 1, sizeof path, name))
+    return nullptr;
   return LoadLibraryA(path);
 }
 

@@ -10,15 +10,15 @@ namespace wfinfo {
 // This library's module handle, stored at process attach.
 extern HINSTANCE g_hInstance;
 
-// Writes the full path of the file `name` in this library's own folder; false when it does not fit. The folder
-// name may hold double-byte characters whose second byte is a backslash.
+// Writes the full path of the file `name` in this library's own folder; false when it does not fit. The
+// folder name may hold double-byte characters whose second byte is a backslash.
 bool PathBesideLibrary(const char* name, char* path, std::size_t room);
 
 // The library file `name` of the system directory, null when it does not load.
 HMODULE LoadFromSystemDirectory(const char* name);
 
-// A module for the system library `name`: the loaded one, else the file in the system directory, else whatever
-// the plain name finds; null when there is none.
+// A module for the system library `name`: the loaded one, else the file in the system directory, else
+// whatever the plain name finds; null when there is none.
 HMODULE LoadSystemLibrary(const char* name);
 
 // The export `name` of `module` as a function pointer of type `Function`, null when it is missing.

@@ -18,7 +18,7 @@ namespace {
 
 constexpr char kPrefix[] = "WFINFO.DLL: ";
 constexpr std::size_t kMessageRoom = 512;
-constexpr std::size_t kTextLimit = 496;      // of the text behind the prefix, terminator included
+constexpr std::size_t kTextLimit = 496;        // of the text behind the prefix, terminator included
 constexpr UINT_PTR kCheckedLength = 0x100000;  // bytes of a text parameter that are looked at
 
 }  // namespace

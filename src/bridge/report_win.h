@@ -9,8 +9,8 @@ namespace wfinfo {
 using ErrorCallback = void (*)(const char* text);
 extern ErrorCallback g_errorCallback;
 
-// Puts "WFINFO.DLL: " in front of `text`, cuts it to 495 bytes of text without splitting a unit, and hands it to
-// the host's callback, or else writes it to the debug log and shows it in a message box of the host.
+// Puts "WFINFO.DLL: " in front of `text`, cuts it to 495 bytes of text without splitting a unit, and hands it
+// to the host's callback, or else writes it to the debug log and shows it in a message box of the host.
 void ReportError(const char* text);
 inline void ReportError(const Message& message) { ReportError(Chosen(message)); }
 

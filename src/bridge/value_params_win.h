@@ -13,8 +13,8 @@ inline constexpr long long kNoFolding = 9999;
 // 9999. Widths from 1 to 40 become 40.
 long long WidthOf(long long value);
 
-// A count: a value from -65535 to 65535 is the number itself; any other is the address of decimal digits. A text that
-// cannot be read, does not begin with a digit or goes on behind its digits gives 0.
+// A count: a value from -65535 to 65535 is the number itself; any other is the address of decimal digits. A
+// text that cannot be read, does not begin with a digit or goes on behind its digits gives 0.
 int ReadCountParam(long long value);
 
 // `text` as a view, empty without a message when it is null or cannot be read.

@@ -54,7 +54,8 @@ long long EnvChanged() noexcept {
 }
 
 long long SwitchHeaderView(int view) noexcept {
-  return SendHostCommand(static_cast<int>(static_cast<unsigned>(kHeaderViewCommand) + static_cast<unsigned>(view)));
+  return SendHostCommand(
+      static_cast<int>(static_cast<unsigned>(kHeaderViewCommand) + static_cast<unsigned>(view)));
 }
 
 long long RestartTamarinMail(int flag) noexcept {
@@ -75,7 +76,7 @@ long long IsWrenfoldMacroExecuting() noexcept { return IsTamarinMacroExecuting()
 long long IsTamarinMailMacroExecuting() noexcept { return IsTamarinMacroExecuting(); }
 
 int IsImapSyncAccount(const char* account) noexcept {
-  constexpr int kSyncFlagsOffset = 1386;       // of the byte that holds fImapSync
+  constexpr int kSyncFlagsOffset = 1386;        // of the byte that holds fImapSync
   constexpr unsigned char kImapSyncBit = 0x04;  // fImapSync
   if (!IsText(account)) return 0;
   Slot block[] = {ToSlot(account)};

@@ -1,4 +1,5 @@
-// Prototypes of all exports, expanded from the catalogue: a definition that differs from its row does not compile.
+// Prototypes of all exports, expanded from the catalogue: a definition that differs from its row does not
+// compile.
 #pragma once
 
 #include "catalogue/row_macros.h"

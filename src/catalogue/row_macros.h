@@ -43,6 +43,6 @@
 #define WFINFO_RESULT_Void void
 
 // Two optional texts that name a folder in the host's manner; used in many parameter lists.
-#define WFINFO_FOLDER_PAIR                                                                    \
-  (OptText, folder1, "folder, in the host's manner; null for the current one"),               \
+#define WFINFO_FOLDER_PAIR                                                      \
+  (OptText, folder1, "folder, in the host's manner; null for the current one"), \
       (OptText, folder2, "second half of the folder's name, as the host splits it; may be null")

@@ -25,7 +25,9 @@ namespace {
 #include "all.def"
 #include "catalogue/undefine_rows.h"
 
-constexpr std::span<const Parameter> Listed(std::span<const Parameter> with_dummy) { return with_dummy.subspan(1); }
+constexpr std::span<const Parameter> Listed(std::span<const Parameter> with_dummy) {
+  return with_dummy.subspan(1);
+}
 
 #define WFINFO_ROW(name, kind, result, dispatcher, code, slot, inferred, requests, doc) \
   Row{"", #name, kind, #result, dispatcher, code, slot, inferred, requests, Listed(k##name##Parameters), doc},

@@ -50,7 +50,8 @@ Result Dispatch(int code, Slot* block) {
     if constexpr (kDispatcher == Dispatcher::kFrame) return SendFrameRequestStr(code, block);
   } else {
     if constexpr (kDispatcher == Dispatcher::kHost) return static_cast<Result>(SendHostRequest(code, block));
-    if constexpr (kDispatcher == Dispatcher::kFrame) return static_cast<Result>(SendFrameRequest(code, block));
+    if constexpr (kDispatcher == Dispatcher::kFrame)
+      return static_cast<Result>(SendFrameRequest(code, block));
     if constexpr (kDispatcher == Dispatcher::kView) return static_cast<Result>(SendViewRequest(code, block));
   }
 }

@@ -72,6 +72,8 @@ int RunArchiver(Archiver& archiver, HWND window, const char* command_line) {
   return result;
 }
 
-const char* ArchiverOutput(const Archiver& archiver) { return archiver.output != nullptr ? archiver.output : kNoText; }
+const char* ArchiverOutput(const Archiver& archiver) {
+  return archiver.output != nullptr ? archiver.output : kNoText;
+}
 
 }  // namespace wfinfo

@@ -1,5 +1,5 @@
-// Archiver libraries that follow the common convention: one entry point that takes a window, a command line, an
-// output buffer and its size.
+// Archiver libraries that follow the common convention: one entry point that takes a window, a command line,
+// an output buffer and its size.
 #pragma once
 
 #include <windows.h>
@@ -31,8 +31,9 @@ int LoadArchiver(Archiver& archiver);
 // Unloads the archiver and frees its output. Always 0.
 int FreeArchiver(Archiver& archiver);
 
-// Runs a command line, which goes to the archiver unchecked. The archiver's result, or -1 after a report when it could
-// not be called. An archiver that was not loaded before is loaded for this call only, and its output is gone after it.
+// Runs a command line, which goes to the archiver unchecked. The archiver's result, or -1 after a report when
+// it could not be called. An archiver that was not loaded before is loaded for this call only, and its output
+// is gone after it.
 int RunArchiver(Archiver& archiver, HWND window, const char* command_line);
 
 // The output of the last call, "" when there is none.

@@ -59,8 +59,9 @@ void* LoadDll(const char* file_name) noexcept {
   return LoadSystemLibrary(file_name);
 }
 
-long long DllFunc(void* module, const char* function_name, long long a1, long long a2, long long a3, long long a4,
-                  long long a5, long long a6, long long a7, long long a8, long long a9, long long a10) noexcept {
+long long DllFunc(void* module, const char* function_name, long long a1, long long a2, long long a3,
+                  long long a4, long long a5, long long a6, long long a7, long long a8, long long a9,
+                  long long a10) noexcept {
   if (!IsText(function_name)) {
     ReportError({"CallDll function parameter is invalid.", "CallDll関数のパラメータが不正です。"});
     return 0;
@@ -86,7 +87,8 @@ int FreeDll(void* module) noexcept { return FreeLibrary(static_cast<HMODULE>(mod
 int IsFunctionExist(const char* file_name, const char* function_name) noexcept {
   // What is no text finds nothing, and nothing is reported. A small number stands for a function's ordinal.
   const bool is_ordinal = IS_INTRESOURCE(function_name) && function_name != nullptr;
-  if (IsBadStringPtrA(file_name, MAX_PATH) || (!is_ordinal && IsBadStringPtrA(function_name, MAX_PATH))) return 0;
+  if (IsBadStringPtrA(file_name, MAX_PATH) || (!is_ordinal && IsBadStringPtrA(function_name, MAX_PATH)))
+    return 0;
   const HMODULE module = LoadLibraryA(file_name);
   if (module == nullptr) return 0;
   const int exists = GetProcAddress(module, function_name) != nullptr ? 1 : 0;
@@ -94,8 +96,8 @@ int IsFunctionExist(const char* file_name, const char* function_name) noexcept {
   return exists;
 }
 
-int CallAnySpamFilterFunc(int table_offset, int a1, int a2, int a3, int a4, int a5, int a6, int a7, int a8, int a9,
-                          int a10) noexcept {
+int CallAnySpamFilterFunc(int table_offset, int a1, int a2, int a3, int a4, int a5, int a6, int a7, int a8,
+                          int a9, int a10) noexcept {
   const char* const table = SpamFilterTable();
   if (table == nullptr || IsBadReadPtr(table + table_offset, sizeof(void*))) return 0;
   using Function = int (*)(int, int, int, int, int, int, int, int, int, int);

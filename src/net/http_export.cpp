@@ -1,6 +1,6 @@
 // HTTP requests for macros.
-#include "catalogue/declarations.h"
 #include "bridge/report_win.h"
+#include "catalogue/declarations.h"
 #include "net/http_session_win.h"
 
 long long Inet_OpenUrl(const char* url) noexcept { return wfinfo::IsText(url) ? wfinfo::OpenUrl(url) : 0; }

@@ -14,16 +14,16 @@ namespace {
 constexpr char kUserAgent[] = "TamarinMail WFInfo Internet";
 constexpr int kMostSessions = 32;
 constexpr DWORD kTableWait_ms = 1000;
-constexpr DWORD kOpenFlags = INTERNET_FLAG_NO_UI | INTERNET_FLAG_NO_AUTH | INTERNET_FLAG_NO_COOKIES |
-                             INTERNET_FLAG_NO_AUTO_REDIRECT;
+constexpr DWORD kOpenFlags =
+    INTERNET_FLAG_NO_UI | INTERNET_FLAG_NO_AUTH | INTERNET_FLAG_NO_COOKIES | INTERNET_FLAG_NO_AUTO_REDIRECT;
 static_assert(kOpenFlags == 0x002C0200);
 static_assert(sizeof(INTERNET_BUFFERSA) == 56 && offsetof(INTERNET_BUFFERSA, lpvBuffer) == 32 &&
               offsetof(INTERNET_BUFFERSA, dwBufferLength) == 40);
 
 // Growth of the receive buffer, in bytes.
 constexpr SIZE_T kFirstCapacity = 65536;
-constexpr SIZE_T kSmallStep = 65536;      // below kLargeFrom
-constexpr SIZE_T kLargeStep = 1048576;    // from there on
+constexpr SIZE_T kSmallStep = 65536;    // below kLargeFrom
+constexpr SIZE_T kLargeStep = 1048576;  // from there on
 constexpr SIZE_T kLargeFrom = 1048576;
 constexpr SIZE_T kCapacityCeiling = 4194304;
 constexpr SIZE_T kLeastRoom = 8192;  // with less the buffer grows before the next round
@@ -36,7 +36,8 @@ struct SessionTable {
 };
 SessionTable g_inetSessions;
 
-// Holds the table. A wait that times out is ignored, on purpose: a stuck thread must not stop the others for ever.
+// Holds the table. A wait that times out is ignored, on purpose: a stuck thread must not stop the others for
+// ever.
 class TableLock {
  public:
   TableLock() {
@@ -118,7 +119,8 @@ bool KeepOpened(const InetSession& opened) {
   return true;
 }
 
-// --- Reading a body --------------------------------------------------------------------------------------------
+// --- Reading a body
+// --------------------------------------------------------------------------------------------
 
 // Gives the session a locked buffer; its capacity, or 0 without memory.
 SIZE_T PrepareBuffer(InetSession& session) {
@@ -172,8 +174,8 @@ long long ReadAll(InetSession& session, SIZE_T capacity) {
     SIZE_T room = capacity - used - 1;  // one byte is kept for the terminator
     if (room <= kLeastRoom) {
       if (!Grow(session, capacity)) return static_cast<long long>(used);
-      // This round still asks for the old room, on purpose; a full buffer has none, and asking for nothing would
-      // pass for the end of the body.
+      // This round still asks for the old room, on purpose; a full buffer has none, and asking for nothing
+      // would pass for the end of the body.
       if (room == 0) room = capacity - used - 1;
     }
     const long long length = ReadSome(session, used, room);
@@ -267,7 +269,8 @@ long long LastResponseCode() {
     return -1;
   }
   DWORD number = 0;
-  return g_winInet.InternetGetLastResponseInfoA(&number, nullptr, nullptr) ? static_cast<long long>(number) : -1;
+  return g_winInet.InternetGetLastResponseInfoA(&number, nullptr, nullptr) ? static_cast<long long>(number)
+                                                                           : -1;
 }
 
 void CloseThreadSession() {

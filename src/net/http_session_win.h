@@ -1,4 +1,5 @@
-// HTTP requests of macros: at most one open request for each calling thread, kept in one table of the process.
+// HTTP requests of macros: at most one open request for each calling thread, kept in one table of the
+// process.
 #pragma once
 
 #include "net/wininet_binding_win.h"
@@ -14,12 +15,12 @@ struct InetSession {
   DWORD thread_id;
 };
 
-// Opens `url` for the calling thread in place of what it had open. The request handle, -1 after a failure, 0 when
-// WinINet cannot be loaded.
+// Opens `url` for the calling thread in place of what it had open. The request handle, -1 after a failure, 0
+// when WinINet cannot be loaded.
 long long OpenUrl(const char* url);
 
-// Reads the whole remaining body into the calling thread's buffer. Its zero-terminated text, valid until the thread's
-// next read, open or close; null after a report.
+// Reads the whole remaining body into the calling thread's buffer. Its zero-terminated text, valid until the
+// thread's next read, open or close; null after a report.
 const char* ReadBody();
 
 // One header value of the answer in the short-result buffer; null when there is none.

@@ -67,15 +67,17 @@ LRESULT CALLBACK SockProxyWndProc(HWND window, UINT message, WPARAM wparam, LPAR
   if (message != kSocketEvent) return DefWindowProcA(window, message, wparam, lparam);
   if (!g_waiting) return 0;
   if (LOWORD(lparam) == FD_READ) ReadPending();
-  // At a close, data still pending is not read: the exchange ends as soon as the close is signalled, on purpose.
+  // At a close, data still pending is not read: the exchange ends as soon as the close is signalled, on
+  // purpose.
   if (LOWORD(lparam) == FD_CLOSE) EndExchange();
   return 0;
 }
 
 HWND MakeProxyWindow() {
-  const HWND window = CreateWindowExA(0, "STATIC", "Wrenfold_WfInfoSockProxy", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr,
-                                      g_hInstance, nullptr);
-  if (window != nullptr) SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&SockProxyWndProc));
+  const HWND window = CreateWindowExA(0, "STATIC", "Wrenfold_WfInfoSockProxy", WS_POPUP, 0, 0, 0, 0, nullptr,
+                                      nullptr, g_hInstance, nullptr);
+  if (window != nullptr)
+    SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&SockProxyWndProc));
   return window;
 }
 
@@ -196,7 +198,8 @@ const char* NameOfAddress(const char* address) {
     ReportError("Sock_gethostbyaddr: Cannot understand IP address string passed by parameter.");
     return kNoText;
   }
-  const hostent* const found = g_winSock.gethostbyaddr(reinterpret_cast<const char*>(&value), sizeof value, AF_INET);
+  const hostent* const found =
+      g_winSock.gethostbyaddr(reinterpret_cast<const char*>(&value), sizeof value, AF_INET);
   if (found == nullptr || found->h_name == nullptr) return kNoText;
   CopyWithinLimit(g_resultText, found->h_name, kNameLimit);
   return g_resultText;

@@ -1,5 +1,5 @@
-// A TCP client for one exchange at a time: connect, send a text, receive until the peer closes, 20 seconds pass or the
-// buffer is full. One connection for the whole process.
+// A TCP client for one exchange at a time: connect, send a text, receive until the peer closes, 20 seconds
+// pass or the buffer is full. One connection for the whole process.
 #pragma once
 
 namespace wfinfo {
@@ -7,7 +7,8 @@ namespace wfinfo {
 // What the last socket function failed at, null when it did not. A fixed English text.
 extern const char* g_sockErrorText;
 
-// 1 when connected, else 0 with g_sockErrorText set. An earlier connection is closed first. Of `port` 16 bits count.
+// 1 when connected, else 0 with g_sockErrorText set. An earlier connection is closed first. Of `port` 16 bits
+// count.
 int ConnectSocket(const char* host, unsigned port, bool non_blocking);
 
 // Sends a text with one call. 1 unless that failed or there is no connection.
@@ -22,12 +23,12 @@ const char* ReceivedText();
 // Closes the connection if there is one.
 void DropSocket();
 
-// The address of a host name in the short-result buffer, its four numbers in reverse order; null when the name does
-// not resolve; "" after a report without WinSock.
+// The address of a host name in the short-result buffer, its four numbers in reverse order; null when the
+// name does not resolve; "" after a report without WinSock.
 const char* AddressOfName(const char* name);
 
-// The host name of a dotted address in the short-result buffer; "" when there is none, after a report when the
-// address is not understood or WinSock is missing.
+// The host name of a dotted address in the short-result buffer; "" when there is none, after a report when
+// the address is not understood or WinSock is missing.
 const char* NameOfAddress(const char* address);
 
 // The last error number of WinSock, 0 when it was never bound.

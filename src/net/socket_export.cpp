@@ -16,7 +16,11 @@ int Sock_closesocket() noexcept {
   DropSocket();
   return 1;
 }
-const char* Sock_gethostbyname(const char* name) noexcept { return IsText(name) ? AddressOfName(name) : kNoText; }
-const char* Sock_gethostbyaddr(const char* address) noexcept { return IsText(address) ? NameOfAddress(address) : kNoText; }
+const char* Sock_gethostbyname(const char* name) noexcept {
+  return IsText(name) ? AddressOfName(name) : kNoText;
+}
+const char* Sock_gethostbyaddr(const char* address) noexcept {
+  return IsText(address) ? NameOfAddress(address) : kNoText;
+}
 long long Sock_WSAGetLastError() noexcept { return LastSocketError(); }
 const char* Sock_GetErrorString() noexcept { return g_sockErrorText != nullptr ? g_sockErrorText : kNoText; }

@@ -10,7 +10,8 @@ HMODULE g_winInetModule = nullptr;
 namespace {
 
 void Bind() {
-#define WFINFO_SLOT(name) ProcSlot{reinterpret_cast<void**>(&g_winInet.name), #name}
+#define WFINFO_SLOT(name) \
+  ProcSlot { reinterpret_cast<void**>(&g_winInet.name), #name }
   const ProcSlot table[] = {
       WFINFO_SLOT(InternetOpenA),       WFINFO_SLOT(InternetCloseHandle),
       WFINFO_SLOT(InternetOpenUrlA),    WFINFO_SLOT(InternetReadFile),

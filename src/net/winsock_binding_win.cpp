@@ -11,12 +11,17 @@ namespace {
 HMODULE g_winSockModule = nullptr;  // null until started
 
 void Bind(HMODULE module) {
-#define WFINFO_SLOT(name) ProcSlot{reinterpret_cast<void**>(&g_winSock.name), #name}
+#define WFINFO_SLOT(name) \
+  ProcSlot { reinterpret_cast<void**>(&g_winSock.name), #name }
   const ProcSlot table[] = {
-      WFINFO_SLOT(send),          WFINFO_SLOT(recv),        WFINFO_SLOT(shutdown),        WFINFO_SLOT(closesocket),
-      WFINFO_SLOT(socket),        WFINFO_SLOT(connect),     WFINFO_SLOT(inet_addr),       WFINFO_SLOT(htons),
-      WFINFO_SLOT(ntohl),         WFINFO_SLOT(gethostbyname), WFINFO_SLOT(gethostbyaddr), WFINFO_SLOT(WSAStartup),
-      WFINFO_SLOT(WSACleanup),    WFINFO_SLOT(WSAGetLastError), WFINFO_SLOT(ioctlsocket), WFINFO_SLOT(setsockopt),
+      WFINFO_SLOT(send),           WFINFO_SLOT(recv),
+      WFINFO_SLOT(shutdown),       WFINFO_SLOT(closesocket),
+      WFINFO_SLOT(socket),         WFINFO_SLOT(connect),
+      WFINFO_SLOT(inet_addr),      WFINFO_SLOT(htons),
+      WFINFO_SLOT(ntohl),          WFINFO_SLOT(gethostbyname),
+      WFINFO_SLOT(gethostbyaddr),  WFINFO_SLOT(WSAStartup),
+      WFINFO_SLOT(WSACleanup),     WFINFO_SLOT(WSAGetLastError),
+      WFINFO_SLOT(ioctlsocket),    WFINFO_SLOT(setsockopt),
       WFINFO_SLOT(WSAAsyncSelect), ProcSlot{nullptr, nullptr},
   };
 #undef WFINFO_SLOT

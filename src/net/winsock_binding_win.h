@@ -29,8 +29,8 @@ struct WinSockBinding {
 };
 extern WinSockBinding g_winSock;
 
-// Binds and starts WinSock on the first call; false when that fails, and the next call tries again. WinSock is never
-// cleaned up.
+// Binds and starts WinSock on the first call; false when that fails, and the next call tries again. WinSock
+// is never cleaned up.
 bool EnsureWinSock();
 
 }  // namespace wfinfo

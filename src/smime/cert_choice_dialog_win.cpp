@@ -78,7 +78,7 @@ int ChooseCertificate(const Candidate* candidates, int count, const char* addres
   const Question question = {candidates, count, address};
   HWND owner = GetActiveWindow();
   if (owner == nullptr) owner = MessageBoxOwner();
-  return static_cast<int>(DialogBoxParamA(g_hInstance, MAKEINTRESOURCEA(IDD_CERT_CHOICE), owner, &Procedure,
+  return static_cast<int>(DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(IDD_CERT_CHOICE), owner, &Procedure,
                                           reinterpret_cast<LPARAM>(&question)));
 }
 

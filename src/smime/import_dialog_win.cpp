@@ -113,7 +113,7 @@ INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lpar
 
 bool AskForImport(ImportRow* rows, int count, HWND parent) {
   Question question = {rows, count};
-  return DialogBoxParamA(g_hInstance, MAKEINTRESOURCEA(IDD_CERT_IMPORT), parent, &Procedure,
+  return DialogBoxParamW(g_hInstance, MAKEINTRESOURCEW(IDD_CERT_IMPORT), parent, &Procedure,
                          reinterpret_cast<LPARAM>(&question)) == 1;
 }
 

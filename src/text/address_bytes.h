@@ -9,8 +9,9 @@ namespace wfinfo {
 
 inline constexpr std::size_t kAddressBlock = 64;
 
-// Bit i is set when byte i of the 64 bytes at `block` may be a delimiter, a control character or part of a longer
-// unit: below 0x20, above 0x7F, or one of " ' ( ) , ; < = > \ . The second is the plain form of the first.
+// Bit i is set when byte i of the 64 bytes at `block` may be a delimiter, a control character or part of a
+// longer unit: below 0x20, above 0x7F, or one of " ' ( ) , ; < = > \ . The second is the plain form of the
+// first.
 std::uint64_t AddressByteMask(const char* block);
 std::uint64_t AddressByteMaskPortable(const char* block);
 
@@ -21,8 +22,8 @@ class AddressBytes {
 
   std::string_view text() const { return text_; }
 
-  // The first of them at or behind `position`; some position at or behind the end when there is none. Positions may
-  // go back only a little at a time for this to be quick.
+  // The first of them at or behind `position`; some position at or behind the end when there is none.
+  // Positions may go back only a little at a time for this to be quick.
   std::size_t Next(std::size_t position) {
     for (;; position = base_ + kAddressBlock) {
       if (position - base_ >= kAddressBlock || !loaded_) Load(position);

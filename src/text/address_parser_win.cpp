@@ -9,8 +9,8 @@ namespace wfinfo {
 
 namespace {
 
-// As much of a zero-terminated text as one entry can need: what stands in front of it, its bytes, a separator and the
-// line break that may be a fold. A long list is not measured again for each of its entries.
+// As much of a zero-terminated text as one entry can need: what stands in front of it, its bytes, a separator
+// and the line break that may be a fold. A long list is not measured again for each of its entries.
 std::string_view EntryWindow(const char* text) {
   const std::size_t blanks = std::strspn(text, " \t\r\n");
   return {text, blanks + strnlen(text + blanks, kEntryLimit + 4)};
@@ -18,8 +18,9 @@ std::string_view EntryWindow(const char* text) {
 
 }  // namespace
 
-const char* ParseAddressEntry(const char* text, char* address_out, char* name_out, char* error_out, int* flags_out,
-                              int* extra_out, unsigned code_page, int reserved, int decode_words) {
+const char* ParseAddressEntry(const char* text, char* address_out, char* name_out, char* error_out,
+                              int* flags_out, int* extra_out, unsigned code_page, int reserved,
+                              int decode_words) {
   static_cast<void>(reserved);
   AddressParts parts;
   const AddressEntry entry = SplitAddressEntry(EntryWindow(text), &parts, {code_page, decode_words != 0});

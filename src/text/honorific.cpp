@@ -58,7 +58,8 @@ void PutName(std::string_view name, std::string_view honorific, bool quoted, Out
 
 }  // namespace
 
-std::size_t ComposeWithHonorific(std::string_view list, std::string_view honorific, bool also_without_name, char* out) {
+std::size_t ComposeWithHonorific(std::string_view list, std::string_view honorific, bool also_without_name,
+                                 char* out) {
   AddressParts parts;
   if (SplitAddressEntry(list, &parts).error != AddressError::kNone) return 0;
   const std::string_view address = parts.address;

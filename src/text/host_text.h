@@ -19,7 +19,8 @@ constexpr bool IsLeadByte(char byte) {
 // The three bytes behind a 0x1A form an escape when the first two have bit 7 set and the third has its
 // low seven bits at most 15 and bit 2 set. (So the last byte may be 0x0D, but never 0x0A.)
 constexpr bool IsEscapeTail(char second, char third, char fourth) {
-  return (static_cast<unsigned char>(second) & 0x80) != 0 && (static_cast<unsigned char>(third) & 0x80) != 0 &&
+  return (static_cast<unsigned char>(second) & 0x80) != 0 &&
+         (static_cast<unsigned char>(third) & 0x80) != 0 &&
          (static_cast<unsigned char>(fourth) & 0x74) == 0x04;
 }
 
@@ -44,17 +45,19 @@ constexpr std::string_view NextUnit(std::string_view text) { return text.substr(
 // the length. Bytes inside an escape do not count unless a lead byte stands before them.
 bool SplitsUnit(std::string_view text, std::size_t position);
 
-// Where to cut `text` at `cut` bytes (at most its size) or before: one byte less inside a double-byte character, then
-// in front of a 0x1A that is one of the three bytes before the cut (the nearest first), wherever the text ends.
+// Where to cut `text` at `cut` bytes (at most its size) or before: one byte less inside a double-byte
+// character, then in front of a 0x1A that is one of the three bytes before the cut (the nearest first),
+// wherever the text ends.
 std::size_t CutBefore(std::string_view text, std::size_t cut);
 
 // Where to cut `text` so that at most `limit` - 1 bytes stay (`limit` >= 1) and no unit is split: the whole
-// length when it is below `limit`; else `limit` - 1, one less inside a double-byte character, and then in front
-// of a 0x1A that is one of the three bytes before the cut (the nearest first).
+// length when it is below `limit`; else `limit` - 1, one less inside a double-byte character, and then in
+// front of a 0x1A that is one of the three bytes before the cut (the nearest first).
 std::size_t CutLength(std::string_view text, std::size_t limit);
 
 // Copies `text` to `destination` with at most `limit` - 1 bytes and a terminating zero, never ending inside a
-// unit. Returns the bytes copied, the zero not counted. `destination` has room for `limit` bytes; `limit` >= 1.
+// unit. Returns the bytes copied, the zero not counted. `destination` has room for `limit` bytes; `limit`
+// >= 1.
 std::size_t CopyWithinLimit(char* destination, std::string_view text, std::size_t limit);
 
 }  // namespace wfinfo

@@ -4,9 +4,9 @@
 
 namespace wfinfo {
 
-// Counts of letter pairs in English books: P. Norvig, "English Letter Frequency Counts: Mayzner Revisited" (2012), from
-// the Google Books n-grams of 2012. The 386 pairs that occur most, in order, from "th" (100 thousand million times) to
-// "mf" (108 million times).
+// Counts of letter pairs in English books: P. Norvig, "English Letter Frequency Counts: Mayzner Revisited"
+// (2012), from the Google Books n-grams of 2012. The 386 pairs that occur most, in order, from "th" (100
+// thousand million times) to "mf" (108 million times).
 constexpr char kLetterPairs[] =
     "thheineranreonatenndtiesorteofedisitalarsttontngsehaasouiolevecomedehiriroicneea"
     "racelichllbemasiomurcaeltalansdifohopeecprnoctusacotiltrlyncetutsssorsunlowageie"
@@ -47,7 +47,8 @@ bool IsKnownPair(char first, char second) {
 // The last label of `domain` in front of `end`: letters, digits and hyphens.
 std::string_view LabelBefore(std::string_view domain, std::size_t end) {
   std::size_t begin = end;
-  while (begin > 0 && (IsLetter(domain[begin - 1]) || IsDigit(domain[begin - 1]) || domain[begin - 1] == '-')) --begin;
+  while (begin > 0 && (IsLetter(domain[begin - 1]) || IsDigit(domain[begin - 1]) || domain[begin - 1] == '-'))
+    --begin;
   return domain.substr(begin, end - begin);
 }
 

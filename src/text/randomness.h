@@ -1,5 +1,5 @@
-// Whether a text or a domain name looks made by chance: too few vowels, too many letter pairs that English lacks. A
-// sign of spam, no proof.
+// Whether a text or a domain name looks made by chance: too few vowels, too many letter pairs that English
+// lacks. A sign of spam, no proof.
 #pragma once
 
 #include <cstddef>
@@ -11,12 +11,13 @@ namespace wfinfo {
 extern const char kLetterPairs[];
 inline constexpr std::size_t kLetterPairCount = 386;
 
-// 1 when `text` looks random, else 0. Only ASCII letters count; upper-case ones are never vowels and never part of a
-// known pair, so that upper-case words look random more easily: on purpose.
+// 1 when `text` looks random, else 0. Only ASCII letters count; upper-case ones are never vowels and never
+// part of a known pair, so that upper-case words look random more easily: on purpose.
 int RandomnessScore(std::string_view text);
 
-// 1 when more of the letter and digit runs of the domain's chosen label look random than not. The label is the first
-// of at least 5 bytes, from the right, left of the last one; a byte that no domain has ends the search.
+// 1 when more of the letter and digit runs of the domain's chosen label look random than not. The label is
+// the first of at least 5 bytes, from the right, left of the last one; a byte that no domain has ends the
+// search.
 int DomainRandomness(std::string_view domain);
 
 }  // namespace wfinfo

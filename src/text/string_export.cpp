@@ -30,7 +30,9 @@ const char* ReturnChanged(std::string_view text, void (*change)(std::span<char>)
 }
 
 // A kept block of its own for `part`; `wanted` is false when there is nothing to return at all.
-const char* ReturnPart(std::string_view part, bool wanted) { return wanted ? wfinfo::ReturnLongText(part) : kNoText; }
+const char* ReturnPart(std::string_view part, bool wanted) {
+  return wanted ? wfinfo::ReturnLongText(part) : kNoText;
+}
 
 }  // namespace
 
@@ -38,7 +40,9 @@ const char* ToUpper(const char* text) noexcept {
   return IsText(text) ? ReturnChanged(text, wfinfo::MakeUpperCase) : kNoText;
 }
 
-const char* ToLower(const char* text) noexcept { return ReturnChanged(ReadableText(text), wfinfo::MakeLowerCase); }
+const char* ToLower(const char* text) noexcept {
+  return ReturnChanged(ReadableText(text), wfinfo::MakeLowerCase);
+}
 
 const char* LeftStr(const char* text, long long count) noexcept {
   const std::string_view view = ReadableText(text);
@@ -53,7 +57,8 @@ const char* RightStr(const char* text, long long count) noexcept {
 }
 
 const char* MidStr(const char* text, long long start, long long count) noexcept {
-  const std::string_view part = wfinfo::MiddlePart(ReadableText(text), ReadCountParam(start), ReadCountParam(count));
+  const std::string_view part =
+      wfinfo::MiddlePart(ReadableText(text), ReadCountParam(start), ReadCountParam(count));
   return ReturnPart(part, !part.empty());
 }
 
@@ -88,4 +93,6 @@ long long IfInclude(const char* text, const char* part, long long then, long lon
 
 int CheckRandomString(const char* text) noexcept { return IsText(text) ? wfinfo::RandomnessScore(text) : 0; }
 
-int CheckRandomDomain(const char* domain) noexcept { return IsText(domain) ? wfinfo::DomainRandomness(domain) : 0; }
+int CheckRandomDomain(const char* domain) noexcept {
+  return IsText(domain) ? wfinfo::DomainRandomness(domain) : 0;
+}

@@ -130,7 +130,8 @@ TEST(Addresses, HonorificsStandBehindNames) {
   EXPECT_EQ(AddSama("Taro <t@x>", large.c_str(), 0), "Taro" + large + " <t@x>");
 }
 
-// --- The parser with its nine parameters ---------------------------------------------------------------------
+// --- The parser with its nine parameters
+// ---------------------------------------------------------------------
 
 struct Parsed {
   const char* next;
@@ -142,7 +143,8 @@ Parsed Parse(const char* text) {
   char address[512], name[512], error[256];
   Parsed parsed{};
   parsed.flags = parsed.extra = 7;
-  parsed.next = wfinfo::ParseAddressEntry(text, address, name, error, &parsed.flags, &parsed.extra, 932, 0, 0);
+  parsed.next =
+      wfinfo::ParseAddressEntry(text, address, name, error, &parsed.flags, &parsed.extra, 932, 0, 0);
   parsed.address = address;
   parsed.name = name;
   parsed.error = error;
@@ -180,7 +182,8 @@ TEST(AddressParser, TellsEveryErrorInBothLanguages) {
        u8"<...> と <...> の間のコンマが抜けているようです。"},
       {"A <a@b",
        "Email address specification failed. It seems that '<' and '>' mismatch or separating comma missing.",
-       u8"メールアドレスの指定が正しくありません。'<' と '>' の対応が取れていないか、区切りのコンマが抜けているようです。"},
+       u8"メールアドレスの指定が正しくありません。'<' と '>' "
+       u8"の対応が取れていないか、区切りのコンマが抜けているようです。"},
       {"<a@b>\x81\x43", "Zenkaku comma exists after <...>", u8"<...> の後に全角のコンマがあります。"},
       {"<a@b> c", "It seems that email addresses separating comma is missing.",
        u8"メールアドレスを区切るコンマが抜けているようです。"},
@@ -199,7 +202,9 @@ TEST(AddressParser, NeedsNothingButTheAddressBuffer) {
   char address[512];
   const char text[] = "Taro <t@x> oops";
   EXPECT_EQ(wfinfo::ParseAddressEntry(text, address, nullptr, nullptr, nullptr, nullptr, 932, 0, 0), nullptr);
-  EXPECT_EQ(wfinfo::ParseAddressEntry("Taro <t@x>", address, nullptr, nullptr, nullptr, nullptr, 932, 0, 0)[0], '\0');
+  EXPECT_EQ(
+      wfinfo::ParseAddressEntry("Taro <t@x>", address, nullptr, nullptr, nullptr, nullptr, 932, 0, 0)[0],
+      '\0');
   EXPECT_STREQ(address, "t@x");
 }
 

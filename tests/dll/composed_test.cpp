@@ -141,7 +141,8 @@ TEST(HostWindows, TheWaitCursorIsSetAndTakenBack) {
   EXPECT_EQ(GetCursor(), LoadCursorA(nullptr, IDC_ARROW));
 }
 
-// --- Notices ---------------------------------------------------------------------------------------------------
+// --- Notices
+// ---------------------------------------------------------------------------------------------------
 
 TEST(Notices, ANotificationIsCheckedAndSent) {
   ScriptedHost host;
@@ -153,7 +154,8 @@ TEST(Notices, ANotificationIsCheckedAndSent) {
     host.SetLanguage(language);
     EXPECT_EQ(ShowNotifyWnd("title", kNumberForText), 0);
     EXPECT_EQ(ShowNotifyWnd(kNumberForText, "body"), 0);
-    const std::string check = language == Language::kEnglish ? kStringMessageEnglish : StringMessageJapanese();
+    const std::string check =
+        language == Language::kEnglish ? kStringMessageEnglish : StringMessageJapanese();
     host.ExpectMessages({check, own, check, own});
   }
 }
@@ -189,8 +191,7 @@ TEST(Notices, BalloonsAreCheckedAndSent) {
   EXPECT_EQ(AddBalloonMessage("a", "b", kNumberForText), 0);
   const char show[] = "Invalid ShowBalloonMessage parameter.";
   const char add[] = "Invalid AddBalloonMessage parameter.";
-  host.ExpectMessages(
-      {kStringMessageEnglish, show, kStringMessageEnglish, show, kStringMessageEnglish, add});
+  host.ExpectMessages({kStringMessageEnglish, show, kStringMessageEnglish, show, kStringMessageEnglish, add});
   host.SetLanguage(Language::kJapanese);
   EXPECT_EQ(ShowBalloonMessage("a", nullptr), 0);
   EXPECT_EQ(AddBalloonMessage("a", nullptr, nullptr), 0);

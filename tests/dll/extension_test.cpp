@@ -11,11 +11,10 @@
 namespace wfinfo_test {
 namespace {
 
-std::string Double(const char* name) {
-  return (std::filesystem::current_path() / "doubles" / name).string();
-}
+std::string Double(const char* name) { return (std::filesystem::current_path() / "doubles" / name).string(); }
 
-// --- Libraries -------------------------------------------------------------------------------------------------
+// --- Libraries
+// -------------------------------------------------------------------------------------------------
 
 TEST(ExtensionLibrary, TenValuesArriveInOrderAndInFullWidth) {
   ScriptedHost host;
@@ -47,7 +46,8 @@ TEST(ExtensionLibrary, AFailingNameWithABackslashEndsAtOnce) {
 
 TEST(ExtensionLibrary, ATrailByteThatLooksLikeABackslashIsNone) {
   ScriptedHost host;
-  // U+8868 is 0x95 0x5C: the name has no backslash, so the search goes on to the system directory and ends there.
+  // U+8868 is 0x95 0x5C: the name has no backslash, so the search goes on to the system directory and ends
+  // there.
   EXPECT_EQ(LoadDll("\x95\x5C.dll"), nullptr);
 }
 
@@ -86,7 +86,8 @@ TEST(ExtensionLibrary, AFunctionIsFoundOrNotWithoutAWord) {
   EXPECT_EQ(GetModuleHandleA("extension.dll"), nullptr) << "and it was given back";
 }
 
-// --- The spam filter -------------------------------------------------------------------------------------------
+// --- The spam filter
+// -------------------------------------------------------------------------------------------
 
 // A plug-in whose texts lie below 2 GiB, as the 32-bit passage of their addresses demands.
 struct Plugin {
@@ -95,16 +96,17 @@ struct Plugin {
 
   Plugin() {
     if (text == nullptr) {
-      text = static_cast<char*>(VirtualAlloc(reinterpret_cast<void*>(0x20000000), 4096, MEM_RESERVE | MEM_COMMIT,
-                                             PAGE_READWRITE));
+      text = static_cast<char*>(
+          VirtualAlloc(reinterpret_cast<void*>(0x20000000), 4096, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
     }
     lstrcpyA(text, "Sieve");
     lstrcpyA(text + 100, "2.5");
-    table[6] = reinterpret_cast<const void*>(+[]() -> int { return static_cast<int>(reinterpret_cast<INT_PTR>(text)); });
-    table[7] = reinterpret_cast<const void*>(+[]() -> int { return static_cast<int>(reinterpret_cast<INT_PTR>(text)) + 100; });
-    table[8] = reinterpret_cast<const void*>(+[](int a1, int a2, int, int, int, int, int, int, int, int a10) -> int {
-      return a1 * 100 + a2 * 10 + a10;
-    });
+    table[6] = reinterpret_cast<const void*>(
+        +[]() -> int { return static_cast<int>(reinterpret_cast<INT_PTR>(text)); });
+    table[7] = reinterpret_cast<const void*>(
+        +[]() -> int { return static_cast<int>(reinterpret_cast<INT_PTR>(text)) + 100; });
+    table[8] = reinterpret_cast<const void*>(+[](int a1, int a2, int, int, int, int, int, int, int,
+                                                 int a10) -> int { return a1 * 100 + a2 * 10 + a10; });
   }
 };
 
@@ -130,7 +132,8 @@ TEST(SpamFilter, WithoutAPlugInTheResultIsEmpty) {
   EXPECT_EQ(CallAnySpamFilterFunc(48, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0), 0);
 }
 
-// --- Archivers -------------------------------------------------------------------------------------------------
+// --- Archivers
+// -------------------------------------------------------------------------------------------------
 
 struct Family {
   int (*load)();

@@ -51,7 +51,8 @@ TEST(Handover, AnOuterViewAloneIsNoFrame) {
 TEST(Handover, ServicesReceiveLogLines) {
   static std::vector<std::pair<std::string, unsigned>> lines;
   void* services[33] = {};
-  services[32] = reinterpret_cast<void*>(+[](const char* text, unsigned number) { lines.emplace_back(text, number); });
+  services[32] =
+      reinterpret_cast<void*>(+[](const char* text, unsigned number) { lines.emplace_back(text, number); });
   GetWFInfoVersion(services);
   EXPECT_EQ(DumpSmall("a line"), 1);
   ASSERT_EQ(lines.size(), 1u);

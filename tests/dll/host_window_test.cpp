@@ -7,11 +7,12 @@
 namespace wfinfo_test {
 namespace {
 
-constexpr int kHostCode = 34;    // IsTransmitting: through the frame's request target
-constexpr int kFrameCode = 30;   // MailCount: through the active frame
-constexpr int kViewCode = 102;   // SaveDraft2: through an outer view
+constexpr int kHostCode = 34;   // IsTransmitting: through the frame's request target
+constexpr int kFrameCode = 30;  // MailCount: through the active frame
+constexpr int kViewCode = 102;  // SaveDraft2: through an outer view
 constexpr char kEditorRefusal[] =
-    "A WFINFO.dll function called on editor window but it cannot be executable on editor.\nfunction code = 30";
+    "A WFINFO.dll function called on editor window but it cannot be executable on editor.\nfunction code = "
+    "30";
 
 // Puts a window on top of the z-order; the active window stays what it is.
 void Raise(HWND window) {
@@ -136,7 +137,8 @@ TEST(HostWindow, AFrameRequestOnAnEditorIsRefused) {
     host.SetActiveView(editor);
     EXPECT_EQ(MailCount(), 0);
     EXPECT_STREQ(Account(), "");
-    const std::string japanese = Sjis(u8"エディタ上で実行できないWFInfo.dll呼び出しが行われました。\n関数コード = ");
+    const std::string japanese =
+        Sjis(u8"エディタ上で実行できないWFInfo.dll呼び出しが行われました。\n関数コード = ");
     if (language == Language::kEnglish) {
       std::string second = kEditorRefusal;
       second.replace(second.size() - 2, 2, "5");
@@ -165,7 +167,8 @@ TEST(HostWindow, OtherThreadsGetTheEditorRefusalOrNoWindow) {
   host.ExpectMessages({kEditorRefusal});
 }
 
-// --- Modal dialogs ---------------------------------------------------------------------------------------------
+// --- Modal dialogs
+// ---------------------------------------------------------------------------------------------
 
 constexpr char kRefusal[] = "WFINFO.DLL: Cannot proceed because a dialog box showing.\nfunction code = ";
 

@@ -11,14 +11,15 @@
 namespace wfinfo_test {
 namespace {
 
-constexpr unsigned kStatusCode = 19;   // HTTP_QUERY_STATUS_CODE
-constexpr unsigned kLocation = 33;     // HTTP_QUERY_LOCATION
-constexpr unsigned kContentType = 1;   // HTTP_QUERY_CONTENT_TYPE
+constexpr unsigned kStatusCode = 19;  // HTTP_QUERY_STATUS_CODE
+constexpr unsigned kLocation = 33;    // HTTP_QUERY_LOCATION
+constexpr unsigned kContentType = 1;  // HTTP_QUERY_CONTENT_TYPE
 constexpr char kTooBig[] = "WFINFO.DLL Inet_DoRead: recv data size too big.";
 
-std::string Answer(const std::string& body, const std::string& status = "200 OK", const std::string& headers = "") {
-  return "HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) + "\r\nConnection: close\r\n" +
-         headers + "\r\n" + body;
+std::string Answer(const std::string& body, const std::string& status = "200 OK",
+                   const std::string& headers = "") {
+  return "HTTP/1.1 " + status + "\r\nContent-Length: " + std::to_string(body.size()) +
+         "\r\nConnection: close\r\n" + headers + "\r\n" + body;
 }
 
 // Answers every request with the same bytes and keeps what was asked.
@@ -39,7 +40,8 @@ struct FixedServer {
 
 TEST(Http, ABodyAndItsHeadersAreRead) {
   ScriptedHost host;
-  FixedServer fixed(Answer("hello", "200 OK", "Content-Type: text/plain\r\nX-Empty: \r\nSet-Cookie: a=b\r\n"));
+  FixedServer fixed(
+      Answer("hello", "200 OK", "Content-Type: text/plain\r\nX-Empty: \r\nSet-Cookie: a=b\r\n"));
   EXPECT_GT(Inet_OpenUrl(fixed.server.Url("/page").c_str()), 0);
   EXPECT_STREQ(Inet_HttpQueryInfo(kStatusCode), "200");
   EXPECT_STREQ(Inet_HttpQueryInfo(kContentType), "text/plain");
@@ -123,7 +125,8 @@ std::string Body(std::size_t size) {
 
 TEST(Http, BodiesOfManySizesArriveByteForByte) {
   ScriptedHost host;
-  for (const std::size_t size : {1, 57342, 57343, 57344, 65534, 65535, 65536, 131071, 1048575, 1048576, 3000000}) {
+  for (const std::size_t size :
+       {1, 57342, 57343, 57344, 65534, 65535, 65536, 131071, 1048575, 1048576, 3000000}) {
     const std::string body = Body(size);
     FixedServer fixed(Answer(body));
     Inet_OpenUrl(fixed.server.Url().c_str());
@@ -245,7 +248,8 @@ TEST(Http, TheResponseCodeNeedsOnlyThatSomeThreadOpened) {
   ScriptedHost host;
   FixedServer fixed(Answer("x"));
   Holders holders(1, fixed.server.Url());
-  // Wine's WinINet always fails this call (without a text buffer); real ones may answer. No message either way.
+  // Wine's WinINet always fails this call (without a text buffer); real ones may answer. No message either
+  // way.
   const long long code = Inet_GetResponseCode();
   EXPECT_TRUE(code == -1 || code >= 0);
   host.ExpectMessages({});
@@ -254,7 +258,8 @@ TEST(Http, TheResponseCodeNeedsOnlyThatSomeThreadOpened) {
 TEST(Http, ThreadsReadTheirOwnBodies) {
   ScriptedHost host;
   std::vector<std::unique_ptr<FixedServer>> servers;
-  for (int i = 0; i < 4; ++i) servers.push_back(std::make_unique<FixedServer>(Answer(Body(1000 + 50000u * static_cast<unsigned>(i)))));
+  for (int i = 0; i < 4; ++i)
+    servers.push_back(std::make_unique<FixedServer>(Answer(Body(1000 + 50000u * static_cast<unsigned>(i)))));
   std::vector<std::thread> threads;
   std::atomic<int> right{0};
   for (int i = 0; i < 4; ++i) {

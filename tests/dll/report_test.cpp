@@ -48,8 +48,8 @@ TEST(Report, AMessageKeepsItsFirst495BytesInWholeUnits) {
 
 TEST(Report, WithoutACallbackABoxOfTheHostShows) {
   // No ScriptedHost: it would register a callback, which nothing can take back.
-  const HWND frame = CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr, nullptr,
-                                     nullptr);
+  const HWND frame = CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr, nullptr,
+                                     nullptr, nullptr);
   SetActiveWindow(frame);
   const unsigned english[] = {8, 1};
   NotifyWrenfoldInfo(english);
@@ -62,14 +62,16 @@ TEST(Report, WithoutACallbackABoxOfTheHostShows) {
   DestroyWindow(frame);
 }
 
-// --- The debug log ---------------------------------------------------------------------------------------------
+// --- The debug log
+// ---------------------------------------------------------------------------------------------
 
 class DebugLog : public testing::Test {
  protected:
   static constexpr char kKey[] = "Software\\Quenby\\Wrenfold\\Config";
 
   void SetUp() override {
-    folder_ = std::filesystem::temp_directory_path() / ("wfinfo-log-" + std::to_string(GetCurrentProcessId()));
+    folder_ =
+        std::filesystem::temp_directory_path() / ("wfinfo-log-" + std::to_string(GetCurrentProcessId()));
     std::filesystem::create_directories(folder_);
     home_ = folder_.string() + "\\";
     RegDeleteTreeA(HKEY_CURRENT_USER, kKey);
@@ -80,7 +82,8 @@ class DebugLog : public testing::Test {
   }
   void Configure(DWORD debug) {
     RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "Debug", REG_DWORD, &debug, sizeof debug);
-    RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_SZ, home_.c_str(), static_cast<DWORD>(home_.size() + 1));
+    RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_SZ, home_.c_str(),
+                    static_cast<DWORD>(home_.size() + 1));
   }
   std::string Log() const {
     std::ifstream file(folder_ / "dump.txt", std::ios::binary);
@@ -116,10 +119,12 @@ TEST_F(DebugLog, IsWrittenOnlyWhenSwitchedOn) {
 TEST_F(DebugLog, ALongOrUnterminatedHomeDirectoryIsCutSafely) {
   Configure(1);
   const std::string home(160, 'x');
-  RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_BINARY, home.data(), static_cast<DWORD>(home.size()));
+  RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_BINARY, home.data(),
+                  static_cast<DWORD>(home.size()));
   EXPECT_EQ(DumpSmall("nowhere"), 1);
   const std::string longer(161, 'x');
-  RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_BINARY, longer.data(), static_cast<DWORD>(longer.size()));
+  RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_BINARY, longer.data(),
+                  static_cast<DWORD>(longer.size()));
   EXPECT_EQ(DumpSmall("nowhere"), 1);
   EXPECT_FALSE(HasLog());
 }
@@ -139,11 +144,12 @@ TEST_F(DebugLog, WithoutACallbackReportsAreLoggedAndShown) {
   BoxCloser closer;
   DumpSmall(kNumberForText);
   EXPECT_EQ(closer.boxes().size(), 1u);
-  EXPECT_TRUE(Log().ends_with(" WFINFO:(7178) WFINFO.DLL: " + std::string(kStringMessageEnglish) + "\r\n")) << Log();
+  EXPECT_TRUE(Log().ends_with(" WFINFO:(7178) WFINFO.DLL: " + std::string(kStringMessageEnglish) + "\r\n"))
+      << Log();
 }
 
-// In code page 932 the folder's name holds a character whose second byte is a backslash; elsewhere it ends with a
-// letter that would be a lead byte in 932, in front of the backslash.
+// In code page 932 the folder's name holds a character whose second byte is a backslash; elsewhere it ends
+// with a letter that would be a lead byte in 932, in front of the backslash.
 TEST_F(DebugLog, ARedirectionLibraryBesideUsTakesThePlaceOfTheRegistry) {
   std::filesystem::path beside = folder_ / (GetACP() == 932 ? L"\u8868" : L"caf\u00E9");
   std::error_code no_such_name;
@@ -160,10 +166,12 @@ TEST_F(DebugLog, ARedirectionLibraryBesideUsTakesThePlaceOfTheRegistry) {
   ASSERT_NE(library, GetModuleHandleA("WFINFO.dll")) << "a copy of its own";
   reinterpret_cast<void (*)(const char*)>(reinterpret_cast<void*>(GetProcAddress(redirection, "SetHome")))(
       home_.c_str());
-  const auto dump = reinterpret_cast<int (*)(const char*)>(reinterpret_cast<void*>(GetProcAddress(library, "DumpSmall")));
+  const auto dump =
+      reinterpret_cast<int (*)(const char*)>(reinterpret_cast<void*>(GetProcAddress(library, "DumpSmall")));
   EXPECT_EQ(dump("redirected"), 1);
   EXPECT_TRUE(Log().ends_with(" WFINFO:(7178) redirected\r\n")) << Log();
-  EXPECT_EQ(reinterpret_cast<int (*)()>(reinterpret_cast<void*>(GetProcAddress(redirection, "OpenKeys")))(), 0);
+  EXPECT_EQ(reinterpret_cast<int (*)()>(reinterpret_cast<void*>(GetProcAddress(redirection, "OpenKeys")))(),
+            0);
   FreeLibrary(library);
   FreeLibrary(redirection);
   FreeLibrary(redirection);  // the library kept its own reference, as it does for the life of a process

@@ -57,7 +57,8 @@ TEST(Strings, CountsMayBeTexts) {
   EXPECT_STREQ(LeftStr("abcdef", TextValue("3")), "abc");
   EXPECT_STREQ(RightStr("abcdef", TextValue("3")), "def");
   EXPECT_STREQ(MidStr("abcdef", TextValue("2"), TextValue("3")), "cde");
-  for (const char* count : {"3x", "x", "", "-3", " 3"}) EXPECT_STREQ(LeftStr("abcdef", TextValue(count)), "") << count;
+  for (const char* count : {"3x", "x", "", "-3", " 3"})
+    EXPECT_STREQ(LeftStr("abcdef", TextValue(count)), "") << count;
   EXPECT_STREQ(LeftStr("abcdef", TextValue("99999999999")), "abcdef");
   EXPECT_STREQ(LeftStr("abcdef", 65536), "") << "an address that cannot be read";
   EXPECT_STREQ(LeftStr("abcdef", -65536), "");
@@ -84,7 +85,8 @@ TEST(Strings, QuotesAndBackslashesAreEscaped) {
 
 TEST(Strings, QuotesAreTakenOff) {
   EXPECT_STREQ(UnDoubleQuote("\"a b\""), "a b");
-  for (const char* text : {"\"\"", "\"", "a\"", "\"a", "", "\"a\x81\""}) EXPECT_EQ(UnDoubleQuote(text), text) << text;
+  for (const char* text : {"\"\"", "\"", "a\"", "\"a", "", "\"a\x81\""})
+    EXPECT_EQ(UnDoubleQuote(text), text) << text;
   const std::string fits = "\"" + std::string(8189, 'a') + "\"", large = "\"" + std::string(8190, 'a') + "\"";
   EXPECT_EQ(UnDoubleQuote(fits.c_str()), std::string(8189, 'a'));
   EXPECT_EQ(UnDoubleQuote(large.c_str()), large.c_str());

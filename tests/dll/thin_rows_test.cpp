@@ -1,5 +1,5 @@
-// One test over all thin rows: garbage sends nothing, good parameters send exactly one request with the right code
-// and block to the right window, and the answer comes back in the row's form.
+// One test over all thin rows: garbage sends nothing, good parameters send exactly one request with the right
+// code and block to the right window, and the answer comes back in the row's form.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -23,8 +23,8 @@ using Arguments = std::array<Slot, kMostParameters>;
 // In the 64-bit calling convention every parameter takes one slot, and surplus ones do no harm.
 Slot Call(const Row& row, const Arguments& a) {
   using Export = Slot (*)(Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot, Slot);
-  const auto function = reinterpret_cast<Export>(reinterpret_cast<void*>(
-      GetProcAddress(GetModuleHandleA("WFINFO.dll"), std::string(row.name).c_str())));
+  const auto function = reinterpret_cast<Export>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("WFINFO.dll"), std::string(row.name).c_str())));
   if (function == nullptr) {
     ADD_FAILURE() << row.name << " is not exported";
     return 0;

@@ -78,7 +78,8 @@ TEST(Catalogue, RowsAgreeWithTheGoldenList) {
       continue;
     }
     const std::set<std::string> sent = RequestsOf(row);
-    for (const std::string& request : found->second) EXPECT_TRUE(sent.contains(request)) << row.name << " " << request;
+    for (const std::string& request : found->second)
+      EXPECT_TRUE(sent.contains(request)) << row.name << " " << request;
     EXPECT_TRUE(row.kind == Kind::kHand || sent == found->second) << row.name;
   }
 }

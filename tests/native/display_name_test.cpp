@@ -65,10 +65,14 @@ TEST(DisplayName, EachSpecialCharacterNeedsQuotes) {
 }
 
 TEST(DisplayName, NeverOverrunsItsBuffer) {
-  EXPECT_EQ(Quoted(std::string(511, ',')), "\"" + std::string(509, ',') + "\"") << "511 bytes that need quotes";
-  EXPECT_EQ(Quoted(std::string(508, 'a') + ","), "\"" + std::string(508, 'a') + ",\"") << "the longest that fits";
-  EXPECT_EQ(Quoted(std::string(508, 'a') + "\""), "\"" + std::string(508, 'a') + "\"") << "no room for an escape";
-  EXPECT_EQ(Quoted("," + std::string(507, 'a') + "\x83\x41"), "\"," + std::string(507, 'a') + "\"") << "nor for a character";
+  EXPECT_EQ(Quoted(std::string(511, ',')), "\"" + std::string(509, ',') + "\"")
+      << "511 bytes that need quotes";
+  EXPECT_EQ(Quoted(std::string(508, 'a') + ","), "\"" + std::string(508, 'a') + ",\"")
+      << "the longest that fits";
+  EXPECT_EQ(Quoted(std::string(508, 'a') + "\""), "\"" + std::string(508, 'a') + "\"")
+      << "no room for an escape";
+  EXPECT_EQ(Quoted("," + std::string(507, 'a') + "\x83\x41"), "\"," + std::string(507, 'a') + "\"")
+      << "nor for a character";
   EXPECT_EQ(Quoted("," + std::string(507, 'a') + "\\\x83\x41").back(), '"');
   EXPECT_EQ(Quoted(std::string(2000, 'a')).size(), 2000u) << "a long name that needs nothing stays";
   EXPECT_EQ(Quoted(std::string(1100, '"')).size(), 510u) << "254 escaped quotes and the pair";
@@ -91,10 +95,13 @@ TEST(Honorific, StandsBehindTheName) {
   const HonorificCase cases[] = {
       {"Taro <t@x>", kDefaultHonorific, false, "Taro" + sama + " <t@x>", "a plain name"},
       {"\"Doe, John\" <j@x>", kDefaultHonorific, false, "\"Doe, John" + sama + "\" <j@x>", "a quoted name"},
-      {"J. Doe <j@x>, k@y", " Esq", false, "\"J. Doe Esq\" <j@x>", "a name that needs quotes; the first entry only"},
+      {"J. Doe <j@x>, k@y", " Esq", false, "\"J. Doe Esq\" <j@x>",
+       "a name that needs quotes; the first entry only"},
       {"Taro" + sama + " <t@x>", kDefaultHonorific, false, "Taro" + sama + " <t@x>", "there already"},
-      {"\"Doe, J" + sama + "\" <j@x>", kDefaultHonorific, false, "\"Doe, J" + sama + "\" <j@x>", "there already, quoted"},
-      {"x\x97\x97\x6C <t@x>", "\x97\x6C", false, "x\x97\x97\x6C\x97\x6C <t@x>", "not there: the bytes belong to others"},
+      {"\"Doe, J" + sama + "\" <j@x>", kDefaultHonorific, false, "\"Doe, J" + sama + "\" <j@x>",
+       "there already, quoted"},
+      {"x\x97\x97\x6C <t@x>", "\x97\x6C", false, "x\x97\x97\x6C\x97\x6C <t@x>",
+       "not there: the bytes belong to others"},
       {"Taro <t@x>", " (Mr.)", false, "\"Taro (Mr.)\" <t@x>", "the honorific needs quotes"},
       {"Taro <t@x>", " \"T\"", false, "\"Taro \\\"T\\\"\" <t@x>", "and has quotes itself"},
       {"Taro", kDefaultHonorific, false, "Taro" + sama, "a name alone"},
@@ -104,7 +111,8 @@ TEST(Honorific, StandsBehindTheName) {
       {"t@x", kDefaultHonorific, true, "t" + sama + " <t@x>", "an address gets a name"},
       {"t.y@x", kDefaultHonorific, true, "\"t.y" + sama + "\" <t.y@x>", "one that needs quotes"},
       {"@x", kDefaultHonorific, true, "@x", "there is none to be had"},
-      {"Taro <t@x>", kDefaultHonorific, true, "Taro" + sama + " <t@x>", "with a name the mode makes no difference"},
+      {"Taro <t@x>", kDefaultHonorific, true, "Taro" + sama + " <t@x>",
+       "with a name the mode makes no difference"},
       {"", kDefaultHonorific, false, "", "nothing"},
       {"Taro <t@x", kDefaultHonorific, false, "", "malformed"},
   };

@@ -48,7 +48,8 @@ TEST(CommandLine, HelpAndVersionNeedNothingElse) {
 
 TEST(CommandLine, WithoutAWordItServesOtherPrograms) {
   EXPECT_TRUE(Parsed({}).serve);
-  const Options options = Parsed({"--serve", "--home", "x", "--slow", "1500", "--modal", "0", "--deaf", "--die"});
+  const Options options =
+      Parsed({"--serve", "--home", "x", "--slow", "1500", "--modal", "0", "--deaf", "--die"});
   EXPECT_TRUE(options.serve);
   EXPECT_EQ(options.home, "x");
   EXPECT_EQ(options.slow_ms, 1500u);
@@ -88,9 +89,9 @@ TEST(CommandLine, SaysWhatIsWrong) {
 }
 
 TEST(CommandLine, TheUsageNamesEachOption) {
-  for (const char* option :
-       {"--mail", "--macro", "--prompt", "--trace", "--english", "--japanese", "--help", "--version",
-        "--serve", "--home", "--slow", "--modal", "--deaf", "--die", "--register-mapi", "--unregister-mapi", "--yes"}) {
+  for (const char* option : {"--mail", "--macro", "--prompt", "--trace", "--english", "--japanese", "--help",
+                             "--version", "--serve", "--home", "--slow", "--modal", "--deaf", "--die",
+                             "--register-mapi", "--unregister-mapi", "--yes"}) {
     EXPECT_NE(kUsage.find(option), std::string_view::npos) << option;
   }
 }

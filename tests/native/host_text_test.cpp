@@ -53,14 +53,18 @@ TEST(HostText, CutsKeepWholeUnits) {
       {"abc", 4, 3, "shorter than the limit: whole"},
       {"abcd", 4, 3, "one byte too long"},
       {"ab\x83\x41", 4, 2, "a double-byte character across the cut"},
-      {"a\x83\x41" "d", 4, 3, "a double-byte character before the cut"},
+      {"a\x83\x41"
+       "d",
+       4, 3, "a double-byte character before the cut"},
       {"\x83\x83\x83\x83", 3, 2, "trail bytes that look like lead bytes, walked from the start"},
       {"\x83\x83\x83\x83", 4, 2, "the same, cut inside the second character"},
       {"a" + escape, 3, 1, "one byte after 0x1A"},
       {"a" + escape, 4, 1, "two bytes after 0x1A"},
       {"a" + escape, 5, 1, "three bytes after 0x1A"},
       {"a" + escape + "b", 6, 5, "right behind the escape"},
-      {"\x1A\x1A" "abc", 4, 1, "the nearest 0x1A decides"},
+      {"\x1A\x1A"
+       "abc",
+       4, 1, "the nearest 0x1A decides"},
       {"abc", 1, 0, "no room but for the zero"},
   };
   for (const CutCase& c : cases) {
@@ -78,7 +82,8 @@ TEST(HostText, AReportedTextKeepsItsFirst495BytesInWholeUnits) {
   const CutCase cases[] = {
       {filler + "yz", 496, 495, "495 bytes: kept whole"},
       {filler + "yz!", 496, 495, "496 bytes: the last is lost"},
-      {filler + "y\x83\x41", 496, 494, "496 bytes that end in a double-byte character: its two bytes are lost"},
+      {filler + "y\x83\x41", 496, 494,
+       "496 bytes that end in a double-byte character: its two bytes are lost"},
       {filler + "\x83\x41", 496, 495, "a double-byte character that just fits"},
       {filler + escape, 496, 493, "an escape across the cut"},
       {filler.substr(2) + escape, 496, 495, "an escape that just fits"},

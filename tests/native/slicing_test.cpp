@@ -31,10 +31,18 @@ TEST(Slicing, KeepsCharactersWhole) {
       {"abc", -1, 1, "a", "c", "", "a start in front"},
       {"abc", 1, 0, "", "", "", "a count of nothing"},
       {"abc", 1, -2, "", "", "", "a negative count"},
-      {"a\x83\x5C" "d", 2, 2, "a", "\x83\x5C" "d", "\x83\x5C" "d", "a cut inside a character"},
+      {"a\x83\x5C"
+       "d",
+       2, 2, "a",
+       "\x83\x5C"
+       "d",
+       "\x83\x5C"
+       "d",
+       "a cut inside a character"},
       {"a" + kEscape + "z", 3, 3, "a", kEscape + "z", kEscape + "z", "a cut inside an escape"},
       {"a" + kEscape + "z", 1, 4, "a", kEscape + "z", kEscape, "an escape exactly, and cut"},
-      {"\x83\x83\x83\x83", 1, 2, "\x83\x83", "\x83\x83", "\x83\x83", "second bytes that look like lead bytes"},
+      {"\x83\x83\x83\x83", 1, 2, "\x83\x83", "\x83\x83", "\x83\x83",
+       "second bytes that look like lead bytes"},
       {"", 0, 5, "", "", "", "nothing"},
       {"ab\x1A", 0, 3, "ab", "ab", "ab", "a 0x1A near the cut is taken for an escape's, also at the end"},
   };
@@ -59,7 +67,8 @@ TEST(SlicingProperty, PartsBeginAndEndAtBorders) {
     for (char& c : text) c = alphabet[random() % (sizeof alphabet - 1)];
     const auto borders = Borders(text);
     const int start = static_cast<int>(random() % 26), count = static_cast<int>(random() % 26);
-    for (const std::string_view part : {LeftPart(text, count), RightPart(text, count), MiddlePart(text, start, count)}) {
+    for (const std::string_view part :
+         {LeftPart(text, count), RightPart(text, count), MiddlePart(text, start, count)}) {
       if (part.empty()) continue;
       const auto begin = static_cast<std::size_t>(part.data() - text.data());
       ASSERT_TRUE(borders.count(begin) == 1 && borders.count(begin + part.size()) == 1) << round;
@@ -91,14 +100,18 @@ TEST(Slicing, QuotesAndBackslashesAreEscaped) {
 TEST(Slicing, EscapingStopsBeforeTheUnitBehind8190Bytes) {
   EXPECT_EQ(Escaped(std::string(9000, 'a')).size(), 8190u);
   EXPECT_EQ(Escaped(std::string(8189, 'a') + "\"b"), std::string(8189, 'a') + "\\\"");
-  EXPECT_EQ(Escaped(std::string(8189, 'a') + "\x83\x41" "b"), std::string(8189, 'a') + "\x83\x41");
-  EXPECT_EQ(Escaped(std::string(8189, 'a') + kEscape + "b"), std::string(8189, 'a') + kEscape) << "the longest there is";
+  EXPECT_EQ(Escaped(std::string(8189, 'a') + "\x83\x41"
+                                             "b"),
+            std::string(8189, 'a') + "\x83\x41");
+  EXPECT_EQ(Escaped(std::string(8189, 'a') + kEscape + "b"), std::string(8189, 'a') + kEscape)
+      << "the longest there is";
   EXPECT_EQ(Escaped(std::string(8190, 'a') + kEscape).size(), 8190u);
 }
 
 TEST(Slicing, EnclosingQuotesAreRecognised) {
   for (const char* text : {"\"a\"", "\"\"\"", "\"a b\""}) EXPECT_TRUE(IsEnclosedInQuotes(text)) << text;
-  for (const char* text : {"", "\"", "\"\"", "a\"", "\"a", "\"a\x81\""}) EXPECT_FALSE(IsEnclosedInQuotes(text)) << text;
+  for (const char* text : {"", "\"", "\"\"", "a\"", "\"a", "\"a\x81\""})
+    EXPECT_FALSE(IsEnclosedInQuotes(text)) << text;
   EXPECT_TRUE(IsEnclosedInQuotes("\"" + std::string(8189, 'a') + "\""));
   EXPECT_FALSE(IsEnclosedInQuotes("\"" + std::string(8190, 'a') + "\""));
 }
@@ -123,7 +136,9 @@ TEST(Slicing, PartsAreFoundFromAUnitOn) {
       {"", "a", false, "an empty text"},
       {"abc", "BC", false, "letter case counts"},
       {"\x83\x5C", "\\", false, "a second byte"},
-      {"\x83\x41" "A", "A", true, "skipped inside a character, found behind it"},
+      {"\x83\x41"
+       "A",
+       "A", true, "skipped inside a character, found behind it"},
       {"\x83\x83\x41", "\x83\x41", false, "across two characters"},
       {"\x83\x83\x83\x41", "\x83\x41", true, "the second character"},
       {kEscape, "\r", false, "inside an escape"},

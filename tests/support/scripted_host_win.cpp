@@ -29,7 +29,6 @@ void CollectMessage(const char* text) {
   g_messages.emplace_back(message);
 }
 
-
 std::string Shown(const std::string& text) { return "\"" + text + "\""; }
 
 }  // namespace
@@ -122,7 +121,8 @@ ScriptedHost::ScriptedHost(Language language) : language_(language) {
 
 ScriptedHost::~ScriptedHost() {
   Verify();
-  for (const std::string& message : TakeMessages()) ADD_FAILURE() << "a message that was not expected: " << message;
+  for (const std::string& message : TakeMessages())
+    ADD_FAILURE() << "a message that was not expected: " << message;
   for (const HWND window : windows_) DestroyWindow(window);
   g_host = nullptr;
 }
@@ -166,7 +166,9 @@ std::vector<std::string> ScriptedHost::TakeMessages() {
   return std::exchange(g_messages, {});
 }
 
-void ScriptedHost::ExpectMessages(const std::vector<std::string>& messages) { EXPECT_EQ(TakeMessages(), messages); }
+void ScriptedHost::ExpectMessages(const std::vector<std::string>& messages) {
+  EXPECT_EQ(TakeMessages(), messages);
+}
 
 HWND ScriptedHost::OpenWindow(const char* class_name, HWND owner, DWORD style) {
   WNDCLASSA existing{};
@@ -185,7 +187,9 @@ HWND ScriptedHost::OpenWindow(const char* class_name, HWND owner, DWORD style) {
   return window;
 }
 
-HWND ScriptedHost::OpenFrame() { return OpenWindow("WrenfoldFrame", nullptr, WS_OVERLAPPEDWINDOW | WS_VISIBLE); }
+HWND ScriptedHost::OpenFrame() {
+  return OpenWindow("WrenfoldFrame", nullptr, WS_OVERLAPPEDWINDOW | WS_VISIBLE);
+}
 
 HWND ScriptedHost::OpenOuterView(bool with_user_data) {
   const HWND window = OpenWindow("WrenfoldOuterView", nullptr, WS_OVERLAPPEDWINDOW | WS_VISIBLE);
@@ -306,7 +310,8 @@ namespace {
 
 std::string WindowText(HWND window) {
   char text[1024] = "";
-  SendMessageTimeoutA(window, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text), SMTO_NORMAL, 2000, nullptr);
+  SendMessageTimeoutA(window, WM_GETTEXT, sizeof text, reinterpret_cast<LPARAM>(text), SMTO_NORMAL, 2000,
+                      nullptr);
   return text;
 }
 

@@ -1,5 +1,5 @@
-// A host for tests: a frame window in the test's own process that expects requests one by one. A request that was
-// not expected, differs from what was expected, or never came fails the test.
+// A host for tests: a frame window in the test's own process that expects requests one by one. A request that
+// was not expected, differs from what was expected, or never came fails the test.
 //
 //   ScriptedHost host;
 //   host.Expect(43).Text("Subject").Text("value").Answer(0);
@@ -76,8 +76,8 @@ enum class Language { kJapanese, kEnglish };
 
 class ScriptedHost {
  public:
-  // Creates and activates the frame and hands the library the language and an error callback that collects what it
-  // reports. Messages that a test does not take with TakeMessages fail it.
+  // Creates and activates the frame and hands the library the language and an error callback that collects
+  // what it reports. Messages that a test does not take with TakeMessages fail it.
   explicit ScriptedHost(Language language = Language::kEnglish);
   ~ScriptedHost();
   ScriptedHost(const ScriptedHost&) = delete;
@@ -111,8 +111,8 @@ class ScriptedHost {
   HWND OpenFrame();
   HWND OpenOuterView(bool with_user_data = true);
   HWND OpenHtmlViewer();
-  // A plain window of the class "#32770", owned by `owner`; with `modal` the owner is disabled as a modal dialog
-  // would.
+  // A plain window of the class "#32770", owned by `owner`; with `modal` the owner is disabled as a modal
+  // dialog would.
   HWND OpenDialog(HWND owner, bool modal);
   // A window of class `class_name` with the given style.
   HWND OpenWindow(const char* class_name, HWND owner = nullptr, DWORD style = WS_POPUP | WS_VISIBLE);
@@ -146,8 +146,8 @@ class ScriptedHost {
 // Runs `body` on a thread of its own and waits for it.
 void OnOtherThread(const std::function<void()>& body);
 
-// While alive, closes every message box of this process that shows, with the button `button`, and collects its
-// texts and captions. A box of the library is modal: without this a test would wait for ever.
+// While alive, closes every message box of this process that shows, with the button `button`, and collects
+// its texts and captions. A box of the library is modal: without this a test would wait for ever.
 class BoxCloser {
  public:
   explicit BoxCloser(int button = IDOK);

@@ -1,5 +1,5 @@
-// The address parser once more, slow and plain: a kind for every byte of the entry, worked out first, then searches
-// over those kinds. The tests and the fuzz target compare the two.
+// The address parser once more, slow and plain: a kind for every byte of the entry, worked out first, then
+// searches over those kinds. The tests and the fuzz target compare the two.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,8 @@ class SlowAddressEntry {
 
   SlowAddressEntry(std::string_view list, std::size_t at, bool utf8 = false) : s_(list), utf8_(utf8) {
     begin_ = at;
-    while (begin_ < s_.size() && (Blank(s_[begin_]) || Fold(begin_) > 0)) begin_ += Blank(s_[begin_]) ? 1 : Fold(begin_);
+    while (begin_ < s_.size() && (Blank(s_[begin_]) || Fold(begin_) > 0))
+      begin_ += Blank(s_[begin_]) ? 1 : Fold(begin_);
     next = begin_;
     error = Read();
   }
@@ -86,7 +87,8 @@ class SlowAddressEntry {
     const bool bare = bytes == run.size();
     if (bare && run.size() % 2 == 0) {
       const char c = i + bytes < s_.size() ? s_[i + bytes] : '\0';
-      if (i + bytes >= Limit() || (c != '\0' && std::string(" \t\r\n,;<>@(").find(c) != std::string::npos)) return i + bytes;
+      if (i + bytes >= Limit() || (c != '\0' && std::string(" \t\r\n,;<>@(").find(c) != std::string::npos))
+        return i + bytes;
     }
     for (; !run.empty(); run.pop_back()) {
       std::size_t from = i;
@@ -122,7 +124,8 @@ class SlowAddressEntry {
         to = Section(i);
         if (to == 0) return Limit() - begin_ >= 1024 ? Error::kEntryTooLong : Error::kOpenSection;
       } else if (c == '\\') {
-        if (i + 1 < s_.size() && !LineEnd(s_[i + 1])) to = s_.substr(i + 1, 2) == " (" ? i + 3 : i + 1 + Unit(i + 1);
+        if (i + 1 < s_.size() && !LineEnd(s_[i + 1]))
+          to = s_.substr(i + 1, 2) == " (" ? i + 3 : i + 1 + Unit(i + 1);
       } else if (LineEnd(c)) {
         if (Fold(i) == 0) break;
         to = i + Fold(i);
@@ -162,8 +165,8 @@ class SlowAddressEntry {
     }
     const std::string before = marks.substr(0, open);
     const std::string trimmed = before.substr(0, Cut(marks, 0, open).size());
-    bool two = !trimmed.empty() && trimmed.back() == '>' && trimmed.rfind('<') != none && trimmed.rfind('@') != none &&
-               trimmed.rfind('<') < trimmed.rfind('@');
+    bool two = !trimmed.empty() && trimmed.back() == '>' && trimmed.rfind('<') != none &&
+               trimmed.rfind('@') != none && trimmed.rfind('<') < trimmed.rfind('@');
     bool swallowed = false;
     for (std::size_t at = before.find('<'); at != none; at = before.find('<', at + 1)) {
       const std::size_t stop = std::min(before.find('<', at + 1), before.size());
@@ -188,7 +191,8 @@ class SlowAddressEntry {
     const std::size_t rest = marks.find_first_not_of('b', close + 1);
     if (rest == none) return Error::kNone;
     const auto behind = s_.substr(begin_ + rest);
-    return behind.substr(0, utf8_ ? 3 : 2) == (utf8_ ? "\xEF\xBC\x8C" : "\x81\x43") ? Error::kFullWidthComma : Error::kNoComma;
+    return behind.substr(0, utf8_ ? 3 : 2) == (utf8_ ? "\xEF\xBC\x8C" : "\x81\x43") ? Error::kFullWidthComma
+                                                                                    : Error::kNoComma;
   }
 
   std::string Bare(std::string inner) const {

@@ -1,7 +1,9 @@
 // http_cost: milliseconds to read a body of nearly 4 MiB from this machine, through Inet_Read and through bare loops of
 // InternetReadFile and InternetReadFileExA into one buffer, in turn; the least of each.
 #include <winsock2.h>
+// winsock2.h must come before windows.h, and that before wininet.h.
 #include <windows.h>
+// wininet.h needs windows.h.
 #include <wininet.h>
 
 #include <cstdio>

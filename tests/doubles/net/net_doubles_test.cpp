@@ -24,7 +24,8 @@ namespace {
 // Loads a stand-in by its full path, so that it is the loaded module of its name, and gives its state.
 template <class State>
 State& LoadDouble(const char* name) {
-  const HMODULE module = LoadLibraryA((std::filesystem::current_path() / "doubles" / "net" / name).string().c_str());
+  const HMODULE module =
+      LoadLibraryA((std::filesystem::current_path() / "doubles" / "net" / name).string().c_str());
   EXPECT_EQ(module, GetModuleHandleA(name));
   const auto state = reinterpret_cast<State* (*)()>(reinterpret_cast<void*>(GetProcAddress(module, "State")));
   if (state == nullptr) {
@@ -113,8 +114,8 @@ TEST_F(HttpDouble, ARoundThatGrowsStillAsksForTheOldRoom) {
   state_.body_size = 200000;
   Inet_OpenUrl("http://example.org/");
   EXPECT_EQ(std::string(Inet_Read()).size(), 200000u);
-  // 65535 bytes of room, reads of 5000: after twelve rounds 5535 are left, at most 8192, so the buffer grows; that
-  // round still asks for 5535.
+  // 65535 bytes of room, reads of 5000: after twelve rounds 5535 are left, at most 8192, so the buffer grows;
+  // that round still asks for 5535.
   EXPECT_EQ(state_.rooms[0], 65535u);
   EXPECT_EQ(state_.rooms[11], 65535u - 55000);
   EXPECT_EQ(state_.rooms[12], 5535u);
@@ -308,7 +309,8 @@ Footprint Measure() {
   return now;
 }
 
-// `rounds` opens, reads and closes on each of eight threads; every other round leaves closing to the thread's end.
+// `rounds` opens, reads and closes on each of eight threads; every other round leaves closing to the thread's
+// end.
 void Churn(int rounds) {
   std::vector<std::thread> threads;
   for (int i = 0; i < 8; ++i) {
@@ -332,7 +334,8 @@ TEST_F(HttpDouble, TenThousandOpensAndClosesLeaveNothingBehind) {
   const Footprint after = Measure();
   EXPECT_EQ(state_.open_handles, 0);
   EXPECT_LE(after.handles, before.handles + 8);
-  EXPECT_LE(after.memory_bytes, before.memory_bytes + (4u << 20)) << "one leaked buffer a round would be 800 MB";
+  EXPECT_LE(after.memory_bytes, before.memory_bytes + (4u << 20))
+      << "one leaked buffer a round would be 800 MB";
 }
 
 class SocketDouble : public testing::Test {

@@ -14,10 +14,10 @@ struct WinInetState {
   void (*on_open_url)(void); /* called once, inside the next InternetOpenUrlA */
   void (*on_read)(void);     /* called once, inside the next InternetReadFileExA */
 
-  int open_handles;  /* opened and not closed */
-  int opens;         /* InternetOpenA calls */
+  int open_handles;             /* opened and not closed */
+  int opens;                    /* InternetOpenA calls */
   int closed_order[64], closed; /* handles in the order in which they were closed */
-  unsigned flags;    /* of the last InternetOpenUrlA */
+  unsigned flags;               /* of the last InternetOpenUrlA */
   char agent[64], url[256];
   int read_calls;
   unsigned rooms[256]; /* room offered by each read */

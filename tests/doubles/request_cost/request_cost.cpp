@@ -26,8 +26,8 @@ void MakeFrame() {
   frame.lpfnWndProc = &Frame;
   frame.lpszClassName = "WrenfoldFrame";
   RegisterClassA(&frame);
-  g_frame = CreateWindowExA(0, "WrenfoldFrame", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
-                            nullptr, nullptr);
+  g_frame = CreateWindowExA(0, "WrenfoldFrame", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 50, 50, nullptr,
+                            nullptr, nullptr, nullptr);
   SetActiveWindow(g_frame);
 }
 
@@ -35,7 +35,8 @@ void MakeFrame() {
 long long BareHostRequest() {
   const HWND active = GetActiveWindow();
   DWORD process = 0;
-  if (GetWindowThreadProcessId(active, &process) != GetCurrentThreadId() || process != GetCurrentProcessId()) return 0;
+  if (GetWindowThreadProcessId(active, &process) != GetCurrentThreadId() || process != GetCurrentProcessId())
+    return 0;
   char name[32];
   GetClassNameA(active, name, sizeof name);
   if (std::strcmp(name, "WrenfoldFrame") != 0) return 0;
@@ -53,7 +54,8 @@ double NanosecondsEach(int count, Function function) {
   for (int i = 0; i < count; ++i) sum += function();
   QueryPerformanceCounter(&end);
   if (sum != count) std::printf("unexpected answers\n");
-  return static_cast<double>(end.QuadPart - start.QuadPart) * 1e9 / static_cast<double>(frequency.QuadPart) / count;
+  return static_cast<double>(end.QuadPart - start.QuadPart) * 1e9 / static_cast<double>(frequency.QuadPart) /
+         count;
 }
 
 void Time() {
