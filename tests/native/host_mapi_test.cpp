@@ -1,6 +1,7 @@
 // The small host as the receiver of other programs' mails: command lines, the outbox, the store, message
 // images.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <filesystem>
@@ -194,7 +195,7 @@ TEST(OutgoingMail, AttachmentsComeBackAsTheyWere) {
 class Folder : public testing::Test {
  protected:
   void SetUp() override {
-    folder_ = fs::temp_directory_path() / ("wrenfold-mapi-" + std::to_string(std::hash<const void*>()(this)));
+    folder_ = fs::temp_directory_path() / ("wrenfold-mapi-" + std::to_string(getpid()));
     fs::remove_all(folder_);
     fs::create_directories(folder_);
   }
