@@ -82,7 +82,7 @@ target_sources(dll_tests PRIVATE src/desktop/wide_text_win.cpp src/text/system_c
 add_custom_command(TARGET dll_tests POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> $<TARGET_FILE_DIR:dll_tests>)
 gtest_discover_tests(dll_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_PREFIX dll.
-  PROPERTIES TIMEOUT 120)
+  PROPERTIES TIMEOUT 300)
 
 # The whole system from outside: wrenfold.exe with real mails and real peers.
 file(GLOB end_to_end_tests CONFIGURE_DEPENDS tests/e2e/test_*.py tests/repository/test_*.py)

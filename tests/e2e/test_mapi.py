@@ -61,6 +61,8 @@ class MapiTest(HostTest):
         self.environment = {**os.environ, "WRENFOLD_HOME": windows_path(self.home)}
         self.addCleanup(self.end_hosts)
         self.outputs = 0
+        # Frames are found across the whole prefix: a host of an earlier test may still be on its way out.
+        self.wait_until(lambda: not self.frame_exists(), "another host is still there")
 
     # Hosts and clients write to files: a host that a client started would keep a pipe open.
     def start(self, executable, *words):
