@@ -61,8 +61,6 @@ class MapiTest(HostTest):
         self.environment = {**os.environ, "WRENFOLD_HOME": windows_path(self.home)}
         self.addCleanup(self.end_hosts)
         self.outputs = 0
-        # Frames are found across the whole prefix: a host of an earlier test may still be on its way out.
-        self.wait_until(lambda: not self.frame_exists(), "another host is still there")
 
     # Hosts and clients write to files: a host that a client started would keep a pipe open.
     def start(self, executable, *words):
@@ -92,12 +90,15 @@ class MapiTest(HostTest):
         return process
 
     def frame_exists(self):
-        return subprocess.run(host.command(CLIENT) + ["frame"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, timeout=host.TIMEOUT_SECONDS).returncode == 0
+        return self.ask_client("frame") == 0
+
+    def ask_client(self, word):
+        return subprocess.run(host.command(CLIENT) + [word], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, timeout=host.TIMEOUT_SECONDS).returncode
 
     def end_hosts(self):
-        subprocess.run(host.command(CLIENT) + ["close"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL, timeout=host.TIMEOUT_SECONDS)
+        # A host that stayed would take the mails of the next test.
+        self.assertEqual(self.ask_client("close"), 0, "a host is still there")
 
     def wait_until(self, condition, reason, seconds=30):
         end = time.monotonic() + seconds
