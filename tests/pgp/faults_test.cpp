@@ -55,7 +55,14 @@ BOOL WINAPI GetFileSizeFault(HANDLE file, PLARGE_INTEGER size) {
 BOOL WINAPI DeleteFileFault(LPCWSTR name) {
   // As while a console still holds the file: what the runner has to try again.
   if (g_faults.Fails(4)) return SetLastError(ERROR_SHARING_VIOLATION), FALSE;
-  return g_real.delete_file(name);
+  // Each call is to fail for its own fault only, not since this system takes long over ending a console.
+  constexpr int kLongestWaitMs = 60000;
+  for (int waited = 0; waited < kLongestWaitMs; waited += 10) {
+    if (g_real.delete_file(name)) return TRUE;
+    if (GetLastError() != ERROR_SHARING_VIOLATION) return FALSE;
+    Sleep(10);
+  }
+  return SetLastError(ERROR_SHARING_VIOLATION), FALSE;
 }
 BOOL WINAPI CreatePipeFault(PHANDLE read, PHANDLE write, LPSECURITY_ATTRIBUTES security, DWORD size) {
   if (g_faults.Fails(5)) return Refuse();
