@@ -1,6 +1,7 @@
 // The exports that decrypt and verify messages and judge certificates.
 #include <windows.h>
 
+#include "base/unique_win.h"
 #include "bridge/report_win.h"
 #include "bridge/results_win.h"
 #include "catalogue/declarations.h"
@@ -20,6 +21,8 @@ bool AreBytes(const void* bytes, unsigned size) { return bytes != nullptr && !Is
 unsigned int PgpGetSMIMEOutputSize() noexcept { return wfinfo::g_smimeOutputSize; }
 
 const char* SMIMEDecrypt(const void* message, unsigned int size, const char* address) noexcept {
+  const wfinfo::UniqueLocal earlier_info(wfinfo::TakePgpInfoText());  // a parameter may lie in it
+  wfinfo::BeginPgpRun();
   if (!AreBytes(message, size) || !wfinfo::IsTextOrNull(address)) return wfinfo::kNoText;
   return wfinfo::smime::SmimeDecrypt(static_cast<const BYTE*>(message), size, address);
 }
@@ -27,11 +30,13 @@ const char* SMIMEDecrypt(const void* message, unsigned int size, const char* add
 const char* SMIMEVerify(const void* message, unsigned int size, const void* detached,
                         unsigned int detached_size, const char* sender, void* decryption) noexcept {
   using namespace wfinfo::smime;
+  // What an earlier message left behind is gone even when the parameters are refused.
+  const wfinfo::UniqueLocal earlier_info(wfinfo::TakePgpInfoText());  // a parameter may lie in it
+  wfinfo::BeginPgpRun();
   if (!AreBytes(message, size) || !wfinfo::IsTextOrNull(sender)) return wfinfo::kNoText;
   if (detached != nullptr && !AreBytes(detached, detached_size)) return wfinfo::kNoText;
   if (decryption != nullptr && !AreBytes(decryption, sizeof(CRYPT_DECRYPT_MESSAGE_PARA)))
     return wfinfo::kNoText;
-  wfinfo::BeginPgpRun();
   if (!LoadCryptoLibrary()) return wfinfo::kNoText;
   return VerifyMessage({static_cast<const BYTE*>(message), size, static_cast<const BYTE*>(detached),
                         detached_size, sender, static_cast<CRYPT_DECRYPT_MESSAGE_PARA*>(decryption)});

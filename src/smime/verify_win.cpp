@@ -111,8 +111,10 @@ void KeepGoodReport(const SignerWalk& walk, const SignedMessage& message) {
                            "△ 電子署名は正しく検証されましたが、署名者が不明です。\r\n"}));
     return;
   }
-  g_signatureState = 1;
-  KeepPgpInfoText(SignatureReport(walk.signer(), message.sender, MessageStore()));
+  char* const report = SignatureReport(walk.signer(), message.sender, MessageStore());
+  // A good signature without its report would hide who signed.
+  g_signatureState = report != nullptr ? 1 : 0;
+  KeepPgpInfoText(report);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
+#include <functional>
 
 #include "external/pgp_state_win.h"
 #include "smime/cert_report_win.h"
@@ -32,7 +34,11 @@ BOOL WINAPI ChainWithStatus(HCERTCHAINENGINE engine, PCCERT_CONTEXT cert, LPFILE
   return done;
 }
 
-LONG WINAPI Trust(HWND, GUID*, LPVOID data) {
+LONG WINAPI Trust(HWND, GUID* action, LPVOID data) {
+  // The policy that judges a certificate by its chain.
+  constexpr GUID kCertificate = {
+      0x189A3842, 0x3041, 0x11D1, {0x85, 0xE1, 0x00, 0xC0, 0x4F, 0xC2, 0x95, 0xEE}};
+  EXPECT_TRUE(IsEqualGUID(*action, kCertificate));
   g_asked = *static_cast<WINTRUST_DATA*>(data);
   g_askedCert = *g_asked.pCert;
   g_askedName = g_askedCert.pcwszDisplayName;
@@ -329,6 +335,46 @@ TEST_F(SmimeWalk, UnreadableParametersGiveNothing) {
   EXPECT_STREQ(SMIMEVerify("m", 1, nullptr, 0, kNumberForText, nullptr), "");
   EXPECT_STREQ(SMIMEDecrypt("m", 1, kNumberForText), "");
   host_.ExpectMessages({kStringMessageEnglish, kStringMessageEnglish});
+}
+
+TEST_F(SmimeWalk, ARefusedMessageDoesNotKeepTheStateOfTheOneBefore) {
+  Authority root("Root");
+  const UniqueCert signer(root.Issue(ForEmail("a@x")));
+  g_signer = signer.get();
+  const std::function<void()> refused[] = {
+      [] { SMIMEVerify(nullptr, 5, nullptr, 0, nullptr, nullptr); },
+      [] { SMIMEVerify("m", 1, nullptr, 0, kNumberForText, nullptr); },
+      [] { SMIMEVerify("m", 1, kNumberForText, 5, nullptr, nullptr); },
+      [] { SMIMEDecrypt(nullptr, 5, nullptr); },
+      [] { SMIMEDecrypt("m", 1, kNumberForText); },
+  };
+  for (const auto& refuse : refused) {
+    g_calls = 0;
+    Verify({0, 0});
+    ASSERT_EQ(wfinfo::g_signatureState, 1);
+    refuse();
+    EXPECT_EQ(wfinfo::g_signatureState, -1);
+    EXPECT_EQ(PgpGetSMIMEOutputSize(), 0u);
+    EXPECT_STREQ(wfinfo::PgpInfoText(), "");
+  }
+  host_.TakeMessages();
+}
+
+TEST_F(SmimeWalk, TheSenderMayLieInTheReportBefore) {
+  Authority root("Root");
+  const UniqueCert signer(root.Issue({.name = "A", .emails = {"first@x"}, .alt_emails = {"last@x"}}));
+  g_signer = signer.get();
+  Verify({0, 0});
+  const char* const sender =
+      std::strstr(wfinfo::PgpInfoText(), "last@x");  // of the line of further addresses
+  ASSERT_NE(sender, nullptr);
+  *const_cast<char*>(sender + 6) = '\0';
+  g_calls = 0;
+  SMIMEVerify("message", 7, nullptr, 0, sender, nullptr);
+  EXPECT_NE(std::string(wfinfo::PgpInfoText())
+                .find("\x81\x9B Ther certificate email address matches the email sender.\r\n"),
+            std::string::npos)
+      << wfinfo::PgpInfoText();
 }
 
 TEST_F(SmimeWalk, AStoreThatDoesNotOpenIsTold) {
