@@ -87,6 +87,7 @@ struct Tally {
   unsigned registered = 0;
   unsigned already = 0;
   unsigned failed = 0;
+  DWORD error = 0;  // of the last failure
 };
 
 AddOutcome Outcome(BOOL added) {
@@ -95,7 +96,10 @@ AddOutcome Outcome(BOOL added) {
 }
 
 AddOutcome AddTo(HCERTSTORE target, PCCERT_CONTEXT cert) {
-  if (target == nullptr) return AddOutcome::kFailed;
+  if (target == nullptr) {
+    SetLastError(ERROR_INVALID_HANDLE);
+    return AddOutcome::kFailed;
+  }
   return Outcome(g_crypto.CertAddCertificateContextToStore(target, cert, CERT_STORE_ADD_NEW, nullptr));
 }
 
@@ -104,7 +108,10 @@ void AddRow(PCCERT_CONTEXT cert, const ImportRow& row, const Targets& targets, T
   const AddOutcome outcome = row.is_installed ? AddOutcome::kThereAlready : AddTo(targets[row.target], cert);
   if (outcome == AddOutcome::kAdded) ++tally.registered;
   if (outcome == AddOutcome::kThereAlready) ++tally.already;
-  if (outcome == AddOutcome::kFailed) ++tally.failed;
+  if (outcome == AddOutcome::kFailed) {
+    ++tally.failed;
+    tally.error = GetLastError();
+  }
 }
 
 Tally AddRows(HCERTSTORE source, const ImportRow* rows, int count, const Targets& targets) {
@@ -121,11 +128,11 @@ Tally AddRows(HCERTSTORE source, const ImportRow* rows, int count, const Targets
 }
 
 void ReportFailures(const Tally& tally) {
+  SetLastError(tally.error);  // the walk over the certificates has set another since
   if (tally.registered == 0 && tally.already == 0) {
     ShowSmimeError({"Failed to register certificate.", "証明書の登録に失敗しました。"});
     return;
   }
-  const DWORD error = GetLastError();
   char text[512];
   wsprintfA(
       text,
@@ -134,7 +141,7 @@ void ReportFailures(const Tally& tally) {
            "failed to register.",
            "%u個の証明書を登録しました。%u個の証明書は登録済みでした。%u個の証明書は登録に失敗しました。"}),
       tally.registered, tally.already, tally.failed);
-  SetLastError(error);
+  SetLastError(tally.error);
   ShowSmimeError(text);
 }
 

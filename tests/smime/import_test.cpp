@@ -235,6 +235,81 @@ TEST_F(SmimeImport, FailuresAreCounted) {
   EXPECT_NE(closer.boxes()[1].text.find("Failed to register certificate."), std::string::npos);
 }
 
+TEST_F(SmimeImport, AFailureShowsItsOwnCode) {
+  AddChain();
+  crypto_.replaced["CertAddCertificateContextToStore"] =
+      reinterpret_cast<void*>(+[](HCERTSTORE, PCCERT_CONTEXT, DWORD disposition, PCCERT_CONTEXT*) -> BOOL {
+        EXPECT_EQ(disposition, static_cast<DWORD>(CERT_STORE_ADD_NEW));
+        SetLastError(0x80070005);
+        return FALSE;
+      });
+  BoxCloser closer;
+  EXPECT_EQ(Import(true), 0);
+  ASSERT_EQ(closer.boxes().size(), 1u);
+  EXPECT_EQ(closer.boxes()[0].text,
+            "Error occurred in S/MIME: Failed to register certificate., \nerror code=0x80070005");
+}
+
+TEST_F(SmimeImport, ARepeatedCertificateDoesNotShiftTheOthers) {
+  source_.Add(person_);
+  source_.Add(person_);
+  source_.Add(middle_.cert());
+  EXPECT_EQ(Import(true), 1);
+  EXPECT_TRUE(Has("AddressBook", person_));
+  EXPECT_TRUE(Has("CA", middle_.cert()));
+  EXPECT_FALSE(Has("CA", person_));
+  EXPECT_FALSE(Has("AddressBook", middle_.cert()));
+}
+
+TEST_F(SmimeImport, ACertificateThatComesAgainLaterIsThereAlready) {
+  source_.Add(person_);
+  source_.Add(middle_.cert());
+  source_.Add(person_);
+  BoxCloser closer;
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDOK, 0); });
+  EXPECT_EQ(Import(), 1);
+  ASSERT_EQ(closer.boxes().size(), 1u);
+  EXPECT_EQ(closer.boxes()[0].text, "2 certificates are registered.");
+}
+
+TEST_F(SmimeImport, TheFirstStoreThatHasACertificateKeepsIt) {
+  crypto_.Store("ROOT").Add(person_);
+  crypto_.Store("CA").Add(person_);
+  source_.Add(person_);
+  std::vector<SeenRow> rows;
+  BoxCloser closer;
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [&](HWND dialog) {
+    rows.push_back(RowOf(dialog, 0));
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+  });
+  EXPECT_EQ(Import(), 1);
+  ASSERT_EQ(rows.size(), 1u);
+  EXPECT_EQ(rows[0].combo, "Intermediate certification authority");
+}
+
+TEST_F(SmimeImport, AnInstalledRootNeedsNoQuestion) {
+  crypto_.Store("ROOT").Add(root_.cert());
+  source_.Add(root_.cert());
+  BoxCloser closer;
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDOK, 0); });
+  EXPECT_EQ(Import(), 1);
+  ASSERT_EQ(closer.boxes().size(), 1u) << "the outcome only";
+  EXPECT_EQ(closer.boxes()[0].text, "This certificate was already registered in Windows cert store.");
+}
+
+TEST_F(SmimeImport, AnyCertificateThatIsToBeARootIsAskedFor) {
+  source_.Add(person_);
+  BoxCloser closer(IDYES);
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) {
+    SendDlgItemMessageA(dialog, IDC_IMPORT_FIRST_COMBO, CB_SETCURSEL, 2, 0);
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+  });
+  EXPECT_EQ(Import(), 1);
+  EXPECT_TRUE(Has("ROOT", person_));
+  ASSERT_EQ(closer.boxes().size(), 2u);
+  EXPECT_EQ(closer.boxes()[0].text.find("alice@example.org ... You are installing"), 0u);
+}
+
 TEST_F(SmimeImport, NoStoreGivesZero) {
   EXPECT_EQ(SMIMEAddCertificate(nullptr, 0, nullptr), 0);
   EXPECT_EQ(SMIMEAddCertificate(reinterpret_cast<void*>(5), 0, nullptr), 0);
