@@ -62,7 +62,9 @@ void Candidates::Collect(const HCERTSTORE* stores, int store_count, const char* 
     EachCertificate(stores[index], [&](PCCERT_CONTEXT cert) {
       if (!CertMatchesEmailBySubject(cert, address) && !CertMatchesEmailByAltName(cert, address)) return true;
       LogLine("found store=%u", index);
-      if (!IsTaken(cert)) list_[count_++] = {g_crypto.CertDuplicateCertificateContext(cert), false};
+      if (IsTaken(cert)) return true;
+      const PCCERT_CONTEXT taken = g_crypto.CertDuplicateCertificateContext(cert);
+      if (taken != nullptr) list_[count_++] = {taken, false};
       return count_ < kMostCandidates;
     });
   }

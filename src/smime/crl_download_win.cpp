@@ -17,6 +17,11 @@ constexpr DWORD kTail = 16;  // spare bytes behind the list
 void CloseInternet(HINTERNET handle) { g_winInet.InternetCloseHandle(handle); }
 using UniqueInternet = Unique<PointerTraits<HINTERNET, &CloseInternet>>;
 
+bool HasWinInet() {
+  return EnsureWinInet() && g_winInet.InternetOpenA != nullptr && g_winInet.InternetOpenUrlA != nullptr &&
+         g_winInet.InternetReadFile != nullptr && g_winInet.InternetCloseHandle != nullptr;
+}
+
 // A movable block that grows as the bytes come in.
 class Body {
  public:
@@ -84,7 +89,7 @@ bool ReadAll(HINTERNET request, Body& body, char (&error)[kDownloadErrorRoom]) {
 HLOCAL DownloadCrl(const char* url, DWORD* size, char (&error)[kDownloadErrorRoom]) {
   *size = 0;
   error[0] = '\0';
-  if (!EnsureWinInet()) {
+  if (!HasWinInet()) {
     lstrcpyA(error, "WININET.DLL load failed.");
     return nullptr;
   }

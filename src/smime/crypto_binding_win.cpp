@@ -1,6 +1,9 @@
 #include "smime/crypto_binding_win.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <string_view>
 
 #include "base/fatal.h"
 #include "bridge/debug_log_win.h"
@@ -29,6 +32,33 @@ BOOL WINAPI ViewCertificate(DWORD, const void* context, HWND parent, LPCWSTR tit
   view.szTitle = title;
   view.pCertContext = static_cast<PCCERT_CONTEXT>(context);
   return g_crypto.CryptUIDlgViewCertificateW(&view, nullptr);
+}
+
+// Entries whose absence their users look for: these stay null when crypt32 lacks them.
+constexpr std::string_view kOptional[] = {"CertGetCertificateChain", "CertFreeCertificateChain",
+                                          "CertVerifyCRLRevocation"};
+// Entries whose 0 means that all is well; what they judge counts as too old without them.
+constexpr std::string_view kZeroIsGood[] = {"CertVerifyTimeValidity", "CertVerifyCRLTimeValidity"};
+
+// These stand in for an entry that crypt32 lacks, and fail as the entry would. One function serves all: the
+// caller of a 64-bit function clears the arguments away, and every result comes in the same register.
+INT_PTR FailingEntry() {
+  SetLastError(ERROR_PROC_NOT_FOUND);
+  return 0;
+}
+INT_PTR FailingCheck() {
+  SetLastError(ERROR_PROC_NOT_FOUND);
+  return 1;
+}
+
+template <std::size_t kCount>
+bool Holds(const std::string_view (&names)[kCount], std::string_view name) {
+  return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
+
+void* StandInFor(const char* name) {
+  if (Holds(kOptional, name)) return nullptr;
+  return reinterpret_cast<void*>(Holds(kZeroIsGood, name) ? &FailingCheck : &FailingEntry);
 }
 
 template <class Function>
@@ -69,7 +99,9 @@ bool LoadCryptoLibrary() {
          "（WindowsまたはInternet Explorerが古いとダメです）"});
     return false;
   }
-#define WFINFO_TAKE(name) Take(g_crypto.crypt32, #name, &g_crypto.name);
+#define WFINFO_TAKE(name)                        \
+  Take(g_crypto.crypt32, #name, &g_crypto.name); \
+  if (g_crypto.name == nullptr) g_crypto.name = reinterpret_cast<decltype(g_crypto.name)>(StandInFor(#name));
   WFINFO_CRYPT32_ENTRIES(WFINFO_TAKE)
 #undef WFINFO_TAKE
   TakeViewers();

@@ -63,7 +63,9 @@ struct CryptoBinding {
   decltype(&::CryptUIDlgViewContext) CryptUIDlgViewContext;
   decltype(&::CryptUIDlgViewCertificateW) CryptUIDlgViewCertificateW;
 };
-// An entry that the loaded crypt32 lacks is null.
+// An entry that the loaded crypt32 lacks is null when its users look for that, else a function that fails
+// with ERROR_PROC_NOT_FOUND: no operation ends the process, and one that can do without the entry still
+// works.
 extern CryptoBinding g_crypto;
 
 // Where modules and entries come from. Whoever watches or replaces single entries puts his own functions

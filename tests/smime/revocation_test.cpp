@@ -2,11 +2,8 @@
 // download.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <map>
-
-#include "net/wininet_binding_win.h"
 #include "smime/crl_download_win.h"
+#include "smime/fake_web.h"
 #include "smime/revocation_win.h"
 #include "smime/support.h"
 #include "support/library.h"
@@ -16,66 +13,6 @@ namespace wfinfo_test {
 namespace {
 
 using namespace wfinfo::smime;
-
-// A WinINet of its own: pages by address, or errors.
-struct Web {
-  std::map<std::string, std::string> pages;
-  std::vector<std::string> asked;
-  std::string agent;
-  DWORD flags = 0;
-  int open = 0;
-  bool open_fails = false;
-  DWORD url_error = 0;
-  DWORD read_error = 0;
-  DWORD largest_read = 0xFFFFFFFF;
-  std::string current;
-  std::size_t at = 0;
-};
-Web* g_web = nullptr;
-
-class FakeWeb {
- public:
-  FakeWeb() {
-    wfinfo::EnsureWinInet();
-    saved_ = wfinfo::g_winInet;
-    g_web = &web;
-    wfinfo::g_winInet.InternetOpenA = [](LPCSTR agent, DWORD, LPCSTR, LPCSTR, DWORD) -> HINTERNET {
-      g_web->agent = agent;
-      if (g_web->open_fails) return nullptr;
-      ++g_web->open;
-      return reinterpret_cast<HINTERNET>(1);
-    };
-    wfinfo::g_winInet.InternetOpenUrlA = [](HINTERNET, LPCSTR url, LPCSTR, DWORD, DWORD flags,
-                                            DWORD_PTR) -> HINTERNET {
-      g_web->asked.emplace_back(url);
-      g_web->flags = flags;
-      SetLastError(g_web->url_error);
-      if (g_web->url_error != 0) return nullptr;
-      g_web->current = g_web->pages[url];
-      g_web->at = 0;
-      ++g_web->open;
-      return reinterpret_cast<HINTERNET>(2);
-    };
-    wfinfo::g_winInet.InternetReadFile = [](HINTERNET, LPVOID buffer, DWORD room, LPDWORD got) -> BOOL {
-      SetLastError(g_web->read_error);
-      if (g_web->read_error != 0) return FALSE;
-      const auto left = static_cast<DWORD>(g_web->current.size() - g_web->at);
-      *got = std::min({room, left, g_web->largest_read});
-      std::copy_n(g_web->current.data() + g_web->at, *got, static_cast<char*>(buffer));
-      g_web->at += *got;
-      return TRUE;
-    };
-    wfinfo::g_winInet.InternetCloseHandle = [](HINTERNET) -> BOOL {
-      --g_web->open;
-      return TRUE;
-    };
-  }
-  ~FakeWeb() { wfinfo::g_winInet = saved_; }
-  Web web;
-
- private:
-  wfinfo::WinInetBinding saved_;
-};
 
 TEST(SmimeDownload, BringsAllBytesInABlockWithSpareOnes) {
   FakeWeb fake;
@@ -97,6 +34,7 @@ TEST(SmimeDownload, BringsAllBytesInABlockWithSpareOnes) {
   }
   EXPECT_EQ(fake.web.agent, "TamarinMail CRL retriever");
   EXPECT_EQ(fake.web.flags, 0x000C0200u);
+  EXPECT_EQ(fake.web.headers, "");
 }
 
 TEST(SmimeDownload, TellsWhatFailedAndClosesItsHandles) {
@@ -324,6 +262,105 @@ TEST_F(SmimeRevocation, WithoutAnythingToCheckThatIsTold) {
   SetWindowTextA(control_, "");
   EXPECT_EQ(SMIMEVerifyRevocation(store.get(), control_), 0);
   EXPECT_EQ(Text(), kHead + std::string("\x81\xA2 Failed to create certficate chain."));
+}
+
+TEST_F(SmimeRevocation, AfterACertificateThatIsNotCheckedToTheEndTheNextFollows) {
+  Authority lone("Lone", nullptr, {.emails = {"lone@x"}});
+  carried_.Add(lone.cert());
+  carried_.Add(Person("b@x"));
+  carried_.Add(root_.cert());
+  AddList(root_.Revoke({}));
+  const std::string no_chain = "\x81\xA2 Failed to create certficate chain.";
+  EXPECT_EQ(Check(), kHead + no_chain + "b@x\r\n" + kLocal + kGood);
+  EXPECT_EQ(result_, 1);
+  // In Japanese mode the signer alone is checked: there was a check, so nobody else is.
+  host_.SetLanguage(Language::kJapanese);
+  const std::string added = Check(Sjis(u8"署名者メールアドレス： ") + "lone@x\r\n");
+  EXPECT_EQ(result_, 0);
+  EXPECT_EQ(added.find("b@x"), std::string::npos) << added;
+}
+
+// Chains are built with the "CA" store only, or with any other.
+HCERTSTORE g_refusedStore = nullptr;
+BOOL WINAPI ChainWithoutStore(HCERTCHAINENGINE engine, PCCERT_CONTEXT cert, LPFILETIME time, HCERTSTORE store,
+                              PCERT_CHAIN_PARA para, DWORD flags, LPVOID reserved,
+                              PCCERT_CHAIN_CONTEXT* chain) {
+  if (store == g_refusedStore) return FALSE;
+  return CertGetCertificateChain(engine, cert, time, store, para, flags, reserved, chain);
+}
+
+TEST_F(SmimeRevocation, AChainIsTriedAgainWithTheStoreOfAuthorities) {
+  carried_.Add(Person("a@x"));
+  crypto_.Store("CA").Add(root_.cert());
+  AddList(root_.Revoke({}));
+  g_refusedStore = carried_.get();
+  crypto_.replaced["CertGetCertificateChain"] = reinterpret_cast<void*>(&ChainWithoutStore);
+  crypto_.replaced["CertFreeCertificateChain"] = reinterpret_cast<void*>(&CertFreeCertificateChain);
+  EXPECT_EQ(Check(), kHead + std::string("a@x\r\n") + kLocal + kGood);
+  EXPECT_EQ(result_, 1);
+}
+
+// Cuts a name to its room, as documented; Wine's gives no name at all then.
+DWORD WINAPI CutName(PCCERT_CONTEXT cert, DWORD type, DWORD flags, void* para, LPSTR name, DWORD room) {
+  char whole[1024];
+  const DWORD size = CertGetNameStringA(cert, type, flags, para, whole, sizeof whole);
+  lstrcpynA(name, whole, static_cast<int>(room));
+  return std::min(size, room);
+}
+
+TEST_F(SmimeRevocation, ANameIsShownUpTo122Bytes) {
+  crypto_.replaced["CertGetNameStringA"] = reinterpret_cast<void*>(&CutName);
+  const std::string name(200, 'n');
+  kept_.push_back(root_.Issue({.name = name, .emails = {"a@x"}}));
+  carried_.Add(kept_.back());
+  carried_.Add(root_.cert());
+  EXPECT_EQ(Check().find(kHead + name.substr(0, 122) + "\r\n"), 0u) << Text();
+}
+
+TEST_F(SmimeRevocation, AListThatIsNotKeptIsUsedAllTheSame) {
+  carried_.Add(Person("a@x"));
+  carried_.Add(root_.cert());
+  Serve(root_.Revoke({}));
+  static DWORD disposition;
+  crypto_.replaced["CertAddCRLContextToStore"] =
+      reinterpret_cast<void*>(+[](HCERTSTORE, PCCRL_CONTEXT, DWORD how, PCCRL_CONTEXT*) -> BOOL {
+        disposition = how;
+        return FALSE;
+      });
+  const std::string added = Check();
+  EXPECT_EQ(disposition, static_cast<DWORD>(CERT_STORE_ADD_REPLACE_EXISTING));
+  EXPECT_NE(added.find(kGood), std::string::npos) << added;
+  EXPECT_EQ(added.find("are registered"), std::string::npos) << added;
+}
+
+// Two distribution points, both with the same address; only the second one is a full name.
+BOOL WINAPI DecodePoints(DWORD encoding, LPCSTR structure, const BYTE* encoded, DWORD size, DWORD flags,
+                         PCRYPT_DECODE_PARA para, void* object, DWORD* object_size) {
+  if (structure != X509_CRL_DIST_POINTS)
+    return CryptDecodeObjectEx(encoding, structure, encoded, size, flags, para, object, object_size);
+  static wchar_t relative[] = L"http://x/relative";
+  static wchar_t full[] = L"http://x/full";
+  static CERT_ALT_NAME_ENTRY names[2];
+  static CRL_DIST_POINT points[2];
+  for (int i = 0; i < 2; ++i) {
+    names[i].dwAltNameChoice = CERT_ALT_NAME_URL;
+    names[i].pwszURL = i == 0 ? relative : full;
+    points[i].DistPointName.dwDistPointNameChoice =
+        i == 0 ? CRL_DIST_POINT_ISSUER_RDN_NAME : CRL_DIST_POINT_FULL_NAME;
+    points[i].DistPointName.FullName = {1, &names[i]};
+  }
+  auto* const info = static_cast<CRL_DIST_POINTS_INFO*>(LocalAlloc(LPTR, sizeof(CRL_DIST_POINTS_INFO)));
+  *info = {2, points};
+  *static_cast<void**>(object) = info;
+  return TRUE;
+}
+
+TEST_F(SmimeRevocation, OnlyPointsWithAFullNameCount) {
+  carried_.Add(Person("a@x"));
+  carried_.Add(root_.cert());
+  crypto_.replaced["CryptDecodeObjectEx"] = reinterpret_cast<void*>(&DecodePoints);
+  Check();
+  EXPECT_EQ(fake_.web.asked, std::vector<std::string>{"http://x/full"});
 }
 
 TEST_F(SmimeRevocation, AChainThatCannotBeBuiltIsTold) {

@@ -265,6 +265,7 @@ HCERTSTORE WINAPI OpenSystemStore(HCRYPTPROV_LEGACY provider, LPCSTR name) {
   return CertDuplicateStore(g_counted->Store(name).get());
 }
 BOOL WINAPI CloseStore(HCERTSTORE store, DWORD flags) {
+  EXPECT_EQ(flags, static_cast<DWORD>(CERT_CLOSE_STORE_CHECK_FLAG));
   --g_counts->stores;
   return CertCloseStore(store, flags & ~static_cast<DWORD>(CERT_CLOSE_STORE_CHECK_FLAG));
 }
