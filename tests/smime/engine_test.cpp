@@ -80,6 +80,13 @@ BOOL WINAPI SignAndEncrypt(PCRYPT_SIGN_MESSAGE_PARA sign, PCRYPT_ENCRYPT_MESSAGE
   g_recorded.content.assign(reinterpret_cast<const char*>(bytes), size);
   return Produce(out, out_size);
 }
+BOOL WINAPI Decrypt(PCRYPT_DECRYPT_MESSAGE_PARA para, const BYTE*, DWORD, BYTE* out, DWORD* size,
+                    PCCERT_CONTEXT*) {
+  EXPECT_EQ(para->cbSize, sizeof *para);
+  EXPECT_EQ(para->dwMsgAndCertEncodingType, static_cast<DWORD>(X509_ASN_ENCODING | PKCS_7_ASN_ENCODING));
+  EXPECT_EQ(para->cCertStore, 1u);
+  return Produce(out, size);
+}
 // Every chain is fine.
 BOOL WINAPI GoodChain(HCERTCHAINENGINE engine, PCCERT_CONTEXT cert, LPFILETIME time, HCERTSTORE store,
                       PCERT_CHAIN_PARA para, DWORD flags, LPVOID reserved, PCCERT_CHAIN_CONTEXT* chain) {
@@ -166,6 +173,44 @@ TEST_F(SmimeEngine, AFailingCallIsNamed) {
     EXPECT_EQ(closer.boxes()[i].text,
               std::string("Error occurred in S/MIME: ") + names[i] + " failed, \nerror code=0x00001234");
   }
+}
+
+TEST_F(SmimeEngine, ACertificateWithAProblemIsRefused) {
+  Add("My", {.name = "Old", .emails = {"old@x"}, .from_days = -20, .to_days = -10});
+  Add("AddressBook", {.name = "Older", .emails = {"older@x"}, .from_days = -30, .to_days = -20});
+  BoxCloser closer;
+  const std::string expired = "\x81\x7E !!!!The certificate is expired.\r\n";
+  EXPECT_STREQ(SmimeEncryptSign(1, "t", nullptr, "old@x", 0, 0, 0), "");
+  EXPECT_STREQ(SmimeEncryptSign(0, "t", "old@x you@x older@x", nullptr, 0, 0, 0), "");
+  host_.SetLanguage(Language::kJapanese);
+  EXPECT_STREQ(SmimeEncryptSign(1, "t", nullptr, "old@x", 0, 0, 0), "");
+  EXPECT_STREQ(SmimeEncryptSign(2, "t", "old@x", "me@x", 0, 0, 0), "");
+  ASSERT_EQ(closer.boxes().size(), 4u);
+  EXPECT_EQ(closer.boxes()[0].text.find("The certificate for signing has a problem.\n\n" + expired), 0u);
+  const std::string both = closer.boxes()[1].text;
+  EXPECT_EQ(both.find("The certificate for encryption has a problem.\n\n\nEmail = old@x\r\n" + expired), 0u);
+  EXPECT_NE(both.find("\n\n\nEmail = older@x\r\n" + expired), std::string::npos);
+  EXPECT_EQ(both.find("you@x"), std::string::npos);
+  EXPECT_EQ(closer.boxes()[2].text.find(Sjis(u8"電子署名する用の証明書に問題があります。\n\n×")), 0u);
+  EXPECT_EQ(
+      closer.boxes()[3].text.find(Sjis(u8"暗号化する用の証明書に問題があります。\n\n\nEmail = old@x\r\n×")),
+      0u);
+  for (const auto& box : closer.boxes()) EXPECT_EQ(box.owner, host_.frame());
+  EXPECT_EQ(g_recorded.calls, 0);
+}
+
+TEST_F(SmimeEngine, ADecryptedMessageSaysThatNobodySignedIt) {
+  crypto_.replaced["CryptDecryptMessage"] = reinterpret_cast<void*>(&Decrypt);
+  EXPECT_EQ(std::string(SMIMEDecrypt("m", 1, nullptr)), std::string(60, 'm'));
+  EXPECT_EQ(PgpGetSMIMEOutputSize(), 60u);
+  EXPECT_EQ(wfinfo::g_signatureState, 0);
+  EXPECT_EQ(wfinfo::g_pgpExitCode, -1);
+  EXPECT_EQ(wfinfo::PgpInfoText(), std::string("\x81\x9B The encrypted email was successfully decrypted\r\n"
+                                               "(It was not digitally signed.)\r\n"));
+  host_.SetLanguage(Language::kJapanese);
+  SMIMEDecrypt("m", 1, nullptr);
+  EXPECT_EQ(wfinfo::PgpInfoText(),
+            Sjis(u8"○ 暗号化されたメールの復号に成功しました。\r\n（電子署名はされてません）\r\n"));
 }
 
 TEST_F(SmimeEngine, CancellingTheChoiceIsSilent) {

@@ -1,6 +1,8 @@
 // Loading, the error box, matching by address, the look-up and its dialog.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "bridge/report_win.h"
 #include "resource_ids.h"
 #include "smime/cert_lookup_win.h"
@@ -221,6 +223,61 @@ TEST_F(SmimeLookup, ValidOnesAreSwappedToTheFront) {
       << "the two expired ones changed places";
 }
 
+TEST_F(SmimeLookup, TheStoresAreSearchedInTheirOrder) {
+  for (int i = kStoreCount - 1; i >= 0; --i) {
+    Add(kStoreNames[i], {.name = "A", .emails = {"a@x"}, .to_days = 20 + i});
+  }
+  std::vector<std::string> lines;
+  HWND owner = nullptr;
+  DialogDriver driver(IDC_CERT_CHOICE_LIST, [&](HWND dialog) {
+    lines = LinesOf(dialog, IDC_CERT_CHOICE_LIST);
+    owner = GetWindow(dialog, GW_OWNER);
+    PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+  });
+  EXPECT_EQ(Find("a@x"), kCancelled);
+  ASSERT_EQ(lines.size(), 4u);
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_NE(lines[i].find(Dates(-10, 20 + static_cast<int>(i), "en")), std::string::npos) << lines[i];
+  }
+  EXPECT_EQ(owner, host_.frame()) << "the active window";
+}
+
+// What went to the host's log while this lives.
+class LogKeeper {
+ public:
+  LogKeeper() {
+    lines_.clear();
+    services_[32] = reinterpret_cast<void*>(+[](const char* text, unsigned) { lines_.emplace_back(text); });
+    GetWFInfoVersion(services_);
+  }
+  ~LogKeeper() { GetWFInfoVersion(nullptr); }
+  std::vector<std::string> Take() { return std::exchange(lines_, {}); }
+
+ private:
+  static std::vector<std::string> lines_;
+  void* services_[33] = {};
+};
+std::vector<std::string> LogKeeper::lines_;
+using Lines = std::vector<std::string>;
+
+TEST_F(SmimeLookup, ALookUpLeavesItsStepsInTheLog) {
+  Add("CA", {.name = "A", .emails = {"a@x"}, .from_days = -20, .to_days = -10});
+  Add("TrustedPeople", ForEmail("a@x"));
+  const HCERTSTORE stores[] = {nullptr, crypto_.Store("AddressBook").get(), crypto_.Store("CA").get(),
+                               crypto_.Store("TrustedPeople").get()};
+  LogKeeper log;
+  RecipientCerts found;
+  EXPECT_TRUE(found.Find(stores, "a@x", 0));
+  EXPECT_EQ(log.Take(), (Lines{"AllocCertToArray", "FindCertByEmail a@x", "store 0 not found",
+                               "found store=2", "found store=3", "0:time invalid"}));
+  BoxCloser closer;
+  EXPECT_FALSE(RecipientCerts().Find(stores, "b@x", 0));
+  EXPECT_EQ(log.Take().back(), "The certificate not found. email address=b@x");
+  ShowSmimeError("Step");
+  EXPECT_EQ(log.Take().back().find("Error occurred in S/MIME: Step, "), 0u);
+  EXPECT_EQ(closer.boxes().size(), 2u);
+}
+
 TEST_F(SmimeLookup, CancellingGivesTheCancelledResult) {
   Add("My", ForEmail("a@x"));
   Add("My", ForEmail("a@x"));
@@ -375,6 +432,19 @@ TEST(SmimeBinding, WithoutCrypt32AllFailsWithABox) {
                 ", \nerror code=0x0000007E");
   crypto.missing_modules.clear();
   EXPECT_TRUE(LoadCryptoLibrary()) << "tried again on the next call";
+}
+
+TEST(SmimeBinding, BoxesAreJapaneseInJapaneseMode) {
+  ScriptedHost host(Language::kJapanese);
+  CountedCrypto crypto;
+  crypto.missing_modules = {"crypt32.dll"};
+  BoxCloser closer;
+  EXPECT_FALSE(LoadCryptoLibrary());
+  ASSERT_EQ(closer.boxes().size(), 1u);
+  EXPECT_EQ(closer.boxes()[0].text,
+            Sjis(u8"S/MIMEでのエラー: crypt32.dllがロードできないか、またはバージョンが古いです。"
+                 u8"S/MIMEは使えません。\n（WindowsまたはInternet Explorerが古いとダメです）, \n"
+                 u8"エラーコード=0x0000007E"));
 }
 
 TEST(SmimeBinding, WithoutCryptuiOnlyTheDisplayIsLost) {
