@@ -3,9 +3,10 @@
 //   line     = word *( " " argument )
 //   word     = "sendnow" / "unsentmail" / "newmail"
 //   argument = keyword "=" ( quoted / escaped )     keywords in any case: Macro Subject body To Cc Bcc attach
-//   template sign quoted   = DQUOTE as it stands DQUOTE           may hold blanks escaped  = bytes, "%20" for
-//   one that would be a separator; ends at a blank Attach   = path [ "*" name ]                    the "*"
-//   that separates stands as it is
+//              template sign
+//   quoted   = DQUOTE as it stands DQUOTE    may hold blanks
+//   escaped  = bytes, a separator as "%20"   ends at a blank
+//   Attach   = path [ "*" name ]             the "*" between them stands as it is
 //
 //   sendnow Subject=Hello body=Dear%20Sir To=Jo%20%3Cjo@x%2Ejp%3E Attach=C%3A\a%2Etxt*b%2Etxt
 //   newmail attach="C:\a b.txt" template=1 sign=1

@@ -39,6 +39,8 @@ void ReportError(const char* text) {
 
 bool IsReadableText(const void* text) { return !IsBadStringPtrA(static_cast<LPCSTR>(text), kCheckedLength); }
 
+bool IsWritable(void* memory, unsigned long long size) { return !IsBadWritePtr(memory, size); }
+
 int CheckStringParam(const void* text) {
   if (IsReadableText(text)) return 0;
   ReportError({"String parameter missing or numeric parameter specified that should be string.",

@@ -20,6 +20,9 @@ int CheckStringParam(const void* text);
 // The same test without a report.
 bool IsReadableText(const void* text);
 
+// True when `size` bytes at `memory` may be written: where a caller wants a result to go.
+bool IsWritable(void* memory, unsigned long long size);
+
 // True when `text` is readable; reports when it is not.
 inline bool IsText(const void* text) { return CheckStringParam(text) == 0; }
 // The same for an optional text: null is fine.

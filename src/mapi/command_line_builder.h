@@ -3,12 +3,12 @@
 //   line      = word *( " " argument ) *( " " option )
 //   word      = "sendnow" / "unsentmail" / "newmail"
 //   argument  = keyword "=" value           Macro Subject body To Cc Bcc Attach
-//   value     = escaped [ "*" escaped ]     a "*" as it stands separates the path of a file from its display
-//   name escaped   = text whose bytes 0x20-0x2F and 0x3A-0x3F are written as %20: it never holds a blank
+//   value     = escaped [ "*" escaped ]     the "*" stands between the path of a file and its display name
+//   escaped   = text whose bytes 0x20-0x2F and 0x3A-0x3F are written as %20: it never holds a blank
 //   option    = "template=1" / "sign=1"
 //
-//   sendnow Subject=Hello body=Dear%20Sir To=Jo%20%3Cjo@x%2Ejp%3E%2C%20b@x%2Ejp Cc=c
-//   Attach=C%3A\a%2Etxt*a%2Etxt newmail attach="C:\a b.txt" attach="C:\c.txt" template=1 sign=1
+//   sendnow Subject=Hello body=Dear%20Sir To=Jo%20%3Cjo@x%2Ejp%3E Attach=C%3A\a%2Etxt*a%2Etxt
+//   newmail attach="C:\a b.txt" attach="C:\c.txt" template=1 sign=1
 //
 // Documents (the second line) are named as they stand, in double quotes.
 #pragma once

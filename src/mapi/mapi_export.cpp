@@ -77,7 +77,9 @@ unsigned MAPILogon(void*, const char*, const char*, unsigned flags, unsigned, vo
     if (frame == nullptr) return kFailure;
     g_startedByLogon = true;
   }
-  if (session != nullptr) *static_cast<ULONG_PTR*>(session) = reinterpret_cast<ULONG_PTR>(frame);
+  if (wfinfo::IsWritable(session, sizeof(ULONG_PTR))) {
+    *static_cast<ULONG_PTR*>(session) = reinterpret_cast<ULONG_PTR>(frame);
+  }
   if ((flags & kForceDownloadFlag) != 0) {
     Log("MapiLogon: receive all");
     SendMessageA(frame, WM_COMMAND, kReceiveAllCommand, 0);
@@ -127,13 +129,10 @@ unsigned MAPIDeleteMail(void*, void* ui_param, const char* identifier, unsigned,
 
 unsigned MAPIResolveName(void*, void*, const char* name, unsigned, unsigned, void* recipient) noexcept {
   Log("MAPIResolveName64");
-  if (!wfinfo::IsReadableText(name)) return kUnknownRecipient;
+  if (!wfinfo::IsReadableText(name) || !wfinfo::IsWritable(recipient, sizeof(Recipient*)))
+    return kUnknownRecipient;
   ResolvedRecipient* const resolved = Resolve(name);
   if (resolved == nullptr) return kUnknownRecipient;
-  if (recipient == nullptr) {
-    LocalFree(resolved);
-    return kUnknownRecipient;
-  }
   *static_cast<Recipient**>(recipient) = &resolved->recipient;
   return kSuccess;
 }

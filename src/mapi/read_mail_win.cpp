@@ -58,7 +58,8 @@ unsigned FindNext(HWND parent, const char* seed, unsigned flags, char* identifie
   if (!Ask(block, StoreRequest::kFindNext, parent)) return kFailure;
   request.found[sizeof request.found - 1] = '\0';
   // The caller's buffer must have the room: its size is not part of the interface.
-  if (identifier != nullptr) std::memcpy(identifier, request.found, std::strlen(request.found) + 1);
+  const std::size_t room = std::strlen(request.found) + 1;
+  if (IsWritable(identifier, room)) std::memcpy(identifier, request.found, room);
   const unsigned code = request.head.result;
   if (code != kSuccess) LogNumber("MAPIFindNext code = %u", code);
   return code;
@@ -80,10 +81,10 @@ unsigned ReadMail(HWND parent, const char* identifier, unsigned flags, MailRecor
   MailRecord* const mail = ImportImage(mapping.get(), size);
   if (mail == nullptr) return kFailure;
   LogMessage(*mail, size);
-  if (message == nullptr) {
-    LocalFree(mail);
-  } else {
+  if (IsWritable(message, sizeof *message)) {
     *message = mail;
+  } else {
+    LocalFree(mail);
   }
   return code;
 }

@@ -1,5 +1,6 @@
-/* Reads from "start.txt" beside it: for how long a window shows first, whether a frame follows, and whether that frame
- * says that it is ready. "1000 1 0": a window for a second, then a frame that is never ready. */
+/* Reads from "start.txt" beside it: for how long a window shows first, whether a frame follows, whether that frame
+ * says that it is ready, and whether a dialog shows in front of it. "1000 1 0 0": a window for a second, then a frame that
+ * is never ready. Writes to "started.txt" how it was started: flags, show state, command line. */
 #include <windows.h>
 
 #include <stdio.h>
@@ -27,16 +28,29 @@ static void Pump(DWORD milliseconds) {
   }
 }
 
+static void TellHowStarted(const char* file) {
+  STARTUPINFOA startup;
+  FILE* stream = fopen(file, "w");
+  if (stream == NULL) return;
+  GetStartupInfoA(&startup);
+  fprintf(stream, "%lu %u %s", (unsigned long)startup.dwFlags, startup.wShowWindow, GetCommandLineA());
+  fclose(stream);
+}
+
 int main(void) {
   char path[MAX_PATH];
   int shown_ms = 0;
   int with_frame = 0;
+  int with_dialog = 0;
   FILE* file;
   WNDCLASSA frame = {0};
+  HWND window = NULL;
   GetModuleFileNameA(NULL, path, sizeof path - 16);
+  strcpy(strrchr(path, '\\') + 1, "started.txt");
+  TellHowStarted(path);
   strcpy(strrchr(path, '\\') + 1, "start.txt");
   file = fopen(path, "r");
-  if (file == NULL || fscanf(file, "%d %d %d", &shown_ms, &with_frame, &g_ready) != 3) return 1;
+  if (file == NULL || fscanf(file, "%d %d %d %d", &shown_ms, &with_frame, &g_ready, &with_dialog) != 4) return 1;
   fclose(file);
   if (shown_ms > 0) {
     HWND question = CreateWindowExA(0, "STATIC", "Password?", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, NULL, NULL, NULL, NULL);
@@ -49,7 +63,10 @@ int main(void) {
     frame.lpfnWndProc = Procedure;
     frame.lpszClassName = "WrenfoldFrame";
     RegisterClassA(&frame);
-    CreateWindowExA(0, "WrenfoldFrame", "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 300, 200, NULL, NULL, NULL, NULL);
+    window = CreateWindowExA(0, "WrenfoldFrame", "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 300, 200, NULL, NULL, NULL, NULL);
+  }
+  if (with_dialog) {
+    SetActiveWindow(CreateWindowExA(0, "#32770", "Question", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, window, NULL, NULL, NULL));
   }
   Pump(kLongestLifeMs);
   return 0;
