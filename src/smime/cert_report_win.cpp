@@ -83,10 +83,9 @@ void AddPath(ReportWriter& report, const CERT_SIMPLE_CHAIN* chain) {
 using TrustFunction = decltype(&::WinVerifyTrust);
 
 TrustFunction FindTrustFunction() {
-  static HMODULE wintrust = nullptr;
-  if (wintrust == nullptr) wintrust = LoadFromSystemFolder("wintrust.dll");
-  if (wintrust == nullptr) return nullptr;
-  return reinterpret_cast<TrustFunction>(g_cryptoLoader.entry(wintrust, "WinVerifyTrust"));
+  if (g_crypto.wintrust == nullptr) g_crypto.wintrust = LoadFromSystemFolder("wintrust.dll");
+  if (g_crypto.wintrust == nullptr) return nullptr;
+  return reinterpret_cast<TrustFunction>(g_cryptoLoader.entry(g_crypto.wintrust, "WinVerifyTrust"));
 }
 
 }  // namespace

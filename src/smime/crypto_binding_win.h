@@ -62,6 +62,7 @@ struct CryptoBinding {
   HMODULE cryptui;  // null when certificates cannot be shown
   decltype(&::CryptUIDlgViewContext) CryptUIDlgViewContext;
   decltype(&::CryptUIDlgViewCertificateW) CryptUIDlgViewCertificateW;
+  HMODULE wintrust;  // null until the first verdict is asked for
 };
 // An entry that the loaded crypt32 lacks is null when its users look for that, else a function that fails
 // with ERROR_PROC_NOT_FOUND: no operation ends the process, and one that can do without the entry still

@@ -162,6 +162,22 @@ TEST_F(SmimeReportOf, TheSystemsVerdictIsAsked) {
   EXPECT_TRUE(HasProblem(refused.c_str()));
 }
 
+TEST_F(SmimeReportOf, WithoutWintrustThatIsSaid) {
+  const std::string unsettled =
+      std::string(kValid) +
+      "\x81\x9B The certificate path is correct."
+      "\x81\xA2 !!!! Failed to use WINTRUST.DLL, You cannot verify certificate chain.\r\n" +
+      kPath;
+  crypto_.missing_entries = {"WinVerifyTrust"};
+  EXPECT_EQ(Report(ForEmail("End")), unsettled);
+  g_crypto = {};
+  crypto_.missing_entries.clear();
+  crypto_.missing_modules = {"wintrust.dll"};
+  EXPECT_EQ(Report(ForEmail("End")), unsettled);
+  EXPECT_EQ(SMIMEVerifyCertificateByWinVerifyTrust_Cert(0, root_.cert()), 0xFFFFFFFFu);
+  EXPECT_FALSE(HasProblem(unsettled.c_str())) << "such a certificate is still good for signing";
+}
+
 TEST_F(SmimeReportOf, WithoutTheChainEntriesThePathIsLeftOpen) {
   for (const char* const entry : {"CertGetCertificateChain", "CertFreeCertificateChain"}) {
     crypto_.missing_entries = {entry};
