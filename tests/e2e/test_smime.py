@@ -251,6 +251,45 @@ class Smime(unittest.TestCase):
         self.assertEqual((outcome.state, outcome.boxes), ("1", []))
         self.assertIn(GOOD + " This email was successfully verified", outcome.info)
 
+    def sealed(self, inner, recipient="bob", name="sealed"):
+        """A message that OpenSSL put into an envelope."""
+        output = self.world.path(name)
+        openssl("cms", "-encrypt", "-binary", "-aes256", "-outform", "DER", "-in", inner, "-out", output,
+                self.pem(recipient))
+        return output
+
+    def test_a_signature_inside_an_envelope_is_verified(self):
+        """At once with decryption parameters, or in two steps."""
+        ours, made = self.make(2, "bob@example.org", "alice@example.org")
+        cases = {"OpenSSL's": (self.sealed(self.signed("alice"), name="one"), "alice2@example.org", TEXT),
+                 "two signers": (self.sealed(self.signed("alice", "frank"), name="two"), None, TEXT),
+                 "ours": (made, "alice2@example.org", TEXT + b"\0")}
+        for name, (message, sender, content) in cases.items():
+            with self.subTest(name):
+                outcome = self.world.tool("open", message, self.world.path("out"), sender or "-")
+                self.assertEqual(self.world.path("out").read_bytes(), content)
+                self.assertEqual((outcome.state, outcome.size, outcome.boxes), ("1", str(len(content)), []))
+                self.assertIn(GOOD + " This email was successfully verified and not altered.\r\n", outcome.info)
+                if sender:
+                    self.assertIn(GOOD + " The email sender matches the certificate email address alias.\r\n",
+                                  outcome.info)
+                outcome = self.world.tool("decrypt", message, self.world.path("inner"))
+                self.assertEqual(outcome.state, "0")
+                outcome = self.world.tool("decrypt", self.world.path("inner"), self.world.path("out"))
+                self.assertEqual((outcome.state, self.world.path("out").read_bytes()), ("1", content))
+
+    def test_an_envelope_around_a_bad_signature_is_no_excuse(self):
+        bare = self.signed("alice", options=["-noattr"]).read_bytes()
+        tampered = self.world.write("tampered", bare.replace(b"The text", b"The next"))
+        outcome = self.world.tool("open", self.sealed(tampered), self.world.path("out"))
+        self.assertEqual((outcome.result, outcome.state, outcome.size), ("OK", "0", "0"))
+        self.assertIn("(BAD SIGNATURE)", outcome.info)
+        outcome = self.world.tool("open", self.sealed(self.signed("alice"), "dave"), self.world.path("out"))
+        self.assertEqual((outcome.result, outcome.state), ("OK", "0"))
+        self.assertTrue(outcome.info.endswith("error code = 0x8009200C"), outcome.info)
+        outcome = self.world.tool("open", self.signed("alice"), self.world.path("out"))
+        self.assertEqual((outcome.state, self.world.path("out").read_bytes()), ("1", TEXT), "no envelope at all")
+
     def test_troubled_certificates_are_reported(self):
         first = GOOD + " The certificate is in validity period.\r\n"
         expired = PROBLEM + " !!!!The certificate is expired.\r\n"

@@ -4,6 +4,7 @@ import os
 import pathlib
 import subprocess
 import unittest
+import zlib
 
 import smime_peer
 from smime_peer import GOOD, Lists
@@ -56,6 +57,30 @@ class SmimeHost(unittest.TestCase):
             'print HostReportText(window)')
         self.assertTrue(out.startswith("1 1\n"), out)
         self.assertEqual(Lists.asked, ["/mid.crl", "/root.crl"])
+
+    def test_the_remembered_choice_picks_the_signer(self):
+        """Two certificates for one address: the host's number of a serial number decides, without a dialog."""
+        pki = self.world.pki
+        serial = 0x1234567890
+        request = self.world.path("second.req")
+        smime_peer.openssl("req", "-new", "-key", pki / "frank.key", "-out", request, "-subj",
+                           "/CN=Frank Second/emailAddress=frank@example.org")
+        smime_peer.openssl("x509", "-req", "-in", request, "-CA", pki / "mid.pem", "-CAkey", pki / "mid.key",
+                           "-set_serial", str(serial), "-days", "5", "-outform", "DER", "-out", pki / "second.der")
+        (pki / "second.msblob").write_bytes((pki / "frank.msblob").read_bytes())
+        for name in ("frank", "second"):
+            self.world.install("My", name, with_key=True)
+        first = int(smime_peer.openssl("x509", "-in", pki / "frank.pem", "-noout", "-serial").stdout.split(b"=")[1], 16)
+        for name, number in (("Frank Example", first), ("Frank Second", serial)):
+            # The system keeps a serial number with its lowest byte first.
+            choice = zlib.crc32(number.to_bytes((number.bit_length() + 8) // 8, "little"))
+            out = self.run_lines(
+                'PgpSetProgram(2)',
+                'library = LoadDll("WFINFO.dll")',
+                f'made = DllFunc(library, "PgpEncryptSuper", 1, "A text", null, "frank@example.org", "", 6, 0, {choice}, 0, 0)',
+                'print SMIMEVerify(made, PgpGetSMIMEOutputSize(), "A text", 6, null, null)',
+                'print PgpGetInfo()')
+            self.assertRegex(out, f"(Signer:|署名者：) {name}\n")
 
     def test_the_sample_macros_work(self):
         self.serve()

@@ -87,6 +87,20 @@ void Verify(const Arguments& a) {
              a[2]);
 }
 
+void Open(const Arguments& a) {
+  const std::string message = Load(a[1]);
+  HCERTSTORE stores[] = {CertOpenSystemStoreA(0, "My")};
+  CRYPT_DECRYPT_MESSAGE_PARA decryption{};
+  decryption.cbSize = sizeof decryption;
+  decryption.dwMsgAndCertEncodingType = X509_ASN_ENCODING | PKCS_7_ASN_ENCODING;
+  decryption.cCertStore = 1;
+  decryption.rghCertStore = stores;
+  PrintState(SMIMEVerify(message.data(), static_cast<unsigned>(message.size()), nullptr, 0,
+                         a.size() > 3 ? OrNull(a[3]) : nullptr, &decryption),
+             a[2]);
+  CertCloseStore(stores[0], 0);
+}
+
 void Report(const Arguments& a) {
   const std::string der = Load(a[1]);
   const PCCERT_CONTEXT cert = CertCreateCertificateContext(
@@ -186,6 +200,7 @@ int RunTool(int count, char** arguments) {
   if (command == "make") Make(a);
   if (command == "decrypt") Decrypt(a);
   if (command == "verify") Verify(a);
+  if (command == "open") Open(a);
   if (command == "report") Report(a);
   if (command == "revoke") Revoke(a, host.frame());
   if (command == "import") Import(a);

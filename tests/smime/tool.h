@@ -9,6 +9,7 @@ namespace wfinfo_test {
 //   make MODE TEXT-FILE RECIPIENTS SIGNER ALGORITHM HASH OUTPUT
 //   decrypt MESSAGE OUTPUT [SENDER]
 //   verify MESSAGE OUTPUT CONTENT|- [SENDER]
+//   open MESSAGE OUTPUT [SENDER]    verify a message inside an envelope, with the keys of "My"
 //   report CERTIFICATE.der
 //   revoke MESSAGE [TIMES]      verify, then check the revocation of the signer
 //   import MESSAGE              verify, then register the certificates quietly
