@@ -122,6 +122,7 @@ TEST_F(DebugLog, ALongOrUnterminatedHomeDirectoryIsCutSafely) {
   RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_BINARY, home.data(),
                   static_cast<DWORD>(home.size()));
   EXPECT_EQ(DumpSmall("nowhere"), 1);
+  EXPECT_TRUE(DeleteFileA((home + "dump.txt").c_str())) << "whole, and relative to the current directory";
   const std::string longer(161, 'x');
   RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "HomeDir", REG_BINARY, longer.data(),
                   static_cast<DWORD>(longer.size()));
