@@ -36,7 +36,10 @@ set_source_files_properties(src/text/line_scan_avx2.cpp src/text/csv_kernels.cpp
 add_library(WFINFO SHARED ${windows_sources} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
 add_dependencies(WFINFO catalogue_files)
 set_source_files_properties(${windows_sources} PROPERTIES OBJECT_DEPENDS "${catalogue_rows}")
-set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;65001")
+# The resource compiler does not tell what it includes.
+file(GLOB resource_parts CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*)
+set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;65001"
+  OBJECT_DEPENDS "${resource_parts}")
 target_include_directories(WFINFO PRIVATE src catalogue resources)
 target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options}>)
