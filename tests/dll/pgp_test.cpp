@@ -1,5 +1,7 @@
 // PGP and GnuPG through the exports, with a recording child program: what it is given, what comes back, what
 // stays.
+#include <thread>
+
 #include "support/library.h"
 #include "support/pgp_stage_win.h"
 
@@ -149,6 +151,30 @@ TEST_F(Pgp, TheInputFilesHoldTheTexts) {
   EXPECT_EQ(LeftFiles(), "");
 }
 
+TEST_F(Pgp, SignedDataOfADecryptionGoesAlsoWhenItWasLeftByAnother) {
+  UseGnupg();
+  folder_.Write("$PgpIn", "not of an encryption");
+  PgpEncrypt("t", "a");
+  EXPECT_EQ(folder_.Read("$PgpIn"), "not of an encryption");
+  PgpDecrypt("t", "pw", nullptr, 0);
+  EXPECT_EQ(LeftFiles(), "");
+}
+
+// An encryption keeps the writing end to itself and closes it: the program sees the end of its input. A
+// decryption leaves a second one to the program.
+TEST_F(Pgp, TheProgramSeesTheEndOfItsInputUnlessItDecrypts) {
+  UseGnupg();
+  Child("PATIENCE", "5000");
+  PgpSign("t", "me", "pw");
+  EXPECT_EQ(Noted("writer"), "gone");
+  PgpEncrypt("t", "a");
+  EXPECT_EQ(Noted("writer"), "gone");
+  Child("PATIENCE", "300");
+  PgpDecrypt("t", "pw", nullptr, 0);
+  EXPECT_EQ(Noted("writer"), "stays");
+  SetEnvironmentVariableA("CHILD_PATIENCE", nullptr);
+}
+
 // --- What comes back
 // -------------------------------------------------------------------------------------------------
 
@@ -183,6 +209,20 @@ TEST_F(Pgp, WithoutAnOutputFileTheResultIsEmpty) {
   EXPECT_STREQ(PgpDecrypt("t", "pw", nullptr, 0), "");
   EXPECT_EQ(PgpGetExitCode(), 2);
   EXPECT_EQ(LeftFiles(), "");
+}
+
+TEST_F(Pgp, TheResultHasZeroesBehindItAndLastsUntilTheNextOne) {
+  UseGnupg();
+  Child("OUTPUT", "12345");
+  const char* const result = PgpEncrypt("t", "a");
+  ASSERT_EQ(LocalSize(const_cast<char*>(result)), 5u + 32);
+  EXPECT_EQ(std::string(result, 5 + 32), "12345" + std::string(32, '\0'));
+  SetEnvironmentVariableA("CHILD_OUTPUT", nullptr);
+  EXPECT_STREQ(PgpEncrypt("t", "a"), "");
+  EXPECT_STREQ(result, "12345") << "a run without output leaves it alone";
+  EXPECT_EQ(PgpDecrypt(nullptr, "pw", nullptr, 0), nullptr);
+  host_.TakeMessages();
+  EXPECT_STREQ(result, "12345");
 }
 
 TEST_F(Pgp, TheMessagesOfGnupgAreBothStreamsWithoutLinesOfTemporaryFiles) {
@@ -228,6 +268,30 @@ TEST_F(Pgp, TheHostMayGiveOtherMessages) {
   host_.Expect(316).Any().Answer(std::string());
   PgpEncrypt("t", "a");
   EXPECT_STREQ(PgpGetInfo(), "") << "an empty answer is one";
+}
+
+TEST_F(Pgp, BothQuestionsCarryTheInfoTextItself) {
+  UseGnupg();
+  Child("SAYS", "raw");
+  Slot first = 0;
+  host_.Expect(315).Any().Do([&](const Request& request) {
+    first = request.block[0];
+    EXPECT_EQ(reinterpret_cast<const char*>(first), PgpGetInfo());
+    return Slot{0};
+  });
+  host_.Expect(316).Any().Do([&](const Request& request) {
+    EXPECT_EQ(request.block[0], first);
+    return first;  // its own text as the answer: copied before the old one goes
+  });
+  PgpEncrypt("t", "a");
+  EXPECT_STREQ(PgpGetInfo(), "raw");
+}
+
+TEST_F(Pgp, NothingSaidIsNotOfferedToTheHost) {
+  UseGnupg();
+  const int before = host_.received();
+  PgpEncrypt("t", "a");
+  EXPECT_EQ(host_.received(), before);
 }
 
 TEST_F(Pgp, ALargeOutputComesWhole) {
@@ -340,6 +404,20 @@ TEST_F(Pgp, AProgramThatIsNotThereIsReported) {
   }
 }
 
+TEST_F(Pgp, AFileThatIsNoProgramIsReportedAndNoOtherOneLookedFor) {
+  for (const char* const name : {"gpg.exe", "pgp.exe"}) folder_.Write(name, "MZ, and nothing of a program");
+  SetEnvironmentVariableA("PATH", folder_.Path(".").c_str());
+  const std::string no_program = std::to_string(ERROR_BAD_EXE_FORMAT);
+  for (unsigned program : {0u, 1u}) {
+    PgpSetProgram(program);
+    EXPECT_STREQ(PgpEncrypt("t", "a"), "");
+    const std::vector<std::string> messages = host_.TakeMessages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages[0].ends_with("\nerror code = " + no_program)) << messages[0];
+    EXPECT_EQ(LeftFiles(), "");
+  }
+}
+
 TEST_F(Pgp, AQuietDecryptionKeepsTheReportAsItsMessages) {
   PgpSetProgram(1);
   EXPECT_STREQ(PgpDecrypt("t", "pw", nullptr, 1), "");
@@ -380,6 +458,48 @@ TEST_F(Pgp, AQuietDecryptionStopsAProgramThatDoesNotEnd) {
   EXPECT_EQ(LeftFiles(), "");
 }
 
+// Presses the button of the wait dialog as soon as it shows.
+class AbortPresser {
+ public:
+  AbortPresser()
+      : thread_([this] {
+          for (; !stop_; Sleep(20)) EnumWindows(&Visit, 0);
+        }) {}
+  ~AbortPresser() {
+    stop_ = true;
+    thread_.join();
+  }
+
+ private:
+  static BOOL CALLBACK Visit(HWND window, LPARAM) {
+    DWORD process;
+    GetWindowThreadProcessId(window, &process);
+    if (process == GetCurrentProcessId() && IsWindowVisible(window) && GetDlgItem(window, 1000) != nullptr)
+      PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
+    return TRUE;
+  }
+  volatile bool stop_ = false;
+  std::thread thread_;
+};
+
+// Slow, for the same reason.
+TEST_F(Pgp, AnAbortedProgramLeavesTheExitCodeAtMinusOne) {
+  UseGnupg();
+  host_.Expect(105).Any();
+  Child("SLEEP", "600000");
+  const DWORD start = GetTickCount();
+  {
+    AbortPresser presser;
+    BoxCloser boxes(IDYES);
+    EXPECT_STREQ(PgpEncrypt("t", "a"), "");
+    ASSERT_EQ(boxes.boxes().size(), 1u);
+    EXPECT_EQ(boxes.boxes()[0].text, "Do you want to terminate encryption program forced?");
+  }
+  EXPECT_GE(GetTickCount() - start, 9900u);
+  EXPECT_EQ(static_cast<unsigned>(PgpGetExitCode()), 0xFFFFFFFF);
+  EXPECT_EQ(LeftFiles(), "");
+}
+
 // --- What cannot be protected, and what must not leak
 // ----------------------------------------------------------------
 
@@ -398,6 +518,38 @@ TEST_F(PgpThreats, RecipientsOfPgpMayBeOptions) {
   EXPECT_EQ(Noted("command"), "pgp +batchmode -o $PgpOut.asc -ea $PgpIn.asc +option a@x");
 }
 
+TEST_F(PgpThreats, AProgramInTheCurrentDirectoryComesFirst) {
+  for (const char* const name : {"pgp", "gpg"}) {
+    InstallPrograms(name);
+    PgpSetProgram(name == std::string("gpg"));
+    PgpEncrypt("t", "a");
+    const std::string program = std::string(name) + ".exe";
+    EXPECT_EQ(Noted("path"), ProgramFolder(name) + "\\" + program);
+    CopyFileA((ProgramFolder(name) + "\\" + program).c_str(), program.c_str(), FALSE);
+    PgpEncrypt("t", "a");
+    const auto started = std::filesystem::path(Noted("path"));
+    EXPECT_EQ(started.filename(), program);
+    EXPECT_TRUE(std::filesystem::equivalent(started.parent_path(), std::filesystem::current_path()))
+        << started;
+  }
+}
+
+TEST_F(PgpThreats, InheritableHandlesOfTheHostReachTheProgram) {
+  SECURITY_ATTRIBUTES inheritable = {sizeof inheritable, nullptr, TRUE};
+  for (const char* const name : {"pgp", "gpg"}) {
+    InstallPrograms(name);
+    PgpSetProgram(name == std::string("gpg"));
+    for (SECURITY_ATTRIBUTES* const security : {&inheritable, static_cast<SECURITY_ATTRIBUTES*>(nullptr)}) {
+      const HANDLE event = CreateEventA(security, TRUE, FALSE, nullptr);
+      Child("EVENT", std::to_string(reinterpret_cast<std::uintptr_t>(event)));
+      PgpEncrypt("t", "a");
+      EXPECT_EQ(WaitForSingleObject(event, 0) == WAIT_OBJECT_0, security != nullptr) << name;
+      CloseHandle(event);
+    }
+  }
+  SetEnvironmentVariableA("CHILD_EVENT", nullptr);
+}
+
 TEST_F(PgpThreats, NoMessageHoldsThePassPhrase) {
   PgpSetProgram(0);  // and none is there
   std::string log;
@@ -412,6 +564,48 @@ TEST_F(PgpThreats, NoMessageHoldsThePassPhrase) {
   for (const std::string& message : host_.TakeMessages()) EXPECT_EQ(message.find("hush"), std::string::npos);
   EXPECT_EQ(std::string(PgpGetInfo()).find("hush"), std::string::npos);
   EXPECT_EQ(log.find("hush"), std::string::npos);
+}
+
+// --- The dialogs, in the library itself
+// ------------------------------------------------------------------------------
+
+std::wstring TextOf(HWND window) {
+  wchar_t text[200] = L"";
+  GetWindowTextW(window, text, 200);
+  return text;
+}
+
+TEST(PgpDialogs, LieInTheLibrary) {
+  const struct {
+    int id;
+    const wchar_t *caption, *text;
+  } cases[] = {{103, L"PGP処理中", L"PGPが終了するのを待っています。"},
+               {104, L"GnuPG処理中", L"GnuPGが終了するのを待っています。"}};
+  const DLGPROC idle = [](HWND, UINT, WPARAM, LPARAM) WINAPI -> INT_PTR { return FALSE; };
+  for (const auto& c : cases) {
+    const HWND dialog =
+        CreateDialogParamW(GetModuleHandleA("WFINFO.dll"), MAKEINTRESOURCEW(c.id), nullptr, idle, 0);
+    ASSERT_NE(dialog, nullptr) << c.id;
+    EXPECT_EQ(TextOf(dialog), c.caption);
+    const LONG_PTR style = GetWindowLongPtrA(dialog, GWL_STYLE);
+    constexpr LONG_PTR kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME;
+    EXPECT_EQ(style & kStyle, kStyle);
+    RECT client, units = {0, 0, 195, 65};
+    GetClientRect(dialog, &client);
+    MapDialogRect(dialog, &units);
+    EXPECT_EQ(client.right, units.right);
+    EXPECT_EQ(client.bottom, units.bottom);
+    EXPECT_EQ(TextOf(GetDlgItem(dialog, 2)), L"中断！");
+    const HWND icon = GetDlgItem(dialog, 1000);
+    ASSERT_NE(icon, nullptr);
+    EXPECT_EQ(GetWindowLongPtrA(icon, GWL_STYLE) & SS_TYPEMASK, SS_ICON);
+    std::vector<std::wstring> texts;
+    for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+      if (child != icon && GetDlgCtrlID(child) != 2) texts.push_back(TextOf(child));
+    }
+    EXPECT_EQ(texts, std::vector<std::wstring>{c.text}) << "one line of text and nothing else";
+    DestroyWindow(dialog);
+  }
 }
 
 // --- S/MIME

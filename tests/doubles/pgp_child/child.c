@@ -3,9 +3,11 @@
  *   child.path     where it was started from         child.command  its command line
  *   child.stdin    the line on its standard input    child.streams  which standard streams it has: "o", "e"
  *   child.input    its copy of $PgpIn.asc            child.data     its copy of $PgpIn
+ *   child.writer   "gone" when nobody can write to its standard input any more, "stays" when somebody still can
  *
  * and does what its environment says: CHILD_SLEEP (milliseconds), CHILD_SAYS and CHILD_WARNS (on standard output and
- * error), CHILD_OUTPUT (contents of $PgpOut.asc; none without it), CHILD_EXIT (exit code). */
+ * error), CHILD_OUTPUT (contents of $PgpOut.asc; none without it), CHILD_EXIT (exit code), CHILD_EVENT (number of an
+ * event of its parent that it sets), CHILD_PATIENCE (milliseconds to wait for the last writer to go). */
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -33,16 +35,29 @@ static void Say(DWORD which, const char* variable) {
 }
 
 /* One line: the writing end may stay open as long as we live. */
-static void NoteInput(void) {
+static void NoteInput(HANDLE input) {
   static char line[65536];
   size_t size = 0;
   DWORD read = 0;
-  if (!IsOpen(STD_INPUT_HANDLE) || GetFileType(GetStdHandle(STD_INPUT_HANDLE)) != FILE_TYPE_PIPE) return;
-  while (size < sizeof line && ReadFile(GetStdHandle(STD_INPUT_HANDLE), line + size, 1, &read, NULL) && read == 1) {
-    if (line[size++] == '\n') break;
+  while (size < sizeof line && ReadFile(input, line + size, (DWORD)(sizeof line - size), &read, NULL) && read > 0) {
+    size += read;
+    if (line[size - 1] == '\n') break;
   }
   Note("child.stdin", line, size);
 }
+
+/* Whether the writing end is still open somewhere: here, when we inherited it. */
+static void NoteWriter(HANDLE input, long patience) {
+  DWORD waiting;
+  BOOL has_writer = TRUE;
+  for (; has_writer && patience > 0; patience -= 10) {
+    has_writer = PeekNamedPipe(input, NULL, 0, NULL, &waiting, NULL);
+    if (has_writer) Sleep(10);
+  }
+  Note("child.writer", has_writer ? "stays" : "gone", has_writer ? 5 : 4);
+}
+
+static int IsPipe(DWORD which) { return IsOpen(which) && GetFileType(GetStdHandle(which)) == FILE_TYPE_PIPE; }
 
 int main(void) {
   char path[MAX_PATH], streams[4] = "";
@@ -52,7 +67,11 @@ int main(void) {
   if (IsOpen(STD_OUTPUT_HANDLE)) strcat(streams, "o");
   if (IsOpen(STD_ERROR_HANDLE)) strcat(streams, "e");
   Note("child.streams", streams, strlen(streams));
-  NoteInput();
+  if (IsPipe(STD_INPUT_HANDLE)) {
+    NoteInput(GetStdHandle(STD_INPUT_HANDLE));
+    if ((text = getenv("CHILD_PATIENCE")) != NULL) NoteWriter(GetStdHandle(STD_INPUT_HANDLE), atol(text));
+  }
+  if ((text = getenv("CHILD_EVENT")) != NULL) SetEvent((HANDLE)(ULONG_PTR)strtoull(text, NULL, 10));
   Copy("$PgpIn.asc", "child.input");
   Copy("$PgpIn", "child.data");
   if ((text = getenv("CHILD_SLEEP")) != NULL) Sleep((DWORD)atol(text));

@@ -1,0 +1,418 @@
+// What the runner asks of the system, call by call: how files are made, how the program is started, waited
+// for and stopped, and what the user sees meanwhile.
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "bridge/results_win.h"
+#include "external/pgp_runner_win.h"
+#include "external/pgp_state_win.h"
+#include "external/pgp_system_win.h"
+#include "support/library.h"
+#include "support/pgp_stage_win.h"
+
+namespace wfinfo_test {
+namespace {
+
+using wfinfo::g_pgpSystem;
+using wfinfo::PgpSystem;
+
+constexpr DWORD kPatienceMs = 10000;
+
+struct FileCall {
+  std::wstring name;
+  DWORD access, share, disposition, attributes;
+  bool inheritable;
+  HANDLE handle;
+};
+
+struct StartCall {
+  std::string application, command;
+  BOOL inherits;
+  DWORD flags;
+  STARTUPINFOA startup;
+  bool input_is_inheritable;
+};
+
+struct Calls {
+  std::vector<FileCall> files;
+  std::vector<StartCall> starts;
+  std::vector<BOOL> copies;     // of handles: whether children inherit them
+  std::vector<bool> pipes;      // the same
+  std::vector<DWORD> waits;     // milliseconds
+  std::vector<UINT> exits;      // codes that programs were stopped with
+  HCURSOR waiting = nullptr;    // the cursor during the long wait
+  std::vector<DWORD> refusals;  // errors that the next starts fail with
+  bool impatient = false;       // the long wait is over at once
+};
+Calls g_calls;
+const PgpSystem g_real = g_pgpSystem;
+
+bool IsInheritable(HANDLE handle) {
+  DWORD flags = 0;
+  return GetHandleInformation(handle, &flags) && (flags & HANDLE_FLAG_INHERIT) != 0;
+}
+
+HANDLE WINAPI NotedCreateFile(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                              DWORD disposition, DWORD attributes, HANDLE like) {
+  const HANDLE handle = g_real.create_file(name, access, share, security, disposition, attributes, like);
+  const DWORD error = GetLastError();
+  g_calls.files.push_back({std::filesystem::path(name).filename().wstring(), access, share, disposition,
+                           attributes, IsInheritable(handle), handle});
+  SetLastError(error);
+  return handle;
+}
+
+BOOL WINAPI NotedCreatePipe(PHANDLE read, PHANDLE write, LPSECURITY_ATTRIBUTES security, DWORD size) {
+  const BOOL made = g_real.create_pipe(read, write, security, size);
+  g_calls.pipes.push_back(IsInheritable(*read) && IsInheritable(*write));
+  return made;
+}
+
+BOOL WINAPI NotedDuplicate(HANDLE from, HANDLE handle, HANDLE to, LPHANDLE copy, DWORD access, BOOL inherits,
+                           DWORD options) {
+  g_calls.copies.push_back(inherits);
+  return g_real.duplicate_handle(from, handle, to, copy, access, inherits, options);
+}
+
+BOOL WINAPI NotedStart(LPCSTR application, LPSTR command, LPSECURITY_ATTRIBUTES process_security,
+                       LPSECURITY_ATTRIBUTES thread_security, BOOL inherits, DWORD flags, LPVOID environment,
+                       LPCSTR folder, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION process) {
+  g_calls.starts.push_back({application != nullptr ? application : "(null)", command, inherits, flags,
+                            *startup, IsInheritable(startup->hStdInput)});
+  if (g_calls.starts.size() <= g_calls.refusals.size()) {
+    return SetLastError(g_calls.refusals[g_calls.starts.size() - 1]), FALSE;
+  }
+  return g_real.create_process(application, command, process_security, thread_security, inherits, flags,
+                               environment, folder, startup, process);
+}
+
+DWORD WINAPI NotedWait(HANDLE handle, DWORD time) {
+  g_calls.waits.push_back(time);
+  if (time == kPatienceMs) g_calls.waiting = GetCursor();
+  return time == kPatienceMs && g_calls.impatient ? WAIT_TIMEOUT : g_real.wait(handle, time);
+}
+
+BOOL WINAPI NotedTerminate(HANDLE process, UINT code) {
+  g_calls.exits.push_back(code);
+  return g_real.terminate(process, code);
+}
+
+class PgpSystemCalls : public PgpStage {
+ protected:
+  PgpSystemCalls() {
+    g_calls = {};
+    g_pgpSystem.create_file = &NotedCreateFile;
+    g_pgpSystem.create_pipe = &NotedCreatePipe;
+    g_pgpSystem.duplicate_handle = &NotedDuplicate;
+    g_pgpSystem.create_process = &NotedStart;
+    g_pgpSystem.wait = &NotedWait;
+    g_pgpSystem.terminate = &NotedTerminate;
+    LetMessagesPass();
+  }
+  ~PgpSystemCalls() override { g_pgpSystem = g_real; }
+  void Use(wfinfo::PgpProgram program) {
+    wfinfo::g_pgpProgram = program;
+    InstallPrograms(program == wfinfo::kProgramPgp ? "pgp" : "gpg");
+    wfinfo::BeginPgpRun();
+  }
+};
+
+// --- Files
+// -----------------------------------------------------------------------------------------------------------
+
+TEST_F(PgpSystemCalls, FilesAreMadeAnewAndOnlyThatOfTheMessagesIsForTheProgram) {
+  Use(wfinfo::kProgramGnupg);
+  Child("OUTPUT", "x");
+  EXPECT_STREQ(wfinfo::RunPgpDecryption("text", "pw", "signed", true), "x");
+  ASSERT_EQ(g_calls.files.size(), 4u);
+  const struct {
+    const wchar_t* name;
+    bool inheritable;
+  } made[] = {{L"$PgpIn.asc", false}, {L"$PgpIn", false}, {L"$PgpErr.$$$", true}};
+  for (std::size_t i = 0; i < std::size(made); ++i) {
+    const FileCall& call = g_calls.files[i];
+    EXPECT_EQ(call.name, made[i].name);
+    EXPECT_EQ(call.access, GENERIC_READ | GENERIC_WRITE);
+    EXPECT_EQ(call.share, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE});
+    EXPECT_EQ(call.disposition, DWORD{CREATE_ALWAYS});
+    EXPECT_EQ(call.attributes, DWORD{FILE_ATTRIBUTE_ARCHIVE});
+    EXPECT_EQ(call.inheritable, made[i].inheritable) << i;
+  }
+  EXPECT_EQ(g_calls.files[3].name, L"$PgpOut.asc");
+  EXPECT_EQ(g_calls.files[3].disposition, DWORD{OPEN_EXISTING});
+}
+
+// --- The start
+// -------------------------------------------------------------------------------------------------------
+
+TEST_F(PgpSystemCalls, GnupgIsStartedHiddenWithAConsolePipeAndMessages) {
+  Use(wfinfo::kProgramGnupg);
+  wfinfo::RunPgpEncryption({0, "text", "a", nullptr, nullptr});
+  ASSERT_EQ(g_calls.starts.size(), 1u);
+  const StartCall& start = g_calls.starts[0];
+  EXPECT_EQ(start.application, ProgramFolder("gpg") + "\\gpg.exe");
+  EXPECT_TRUE(start.inherits);
+  EXPECT_EQ(start.flags, DWORD{CREATE_NEW_CONSOLE});
+  EXPECT_EQ(start.startup.dwFlags, DWORD{STARTF_USESHOWWINDOW | STARTF_USESTDHANDLES});
+  EXPECT_EQ(start.startup.wShowWindow, SW_HIDE);
+  EXPECT_NE(start.startup.hStdInput, nullptr);
+  EXPECT_TRUE(start.input_is_inheritable);
+  EXPECT_EQ(g_calls.files[1].name, L"$PgpErr.$$$");
+  EXPECT_EQ(start.startup.hStdOutput, g_calls.files[1].handle);
+  EXPECT_EQ(start.startup.hStdError, g_calls.files[1].handle);
+}
+
+TEST_F(PgpSystemCalls, PgpIsStartedHiddenAndDetachedWithItsOutputAlone) {
+  Use(wfinfo::kProgramPgp);
+  wfinfo::RunPgpEncryption({1, "text", nullptr, "me", "pw"});
+  ASSERT_EQ(g_calls.starts.size(), 1u);
+  const StartCall& start = g_calls.starts[0];
+  EXPECT_EQ(start.application, "(null)");
+  EXPECT_TRUE(start.inherits);
+  EXPECT_EQ(start.flags, DWORD{DETACHED_PROCESS});
+  EXPECT_EQ(start.startup.dwFlags, DWORD{STARTF_USESHOWWINDOW | STARTF_USESTDHANDLES});
+  EXPECT_EQ(start.startup.wShowWindow, SW_HIDE);
+  EXPECT_EQ(start.startup.hStdInput, nullptr);
+  EXPECT_EQ(start.startup.hStdOutput, g_calls.files[1].handle);
+  EXPECT_EQ(start.startup.hStdError, nullptr);
+  EXPECT_EQ(g_calls.pipes.size(), 0u);
+}
+
+TEST_F(PgpSystemCalls, OnlyAPgpThatIsNotFoundIsLookedForElsewhere) {
+  const struct {
+    wfinfo::PgpProgram program;
+    std::vector<DWORD> refusals;
+    std::size_t starts;
+    const char* error;
+  } cases[] = {{wfinfo::kProgramPgp, {2, 3}, 2, "\nerror code = 3"},
+               {wfinfo::kProgramPgp, {5, 5}, 1, "\nerror code = 5"},
+               {wfinfo::kProgramPgp, {3, 3}, 1, "\nerror code = 3"},
+               {wfinfo::kProgramGnupg, {2, 2}, 1, "\nerror code = 2"}};
+  for (const auto& c : cases) {
+    Use(c.program);
+    g_calls.starts.clear();
+    g_calls.refusals = c.refusals;
+    EXPECT_STREQ(wfinfo::RunPgpEncryption({0, "text", "a", nullptr, nullptr}), "");
+    EXPECT_EQ(g_calls.starts.size(), c.starts);
+    const std::vector<std::string> messages = host_.TakeMessages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages[0].ends_with(c.error)) << messages[0];
+    if (c.starts < 2) continue;
+    EXPECT_EQ(g_calls.starts[1].command,
+              "\"C:\\Program files\\Network Associates\\PGPNT\\pgp.exe\" +batchmode -o $PgpOut.asc -ea "
+              "$PgpIn.asc a");
+    EXPECT_EQ(g_calls.starts[1].flags, DWORD{DETACHED_PROCESS});
+  }
+}
+
+TEST_F(PgpSystemCalls, ThePipeIsInheritableAndAnEncryptionTakesItsWritingEndBack) {
+  Use(wfinfo::kProgramGnupg);
+  wfinfo::RunPgpEncryption({1, "text", nullptr, "me", "pw"});
+  EXPECT_EQ(g_calls.pipes, std::vector<bool>{true});
+  EXPECT_EQ(g_calls.copies, std::vector<BOOL>{FALSE});
+  g_calls = {};
+  wfinfo::RunPgpDecryption("text", "pw", nullptr, true);
+  EXPECT_EQ(g_calls.pipes, std::vector<bool>{true});
+  EXPECT_EQ(g_calls.copies, std::vector<BOOL>{}) << "kept as it was made";
+  g_calls = {};
+  wfinfo::RunPgpDecryption("text", "", nullptr, true);
+  EXPECT_EQ(g_calls.pipes, std::vector<bool>{}) << "no pass phrase, no pipe";
+}
+
+// --- The wait
+// --------------------------------------------------------------------------------------------------------
+
+TEST_F(PgpSystemCalls, TheWaitIsTenSecondsWithAWaitCursor) {
+  Use(wfinfo::kProgramGnupg);
+  const HCURSOR arrow = LoadCursorA(nullptr, IDC_ARROW);
+  SetCursor(arrow);
+  wfinfo::RunPgpEncryption({0, "text", "a", nullptr, nullptr});
+  EXPECT_EQ(g_calls.waits, std::vector<DWORD>{kPatienceMs});
+  EXPECT_EQ(g_calls.waiting, LoadCursorA(nullptr, IDC_WAIT));
+  EXPECT_EQ(GetCursor(), arrow) << "and the old one is back";
+  EXPECT_EQ(g_calls.exits, std::vector<UINT>{});
+}
+
+TEST_F(PgpSystemCalls, AQuietDecryptionThatTakesTooLongSaysSoInBothLanguages) {
+  g_calls.impatient = true;
+  Child("SLEEP", "600000");
+  Child("SAYS", "nobody sees this");
+  for (const auto& [language, text] :
+       {std::pair{Language::kEnglish,
+                  std::string("The encryption program does not respond more than 10 seconds.")},
+        std::pair{Language::kJapanese, Sjis(u8"暗号化プログラムが10秒以上応答しません。")}}) {
+    Use(wfinfo::kProgramGnupg);
+    host_.SetLanguage(language);
+    EXPECT_STREQ(wfinfo::RunPgpDecryption("t", "pw", nullptr, true), "");
+    EXPECT_EQ(wfinfo::PgpInfoText(), text);
+    EXPECT_EQ(wfinfo::g_pgpExitCode, -1);
+    EXPECT_EQ(LeftFiles(), "");
+  }
+  EXPECT_EQ(g_calls.exits, (std::vector<UINT>{0, 0}));
+}
+
+// --- The dialog and the question
+// ----------------------------------------------------------------------------------
+
+// What the dialog was seen to be at its first timer, from its own thread.
+struct Seen {
+  HWND dialog = nullptr, owner = nullptr;
+  bool owner_waits = false, has_information_icon = false;
+  int timers = 0;
+  DWORD first = 0, last = 0;  // ticks
+};
+Seen g_seen;
+
+LRESULT CALLBACK NoteTimer(int code, WPARAM removed, LPARAM address) {
+  const MSG& message = *reinterpret_cast<const MSG*>(address);
+  if (code == HC_ACTION && removed == PM_REMOVE && message.message == WM_TIMER && message.wParam == 100) {
+    g_seen.last = GetTickCount();
+    if (g_seen.timers++ == 0) {
+      g_seen.first = g_seen.last;
+      g_seen.dialog = message.hwnd;
+      g_seen.owner = GetWindow(message.hwnd, GW_OWNER);
+      g_seen.owner_waits = !IsWindowEnabled(g_seen.owner);
+      g_seen.has_information_icon = SendDlgItemMessageA(message.hwnd, 1000, STM_GETICON, 0, 0) ==
+                                    reinterpret_cast<LRESULT>(LoadIconA(nullptr, IDI_INFORMATION));
+    }
+  }
+  return CallNextHookEx(nullptr, code, removed, address);
+}
+
+TEST_F(PgpSystemCalls, TheDialogBelongsToTheHostAndLooksEveryFiftyMilliseconds) {
+  Use(wfinfo::kProgramGnupg);
+  g_calls.impatient = true;
+  g_seen = {};
+  Slot centred = 0;
+  host_.Expect(105).Any().Do([&](const Request& request) {
+    centred = request.block[0];
+    return Slot{0};
+  });
+  Child("SLEEP", "700");
+  Child("OUTPUT", "x");
+  const HHOOK hook = SetWindowsHookExA(WH_GETMESSAGE, &NoteTimer, nullptr, GetCurrentThreadId());
+  EXPECT_STREQ(wfinfo::RunPgpEncryption({0, "t", "a", nullptr, nullptr}), "x");
+  UnhookWindowsHookEx(hook);
+  ASSERT_GE(g_seen.timers, 3);
+  EXPECT_EQ(g_seen.owner, host_.frame());
+  EXPECT_TRUE(g_seen.owner_waits);
+  EXPECT_TRUE(IsWindowEnabled(host_.frame()));
+  EXPECT_TRUE(g_seen.has_information_icon);
+  EXPECT_EQ(centred, reinterpret_cast<Slot>(g_seen.dialog));
+  // A busy machine makes the pauses longer, never shorter.
+  EXPECT_GE(g_seen.last - g_seen.first, static_cast<DWORD>(g_seen.timers - 1) * 40);
+  EXPECT_GE(g_seen.timers, static_cast<int>(g_calls.waits.size()) - 1) << "each look has its timer";
+  EXPECT_FALSE(IsWindow(g_seen.dialog));
+}
+
+// Presses the dialog's button, then answers the question, and notes what the question looks like.
+class Aborter {
+ public:
+  explicit Aborter(int answer)
+      : thread_([this, answer] {
+          while (!stop_) {
+            EnumWindows(&Visit, reinterpret_cast<LPARAM>(this));
+            if (box_ != nullptr && !std::exchange(answered_, true)) {
+              PostMessageA(box_, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+            }
+            Sleep(10);
+          }
+        }) {}
+  ~Aborter() {
+    stop_ = true;
+    thread_.join();
+  }
+  std::wstring text, caption;
+  HWND owner = nullptr;
+  bool has_yes = false, has_no = false, has_ok = false, has_question_icon = false;
+
+ private:
+  static std::wstring TextOf(HWND window) {
+    wchar_t text[200] = L"";
+    GetWindowTextW(window, text, 200);
+    return text;
+  }
+  static BOOL CALLBACK Visit(HWND window, LPARAM self) {
+    auto& aborter = *reinterpret_cast<Aborter*>(self);
+    DWORD process;
+    GetWindowThreadProcessId(window, &process);
+    if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
+    if (GetDlgItem(window, 1000) != nullptr) PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
+    if (aborter.box_ == nullptr && GetDlgItem(window, 0xFFFF) != nullptr) aborter.Look(window);
+    return TRUE;
+  }
+  void Look(HWND box) {
+    text = TextOf(GetDlgItem(box, 0xFFFF));
+    caption = TextOf(box);
+    owner = GetWindow(box, GW_OWNER);
+    has_yes = GetDlgItem(box, IDYES) != nullptr && IsWindowVisible(GetDlgItem(box, IDYES));
+    has_no = GetDlgItem(box, IDNO) != nullptr && IsWindowVisible(GetDlgItem(box, IDNO));
+    has_ok = GetDlgItem(box, IDOK) != nullptr && IsWindowVisible(GetDlgItem(box, IDOK));
+    const auto question = reinterpret_cast<LRESULT>(LoadIconA(nullptr, IDI_QUESTION));
+    for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+      if (SendMessageA(child, STM_GETICON, 0, 0) == question) has_question_icon = true;
+    }
+    box_ = box;
+  }
+  HWND box_ = nullptr;
+  bool answered_ = false;
+  volatile bool stop_ = false;
+  std::thread thread_;
+};
+
+std::wstring Widened(const std::string& text) {
+  wchar_t wide[200] = L"";
+  MultiByteToWideChar(CP_ACP, 0, text.c_str(), -1, wide, 200);
+  return wide;
+}
+
+TEST_F(PgpSystemCalls, AfterAbortTheUserIsAskedAndYesStopsTheProgramWithCodeZero) {
+  host_.Expect(105).Any().Always();
+  const struct {
+    Language language;
+    bool decrypts;
+    std::string question;
+  } cases[] = {
+      {Language::kEnglish, false, "Do you want to terminate encryption program forced?"},
+      {Language::kEnglish, true, "Do you want to terminate the encryption program forced?"},
+      {Language::kJapanese, false, Sjis(u8"暗号化プログラムを強制終了しますか？")},
+  };
+  for (const auto& c : cases) {
+    Use(wfinfo::kProgramGnupg);
+    g_calls = {};
+    g_calls.impatient = true;
+    Child("SLEEP", "600000");
+    Child("SAYS", "$PgpIn.asc");  // taken out of the messages, so that they are empty
+    host_.SetLanguage(c.language);
+    Aborter aborter(IDYES);
+    const char* const result = c.decrypts ? wfinfo::RunPgpDecryption("t", "pw", nullptr, false)
+                                          : wfinfo::RunPgpEncryption({0, "t", "a", nullptr, nullptr});
+    EXPECT_STREQ(result, "") << "no failure, no output";
+    EXPECT_EQ(aborter.text, Widened(c.question));
+    EXPECT_EQ(aborter.caption, L"PGP/GnuPG");
+    EXPECT_EQ(aborter.owner, host_.frame());
+    EXPECT_TRUE(aborter.has_yes && aborter.has_no && !aborter.has_ok);
+    EXPECT_TRUE(aborter.has_question_icon);
+    EXPECT_EQ(g_calls.exits, std::vector<UINT>{0});
+    EXPECT_EQ(wfinfo::g_pgpExitCode, -1);
+    EXPECT_EQ(LeftFiles(), "");
+  }
+}
+
+TEST_F(PgpSystemCalls, NoLeavesTheProgramAlone) {
+  host_.Expect(105).Any().Always();
+  Use(wfinfo::kProgramPgp);
+  g_calls.impatient = true;
+  Child("SLEEP", "1500");
+  {
+    Aborter aborter(IDNO);
+    EXPECT_STREQ(wfinfo::RunPgpEncryption({0, "t", "a", nullptr, nullptr}), "");
+  }
+  EXPECT_EQ(g_calls.exits, std::vector<UINT>{});
+  EXPECT_EQ(wfinfo::g_pgpExitCode, -1);
+  Sleep(1800);  // the program goes on in this test's folder
+}
+
+}  // namespace
+}  // namespace wfinfo_test
