@@ -170,10 +170,58 @@ class OpenPgp(HostTest):
                               "print PgpDecrypt(secret, pass_phrase, null, 0) == RootBody(), PgpGetExitCode()")
         self.assertEqual(out, "00\n10\n")
 
+    def traced(self, mail, source):
+        macro = self.write("traced.macro", source)
+        return run("--mail", mail, "--english", "--trace", "--macro", SAMPLES / "settings.macro", "--macro", macro,
+                   folder=self.folder)
+
+    def test_messages_in_utf8_become_host_text(self):
+        if not host.takes_any_path():
+            self.skipTest("this locale lets Wine give programs ASCII command lines only")
+        result = self.traced(self.mail("x\r\n"),
+                             'text = PgpEncrypt(RootBody(), "日本ソ表@example.com")\nprint PgpGetInfo()')
+        self.assertIn("日本ソ表@example.com", result.out)
+        self.assertRegex(result.err, r"code 315 \(.*\) -> 0\ntrace: .*code 316 \(.*\) -> \".*日本ソ表@example\.com")
+
+    def test_messages_in_another_code_page_stay(self):
+        made = gpg("--charset", "utf-8", "--quick-gen-key", "Jürgen <juergen@example.com>", "future-default", "default",
+                   "never")
+        self.assertEqual(made.returncode, 0, made.stderr.decode())
+        signed = gpg("--clearsign", "-u", "juergen@example.com", input=b"one\n").stdout
+        result = self.traced(self.mail(signed), 'text = PgpDecrypt(RootBody(), "", null, 1)\nprint PgpGetInfo()')
+        self.assertIn("juergen@example.com", result.out, result.err)
+        self.assertRegex(result.err, r"code 315 \(.*\) -> 1\n")
+        self.assertNotIn("code 316", result.err)
+
     def test_messages_come_as_host_text_without_temporary_files(self):
         out = self.run_macros(self.mail("x\r\n"), 'recipients = "nobody@example.com"', "encrypt.macro")
         for name in LEFT_FILES:
             self.assertNotIn(name, out)
+
+
+class WithoutEditorAndSpamFilter(HostTest):
+    """The small host serves these requests and has nothing for them."""
+
+    def trace(self, source):
+        result = self.run_macro(source, "--trace")
+        self.assertEqual(result.code, 0, result.err)
+        return result.out, result.err
+
+    def test_nothing_is_encrypted_in_an_editor(self):
+        self.assertEqual(self.trace('print EncryptSign(1, -2, 3, 4) == ""'),
+                         ("1\n", 'trace: EncryptSign: code 175 (1, -2, 3, 4) -> ""\n'
+                                 "trace: 1 request, 0 not served\n"))
+
+    def test_there_is_no_spam_filter(self):
+        out, err = self.trace('print LoadAndGetSpamFilter() == "", GetSpamFilterTitle() == "", '
+                              'GetSpamFilterVersion() == ""\n'
+                              "print CallAnySpamFilterFunc(48, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10)\n")
+        self.assertEqual(out, "111\n0\n")
+        self.assertEqual(err, 'trace: LoadAndGetSpamFilter: code 176 -> ""\n'
+                              'trace: GetSpamFilterTitle: code 176 () -> ""\n'
+                              'trace: GetSpamFilterVersion: code 176 () -> ""\n'
+                              'trace: CallAnySpamFilterFunc: code 176 () -> ""\n'
+                              "trace: 4 requests, 0 not served\n")
 
 
 class SystemLibrary(HostTest):
