@@ -155,5 +155,27 @@ TEST_F(Launch, SendingSucceedsAlsoWithoutAHost) {
       << "no paths: nothing is started";
 }
 
+// The redirection library stands for the registry; its MapiSend is 1.
+TEST_F(Launch, SettingsComeFromTheRedirectionLibraryWhenThereIsOne) {
+  std::filesystem::copy_file(std::filesystem::current_path() / "doubles" / "TmRegIni.dll",
+                             folder_.WidePath(L"TmRegIni.dll"));
+  const HMODULE redirection = LoadLibraryW(folder_.WidePath(L"TmRegIni.dll").c_str());
+  ASSERT_NE(redirection, nullptr);
+  Prepare(nullptr);
+  MapiHost mapi;
+  MapiRecipDesc recipient{0, MAPI_TO, Mutable("Jo"), nullptr, 0, nullptr};
+  MapiMessage message{};
+  message.lpszSubject = Mutable("s");
+  message.lpszNoteText = Mutable("n");
+  message.nRecipCount = 1;
+  message.lpRecips = &recipient;
+  EXPECT_EQ(reinterpret_cast<LPMAPISENDMAIL>(Proc("MAPISendMail"))(0, 0, &message, 0, 0), 0u);
+  EXPECT_EQ(mapi.lines, std::vector<std::string>{"unsentmail Subject=s body=n To=Jo"});
+  const auto open_keys =
+      reinterpret_cast<int (*)()>(reinterpret_cast<void*>(GetProcAddress(redirection, "OpenKeys")));
+  EXPECT_EQ(open_keys(), 0) << "closed again";
+  FreeLibrary(redirection);
+}
+
 }  // namespace
 }  // namespace wfinfo_test

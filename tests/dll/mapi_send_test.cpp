@@ -44,6 +44,7 @@ TEST_F(Mapi, TheMacroBelongsToTheNewMailWindowThatTheSettingAsksFor) {
     EXPECT_EQ(Send(mapi, "s", nullptr), "newmail Subject=s To=a@b%2Ec template=1 sign=1") << mode;
   }
   SetMode(2);
+  EXPECT_EQ(Send(mapi, "s", nullptr), "newmail Macro=a%20b Subject=s To=a@b%2Ec template=1 sign=1");
   const std::string longest(259, 'm');
   Set("MapiSendMacro", REG_SZ, longest.c_str(), longest.size() + 1);
   EXPECT_EQ(Send(mapi, "s", "n"), "newmail Macro=" + longest + " Subject=s body=n To=a@b%2Ec");

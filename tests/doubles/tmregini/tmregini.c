@@ -1,4 +1,4 @@
-/* Answers for one key as the registry would: "Debug" is 1 and "HomeDir" is what SetHome was given. */
+/* Answers for one key as the registry would: "Debug" and "MapiSend" are 1, "HomeDir" is what SetHome was given. */
 #include <windows.h>
 
 #include <string.h>
@@ -19,13 +19,13 @@ LONG WINAPI TmRegOpenKeyEx(HKEY root, LPCSTR name, DWORD options, REGSAM access,
 }
 
 LONG WINAPI TmRegQueryValueEx(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) {
-  const DWORD debug = 1;
+  const DWORD one = 1;
   (void)reserved;
   (void)type;
   if (key != (HKEY)&g_open_keys) return ERROR_INVALID_HANDLE;
-  if (lstrcmpA(name, "Debug") == 0 && *size >= sizeof debug) {
-    memcpy(data, &debug, sizeof debug);
-    *size = sizeof debug;
+  if ((lstrcmpA(name, "Debug") == 0 || lstrcmpA(name, "MapiSend") == 0) && *size >= sizeof one) {
+    memcpy(data, &one, sizeof one);
+    *size = sizeof one;
     return ERROR_SUCCESS;
   }
   if (lstrcmpA(name, "HomeDir") == 0 && *size >= strlen(g_home) + 1) {
