@@ -19,8 +19,6 @@ class SmimeHost(unittest.TestCase):
     def setUpClass(cls):
         cls.world = smime_peer.Surroundings()
         cls.addClassCleanup(cls.world.close)
-        for name in ("alice", "bob"):
-            cls.world.install("My", name, with_key=True)
 
     def run_macro(self, macro, mail="signed.eml"):
         done = subprocess.run(["wine", HOST, "--mail", mail, "--macro", str(macro)], cwd=self.world.pki,
