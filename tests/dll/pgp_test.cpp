@@ -336,6 +336,36 @@ TEST_F(Pgp, ParametersThatAnEncryptionNeedsMustBeTexts) {
   EXPECT_EQ(LeftFiles(), "");
 }
 
+TEST_F(Pgp, WhatAModeDoesNotNeedIsNotLookedAt) {
+  UseGnupg();
+  const std::string long_text(9000, 'l');
+  for (const char* const ignored : {kNumberForText, static_cast<const char*>(nullptr), long_text.c_str()}) {
+    Child("OUTPUT", "x");
+    EXPECT_STREQ(PgpEncryptSuper(0, "t", "a", ignored, nullptr, 0, 0, 0), "x");
+    EXPECT_EQ(Noted("command"), "gpg.exe --batch --yes -v -o $PgpOut.asc -ea -r\"a\" $PgpIn.asc");
+    EXPECT_STREQ(PgpEncryptSuper(1, "t", ignored, "me", "pw", 0, 0, 0), "x");
+    EXPECT_TRUE(Noted("command").ends_with(" -u\"me\" -sat --clearsign $PgpIn.asc ")) << Noted("command");
+  }
+}
+
+TEST_F(Pgp, ARefusedCallForgetsTheLastRunToo) {
+  UseGnupg();
+  LetMessagesPass();
+  Child("SAYS", "something");
+  PgpEncrypt("t", "a");
+  EXPECT_EQ(PgpGetExitCode(), 0);
+  EXPECT_STREQ(PgpGetInfo(), "something");
+  PgpEncryptSign("t", "a", "me", "pw");
+  EXPECT_EQ(PgpGetExitCode(), -1);
+  EXPECT_STREQ(PgpGetInfo(), "");
+  PgpEncrypt("t", "a");
+  EXPECT_STREQ(PgpGetInfo(), "something");
+  PgpDecrypt(nullptr, "", nullptr, 1);
+  EXPECT_EQ(PgpGetExitCode(), -1);
+  EXPECT_STREQ(PgpGetInfo(), "");
+  host_.ExpectMessages({kInvalidEncrypt});
+}
+
 TEST_F(Pgp, RecipientsOf8191BytesAreAcceptedAndOf8192Refused) {
   UseGnupg();
   const std::string longest(8191, 'r');
@@ -456,6 +486,45 @@ TEST_F(Pgp, AQuietDecryptionStopsAProgramThatDoesNotEnd) {
   EXPECT_STREQ(PgpGetInfo(), "The encryption program does not respond more than 10 seconds.");
   EXPECT_EQ(PgpGetExitCode(), -1);
   EXPECT_EQ(LeftFiles(), "");
+}
+
+TEST_F(Pgp, ReportsInJapanese) {
+  host_.SetLanguage(Language::kJapanese);
+  const auto start = [](const char8_t* program) {
+    return Sjis(program) +
+           Sjis(u8"を起動できませんでした。ヘルプの「PGP/GnuPGについて」をご覧ください。\nエラーコード = ");
+  };
+  const std::string gnupg = start(u8"GnuPGのプログラム（gpg.exeまたはgpg2.exe）");
+  const std::string pgp = start(u8"PGPのプログラム（pgp.exe）");
+  const std::string file =
+      Sjis(u8"一時ファイルを作成できませんでした。\nファイル名 = $PgpIn.asc\nエラーコード = ");
+  const std::string long_text(8192, 'l');
+  const auto told = [this](const std::string& beginning) {
+    const std::vector<std::string> messages = host_.TakeMessages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].substr(0, beginning.size()), beginning);
+  };
+  for (const auto& [program, beginning] : {std::pair{0u, pgp}, std::pair{1u, gnupg}}) {
+    PgpSetProgram(program);
+    PgpEncrypt("t", "a");
+    told(beginning);
+    PgpDecrypt("t", "pw", nullptr, 0);
+    told(beginning);
+    PgpDecrypt("t", "pw", nullptr, 1);
+    EXPECT_EQ(std::string(PgpGetInfo()).substr(0, beginning.size()), beginning);
+  }
+  std::filesystem::create_directory("$PgpIn.asc");
+  PgpEncrypt("t", "a");
+  told(Sjis(u8"暗号化のための") + file);
+  PgpDecrypt("t", "pw", nullptr, 0);
+  told(Sjis(u8"復号のための") + file);
+  std::filesystem::remove("$PgpIn.asc");
+  PgpEncrypt("t", long_text.c_str());
+  told(Sjis(u8"PgpEncryptの受信者のパラメータの文字列が長すぎます。"));
+  PgpSign("t", long_text.c_str(), "pw");
+  told(Sjis(u8"PgpEncryptの送信者のパラメータの文字列が長すぎます。"));
+  PgpDecrypt(nullptr, "pw", nullptr, 0);
+  host_.ExpectMessages({StringMessageJapanese(), Sjis(u8"PgpDecryptのパラメータが不正です。")});
 }
 
 // Presses the button of the wait dialog as soon as it shows.
@@ -619,7 +688,9 @@ TEST_F(Pgp, WithSmimeAnEncryptionGoesToCertificates) {
   ASSERT_EQ(boxes.boxes().size(), 1u);
   EXPECT_NE(boxes.boxes()[0].text.find("nobody@nowhere.example"), std::string::npos) << boxes.boxes()[0].text;
   EXPECT_EQ(Noted("command"), "(no file)");
-  EXPECT_STREQ(PgpSign("t", nullptr, "pw"), "") << "parameters are looked at first";
+  EXPECT_STREQ(PgpEncrypt("t", std::string(8192, 'r').c_str()), "") << "parameters are looked at first";
+  host_.ExpectMessages({"The recipient parameter string of PgpEncrypt is too long."});
+  EXPECT_STREQ(PgpSign("t", nullptr, "pw"), "");
   host_.ExpectMessages({kStringMessageEnglish, kInvalidEncrypt});
 }
 

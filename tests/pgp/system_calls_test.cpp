@@ -43,6 +43,7 @@ struct Calls {
   std::vector<UINT> exits;      // codes that programs were stopped with
   HCURSOR waiting = nullptr;    // the cursor during the long wait
   std::vector<DWORD> refusals;  // errors that the next starts fail with
+  std::string last_words;       // what a start that fails leaves in the messages
   bool impatient = false;       // the long wait is over at once
 };
 Calls g_calls;
@@ -81,6 +82,9 @@ BOOL WINAPI NotedStart(LPCSTR application, LPSTR command, LPSECURITY_ATTRIBUTES 
   g_calls.starts.push_back({application != nullptr ? application : "(null)", command, inherits, flags,
                             *startup, IsInheritable(startup->hStdInput)});
   if (g_calls.starts.size() <= g_calls.refusals.size()) {
+    DWORD written;
+    g_real.write_file(startup->hStdOutput, g_calls.last_words.data(),
+                      static_cast<DWORD>(g_calls.last_words.size()), &written, nullptr);
     return SetLastError(g_calls.refusals[g_calls.starts.size() - 1]), FALSE;
   }
   return g_real.create_process(application, command, process_security, thread_security, inherits, flags,
@@ -204,6 +208,21 @@ TEST_F(PgpSystemCalls, OnlyAPgpThatIsNotFoundIsLookedForElsewhere) {
               "$PgpIn.asc a");
     EXPECT_EQ(g_calls.starts[1].flags, DWORD{DETACHED_PROCESS});
   }
+}
+
+TEST_F(PgpSystemCalls, AFailedStartKeepsTheMessagesUnlessItIsQuiet) {
+  Use(wfinfo::kProgramGnupg);
+  g_calls.refusals = {5};
+  g_calls.last_words = "of the system\r\n";
+  EXPECT_STREQ(wfinfo::RunPgpEncryption({0, "text", "a", nullptr, nullptr}), "");
+  EXPECT_STREQ(wfinfo::PgpInfoText(), "of the system\r\n");
+  g_calls.starts.clear();
+  EXPECT_EQ(wfinfo::RunPgpDecryption("text", "pw", nullptr, false), nullptr);
+  EXPECT_STREQ(wfinfo::PgpInfoText(), "of the system\r\n");
+  EXPECT_EQ(host_.TakeMessages().size(), 2u);
+  g_calls.starts.clear();
+  EXPECT_STREQ(wfinfo::RunPgpDecryption("text", "pw", nullptr, true), "");
+  EXPECT_TRUE(std::string(wfinfo::PgpInfoText()).ends_with("\nerror code = 5")) << wfinfo::PgpInfoText();
 }
 
 TEST_F(PgpSystemCalls, ThePipeIsInheritableAndAnEncryptionTakesItsWritingEndBack) {
