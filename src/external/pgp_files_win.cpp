@@ -8,7 +8,7 @@
 namespace wfinfo {
 namespace {
 
-// Patience with a file that is still in use: five seconds. A console lets go of it within a tenth of a second, on a
+// Patience with a file that is still in use: five seconds for all of a run. A console lets go of it within a tenth of a second, on a
 // busy system within one or two; clear text that stays on the disk would be worse than the wait.
 constexpr int kDeleteTries = 200;
 constexpr DWORD kDeletePauseMs = 25;
@@ -29,15 +29,13 @@ PgpFiles::PgpFiles(bool with_signed_data) : with_signed_data_(with_signed_data) 
 
 PgpFiles::~PgpFiles() {
   if (!begun_) return;
-  Delete(kPgpInput);
-  if (with_signed_data_) Delete(kPgpSignedData);
-  Delete(kPgpOutput);
-  Delete(kPgpMessages);
+  // An encryption has no signed data: its place names another file twice.
+  DeletePatiently({kPgpInput, with_signed_data_ ? kPgpSignedData : kPgpInput, kPgpOutput, kPgpMessages});
 }
 
 void PgpFiles::Begin() {
   begun_ = true;
-  Delete(kPgpOutput);
+  DeletePatiently({kPgpOutput});
 }
 
 PgpFiles::Path PgpFiles::PathOf(const char* name) const {
@@ -74,13 +72,16 @@ bool PgpFiles::Write(const char* name, std::string_view contents) const {
   return true;
 }
 
-void PgpFiles::Delete(const char* name) const {
-  const Path path = PathOf(name);
-  for (int tries = patient_ ? kDeleteTries : 1; tries > 0; --tries) {
-    if (g_pgpSystem.delete_file(path.text)) return;
-    const DWORD error = GetLastError();
-    if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) return;
-    if (tries > 1) Sleep(kDeletePauseMs);
+bool PgpFiles::Delete(const char* name) const {
+  // A file that is on its way out already denies access: that one needs no second try.
+  return g_pgpSystem.delete_file(PathOf(name).text) || GetLastError() != ERROR_SHARING_VIOLATION;
+}
+
+void PgpFiles::DeletePatiently(std::initializer_list<const char*> names) const {
+  for (int tries = patient_ ? kDeleteTries : 1;; Sleep(kDeletePauseMs)) {
+    bool all_gone = true;
+    for (const char* const name : names) all_gone &= Delete(name);
+    if (all_gone || --tries == 0) return;
   }
 }
 

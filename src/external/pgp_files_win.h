@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <initializer_list>
 #include <string_view>
 
 #include "base/unique_win.h"
@@ -16,8 +17,8 @@ class PgpFiles {
  public:
   // `with_signed_data`: the signed data of a detached signature is one of them.
   explicit PgpFiles(bool with_signed_data);
-  // Deletes all of them. A file that a console still holds for some milliseconds is tried again; not for
-  // long, and not at all after LeaveToProgram.
+  // Deletes all of them. A file that is still in use (a console may hold it for some milliseconds) is tried
+  // again for five seconds at most, and not at all after LeaveToProgram.
   ~PgpFiles();
   PgpFiles(const PgpFiles&) = delete;
   PgpFiles& operator=(const PgpFiles&) = delete;
@@ -39,7 +40,9 @@ class PgpFiles {
     wchar_t text[MAX_PATH + 16];
   };
   Path PathOf(const char* name) const;
-  void Delete(const char* name) const;
+  // False: the file is in use.
+  bool Delete(const char* name) const;
+  void DeletePatiently(std::initializer_list<const char*> names) const;
 
   wchar_t folder_[MAX_PATH];  // with its backslash; "" when it is too long: the names stand alone then
   bool with_signed_data_;

@@ -1,6 +1,6 @@
 /* Reads from "start.txt" beside it: for how long a window shows first, whether a frame follows, whether that frame
  * says that it is ready, and whether a dialog shows in front of it. "1000 1 0 0": a window for a second, then a frame that
- * is never ready. Writes to "started.txt" how it was started: flags, show state, command line. */
+ * is never ready. Ends when that file is deleted. Writes to "started.txt" how it was started: flags, show state, command line. */
 #include <windows.h>
 
 #include <stdio.h>
@@ -9,6 +9,7 @@
 enum { kQueryReady = 21703, kLongestLifeMs = 60000 };
 
 static int g_ready;
+static char g_start[MAX_PATH];
 
 static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == kQueryReady) return g_ready;
@@ -19,7 +20,7 @@ static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPAR
 static void Pump(DWORD milliseconds) {
   DWORD start = GetTickCount();
   MSG message;
-  while (GetTickCount() - start < milliseconds) {
+  while (GetTickCount() - start < milliseconds && GetFileAttributesA(g_start) != INVALID_FILE_ATTRIBUTES) {
     while (PeekMessageA(&message, NULL, 0, 0, PM_REMOVE)) {
       if (message.message == WM_QUIT) ExitProcess(0);
       DispatchMessageA(&message);
@@ -48,8 +49,9 @@ int main(void) {
   GetModuleFileNameA(NULL, path, sizeof path - 16);
   strcpy(strrchr(path, '\\') + 1, "started.txt");
   TellHowStarted(path);
-  strcpy(strrchr(path, '\\') + 1, "start.txt");
-  file = fopen(path, "r");
+  strcpy(g_start, path);
+  strcpy(strrchr(g_start, '\\') + 1, "start.txt");
+  file = fopen(g_start, "r");
   if (file == NULL || fscanf(file, "%d %d %d %d", &shown_ms, &with_frame, &g_ready, &with_dialog) != 4) return 1;
   fclose(file);
   if (shown_ms > 0) {
