@@ -91,10 +91,19 @@ BOOL WINAPI NotedStart(LPCSTR application, LPSTR command, LPSECURITY_ATTRIBUTES 
                                environment, folder, startup, process);
 }
 
+// A program that is stopped before it has its console may leave that behind, with the files it holds: ten
+// seconds are never so short.
+void AwaitStarted() {
+  for (int tries = 0; tries < 500 && GetFileAttributesA("child.input") == INVALID_FILE_ATTRIBUTES; ++tries)
+    Sleep(10);
+}
+
 DWORD WINAPI NotedWait(HANDLE handle, DWORD time) {
   g_calls.waits.push_back(time);
   if (time == kPatienceMs) g_calls.waiting = GetCursor();
-  return time == kPatienceMs && g_calls.impatient ? WAIT_TIMEOUT : g_real.wait(handle, time);
+  if (time != kPatienceMs || !g_calls.impatient) return g_real.wait(handle, time);
+  AwaitStarted();
+  return WAIT_TIMEOUT;
 }
 
 BOOL WINAPI NotedTerminate(HANDLE process, UINT code) {
@@ -119,6 +128,7 @@ class PgpSystemCalls : public PgpStage {
     wfinfo::g_pgpProgram = program;
     InstallPrograms(program == wfinfo::kProgramPgp ? "pgp" : "gpg");
     wfinfo::BeginPgpRun();
+    DeleteFileA("child.input");
   }
 };
 
