@@ -9,6 +9,7 @@ import shutil
 import subprocess
 import tempfile
 import unittest
+import unittest.mock
 
 import host
 from host import HostTest, run
@@ -197,6 +198,37 @@ class OpenPgp(HostTest):
         out = self.run_macros(self.mail("x\r\n"), 'recipients = "nobody@example.com"', "encrypt.macro")
         for name in LEFT_FILES:
             self.assertNotIn(name, out)
+
+
+CENTRED = """
+user32 = LoadDll("user32.dll")
+kernel32 = LoadDll("kernel32.dll")
+window = ShowNotifyWnd("text", "title")
+DllFunc(user32, "MoveWindow", window, 3, 4, 100, 50, 0, 0, 0, 0, 0)
+print SetWindowCenter(window), SetWindowCenter(0x7FFFFFF0)
+place = DllFunc(kernel32, "LocalAlloc", 64, 16, 0, 0, 0, 0, 0, 0, 0, 0)
+middle = DllFunc(kernel32, "LocalAlloc", 64, 16, 0, 0, 0, 0, 0, 0, 0, 0)
+DllFunc(user32, "GetWindowRect", window, place, 0, 0, 0, 0, 0, 0, 0, 0)
+left = (DllFunc(user32, "GetSystemMetrics", 0, 0, 0, 0, 0, 0, 0, 0, 0, 0) - 100) / 2
+top = (DllFunc(user32, "GetSystemMetrics", 1, 0, 0, 0, 0, 0, 0, 0, 0, 0) - 50) / 2
+DllFunc(user32, "SetRect", middle, left, top, left + 100, top + 50, 0, 0, 0, 0, 0)
+print DllFunc(user32, "EqualRect", place, middle, 0, 0, 0, 0, 0, 0, 0, 0)
+"""
+
+
+class WaitingForAProgram(HostTest):
+    def test_a_window_is_put_into_the_middle_of_the_screen(self):
+        result = self.run_macro(CENTRED)
+        self.assertEqual((result.out, result.code), ("10\n1\n", 0), result.err)
+
+    @unittest.skipIf(os.name == "nt", "names the program by Wine's search path")
+    def test_the_dialog_after_ten_seconds_finds_all_that_it_asks_for(self):
+        program = "Z:" + str(BUILD / "doubles/openpgp/gpg").replace("/", "\\")
+        macro = self.write("slow.macro", 'PgpSetProgram(1)\nprint PgpEncrypt("text", "a"), PgpGetExitCode()')
+        with unittest.mock.patch.dict(os.environ, WINEPATH=program, CHILD_SLEEP="11500", CHILD_OUTPUT="x", CHILD_EXIT="3"):
+            result = run("--macro", macro, "--english", "--trace", folder=self.folder)
+        self.assertEqual((result.out, result.code), ("x3\n", 0), result.err)
+        self.assertRegex(result.err, r"^trace: .*: code 105 \(0x[0-9A-F]+\) -> 1\ntrace: 1 request, 0 not served\n$")
 
 
 class WithoutEditorAndSpamFilter(HostTest):
