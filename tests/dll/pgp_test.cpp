@@ -8,6 +8,9 @@
 namespace wfinfo_test {
 namespace {
 
+constexpr char kInvalidEncrypt[] = "Invalid PgpEncrypt parameter.";
+constexpr char kInvalidDecrypt[] = "Invalid PgpDecrypt parameter.";
+
 TEST(PgpState, BeforeAnyRunIsZeroAndEmpty) {
   EXPECT_EQ(PgpGetExitCode(), 0);
   EXPECT_EQ(GetLastSMIMESigned(), 0);
@@ -287,6 +290,20 @@ TEST_F(Pgp, BothQuestionsCarryTheInfoTextItself) {
   EXPECT_STREQ(PgpGetInfo(), "raw");
 }
 
+TEST_F(Pgp, AHostThatBeginsARunOfItsOwnWhileItIsAskedIsAskedOnWithoutText) {
+  UseGnupg();
+  Child("SAYS", "raw");
+  Child("OUTPUT", "x");
+  host_.Expect(315).Text("raw").Do([](const Request&) {
+    EXPECT_STREQ(PgpEncryptSign("t", "a", "me", "pw"), "");
+    return Slot{0};
+  });
+  host_.Expect(316).Text("").Answer(0);
+  EXPECT_STREQ(PgpEncrypt("t", "a"), "x");
+  EXPECT_STREQ(PgpGetInfo(), "");
+  host_.ExpectMessages({kInvalidEncrypt});
+}
+
 TEST_F(Pgp, NothingSaidIsNotOfferedToTheHost) {
   UseGnupg();
   const int before = host_.received();
@@ -303,9 +320,6 @@ TEST_F(Pgp, ALargeOutputComesWhole) {
 
 // --- Parameters
 // ------------------------------------------------------------------------------------------------------
-
-constexpr char kInvalidEncrypt[] = "Invalid PgpEncrypt parameter.";
-constexpr char kInvalidDecrypt[] = "Invalid PgpDecrypt parameter.";
 
 TEST_F(Pgp, EncryptSignAlwaysRefuses) {
   UseGnupg();
