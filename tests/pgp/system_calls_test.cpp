@@ -367,8 +367,11 @@ class Aborter {
     DWORD process;
     GetWindowThreadProcessId(window, &process);
     if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
-    if (GetDlgItem(window, 1000) != nullptr) PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
-    if (aborter.box_ == nullptr && GetDlgItem(window, 0xFFFF) != nullptr) aborter.Look(window);
+    if (GetDlgItem(window, 1000) != nullptr) {
+      PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
+    } else if (aborter.box_ == nullptr && GetDlgItem(window, 0xFFFF) != nullptr) {
+      aborter.Look(window);
+    }
     return TRUE;
   }
   void Look(HWND box) {
