@@ -175,7 +175,6 @@ TEST_F(Pgp, TheProgramSeesTheEndOfItsInputUnlessItDecrypts) {
   Child("PATIENCE", "300");
   PgpDecrypt("t", "pw", nullptr, 0);
   EXPECT_EQ(Noted("writer"), "stays");
-  SetEnvironmentVariableA("CHILD_PATIENCE", nullptr);
 }
 
 // --- What comes back
@@ -630,7 +629,6 @@ TEST_F(PgpThreats, InheritableHandlesOfTheHostReachTheProgram) {
       CloseHandle(event);
     }
   }
-  SetEnvironmentVariableA("CHILD_EVENT", nullptr);
 }
 
 TEST_F(PgpThreats, NoMessageHoldsThePassPhrase) {

@@ -133,15 +133,19 @@ class DialogWatcher {
     GetWindowTextW(window, text, 200);
     return text;
   }
+  static void Keep(const std::wstring& seen, std::wstring& kept) {
+    if (!seen.empty()) kept = seen;
+  }
   static BOOL CALLBACK Visit(HWND window, LPARAM self) {
     auto* const watcher = reinterpret_cast<DialogWatcher*>(self);
     DWORD process;
     GetWindowThreadProcessId(window, &process);
     const HWND icon = GetDlgItem(window, 1000);
     if (process != GetCurrentProcessId() || icon == nullptr || !IsWindowVisible(window)) return TRUE;
-    watcher->caption = TextOf(window);
-    watcher->button = TextOf(GetDlgItem(window, IDCANCEL));
-    watcher->text = TextOf(FindWindowExW(window, icon, L"Static", nullptr));
+    // A dialog that is just ending has no texts any more.
+    Keep(TextOf(window), watcher->caption);
+    Keep(TextOf(GetDlgItem(window, IDCANCEL)), watcher->button);
+    Keep(TextOf(FindWindowExW(window, icon, L"Static", nullptr)), watcher->text);
     watcher->has_icon = watcher->has_icon || SendMessageA(icon, STM_GETICON, 0, 0) != 0;
     if (watcher->presses_) PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
     return TRUE;
@@ -287,7 +291,7 @@ class PgpDialog : public PgpStage {
 
 TEST_F(PgpDialog, ClosesWhenTheProgramEnds) {
   Use(wfinfo::kProgramGnupg);
-  Child("SLEEP", "300");
+  Child("SLEEP", "1000");
   Child("EXIT", "3");
   DialogWatcher watcher(false);
   g_pgpSystem.wait = [](HANDLE handle, DWORD time)
