@@ -116,6 +116,40 @@ TEST_F(SmimeExports, ACertificateForNobodyIsTold) {
   host_.ExpectMessages({kStringMessageEnglish});
 }
 
+// Runs a second time with crypt32 taken away from Wine.
+TEST(SmimeLibraries, WithoutCrypt32EachExportFailsWithABoxAndNothingElse) {
+  const bool is_there = LoadLibraryA("crypt32.dll") != nullptr;
+  ScriptedHost host;
+  BoxCloser closer;
+  char memory[256] = "no certificate";
+  const std::size_t calls = 10;
+  EXPECT_EQ(SelectCertCrcDialog("nobody-at-all@example.org"), 0u);
+  EXPECT_EQ(RetrieveCertificate(), nullptr);
+  EXPECT_STREQ(SMIMEVerify("m", 1, nullptr, 0, nullptr, nullptr), is_there ? "OK" : "");
+  EXPECT_EQ(SMIMEAddEncodedCertificate("c", 1), 0);
+  EXPECT_EQ(SMIMEVerifyRevocation(nullptr, nullptr), 0);
+  EXPECT_EQ(SMIMEVerifyRevocation_Cert(nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(FreeCertificate(nullptr), 0);
+  EXPECT_EQ(SMIMEShowCertificate(nullptr, nullptr), 0);
+  EXPECT_EQ(SMIMEVerifyCertificateByWinVerifyTrust(0, nullptr), 0xFFFFFFFFu);
+  EXPECT_EQ(SMIMEVerifyCertificateByWinVerifyTrust_Cert(0, nullptr), 0xFFFFFFFFu);
+  if (is_there) {
+    EXPECT_EQ(closer.boxes().size(), 0u);
+    host.TakeMessages();
+    return;
+  }
+  EXPECT_STREQ(SMIMEDecrypt("m", 1, nullptr), "");
+  EXPECT_STREQ(SMIMEVerifyCertificate(memory, nullptr), "");
+  EXPECT_EQ(SMIMEAddCertificate(memory, 1, nullptr), 0);
+  EXPECT_EQ(SMIMEAddCertificate(nullptr, 1, nullptr), 0) << "without a store there is nothing to load for";
+  PgpSetProgram(2);
+  EXPECT_STREQ(PgpEncryptSuper(0, "text", "a@x", nullptr, nullptr, 0, 0, 0), "");
+  ASSERT_EQ(closer.boxes().size(), calls + 4);
+  for (const auto& box : closer.boxes()) {
+    EXPECT_EQ(box.text.find("Error occurred in S/MIME: Failed to load crypt32.dll or version too old."), 0u);
+  }
+}
+
 TEST_F(SmimeExports, JunkIsSurvived) {
   void* const junk[] = {nullptr, reinterpret_cast<void*>(1), reinterpret_cast<void*>(0x7FFF),
                         reinterpret_cast<void*>(~0ULL)};

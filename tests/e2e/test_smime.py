@@ -305,6 +305,25 @@ class Smime(unittest.TestCase):
         self.assertEqual(report, first + PROBLEM
                          + " The certificate or certificate chain is based on an untrusted root.\r\n")
 
+    def test_a_good_signature_by_somebody_untrusted_is_reported_as_such(self):
+        outcome = self.verify(self.signed("mallory", certificates=()), sender="mallory@example.org")
+        self.assertEqual((outcome.state, outcome.result.encode()), ("1", TEXT))
+        self.assertTrue(outcome.info.endswith(
+            GOOD + " Ther certificate email address matches the email sender.\r\n"
+            + GOOD + " The certificate is in validity period.\r\n"
+            + PROBLEM + " The certificate or certificate chain is based on an untrusted root.\r\n"), outcome.info)
+
+    def test_a_forged_certificate_is_a_problem(self):
+        """Alice's with another signature under it: what it signs verifies, but nobody vouches for it."""
+        true = (self.world.pki / "alice.der").read_bytes()
+        forged = self.world.write("forged.der", true[:-1] + bytes([true[-1] ^ 1]))
+        report = self.world.tool("report", forged).report
+        self.assertTrue(report.startswith(GOOD + " The certificate is in validity period.\r\n" + PROBLEM), report)
+        message = self.signed("alice", options=["-noattr"]).read_bytes()
+        self.assertIn(true, message)
+        outcome = self.verify(self.world.write("message", message.replace(true, forged.read_bytes())))
+        self.assertIn(PROBLEM, outcome.info)
+
     # --- What we refuse ---
 
     def test_a_troubled_signer_is_refused(self):

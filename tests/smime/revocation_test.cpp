@@ -32,6 +32,14 @@ TEST(SmimeDownload, BringsAllBytesInABlockWithSpareOnes) {
     LocalFree(block);
     EXPECT_EQ(fake.web.open, 2) << "both handles stay open after a success";
   }
+  // A server may send it in pieces.
+  fake.web.largest_read = 1000;
+  DWORD got = 0;
+  char error[kDownloadErrorRoom];
+  const HLOCAL block = DownloadCrl("http://x/l", &got, error);
+  EXPECT_EQ(std::string(static_cast<const char*>(LocalLock(block)), got), fake.web.pages["http://x/l"]);
+  LocalUnlock(block);
+  LocalFree(block);
   EXPECT_EQ(fake.web.agent, "TamarinMail CRL retriever");
   EXPECT_EQ(fake.web.flags, 0x000C0200u);
   EXPECT_EQ(fake.web.headers, "");
