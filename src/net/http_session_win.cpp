@@ -119,8 +119,7 @@ bool KeepOpened(const InetSession& opened) {
   return true;
 }
 
-// --- Reading a body
-// --------------------------------------------------------------------------------------------
+// --- Reading a body ------------------------------------------------------------------------------------
 
 // Gives the session a locked buffer; its capacity, or 0 without memory.
 SIZE_T PrepareBuffer(InetSession& session) {

@@ -12,8 +12,7 @@
 namespace wfinfo {
 namespace {
 
-// --- SSE2: 64 bytes at a time, each class of bytes as one word of 64 bits
-// ------------------------------------
+// --- SSE2: 64 bytes at a time, each class of bytes as one word of 64 bits ------------------------------
 
 constexpr std::size_t kBlock = 64;
 

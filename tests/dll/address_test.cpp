@@ -130,8 +130,7 @@ TEST(Addresses, HonorificsStandBehindNames) {
   EXPECT_EQ(AddSama("Taro <t@x>", large.c_str(), 0), "Taro" + large + " <t@x>");
 }
 
-// --- The parser with its nine parameters
-// ---------------------------------------------------------------------
+// --- The parser with its nine parameters ---------------------------------------------------------------
 
 struct Parsed {
   const char* next;

@@ -141,8 +141,7 @@ TEST(HostWindows, TheWaitCursorIsSetAndTakenBack) {
   EXPECT_EQ(GetCursor(), LoadCursorA(nullptr, IDC_ARROW));
 }
 
-// --- Notices
-// ---------------------------------------------------------------------------------------------------
+// --- Notices -------------------------------------------------------------------------------------------
 
 TEST(Notices, ANotificationIsCheckedAndSent) {
   ScriptedHost host;

@@ -13,8 +13,7 @@ namespace {
 
 std::string Double(const char* name) { return (std::filesystem::current_path() / "doubles" / name).string(); }
 
-// --- Libraries
-// -------------------------------------------------------------------------------------------------
+// --- Libraries -----------------------------------------------------------------------------------------
 
 TEST(ExtensionLibrary, TenValuesArriveInOrderAndInFullWidth) {
   ScriptedHost host;
@@ -86,8 +85,7 @@ TEST(ExtensionLibrary, AFunctionIsFoundOrNotWithoutAWord) {
   EXPECT_EQ(GetModuleHandleA("extension.dll"), nullptr) << "and it was given back";
 }
 
-// --- The spam filter
-// -------------------------------------------------------------------------------------------
+// --- The spam filter -----------------------------------------------------------------------------------
 
 // A plug-in whose texts lie below 2 GiB, as the 32-bit passage of their addresses demands.
 struct Plugin {
@@ -132,8 +130,7 @@ TEST(SpamFilter, WithoutAPlugInTheResultIsEmpty) {
   EXPECT_EQ(CallAnySpamFilterFunc(48, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0), 0);
 }
 
-// --- Archivers
-// -------------------------------------------------------------------------------------------------
+// --- Archivers -----------------------------------------------------------------------------------------
 
 struct Family {
   int (*load)();

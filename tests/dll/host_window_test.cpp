@@ -167,8 +167,7 @@ TEST(HostWindow, OtherThreadsGetTheEditorRefusalOrNoWindow) {
   host.ExpectMessages({kEditorRefusal});
 }
 
-// --- Modal dialogs
-// ---------------------------------------------------------------------------------------------
+// --- Modal dialogs -------------------------------------------------------------------------------------
 
 constexpr char kRefusal[] = "WFINFO.DLL: Cannot proceed because a dialog box showing.\nfunction code = ";
 

@@ -34,8 +34,7 @@ class Pgp : public PgpStage {
   }
 };
 
-// --- Choice of the program
-// -----------------------------------------------------------------------------------------
+// --- Choice of the program -----------------------------------------------------------------------------
 
 TEST_F(Pgp, AnUnknownProgramIsRefusedAndTheChoiceKept) {
   InstallPrograms("pgp gpg");
@@ -71,8 +70,7 @@ TEST_F(Pgp, PgpIsAlsoFoundWhereItIsUsuallyInstalled) {
   std::filesystem::remove_all(had_parent ? place : place.parent_path());
 }
 
-// --- What the program is given
-// ---------------------------------------------------------------------------------------
+// --- What the program is given -------------------------------------------------------------------------
 
 TEST_F(Pgp, CommandLinesOfPgp) {
   UsePgp();
@@ -177,8 +175,7 @@ TEST_F(Pgp, TheProgramSeesTheEndOfItsInputUnlessItDecrypts) {
   EXPECT_EQ(Noted("writer"), "stays");
 }
 
-// --- What comes back
-// -------------------------------------------------------------------------------------------------
+// --- What comes back -----------------------------------------------------------------------------------
 
 TEST_F(Pgp, TheOutputFileIsTheResult) {
   UseGnupg();
@@ -317,8 +314,7 @@ TEST_F(Pgp, ALargeOutputComesWhole) {
   EXPECT_EQ(PgpEncrypt("t", "a"), large);
 }
 
-// --- Parameters
-// ------------------------------------------------------------------------------------------------------
+// --- Parameters ----------------------------------------------------------------------------------------
 
 TEST_F(Pgp, EncryptSignAlwaysRefuses) {
   UseGnupg();
@@ -413,8 +409,7 @@ TEST_F(Pgp, ADecryptionNeedsTextsAndTellsSoUnlessItIsQuiet) {
   EXPECT_EQ(PgpGetExitCode(), -1);
 }
 
-// --- Failures
-// --------------------------------------------------------------------------------------------------------
+// --- Failures ------------------------------------------------------------------------------------------
 
 struct StartFailure {
   unsigned program;
@@ -582,8 +577,7 @@ TEST_F(Pgp, AnAbortedProgramLeavesTheExitCodeAtMinusOne) {
   EXPECT_EQ(LeftFiles(), "");
 }
 
-// --- What cannot be protected, and what must not leak
-// ----------------------------------------------------------------
+// --- What cannot be protected, and what must not leak --------------------------------------------------
 
 using PgpThreats = Pgp;
 
@@ -647,8 +641,7 @@ TEST_F(PgpThreats, NoMessageHoldsThePassPhrase) {
   EXPECT_EQ(log.find("hush"), std::string::npos);
 }
 
-// --- The dialogs, in the library itself
-// ------------------------------------------------------------------------------
+// --- The dialogs, in the library itself ----------------------------------------------------------------
 
 std::wstring TextOf(HWND window) {
   wchar_t text[200] = L"";
@@ -689,8 +682,7 @@ TEST(PgpDialogs, LieInTheLibrary) {
   }
 }
 
-// --- S/MIME
-// ----------------------------------------------------------------------------------------------------------
+// --- S/MIME --------------------------------------------------------------------------------------------
 
 TEST_F(Pgp, WithSmimeAnEncryptionGoesToCertificates) {
   InstallPrograms("pgp gpg");

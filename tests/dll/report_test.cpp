@@ -62,8 +62,7 @@ TEST(Report, WithoutACallbackABoxOfTheHostShows) {
   DestroyWindow(frame);
 }
 
-// --- The debug log
-// ---------------------------------------------------------------------------------------------
+// --- The debug log -------------------------------------------------------------------------------------
 
 class DebugLog : public testing::Test {
  protected:

@@ -116,8 +116,7 @@ TEST(WindowSearch, TheThreadsDialogsAreListedInZOrder) {
   OnOtherThread([] { EXPECT_EQ(wfinfo::ListThreadDialogs(), nullptr) << "dialogs of another thread"; });
 }
 
-// --- A frame of another process
-// ------------------------------------------------------------------------------
+// --- A frame of another process ------------------------------------------------------------------------
 
 TEST(WindowSearch, AFrameOfAnotherProcessIsNoHostOfThisOne) {
   ScriptedHost host;

@@ -98,8 +98,7 @@ TEST(PgpCommandLine, NamesTheUsualPlaceOnTheDriveOfWindows) {
   EXPECT_STREQ(text.c_str(), "\"D:\\Program files\\Network Associates\\PGPNT\\pgp.exe\" +batchmode -o x");
 }
 
-// --- Messages
-// ----------------------------------------------------------------------------------------------------
+// --- Messages ------------------------------------------------------------------------------------------
 
 std::string Shown(std::string text) {
   text.resize(RemoveTemporaryFileLines(text.data()));

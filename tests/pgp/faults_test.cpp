@@ -257,8 +257,7 @@ TEST_F(PgpFaults, AFullDiskIsReportedWithItsFile) {
       {"Failed to create temporary file for decryption.\nfile name = $PgpIn\nerror code = 31"});
 }
 
-// --- The dialog
-// ------------------------------------------------------------------------------------------------------
+// --- The dialog ----------------------------------------------------------------------------------------
 
 // The ten seconds pass in no time; later questions are answered by the test.
 DWORD g_later_answer = WAIT_TIMEOUT;
@@ -337,8 +336,7 @@ TEST_F(PgpDialog, AbortedAndLeftToItself) {
   Sleep(1800);
 }
 
-// --- Secrets
-// ---------------------------------------------------------------------------------------------------------
+// --- Secrets -------------------------------------------------------------------------------------------
 
 // The blocks of command lines as they are when they are freed.
 std::string g_freed;
@@ -360,8 +358,7 @@ TEST_F(PgpThreats, TheCommandLineOfPgpIsWiped) {
   EXPECT_EQ(g_freed, std::string(g_freed.size(), '\0'));
 }
 
-// --- What survives a change of directory
-// --------------------------------------------------------------------------------
+// --- What survives a change of directory ---------------------------------------------------------------
 
 std::filesystem::path g_elsewhere;
 DWORD WINAPI WanderingWait(HANDLE handle, DWORD time) {

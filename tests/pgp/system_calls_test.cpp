@@ -132,8 +132,7 @@ class PgpSystemCalls : public PgpStage {
   }
 };
 
-// --- Files
-// -----------------------------------------------------------------------------------------------------------
+// --- Files ---------------------------------------------------------------------------------------------
 
 TEST_F(PgpSystemCalls, FilesAreMadeAnewAndOnlyThatOfTheMessagesIsForTheProgram) {
   Use(wfinfo::kProgramGnupg);
@@ -157,8 +156,7 @@ TEST_F(PgpSystemCalls, FilesAreMadeAnewAndOnlyThatOfTheMessagesIsForTheProgram) 
   EXPECT_EQ(g_calls.files[3].disposition, DWORD{OPEN_EXISTING});
 }
 
-// --- The start
-// -------------------------------------------------------------------------------------------------------
+// --- The start -----------------------------------------------------------------------------------------
 
 TEST_F(PgpSystemCalls, GnupgIsStartedHiddenWithAConsolePipeAndMessages) {
   Use(wfinfo::kProgramGnupg);
@@ -249,8 +247,7 @@ TEST_F(PgpSystemCalls, ThePipeIsInheritableAndAnEncryptionTakesItsWritingEndBack
   EXPECT_EQ(g_calls.pipes, std::vector<bool>{}) << "no pass phrase, no pipe";
 }
 
-// --- The wait
-// --------------------------------------------------------------------------------------------------------
+// --- The wait ------------------------------------------------------------------------------------------
 
 TEST_F(PgpSystemCalls, TheWaitIsTenSecondsWithAWaitCursor) {
   Use(wfinfo::kProgramGnupg);
@@ -281,8 +278,7 @@ TEST_F(PgpSystemCalls, AQuietDecryptionThatTakesTooLongSaysSoInBothLanguages) {
   EXPECT_EQ(g_calls.exits, (std::vector<UINT>{0, 0}));
 }
 
-// --- The dialog and the question
-// ----------------------------------------------------------------------------------
+// --- The dialog and the question -----------------------------------------------------------------------
 
 // What the dialog was seen to be at its first timer, from its own thread.
 struct Seen {

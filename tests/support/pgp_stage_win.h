@@ -21,9 +21,8 @@ class PgpStage : public testing::Test {
     InstallPrograms("");
   }
   ~PgpStage() override {
-    for (const char* const name :
-         {"CHILD_SLEEP", "CHILD_SAYS", "CHILD_WARNS", "CHILD_OUTPUT", "CHILD_EXIT", "CHILD_EVENT",
-          "CHILD_PATIENCE"}) {
+    for (const char* const name : {"CHILD_SLEEP", "CHILD_SAYS", "CHILD_WARNS", "CHILD_OUTPUT", "CHILD_EXIT",
+                                   "CHILD_EVENT", "CHILD_PATIENCE"}) {
       SetEnvironmentVariableA(name, nullptr);
     }
     SetEnvironmentVariableA("PATH", "C:\\windows\\system32;C:\\windows");

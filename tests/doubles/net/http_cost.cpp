@@ -1,5 +1,5 @@
-// http_cost: milliseconds to read a body of nearly 4 MiB from this machine, through Inet_Read and through bare loops of
-// InternetReadFile and InternetReadFileExA into one buffer, in turn; the least of each.
+// http_cost: milliseconds to read a body of nearly 4 MiB from this machine, through Inet_Read and through
+// bare loops of InternetReadFile and InternetReadFileExA into one buffer, in turn; the least of each.
 #include <winsock2.h>
 // winsock2.h must come before windows.h, and that before wininet.h.
 #include <windows.h>
@@ -25,7 +25,8 @@ unsigned g_port;
 
 void Serve(SOCKET listener) {
   const std::string body(kBodySize, 'b');
-  const std::string head = "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " + std::to_string(kBodySize) + "\r\n\r\n";
+  const std::string head =
+      "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " + std::to_string(kBodySize) + "\r\n\r\n";
   for (int i = 0; i < 3 * kRounds; ++i) {
     const SOCKET peer = accept(listener, nullptr, nullptr);
     char request[4096];
@@ -108,7 +109,9 @@ int main() {
     bare_ex = c < bare_ex ? c : bare_ex;
   }
   server.join();
-  std::printf("Inet_OpenUrl and Inet_Read: %.2f ms; bare InternetReadFile: %.2f ms (ratio %.2f); "
-              "bare InternetReadFileExA: %.2f ms (ratio %.2f)\n", ours, bare, ours / bare, bare_ex, ours / bare_ex);
+  std::printf(
+      "Inet_OpenUrl and Inet_Read: %.2f ms; bare InternetReadFile: %.2f ms (ratio %.2f); "
+      "bare InternetReadFileExA: %.2f ms (ratio %.2f)\n",
+      ours, bare, ours / bare, bare_ex, ours / bare_ex);
   return 0;
 }

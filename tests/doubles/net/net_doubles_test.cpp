@@ -207,7 +207,8 @@ TEST_F(HttpDouble, WithoutMemoryAtAnyGrowthWhatWasReadIsReturned) {
     const char* const text = Inet_Read();
     ASSERT_NE(text, nullptr);
     EXPECT_EQ(std::strlen(text), (granted == 0 ? 65536 : steps[granted - 1]) - 1);
-    EXPECT_EQ(g_grown, std::vector<SIZE_T>(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(granted)));
+    EXPECT_EQ(g_grown,
+              std::vector<SIZE_T>(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(granted)));
     host_.ExpectMessages({granted < steps.size() ? "WFINFO.DLL Inet_DoRead: failed to allocate memory."
                                                  : "WFINFO.DLL Inet_DoRead: recv data size too big."});
     state_.body_size = 10;

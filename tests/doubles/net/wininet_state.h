@@ -10,7 +10,7 @@ struct WinInetState {
   int fill_whole;        /* reads fill the offered room whole */
   int response_succeeds; /* InternetGetLastResponseInfoA gives response_code */
   unsigned response_code;
-  int empty_header; /* HttpQueryInfoA succeeds with an empty value */
+  int empty_header;          /* HttpQueryInfoA succeeds with an empty value */
   void (*on_open_url)(void); /* called once, inside the next InternetOpenUrlA */
   void (*on_read)(void);     /* called once, inside the next InternetReadFileExA */
 
