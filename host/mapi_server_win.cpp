@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "base/unique_win.h"
 #include "bridge/host_protocol.h"
 #include "charset.h"
@@ -16,9 +18,13 @@ constexpr int kFailed = 1;
 constexpr DWORD kPredecessorWaitMs = 9000;  // less than callers wait for a frame
 constexpr DWORD kPollMs = 100;
 constexpr UINT kShowBox = WM_APP + 1;
+constexpr UINT kShowAlert = WM_APP + 2;
 constexpr UINT_PTR kBoxTimer = 1;
 
 MapiService* g_service = nullptr;
+void (*g_complain)(const std::string& line) = nullptr;
+HWND g_frame = nullptr;
+std::string g_alerts;  // what the next box says, a line each
 unsigned g_modalMs = 0;
 
 // Programs that find no frame at the same time start a host each; one of them becomes the server. A
@@ -45,11 +51,28 @@ void CloseBox(HWND frame) {
   if (popup != frame) PostMessageA(popup, WM_COMMAND, IDOK, 0);
 }
 
+// A host that another program started has no console in sight: its user is told by a box, once the caller has
+// gone on.
+void Alert(const std::string& line) {
+  g_complain(line);
+  if (g_alerts.empty()) PostMessageA(g_frame, kShowAlert, 0, 0);
+  g_alerts += line + "\n";
+}
+
+void ShowAlert(HWND frame) {
+  const std::string text = "A mail of another program is lost:\n\n" + std::exchange(g_alerts, {}) +
+                           "\nSee that the outbox can be written to, then send the mail again.";
+  const std::u16string wide = Utf8ToWide(text);
+  MessageBoxW(frame, reinterpret_cast<const wchar_t*>(wide.c_str()), L"Wrenfold",
+              MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
+}
+
 LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (g_service != nullptr) {
     if (const auto answer = g_service->Handle(message, wparam, lparam)) return *answer;
   }
   if (message == kShowBox) return ShowBox(window), 0;
+  if (message == kShowAlert) return ShowAlert(window), 0;
   if (message == WM_TIMER && wparam == kBoxTimer) return CloseBox(window), 0;
   if (message == WM_DESTROY) return PostQuitMessage(0), 0;
   return DefWindowProcA(window, message, wparam, lparam);
@@ -85,9 +108,10 @@ int RunMapiServer(const std::string& home, const MapiSettings& settings,
                   void (*complain)(const std::string& line)) {
   const wfinfo::UniqueHandle server = BecomeServer();
   if (!server) return kFine;
-  MapiService service(PathFromUtf8(home), settings, complain);
+  MapiService service(PathFromUtf8(home), settings, complain, Alert);
   g_service = &service;
-  const HWND frame = CreateFrame();
+  g_complain = complain;
+  const HWND frame = g_frame = CreateFrame();
   if (frame == nullptr) return complain("cannot create the host's window"), kFailed;
   complain("serving Simple MAPI; home is " + home);
   while (settings.deaf) Sleep(kPollMs);

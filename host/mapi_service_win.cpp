@@ -143,14 +143,14 @@ LRESULT MapiService::TakeCommandLine(HANDLE mapping) {
   Behave();
   const HandedBlock block(mapping);
   if (block.bytes() == nullptr || block.size() <= kCommandLineAt)
-    return complain_("a command line cannot be read"), 0;
+    return alert_("a command line cannot be read"), 0;
   const char* const line = block.bytes() + kCommandLineAt;
   const auto request = ParseMailCommand({line, strnlen(line, block.size() - kCommandLineAt)});
-  if (!request) return complain_("a command line is none: " + SystemCharsets().HostToUtf8(line)), 0;
+  if (!request) return alert_("a command line is none: " + SystemCharsets().HostToUtf8(line)), 0;
   SYSTEMTIME now;
   GetLocalTime(&now);
   const auto failure = PutIntoOutbox(*request, {DateHeader(now), UniqueName(now), settings_.from}, outbox_);
-  if (failure) complain_(*failure);
+  if (failure) alert_(*failure);
   return failure ? 0 : 1;
 }
 

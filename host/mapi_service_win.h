@@ -14,11 +14,15 @@ namespace wrenfold {
 
 class MapiService {
  public:
-  MapiService(std::filesystem::path home, MapiSettings settings, void (*complain)(const std::string& line))
+  using Tell = void (*)(const std::string& line);
+
+  // `complain` is told what went wrong between programs, `alert` what the user must know: a mail is lost.
+  MapiService(std::filesystem::path home, MapiSettings settings, Tell complain, Tell alert)
       : outbox_(home / "outbox"),
         store_(home / "mails"),
         settings_(std::move(settings)),
-        complain_(complain) {}
+        complain_(complain),
+        alert_(alert) {}
 
   // nullopt for messages that are not of this kind.
   std::optional<LRESULT> Handle(UINT message, WPARAM wparam, LPARAM lparam);
@@ -35,7 +39,8 @@ class MapiService {
   std::filesystem::path outbox_;
   MapiStore store_;
   MapiSettings settings_;
-  void (*complain_)(const std::string& line);
+  Tell complain_;
+  Tell alert_;
 };
 
 }  // namespace wrenfold

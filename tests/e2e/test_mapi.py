@@ -92,6 +92,11 @@ class MapiTest(HostTest):
     def frame_exists(self):
         return self.ask_client("frame") == 0
 
+    def box(self):
+        """What a box in front of the host says; "" without one."""
+        return subprocess.run(host.command(CLIENT) + ["box"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, timeout=host.TIMEOUT_SECONDS).stdout.decode()
+
     def ask_client(self, word):
         return subprocess.run(host.command(CLIENT) + [word], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL, timeout=host.TIMEOUT_SECONDS).returncode
@@ -184,6 +189,13 @@ class Sending(MapiTest):
         process.wait(timeout=host.TIMEOUT_SECONDS)
         self.assertEqual(process.output.read_text().strip(), "MAPISendMail: 0")
         self.assertEqual(self.sent()[0]["Subject"], "from C")
+
+    def test_a_mail_that_cannot_be_kept_is_told_by_a_box(self):
+        (self.home / "outbox").write_text("a file where the folder should be")
+        self.send(0, "s", "t", "to", "-", text_hex("a@x.jp"))
+        self.wait_until(lambda: "is lost" in self.box(), "no box")
+        self.assertIn("outbox", self.box())
+        self.send(0, "s", "t", "to", "-", text_hex("a@x.jp"))  # the box does not keep the next caller back
 
     def test_settings_tell_the_sender(self):
         (self.home / "settings.txt").write_text("from=山田 <y@x.jp>\n", encoding="utf-8")

@@ -8,6 +8,7 @@
  *   mapi_client delete IDENTIFIER
  *   mapi_client resolve NAME
  *   mapi_client frame                      exit code 0 when a host's frame is there
+ *   mapi_client box                        the texts of the box in front of the host
  *   mapi_client close                      closes every host; exit code 0 when none is left
  *
  * The last line is "code=N ms=N". */
@@ -179,9 +180,26 @@ static int CloseHosts(void) {
   return 0;
 }
 
+static BOOL CALLBACK PrintText(HWND control, LPARAM unused) {
+  char text[2048];
+  (void)unused;
+  /* Not GetWindowText, which does not ask another process. */
+  if (SendMessageA(control, WM_GETTEXT, sizeof text, (LPARAM)text) > 0) printf("%s\n", text);
+  return TRUE;
+}
+
+static int PrintBox(void) {
+  HWND frame = Frame();
+  HWND box = frame == NULL ? NULL : GetLastActivePopup(frame);
+  if (box == frame) return 1;
+  EnumChildWindows(box, PrintText, 0);
+  return 0;
+}
+
 int main(int count, char** words) {
   size_t i;
   if (count == 2 && strcmp(words[1], "frame") == 0) return Frame() == NULL;
+  if (count == 2 && strcmp(words[1], "box") == 0) return PrintBox();
   if (count == 2 && strcmp(words[1], "close") == 0) return CloseHosts();
   setvbuf(stdout, NULL, _IOFBF, 4096);
   g_mapi = LoadLibraryA("mapi32.dll");
