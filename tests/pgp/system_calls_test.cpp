@@ -87,22 +87,16 @@ BOOL WINAPI NotedStart(LPCSTR application, LPSTR command, LPSECURITY_ATTRIBUTES 
                       static_cast<DWORD>(g_calls.last_words.size()), &written, nullptr);
     return SetLastError(g_calls.refusals[g_calls.starts.size() - 1]), FALSE;
   }
+  DeleteFileA("child.up");
   return g_real.create_process(application, command, process_security, thread_security, inherits, flags,
                                environment, folder, startup, process);
-}
-
-// A program that is stopped before it has its console may leave that behind, with the files it holds: ten
-// seconds are never so short.
-void AwaitStarted() {
-  for (int tries = 0; tries < 500 && GetFileAttributesA("child.input") == INVALID_FILE_ATTRIBUTES; ++tries)
-    Sleep(10);
 }
 
 DWORD WINAPI NotedWait(HANDLE handle, DWORD time) {
   g_calls.waits.push_back(time);
   if (time == kPatienceMs) g_calls.waiting = GetCursor();
   if (time != kPatienceMs || !g_calls.impatient) return g_real.wait(handle, time);
-  AwaitStarted();
+  AwaitChild();  // ten seconds are never so short that it is not up
   return WAIT_TIMEOUT;
 }
 
@@ -314,7 +308,7 @@ TEST_F(PgpSystemCalls, TheDialogBelongsToTheHostAndLooksEveryFiftyMilliseconds) 
     centred = request.block[0];
     return Slot{0};
   });
-  Child("SLEEP", "700");
+  Child("SLEEP", "1500");
   Child("OUTPUT", "x");
   const HHOOK hook = SetWindowsHookExA(WH_GETMESSAGE, &NoteTimer, nullptr, GetCurrentThreadId());
   EXPECT_STREQ(wfinfo::RunPgpEncryption({0, "t", "a", nullptr, nullptr}), "x");
@@ -432,14 +426,14 @@ TEST_F(PgpSystemCalls, NoLeavesTheProgramAlone) {
   host_.Expect(105).Any().Always();
   Use(wfinfo::kProgramPgp);
   g_calls.impatient = true;
-  Child("SLEEP", "1500");
+  Child("SLEEP", "600000");
   {
     Aborter aborter(IDNO);
     EXPECT_STREQ(wfinfo::RunPgpEncryption({0, "t", "a", nullptr, nullptr}), "");
   }
   EXPECT_EQ(g_calls.exits, std::vector<UINT>{});
   EXPECT_EQ(wfinfo::g_pgpExitCode, -1);
-  Sleep(1800);  // the program goes on in this test's folder
+  EndChild();
 }
 
 }  // namespace

@@ -14,6 +14,13 @@
 
 namespace wfinfo_test {
 
+inline void AwaitNote(const char* name) {
+  for (int tries = 0; tries < 6000 && GetFileAttributesA(name) == INVALID_FILE_ATTRIBUTES; ++tries) Sleep(10);
+}
+
+// Waits until the child of the current directory is up: to be called before it is stopped.
+inline void AwaitChild() { AwaitNote("child.up"); }
+
 class PgpStage : public testing::Test {
  protected:
   PgpStage() : previous_(std::filesystem::current_path()) {
@@ -49,6 +56,11 @@ class PgpStage : public testing::Test {
   }
   // What the child noted last.
   std::string Noted(const std::string& what) const { return folder_.Read("child." + what); }
+  // Ends the sleep of a child that was left to itself, so that it does not outlive the test.
+  void EndChild() const {
+    folder_.Write("child.stop", "");
+    AwaitNote("child.end");
+  }
   // The host leaves the messages as they are.
   void LetMessagesPass() { host_.Expect(315).Any().Answer(1).Always(); }
   // Names of temporary files that are still there.

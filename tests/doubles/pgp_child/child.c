@@ -5,6 +5,8 @@
  *   child.input    its copy of $PgpIn.asc            child.data     its copy of $PgpIn
  *   child.writer   "gone" when nobody can write to its standard input any more, "stays" when somebody still can
  *
+ *   child.up       empty: it and its console are up  child.end      empty: it is about to end
+ *
  * and does what its environment says: CHILD_SLEEP (milliseconds), CHILD_SAYS and CHILD_WARNS (on standard output and
  * error), CHILD_OUTPUT (contents of $PgpOut.asc; none without it), CHILD_EXIT (exit code), CHILD_EVENT (number of an
  * event of its parent that it sets), CHILD_PATIENCE (milliseconds to wait for the last writer to go). */
@@ -57,11 +59,20 @@ static void NoteWriter(HANDLE input, long patience) {
   Note("child.writer", has_writer ? "stays" : "gone", has_writer ? 5 : 4);
 }
 
+/* Until the time is over or the test makes the file "child.stop". */
+static void SleepUnlessStopped(long milliseconds) {
+  for (; milliseconds > 0 && GetFileAttributesA("child.stop") == INVALID_FILE_ATTRIBUTES; milliseconds -= 10) Sleep(10);
+}
+
 static int IsPipe(DWORD which) { return IsOpen(which) && GetFileType(GetStdHandle(which)) == FILE_TYPE_PIPE; }
 
 int main(void) {
   char path[MAX_PATH], streams[4] = "";
   const char* text;
+  /* Once our console has answered it is up. Ended before, Wine leaves the console's process behind for ever, with the files
+   * that we inherited. */
+  GetConsoleCP();
+  Note("child.up", "", 0);
   Note("child.path", path, GetModuleFileNameA(NULL, path, sizeof path));
   Note("child.command", GetCommandLineA(), strlen(GetCommandLineA()));
   if (IsOpen(STD_OUTPUT_HANDLE)) strcat(streams, "o");
@@ -74,9 +85,10 @@ int main(void) {
   if ((text = getenv("CHILD_EVENT")) != NULL) SetEvent((HANDLE)(ULONG_PTR)strtoull(text, NULL, 10));
   Copy("$PgpIn.asc", "child.input");
   Copy("$PgpIn", "child.data");
-  if ((text = getenv("CHILD_SLEEP")) != NULL) Sleep((DWORD)atol(text));
+  if ((text = getenv("CHILD_SLEEP")) != NULL) SleepUnlessStopped(atol(text));
   Say(STD_OUTPUT_HANDLE, "CHILD_SAYS");
   Say(STD_ERROR_HANDLE, "CHILD_WARNS");
   if ((text = getenv("CHILD_OUTPUT")) != NULL) Note("$PgpOut.asc", text, strlen(text));
+  Note("child.end", "", 0);
   return (text = getenv("CHILD_EXIT")) != NULL ? atoi(text) : 0;
 }
