@@ -116,8 +116,9 @@ WFINFO_TARGET inline void WriteStarts(std::uint64_t bits, std::size_t at, std::s
     return position;
   };
   if (first + count + kAtOnce <= starts.size()) {
-    for (std::uint32_t* out = starts.data() + first; bits != 0; out += kAtOnce) {
-      for (std::size_t i = 0; i < kAtOnce; ++i) out[i] = next();
+    std::uint32_t* out = starts.data() + first;
+    while (bits != 0) {
+      for (std::size_t i = 0; i < kAtOnce; ++i) *out++ = next();
     }
     return;
   }
