@@ -3,7 +3,6 @@
 // winsock2.h must come before windows.h.
 #include <gtest/gtest.h>
 
-#include <semaphore>
 
 #include "support/library.h"
 #include "support/scripted_host_win.h"
@@ -192,6 +191,20 @@ TEST(Http, AfterACloseTheThreadHasNoSession) {
                        "WFINFO.DLL Inet_GetResponseInfo: Inet_OpenUrl not yet."});
 }
 
+// The standard library's own may miss a wake-up in this compiler's version.
+class Semaphore {
+ public:
+  Semaphore() : handle_(CreateSemaphoreA(nullptr, 0, 64, nullptr)) {}
+  ~Semaphore() { CloseHandle(handle_); }
+  Semaphore(const Semaphore&) = delete;
+  Semaphore& operator=(const Semaphore&) = delete;
+  void Release(int count = 1) { ReleaseSemaphore(handle_, count, nullptr); }
+  void Acquire() { WaitForSingleObject(handle_, INFINITE); }
+
+ private:
+  HANDLE handle_;
+};
+
 // Threads that hold a session until they are told to end.
 class Holders {
  public:
@@ -199,23 +212,23 @@ class Holders {
     for (int i = 0; i < count; ++i) {
       threads_.emplace_back([this, url] {
         if (Inet_OpenUrl(url.c_str()) > 0) ++opened_;
-        ready_.release();
-        go_.acquire();
+        ready_.Release();
+        go_.Acquire();
         if (close_) Inet_Close();
-        closed_.release();
+        closed_.Release();
       });
-      ready_.acquire();
+      ready_.Acquire();
     }
   }
   ~Holders() {
-    go_.release(static_cast<std::ptrdiff_t>(threads_.size()));
+    go_.Release(static_cast<int>(threads_.size()));
     for (std::thread& thread : threads_) thread.join();
   }
   int opened() const { return opened_; }
   void CloseOne() {
     close_ = true;
-    go_.release();
-    closed_.acquire();
+    go_.Release();
+    closed_.Acquire();
     close_ = false;
   }
 
@@ -223,7 +236,7 @@ class Holders {
   std::vector<std::thread> threads_;
   std::atomic<int> opened_{0};
   std::atomic<bool> close_{false};
-  std::counting_semaphore<64> ready_{0}, go_{0}, closed_{0};
+  Semaphore ready_, go_, closed_;
 };
 
 TEST(Http, A33rdThreadIsRefusedUntilAnotherCloses) {
