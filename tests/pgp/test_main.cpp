@@ -2,9 +2,11 @@
 #include <gmock/gmock.h>
 
 #include "bridge/module_win.h"
+#include "support/came_up.h"
 
 int main(int argument_count, char** arguments) {
   wfinfo::g_hInstance = GetModuleHandleA(nullptr);  // the dialogs are in this program
+  wfinfo_test::TellCameUp();
   testing::InitGoogleMock(&argument_count, arguments);
   return RUN_ALL_TESTS();
 }

@@ -5,12 +5,14 @@
 
 #include "smime/support.h"
 #include "smime/tool.h"
+#include "support/came_up.h"
 
 int main(int argument_count, char** arguments) {
   wfinfo_test::UseThisModule();
   if (argument_count > 2 && std::string(arguments[1]) == "tool") {
     return wfinfo_test::RunTool(argument_count - 2, arguments + 2);
   }
+  wfinfo_test::TellCameUp();
   testing::InitGoogleMock(&argument_count, arguments);
   return RUN_ALL_TESTS();
 }
