@@ -132,7 +132,7 @@ TEST_F(Launch, AHostThatShowsNothingIsGivenUpAfterTenSeconds) {
   EXPECT_EQ(Logon(), 2u);
   // Ten seconds for a frame, three of asking one that is not there.
   EXPECT_GE(elapsed_ms_, 13000u);
-  EXPECT_LT(elapsed_ms_, 20000u);
+  EXPECT_LT(elapsed_ms_, 30000u);
   ASSERT_EQ(closer.boxes().size(), 1u);
   EXPECT_EQ(closer.boxes()[0].text, "Failed to launch TamarinMail.");
 }

@@ -297,9 +297,9 @@ class Misbehaving(MapiTest):
         self.assertGreaterEqual(answer.milliseconds, 2500)
 
     def test_a_mail_reaches_a_slow_host_after_the_caller_went_on(self):
-        self.serve("--slow", 12000)
+        self.serve("--slow", 15000)
         answer = self.send(0, "late", "t", "to", "-", text_hex("a@x.jp"))
-        self.assertTrue(9900 <= answer.milliseconds < 12000, answer.milliseconds)
+        self.assertTrue(9900 <= answer.milliseconds < 15000, answer.milliseconds)
         self.wait_until(self.outbox, "the mail is lost")
         self.assertEqual(self.sent()[0]["Subject"], "late")
 
@@ -312,13 +312,13 @@ class Misbehaving(MapiTest):
     def test_a_deaf_host_keeps_a_mail_for_ten_seconds(self):
         self.serve("--deaf")
         answer = self.send(0, "s", "t", "to", "-", text_hex("a@x.jp"))
-        self.assertTrue(9900 <= answer.milliseconds < 15000, answer.milliseconds)
+        self.assertTrue(9900 <= answer.milliseconds < 25000, answer.milliseconds)
 
     def test_a_host_that_dies_in_the_middle_fails_a_reader(self):
         self.serve("--die")
         answer = self.client("read", text_hex("reply.eml"), 0)
         self.assertEqual(answer.code, 2)
-        self.assertLess(answer.milliseconds, 5000)
+        self.assertLess(answer.milliseconds, 20000)
 
     def test_the_mail_after_a_death_is_sent(self):
         self.serve("--die")
