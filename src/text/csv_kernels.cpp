@@ -23,6 +23,10 @@ struct Marks {
   std::uint64_t quote, comma, cr, lf;
 };
 
+struct LineEnds {
+  std::uint64_t cr, lf;
+};
+
 // --- Byte by byte: the rule, and what irregular blocks fall back on ----------------------------------------
 
 // Line ends in `text`, a CR LF once.
@@ -99,12 +103,24 @@ inline std::uint64_t EqualBits(const __m128i (&part)[4], char byte) {
   return bits;
 }
 
+struct Parts {
+  explicit Parts(const char* bytes) {
+    for (int i = 0; i < 4; ++i) part[i] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes) + i);
+  }
+  __m128i part[4];
+};
+
 inline Marks Load(const char* bytes) {
-  const auto* const at = reinterpret_cast<const __m128i*>(bytes);
-  const __m128i part[4] = {_mm_loadu_si128(at), _mm_loadu_si128(at + 1), _mm_loadu_si128(at + 2),
-                           _mm_loadu_si128(at + 3)};
+  const auto [part] = Parts(bytes);
   return {EqualBits(part, '"'), EqualBits(part, ','), EqualBits(part, '\r'), EqualBits(part, '\n')};
 }
+
+inline LineEnds LoadLineEnds(const char* bytes) {
+  const auto [part] = Parts(bytes);
+  return {EqualBits(part, '\r'), EqualBits(part, '\n')};
+}
+
+inline std::uint64_t QuoteBits(const char* bytes) { return EqualBits(Parts(bytes).part, '"'); }
 
 inline std::uint64_t PrefixXor(std::uint64_t bits) {
   for (int shift = 1; shift < 64; shift *= 2) bits ^= bits << shift;
@@ -132,9 +148,23 @@ WFINFO_TARGET inline std::uint64_t EqualBits(__m256i low, __m256i high, char byt
          bits(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, wanted))) << 32;
 }
 
+WFINFO_TARGET inline __m256i Half(const char* bytes) {
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
+}
+
+WFINFO_TARGET inline LineEnds LoadLineEnds(const char* bytes) {
+  const __m256i low = Half(bytes);
+  const __m256i high = Half(bytes + 32);
+  return {EqualBits(low, high, '\r'), EqualBits(low, high, '\n')};
+}
+
+WFINFO_TARGET inline std::uint64_t QuoteBits(const char* bytes) {
+  return EqualBits(Half(bytes), Half(bytes + 32), '"');
+}
+
 WFINFO_TARGET inline Marks Load(const char* bytes) {
-  const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
-  const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes + 32));
+  const __m256i low = Half(bytes);
+  const __m256i high = Half(bytes + 32);
   return {EqualBits(low, high, '"'), EqualBits(low, high, ','), EqualBits(low, high, '\r'),
           EqualBits(low, high, '\n')};
 }

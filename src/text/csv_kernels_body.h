@@ -1,5 +1,5 @@
-// The block routines, included once for each instruction set: behind its Load, PrefixXor and Count, and with
-// WFINFO_TARGET defined as the attribute that lets the compiler use it.
+// The block routines, included once for each instruction set: behind its Load, LoadLineEnds, QuoteBits,
+// PrefixXor and Count, and with WFINFO_TARGET defined as the attribute that lets the compiler use it.
 //
 // The running exclusive or of the quotes tells what is quoted, provided that each opening quote stands where
 // one may: at the start of a field or right behind a closing quote (then both are a doubled quote). A block
@@ -53,15 +53,17 @@ WFINFO_TARGET std::size_t CountLines(std::string_view text) {
   bool open = false;  // the text read so far does not end with a line end
   for (std::size_t at = 0; at < text.size(); at += kBlock) {
     const std::size_t left = text.size() - at;
-    const Marks marks = LoadUpTo(text.data() + at, left);
-    const std::uint64_t after_cr = marks.cr << 1 | carry.after_cr;
-    if ((marks.quote | carry.quoted) == 0) {
-      const std::uint64_t ends = marks.cr | marks.lf;
-      lines += Count(ends & ~(marks.lf & after_cr));
-      carry = {0, 0, (ends | marks.comma) >> 63, marks.cr >> 63};
-      if (left <= kBlock) open = (ends >> (left - 1) & 1) == 0;
+    const char* const bytes = text.data() + at;
+    if (left >= kBlock && (QuoteBits(bytes) | carry.quoted) == 0) {
+      const LineEnds found = LoadLineEnds(bytes);
+      const std::uint64_t ends = found.cr | found.lf;
+      lines += Count(ends & ~(found.lf & (found.cr << 1 | carry.after_cr)));
+      carry = {0, 0, (ends >> 63) | (bytes[kBlock - 1] == ','), found.cr >> 63};
+      open = ends >> 63 == 0;
       continue;
     }
+    const Marks marks = LoadUpTo(bytes, left);
+    const std::uint64_t after_cr = marks.cr << 1 | carry.after_cr;
     const Structure block = Understand(marks, carry, ~std::uint64_t{0});
     if (block.irregular != 0) {
       const std::size_t length = std::min(left, kBlock);
