@@ -8,9 +8,9 @@
 namespace wfinfo {
 namespace {
 
-// Patience with files that are still in use: five seconds for all that are deleted together. A console lets go
-// of them within a tenth of a second, on a busy system within one or two; clear text that stays on the disk
-// would be worse than the wait.
+// Patience with files that are still in use: five seconds for all that are deleted together. A console lets
+// go of them within a tenth of a second, on a busy system within one or two; clear text that stays on the
+// disk would be worse than the wait.
 constexpr int kDeleteTries = 200;
 constexpr DWORD kDeletePauseMs = 25;
 
