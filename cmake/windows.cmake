@@ -73,8 +73,7 @@ file(GLOB dll_test_sources CONFIGURE_DEPENDS tests/dll/*.cpp tests/support/*.cpp
 add_executable(dll_tests ${dll_test_sources})
 add_dependencies(dll_tests catalogue_files)
 target_include_directories(dll_tests PRIVATE tests src catalogue ${WFINFO_OUT})
-target_compile_definitions(dll_tests PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601
-  WFINFO_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+target_compile_definitions(dll_tests PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 target_link_libraries(dll_tests PRIVATE WFINFO wfinfo_pure GTest::gmock ws2_32)
 # The tests are compiled often and run briefly.
 target_compile_options(dll_tests PRIVATE -O0)
