@@ -84,8 +84,9 @@ class EntryScanner {
     const std::string_view rest = text_.substr(position);
     return utf8_ && !StartsWithEscape(rest) ? (rest.empty() ? 0 : 1) : UnitLength(rest);
   }
+  // What a section that did not close before `at_` is: open up to its line's end or the text's, or too long.
   AddressError Unclosed() const {
-    return stop_ - begin_ >= kEntryLimit ? AddressError::kEntryTooLong : AddressError::kOpenSection;
+    return at_ - begin_ >= kEntryLimit ? AddressError::kEntryTooLong : AddressError::kOpenSection;
   }
 
   std::size_t FoldAt(std::size_t position) const { return AddressFoldAt(text_, position); }

@@ -157,6 +157,18 @@ TEST(AddressEntry, MalformedOnesAreRefused) {
       {std::string(1024, 'a') + ",b", kEntryTooLong, "the same with a separator"},
       {"\"" + std::string(2000, 'a') + "\" <a@b>", kEntryTooLong, "a quotation that leads beyond"},
       {"(" + std::string(2000, 'a'), kEntryTooLong, "a comment that leads beyond"},
+      {"'" + std::string(2000, 'a'), kEntryTooLong, "an apostrophe that does"},
+      {"\"\\\"" + std::string(2000, 'a'), kEntryTooLong, "a run of quotes that does"},
+      {"(\r\n " + std::string(2000, 'a'), kEntryTooLong, "a comment with a fold that does"},
+      {"\"Doe <a@b>\r\n" + std::string(2000, 'a'), kOpenSection, "a quotation that ends with its line"},
+      {"(Doe\n" + std::string(2000, 'a'), kOpenSection, "a comment that does"},
+      {"'Doe\r" + std::string(2000, 'a'), kOpenSection, "an apostrophe that does"},
+      {"\"\\\"Doe\r\n" + std::string(2000, 'a'), kOpenSection, "a run of quotes that does"},
+      {"(Doe\r\n Ray\r\n" + std::string(2000, 'a'), kOpenSection, "a comment that ends with its folded line"},
+      {"\"" + std::string(1022, 'a') + "\r\nb", kOpenSection, "a line's end as the 1024th byte"},
+      {"\"" + std::string(1023, 'a') + "\r\nb", kEntryTooLong, "one byte later"},
+      {"\"" + std::string(1022, 'a'), kOpenSection, "the end of the text behind 1023 bytes"},
+      {"\"" + std::string(1023, 'a'), kEntryTooLong, "behind 1024 bytes"},
   };
   for (const ErrorCase& c : cases) {
     AddressParts parts;

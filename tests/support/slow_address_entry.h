@@ -53,8 +53,9 @@ class SlowAddressEntry {
   }
   std::size_t Limit() const { return std::min(s_.size(), begin_ + 1024); }
 
-  // Where the section that opens at i ends; 0 when it does not.
-  std::size_t Section(std::size_t i) const {
+  // Where the section that opens at i ends; 0 when it does not: then line_ends_ tells whether its line did.
+  std::size_t Section(std::size_t i) {
+    line_ends_ = false;
     if (s_[i] == '(') {
       int depth = 1;
       for (++i; i < Limit();) {
@@ -63,6 +64,7 @@ class SlowAddressEntry {
           ++i;
           if (depth == 0) return i;
         } else if (EndsLine(i)) {
+          line_ends_ = true;
           return 0;
         } else {
           i = Inner(i);
@@ -97,12 +99,14 @@ class SlowAddressEntry {
         from += r.size();
         close = r + close;
       }
+      line_ends_ = false;
       for (std::size_t j = from; j < Limit();) {
         if (s_.substr(j, close.size()) == close) {
           if (j + close.size() <= Limit()) return j + close.size();
           break;
         }
-        if (EndsLine(j)) break;
+        line_ends_ = EndsLine(j);
+        if (line_ends_) break;
         j = Inner(j);
       }
     }
@@ -122,7 +126,8 @@ class SlowAddressEntry {
       char mark = 'q';
       if (c == '"' || c == '(' || (c == '\'' && i == begin_)) {
         to = Section(i);
-        if (to == 0) return Limit() - begin_ >= 1024 ? Error::kEntryTooLong : Error::kOpenSection;
+        if (to == 0 && (line_ends_ || Limit() - begin_ < 1024)) return Error::kOpenSection;
+        if (to == 0) return Error::kEntryTooLong;
       } else if (c == '\\') {
         if (i + 1 < s_.size() && !LineEnd(s_[i + 1]))
           to = s_.substr(i + 1, 2) == " (" ? i + 3 : i + 1 + Unit(i + 1);
@@ -216,6 +221,7 @@ class SlowAddressEntry {
 
   std::string_view s_;
   bool utf8_;
+  bool line_ends_ = false;
   std::size_t begin_ = 0;
 };
 
