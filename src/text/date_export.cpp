@@ -17,7 +17,6 @@
 namespace {
 
 using wfinfo::CivilTime;
-using wfinfo::Clock;
 using wfinfo::DateShift;
 using wfinfo::FileTicks;
 using wfinfo::IsText;
@@ -58,26 +57,37 @@ const char* ReturnFormatted(std::string_view format, const CivilTime& time) {
   return wfinfo::KeepLongResult(block);
 }
 
-const char* ReturnDefaultForm(const CivilTime& time) {
+const char* ReturnDefaultForm(const CivilTime& time, std::int64_t bias) {
   char text[wfinfo::kDefaultFormRoom];
-  return wfinfo::ReturnText({text, wfinfo::DefaultDateForm(time, CurrentBias(), text)});
+  return wfinfo::ReturnText({text, wfinfo::DefaultDateForm(time, bias, text)});
 }
 
-// `default_ticks`: the time of a text that cannot be a date, if such a text has one.
+// The file time of a date text: this machine's clock. `bias` is asked for once in an export, so that all its
+// times and the printed zone agree even while summer time begins.
+std::optional<FileTicks> MachineTime(const char* text, std::int64_t bias) {
+  const std::optional<wfinfo::HeaderDate> date = wfinfo::ReadHeaderDate(text);
+  if (!date) return std::nullopt;
+  return wfinfo::OnMachineClock(*date, bias);
+}
+
+// The same on the clock as it is written.
+std::optional<FileTicks> WrittenTime(const char* text) {
+  const std::optional<wfinfo::HeaderDate> date = wfinfo::ReadHeaderDate(text);
+  if (!date) return std::nullopt;
+  return date->wall_clock;
+}
+
+// A format with an "o" (for "original") in front shows the clock as it is written. `default_ticks`: the time
+// of a text that cannot be a date, or was one before 1601, if such a text has one.
 const char* ReturnMailDate(const char* date, std::string_view format,
                            std::optional<FileTicks> default_ticks) {
-  const bool machine = format.starts_with('o');
-  if (machine) format.remove_prefix(1);
-  std::optional<FileTicks> ticks =
-      wfinfo::TimeOfHeaderDate(date, machine ? Clock::kMachine : Clock::kSender, machine ? CurrentBias() : 0);
-  if (!ticks) ticks = default_ticks;
+  const bool as_written = format.starts_with('o');
+  if (as_written) format.remove_prefix(1);
+  std::optional<FileTicks> ticks = as_written ? WrittenTime(date) : MachineTime(date, CurrentBias());
+  if (!ticks || *ticks < 0) ticks = default_ticks;
   if (!ticks) return kNoText;
   const std::optional<CivilTime> time = wfinfo::CivilFromTicks(*ticks);
   return time ? ReturnFormatted(format, *time) : kNoText;
-}
-
-std::optional<FileTicks> SenderTime(const char* date) {
-  return wfinfo::TimeOfHeaderDate(date, Clock::kSender, 0);
 }
 
 // The shift of a number or a text that has been checked.
@@ -97,7 +107,7 @@ const char* FormatDateSub(const char* format, void* time) noexcept {
 
 const char* CurrentDate(const char* format) noexcept {
   if (!wfinfo::IsTextOrNull(format)) return kNoText;
-  if (format == nullptr || *format == '\0') return ReturnDefaultForm(LocalNow());
+  if (format == nullptr || *format == '\0') return ReturnDefaultForm(LocalNow(), CurrentBias());
   const std::string_view text = format;
   return text.size() > kLongestCurrentFormat ? kNoText : ReturnFormatted(text, LocalNow());
 }
@@ -116,10 +126,11 @@ const char* ShiftDate(const char* date, long long shift) noexcept {
   const bool is_days = shift >= -kMostDays && shift <= kMostDays;
   if (!IsText(date) || (!is_days && !IsText(reinterpret_cast<const char*>(shift)))) return kNoText;
   const std::optional<DateShift> distance = ShiftOf(shift, is_days);
-  const std::optional<FileTicks> ticks = SenderTime(date);
+  const std::int64_t bias = CurrentBias();
+  const std::optional<FileTicks> ticks = MachineTime(date, bias);
   std::optional<CivilTime> shifted;
   if (distance && ticks) shifted = wfinfo::ShiftTime(*ticks, *distance);
-  if (shifted) return ReturnDefaultForm(*shifted);
+  if (shifted) return ReturnDefaultForm(*shifted, bias);
   wfinfo::ReportError(
       {"ShiftDate failed. Maybe date/time overflow or underflow.",
        "ShiftDate関数で内部エラーが起きました。たぶん日付がオーバーフローまたはアンダーフローしています。"});
@@ -133,8 +144,9 @@ long long SubtractDate(const char* date1, const char* date2, const char* unit) n
     wfinfo::ReportError({"Invalid SubtractDate parameter.", "SubtractDateのパラメータがおかしいです。"});
     return 0;
   }
-  const std::optional<FileTicks> ticks1 = SenderTime(date1);
-  const std::optional<FileTicks> ticks2 = SenderTime(date2);
+  const std::int64_t bias = CurrentBias();
+  const std::optional<FileTicks> ticks1 = MachineTime(date1, bias);
+  const std::optional<FileTicks> ticks2 = MachineTime(date2, bias);
   if (!ticks1 || !ticks2) return 0;
   if (unit_ticks) return (*ticks1 - *ticks2) / *unit_ticks;
   return wfinfo::CalendarDaysBetween(*ticks1, *ticks2);

@@ -575,16 +575,4 @@ std::optional<HeaderDate> ReadHeaderDate(std::string_view text) {
   return TakeUsualZone(zone, parts) ? Assembled(parts) : DateReader(zone, parts).Read();
 }
 
-std::optional<FileTicks> TimeOfHeaderDate(std::string_view text, Clock clock, std::int64_t bias) {
-  const std::optional<HeaderDate> date = ReadHeaderDate(text);
-  if (!date) return std::nullopt;
-  if (clock == Clock::kSender || !date->has_zone) return date->wall_clock;
-  // Not beyond the year 10000 but by a bias of many years, which no machine has.
-  constexpr std::int64_t kMaxBias = 1'000'000'000;
-  if (bias > kMaxBias || bias < -kMaxBias) return std::nullopt;
-  const FileTicks ticks = date->wall_clock - (date->zone_minutes + bias) * kTicksPerMinute;
-  if (ticks < 0) return std::nullopt;
-  return ticks;
-}
-
 }  // namespace wfinfo

@@ -27,11 +27,11 @@ std::optional<HeaderDate> ReadHeaderDate(std::string_view text);
 // [Www, ]D[D] Mon YYYY hh:mm:ss. For tests: the two must never differ.
 std::optional<HeaderDate> ReadAnyHeaderDate(std::string_view text);
 
-// Whose clock a time is shown on.
-enum class Clock { kSender, kMachine };
-
-// The time in `text` on the given clock; `bias` is the machine's minutes west of UTC. A date without a zone
-// is taken to be on the machine's clock already. Nothing when there is no date, or when it falls before 1601.
-std::optional<FileTicks> TimeOfHeaderDate(std::string_view text, Clock clock, std::int64_t bias);
+// The moment of `date` on the clock of this machine, `bias` minutes west of UTC as MachineBias gives it. A
+// date without a zone is on that clock already. Negative when the machine's clock showed a year before 1601
+// then, at most a day into the year 10000 for a bias of less than a day.
+constexpr FileTicks OnMachineClock(const HeaderDate& date, std::int64_t bias) {
+  return date.has_zone ? date.wall_clock - (date.zone_minutes + bias) * kTicksPerMinute : date.wall_clock;
+}
 
 }  // namespace wfinfo

@@ -29,11 +29,11 @@ constexpr DateShift ShiftOfDays(std::int32_t days) { return {days * kTicksPerDay
 // What follows is ignored. Nothing when the distance is longer than file times can count.
 std::optional<DateShift> ReadShiftText(std::string_view text);
 
-// `ticks` (not negative) shifted. Nothing when the result is not a time that can be broken down: before 1601
-// or beyond the last file time.
+// `ticks` shifted. Nothing when the result is not a time that can be broken down: before 1601 or beyond the
+// last file time. A time before 1601 may be shifted into those years by a distance; it has no weekday.
 std::optional<CivilTime> ShiftTime(FileTicks ticks, const DateShift& shift);
 
-// Calendar days from the date of `ticks2` to the date of `ticks1`; both not negative.
+// Calendar days from the date of `ticks2` to the date of `ticks1`.
 constexpr std::int64_t CalendarDaysBetween(FileTicks ticks1, FileTicks ticks2) {
   return (MidnightOf(ticks1) - MidnightOf(ticks2)) / kTicksPerDay;
 }

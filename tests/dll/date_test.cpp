@@ -18,7 +18,7 @@ extern "C" {
 namespace {
 
 constexpr SYSTEMTIME kTime = {2024, 3, 2, 5, 9, 7, 3, 0};
-constexpr char kDate[] = "Tue, 5 Mar 2024 09:07:03 +0900";
+constexpr char kDate[] = "Tue, 5 Mar 2024 09:07:03";  // on the machine's clock
 constexpr char kMonday[] = "\x8C\x8E";
 constexpr char kSaturday[] = "\x93\x79";
 
@@ -58,16 +58,39 @@ class Dates : public testing::Test {
 long long AsValue(const char* text) { return reinterpret_cast<long long>(text); }
 void* AsRecord(const SYSTEMTIME& time) { return const_cast<SYSTEMTIME*>(&time); }
 
-// The zone of the default form on this machine, by the system's own answer.
-std::string MachineZone() {
+// This machine's minutes west of UTC, by the system's own answer.
+std::int64_t MachineBias() {
   TIME_ZONE_INFORMATION zone = {};
   const DWORD answer = GetTimeZoneInformation(&zone);
-  const std::int64_t bias = wfinfo::MachineBias(
-      {static_cast<std::uint32_t>(answer), static_cast<std::int32_t>(zone.Bias),
-       static_cast<std::int32_t>(zone.StandardBias), static_cast<std::int32_t>(zone.DaylightBias)});
+  return wfinfo::MachineBias({static_cast<std::uint32_t>(answer), static_cast<std::int32_t>(zone.Bias),
+                              static_cast<std::int32_t>(zone.StandardBias),
+                              static_cast<std::int32_t>(zone.DaylightBias)});
+}
+
+std::string ZoneText(std::int64_t bias) {
   const auto minutes = static_cast<int>(bias < 0 ? -bias : bias);
   char text[16];
   std::snprintf(text, sizeof text, "%c%02d%02d", bias <= 0 ? '+' : '-', minutes / 60, minutes % 60);
+  return text;
+}
+
+// The zone of the default form.
+std::string MachineZone() { return ZoneText(MachineBias()); }
+
+// `time` and some minutes, as "2024-03-05 09:07:03", reckoned by the system.
+std::string Shown(const SYSTEMTIME& time, std::int64_t minutes) {
+  FILETIME file;
+  SystemTimeToFileTime(&time, &file);
+  ULARGE_INTEGER ticks;
+  ticks.LowPart = file.dwLowDateTime;
+  ticks.HighPart = file.dwHighDateTime;
+  ticks.QuadPart += static_cast<ULONGLONG>(minutes * wfinfo::kTicksPerMinute);
+  file = {ticks.LowPart, ticks.HighPart};
+  SYSTEMTIME later;
+  FileTimeToSystemTime(&file, &later);
+  char text[64];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", later.wYear, later.wMonth, later.wDay,
+                later.wHour, later.wMinute, later.wSecond);
   return text;
 }
 
@@ -141,33 +164,51 @@ TEST_F(Dates, TheCurrentDateChecksItsFormat) {
   EXPECT_EQ(OneReport(), kMissing);
 }
 
-TEST_F(Dates, AMailDateShowsTheSendersClock) {
-  EXPECT_STREQ(FormatDate(kDate, "YYYY/MM/DD hh:mm:ss"), "2024/03/05 09:07:03");
-  EXPECT_STREQ(FormatDate("Tue, 5 Mar 2024 09:07:03 -0800", "YYYY/MM/DD hh:mm:ss"), "2024/03/05 09:07:03");
+TEST_F(Dates, AMailDateShowsTheMachinesClock) {
+  const std::string here = std::string("Tue, 5 Mar 2024 09:07:03 ") + MachineZone();
+  EXPECT_STREQ(FormatDate(here.c_str(), "YYYY/MM/DD hh:mm:ss"), "2024/03/05 09:07:03");
+  EXPECT_STREQ(FormatDate("Tue, 5 Mar 2024 09:07:03", "YYYY/MM/DD hh:mm:ss"), "2024/03/05 09:07:03");
   EXPECT_STREQ(FormatDate("5 Mar 24 9:07", "EW  D/M h"), "Tue  5/3 9");
+  for (const int east : {0, 540, -480, 330, -210, 1439, -1439}) {
+    const std::string text = "Tue, 5 Mar 2024 09:07:03 " + ZoneText(-east);
+    EXPECT_EQ(FormatDate(text.c_str(), "YYYY-MM-DD hh:mm:ss"), Shown(kTime, -east - MachineBias())) << text;
+  }
   EXPECT_STREQ(FormatDate(kDate, ""), "");
   EXPECT_STREQ(FormatDate("hello", "Y"), "");
-  EXPECT_STREQ(FormatDateDefault1601(kDate, "YYYY"), "2024");
+  EXPECT_STREQ(FormatDateDefault1601(here.c_str(), "YYYY"), "2024");
   EXPECT_STREQ(FormatDateDefault1601("hello", "YYYY/M/D h:m:s EW"), "1601/1/1 0:0:0 Mon");
   EXPECT_STREQ(FormatDateDefault1601("", "oYYYY/M/D h"), "1601/1/1 0");
   EXPECT_TRUE(Reports().empty());
 }
 
-TEST_F(Dates, ALeadingOShowsTheMachinesClock) {
-  // 09:07:03 on the machine's own clock stays; with UTC named it moves by the machine's zone.
+TEST_F(Dates, ALeadingOShowsTheClockAsItIsWritten) {
+  for (const int east : {0, 540, -480, 330, -210, 1439, -1439}) {
+    const std::string text = "Tue, 5 Mar 2024 09:07:03 " + ZoneText(-east);
+    EXPECT_STREQ(FormatDate(text.c_str(), "oYYYY/MM/DD hh:mm:ss"), "2024/03/05 09:07:03") << text;
+    EXPECT_STREQ(FormatDateDefault1601(text.c_str(), "ohh:mm"), "09:07") << text;
+  }
   EXPECT_STREQ(FormatDate("5 Mar 2024 09:07:03", "oYYYY/MM/DD hh:mm:ss"), "2024/03/05 09:07:03");
-  EXPECT_EQ(FormatDate(("5 Mar 2024 09:07:03 " + MachineZone()).c_str(), "ohh:mm:ss"),
-            std::string("09:07:03"));
-  const std::string shown = FormatDate("5 Mar 2024 12:00:00 GMT", "ohh:mm DD");
-  const std::string zone = MachineZone();
-  const int minutes =
-      12 * 60 + (zone[0] == '-' ? -1 : 1) * (std::stoi(zone.substr(1, 2)) * 60 + std::stoi(zone.substr(3)));
-  char expected[16];
-  std::snprintf(expected, sizeof expected, "%02d:%02d %02d", (minutes + 1440) % 1440 / 60,
-                (minutes + 1440) % 60, 5 + (minutes < 0 ? -1 : minutes / 1440));
-  EXPECT_EQ(shown, expected);
   EXPECT_STREQ(FormatDate(kDate, "o"), "");
   EXPECT_STREQ(FormatDate(kDate, " o"), " o") << "only in front";
+}
+
+// An hour before the first time on this machine's clock, and half an hour behind the year 9999.
+TEST_F(Dates, TheMachinesClockMayLeaveTheYearsOfMails) {
+  const std::string first = "1 Jan 1601 00:00:00 " + ZoneText(MachineBias() - 60);  // an hour further east
+  EXPECT_STREQ(FormatDate(first.c_str(), "Y"), "");
+  EXPECT_STREQ(FormatDate(first.c_str(), "oY"), "1601");
+  EXPECT_STREQ(FormatDateDefault1601(first.c_str(), "YYYY-MM-DD hh:mm"), "1601-01-01 00:00");
+  EXPECT_TRUE(Reports().empty());
+  EXPECT_STREQ(ShiftDate(first.c_str(), 0), "");
+  EXPECT_EQ(OneReport(), "WFINFO.DLL: ShiftDate failed. Maybe date/time overflow or underflow.");
+  EXPECT_EQ(ShiftDate(first.c_str(), AsValue("0.1")), "Mon, 01 Jan 1601 00:00:00 " + MachineZone());
+  EXPECT_EQ(SubtractDate("1 Jan 1601 00:00", first.c_str(), "hour"), 1);
+  EXPECT_EQ(SubtractDate("1 Jan 1601 00:00", first.c_str(), nullptr), 1);
+  const std::string last = "31 Dec 9999 23:30:00 " + ZoneText(MachineBias() + 60);
+  EXPECT_STREQ(FormatDate(last.c_str(), "YYYY-MM-DD hh:mm"), "10000-01-01 00:30");
+  EXPECT_EQ(ShiftDate(last.c_str(), 0), "Sat, 01 Jan 10000 00:30:00 " + MachineZone());
+  EXPECT_EQ(SubtractDate(last.c_str(), "31 Dec 9999 23:30:00", "minute"), 60);
+  EXPECT_EQ(SubtractDate(last.c_str(), "31 Dec 9999 23:30:00", nullptr), 1);
 }
 
 TEST_F(Dates, MailDatesCheckBothTexts) {
@@ -194,15 +235,20 @@ TEST_F(Dates, ErasPrintTheirNames) {
 
 TEST_F(Dates, DatesAreShiftedByNumbersAndTexts) {
   const std::string zone = " " + MachineZone();
-  EXPECT_EQ(ShiftDate(kDate, 1), "Wed, 06 Mar 2024 09:07:03" + zone);
-  EXPECT_EQ(ShiftDate(kDate, AsValue("1")), "Wed, 06 Mar 2024 09:07:03" + zone);
-  EXPECT_EQ(ShiftDate(kDate, -1), "Mon, 04 Mar 2024 09:07:03" + zone);
-  EXPECT_EQ(ShiftDate(kDate, 0), "Tue, 05 Mar 2024 09:07:03" + zone);
-  EXPECT_EQ(ShiftDate(kDate, AsValue("-0.1.30")), "Tue, 05 Mar 2024 07:37:03" + zone);
+  const std::string here = "Tue, 5 Mar 2024 09:07:03" + zone;
+  const char* const date = here.c_str();
+  EXPECT_EQ(ShiftDate(date, 1), "Wed, 06 Mar 2024 09:07:03" + zone);
+  EXPECT_EQ(ShiftDate(date, AsValue("1")), "Wed, 06 Mar 2024 09:07:03" + zone);
+  EXPECT_EQ(ShiftDate(date, -1), "Mon, 04 Mar 2024 09:07:03" + zone);
+  EXPECT_EQ(ShiftDate(date, 0), "Tue, 05 Mar 2024 09:07:03" + zone);
+  EXPECT_EQ(ShiftDate(date, AsValue("-0.1.30")), "Tue, 05 Mar 2024 07:37:03" + zone);
+  // The weekday and its week are those of the machine's clock.
   EXPECT_EQ(ShiftDate("6 Mar 2024 09:07:03", AsValue(kMonday)), "Mon, 04 Mar 2024 09:07:03" + zone);
   EXPECT_EQ(ShiftDate("6 Mar 2024 09:07:03", AsValue(kSaturday)), "Sat, 09 Mar 2024 09:07:03" + zone);
-  EXPECT_EQ(ShiftDate(kDate, 65535), "Wed, 10 Aug 2203 09:07:03" + zone);
-  EXPECT_EQ(ShiftDate(kDate, -65535), "Mon, 30 Sep 1844 09:07:03" + zone);
+  EXPECT_EQ(ShiftDate(date, 65535), "Wed, 10 Aug 2203 09:07:03" + zone);
+  EXPECT_EQ(ShiftDate(date, -65535), "Mon, 30 Sep 1844 09:07:03" + zone);
+  const std::string saturday = "Sun, 10 Mar 2024 00:30:00 " + ZoneText(MachineBias() - 60);
+  EXPECT_EQ(ShiftDate(saturday.c_str(), AsValue(kMonday)), "Mon, 04 Mar 2024 23:30:00" + zone);
   EXPECT_TRUE(Reports().empty());
 }
 
@@ -244,20 +290,45 @@ TEST_F(Dates, ShiftsCheckTheirTexts) {
 }
 
 TEST_F(Dates, DatesAreSubtracted) {
-  constexpr char kOne[] = "Wed, 6 Mar 2024 01:00:00 +0900";
-  constexpr char kTwo[] = "Tue, 5 Mar 2024 23:00:00 +0900";
-  EXPECT_EQ(SubtractDate(kOne, kTwo, nullptr), 1);
-  EXPECT_EQ(SubtractDate(kTwo, kOne, nullptr), -1);
-  EXPECT_EQ(SubtractDate(kOne, kTwo, "hour"), 2);
-  EXPECT_EQ(SubtractDate(kTwo, kOne, "hour"), -2);
-  EXPECT_EQ(SubtractDate(kOne, kTwo, "Hours"), 2);
-  EXPECT_EQ(SubtractDate(kOne, kTwo, "MINUTES"), 120);
-  EXPECT_EQ(SubtractDate(kOne, kTwo, "seconds"), 7200);
+  const std::string one_text = "Wed, 6 Mar 2024 01:00:00 " + MachineZone();
+  const std::string two_text = "Tue, 5 Mar 2024 23:00:00 " + MachineZone();
+  const char* const one = one_text.c_str();
+  const char* const two = two_text.c_str();
+  EXPECT_EQ(SubtractDate(one, two, nullptr), 1);
+  EXPECT_EQ(SubtractDate(two, one, nullptr), -1);
+  EXPECT_EQ(SubtractDate(one, two, "hour"), 2);
+  EXPECT_EQ(SubtractDate(two, one, "hour"), -2);
+  EXPECT_EQ(SubtractDate(one, two, "Hours"), 2);
+  EXPECT_EQ(SubtractDate(one, two, "MINUTES"), 120);
+  EXPECT_EQ(SubtractDate(one, two, "seconds"), 7200);
   EXPECT_EQ(SubtractDate("5 Mar 2024 10:59:59", "5 Mar 2024 09:00:00", "hour"), 1);
   EXPECT_EQ(SubtractDate("5 Mar 2024 09:00:00", "5 Mar 2024 10:59:59", "hour"), -1);
   EXPECT_EQ(SubtractDate("31 Dec 9999", "1 Jan 1601", nullptr), 3'067'670);
-  EXPECT_EQ(SubtractDate("hello", kTwo, nullptr), 0);
-  EXPECT_EQ(SubtractDate(kOne, "hello", "hour"), 0);
+  EXPECT_EQ(SubtractDate("hello", two, nullptr), 0);
+  EXPECT_EQ(SubtractDate(one, "hello", "hour"), 0);
+  EXPECT_TRUE(Reports().empty());
+}
+
+// Texts of one moment in many zones, and of moments that are known to differ.
+TEST_F(Dates, ZonesDoNotChangeDifferences) {
+  constexpr int kZones[] = {0, 540, -480, -420, 330, -210, 345, 840, -720, 1439, -1439};
+  const std::string here = "2024-03-05 09:07:03 " + MachineZone();
+  for (const int east : kZones) {
+    const std::string same = Shown(kTime, MachineBias() + east) + " " + ZoneText(-east);
+    EXPECT_EQ(SubtractDate(same.c_str(), here.c_str(), "second"), 0) << same;
+    EXPECT_EQ(SubtractDate(same.c_str(), here.c_str(), nullptr), 0) << same;
+    EXPECT_EQ(SubtractDate("2024-03-05 09:07:03", same.c_str(), "second"), 0) << same;
+    EXPECT_EQ(ShiftDate(same.c_str(), 0), "Tue, 05 Mar 2024 09:07:03 " + MachineZone()) << same;
+    // Days are those of the machine's calendar, whatever the texts' own say.
+    const std::string midnight = Shown({2024, 3, 2, 5, 0, 0, 0, 0}, MachineBias() + east) + ZoneText(-east);
+    EXPECT_EQ(SubtractDate(here.c_str(), midnight.c_str(), nullptr), 0) << midnight;
+    EXPECT_EQ(SubtractDate(midnight.c_str(), "4 Mar 2024 23:59:59", nullptr), 1) << midnight;
+    for (const int other : kZones) {
+      const std::string later = Shown(kTime, MachineBias() + other + 90) + " " + ZoneText(-other);
+      EXPECT_EQ(SubtractDate(later.c_str(), same.c_str(), "minute"), 90) << later << " and " << same;
+    }
+  }
+  EXPECT_EQ(SubtractDate("5 Mar 2024 09:07:03 JST", "4 Mar 2024 16:07:03 PST", "second"), 0);
   EXPECT_TRUE(Reports().empty());
 }
 

@@ -439,22 +439,46 @@ TEST(DateParse, PrintedDatesReadBack) {
   }
 }
 
-TEST(DateParse, TheMachinesClockIsAskedFor) {
-  const auto shown = [](std::string_view text, Clock clock, std::int64_t bias) -> std::string {
-    const std::optional<FileTicks> ticks = TimeOfHeaderDate(text, clock, bias);
-    return ticks ? Shown(HeaderDate{*ticks, false, 0}) : "none";
+struct ClockCase {
+  std::string_view text;
+  std::int64_t bias;
+  std::string_view expected;
+  const char* why;
+};
+
+TEST(DateParse, TheMachinesClockShowsTheMomentOfTheText) {
+  const ClockCase cases[] = {
+      {"Tue, 5 Mar 2024 09:07:03 +0900", -540, kBare, "text and machine share a zone"},
+      {"Tue, 5 Mar 2024 09:07:03 -0800", 480, kBare, "also in the west"},
+      {"Tue, 5 Mar 2024 09:07:03 -0800", -540, "2024-03-06 02:07:03", "from west to east"},
+      {"Tue, 5 Mar 2024 09:07:03 -0800", 0, "2024-03-05 17:07:03", "to UTC"},
+      {"Tue, 5 Mar 2024 09:07:03 +0900", 480, "2024-03-04 16:07:03", "from east to west"},
+      {"Tue, 5 Mar 2024 09:07:03 +0900", -330, "2024-03-05 05:37:03", "half an hour"},
+      {"Tue, 5 Mar 2024 09:07:03 +0545", 210, "2024-03-04 23:52:03", "a quarter, half an hour in the west"},
+      {"Thu, 29 Feb 2024 23:30:00 +0000", -60, "2024-03-01 00:30:00", "over a leap day"},
+      {"Sun, 31 Dec 2023 23:30:00 +0000", -60, "2024-01-01 00:30:00", "into the next year"},
+      {"Mon, 1 Jan 2024 00:30:00 +0000", 60, "2023-12-31 23:30:00", "into the last year"},
+      {"5 Mar 2024 09:07:03", -540, kBare, "no zone: on the machine's clock already"},
+      {"5 Mar 2024 09:07:03", 480, kBare, "no zone, in the west"},
+      {"5 Mar 2024 09:07:03 IST", -540, kBare, "a zone that is not understood is none"},
+      {"5 Mar 2024 09:07:03 -0000", -540, "2024-03-05 18:07:03", "UTC"},
+      {"5 Mar 2024 09:07:03 PDT", -540, "2024-03-06 01:07:03", "a name counts as it is written"},
+      {"1 Jan 1601 00:00:00 +0000", 0, "1601-01-01 00:00:00", "the first time there is"},
+      {"1 Jan 1601 00:00:00 +0900", 0, "none", "nine hours earlier on the machine's clock"},
+      {"31 Dec 9999 23:59:59 -2359", -1439, "10000-01-02 23:57:59", "beyond the last year of mails"},
   };
-  constexpr std::string_view kText = "Tue, 5 Mar 2024 09:07:03 -0800";
-  EXPECT_EQ(shown(kText, Clock::kSender, -540), "2024-03-05 09:07:03");
-  EXPECT_EQ(shown(kText, Clock::kMachine, -540), "2024-03-06 02:07:03");
-  EXPECT_EQ(shown(kText, Clock::kMachine, 0), "2024-03-05 17:07:03");
-  EXPECT_EQ(shown(kText, Clock::kMachine, 480), "2024-03-05 09:07:03");
-  EXPECT_EQ(shown("5 Mar 2024 09:07:03", Clock::kMachine, -540), kBare) << "no zone: already the machine's";
-  EXPECT_EQ(shown("5 Mar 2024 09:07:03 -0000", Clock::kMachine, -540), "2024-03-05 18:07:03") << "UTC";
-  EXPECT_EQ(shown("1 Jan 1601 00:00:00 +0900", Clock::kMachine, 0), "none") << "before file times";
-  EXPECT_EQ(shown("1 Jan 1601 00:00:00 +0900", Clock::kSender, 0), "1601-01-01 00:00:00");
-  EXPECT_EQ(shown("hello", Clock::kMachine, 0), "none");
-  EXPECT_EQ(shown(kText, Clock::kMachine, 4'294'967'294), "none") << "a bias of thousands of years";
+  for (const ClockCase& c : cases) {
+    const std::optional<HeaderDate> date = ReadHeaderDate(c.text);
+    ASSERT_TRUE(date) << c.text;
+    const FileTicks ticks = OnMachineClock(*date, c.bias);
+    const std::string shown = ticks < 0 ? "none" : Shown(HeaderDate{ticks, false, 0});
+    EXPECT_EQ(shown, c.expected) << c.text << ": " << c.why;
+  }
+  // The farthest distances that MachineBias can answer are still counted.
+  constexpr std::int64_t kFarthest = std::int64_t{1} << 32;
+  constexpr HeaderDate kDate{DayNumber(2024, 3, 5) * kTicksPerDay, true, 0};
+  EXPECT_EQ(OnMachineClock(kDate, kFarthest), kDate.wall_clock - kFarthest * kTicksPerMinute);
+  EXPECT_EQ(OnMachineClock(kDate, -kFarthest), kDate.wall_clock + kFarthest * kTicksPerMinute);
 }
 
 }  // namespace

@@ -2,10 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <random>
 #include <string>
 #include <string_view>
+
+#include "text/date_format.h"
+#include "text/date_parse.h"
 
 namespace wfinfo {
 namespace {
@@ -112,6 +119,16 @@ TEST(DateShift, CalendarDaysDoNotLookAtTheHour) {
   EXPECT_EQ((today - yesterday) / kH, 2);
   EXPECT_EQ((yesterday - today) / kH, -2);
   EXPECT_EQ(CalendarDaysBetween(today, today + 22 * kH), 0);
+  EXPECT_EQ(CalendarDaysBetween(0, -1), 1) << "a time before 1601 lies on the day before";
+  EXPECT_EQ(CalendarDaysBetween(-1, -kD), 0);
+  EXPECT_EQ(CalendarDaysBetween(-1, -kD - 1), 1);
+}
+
+TEST(DateShift, ATimeBefore1601MayBeShiftedBack) {
+  EXPECT_FALSE(ShiftTime(-kH, ShiftOfDays(0)));
+  EXPECT_EQ(ShiftTime(-kH, *ReadShiftText("0.1")), CivilFromTicks(0));
+  EXPECT_EQ(ShiftTime(-kH, ShiftOfDays(1)), CivilFromTicks(23 * kH));
+  EXPECT_FALSE(ShiftTime(-kH, *ReadShiftText("\x93\x79"))) << "it has no weekday";
 }
 
 TEST(DateShift, RandomShiftsComeBack) {
@@ -128,6 +145,87 @@ TEST(DateShift, RandomShiftsComeBack) {
     ASSERT_EQ(ReadShiftText("-" + parts)->distance, -distance);
     const auto start = static_cast<FileTicks>(random() >> 2);
     ASSERT_EQ(ShiftTime(start, {distance}), CivilFromTicks(start + distance));
+  }
+}
+
+// --- Moments -------------------------------------------------------------------------------------------
+
+// A date as some mailer writes it, and the moment in UTC that it names where `bias` is the machine's.
+struct WrittenMoment {
+  std::string text;
+  FileTicks moment;
+};
+
+WrittenMoment WriteMoment(std::mt19937_64& random, std::int64_t bias) {
+  constexpr std::string_view kFormats[] = {"EW, DD EM YYYY hh:mm:ss", "D EM YYYY hh:mm:ss",
+                                           "YYYY-MM-DDThh:mm:ss", "EW EM DD hh:mm:ss YYYY"};
+  constexpr int kUsualZones[] = {0, 540, -480, -420, 330, 345, -210, 765, -720, 840};
+  // Two days inside the years that can be written, most of them in this century.
+  const auto days = static_cast<FileTicks>(random() % 4 == 0 ? random() % 3'067'600
+                                                             : DayNumber(2000, 1, 1) + random() % 36'500);
+  const FileTicks clock = (days + 2) * kD + static_cast<FileTicks>(random() % 86'400) * kS;
+  char text[64];
+  WrittenMoment written;
+  written.text.assign(text, FormatDateText(kFormats[random() % std::size(kFormats)], *CivilFromTicks(clock),
+                                           text, sizeof text));
+  if (random() % 4 == 0) {  // no zone: the machine's clock
+    written.moment = clock + bias * kM;
+    return written;
+  }
+  const int east = random() % 2 == 0 ? kUsualZones[random() % std::size(kUsualZones)]
+                                     : static_cast<int>(random() % 2879) - 1439;
+  std::snprintf(text, sizeof text, random() % 2 == 0 ? " %c%02d%02d" : " %c%02d:%02d", east < 0 ? '-' : '+',
+                std::abs(east) / 60, std::abs(east) % 60);
+  written.text += text;
+  written.moment = clock - east * kM;
+  return written;
+}
+
+FileTicks MachineTime(const std::string& text, std::int64_t bias) {
+  return OnMachineClock(ReadHeaderDate(text).value(), bias);
+}
+
+std::int64_t AnyBias(std::mt19937_64& random) {
+  const auto bias = static_cast<std::int64_t>(random() % 2879) - 1439;
+  return bias == 3 ? 4 : bias;  // 3 is printed as another zone
+}
+
+TEST(DateShift, DifferencesAreThoseOfTheMoments) {
+  std::mt19937_64 random(51);
+  for (int i = 0; i < 50'000; ++i) {
+    const std::int64_t bias = AnyBias(random);
+    const WrittenMoment one = WriteMoment(random, bias), two = WriteMoment(random, bias);
+    const FileTicks t1 = MachineTime(one.text, bias), t2 = MachineTime(two.text, bias);
+    ASSERT_EQ(t1 - t2, one.moment - two.moment) << one.text << " and " << two.text << " at " << bias;
+    const std::int64_t days = (one.moment - bias * kM) / kD - (two.moment - bias * kM) / kD;
+    ASSERT_EQ(CalendarDaysBetween(t1, t2), days) << one.text << " and " << two.text << " at " << bias;
+  }
+}
+
+// The printed form, taken apart by the C library, and its moment in UTC.
+FileTicks MomentOfForm(const std::string& form) {
+  int day = 0, year = 0, hour = 0, minute = 0, second = 0, zone = 0;
+  char month[4] = {};
+  EXPECT_EQ(std::sscanf(form.c_str(), "%*3s, %d %3s %d %d:%d:%d %d", &day, month, &year, &hour, &minute,
+                        &second, &zone),
+            7)
+      << form;
+  const std::string_view months = "JanFebMarAprMayJunJulAugSepOctNovDec";
+  const auto number = static_cast<int>(months.find(month) / 3) + 1;
+  return DayNumber(year, number, day) * kD + hour * kH + (minute - zone / 100 * 60 - zone % 100) * kM +
+         second * kS;
+}
+
+TEST(DateShift, AShiftByNothingNamesTheSameMoment) {
+  std::mt19937_64 random(52);
+  for (int i = 0; i < 50'000; ++i) {
+    const std::int64_t bias = AnyBias(random);
+    const WrittenMoment written = WriteMoment(random, bias);
+    const std::optional<CivilTime> time = ShiftTime(MachineTime(written.text, bias), ShiftOfDays(0));
+    ASSERT_TRUE(time) << written.text << " at " << bias;
+    char form[kDefaultFormRoom];
+    const std::string printed(form, DefaultDateForm(*time, bias, form));
+    ASSERT_EQ(MomentOfForm(printed), written.moment) << written.text << " at " << bias << ": " << printed;
   }
 }
 
