@@ -46,18 +46,21 @@ void CheckParts(std::string_view list, const wfinfo::AddressEntry& entry) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view list(reinterpret_cast<const char*>(data), size);
-  std::size_t entries = 0;
-  for (std::size_t at = 0;; ++entries) {
+  std::size_t entries = 0, at = 0;
+  for (;; ++entries) {
     const wfinfo::AddressEntry entry = wfinfo::ScanAddressEntry(list, at);
     Compare(list, at, entry, false);
     if (entry.error != wfinfo::AddressError::kNone) break;
     Require(entry.next > at && entry.next <= size);
     CheckParts(list, entry);
-    if (entries < 4) Require(wfinfo::NthAddress(list, entries) == entry.text);
+    if (entries < 4) Require(wfinfo::NthAddress(list, entries).text == entry.text);
     at = entry.next;
   }
-  Require(wfinfo::CountAddresses(list) == entries);
-  Require(wfinfo::NthAddress(list, entries).empty());
+  const wfinfo::AddressError end = wfinfo::ScanAddressEntry(list, at).error;
+  const wfinfo::AddressCount count = wfinfo::CountAddresses(list);
+  Require(count.entries == entries && count.end == end);
+  const wfinfo::ListedAddress behind = wfinfo::NthAddress(list, entries);
+  Require(behind.text.empty() && behind.error == end);
 
   Compare(list, 0, wfinfo::ScanAddressEntry(list, 0, {wfinfo::kCodePageUtf8, false}), true);
   wfinfo::AddressParts parts;

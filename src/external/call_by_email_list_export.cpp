@@ -8,6 +8,7 @@
 #include "bridge/results_win.h"
 #include "catalogue/declarations.h"
 #include "text/address_entry.h"
+#include "text/address_log_win.h"
 #include "text/host_text.h"
 
 using namespace wfinfo;
@@ -70,7 +71,7 @@ const char* CallByEmailList(const char* export_name, const char* address_list, l
   if (!IsText(export_name) || !IsText(address_list)) return kNoText;
   const StableText list(address_list);  // the calls make results of their own
   AddressReader reader(list.get());
-  if (!reader.Read()) return kNoText;
+  if (!reader.Read()) return LogAddressError("CallByEmailList", reader.entry().error), kNoText;
   const auto function = ProcOf<ListedExport>(g_hInstance, export_name);
   if (function == nullptr) return ReportMissing(export_name), kNoText;
   char* const block = NewResultBlock(kRoom);
@@ -82,5 +83,6 @@ const char* CallByEmailList(const char* export_name, const char* address_list, l
     const char* const answer = function(address, a2, a3, a4, a5, a6, a7, a8, a9);
     if (IsText(answer) && !answers.Add(answer)) break;
   } while (reader.Read());
+  LogAddressError("CallByEmailList", reader.entry().error);  // of the entry that ended the list
   return KeepLongResult(block);
 }

@@ -10,6 +10,8 @@
 #include "catalogue/declarations.h"
 #include "text/address_entry.h"
 #include "text/address_list.h"
+#include "text/address_log_win.h"
+#include "text/address_parser_win.h"
 #include "text/honorific.h"
 #include "text/host_text.h"
 
@@ -26,34 +28,48 @@ constexpr std::size_t kSpareBytes = 10;  // zeros behind what AddString returns
 // What GetEmailList returns: apart from the short-result buffer, so that a macro may keep one of each.
 char g_entryText[kEntryTextRoom];
 
+// The first entry of `list`, for the export of this name; false when there is none or it is malformed.
+bool ReadFirst(const char* export_name, const char* list, AddressParts* parts) {
+  char diagnostic[wfinfo::kAddressErrorRoom];
+  const char* const next = wfinfo::ParseAddressEntry(list, parts->address, parts->name, diagnostic, nullptr,
+                                                     nullptr, wfinfo::kCodePageShiftJis, 0, 0);
+  wfinfo::LogAddressDiagnostic(export_name, diagnostic);
+  return next != nullptr;
+}
+
 }  // namespace
 
 const char* SetNameOnly(const char* text) noexcept {
   if (!IsText(text)) return kNoText;
   AddressParts parts;
-  const AddressError error = wfinfo::SplitAddressEntry(text, &parts).error;
-  const bool named = error == AddressError::kNone && parts.name[0] != '\0';
+  const bool named = ReadFirst("SetNameOnly", text, &parts) && parts.name[0] != '\0';
   return wfinfo::ReturnText(named ? parts.name : parts.address);
 }
 
 const char* SetEmailOnly(const char* text) noexcept {
   if (!IsText(text)) return kNoText;
   AddressParts parts;
-  if (wfinfo::SplitAddressEntry(text, &parts).error != AddressError::kNone) return kNoText;
+  if (!ReadFirst("SetEmailOnly", text, &parts)) return kNoText;
   return wfinfo::ReturnText(parts.address);
 }
 
 int CountEmailList(const char* list) noexcept {
-  return IsText(list) ? static_cast<int>(wfinfo::CountAddresses(list)) : 0;
+  if (!IsText(list)) return 0;
+  const wfinfo::AddressCount count = wfinfo::CountAddresses(list);
+  wfinfo::LogAddressError("CountEmailList", count.end);
+  return static_cast<int>(count.entries);
 }
 
 const char* GetEmailList(const char* list, int n) noexcept {
   if (!IsText(list) || n < 0) return kNoText;
-  const std::string_view entry = wfinfo::NthAddress(list, static_cast<std::size_t>(n));
-  if (entry.data() == nullptr) return kNoText;
-  const std::size_t length = wfinfo::CutLength(entry, kEntryTextRoom);
+  const wfinfo::ListedAddress entry = wfinfo::NthAddress(list, static_cast<std::size_t>(n));
+  if (entry.error != AddressError::kNone) {
+    wfinfo::LogAddressError("GetEmailList", entry.error);
+    return kNoText;
+  }
+  const std::size_t length = wfinfo::CutLength(entry.text, kEntryTextRoom);
   // The list may be an earlier result of this function.
-  std::memmove(g_entryText, entry.data(), length);
+  std::memmove(g_entryText, entry.text.data(), length);
   g_entryText[length] = '\0';
   return g_entryText;
 }
@@ -79,7 +95,11 @@ const char* AddSama(const char* name, const char* honorific, long long flag) noe
   const std::string_view suffix = given.empty() ? wfinfo::kDefaultHonorific : given;
   const bool also_without_name = wfinfo::ReadCountParam(flag) == 1;
   const std::size_t length = wfinfo::ComposeWithHonorific(name, suffix, also_without_name, nullptr);
-  if (length == 0) return kNoText;
+  if (length == 0) {
+    AddressParts parts;
+    ReadFirst("AddSama", name, &parts);  // tells why
+    return kNoText;
+  }
   char* const block = wfinfo::NewResultBlock(length + 1);
   if (block == nullptr) return kNoText;
   wfinfo::ComposeWithHonorific(name, suffix, also_without_name, block);

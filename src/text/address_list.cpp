@@ -1,16 +1,18 @@
 #include "text/address_list.h"
 
-#include "text/address_entry.h"
-
 namespace wfinfo {
 
-std::size_t CountAddresses(std::string_view list) { return AddressReader(list).CountRest(); }
+AddressCount CountAddresses(std::string_view list) {
+  AddressReader reader(list);
+  const std::size_t entries = reader.CountRest();
+  return {entries, reader.entry().error};
+}
 
-std::string_view NthAddress(std::string_view list, std::size_t n) {
+ListedAddress NthAddress(std::string_view list, std::size_t n) {
   AddressReader reader(list);
   for (;; --n) {
-    if (!reader.Read()) return {};
-    if (n == 0) return reader.entry().text;
+    if (!reader.Read()) return {{}, reader.entry().error};
+    if (n == 0) return {reader.entry().text, AddressError::kNone};
   }
 }
 

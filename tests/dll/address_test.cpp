@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "support/library.h"
 #include "support/scripted_host_win.h"
@@ -78,6 +80,67 @@ TEST(Addresses, ResultsMayBeGivenBack) {
   EXPECT_STREQ(SetEmailOnly(SetEmailOnly(entry)), "j@x");
   EXPECT_STREQ(GetEmailList(GetEmailList("a@b ,c@d", 1), 0), "c@d");
   EXPECT_STREQ(SetNameOnly(SetNameOnly("Taro <t@x>")), "Taro");
+}
+
+std::vector<std::pair<std::string, unsigned>> g_logged;
+
+// What the host's log received while `call` ran.
+template <class Call>
+std::vector<std::string> LoggedBy(Call call) {
+  void* services[33] = {};
+  services[32] = reinterpret_cast<void*>(
+      +[](const char* text, unsigned number) { g_logged.emplace_back(text, number); });
+  GetWFInfoVersion(services);
+  g_logged.clear();
+  call();
+  GetWFInfoVersion(nullptr);
+  std::vector<std::string> lines;
+  for (const auto& [text, number] : g_logged) {
+    EXPECT_EQ(number, 7178u) << text;
+    lines.push_back(text);
+  }
+  return lines;
+}
+
+TEST(Addresses, TheLogTellsWhatIsWrongWithAList) {
+  ScriptedHost host(Language::kEnglish);
+  using Lines = std::vector<std::string>;
+  const char open[] = "\"Doe <j@x>";
+  EXPECT_EQ(LoggedBy([&] { EXPECT_STREQ(SetNameOnly(open), ""); }),
+            Lines{"wfinfo.dll: SetNameOnly: Double quotations or parentheses mismatch."});
+  EXPECT_EQ(LoggedBy([] { EXPECT_STREQ(SetNameOnly("<a@b> c"), "a@b"); }),
+            Lines{"wfinfo.dll: SetNameOnly: It seems that email addresses separating comma is missing."});
+  EXPECT_EQ(LoggedBy([] { EXPECT_STREQ(SetEmailOnly("<a@b>\x81\x43"), ""); }),
+            Lines{"wfinfo.dll: SetEmailOnly: Zenkaku comma exists after <...>"});
+  const char two[] = "a@b, A <c@d> <e@f>, g@h";
+  constexpr char kTwo[] = "The comma between <...> and <...> seems to be missing.";
+  EXPECT_EQ(LoggedBy([&] { EXPECT_EQ(CountEmailList(two), 1); }),
+            Lines{std::string("wfinfo.dll: CountEmailList: ") + kTwo});
+  EXPECT_EQ(LoggedBy([&] { EXPECT_STREQ(GetEmailList(two, 2), ""); }),
+            Lines{std::string("wfinfo.dll: GetEmailList: ") + kTwo});
+  EXPECT_EQ(LoggedBy([&] { EXPECT_STREQ(AddSama(open, nullptr, 0), ""); }),
+            Lines{"wfinfo.dll: AddSama: Double quotations or parentheses mismatch."});
+  EXPECT_EQ(
+      LoggedBy([&] { EXPECT_STREQ(CallByEmailList("SetEmailOnly", two, 0, 0, 0, 0, 0, 0, 0, 0), "a@b"); }),
+      Lines{std::string("wfinfo.dll: CallByEmailList: ") + kTwo});
+  EXPECT_EQ(
+      LoggedBy([&] { EXPECT_STREQ(CallByEmailList("SetEmailOnly", open, 0, 0, 0, 0, 0, 0, 0, 0), ""); }),
+      Lines{"wfinfo.dll: CallByEmailList: Double quotations or parentheses mismatch."});
+  // What the entries in front are asked for is fine, and so is the end of a list.
+  EXPECT_EQ(LoggedBy([&] {
+              EXPECT_STREQ(GetEmailList(two, 0), "a@b");
+              EXPECT_STREQ(SetEmailOnly(two), "a@b");
+              EXPECT_EQ(CountEmailList("a@b, c@d"), 2);
+              EXPECT_STREQ(GetEmailList("a@b", 1), "");
+              EXPECT_STREQ(SetNameOnly(""), "");
+              EXPECT_STREQ(AddSama("", nullptr, 0), "");
+              EXPECT_STREQ(CallByEmailList("SetEmailOnly", "a@b", 0, 0, 0, 0, 0, 0, 0, 0), "a@b");
+            }),
+            Lines{});
+  host.SetLanguage(Language::kJapanese);
+  EXPECT_EQ(LoggedBy([] { SetEmailOnly("<a@b>\x81\x43"); }),
+            Lines{"wfinfo.dll: SetEmailOnly: " + Sjis(u8"<...> の後に全角のコンマがあります。")});
+  host.ExpectMessages({});  // no box, whatever the list
 }
 
 TEST(Addresses, UnreadableTextsAreReported) {

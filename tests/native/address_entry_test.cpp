@@ -225,6 +225,7 @@ struct ListCase {
   std::string list;
   std::vector<std::string> entries;
   const char* why;
+  AddressError end = AddressError::kNoEntry;
 };
 
 TEST(AddressList, IsWalked) {
@@ -235,18 +236,20 @@ TEST(AddressList, IsWalked) {
       {"\"Doe, J\" <j@x> , (a, b) c@d", {"\"Doe, J\" <j@x>", "(a, b) c@d"}, "as they stand"},
       {"a@b,\r\n c@d", {"a@b", "c@d"}, "over a fold"},
       {"a@b, c@d\r\ne@f", {"a@b", "c@d"}, "up to a line end"},
-      {"a@b, <c@d> x, e@f", {"a@b"}, "up to a malformed entry"},
-      {"<a@b> x, e@f", {}, "a first entry that is malformed"},
+      {"a@b, <c@d> x, e@f", {"a@b"}, "up to a malformed entry", AddressError::kNoComma},
+      {"<a@b> x, e@f", {}, "a first entry that is malformed", AddressError::kNoComma},
       {"\r\na@b", {}, "a line end in front"},
       {"a\\,, b", {"a\\,", "b"}, "an escaped comma stays"},
       {"", {}, "nothing"},
   };
   for (const ListCase& c : cases) {
-    EXPECT_EQ(CountAddresses(c.list), c.entries.size()) << c.why;
+    EXPECT_EQ(CountAddresses(c.list).entries, c.entries.size()) << c.why;
+    EXPECT_EQ(CountAddresses(c.list).end, c.end) << c.why;
+    EXPECT_EQ(NthAddress(c.list, 1000).error, c.end) << c.why;
     for (std::size_t i = 0; i < c.entries.size(); ++i)
-      EXPECT_EQ(NthAddress(c.list, i), c.entries[i]) << c.why;
-    EXPECT_EQ(NthAddress(c.list, c.entries.size()), "") << c.why;
-    EXPECT_EQ(NthAddress(c.list, 1000), "") << c.why;
+      EXPECT_EQ(NthAddress(c.list, i).text, c.entries[i]) << c.why;
+    EXPECT_EQ(NthAddress(c.list, c.entries.size()).text, "") << c.why;
+    EXPECT_EQ(NthAddress(c.list, 1000).text, "") << c.why;
   }
 }
 
@@ -311,7 +314,7 @@ TEST(AddressListProperty, ParsingGivesBackWhatWasComposed) {
       list += Pick(random, {" ", "\t", "\r\n "}, 2) + entries.back().text +
               (n > 1 || random() % 2 == 0 ? "," : "");
     }
-    ASSERT_EQ(CountAddresses(list), entries.size()) << list;
+    ASSERT_EQ(CountAddresses(list).entries, entries.size()) << list;
     AddressReader reader(list);
     for (const Composed& entry : entries) {
       ASSERT_TRUE(reader.Read());
