@@ -56,6 +56,13 @@ class Repository(unittest.TestCase):
             if path.name != "all.def":
                 self.assertIn(f'#include "{path.name}"', listed)
 
+    def test_nothing_that_a_fuzzer_left_is_committed(self):
+        tracked = subprocess.run(["git", "ls-files"], cwd=SOURCE, capture_output=True, text=True)
+        if tracked.returncode != 0:
+            self.skipTest("not a git checkout")
+        left = re.compile(r"(crash|leak|oom|slow-unit|timeout)-[0-9a-f]{40}$")
+        self.assertEqual([name for name in tracked.stdout.splitlines() if left.search(name)], [])
+
     def test_nothing_names_a_path_of_one_machine(self):
         tracked = subprocess.run(["git", "ls-files"], cwd=SOURCE, capture_output=True, text=True)
         if tracked.returncode != 0:
