@@ -184,6 +184,14 @@ std::u16string Charsets::FromHostText(std::string_view host) const {
 std::string Charsets::HostToUtf8(std::string_view host) const { return WideToUtf8(FromHostText(host)); }
 std::string Charsets::Utf8ToHost(std::string_view utf8) const { return ToHostText(Utf8ToWide(utf8)); }
 
+std::string Charsets::ForeignToUtf8(std::string_view bytes) const {
+  bool escaped = false;
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    escaped = escaped || wfinfo::StartsWithEscape(bytes.substr(at));
+  }
+  return !escaped && IsValidUtf8(bytes) ? std::string(bytes) : HostToUtf8(bytes);
+}
+
 const Charsets& SystemCharsets() {
   static const Charsets charsets(SystemCodePages());
   return charsets;

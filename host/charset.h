@@ -54,6 +54,11 @@ class Charsets {
   std::string HostToUtf8(std::string_view host) const;
   std::string Utf8ToHost(std::string_view utf8) const;
 
+  // UTF-8 of bytes that another program passed on as they were: UTF-8 when they are valid UTF-8 and hold no
+  // escape, else host text. Half-width katakana of Shift-JIS can happen to be valid UTF-8; they are read as
+  // it.
+  std::string ForeignToUtf8(std::string_view bytes) const;
+
  private:
   class Tables;
 

@@ -21,7 +21,8 @@ namespace wrenfold {
 
 enum class MailCommand { kSendNow, kStoreUnsent, kNewMail };
 
-// All texts are host text.
+// Macro, subject and body are host text. Recipients and files are the calling program's own bytes: Shift-JIS
+// or UTF-8 (Charsets::ForeignToUtf8).
 struct CommandLineRequest {
   struct File {
     std::string path;

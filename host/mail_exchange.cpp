@@ -6,6 +6,7 @@
 
 #include "ascii.h"
 #include "charset.h"
+#include "file_names.h"
 #include "text/date_parse.h"
 #include "whole_file.h"
 
@@ -87,18 +88,9 @@ void EachLine(std::string_view bytes, Visit visit) {
   }
 }
 
+// "mail" for a name that nothing is left of.
 std::string SafeName(std::string_view utf8) {
-  const std::u16string wide = Utf8ToWide(utf8);
-  std::u16string safe;
-  for (const char16_t unit : wide) {
-    const bool forbidden =
-        unit < 0x20 || std::u16string_view(u"\\/:*?\"<>|").find(unit) != std::u16string_view::npos;
-    safe += forbidden ? u'_' : unit;
-    if (safe.size() == kLongestName) break;
-  }
-  // Windows drops blanks and periods at the end of a name.
-  while (!safe.empty() && (safe.back() == u' ' || safe.back() == u'.')) safe.pop_back();
-  if (!safe.empty() && (safe.back() & 0xFC00) == 0xD800) safe.pop_back();  // half a character
+  const std::u16string safe = CleanFileName(Utf8ToWide(utf8), kLongestName);
   return safe.empty() ? "mail" : WideToUtf8(safe);
 }
 

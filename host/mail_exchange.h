@@ -44,8 +44,8 @@ std::string MboxEntry(const ExportedMail& mail);
 // The mail with a "." in front of its lines that begin with one, and a line ".".
 std::string PeriodEntry(const ExportedMail& mail);
 
-// Name of a mail's own file: "0001", the subject, "20250303-091500" or the file it came from; characters that
-// no file name may hold become "_", and at most 60 characters stay. `number` counts from 0.
+// Name of a mail's own file: "0001", the subject, "20250303-091500" or the file it came from; what no
+// file's name may be is mended (CleanFileName), and at most 60 characters stay. `number` counts from 0.
 std::string ExportName(const ExportedMail& mail, ExportNaming naming, std::size_t number);
 
 struct ExportResult {

@@ -26,6 +26,14 @@ Pointer AsOffset(std::size_t offset) {
   return reinterpret_cast<Pointer>(static_cast<std::uintptr_t>(offset));
 }
 
+// A new last record of a list, all bytes zero: those between its members go to another program too.
+template <class Record>
+Record& Added(std::vector<Record>& records) {
+  Record& record = records.emplace_back();
+  std::memset(&record, 0, sizeof record);
+  return record;
+}
+
 class ImageWriter {
  public:
   char* Text(std::string_view text) {
@@ -74,8 +82,10 @@ void AddRecipients(ImageWriter& image, std::string_view list, std::uint32_t reci
     const wfinfo::AddressEntry& entry = reader.entry();
     const std::string name = PlainName(entry.name);
     const std::string address(entry.address);
-    recipients.push_back({0, recipient_class, image.Text(name.empty() ? address : name),
-                          image.Text("SMTP:" + address), 0, nullptr});
+    Recipient& recipient = Added(recipients);
+    recipient.recipient_class = recipient_class;
+    recipient.name = image.Text(name.empty() ? address : name);
+    recipient.address = image.Text("SMTP:" + address);
   }
 }
 
@@ -104,7 +114,8 @@ std::vector<char> MakeMessageImage(const HostMessage& message, const std::vector
                                    bool unread, std::uint32_t flags) {
   const auto header = [&](std::string_view name) { return HeaderValue(message.text, name).value_or(""); };
   ImageWriter image;
-  MailRecord mail{};
+  MailRecord mail;
+  std::memset(&mail, 0, sizeof mail);
   mail.flags = unread ? kUnreadFlag : 0;
   mail.subject = image.Text(Unfolded(header("Subject")));
   mail.date_received = image.Text(MapiDate(header("Date")));
@@ -123,7 +134,10 @@ std::vector<char> MakeMessageImage(const HostMessage& message, const std::vector
   mail.recipient_count = static_cast<std::uint32_t>(recipients.size());
   std::vector<FileRecord> records;
   for (const ImageFile& file : files) {
-    records.push_back({0, 0, 0xFFFFFFFF, image.Text(file.path), image.Text(file.name), nullptr});
+    FileRecord& record = Added(records);
+    record.position = 0xFFFFFFFF;
+    record.path = image.Text(file.path);
+    record.file_name = image.Text(file.name);
   }
   mail.files = image.Records(records);
   mail.file_count = static_cast<std::uint32_t>(records.size());

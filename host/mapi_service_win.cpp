@@ -9,10 +9,12 @@
 
 #include "base/unique_win.h"
 #include "charset.h"
+#include "file_names.h"
 #include "mail_store.h"
 #include "mapi/host_blocks.h"
 #include "mapi_image.h"
 #include "outbox.h"
+#include "text/host_text.h"
 
 namespace wrenfold {
 namespace {
@@ -70,31 +72,44 @@ std::string UniqueName(const SYSTEMTIME& now) {
   return text;
 }
 
-// A name for a file on disk out of one that a mail suggests.
-fs::path SafeName(const std::string& host_name) {
-  std::string name = SystemCharsets().HostToUtf8(host_name);
-  for (char& c : name) {
-    if (static_cast<unsigned char>(c) < 0x20 || std::strchr("<>:\"/\\|?*", c) != nullptr) c = '_';
+// A name for a file on disk out of one that a mail suggests. The reader opens it by a path in code page 932:
+// what that does not hold becomes "_".
+std::wstring SafeName(const std::string& host_name) {
+  std::u16string name = SystemCharsets().FromHostText(host_name);
+  for (char16_t& unit : name) {
+    if (wfinfo::StartsWithEscape(SystemCharsets().ToHostText({&unit, 1}))) unit = u'_';
   }
-  return PathFromUtf8(name);
+  name = CleanFileName(name);
+  return name.empty() ? L"attachment" : std::wstring(name.begin(), name.end());
 }
 
-// Stores the attachments as files for the reader, who deletes them when he is done.
-std::vector<ImageFile> StoreAttachments(const HostMessage& message) {
+bool WriteFile(const fs::path& path, const std::string& bytes) {
+  std::ofstream stream(path, std::ios::binary);
+  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  stream.close();
+  return !stream.fail();
+}
+
+// Stores the attachments as files for the reader, who deletes them when he is done; nullopt, with nothing
+// left behind, when one cannot be stored.
+std::optional<std::vector<ImageFile>> StoreAttachments(const HostMessage& message) {
   std::vector<ImageFile> files;
   if (message.attachments.empty()) return files;
   SYSTEMTIME now;
   GetLocalTime(&now);
   std::error_code error;
-  const fs::path folder = fs::temp_directory_path(error) / "wrenfold" / UniqueName(now);
+  const fs::path temporary = fs::temp_directory_path(error);
+  if (error) return std::nullopt;
+  const fs::path folder = temporary / "wrenfold" / UniqueName(now);
   fs::create_directories(folder, error);
   for (const Attachment& attachment : message.attachments) {
-    fs::path path = folder / SafeName(attachment.file_name);
-    for (int copy = 2; fs::exists(path, error); ++copy) {
-      path = folder / (std::to_wstring(copy) + L" " + SafeName(attachment.file_name).wstring());
+    const std::wstring name = SafeName(attachment.file_name);
+    fs::path path = folder / name;
+    for (int copy = 2; fs::exists(path, error); ++copy) path = folder / (std::to_wstring(copy) + L" " + name);
+    if (!WriteFile(path, attachment.bytes)) {
+      fs::remove_all(folder, error);
+      return std::nullopt;
     }
-    std::ofstream(path, std::ios::binary)
-        .write(attachment.bytes.data(), static_cast<std::streamsize>(attachment.bytes.size()));
     files.push_back({WideToHost(path.wstring()), attachment.file_name});
   }
   return files;
@@ -188,9 +203,13 @@ void MapiService::Read(void* block) {
   if (!raw) return;
   const HostMessage message = MakeHostMessage(*raw);
   const bool with_files = (request.flags & (kMapiEnvelopeOnly | kMapiSuppressAttach)) == 0;
+  const auto files = with_files ? StoreAttachments(message) : std::vector<ImageFile>();
+  if (!files) {
+    request.head.result = static_cast<std::uint32_t>(MapiResult::kAttachmentWriteFailure);
+    return complain_("the attachments of " + SystemCharsets().HostToUtf8(identifier) + " cannot be stored");
+  }
   const std::vector<char> image =
-      MakeMessageImage(message, with_files ? StoreAttachments(message) : std::vector<ImageFile>(),
-                       !store_.IsRead(identifier), request.flags);
+      MakeMessageImage(message, *files, !store_.IsRead(identifier), request.flags);
   request.image_size = static_cast<std::uint32_t>(image.size());
   request.image = HandToProcess(request.caller_process, image);
   const bool handed = request.image != 0;

@@ -16,6 +16,7 @@ namespace wrenfold {
 enum class MapiResult : std::uint32_t {
   kSuccess = 0,
   kFailure = 2,
+  kAttachmentWriteFailure = 12,
   kNoMessages = 16,
   kInvalidMessage = 17,
 };

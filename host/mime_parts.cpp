@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ascii.h"
+#include "file_names.h"
 #include "html_text.h"
 #include "mime_transfer.h"
 
@@ -38,20 +39,7 @@ std::u16string ExtensionOf(std::string_view type) {
   return {};
 }
 
-// A name that is safe as a file's: the last component, without characters that Windows forbids, not all dots.
-std::u16string SafeFileName(std::u16string name) {
-  constexpr std::size_t kLongest = 200;
-  const std::size_t slash = name.find_last_of(u"/\\");
-  if (slash != name.npos) name.erase(0, slash + 1);
-  for (char16_t& unit : name) {
-    if (unit < 0x20 || std::u16string_view(u":*?\"<>|\x7F").find(unit) != std::u16string_view::npos)
-      unit = u'_';
-  }
-  if (name.size() > kLongest) name.erase(0, name.size() - kLongest);  // the extension stays
-  while (!name.empty() && (name.back() == u'.' || name.back() == u' ')) name.pop_back();
-  name.erase(0, std::min(name.find_first_not_of(u' '), name.size()));
-  return name;
-}
+std::u16string SafeFileName(std::u16string_view name) { return CleanFileName(LastComponent(name)); }
 
 // --- One part ------------------------------------------------------------------------------------------
 
@@ -115,7 +103,7 @@ class PartReader {
       content.text = TextOf(type, bytes);
       return content;
     }
-    std::u16string file_name = SafeFileName(name != nullptr ? *name : std::u16string());
+    std::u16string file_name = name != nullptr ? SafeFileName(*name) : std::u16string();
     if (file_name.empty()) file_name = MadeUpName(type.value, bytes);
     content.attachments.push_back({charsets_.ToHostText(file_name), type.value, std::move(bytes)});
     return content;

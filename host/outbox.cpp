@@ -11,12 +11,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The file's path as UTF-8. Bytes that can be both are read as what is there.
+std::string PathText(std::string_view path) {
+  std::string foreign = SystemCharsets().ForeignToUtf8(path);
+  std::string host = SystemCharsets().HostToUtf8(path);
+  std::error_code error;
+  const bool host_alone = !fs::exists(PathFromUtf8(foreign), error) && fs::exists(PathFromUtf8(host), error);
+  return host_alone ? host : foreign;
+}
+
 OutgoingFile ReadFile(const CommandLineRequest::File& file) {
-  const Charsets& charsets = SystemCharsets();
-  const std::string path_text = charsets.HostToUtf8(file.path);
+  const std::string path_text = PathText(file.path);
   const fs::path path = PathFromUtf8(path_text);
   OutgoingFile read;
-  read.name = file.name.empty() ? PathToUtf8(path.filename()) : charsets.HostToUtf8(file.name);
+  read.name = file.name.empty() ? PathToUtf8(path.filename()) : SystemCharsets().ForeignToUtf8(file.name);
   std::ifstream stream(path, std::ios::binary);
   if (stream) read.bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
   read.is_missing = !stream.is_open() || stream.bad();

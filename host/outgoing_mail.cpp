@@ -118,6 +118,16 @@ std::string Mailbox(std::string_view name, std::string_view address) {
   return shown.empty() ? spec : Phrase(shown) + " " + spec;
 }
 
+// A list of other programs as UTF-8. They may differ in how they write: each piece is read on its own.
+// Neither Shift-JIS nor UTF-8 has a comma, quote or bracket within a character.
+std::string ForeignList(std::string_view list, const Charsets& charsets) {
+  std::string utf8;
+  for (const std::string_view piece : Pieces(list)) {
+    utf8 += (utf8.empty() ? "" : ", ") + charsets.ForeignToUtf8(piece);
+  }
+  return utf8;
+}
+
 // A UTF-8 list as a header's value, one mailbox a line.
 std::string AddressList(std::string_view list) {
   std::vector<std::string> mailboxes;
@@ -242,9 +252,9 @@ std::string ComposeMail(const CommandLineRequest& request, const std::vector<Out
                         const MailStamp& stamp, const Charsets& charsets) {
   std::string mail;
   AddHeader(mail, "From", AddressList(stamp.from));
-  AddHeader(mail, "To", AddressList(charsets.HostToUtf8(request.to)));
-  AddHeader(mail, "Cc", AddressList(charsets.HostToUtf8(request.cc)));
-  AddHeader(mail, "Bcc", AddressList(charsets.HostToUtf8(request.bcc)));
+  AddHeader(mail, "To", AddressList(ForeignList(request.to, charsets)));
+  AddHeader(mail, "Cc", AddressList(ForeignList(request.cc, charsets)));
+  AddHeader(mail, "Bcc", AddressList(ForeignList(request.bcc, charsets)));
   AddHeader(mail, "Subject", Unstructured(charsets.HostToUtf8(request.subject.value_or(""))));
   AddHeader(mail, "Date", stamp.date);
   AddHeader(mail, "Message-ID", "<" + stamp.unique + "@wrenfold.invalid>");

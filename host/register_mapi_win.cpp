@@ -75,7 +75,9 @@ std::optional<std::string> RegisterMapi(const Consent& consent) {
   const auto former = has_mail_key ? Read(existing.get(), nullptr) : std::nullopt;
   const bool ours_already = former == kClient;
   if (former && !former->empty() && !ours_already &&
-      !consent("The system's mail client is " + Utf8(*former) + ". Replace it with Wrenfold?")) {
+      !consent("The system's mail client is " + Utf8(*former) +
+               ". 32-bit programs cannot use Wrenfold: they will reach no mail client. "
+               "Replace it with Wrenfold?")) {
     return "nothing was changed";
   }
   HKEY made = nullptr;

@@ -2,6 +2,7 @@
 
 #include "bridge/language_win.h"
 #include "mapi/host_blocks.h"
+#include "mapi/mapi_log_win.h"
 
 namespace wfinfo::mapi {
 namespace {
@@ -28,7 +29,10 @@ void TellOfStuckHandOff() {
 
 OwnedMutex AcquireCommandLineMutex() {
   UniqueHandle mutex(CreateMutexA(nullptr, FALSE, kCommandLineMutex));
-  if (!mutex) return OwnedMutex();
+  if (!mutex) {
+    LogNumber("AcquireCommandLineMutex CreateMutex failed code=%u", GetLastError());
+    return OwnedMutex();
+  }
   // A holder that died, or a wait that fails, is no reason to keep a mail back.
   if (WaitForSingleObject(mutex.get(), CommandLineWaitMs(GetCurrentProcessId())) != WAIT_TIMEOUT) {
     return OwnedMutex(mutex.release());

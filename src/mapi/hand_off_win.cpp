@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "mapi/host_blocks.h"
-#include "mapi/mapi_log_win.h"
 
 namespace wfinfo::mapi {
 
@@ -21,24 +20,32 @@ UniqueHandle OpenForHandles(HWND window) {
   return UniqueHandle(OpenProcess(PROCESS_DUP_HANDLE, FALSE, process));
 }
 
-HANDLE DuplicateInto(HANDLE process, HANDLE handle) {
-  HANDLE duplicate = nullptr;
+LentHandle::LentHandle(HANDLE process, HANDLE handle) : process_(process) {
   if (process == nullptr ||
-      !DuplicateHandle(GetCurrentProcess(), handle, process, &duplicate, 0, FALSE, DUPLICATE_SAME_ACCESS)) {
-    return nullptr;
+      !DuplicateHandle(GetCurrentProcess(), handle, process, &theirs_, 0, FALSE, DUPLICATE_SAME_ACCESS)) {
+    theirs_ = nullptr;
   }
-  return duplicate;
 }
 
-void PassCommandLine(HWND host, const SharedBlock& block) {
-  const HANDLE in_host = DuplicateInto(OpenForHandles(host).get(), block.mapping());
-  if (in_host == nullptr) return LogNumber("PassCommandLine DuplicateHandle failed code=%u", GetLastError());
+LentHandle::~LentHandle() {
+  if (theirs_ == nullptr) return;
+  const DWORD last_error = GetLastError();
+  DuplicateHandle(process_, theirs_, nullptr, nullptr, 0, FALSE, DUPLICATE_CLOSE_SOURCE);
+  SetLastError(last_error);
+}
+
+bool PassCommandLine(HWND host, const SharedBlock& block) {
+  const UniqueHandle process = OpenForHandles(host);
+  LentHandle in_host(process.get(), block.mapping());
+  if (!in_host) return false;
   DWORD_PTR answer = 0;
-  SendMessageTimeoutA(host, kPassCommandLine, reinterpret_cast<WPARAM>(in_host), 1, SMTO_BLOCK,
+  // A host that is slow takes the block, and closes the handle, after this call has given up.
+  SendMessageTimeoutA(host, kPassCommandLine, reinterpret_cast<WPARAM>(in_host.release()), 1, SMTO_BLOCK,
                       kPassTimeoutMs, &answer);
   std::uint64_t window = 0;
   std::memcpy(&window, block.bytes(), sizeof window);
   if (window != 0) SetForegroundWindow(reinterpret_cast<HWND>(window));
+  return true;
 }
 
 }  // namespace wfinfo::mapi

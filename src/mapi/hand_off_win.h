@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <utility>
 
 #include "base/unique_win.h"
 
@@ -32,11 +33,29 @@ class SharedBlock {
 // The process that `window` belongs to, open for handing handles to it; empty when it cannot be opened.
 UniqueHandle OpenForHandles(HWND window);
 
-// A duplicate of `handle` that is valid in `process`, null on failure.
-HANDLE DuplicateInto(HANDLE process, HANDLE handle);
+// A duplicate of a handle that is valid in another process. It is closed there with this object unless it was
+// released: from then on it is that process' own.
+class LentHandle {
+ public:
+  // Empty, with the last error saying why, when `process` is null or `handle` cannot be duplicated into it.
+  // `process` must outlive this object.
+  LentHandle(HANDLE process, HANDLE handle);
+  ~LentHandle();
+  LentHandle(const LentHandle&) = delete;
+  LentHandle& operator=(const LentHandle&) = delete;
+
+  explicit operator bool() const { return theirs_ != nullptr; }
+  HANDLE get() const { return theirs_; }
+  HANDLE release() { return std::exchange(theirs_, nullptr); }
+
+ private:
+  HANDLE process_;
+  HANDLE theirs_ = nullptr;
+};
 
 // Has the host execute the command line in `block` and brings the window to the foreground that it names. The
-// caller owns the command-line mutex. How the host fares is not looked at.
-void PassCommandLine(HWND host, const SharedBlock& block);
+// caller owns the command-line mutex. How the host fares is not looked at. False, with the last error saying
+// why, when the block cannot be given to the host's process.
+bool PassCommandLine(HWND host, const SharedBlock& block);
 
 }  // namespace wfinfo::mapi

@@ -40,8 +40,9 @@ ResolvedRecipient* Resolve(const char* text) {
     LocalFree(resolved);
     return nullptr;
   }
-  std::memcpy(resolved->name, parts.name, sizeof resolved->name);
-  std::memcpy(resolved->address, parts.address, sizeof resolved->address);
+  // The texts alone: what this stack holds behind them is nobody else's business.
+  std::strcpy(resolved->name, parts.name);
+  std::strcpy(resolved->address, parts.address);
   resolved->recipient.recipient_class = kTo;
   resolved->recipient.name = resolved->name;
   resolved->recipient.address = resolved->address;

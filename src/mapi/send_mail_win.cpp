@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "base/unique_win.h"
 #include "bridge/registry_binding_win.h"
@@ -13,6 +14,7 @@
 #include "mapi/hand_off_win.h"
 #include "mapi/host_blocks.h"
 #include "mapi/host_launch_win.h"
+#include "mapi/lost_mail_win.h"
 #include "mapi/mapi_log_win.h"
 #include "text/system_code_page_win.h"
 #include "text/utf8_text.h"
@@ -97,6 +99,29 @@ void Decide(Mail* mail, const SendSettings& settings, unsigned flags) {
   if (mail->sign) mail->mode = kNewMail;
 }
 
+// Passes the line that `write` puts into a block of `size` bytes to the host and gives up this program's
+// turn. The user is told of a mail that could not be passed once that is done: a box keeps no other program
+// waiting.
+template <class Write>
+void HandOver(HWND host, OwnedMutex turn, std::size_t size, const char* no_block, Write write) {
+  const char* failed = nullptr;
+  DWORD error = ERROR_SUCCESS;
+  {
+    const SharedBlock block(size);
+    if (!block) {
+      failed = no_block;
+    } else {
+      write(block.bytes() + kCommandLineAt);
+      if (!PassCommandLine(host, block)) failed = "PassCommandLine DuplicateHandle failed code=%u";
+    }
+    error = GetLastError();
+  }
+  turn.reset();
+  if (failed == nullptr) return;
+  LogNumber(failed, error);
+  TellOfLostMail(error);
+}
+
 }  // namespace
 
 void SendMail(const MailRecord* message, unsigned flags) {
@@ -114,16 +139,16 @@ void SendMail(const MailRecord* message, unsigned flags) {
   mail.read = &ReadText;
   LogRecipients(mail);
 
-  const OwnedMutex mutex = AcquireCommandLineMutex();
-  if (!mutex) return;
+  OwnedMutex turn = AcquireCommandLineMutex();
+  if (!turn) return;
   SendSettings settings;
   ReadSettings(&settings);
   Decide(&mail, settings, flags);
-  const SharedBlock block(MailBlockSize(mail));
-  if (!block) return LogNumber("MAPISendMail CreateFileMapping failed code=%u", GetLastError());
-  LogContents(mail);
-  WriteMailCommand(mail, block.bytes() + kCommandLineAt);
-  PassCommandLine(host, block);
+  HandOver(host, std::move(turn), MailBlockSize(mail), "MAPISendMail CreateFileMapping failed code=%u",
+           [&mail](char* line) {
+             LogContents(mail);
+             WriteMailCommand(mail, line);
+           });
 }
 
 void SendDocuments(const char* delimiter, const char* paths) {
@@ -131,13 +156,12 @@ void SendDocuments(const char* delimiter, const char* paths) {
   if (files.empty()) return;
   const HWND host = ExecWrenfold();
   if (host == nullptr) return;
-  const OwnedMutex mutex = AcquireCommandLineMutex();
-  if (!mutex) return;
+  OwnedMutex turn = AcquireCommandLineMutex();
+  if (!turn) return;
   const std::string_view separator = ReadText(delimiter).value_or(std::string_view());
-  const SharedBlock block(DocumentsBlockSize(files, separator));
-  if (!block) return LogNumber("MAPISendDocuments CreateFileMapping failed code=%u", GetLastError());
-  WriteDocumentsCommand(files, separator, block.bytes() + kCommandLineAt);
-  PassCommandLine(host, block);
+  HandOver(host, std::move(turn), DocumentsBlockSize(files, separator),
+           "MAPISendDocuments CreateFileMapping failed code=%u",
+           [&](char* line) { WriteDocumentsCommand(files, separator, line); });
 }
 
 }  // namespace wfinfo::mapi

@@ -9,22 +9,25 @@ namespace {
 
 constexpr DWORD kAnswerWaitMs = 1000;  // before the user is asked
 
-// Hands duplicates of the mapping and of `event` to the host and posts the request.
+// Hands duplicates of the mapping and of `event` to the host and posts the request. The host, which learns of
+// them by the message alone, keeps neither of them when that fails.
 bool Post(HWND frame, const SharedBlock& block, StoreRequest kind, HANDLE event) {
   const UniqueHandle host = OpenForHandles(frame);
-  const HANDLE mapping_in_host = DuplicateInto(host.get(), block.mapping());
-  const HANDLE event_in_host = DuplicateInto(host.get(), event);
-  if (mapping_in_host == nullptr || event_in_host == nullptr) {
+  LentHandle mapping_in_host(host.get(), block.mapping());
+  LentHandle event_in_host(mapping_in_host ? host.get() : nullptr, event);
+  if (!event_in_host) {
     LogNumber("MAPI DuplicateHandle failed code=%u", GetLastError());
     return false;
   }
-  block.as<StoreHead>().event = reinterpret_cast<std::uint64_t>(event_in_host);
-  if (PostMessageA(frame, kStoreRequest, static_cast<WPARAM>(kind),
-                   reinterpret_cast<LPARAM>(mapping_in_host))) {
-    return true;
+  block.as<StoreHead>().event = reinterpret_cast<std::uint64_t>(event_in_host.get());
+  if (!PostMessageA(frame, kStoreRequest, static_cast<WPARAM>(kind),
+                    reinterpret_cast<LPARAM>(mapping_in_host.get()))) {
+    Log("PostMessage failed.");
+    return false;
   }
-  Log("PostMessage failed.");
-  return false;
+  mapping_in_host.release();
+  event_in_host.release();
+  return true;
 }
 
 }  // namespace

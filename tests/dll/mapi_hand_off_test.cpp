@@ -133,6 +133,7 @@ TEST_F(Mapi, TheWaitForTheTurnDependsOnTheProcess) {
 
 TEST_F(Mapi, WithoutAMutexAMappingOrTheHostsProcessNothingIsHandedOver) {
   MapiHost mapi;
+  BoxCloser closer;
   const auto send = [] {
     MapiMessage message{};
     EXPECT_EQ(MAPISendMail(0, 0, &message, 0, 0), 0u);

@@ -1,5 +1,6 @@
 """Mails of programs that know only the system's Simple MAPI: client -> mapi32 -> WFINFO.dll -> wrenfold.exe -> outbox."""
 import email
+import email.message
 import email.policy
 import os
 import pathlib
@@ -157,6 +158,23 @@ class Sending(MapiTest):
             self.assertEqual(mail.get_content(), "本文です。\r\nソ表\r\n")
             self.assertEqual(mail["To"].addresses[0].display_name, "山田")
 
+    def test_recipients_in_utf_8_are_read_as_such(self):
+        self.send(0, "s", "t", "to", text_hex("山田 é"), text_hex("y@x.jp"), "to", text_hex("鈴木", "cp932"), text_hex("s@x.jp"),
+                  "cc", text_hex("김, 철수 (서울)"), text_hex("SMTP:k@x.jp"))
+        mail, = self.sent()
+        self.assertEqual([a.display_name for a in mail["To"].addresses], ["山田 é", "鈴木"])
+        self.assertEqual([a.display_name for a in mail["Cc"].addresses], ["김, 철수 (서울)"])
+
+    def test_file_names_in_utf_8_are_read_as_such(self):
+        file = self.write("a.txt", "one")
+        self.send(0, "s", "t", "to", "-", text_hex("a@x.jp"), "file", text_hex(windows_path(file)), text_hex("表示名 é.txt"))
+        if host.takes_any_path():
+            other = self.write("表 한.txt", "two")
+            self.assertEqual(self.client("documents", "-", text_hex(windows_path(other))).code, 0)
+        parts = [next(mail.iter_attachments()) for mail in self.sent(2 if host.takes_any_path() else 1)]
+        self.assertEqual([(part.get_filename(), part.get_content()) for part in parts],
+                         [("表示名 é.txt", b"one"), ("表 한.txt", b"two")][:len(parts)])
+
     def test_what_shift_jis_lacks_arrives_too(self):
         self.send(0, "é ü 한", "é", "to", "-", text_hex("a@x.jp"))
         mail, = self.sent()
@@ -264,6 +282,45 @@ class Reading(MapiTest):
         self.assertEqual(self.client("read", text_hex("attachments.eml"), PEEK | SUPPRESS_ATTACH).all("file.path"), [])
         self.assertIsNone(self.client("read", text_hex("attachments.eml"), PEEK | ENVELOPE_ONLY).one("text"))
 
+    def unix(self, path):
+        """A path that a reader was given, as this program opens it."""
+        if os.name == "nt":
+            return pathlib.Path(path.decode("cp932"))
+        text = subprocess.run(["winepath", "-u", path.decode("cp932")], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                              stdin=subprocess.DEVNULL, timeout=60).stdout.decode().strip()
+        return pathlib.Path(text)
+
+    def write_mail_with(self, *names):
+        mail = email.message.EmailMessage()
+        mail["Subject"] = "s"
+        mail.set_content("t")
+        for name in names:
+            mail.add_attachment(("content of " + name).encode(), "application", "octet-stream", filename=name)
+        (self.home / "mails/own.eml").write_bytes(mail.as_bytes())
+
+    def test_attachments_with_names_of_devices_are_files_all_the_same(self):
+        names = ["NUL", "AUX.txt", "com1.tar.gz", "COM\u00b9", "CON .txt", "lpt1", "a.txt. ", "b\U0001F600.txt", "NUL"]
+        self.write_mail_with(*names)
+        answer = self.client("read", text_hex("own.eml"), PEEK)
+        self.assertEqual(answer.code, 0)
+        paths = [self.unix(path) for path in answer.all("file.path")]
+        self.assertEqual([path.name for path in paths], ["_NUL", "_AUX.txt", "_com1.tar.gz", "_COM_", "_CON .txt", "_lpt1",
+                                                         "a.txt", "b__.txt", "2 _NUL"])
+        self.assertEqual([path.read_text() for path in paths], ["content of " + name for name in names])
+
+    def test_attachments_that_cannot_be_stored_fail_the_read(self):
+        self.write_mail_with("a.txt")
+        stored = self.unix(self.client("read", text_hex("own.eml"), PEEK).one("file.path"))
+        folder, aside = stored.parents[1], stored.parents[1].with_name("wrenfold.aside")
+        folder.rename(aside)
+        self.addCleanup(aside.rename, folder)
+        folder.write_text("a file where the folder should be")
+        self.addCleanup(folder.unlink)
+        answer = self.client("read", text_hex("own.eml"), 0)
+        self.assertEqual((answer.code, answer.pairs), (12, []))
+        self.assertEqual(self.client("read", text_hex("own.eml"), PEEK | SUPPRESS_ATTACH).code, 0)
+        self.assertIn("own.eml", self.find(UNREAD_ONLY))
+
     def test_reading_marks_read_but_peeking_does_not(self):
         self.client("read", text_hex("reply.eml"), PEEK)
         self.assertIn("reply.eml", self.find(UNREAD_ONLY))
@@ -351,6 +408,7 @@ class Registration(HostTest):
         self.assertTrue(before, "this system has a mail client of its own")
         result = run("--register-mapi", input="n\n")
         self.assertIn("Replace it with Wrenfold? [y/N]", result.out)
+        self.assertIn("32-bit programs cannot use Wrenfold", result.out)
         self.assertEqual((result.err, result.code), ("wrenfold: nothing was changed\n", 1))
         self.assertEqual(self.registry(), before)
         result = run("--register-mapi", input="y\n")

@@ -168,6 +168,31 @@ TEST(OutgoingMail, Recipients) {
   }
 }
 
+TEST(OutgoingMail, RecipientsAreReadAsTheirProgramsWroteThem) {
+  const struct {
+    const char* list;
+    const char* header;
+    const char* why;
+  } cases[] = {
+      {"\xE6\x97\xA5\xE6\x9C\xAC <n@x.jp>", "=?UTF-8?B?5pel5pys?= <n@x.jp>", "UTF-8"},
+      {"\x93\xFA\x96\x7B <n@x.jp>", "=?UTF-8?B?5pel5pys?= <n@x.jp>", "Shift-JIS"},
+      {"\xE6\x97\xA5 <a@x>, \x93\xFA <b@x>", "=?UTF-8?B?5pel?= <a@x>,\r\n =?UTF-8?B?5pel?= <b@x>",
+       "each on its own"},
+      {"\"\xE6\x97\xA5, x\" <a@x>", "=?UTF-8?B?5pelLCB4?= <a@x>", "a comma in quotes"},
+      {"\xE6\x97\xA5, \xE6\x9C\xAC <a@x>", "=?UTF-8?B?5pelLCDmnKw=?= <a@x>", "a comma in a name"},
+      {"\x1A\xE9\x80\x85 <a@x>", "=?UTF-8?B?w6k=?= <a@x>", "an escape is host text"},
+  };
+  for (const auto& row : cases) {
+    CommandLineRequest request;
+    request.to = request.cc = request.bcc = row.list;
+    const std::string mail = Composed(request);
+    for (const char* name : {"To", "Cc", "Bcc"}) {
+      EXPECT_NE(mail.find("\r\n" + std::string(name) + ": " + row.header + "\r\n"), std::string::npos)
+          << row.why << mail;
+    }
+  }
+}
+
 TEST(OutgoingMail, NothingBreaksOutOfAHeader) {
   CommandLineRequest request;
   request.subject = "a\r\nBcc: evil@x";
@@ -221,6 +246,36 @@ TEST_F(Folder, TheOutboxHoldsWholeMailsOnly) {
   EXPECT_EQ(read.attachments[0].file_name, "shown.txt");
   EXPECT_EQ(read.attachments[0].bytes, "content");
   EXPECT_NE(read.text.find("X-Wrenfold-Missing-File:"), std::string::npos);
+}
+
+// Paths and names in UTF-8 and Shift-JIS; of bytes that can be both, the file that is there decides.
+TEST_F(Folder, FilesAreFoundAsTheirProgramsNamedThem) {
+  const struct {
+    const char* file;  // UTF-8
+    const char* path;
+    const char* shown;
+    const char* name;  // UTF-8
+    const char* why;
+  } cases[] = {
+      {"\xE6\x97\xA5.txt", "\xE6\x97\xA5.txt", "", "\xE6\x97\xA5.txt", "a path in UTF-8"},
+      {"\xE6\x97\xA5.txt", "\x93\xFA.txt", "", "\xE6\x97\xA5.txt", "in Shift-JIS"},
+      {"a.txt", "a.txt", "\xE6\x97\xA5.txt", "\xE6\x97\xA5.txt", "a name in UTF-8"},
+      {"a.txt", "a.txt", "\x93\xFA.txt", "\xE6\x97\xA5.txt", "in Shift-JIS"},
+      {"\xEF\xBE\x83\xEF\xBD\xA9.txt", "\xC3\xA9.txt", "", "\xEF\xBE\x83\xEF\xBD\xA9.txt",
+       "half-width katakana whose bytes are UTF-8 too"},
+  };
+  for (const auto& row : cases) {
+    fs::remove_all(folder_);
+    fs::create_directories(folder_);
+    Write(row.file, "content");
+    CommandLineRequest request;
+    request.files = {{folder_.string() + "/" + row.path, row.shown}};
+    EXPECT_EQ(PutIntoOutbox(request, kStamp, folder_ / "box"), std::nullopt);
+    const HostMessage read = MakeHostMessage(MapiStore(folder_ / "box").Read("u-1.eml").value_or(""));
+    ASSERT_EQ(read.attachments.size(), 1u) << row.why << read.text;
+    EXPECT_EQ(SystemCharsets().HostToUtf8(read.attachments[0].file_name), row.name) << row.why;
+    EXPECT_EQ(read.attachments[0].bytes, "content") << row.why;
+  }
 }
 
 TEST_F(Folder, AnOutboxThatCannotBeWrittenIsToldOf) {
@@ -292,6 +347,29 @@ TEST(MapiImage, TheLibraryReadsWhatTheHostWrites) {
     EXPECT_STREQ(mail.files[0].path, "C:\\t\\a");
     EXPECT_STREQ(mail.files[0].file_name, "a");
   }
+}
+
+// Leaves dirt where the next call has its locals.
+__attribute__((noinline)) void DirtyStack() {
+  volatile char dirt[16384];
+  for (volatile char& byte : dirt) byte = '\xA5';
+}
+
+TEST(MapiImage, HoldsNothingBetweenItsMembers) {
+  const HostMessage message = MakeHostMessage("From: j@x\r\nTo: a@x, b@x\r\nSubject: s\r\n\r\n");
+  DirtyStack();
+  std::vector<char> image = MakeMessageImage(message, {{"C:\\t\\a", "a"}, {"C:\\t\\b", "b"}}, true, 0);
+  const auto zero = [&](std::size_t at, std::size_t size) {
+    return std::string_view(image.data(), image.size()).substr(at, size) == std::string(size, '\0');
+  };
+  wfinfo::mapi::MailRecord mail;
+  std::memcpy(&mail, image.data(), sizeof mail);
+  for (const std::size_t gap : {4, 52, 68, 84}) EXPECT_TRUE(zero(gap, 4)) << gap;
+  const auto sender = reinterpret_cast<std::size_t>(mail.originator);
+  const auto recipients = reinterpret_cast<std::size_t>(mail.recipients);
+  for (const std::size_t start : {sender, recipients, recipients + 40}) EXPECT_TRUE(zero(start + 24, 16));
+  const auto files = reinterpret_cast<std::size_t>(mail.files);
+  for (const std::size_t start : {files, files + 40}) EXPECT_TRUE(zero(start + 12, 4) && zero(start + 32, 8));
 }
 
 TEST(MapiSettings, AreReadLineByLine) {

@@ -50,6 +50,7 @@ void MapiHost::TakeCommandLine(HANDLE mapping) {
   const Block block(mapping);
   EXPECT_EQ(*reinterpret_cast<std::uint64_t*>(block.bytes()), 0u);
   lines.emplace_back(block.bytes() + 8);
+  if (see_line) see_line(block);
   if (window != nullptr) *reinterpret_cast<HWND*>(block.bytes()) = window;
 }
 
@@ -66,6 +67,16 @@ void MapiHost::Signal() {
   SetEvent(event);
   CloseHandle(event);
   event = nullptr;
+}
+
+int OpenHandles() {
+  constexpr ULONG_PTR kLast = 0x8000;  // handles are multiples of 4, the smallest free one is given out first
+  int count = 0;
+  for (ULONG_PTR handle = 4; handle < kLast; handle += 4) {
+    DWORD flags = 0;
+    if (GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags)) ++count;
+  }
+  return count;
 }
 
 LogLines::LogLines() {

@@ -34,6 +34,12 @@ class Block {
   Block(const Block&) = delete;
   Block& operator=(const Block&) = delete;
   char* bytes() const { return static_cast<char*>(view_); }
+  // All bytes that the host can see, up to the end of the last page.
+  std::string All() const {
+    MEMORY_BASIC_INFORMATION region{};
+    VirtualQuery(view_, &region, sizeof region);
+    return {bytes(), region.RegionSize};
+  }
   template <class Layout>
   Layout& as() const {
     return *static_cast<Layout*>(view_);
@@ -58,16 +64,20 @@ class MapiHost {
   std::vector<std::string> lines;  // command lines that came
   std::vector<unsigned> kinds;     // store requests that came
   int readiness_queries = 0;
-  std::function<void(const Block&)> answer;  // fills in the block of a store request
-  bool answers = true;                       // else the event is kept until Signal
-  HANDLE event = nullptr;                    // of the store request that waits
-  HWND window = nullptr;                     // to be brought to the foreground
+  std::function<void(const Block&)> answer;    // fills in the block of a store request
+  std::function<void(const Block&)> see_line;  // looks at the block of a command line
+  bool answers = true;                         // else the event is kept until Signal
+  HANDLE event = nullptr;                      // of the store request that waits
+  HWND window = nullptr;                       // to be brought to the foreground
 
  private:
   bool Receive(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result);
   void TakeCommandLine(HANDLE mapping);
   void TakeStoreRequest(unsigned kind, HANDLE mapping);
 };
+
+// Handles that are open in this process, counted one by one: what the system counts is always 0 under Wine.
+int OpenHandles();
 
 // Collects the library's log lines.
 class LogLines {
