@@ -12,7 +12,10 @@ extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE ins
     wfinfo::ArmStackGuard();
     wfinfo::g_hInstance = instance;
   }
-  if (reason == DLL_THREAD_DETACH) wfinfo::CloseThreadSession();
+  if (reason == DLL_THREAD_DETACH) {
+    wfinfo::CloseThreadSession();
+    wfinfo::ForgetTimersOfThread();
+  }
   if (reason == DLL_PROCESS_DETACH) {
     // Neither may be left to call code that is gone.
     wfinfo::KillAutoPushTimer();

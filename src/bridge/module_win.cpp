@@ -47,8 +47,13 @@ HMODULE LoadFromSystemDirectory(const char* name) {
   return LoadLibraryA(path);
 }
 
+HMODULE HoldLoadedModule(const char* name) {
+  HMODULE module = nullptr;
+  return GetModuleHandleExA(0, name, &module) ? module : nullptr;
+}
+
 HMODULE LoadSystemLibrary(const char* name) {
-  HMODULE module = GetModuleHandleA(name);
+  HMODULE module = HoldLoadedModule(name);
   if (module == nullptr) module = LoadFromSystemDirectory(name);
   return module != nullptr ? module : LoadLibraryA(name);
 }

@@ -11,31 +11,31 @@ RegistryBinding Bind() {
       PathBesideLibrary("TmRegIni.dll", path, sizeof path) ? LoadLibraryA(path) : nullptr;
   RegistryBinding bound{};
   if (redirection != nullptr) {
+    bound.module = redirection;
     bound.open_key = ProcOf<decltype(bound.open_key)>(redirection, "TmRegOpenKeyEx");
     bound.query_value = ProcOf<decltype(bound.query_value)>(redirection, "TmRegQueryValueEx");
     bound.close_key = ProcOf<decltype(bound.close_key)>(redirection, "TmRegCloseKey");
     return bound;
   }
-  HMODULE advapi = GetModuleHandleA("ADVAPI32.DLL");
+  HMODULE advapi = HoldLoadedModule("ADVAPI32.DLL");
   if (advapi == nullptr) advapi = LoadLibraryA("ADVAPI32.DLL");
   if (advapi == nullptr) return bound;
+  bound.module = advapi;
   bound.open_key = ProcOf<decltype(bound.open_key)>(advapi, "RegOpenKeyExA");
   bound.query_value = ProcOf<decltype(bound.query_value)>(advapi, "RegQueryValueExA");
   bound.close_key = ProcOf<decltype(bound.close_key)>(advapi, "RegCloseKey");
   return bound;
 }
 
-RegistryBinding g_registry;
-bool g_registryBound = false;
+constexpr RegistryBinding kNoRegistry{};
+std::atomic<const RegistryBinding*> g_registry = nullptr;
 
 }  // namespace
 
 const RegistryBinding& Registry() {
-  if (!g_registryBound) {
-    g_registry = Bind();
-    g_registryBound = true;
-  }
-  return g_registry;
+  const RegistryBinding* bound = g_registry.load(std::memory_order_acquire);
+  if (bound == nullptr) bound = PublishFirst(g_registry, Bind());
+  return bound != nullptr ? *bound : kNoRegistry;
 }
 
 ConfigKey::ConfigKey(REGSAM access) {

@@ -7,6 +7,7 @@ namespace wfinfo {
 
 // The three registry functions, with the signatures of advapi32's. A slot is null when it could not be bound.
 struct RegistryBinding {
+  HMODULE module;  // null when there is none; never given back
   decltype(&RegOpenKeyExA) open_key;
   decltype(&RegQueryValueExA) query_value;
   decltype(&RegCloseKey) close_key;

@@ -2,6 +2,7 @@
 // on the caller's thread. The system's answer is returned as it is, structures packed into one number.
 #include <windows.h>
 
+#include <atomic>
 #include <cstdint>
 #include <cwchar>
 #include <initializer_list>
@@ -40,12 +41,21 @@ using ShellExecuteFunction = HINSTANCE(WINAPI*)(HWND window, const wchar_t* oper
                                                 const wchar_t* parameters, const wchar_t* directory,
                                                 int show);
 
-// Bound at the first use: shell32 brings much with it.
+struct ShellBinding {
+  HMODULE module;  // held for the life of the process
+  ShellExecuteFunction execute;
+};
+std::atomic<const ShellBinding*> g_shell = nullptr;
+
+// Bound at the first use: shell32 brings much with it. Null when it cannot be.
 ShellExecuteFunction BoundShellExecute() {
-  static ShellExecuteFunction function = nullptr;
-  if (function == nullptr)
-    function = ProcOf<ShellExecuteFunction>(LoadSystemLibrary("SHELL32.DLL"), "ShellExecuteW");
-  return function;
+  const ShellBinding* bound = g_shell.load(std::memory_order_acquire);
+  if (bound == nullptr) {
+    const HMODULE module = LoadSystemLibrary("SHELL32.DLL");
+    if (module == nullptr) return nullptr;
+    bound = PublishFirst(g_shell, {module, ProcOf<ShellExecuteFunction>(module, "ShellExecuteW")});
+  }
+  return bound != nullptr ? bound->execute : nullptr;
 }
 
 // UTF-16 that the system can show: null, or readable up to its end.

@@ -39,6 +39,18 @@ bool EmptyOutput(Archiver& archiver) {
   return archiver.output != nullptr;
 }
 
+// Calls the archiver, which may show windows meanwhile: a macro that runs behind them may free it, so the
+// call has a reference of its own.
+int Call(Archiver& archiver, EntryPoint run, HWND window, const char* command_line) {
+  HMODULE held = nullptr;
+  GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(run), &held);
+  ++archiver.calls;
+  const int result = run(window, command_line, archiver.output, kArchiverOutputSize);
+  --archiver.calls;
+  if (held != nullptr) FreeLibrary(held);
+  return result;
+}
+
 }  // namespace
 
 int LoadArchiver(Archiver& archiver) {
@@ -49,7 +61,7 @@ int LoadArchiver(Archiver& archiver) {
 
 int FreeArchiver(Archiver& archiver) {
   if (archiver.module != nullptr) FreeLibrary(std::exchange(archiver.module, nullptr));
-  LocalFree(std::exchange(archiver.output, nullptr));
+  if (archiver.calls == 0) LocalFree(std::exchange(archiver.output, nullptr));
   return 0;
 }
 
@@ -65,10 +77,9 @@ int RunArchiver(Archiver& archiver, HWND window, const char* command_line) {
     ReportError(archiver.missing_entry);  // the archiver stays loaded
     return kNotCalled;
   }
-  const int result = run(window, command_line, archiver.output, kArchiverOutputSize);
-  // An archiver that fills the buffer whole must not leave it open; one that unloaded itself has freed it.
-  if (archiver.output != nullptr) archiver.output[kArchiverOutputSize - 1] = '\0';
-  if (!was_loaded) FreeArchiver(archiver);
+  const int result = Call(archiver, run, window, command_line);
+  archiver.output[kArchiverOutputSize - 1] = '\0';  // an archiver that fills the buffer leaves it open
+  if (!was_loaded || archiver.module == nullptr) FreeArchiver(archiver);
   return result;
 }
 

@@ -20,6 +20,7 @@ struct Archiver {
 
   HMODULE module = nullptr;  // null: not loaded
   char* output = nullptr;    // kArchiverOutputSize zeroed bytes, from the first call on
+  int calls = 0;             // that the archiver is working on, one inside the other
 };
 
 extern Archiver g_lha;
@@ -28,7 +29,7 @@ extern Archiver g_zip;
 // 1 when the archiver is loaded, already or now; 0, silently, when it cannot be.
 int LoadArchiver(Archiver& archiver);
 
-// Unloads the archiver and frees its output. Always 0.
+// Unloads the archiver and frees its output; while it is at work, as soon as that is done. Always 0.
 int FreeArchiver(Archiver& archiver);
 
 // Runs a command line, which goes to the archiver unchecked. The archiver's result, or -1 after a report when

@@ -1,6 +1,7 @@
 #include "external/child_process_win.h"
 
 #include <cstring>
+#include <cwchar>
 #include <string_view>
 
 #include "external/pgp_system_win.h"
@@ -18,18 +19,33 @@ WipedBuffer::~WipedBuffer() {
   SetLastError(last_error);
 }
 
+namespace {
+
+// The path in the system's code page; false when that does not hold all of it. A letter that only comes near
+// would name another folder.
+bool ConvertExactly(const wchar_t* path, char (&converted)[MAX_PATH]) {
+  wchar_t back[MAX_PATH];
+  return WideCharToMultiByte(CP_ACP, 0, path, -1, converted, MAX_PATH, nullptr, nullptr) != 0 &&
+         MultiByteToWideChar(CP_ACP, 0, converted, -1, back, MAX_PATH) != 0 && std::wcscmp(path, back) == 0;
+}
+
+}  // namespace
+
 GnupgProgram FindGnupg() {
+  constexpr struct {
+    const char* name;
+    const wchar_t* wide_name;
+  } kNames[] = {{"gpg.exe", L"gpg.exe"}, {"gpg2.exe", L"gpg2.exe"}};
   GnupgProgram program = {};
-  for (const char* const name : {"gpg.exe", "gpg2.exe"}) {
-    char* file_name;
-    const DWORD length = SearchPathA(nullptr, name, nullptr, sizeof program.path, program.path, &file_name);
+  program.name = kNames[0].name;
+  for (const auto& [name, wide_name] : kNames) {
+    wchar_t path[MAX_PATH];
+    const DWORD length = SearchPathW(nullptr, wide_name, nullptr, MAX_PATH, path, nullptr);
     if (length == 0) continue;
     program.name = name;
-    if (length >= sizeof program.path) program.path[0] = '\0';
-    return program;
+    if (length >= MAX_PATH || !ConvertExactly(path, program.path)) program.path[0] = '\0';
+    break;
   }
-  program.name = "gpg.exe";
-  program.path[0] = '\0';
   return program;
 }
 

@@ -25,7 +25,7 @@ class WipedBuffer {
 };
 
 // Which GnuPG there is: "gpg.exe" or "gpg2.exe" and where the search path has it, "" when it has none or the
-// path is too long.
+// path is too long or not of the system's code page.
 struct GnupgProgram {
   const char* name;
   char path[MAX_PATH];

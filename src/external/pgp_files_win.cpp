@@ -36,7 +36,8 @@ PgpFiles::~PgpFiles() {
 
 void PgpFiles::Begin() {
   begun_ = true;
-  DeletePatiently({kPgpOutput});
+  if (DeletePatiently({kPgpOutput})) return;
+  has_stale_output_ = !Open(kPgpOutput, GENERIC_WRITE, TRUNCATE_EXISTING);
 }
 
 PgpFiles::Path PgpFiles::PathOf(const char* name) const {
@@ -54,10 +55,13 @@ UniqueFile PgpFiles::Create(const char* name, bool inheritable) const {
                                             FILE_ATTRIBUTE_ARCHIVE, nullptr));
 }
 
-UniqueFile PgpFiles::OpenExisting(const char* name) const {
-  return UniqueFile(g_pgpSystem.create_file(PathOf(name).text, GENERIC_READ,
-                                            FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+UniqueFile PgpFiles::Open(const char* name, DWORD access, DWORD disposition) const {
+  return UniqueFile(g_pgpSystem.create_file(PathOf(name).text, access, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                            nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+UniqueFile PgpFiles::OpenOutput() const {
+  return has_stale_output_ ? UniqueFile() : Open(kPgpOutput, GENERIC_READ, OPEN_EXISTING);
 }
 
 bool PgpFiles::Write(const char* name, std::string_view contents) const {
@@ -74,15 +78,25 @@ bool PgpFiles::Write(const char* name, std::string_view contents) const {
 }
 
 bool PgpFiles::Delete(const char* name) const {
-  // A file that is on its way out already denies access: that one needs no second try.
-  return g_pgpSystem.delete_file(PathOf(name).text) || GetLastError() != ERROR_SHARING_VIOLATION;
+  const Path path = PathOf(name);
+  if (g_pgpSystem.delete_file(path.text)) return true;
+  const DWORD error = GetLastError();
+  if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return true;
+  if (error == ERROR_SHARING_VIOLATION) return false;
+  const DWORD attributes = GetFileAttributesW(path.text);
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0 &&
+      SetFileAttributesW(path.text, FILE_ATTRIBUTE_NORMAL) && g_pgpSystem.delete_file(path.text)) {
+    return true;
+  }
+  // A file that is on its way out already denies access too: its name does not open any more.
+  return !Open(name, GENERIC_READ, OPEN_EXISTING) && GetLastError() != ERROR_SHARING_VIOLATION;
 }
 
-void PgpFiles::DeletePatiently(std::initializer_list<const char*> names) const {
+bool PgpFiles::DeletePatiently(std::initializer_list<const char*> names) const {
   for (int tries = patient_ ? kDeleteTries : 1;; Sleep(kDeletePauseMs)) {
     bool all_gone = true;
     for (const char* const name : names) all_gone &= Delete(name);
-    if (all_gone || --tries == 0) return;
+    if (all_gone || --tries == 0) return all_gone;
   }
 }
 

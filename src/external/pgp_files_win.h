@@ -23,8 +23,8 @@ class PgpFiles {
   PgpFiles(const PgpFiles&) = delete;
   PgpFiles& operator=(const PgpFiles&) = delete;
 
-  // From here on there may be files to delete. An output left behind by an earlier run goes at once: it must
-  // not be taken for this run's.
+  // From here on there may be files to delete. An output left behind by an earlier run goes at once; one that
+  // cannot be deleted is emptied.
   void Begin();
   // The program goes on without us and keeps what it has opened.
   void LeaveToProgram() { patient_ = false; }
@@ -33,20 +33,25 @@ class PgpFiles {
   bool Write(const char* name, std::string_view contents) const;
   // A new, empty file.
   UniqueFile Create(const char* name, bool inheritable) const;
-  UniqueFile OpenExisting(const char* name) const;
+  // What the program wrote. None when an earlier output is still there with its contents: nobody could tell
+  // whose it is.
+  UniqueFile OpenOutput() const;
 
  private:
   struct Path {
     wchar_t text[MAX_PATH + 16];
   };
   Path PathOf(const char* name) const;
-  // False: the file is in use.
+  UniqueFile Open(const char* name, DWORD access, DWORD disposition) const;
+  // False: the file is still there, and may be deletable later.
   bool Delete(const char* name) const;
-  void DeletePatiently(std::initializer_list<const char*> names) const;
+  // True when all of them have gone.
+  bool DeletePatiently(std::initializer_list<const char*> names) const;
 
   wchar_t folder_[MAX_PATH];  // with its backslash; "" when it is too long: the names stand alone then
   bool with_signed_data_;
   bool begun_ = false;
+  bool has_stale_output_ = false;
   bool patient_ = true;
 };
 

@@ -132,7 +132,15 @@ void Stop(HANDLE process) {
   g_pgpSystem.wait(process, kStopMs);
 }
 
+// Once the thread has been told to end, every dialog ends at once and nobody can be asked.
+bool IsTimeToQuit() {
+  MSG message;
+  return PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) && message.message == WM_QUIT;
+}
+
+// A program that nobody can be asked about is stopped: its files hold clear text.
 bool UserWantsToStop(const Job& job) {
+  if (IsTimeToQuit()) return true;
   return MessageBoxA(MessageBoxOwner(), Chosen(job.wording.stop), "PGP/GnuPG", MB_YESNO | MB_ICONQUESTION) ==
          IDYES;
 }
@@ -181,7 +189,7 @@ void KeepMessages(HANDLE messages) {
 
 // What the program wrote, null when it wrote nothing.
 UniqueLocal ReadOutput(const PgpFiles& files) {
-  const UniqueFile file = files.OpenExisting(kPgpOutput);
+  const UniqueFile file = files.OpenOutput();
   return file ? ReadWholeFile(file.get(), kSpareBytes) : UniqueLocal();
 }
 

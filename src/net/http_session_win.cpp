@@ -1,7 +1,9 @@
 #include "net/http_session_win.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "bridge/report_win.h"
 #include "bridge/results_win.h"
@@ -32,22 +34,28 @@ constexpr SIZE_T kLeastRoom = 8192;  // with less the buffer grows before the ne
 struct SessionTable {
   InetSession entries[kMostSessions];
   int count;
-  HANDLE mutex;
+  std::atomic<HANDLE> mutex;
 };
-SessionTable g_inetSessions;
+constinit SessionTable g_inetSessions{};
+
+// The mutex, owned; two threads may come first at once.
+HANDLE TakeTable() {
+  HANDLE mutex = g_inetSessions.mutex.load(std::memory_order_acquire);
+  if (mutex == nullptr) {
+    const HANDLE mine = CreateMutexA(nullptr, TRUE, nullptr);
+    if (g_inetSessions.mutex.compare_exchange_strong(mutex, mine, std::memory_order_acq_rel)) return mine;
+    CloseHandle(mine);
+  }
+  WaitForSingleObject(mutex, kTableWait_ms);
+  return mutex;
+}
 
 // Holds the table. A wait that times out is ignored, on purpose: a stuck thread must not stop the others for
 // ever.
 class TableLock {
  public:
-  TableLock() {
-    if (g_inetSessions.mutex == nullptr) {
-      g_inetSessions.mutex = CreateMutexA(nullptr, TRUE, nullptr);
-    } else {
-      WaitForSingleObject(g_inetSessions.mutex, kTableWait_ms);
-    }
-  }
-  ~TableLock() { ReleaseMutex(g_inetSessions.mutex); }
+  TableLock() : mutex_(TakeTable()) {}
+  ~TableLock() { ReleaseMutex(mutex_); }
   TableLock(const TableLock&) = delete;
   TableLock& operator=(const TableLock&) = delete;
 
@@ -60,12 +68,15 @@ class TableLock {
     return nullptr;
   }
   bool IsFull() const { return g_inetSessions.count >= kMostSessions; }
+
+ private:
+  const HANDLE mutex_;
 };
 
 bool HasTable() { return g_inetSessions.mutex != nullptr; }
 
 void CloseHandleOf(HINTERNET& handle) {
-  if (handle != nullptr) g_winInet.InternetCloseHandle(handle);
+  if (handle != nullptr) WinInet().InternetCloseHandle(handle);
   handle = nullptr;
 }
 
@@ -85,7 +96,11 @@ void CloseSession(InetSession& session) {
 
 void ReportTooMany() { ReportError("WFINFO.DLL Inet_OpenUrl: Too many internet sessions."); }
 
-// A copy of the calling thread's entry to work on without the lock; false when the thread has none.
+// Error callbacks, and whatever else runs while this thread shows a message box, may call these functions
+// again: an entry is looked up anew after each report and each call into WinINet, and nothing that such a
+// call may free is used after it.
+
+// A copy of the calling thread's entry to look at without the lock; false when the thread has none.
 bool CopySession(InetSession& copy) {
   if (!HasTable()) return false;
   const TableLock lock;
@@ -95,28 +110,36 @@ bool CopySession(InetSession& copy) {
   return true;
 }
 
-// The copy that Inet_OpenUrl works on: the thread's entry with its request closed, or a fresh one.
-bool BeginOpen(InetSession& copy) {
+// Closes the request of the thread's entry and gives its internet handle, null without an entry. False when
+// there is no room for a new one.
+bool BeginOpen(HINTERNET& internet) {
   const TableLock lock;
   InetSession* const entry = lock.Find();
   if (entry == nullptr && lock.IsFull()) return false;
-  if (entry != nullptr) {
-    CloseHandleOf(entry->request);
-    copy = *entry;
-  } else {
-    copy = {};
-    copy.thread_id = GetCurrentThreadId();
-  }
+  if (entry != nullptr) CloseHandleOf(entry->request);
+  internet = entry != nullptr ? entry->internet : nullptr;
   return true;
 }
 
-bool KeepOpened(const InetSession& opened) {
+enum class Kept { kYes, kTableIsFull, kClosedMeanwhile };
+
+// Puts what was opened into the table. `is_new`: the internet handle was opened for it.
+Kept KeepOpened(HINTERNET internet, HINTERNET request, bool is_new) {
   const TableLock lock;
   InetSession* entry = lock.Find();
-  if (entry == nullptr && lock.IsFull()) return false;
-  if (entry == nullptr) entry = &g_inetSessions.entries[g_inetSessions.count++];
-  *entry = opened;
-  return true;
+  // Its internet handle was closed, and the request with it.
+  if (!is_new && (entry == nullptr || entry->internet != internet)) return Kept::kClosedMeanwhile;
+  if (entry == nullptr && lock.IsFull()) return Kept::kTableIsFull;
+  if (entry == nullptr) {
+    entry = &g_inetSessions.entries[g_inetSessions.count++];
+    *entry = {
+        .internet = internet, .request = {}, .buffer = {}, .data = {}, .thread_id = GetCurrentThreadId()};
+  }
+  CloseHandleOf(entry->request);  // which an open in between has put there
+  if (entry->internet != internet) CloseHandleOf(entry->internet);
+  entry->internet = internet;
+  entry->request = request;
+  return Kept::kYes;
 }
 
 // --- Reading a body ------------------------------------------------------------------------------------
@@ -153,20 +176,59 @@ bool Grow(InetSession& session, SIZE_T& capacity) {
   return moved != nullptr;
 }
 
-// Reads up to `room` bytes. Their number, or -1 after a report.
+// Whether the thread's request is still the one that is being read.
+bool IsOpenStill(const InetSession& session) {
+  const TableLock lock;
+  const InetSession* const entry = lock.Find();
+  return entry != nullptr && entry->request == session.request;
+}
+
+// Reads up to `room` bytes. Their number; -1 after a report, or silently when the request was closed
+// meanwhile.
 long long ReadSome(const InetSession& session, SIZE_T used, SIZE_T room) {
   INTERNET_BUFFERSA record{};
   record.dwStructSize = sizeof record;
   record.lpvBuffer = session.data + used;
   record.dwBufferLength = static_cast<DWORD>(room);
-  if (g_winInet.InternetReadFileExA(session.request, &record, IRF_SYNC, 0)) return record.dwBufferLength;
+  if (WinInet().InternetReadFileExA(session.request, &record, IRF_SYNC, 0)) return record.dwBufferLength;
+  const DWORD error = GetLastError();
+  if (!IsOpenStill(session)) return -1;
   char text[128];
-  wsprintfA(text, "WFINFO.DLL Inet_DoRead: InternetReadFile failed, error code=%u", GetLastError());
+  wsprintfA(text, "WFINFO.DLL Inet_DoRead: InternetReadFile failed, error code=%u", error);
   ReportError(text);
   return -1;
 }
 
-// The bytes of the whole body, or what could be read of it; -1 after a failed read.
+// Takes the thread's buffer out of the table for a read, so that nobody else writes to it or frees it. False
+// when the thread has no entry.
+bool BeginRead(InetSession& session) {
+  if (!HasTable()) return false;
+  const TableLock lock;
+  InetSession* const entry = lock.Find();
+  if (entry == nullptr) return false;
+  session = *entry;
+  entry->buffer = nullptr;
+  entry->data = nullptr;
+  return true;
+}
+
+// Puts the buffer into the thread's entry, in place of one that a read in between has left there; false, with
+// the buffer freed, when the entry has gone meanwhile.
+bool EndRead(InetSession& session) {
+  const TableLock lock;
+  InetSession* const entry = lock.Find();
+  if (entry == nullptr) {
+    FreeBufferOf(session);
+    return false;
+  }
+  FreeBufferOf(*entry);
+  entry->buffer = session.buffer;
+  entry->data = session.data;
+  return true;
+}
+
+// The bytes of the whole body, or what could be read of it; -1 after a failed read, and when the request was
+// closed or replaced before the end.
 long long ReadAll(InetSession& session, SIZE_T capacity) {
   SIZE_T used = 0;
   for (;;) {
@@ -180,16 +242,8 @@ long long ReadAll(InetSession& session, SIZE_T capacity) {
     const long long length = ReadSome(session, used, room);
     if (length <= 0) return length < 0 ? -1 : static_cast<long long>(used);
     used += static_cast<SIZE_T>(length);
+    if (!IsOpenStill(session)) return -1;
   }
-}
-
-// Writes the copy back to the table; false when the thread's entry has gone meanwhile.
-bool WriteBack(const InetSession& session) {
-  const TableLock lock;
-  InetSession* const entry = lock.Find();
-  if (entry == nullptr) return false;
-  *entry = session;
-  return true;
 }
 
 }  // namespace
@@ -199,53 +253,42 @@ long long OpenUrl(const char* url) {
     ReportError("WFINFO.DLL Inet_OpenUrl: WININET.DLL load failed.");
     return 0;
   }
-  InetSession session;
-  if (!BeginOpen(session)) {
+  HINTERNET internet;
+  if (!BeginOpen(internet)) {
     ReportTooMany();
     return -1;
   }
-  const bool first = session.internet == nullptr;
-  if (first) {
-    session.internet = g_winInet.InternetOpenA(kUserAgent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0);
-    if (session.internet == nullptr) {
+  const bool is_new = internet == nullptr;
+  if (is_new) {
+    internet = WinInet().InternetOpenA(kUserAgent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0);
+    if (internet == nullptr) {
       ReportError("WFINFO.DLL Inet_OpenUrl: InternetOpen failed.");
       return -1;
     }
   }
-  session.request = g_winInet.InternetOpenUrlA(session.internet, url, "", 0, kOpenFlags, 0);
-  if (session.request == nullptr) {
-    if (first) CloseHandleOf(session.internet);  // no table entry holds it
-    return -1;
-  }
-  if (!KeepOpened(session)) {
-    CloseSession(session);
-    ReportTooMany();
-    return -1;
-  }
-  return static_cast<long long>(reinterpret_cast<INT_PTR>(session.request));
+  HINTERNET request = WinInet().InternetOpenUrlA(internet, url, "", 0, kOpenFlags, 0);
+  const Kept kept = request != nullptr ? KeepOpened(internet, request, is_new) : Kept::kClosedMeanwhile;
+  if (kept == Kept::kYes) return static_cast<long long>(reinterpret_cast<INT_PTR>(request));
+  CloseHandleOf(request);
+  if (is_new) CloseHandleOf(internet);  // no table entry holds it
+  if (kept == Kept::kTableIsFull) ReportTooMany();
+  return -1;
 }
 
 const char* ReadBody() {
   InetSession session;
-  if (!CopySession(session)) {
+  if (!BeginRead(session)) {
     ReportError("WFINFO.DLL Inet_DoRead: Inet_OpenUrl not yet");
     return nullptr;
   }
-  const bool had_buffer = session.buffer != nullptr;
   const SIZE_T capacity = PrepareBuffer(session);
   if (capacity == 0) {
     ReportError("WFINFO.DLL Inet_DoRead: failed to allocate memory.");
     return nullptr;
   }
   const long long used = ReadAll(session, capacity);
-  if (used < 0) {
-    if (!had_buffer) FreeBufferOf(session);  // the table does not know it
-    return nullptr;
-  }
-  session.data[used] = '\0';
-  if (WriteBack(session)) return session.data;
-  FreeBufferOf(session);
-  return nullptr;
+  if (used >= 0) session.data[used] = '\0';
+  return EndRead(session) && used >= 0 ? session.data : nullptr;
 }
 
 const char* QueryHttpInfo(DWORD info_level) {
@@ -254,10 +297,11 @@ const char* QueryHttpInfo(DWORD info_level) {
     ReportError("WFINFO.DLL Inet_GetResponseInfo: Inet_OpenUrl not yet.");
     return nullptr;
   }
-  char value[kShortResultSize];
+  // With HTTP_QUERY_CUSTOM the buffer is read first, for the name of a header: it says "" then.
+  char value[kShortResultSize] = {};
   DWORD length = sizeof value - 1;
   DWORD index = 0;
-  if (!g_winInet.HttpQueryInfoA(session.request, info_level, value, &length, &index)) return nullptr;
+  if (!WinInet().HttpQueryInfoA(session.request, info_level, value, &length, &index)) return nullptr;
   value[length] = '\0';
   return *value != '\0' ? ReturnText(value) : nullptr;
 }
@@ -268,7 +312,7 @@ long long LastResponseCode() {
     return -1;
   }
   DWORD number = 0;
-  return g_winInet.InternetGetLastResponseInfoA(&number, nullptr, nullptr) ? static_cast<long long>(number)
+  return WinInet().InternetGetLastResponseInfoA(&number, nullptr, nullptr) ? static_cast<long long>(number)
                                                                            : -1;
 }
 

@@ -3,6 +3,7 @@
 #include "net/winsock_binding_win.h"
 
 #include <cstring>
+#include <optional>
 
 #include "bridge/module_win.h"
 #include "bridge/report_win.h"
@@ -39,8 +40,8 @@ int g_receivedCount = 0;
 bool g_waiting = false;  // while ReceiveAnswer waits
 
 void CloseConnection() {
-  g_winSock.shutdown(g_socket, SD_BOTH);
-  g_winSock.closesocket(g_socket);
+  WinSock().shutdown(g_socket, SD_BOTH);
+  WinSock().closesocket(g_socket);
   g_socket = 0;
 }
 
@@ -54,8 +55,8 @@ void EndExchange() {
 void ReadPending() {
   int room = kBufferUsed - g_receivedCount;
   while (room > kFullBelow) {
-    const int length = g_winSock.recv(g_socket, g_received + g_receivedCount, room, 0);
-    if (length == SOCKET_ERROR && g_winSock.WSAGetLastError() == WSAEWOULDBLOCK) return;
+    const int length = WinSock().recv(g_socket, g_received + g_receivedCount, room, 0);
+    if (length == SOCKET_ERROR && WinSock().WSAGetLastError() == WSAEWOULDBLOCK) return;
     if (length <= 0) break;
     g_receivedCount += length;
     room -= length;
@@ -81,20 +82,28 @@ HWND MakeProxyWindow() {
   return window;
 }
 
-// Takes this window's socket messages only; the thread's other messages stay queued.
+// Takes this window's socket messages only; the thread's other messages stay queued. WM_QUIT comes whatever
+// is asked for: the exchange goes on to its end, which is near, and then the thread is told again.
 void PumpUntilDone(HWND window) {
   const DWORD start = GetTickCount();
+  std::optional<int> quit;  // exit code
   do {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, kPumpWait_ms, QS_ALLPOSTMESSAGE);
     MSG message;
-    if (PeekMessageA(&message, window, kSocketEvent, kSocketEvent, PM_REMOVE)) DispatchMessageA(&message);
+    if (!PeekMessageA(&message, window, kSocketEvent, kSocketEvent, PM_REMOVE)) continue;
+    if (message.message == WM_QUIT) {
+      quit = static_cast<int>(message.wParam);
+    } else {
+      DispatchMessageA(&message);
+    }
   } while (g_waiting && GetTickCount() - start <= kReceiveLimit_ms);
+  if (quit) PostQuitMessage(*quit);
 }
 
 bool FindAddress(const char* host, IN_ADDR& address) {
-  address.s_addr = g_winSock.inet_addr(host);
+  address.s_addr = WinSock().inet_addr(host);
   if (address.s_addr != INADDR_NONE) return true;
-  const hostent* const found = g_winSock.gethostbyname(host);
+  const hostent* const found = WinSock().gethostbyname(host);
   if (found == nullptr || found->h_addr_list[0] == nullptr) return false;
   std::memcpy(&address, found->h_addr_list[0], sizeof address);
   return true;
@@ -106,20 +115,20 @@ int FailWith(const char* text) {
 }
 
 int Connect(const SOCKADDR_IN& address, bool non_blocking) {
-  g_socket = g_winSock.socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+  g_socket = WinSock().socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
   if (g_socket == INVALID_SOCKET) {
     g_socket = 0;
     return FailWith(kNoSocket);
   }
-  g_winSock.setsockopt(g_socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&kReceiveTimeout_ms),
+  WinSock().setsockopt(g_socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&kReceiveTimeout_ms),
                        sizeof kReceiveTimeout_ms);
-  if (g_winSock.connect(g_socket, reinterpret_cast<const SOCKADDR*>(&address), sizeof address) != 0) {
-    g_winSock.closesocket(g_socket);
+  if (WinSock().connect(g_socket, reinterpret_cast<const SOCKADDR*>(&address), sizeof address) != 0) {
+    WinSock().closesocket(g_socket);
     g_socket = 0;  // its number may soon be another socket's
     return FailWith(kNoConnection);
   }
   u_long on = 1;
-  if (non_blocking) g_winSock.ioctlsocket(g_socket, static_cast<long>(FIONBIO), &on);
+  if (non_blocking) WinSock().ioctlsocket(g_socket, static_cast<long>(FIONBIO), &on);
   return 1;
 }
 
@@ -133,14 +142,14 @@ int ConnectSocket(const char* host, unsigned port, bool non_blocking) {
   static_assert(sizeof address == 16);
   address.sin_family = AF_INET;
   if (!FindAddress(host, address.sin_addr)) return FailWith(kNoName);
-  address.sin_port = g_winSock.htons(static_cast<u_short>(port));
+  address.sin_port = WinSock().htons(static_cast<u_short>(port));
   return Connect(address, non_blocking);
 }
 
 int SendText(const char* text) {
   g_sockErrorText = nullptr;
   if (g_socket == 0) return 0;
-  return g_winSock.send(g_socket, text, static_cast<int>(std::strlen(text)), 0) != SOCKET_ERROR ? 1 : 0;
+  return WinSock().send(g_socket, text, static_cast<int>(std::strlen(text)), 0) != SOCKET_ERROR ? 1 : 0;
 }
 
 long long ReceiveAnswer() {
@@ -151,7 +160,7 @@ long long ReceiveAnswer() {
   g_receivedCount = 0;
   const HWND window = MakeProxyWindow();
   if (window == nullptr) return 0;
-  g_winSock.WSAAsyncSelect(g_socket, window, kSocketEvent, FD_READ | FD_CLOSE);
+  WinSock().WSAAsyncSelect(g_socket, window, kSocketEvent, FD_READ | FD_CLOSE);
   g_waiting = true;
   PumpUntilDone(window);
   g_waiting = false;
@@ -176,7 +185,7 @@ const char* AddressOfName(const char* name) {
     ReportError("Failed to load/initialize socket library.");
     return kNoText;
   }
-  const hostent* const found = g_winSock.gethostbyname(name);
+  const hostent* const found = WinSock().gethostbyname(name);
   if (found == nullptr || found->h_addr_list[0] == nullptr) {
     g_sockErrorText = kNoName;
     return nullptr;
@@ -193,18 +202,21 @@ const char* NameOfAddress(const char* address) {
     ReportError("Failed to load/initialize socket library.");
     return kNoText;
   }
-  const DWORD value = g_winSock.inet_addr(address);
+  const DWORD value = WinSock().inet_addr(address);
   if (value == INADDR_NONE) {
     ReportError("Sock_gethostbyaddr: Cannot understand IP address string passed by parameter.");
     return kNoText;
   }
   const hostent* const found =
-      g_winSock.gethostbyaddr(reinterpret_cast<const char*>(&value), sizeof value, AF_INET);
+      WinSock().gethostbyaddr(reinterpret_cast<const char*>(&value), sizeof value, AF_INET);
   if (found == nullptr || found->h_name == nullptr) return kNoText;
   CopyWithinLimit(g_resultText, found->h_name, kNameLimit);
   return g_resultText;
 }
 
-long long LastSocketError() { return g_winSock.WSAGetLastError != nullptr ? g_winSock.WSAGetLastError() : 0; }
+long long LastSocketError() {
+  const WinSockBinding* const bound = g_winSock.load(std::memory_order_acquire);
+  return bound != nullptr && bound->WSAGetLastError != nullptr ? bound->WSAGetLastError() : 0;
+}
 
 }  // namespace wfinfo

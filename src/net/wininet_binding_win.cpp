@@ -4,14 +4,15 @@
 
 namespace wfinfo {
 
-WinInetBinding g_winInet{};
-HMODULE g_winInetModule = nullptr;
+std::atomic<const WinInetBinding*> g_winInet = nullptr;
 
 namespace {
 
-void Bind() {
+WinInetBinding Bind(HMODULE module) {
+  WinInetBinding bound{};
+  bound.module = module;
 #define WFINFO_SLOT(name) \
-  ProcSlot { reinterpret_cast<void**>(&g_winInet.name), #name }
+  ProcSlot { reinterpret_cast<void**>(&bound.name), #name }
   const ProcSlot table[] = {
       WFINFO_SLOT(InternetOpenA),       WFINFO_SLOT(InternetCloseHandle),
       WFINFO_SLOT(InternetOpenUrlA),    WFINFO_SLOT(InternetReadFile),
@@ -19,21 +20,24 @@ void Bind() {
       WFINFO_SLOT(HttpQueryInfoA),      ProcSlot{nullptr, nullptr},
   };
 #undef WFINFO_SLOT
-  BindProcTable(g_winInetModule, table);
+  BindProcTable(module, table);
+  return bound;
+}
+
+const WinInetBinding* LoadAndBind() {
+  const HMODULE module = LoadSystemLibrary("WININET.DLL");
+  if (module != nullptr) return PublishFirst(g_winInet, Bind(module));
+  // Unless another thread was luckier meanwhile.
+  const WinInetBinding* first = nullptr;
+  return g_winInet.compare_exchange_strong(first, &kNoWinInet) ? &kNoWinInet : first;
 }
 
 }  // namespace
 
 bool EnsureWinInet() {
-  if (g_winInetModule == kWinInetFailed) return false;
-  if (g_winInetModule != nullptr) return true;
-  g_winInetModule = LoadSystemLibrary("WININET.DLL");
-  if (g_winInetModule == nullptr) {
-    g_winInetModule = kWinInetFailed;
-    return false;
-  }
-  Bind();
-  return true;
+  const WinInetBinding* bound = g_winInet.load(std::memory_order_acquire);
+  if (bound == nullptr) bound = LoadAndBind();
+  return bound != nullptr && bound != &kNoWinInet;
 }
 
 }  // namespace wfinfo

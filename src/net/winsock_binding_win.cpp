@@ -4,15 +4,17 @@
 
 namespace wfinfo {
 
-WinSockBinding g_winSock{};
+std::atomic<const WinSockBinding*> g_winSock = nullptr;
 
 namespace {
 
-HMODULE g_winSockModule = nullptr;  // null until started
+std::atomic<bool> g_winSockStarted = false;
 
-void Bind(HMODULE module) {
+WinSockBinding Bind(HMODULE module) {
+  WinSockBinding bound{};
+  bound.module = module;
 #define WFINFO_SLOT(name) \
-  ProcSlot { reinterpret_cast<void**>(&g_winSock.name), #name }
+  ProcSlot { reinterpret_cast<void**>(&bound.name), #name }
   const ProcSlot table[] = {
       WFINFO_SLOT(send),           WFINFO_SLOT(recv),
       WFINFO_SLOT(shutdown),       WFINFO_SLOT(closesocket),
@@ -26,21 +28,27 @@ void Bind(HMODULE module) {
   };
 #undef WFINFO_SLOT
   BindProcTable(module, table);
+  return bound;
+}
+
+const WinSockBinding* LoadAndBind() {
+  const HMODULE module = LoadSystemLibrary("WSOCK32.DLL");
+  return module != nullptr ? PublishFirst(g_winSock, Bind(module)) : nullptr;
 }
 
 }  // namespace
 
 bool EnsureWinSock() {
-  if (g_winSockModule != nullptr) return true;
-  const HMODULE module = LoadSystemLibrary("WSOCK32.DLL");
-  if (module == nullptr) return false;
-  Bind(module);
+  if (g_winSockStarted.load(std::memory_order_acquire)) return true;
+  const WinSockBinding* bound = g_winSock.load(std::memory_order_acquire);
+  if (bound == nullptr) bound = LoadAndBind();
+  if (bound == nullptr) return false;
   WSADATA data;
-  const int result = g_winSock.WSAStartup(0x0002, &data);  // version 2.0
+  const int result = bound->WSAStartup(0x0002, &data);  // version 2.0
   // The fall back to version 1.1 is not taken as a success, on purpose.
-  if (result == WSAVERNOTSUPPORTED) g_winSock.WSAStartup(0x0101, &data);
+  if (result == WSAVERNOTSUPPORTED) bound->WSAStartup(0x0101, &data);
   if (result != 0) return false;
-  g_winSockModule = module;
+  g_winSockStarted.store(true, std::memory_order_release);
   return true;
 }
 

@@ -14,12 +14,12 @@ constexpr DWORD kStep = 0x20000;      // bytes by which the block grows
 constexpr DWORD kLeastRoom = 0x10000;
 constexpr DWORD kTail = 16;  // spare bytes behind the list
 
-void CloseInternet(HINTERNET handle) { g_winInet.InternetCloseHandle(handle); }
+void CloseInternet(HINTERNET handle) { WinInet().InternetCloseHandle(handle); }
 using UniqueInternet = Unique<PointerTraits<HINTERNET, &CloseInternet>>;
 
 bool HasWinInet() {
-  return EnsureWinInet() && g_winInet.InternetOpenA != nullptr && g_winInet.InternetOpenUrlA != nullptr &&
-         g_winInet.InternetReadFile != nullptr && g_winInet.InternetCloseHandle != nullptr;
+  return EnsureWinInet() && WinInet().InternetOpenA != nullptr && WinInet().InternetOpenUrlA != nullptr &&
+         WinInet().InternetReadFile != nullptr && WinInet().InternetCloseHandle != nullptr;
 }
 
 // A movable block that grows as the bytes come in.
@@ -45,7 +45,7 @@ class Body {
   // Reads once; *got is 0 at the end.
   bool Read(HINTERNET request, DWORD* got) {
     auto* const bytes = static_cast<BYTE*>(LocalLock(block_));
-    const bool done = bytes != nullptr && g_winInet.InternetReadFile(request, bytes + used_, room(), got);
+    const bool done = bytes != nullptr && WinInet().InternetReadFile(request, bytes + used_, room(), got);
     const DWORD error = GetLastError();
     if (bytes != nullptr) LocalUnlock(block_);  // which clears the last error
     SetLastError(error);
@@ -93,12 +93,12 @@ HLOCAL DownloadCrl(const char* url, DWORD* size, char (&error)[kDownloadErrorRoo
     lstrcpyA(error, "WININET.DLL load failed.");
     return nullptr;
   }
-  UniqueInternet internet(g_winInet.InternetOpenA(kAgent, 0, nullptr, nullptr, 0));
+  UniqueInternet internet(WinInet().InternetOpenA(kAgent, 0, nullptr, nullptr, 0));
   if (!internet) {
     lstrcpyA(error, "InternetOpen failed.");
     return nullptr;
   }
-  UniqueInternet request(g_winInet.InternetOpenUrlA(internet.get(), url, "", 0, kQuiet, 0));
+  UniqueInternet request(WinInet().InternetOpenUrlA(internet.get(), url, "", 0, kQuiet, 0));
   if (!request) {
     wsprintfA(error, "InternetOpenUrl failed, error code=%u", GetLastError());
     return nullptr;

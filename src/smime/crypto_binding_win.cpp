@@ -1,6 +1,7 @@
 #include "smime/crypto_binding_win.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <iterator>
 #include <string_view>
@@ -61,19 +62,37 @@ void* StandInFor(const char* name) {
   return reinterpret_cast<void*>(Holds(kZeroIsGood, name) ? &FailingCheck : &FailingEntry);
 }
 
+// Threads may bind at the same time, each before its own first use, and find the same entries: a slot that
+// holds one must never be anything else meanwhile. So what it is to hold is made up first and stored once.
 template <class Function>
-void Take(HMODULE module, const char* name, Function* slot) {
-  *slot = reinterpret_cast<Function>(g_cryptoLoader.entry(module, name));
+void Keep(Function* slot, Function entry) {
+  std::atomic_ref(*slot).store(entry, std::memory_order_relaxed);
+}
+
+template <class Function>
+Function Find(HMODULE module, const char* name, Function*) {
+  return reinterpret_cast<Function>(g_cryptoLoader.entry(module, name));
+}
+
+// Loads a module at the first use. Of two threads that do, the second gives its reference back.
+HMODULE Hold(HMODULE* slot, const char* name) {
+  const std::atomic_ref<HMODULE> held(*slot);
+  HMODULE first = held.load(std::memory_order_acquire);
+  if (first != nullptr) return first;
+  const HMODULE mine = LoadFromSystemFolder(name);
+  if (mine == nullptr || held.compare_exchange_strong(first, mine)) return mine;
+  FreeLibrary(mine);
+  return first;
 }
 
 void TakeViewers() {
-  if (g_crypto.cryptui == nullptr) g_crypto.cryptui = LoadFromSystemFolder("cryptui.dll");
-  if (g_crypto.cryptui == nullptr) return;
-  Take(g_crypto.cryptui, "CryptUIDlgViewContext", &g_crypto.CryptUIDlgViewContext);
-  Take(g_crypto.cryptui, "CryptUIDlgViewCertificateW", &g_crypto.CryptUIDlgViewCertificateW);
-  if (g_crypto.CryptUIDlgViewContext == nullptr && g_crypto.CryptUIDlgViewCertificateW != nullptr) {
-    g_crypto.CryptUIDlgViewContext = &ViewCertificate;
-  }
+  const HMODULE module = Hold(&g_crypto.cryptui, "cryptui.dll");
+  if (module == nullptr) return;
+  auto view = Find(module, "CryptUIDlgViewContext", &g_crypto.CryptUIDlgViewContext);
+  const auto newer = Find(module, "CryptUIDlgViewCertificateW", &g_crypto.CryptUIDlgViewCertificateW);
+  Keep(&g_crypto.CryptUIDlgViewCertificateW, newer);
+  if (view == nullptr && newer != nullptr) view = &ViewCertificate;
+  Keep(&g_crypto.CryptUIDlgViewContext, view);
 }
 
 }  // namespace
@@ -90,8 +109,8 @@ HMODULE LoadFromSystemFolder(const char* name) {
 }
 
 bool LoadCryptoLibrary() {
-  if (g_crypto.crypt32 == nullptr) g_crypto.crypt32 = LoadFromSystemFolder("crypt32.dll");
-  if (g_crypto.crypt32 == nullptr) {
+  const HMODULE crypt32 = Hold(&g_crypto.crypt32, "crypt32.dll");
+  if (crypt32 == nullptr) {
     ShowSmimeError(
         {"Failed to load crypt32.dll or version too old. So you cannot use S/MIME functions.\n"
          "（Maybe Windows or Internet Explorer is too old)",
@@ -99,9 +118,11 @@ bool LoadCryptoLibrary() {
          "（WindowsまたはInternet Explorerが古いとダメです）"});
     return false;
   }
-#define WFINFO_TAKE(name)                        \
-  Take(g_crypto.crypt32, #name, &g_crypto.name); \
-  if (g_crypto.name == nullptr) g_crypto.name = reinterpret_cast<decltype(g_crypto.name)>(StandInFor(#name));
+#define WFINFO_TAKE(name)                                                               \
+  if (auto entry = Find(crypt32, #name, &g_crypto.name); true) {                        \
+    if (entry == nullptr) entry = reinterpret_cast<decltype(entry)>(StandInFor(#name)); \
+    Keep(&g_crypto.name, entry);                                                        \
+  }
   WFINFO_CRYPT32_ENTRIES(WFINFO_TAKE)
 #undef WFINFO_TAKE
   TakeViewers();

@@ -5,6 +5,7 @@
 
 #include "base/unique_win.h"
 #include "bridge/host_window_win.h"
+#include "timers/stray_timers_win.h"
 
 namespace wfinfo {
 
@@ -15,6 +16,10 @@ std::uint32_t g_autoPushButton = 0;  // 0: the default button
 HWND g_autoPushDialog = nullptr;     // the dialog found, or the window whose popups are watched
 DWORD g_autoPushStart = 0;           // GetTickCount of the beginning wait; wraps around after 49.7 days
 HWND* g_autoPushBaseline = nullptr;  // dialogs of the thread that were there before; null: none
+
+// The procedures of the two timers.
+WFINFO_LEAVING_TIMER(WfinfoPushTick, WfinfoPushTickBody);
+WFINFO_LEAVING_TIMER(WfinfoWatchTick, WfinfoWatchTickBody);
 
 namespace {
 
@@ -90,13 +95,12 @@ void PressChosen(HWND dialog) {
   Press(dialog, g_autoPushButton, button);
 }
 
-void CALLBACK PushTick(HWND, UINT, UINT_PTR timer, DWORD);
-
 void Hold(HWND dialog) {
   g_autoPushDialog = dialog;
   g_autoPushStart = GetTickCount();
   KillAutoPushTimer();
-  if (!StartTimer(g_autoPushDelay < kLongDelay ? kHoldPeriodShort : kHoldPeriodLong, &PushTick)) EndTimer();
+  if (!StartTimer(g_autoPushDelay < kLongDelay ? kHoldPeriodShort : kHoldPeriodLong, &WfinfoPushTick))
+    EndTimer();
   if (g_autoPushButton == 0) g_autoPushButton = DefaultButton(dialog);
 }
 
@@ -116,13 +120,9 @@ void HoldDialog() {
   EndTimer();
 }
 
-void CALLBACK PushTick(HWND, UINT, UINT_PTR timer, DWORD) {
-  if (IsStray(timer)) return;
-  g_autoPushDialog == nullptr ? SearchDialog() : HoldDialog();
-}
+void PressNextDialog() { g_autoPushDialog == nullptr ? SearchDialog() : HoldDialog(); }
 
-void CALLBACK WatchTick(HWND, UINT, UINT_PTR timer, DWORD) {
-  if (IsStray(timer)) return;
+void PressPopup() {
   const HWND window = g_autoPushDialog;
   // The rest of this tick runs all the same: it finds no popup.
   if (!IsWindow(window)) StopAutoPush();
@@ -133,7 +133,21 @@ void CALLBACK WatchTick(HWND, UINT, UINT_PTR timer, DWORD) {
   if (button != nullptr) Press(popup, id, button);
 }
 
+HMODULE Tick(UINT_PTR timer, void (*work)()) {
+  if (IsStray(timer)) return ReferenceOfStray(timer);
+  work();
+  return nullptr;
+}
+
 }  // namespace
+
+extern "C" [[gnu::used]] HMODULE CALLBACK WfinfoPushTickBody(HWND, UINT, UINT_PTR timer, DWORD) {
+  return Tick(timer, &PressNextDialog);
+}
+
+extern "C" [[gnu::used]] HMODULE CALLBACK WfinfoWatchTickBody(HWND, UINT, UINT_PTR timer, DWORD) {
+  return Tick(timer, &PressPopup);
+}
 
 bool PushNextDialog(std::uint32_t delay_ms, std::uint32_t button) {
   StopAutoPush();
@@ -143,7 +157,7 @@ bool PushNextDialog(std::uint32_t delay_ms, std::uint32_t button) {
   g_autoPushDialog = nullptr;
   g_autoPushBaseline = ListThreadDialogs();
   g_autoPushStart = GetTickCount();
-  return StartTimer(kSearchPeriod, &PushTick);
+  return StartTimer(kSearchPeriod, &WfinfoPushTick);
 }
 
 bool PushEveryPopup(HWND window, std::uint32_t button) {
@@ -152,10 +166,13 @@ bool PushEveryPopup(HWND window, std::uint32_t button) {
   g_autoPushDelay = 0;
   g_autoPushButton = button;
   g_autoPushDialog = window;
-  return StartTimer(kWatchPeriod, &WatchTick);
+  return StartTimer(kWatchPeriod, &WfinfoWatchTick);
 }
 
 void StopAutoPush() {
+  if (g_autoPushTimer != 0 && g_autoPushThread != GetCurrentThreadId()) {
+    HoldForStray(g_autoPushThread, std::exchange(g_autoPushTimer, 0));
+  }
   KillAutoPushTimer();
   DropBaseline();
   g_autoPushThread = 0;
@@ -163,6 +180,14 @@ void StopAutoPush() {
 
 void StopOwnAutoPush() {
   if (g_autoPushThread == GetCurrentThreadId()) StopAutoPush();
+}
+
+void ForgetTimersOfThread() {
+  if (g_autoPushThread == GetCurrentThreadId()) {
+    g_autoPushTimer = 0;
+    g_autoPushThread = 0;
+  }
+  ReleaseStraysOfThread();
 }
 
 void KillAutoPushTimer() {

@@ -24,6 +24,9 @@ void StopAutoPush();
 // Stops the timer only when the calling thread has set it.
 void StopOwnAutoPush();
 
+// When a thread ends, under the lock of the system's loader: its timers have ended with it.
+void ForgetTimersOfThread();
+
 // For the detach of the process: stops the timer, and allocates and frees nothing.
 void KillAutoPushTimer();
 

@@ -280,6 +280,54 @@ TEST_F(AutoPush, TheUnendingFormTakesAnyHandle) {
   }
 }
 
+// Waits until the copy is gone, while this thread handles messages; false after ten seconds.
+bool IsGoneSoon() {
+  for (int tries = 0; tries < 200 && PrivateLibrary::IsLoaded(); ++tries) PumpFor(50);
+  return !PrivateLibrary::IsLoaded();
+}
+
+TEST_F(AutoPush, ATimerThatAnotherThreadStoppedKeepsTheLibraryUntilItsLastTick) {
+  for (const bool ever : {false, true}) {
+    PrivateLibrary library;
+    const auto stop = library.Export("StopAutoPushTimer", &StopAutoPushTimer);
+    if (ever) {
+      ASSERT_EQ(library.Export("SetAutoPushTimerEver", &SetAutoPushTimerEver)(host.frame(), "ok"), 1);
+    } else {
+      ASSERT_EQ(library.Export("SetAutoPushTimerMilli", &SetAutoPushTimerMilli)(3000, "ok"), 1);
+    }
+    OnOtherThread([stop] { EXPECT_EQ(stop(), 0); });
+    library.Free();
+    ASSERT_TRUE(PrivateLibrary::IsLoaded()) << "its timer is going to tick";
+    EXPECT_TRUE(IsGoneSoon());
+    PumpFor(300);
+  }
+}
+
+TEST_F(AutoPush, EachStrayTimerHoldsTheLibraryOnItsOwn) {
+  PrivateLibrary library;
+  const auto set = library.Export("SetAutoPushTimerMilli", &SetAutoPushTimerMilli);
+  ASSERT_EQ(set(3000, "ok"), 1);
+  OnOtherThread(
+      [set] { EXPECT_EQ(set(3000, "ok"), 1); });  // which stops the first; its own ends with its thread
+  ASSERT_EQ(set(3000, "ok"), 1);
+  OnOtherThread([set] { EXPECT_EQ(set(3000, "ok"), 1); });
+  library.Free();
+  ASSERT_TRUE(PrivateLibrary::IsLoaded());
+  EXPECT_TRUE(IsGoneSoon());
+}
+
+TEST_F(AutoPush, AStrayTimerEndsWithItsThread) {
+  PrivateLibrary library;
+  const auto set = library.Export("SetAutoPushTimerMilli", &SetAutoPushTimerMilli);
+  const auto stop = library.Export("StopAutoPushTimer", &StopAutoPushTimer);
+  OnOtherThread([set, stop] {
+    EXPECT_EQ(set(3000, "ok"), 1);
+    OnOtherThread([stop] { stop(); });
+  });
+  library.Free();
+  EXPECT_TRUE(IsGoneSoon());
+}
+
 TEST_F(AutoPush, UnloadingTheLibraryKillsTheTimer) {
   PrivateLibrary library;
   ASSERT_EQ(library.Export("SetAutoPushTimerMilli", &SetAutoPushTimerMilli)(300, "ok"), 1);

@@ -355,5 +355,16 @@ TEST(BypassWindow, BadHandlesGiveTheSystemsAnswer) {
   }
 }
 
+TEST(BypassShell, StaysWhenAMacroFreesIt) {
+  ScriptedHost host;
+  ASSERT_EQ(GetModuleHandleA("shell32.dll"), nullptr) << "for this test nobody else may have it";
+  void* const library = LoadDll("shell32.dll");
+  ASSERT_NE(library, nullptr);
+  Bypass_ShellExecute(nullptr, "open", "Z:\\no such file", nullptr, nullptr, 0);
+  FreeDll(library);
+  EXPECT_NE(GetModuleHandleA("shell32.dll"), nullptr);
+  Bypass_ShellExecute(nullptr, "open", "Z:\\no such file", nullptr, nullptr, 0);
+}
+
 }  // namespace
 }  // namespace wfinfo_test

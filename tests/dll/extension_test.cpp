@@ -183,6 +183,21 @@ TEST_P(Archiver, AnOutputThatFillsTheBufferIsTerminated) {
   EXPECT_EQ(std::string(GetParam().output()), std::string(10239, 'x'));
 }
 
+TEST_P(Archiver, OneThatIsFreedAtItsWorkIsUnloadedWhenThatIsDone) {
+  Install("archivers");
+  char command[40];
+  wsprintfA(command, "call %x%08x", static_cast<UINT>(reinterpret_cast<UINT_PTR>(GetParam().free) >> 32),
+            static_cast<UINT>(reinterpret_cast<UINT_PTR>(GetParam().free)));
+  for (const bool loads_before : {true, false}) {
+    SCOPED_TRACE(loads_before);
+    if (loads_before) GetParam().load();
+    EXPECT_EQ(GetParam().run(nullptr, command), 7);
+    EXPECT_EQ(GetModuleHandleA(GetParam().library), nullptr);
+    EXPECT_STREQ(GetParam().output(), "");
+  }
+  EXPECT_TRUE(HeapValidate(GetProcessHeap(), 0, nullptr));
+}
+
 TEST_P(Archiver, AFileIsReallyPacked) {
   Install("archivers");
   const std::string stem = "wfinfo-pack-" + std::to_string(GetCurrentProcessId());

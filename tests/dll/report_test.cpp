@@ -7,11 +7,26 @@
 #include <iterator>
 #include <system_error>
 
+#include "support/import_patch_win.h"
 #include "support/library.h"
 #include "support/scripted_host_win.h"
 
 namespace wfinfo_test {
 namespace {
+
+int g_advapiHeld = 0;  // references taken to the loaded module
+BOOL WINAPI NoteHold(DWORD flags, LPCSTR name, HMODULE* module) {
+  if (flags == 0 && lstrcmpiA(name, "ADVAPI32.DLL") == 0) ++g_advapiHeld;
+  return GetModuleHandleExA(flags, name, module);
+}
+
+TEST(Report, TheRegistryFunctionsAreHeldWithTheirModule) {
+  ScriptedHost host;
+  const ImportPatch patch("KERNEL32.dll", "GetModuleHandleExA", &NoteHold);
+  g_advapiHeld = 0;
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(DumpSmall("a line"), 1);
+  EXPECT_EQ(g_advapiHeld, 1) << "once, and never given back";
+}
 
 TEST(Report, ANumberForATextIsReportedInBothLanguages) {
   ScriptedHost host(Language::kEnglish);

@@ -93,6 +93,22 @@ TEST(Socket, OtherMessagesOfTheThreadStayQueued) {
   EXPECT_EQ(FindWindowA("STATIC", "Wrenfold_WfInfoSockProxy"), nullptr);
 }
 
+TEST(Socket, ThatTheThreadIsToEndIsToldAgainAfterTheAnswer) {
+  ScriptedHost host;
+  LoopbackServer server([](Connection& connection) {
+    Sleep(300);  // the wait begins before there is anything to read
+    connection.Send("data");
+  });
+  ASSERT_EQ(Connect(server), 1);
+  PostQuitMessage(77);
+  EXPECT_EQ(Sock_recv(), 4);
+  EXPECT_STREQ(Sock_GetRecvData(), "data");
+  MSG message{};
+  ASSERT_TRUE(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  EXPECT_EQ(message.message, UINT{WM_QUIT});
+  EXPECT_EQ(message.wParam, 77u);
+}
+
 TEST(Socket, OfThePortSixteenBitsCount) {
   ScriptedHost host;
   LoopbackServer server([](Connection&) {});

@@ -337,6 +337,23 @@ TEST_F(PgpDialog, AbortedAndLeftToItself) {
   EndChild();
 }
 
+TEST_F(PgpDialog, AThreadThatIsToEndStopsTheProgramUnaskedAndEndsAfterwards) {
+  for (const auto program : {wfinfo::kProgramPgp, wfinfo::kProgramGnupg}) {
+    Use(program);
+    Child("SLEEP", "600000");
+    BoxCloser boxes(IDNO);
+    PostQuitMessage(55);
+    EXPECT_STREQ(wfinfo::RunPgpEncryption({1, "secret", nullptr, "me", "pw"}), "");
+    EXPECT_TRUE(boxes.boxes().empty());
+    EXPECT_EQ(wfinfo::g_pgpExitCode, -1);
+    EXPECT_EQ(LeftFiles().find("$PgpIn.asc"), std::string::npos) << "no clear text stays behind";
+    MSG message{};
+    ASSERT_TRUE(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    EXPECT_EQ(message.message, UINT{WM_QUIT});
+    EXPECT_EQ(message.wParam, 55u);
+  }
+}
+
 // --- Secrets -------------------------------------------------------------------------------------------
 
 // The blocks of command lines as they are when they are freed.

@@ -150,7 +150,72 @@ TEST_F(PgpSystemCalls, FilesAreMadeAnewAndOnlyThatOfTheMessagesIsForTheProgram) 
   EXPECT_EQ(g_calls.files[3].disposition, DWORD{OPEN_EXISTING});
 }
 
+// --- An output of an earlier run -----------------------------------------------------------------------
+
+// Pauses between the tries would make ten seconds of these tests.
+TEST_F(PgpSystemCalls, AReadOnlyOutputOfAnEarlierRunIsNeverThisRuns) {
+  Use(wfinfo::kProgramGnupg);
+  for (const char* const output : {"", "fresh"}) {
+    folder_.Write("$PgpOut.asc", "stale secret");
+    SetFileAttributesA("$PgpOut.asc", FILE_ATTRIBUTE_READONLY);
+    Child("OUTPUT", output);
+    EXPECT_STREQ(wfinfo::RunPgpDecryption("text", "pw", nullptr, true), output);
+    EXPECT_EQ(LeftFiles(), "");
+  }
+}
+
+TEST_F(PgpSystemCalls, AHeldOutputOfAnEarlierRunIsNeverThisRuns) {
+  Use(wfinfo::kProgramGnupg);
+  for (const DWORD share : {FILE_SHARE_READ, FILE_SHARE_READ | FILE_SHARE_WRITE}) {
+    folder_.Write("$PgpOut.asc", "stale secret");
+    const HANDLE held = CreateFileA("$PgpOut.asc", GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    EXPECT_STREQ(wfinfo::RunPgpDecryption("text", "pw", nullptr, true), "");
+    CloseHandle(held);
+  }
+}
+
+int g_denials;  // that are still to come
+BOOL WINAPI DenyingDelete(LPCWSTR name) {
+  if (std::filesystem::path(name).filename() == L"$PgpIn.asc" && g_denials > 0) {
+    --g_denials;
+    return SetLastError(ERROR_ACCESS_DENIED), FALSE;
+  }
+  return g_real.delete_file(name);
+}
+
+TEST_F(PgpSystemCalls, ADeletionThatIsDeniedIsTriedAgainWhileTheNameStillOpens) {
+  Use(wfinfo::kProgramGnupg);
+  Child("OUTPUT", "x");
+  g_pgpSystem.delete_file = &DenyingDelete;
+  g_denials = 5;
+  EXPECT_STREQ(wfinfo::RunPgpDecryption("text", "pw", nullptr, true), "x");
+  EXPECT_EQ(g_denials, 0);
+  EXPECT_EQ(LeftFiles(), "") << "clear text does not stay";
+}
+
 // --- The start -----------------------------------------------------------------------------------------
+
+TEST_F(PgpSystemCalls, AGnupgInAFolderThatTheCodePageCannotHoldIsStartedByItsName) {
+  const wchar_t* const names[] = {L"\x0E01\x0E02", L"\x00A5 \x00E0\x03B1\x0142"};
+  for (const wchar_t* const name : names) {
+    const std::filesystem::path folder = std::filesystem::path(folder_.WidePath(L".")).parent_path() / name;
+    if (!CreateDirectoryW(folder.c_str(), nullptr)) {
+      GTEST_SKIP() << "this file system takes no name outside of the code page";
+    }
+    const std::filesystem::path program = std::filesystem::path(ProgramFolder("gpg")) / "gpg.exe";
+    ASSERT_TRUE(CopyFileW(program.c_str(), (folder / L"gpg.exe").c_str(), FALSE));
+    Use(wfinfo::kProgramGnupg);
+    SetEnvironmentVariableW(L"PATH", (L"C:\\windows\\system32;C:\\windows;" + folder.wstring()).c_str());
+    Child("OUTPUT", "x");
+    g_calls.starts.clear();
+    EXPECT_STREQ(wfinfo::RunPgpEncryption({0, "text", "a", nullptr, nullptr}), "x");
+    host_.ExpectMessages({});
+    ASSERT_EQ(g_calls.starts.size(), 1u);
+    EXPECT_EQ(g_calls.starts[0].application, "(null)");
+    EXPECT_TRUE(g_calls.starts[0].command.starts_with("gpg.exe ")) << g_calls.starts[0].command;
+  }
+}
 
 TEST_F(PgpSystemCalls, GnupgIsStartedHiddenWithAConsolePipeAndMessages) {
   Use(wfinfo::kProgramGnupg);

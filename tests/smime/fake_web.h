@@ -35,15 +35,16 @@ class FakeWeb {
   FakeWeb() {
     wfinfo::EnsureWinInet();
     saved_ = wfinfo::g_winInet;
+    fake_ = *saved_;
     g_web = &web;
-    wfinfo::g_winInet.InternetOpenA = [](LPCSTR agent, DWORD, LPCSTR, LPCSTR, DWORD) -> HINTERNET {
+    fake_.InternetOpenA = [](LPCSTR agent, DWORD, LPCSTR, LPCSTR, DWORD) -> HINTERNET {
       g_web->agent = agent;
       if (g_web->open_fails) return nullptr;
       ++g_web->open;
       return reinterpret_cast<HINTERNET>(1);
     };
-    wfinfo::g_winInet.InternetOpenUrlA = [](HINTERNET, LPCSTR url, LPCSTR headers, DWORD headers_size,
-                                            DWORD flags, DWORD_PTR) -> HINTERNET {
+    fake_.InternetOpenUrlA = [](HINTERNET, LPCSTR url, LPCSTR headers, DWORD headers_size, DWORD flags,
+                                DWORD_PTR) -> HINTERNET {
       g_web->asked.emplace_back(url);
       g_web->headers = headers;
       g_web->headers_size = headers_size;
@@ -55,7 +56,7 @@ class FakeWeb {
       ++g_web->open;
       return reinterpret_cast<HINTERNET>(2);
     };
-    wfinfo::g_winInet.InternetReadFile = [](HINTERNET, LPVOID buffer, DWORD room, LPDWORD got) -> BOOL {
+    fake_.InternetReadFile = [](HINTERNET, LPVOID buffer, DWORD room, LPDWORD got) -> BOOL {
       SetLastError(g_web->read_error);
       if (g_web->read_error != 0) return FALSE;
       const auto left = static_cast<DWORD>(g_web->current.size() - g_web->at);
@@ -64,16 +65,18 @@ class FakeWeb {
       g_web->at += *got;
       return TRUE;
     };
-    wfinfo::g_winInet.InternetCloseHandle = [](HINTERNET) -> BOOL {
+    fake_.InternetCloseHandle = [](HINTERNET) -> BOOL {
       --g_web->open;
       return TRUE;
     };
+    wfinfo::g_winInet = &fake_;
   }
   ~FakeWeb() { wfinfo::g_winInet = saved_; }
   Web web;
 
  private:
-  wfinfo::WinInetBinding saved_;
+  const wfinfo::WinInetBinding* saved_;
+  wfinfo::WinInetBinding fake_;
 };
 
 }  // namespace wfinfo_test

@@ -1,6 +1,7 @@
 // Loading, the error box, matching by address, the look-up and its dialog.
 #include <gtest/gtest.h>
 
+#include <string_view>
 #include <utility>
 
 #include "bridge/report_win.h"
@@ -475,6 +476,23 @@ TEST(SmimeBinding, TheNewerViewerStandsInForTheOther) {
   EXPECT_EQ(seen.hwndParent, reinterpret_cast<HWND>(0x123));
   EXPECT_STREQ(seen.szTitle, L"Title");
   EXPECT_FALSE(changed_flag_given);
+}
+
+bool g_viewerWasThere;
+void* WatchedEntry(HMODULE module, const char* name) {
+  g_viewerWasThere = g_viewerWasThere && g_crypto.CryptUIDlgViewContext != nullptr;
+  if (std::string_view(name) == "CryptUIDlgViewContext") return nullptr;
+  return reinterpret_cast<void*>(GetProcAddress(module, name));
+}
+
+TEST(SmimeBinding, WhatIsBoundStaysSoWhileAnotherThreadBinds) {
+  const CountedCrypto crypto;  // gives everything back
+  g_cryptoLoader.entry = &WatchedEntry;
+  ASSERT_TRUE(LoadCryptoLibrary());
+  ASSERT_NE(g_crypto.CryptUIDlgViewContext, nullptr) << "the newer viewer";
+  g_viewerWasThere = true;
+  ASSERT_TRUE(LoadCryptoLibrary());
+  EXPECT_TRUE(g_viewerWasThere);
 }
 
 TEST(SmimeBindingDeathTest, AnErrorTextOf1023CharactersEndsTheProcess) {

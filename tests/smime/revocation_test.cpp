@@ -62,11 +62,10 @@ TEST(SmimeDownload, TellsWhatFailedAndClosesItsHandles) {
   EXPECT_STREQ(error, "InternetReadFile failed, error code=12030");
   EXPECT_EQ(size, 0u);
   EXPECT_EQ(fake.web.open, 0);
-  const HMODULE module = wfinfo::g_winInetModule;
-  wfinfo::g_winInetModule = wfinfo::kWinInetFailed;
+  const wfinfo::WinInetBinding* const web = wfinfo::g_winInet.exchange(&wfinfo::kNoWinInet);
   EXPECT_EQ(DownloadCrl("http://x/l", &size, error), nullptr);
   EXPECT_STREQ(error, "WININET.DLL load failed.");
-  wfinfo::g_winInetModule = module;
+  wfinfo::g_winInet = web;
 }
 
 constexpr char kHead[] = "\r\n\r\n----Checking revocation--------\r\n";

@@ -23,9 +23,11 @@ PrivateLibrary::PrivateLibrary() {
 
 void PrivateLibrary::Unload() {
   if (module_ == nullptr) return;
-  FreeLibrary(std::exchange(module_, nullptr));
+  Free();
   EXPECT_FALSE(IsLoaded());
 }
+
+void PrivateLibrary::Free() { FreeLibrary(std::exchange(module_, nullptr)); }
 
 bool PrivateLibrary::IsLoaded() { return GetModuleHandleA(kName) != nullptr; }
 

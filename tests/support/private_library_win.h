@@ -21,6 +21,8 @@ class PrivateLibrary {
   }
   // Unloads the copy and makes sure that it is gone.
   void Unload();
+  // Gives back the test's reference; the copy may hold itself.
+  void Free();
   // Whether the copy is in the process, whoever loaded it.
   static bool IsLoaded();
 

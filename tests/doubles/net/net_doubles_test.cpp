@@ -4,48 +4,20 @@
 #include <gtest/gtest.h>
 #include <psapi.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <future>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "net_doubles.h"
 #include "support/library.h"
 #include "support/scripted_host_win.h"
-extern "C" {
-#include "wininet_state.h"
-#include "wsock32_state.h"
-}
 
 namespace wfinfo_test {
 namespace {
-
-// Loads a stand-in by its full path, so that it is the loaded module of its name, and gives its state.
-template <class State>
-State& LoadDouble(const char* name) {
-  const HMODULE module =
-      LoadLibraryA((std::filesystem::current_path() / "doubles" / "net" / name).string().c_str());
-  EXPECT_EQ(module, GetModuleHandleA(name));
-  const auto state = reinterpret_cast<State* (*)()>(reinterpret_cast<void*>(GetProcAddress(module, "State")));
-  if (state == nullptr) {
-    ADD_FAILURE() << name << " is not the stand-in";
-    static State none;
-    return none;
-  }
-  return *state();
-}
-
-class HttpDouble : public testing::Test {
- protected:
-  HttpDouble() : state_(LoadDouble<WinInetState>("WININET.DLL")) {
-    state_ = {};
-    state_.fail_read_after = -1;
-  }
-  ~HttpDouble() override { Inet_Close(); }
-  ScriptedHost host_;
-  WinInetState& state_;
-};
 
 TEST_F(HttpDouble, TheAgentAndTheFlagsAreTheAgreedOnes) {
   EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);
@@ -235,6 +207,54 @@ TEST_F(HttpDouble, ASessionThatIsClosedDuringItsReadHasNoText) {
   host_.ExpectMessages({"WFINFO.DLL Inet_DoRead: Inet_OpenUrl not yet"});
 }
 
+// --- Modules -------------------------------------------------------------------------------------------
+
+TEST_F(HttpDouble, WinInetStaysWhenAMacroFreesIt) {
+  EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);
+  EXPECT_NE(FreeDll(GetModuleHandleA("WININET.DLL")), 0);  // the one reference from outside
+  ASSERT_NE(GetModuleHandleA("WININET.DLL"), nullptr);
+  EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);
+}
+
+std::atomic<HANDLE> g_firstLooksUp = nullptr;  // set when the first of two threads begins to bind
+
+// The first thread that looks up an export of WinINet is slow.
+FARPROC WINAPI SlowLookup(HMODULE module, LPCSTR name) {
+  if (const HANDLE event = g_firstLooksUp.exchange(nullptr)) {
+    SetEvent(event);
+    Sleep(300);
+  }
+  return GetProcAddress(module, name);
+}
+
+TEST_F(HttpDouble, TwoThreadsThatOpenTheFirstUrlAtOnceBothSucceed) {
+  const ReplacedImport lookup("GetProcAddress", reinterpret_cast<void*>(&SlowLookup));
+  const HANDLE begun = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+  g_firstLooksUp = begun;
+  std::thread first([] { EXPECT_GT(Inet_OpenUrl("http://example.org/1"), 0); });
+  WaitForSingleObject(begun, INFINITE);
+  EXPECT_GT(Inet_OpenUrl("http://example.org/2"), 0);
+  first.join();
+  CloseHandle(begun);
+  Inet_Close();
+  EXPECT_EQ(state_.open_handles, 0);
+  // The reference of the thread that came second was given back: two are left, the test's and the library's.
+  EXPECT_NE(FreeLibrary(GetModuleHandleA("WININET.DLL")), 0);
+  ASSERT_NE(GetModuleHandleA("WININET.DLL"), nullptr);
+  EXPECT_NE(FreeLibrary(GetModuleHandleA("WININET.DLL")), 0);
+  EXPECT_EQ(GetModuleHandleA("WININET.DLL"), nullptr);
+  std::_Exit(HasFailure() ? 1 : 0);  // the library's functions are gone now
+}
+
+TEST_F(HttpDouble, AHeaderIsNeverAskedForByTheNameThatLiesInTheMemory) {
+  constexpr unsigned kCustom = 65535;
+  Inet_OpenUrl("http://example.org/");
+  EXPECT_EQ(std::string(Inet_HttpQueryInfo(1)), std::string(8191, 'h')) << "leaves its value on the stack";
+  lstrcpyA(state_.header_name, "not asked");
+  EXPECT_EQ(Inet_HttpQueryInfo(kCustom), nullptr);
+  EXPECT_STREQ(state_.header_name, "");
+}
+
 DWORD WINAPI TimedOut(HANDLE, DWORD) { return WAIT_TIMEOUT; }
 
 TEST_F(HttpDouble, AWaitForTheTableThatTimesOutIsIgnored) {
@@ -373,6 +393,13 @@ TEST_F(SocketDouble, ThePortIsCutAndTheOptionsAreSet) {
   EXPECT_EQ(Sock_WSAGetLastError(), -5) << "sign-extended";
   EXPECT_EQ(Sock_recv(), 0);
   EXPECT_EQ(state_.open_sockets, 0);
+}
+
+TEST_F(SocketDouble, WinSockStaysWhenAMacroFreesIt) {
+  EXPECT_EQ(Sock_connect("10.0.0.1", 80, 0), 1);
+  EXPECT_NE(FreeDll(GetModuleHandleA("WSOCK32.DLL")), 0);  // the one reference from outside
+  ASSERT_NE(GetModuleHandleA("WSOCK32.DLL"), nullptr);
+  EXPECT_EQ(Sock_connect("10.0.0.1", 80, 0), 1);
 }
 
 TEST_F(SocketDouble, AFailedSocketLeavesATextAndNoConnection) {

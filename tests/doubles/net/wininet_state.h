@@ -13,6 +13,9 @@ struct WinInetState {
   int empty_header;          /* HttpQueryInfoA succeeds with an empty value */
   void (*on_open_url)(void); /* called once, inside the next InternetOpenUrlA */
   void (*on_read)(void);     /* called once, inside the next InternetReadFileExA */
+  /* The same, at the end of the call, when the result is made. */
+  void (*on_open_url_done)(void);
+  void (*on_read_done)(void);
 
   int open_handles;             /* opened and not closed */
   int opens;                    /* InternetOpenA calls */
@@ -20,5 +23,7 @@ struct WinInetState {
   unsigned flags;               /* of the last InternetOpenUrlA */
   char agent[64], url[256];
   int read_calls;
-  unsigned rooms[256]; /* room offered by each read */
+  unsigned rooms[256];   /* room offered by each read */
+  int bad_handles;       /* calls with a handle that is not open */
+  char header_name[256]; /* that HttpQueryInfoA was asked for by name */
 };
