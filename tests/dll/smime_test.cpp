@@ -1,6 +1,9 @@
 // The S/MIME exports of the built library, with the system's own stores.
 #include <gtest/gtest.h>
-#include <wincrypt.h>
+// clang-format off
+#include <windows.h>
+#include <wincrypt.h>  // needs the one above
+// clang-format on
 
 #include "support/library.h"
 #include "support/scripted_host_win.h"
