@@ -125,31 +125,49 @@ std::vector<char> AccountStore::RecordOf(const std::string& section) const {
 }
 
 char* AccountStore::Lend(std::string_view name) {
-  lent_.clear();
   const std::string wanted = ToUtf8(name);
   for (const std::string& section : settings_.Sections()) {
     if (!EqualsIgnoringCase(section, wanted)) continue;
-    lent_section_ = section;
-    lent_ = RecordOf(section);
-    return lent_.data();
+    return loans_.emplace_back(Loan{section, RecordOf(section)}).record.data();
   }
   return nullptr;
 }
 
-bool AccountStore::Save() {
-  const std::vector<char> record = std::move(lent_);
-  lent_.clear();
-  if (record.empty()) return false;
-  const std::string title = ToUtf8(ValueOf(*wfinfo::FindAccountKey(kTitle), record.data()));
-  const bool renamed = !EqualsIgnoringCase(title, lent_section_);
+std::optional<std::string> AccountStore::LentName(const char* record) const {
+  for (const Loan& loan : loans_) {
+    if (loan.record.data() == record) return ToHost(loan.section);
+  }
+  return std::nullopt;
+}
+
+std::optional<AccountStore::Loan> AccountStore::TakeLoan(const char* record) {
+  for (auto loan = loans_.begin(); loan != loans_.end(); ++loan) {
+    if (loan->record.data() != record) continue;
+    std::optional<Loan> taken = std::move(*loan);
+    loans_.erase(loan);
+    return taken;
+  }
+  return std::nullopt;
+}
+
+bool AccountStore::Release(const char* record) { return TakeLoan(record).has_value(); }
+
+bool AccountStore::Save(const char* record) {
+  const std::optional<Loan> loan = TakeLoan(record);
+  return loan && Keep(loan->section, loan->record.data());
+}
+
+bool AccountStore::Keep(const std::string& section, const char* record) {
+  const std::string title = ToUtf8(ValueOf(*wfinfo::FindAccountKey(kTitle), record));
+  const bool renamed = !EqualsIgnoringCase(title, section);
   if (!SettingsText::CanBeSection(title) || (renamed && settings_.HasSection(title))) return false;
-  const std::vector<char> before = RecordOf(lent_section_);
+  const std::vector<char> before = RecordOf(section);
   std::map<std::string_view, std::string> old_values;
   EachValue(before.data(), [&](std::string_view word, bool, std::string value) { old_values[word] = value; });
   SettingsText changed = settings_;
-  changed.RenameSection(lent_section_, title);
+  changed.RenameSection(section, title);
   std::map<std::string, std::string> passwords;
-  EachValue(record.data(), [&](std::string_view word, bool secret, std::string value) {
+  EachValue(record, [&](std::string_view word, bool secret, std::string value) {
     if (secret) {
       passwords[PasswordKey(title, word)] = value;
     } else if (value != old_values[word]) {
@@ -158,6 +176,9 @@ bool AccountStore::Save() {
   });
   if (!Write(std::move(changed))) return false;
   for (const auto& [key, password] : passwords) passwords_[key] = password;
+  for (Loan& other : loans_) {
+    if (EqualsIgnoringCase(other.section, section)) other.section = title;
+  }
   return true;
 }
 

@@ -13,24 +13,19 @@ Answer Lend(Request& request) {
 }
 
 // The block is the library's own variable with the address of the record.
-bool HoldsLentRecord(Request& request) {
-  return Accounts(request).IsLent(reinterpret_cast<const char*>(request.Number(0)));
-}
+const char* RecordOf(Request& request) { return reinterpret_cast<const char*>(request.Number(0)); }
 
-Answer Save(Request& request) { return Done(HoldsLentRecord(request) && Accounts(request).Save()); }
+Answer Save(Request& request) { return Done(Accounts(request).Save(RecordOf(request))); }
 
-Answer Release(Request& request) {
-  const bool lent = HoldsLentRecord(request);
-  if (lent) Accounts(request).Release();
-  return Done(lent);
-}
+Answer Release(Request& request) { return Done(Accounts(request).Release(RecordOf(request))); }
 
 Answer Create(Request& request) { return Done(Accounts(request).Create(request.Text(0))); }
 
-// kind, title (the record begins with it)
+// kind, title or lent record (which begins with its title, but that may have been changed)
 Answer LongText(Request& request) {
-  return request.AnswerText(
-      Accounts(request).Text(request.Text(1), static_cast<std::size_t>(request.Number(0))));
+  const auto lent = Accounts(request).LentName(reinterpret_cast<const char*>(request.Number(1)));
+  return request.AnswerText(Accounts(request).Text(lent ? std::string_view(*lent) : request.Text(1),
+                                                   static_cast<std::size_t>(request.Number(0))));
 }
 
 // kind, title, 0, "", text

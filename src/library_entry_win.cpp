@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include "base/stack_guard_win.h"
+#include "bridge/export_call_win.h"
 #include "bridge/module_win.h"
 #include "desktop/move_hook_win.h"
 #include "net/http_session_win.h"
@@ -11,6 +12,7 @@ extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE ins
   if (reason == DLL_PROCESS_ATTACH) {
     wfinfo::ArmStackGuard();
     wfinfo::g_hInstance = instance;
+    wfinfo::BeginExportCalls();
   }
   if (reason == DLL_THREAD_DETACH) {
     wfinfo::CloseThreadSession();
@@ -20,6 +22,7 @@ extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE ins
     // Neither may be left to call code that is gone.
     wfinfo::KillAutoPushTimer();
     wfinfo::ReleaseMoveHook();
+    wfinfo::EndExportCalls();
   }
   return TRUE;
 }

@@ -11,6 +11,7 @@
 
 namespace {
 
+using wfinfo::catalogue::IsVariadic;
 using wfinfo::catalogue::Kind;
 using wfinfo::catalogue::kNoFirstSlot;
 using wfinfo::catalogue::Parameter;
@@ -124,7 +125,12 @@ void PrintWrapped(std::string_view indent, std::string_view text) {
 
 int PrintDefinitionFile() {
   std::printf("; Printed from the catalogue; do not edit.\nLIBRARY \"WFINFO.dll\"\nEXPORTS\n");
-  for (const Row& row : Rows()) std::printf("    %.*s\n", static_cast<int>(row.name.size()), row.name.data());
+  for (const Row& row : Rows()) {
+    const std::string name(row.name);
+    const bool entered =
+        row.kind == Kind::kHand && !IsVariadic(row);  // see src/catalogue/hand_exports_win.cpp
+    std::printf("    %s%s%s\n", name.c_str(), entered ? " = Entered_" : "", entered ? name.c_str() : "");
+  }
   return 0;
 }
 

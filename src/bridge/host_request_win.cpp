@@ -1,5 +1,6 @@
 #include "bridge/host_request_win.h"
 
+#include "bridge/export_call_win.h"
 #include "bridge/host_protocol.h"
 #include "bridge/host_window_win.h"
 #include "bridge/results_win.h"
@@ -9,6 +10,7 @@ namespace {
 
 Slot SendTo(HWND window, int code, Slot* block) {
   if (window == nullptr) return 0;
+  const HostTurn turn;
   return SendMessageA(window, kHostRequest, static_cast<WPARAM>(code), reinterpret_cast<LPARAM>(block));
 }
 
@@ -22,6 +24,12 @@ const char* TextOf(Slot answer) {
 
 Slot SendHostRequest(int code, Slot* block) {
   return SendTo(FindHostWindow(SearchMode::kFrameTarget, false, static_cast<unsigned>(code)), code, block);
+}
+
+std::optional<Slot> SendHostRequestUnlessRefused(int code, Slot* block) {
+  const HostSearch search = SearchHostWindow(static_cast<unsigned>(code));
+  if (search.refused) return std::nullopt;
+  return SendTo(search.window, code, block);
 }
 
 const char* SendHostRequestStr(int code, Slot* block) { return TextOf(SendHostRequest(code, block)); }
@@ -38,7 +46,9 @@ const char* SendFrameRequestStr(int code, Slot* block) { return TextOf(SendFrame
 
 Slot SendHostCommand(int command) {
   const HWND window = FindHostWindow(SearchMode::kFrameTarget, false, 0);
-  return window == nullptr ? 0 : SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+  if (window == nullptr) return 0;
+  const HostTurn turn;
+  return SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
 }
 
 Slot StartHostCommand(int command) {

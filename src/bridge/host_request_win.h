@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 namespace wfinfo {
 
 // One slot of an argument block: an integer widened to 64 bits, or a pointer.
@@ -22,6 +24,10 @@ const char* SendHostRequestStr(int code, Slot* block = nullptr);
 Slot SendViewRequest(int code, Slot* block = nullptr);
 Slot SendFrameRequest(int code, Slot* block = nullptr);
 const char* SendFrameRequestStr(int code, Slot* block = nullptr);
+
+// As SendHostRequest, for what the library asks on its own account: while a dialog shows that refuses the
+// code nothing is sent and the user is not told; the result is nothing then.
+std::optional<Slot> SendHostRequestUnlessRefused(int code, Slot* block = nullptr);
 
 // Runs a menu command of the frame and waits; refused while a modal dialog shows.
 Slot SendHostCommand(int command);

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "bridge/export_call_win.h"
 #include "bridge/host_protocol.h"
 #include "bridge/language_win.h"
 #include "bridge/report_win.h"
@@ -59,14 +60,17 @@ bool IsAllowedDuringDialog(unsigned function_code) {
          std::end(kAllowedDuringDialog);
 }
 
-// Shown at once, past the error callback and the log: the host is busy in a dialog.
+// Shown at once, past the error callback and the log: the host is busy in a dialog. Once in a call of an
+// export; what else it asks is refused in silence.
 void RefuseDuringDialog(unsigned function_code) {
+  if (UserKnowsOfDialog()) return;
   char text[256];
   wsprintfA(text,
             Chosen({"WFINFO.DLL: Cannot proceed because a dialog box showing.\nfunction code = %u",
                     "WFINFO.DLL: ダイアログボックス表示中なので処理できません。\n関数コード = %u"}),
             function_code);
   MessageBoxA(nullptr, text, nullptr, MB_ICONHAND | MB_SYSTEMMODAL);
+  UserWasToldOfDialog();
 }
 
 void RefuseOnEditor(unsigned function_code) {
@@ -121,22 +125,32 @@ Candidate FromEnumeration(SearchMode mode) {
   return {Outcome::kTestModality, nullptr};
 }
 
-HWND AfterModalTest(HWND window, bool want_popup, unsigned function_code) {
-  const HWND popup = GetLastActivePopup(window);
-  if (want_popup) return popup;
-  if (popup == window || IsWindowEnabled(window) || IsAllowedDuringDialog(function_code)) return window;
-  // Without a window nothing shows a dialog, and nothing is refused.
-  if (window != nullptr) RefuseDuringDialog(function_code);
-  return nullptr;
+Candidate FindCandidate(SearchMode mode) {
+  const Candidate candidate = FromActiveWindow(mode);
+  return candidate.outcome == Outcome::kSearchOn ? FromEnumeration(mode) : candidate;
+}
+
+// Without a window nothing shows a dialog, and nothing is refused.
+bool IsRefused(const Candidate& candidate, unsigned function_code) {
+  return candidate.outcome == Outcome::kTestModality && candidate.window != nullptr &&
+         GetLastActivePopup(candidate.window) != candidate.window && !IsWindowEnabled(candidate.window) &&
+         !IsAllowedDuringDialog(function_code);
 }
 
 }  // namespace
 
 HWND FindHostWindow(SearchMode mode, bool want_popup, unsigned function_code) {
-  Candidate candidate = FromActiveWindow(mode);
-  if (candidate.outcome == Outcome::kSearchOn) candidate = FromEnumeration(mode);
-  if (candidate.outcome == Outcome::kFound) return candidate.window;
-  return AfterModalTest(candidate.window, want_popup, function_code);
+  const Candidate candidate = FindCandidate(mode);
+  if (want_popup && candidate.outcome == Outcome::kTestModality) return GetLastActivePopup(candidate.window);
+  if (!IsRefused(candidate, function_code)) return candidate.window;
+  RefuseDuringDialog(function_code);
+  return nullptr;
+}
+
+HostSearch SearchHostWindow(unsigned function_code) {
+  const Candidate candidate = FindCandidate(SearchMode::kFrameTarget);
+  if (IsRefused(candidate, function_code)) return {nullptr, true};
+  return {candidate.window, false};
 }
 
 HWND FindAnyFrame() {

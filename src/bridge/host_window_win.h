@@ -12,9 +12,16 @@ enum class SearchMode {
 };
 
 // The window for a request `function_code`, or null: none there, or a modal dialog of the host is open and
-// the code is not among those allowed then (the user has been told). With `want_popup` the window's last
-// active popup is returned instead and nothing is refused.
+// the code is not among those allowed then (the user has been told, once in a call of an export). With
+// `want_popup` the window's last active popup is returned instead and nothing is refused.
 HWND FindHostWindow(SearchMode mode, bool want_popup, unsigned function_code);
+
+// The same search in mode kFrameTarget, telling nobody: `refused` is true when a dialog refuses the code.
+struct HostSearch {
+  HWND window;
+  bool refused;
+};
+HostSearch SearchHostWindow(unsigned function_code);
 
 // The frame that acts for the active window, after the modal test and the editor test; null after a refusal
 // (reported) or without a frame. Used by the requests that concern the frame's list.

@@ -74,17 +74,3 @@ long long WFInfoTamarinMailVersionBeta() noexcept { return IsWrenfold() != 0 ? T
 
 long long IsWrenfoldMacroExecuting() noexcept { return IsTamarinMacroExecuting(); }
 long long IsTamarinMailMacroExecuting() noexcept { return IsTamarinMacroExecuting(); }
-
-int IsImapSyncAccount(const char* account) noexcept {
-  constexpr int kSyncFlagsOffset = 1386;        // of the byte that holds fImapSync
-  constexpr unsigned char kImapSyncBit = 0x04;  // fImapSync
-  if (!IsText(account)) return 0;
-  Slot block[] = {ToSlot(account)};
-  Slot record = SendHostRequest(75, block);
-  if (record == 0) return 0;
-  const auto* const flags = reinterpret_cast<const unsigned char*>(record) + kSyncFlagsOffset;
-  const int synchronises = (*flags & kImapSyncBit) != 0 ? 1 : 0;
-  // The host takes the address of the slot that holds the record, as when a whole account is given back.
-  SendHostRequest(77, &record);
-  return synchronises;
-}

@@ -22,6 +22,7 @@ namespace {
 #define MENU(name, command, doc) WFINFO_PARAMETERS_OF(name, ())
 #define HAND(result, name, requests, params, doc) WFINFO_PARAMETERS_OF(name, params)
 #define HAND_INFERRED(result, name, requests, params, doc) WFINFO_PARAMETERS_OF(name, params)
+#define HAND_VARIADIC(result, name, requests, params, doc) WFINFO_PARAMETERS_OF(name, params)
 #include "all.def"
 #include "catalogue/undefine_rows.h"
 
@@ -48,6 +49,7 @@ constexpr std::span<const Parameter> Listed(std::span<const Parameter> with_dumm
   WFINFO_ROW(name, Kind::kHand, result, "", 0, kNoFirstSlot, false, requests, doc)
 #define HAND_INFERRED(result, name, requests, params, doc) \
   WFINFO_ROW(name, Kind::kHand, result, "", 0, kNoFirstSlot, true, requests, doc)
+#define HAND_VARIADIC(result, name, requests, params, doc) HAND(result, name, requests, params, doc)
 
 constexpr Row kRaw[] = {
 #include "all.def"

@@ -31,6 +31,11 @@ struct Row {
 
 inline constexpr long long kNoFirstSlot = -1;
 
+// True when the library exports the body itself: further parameters of unknown number cannot be handed on.
+inline bool IsVariadic(const Row& row) {
+  return !row.parameters.empty() && row.parameters.back().type == "Rest";
+}
+
 // All rows in catalogue order.
 std::span<const Row> Rows();
 

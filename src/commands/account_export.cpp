@@ -100,3 +100,8 @@ int SetAccountProp(const char* key, long long value) noexcept {
 }
 
 int SaveAccountProp() noexcept { return IsAccountLoaded() ? SaveAccount() : 0; }
+
+int IsImapSyncAccount(const char* account) noexcept {
+  if (!IsText(account)) return 0;
+  return NumberOfAccount(account, *FindAccountKey("fImapSync")).value_or(0) != 0 ? 1 : 0;
+}

@@ -20,6 +20,8 @@ constexpr std::size_t kTitleRoom = 560;
 
 struct AccountPropState {
   Slot record;  // address of the lent record, 0 when none is; the host is given the address of this slot
+  char title[kTitleRoom];  // of the record when it was lent: the account's name, whatever is written there
+                           // since
   unsigned char dirty[kAccountTexts];
   char* texts[kAccountTexts];  // LocalAlloc blocks, null when not cached
 };
@@ -32,6 +34,22 @@ char* NewCopy(const char* text) {
   char* const block = NewResultBlock(size);
   if (block != nullptr) std::memcpy(block, text, size);
   return block;
+}
+
+char* AddressOf(Slot record) { return reinterpret_cast<char*>(static_cast<INT_PTR>(record)); }
+
+// The title that a record begins with, cut to its room.
+std::string_view TitleOf(Slot record) { return FieldText(AddressOf(record), 0, kTitleRoom - 1); }
+
+void CopyTitle(Slot record, char* room) {
+  const std::string_view title = TitleOf(record);
+  std::memcpy(room, title.data(), title.size());
+  room[title.size()] = '\0';
+}
+
+Slot Lend(const char* name) {
+  Slot block[] = {ToSlot(name)};
+  return SendHostRequest(kCodeLend, block);
 }
 
 void KeepText(std::size_t kind, char* block) {
@@ -50,7 +68,7 @@ void StoreChangedText(std::size_t kind, const char* title) {
 
 bool IsAccountLoaded() { return g_accountProp.record != 0; }
 
-char* AccountRecord() { return reinterpret_cast<char*>(static_cast<INT_PTR>(g_accountProp.record)); }
+char* AccountRecord() { return AddressOf(g_accountProp.record); }
 
 void ReleaseAccount() {
   if (!IsAccountLoaded()) return;
@@ -59,9 +77,9 @@ void ReleaseAccount() {
 }
 
 bool BorrowAccount(const char* name) {
-  Slot block[] = {ToSlot(name)};
-  g_accountProp.record = SendHostRequest(kCodeLend, block);
+  g_accountProp.record = Lend(name);
   if (!IsAccountLoaded()) return false;
+  CopyTitle(g_accountProp.record, g_accountProp.title);
   for (std::size_t kind = 0; kind < kAccountTexts; ++kind) {
     g_accountProp.dirty[kind] = 0;
     KeepText(kind, nullptr);
@@ -69,12 +87,25 @@ bool BorrowAccount(const char* name) {
   return true;
 }
 
+std::optional<long long> NumberOfAccount(const char* name, const AccountKey& key) {
+  if (IsAccountLoaded() && std::strcmp(name, g_accountProp.title) == 0) {
+    return AccountNumber(key, AccountRecord());
+  }
+  Slot record = Lend(name);
+  if (record == 0) return std::nullopt;
+  // The host may know the loaded account by this name too. Its record tells what was set in it.
+  const bool is_loaded =
+      IsAccountLoaded() && (record == g_accountProp.record || TitleOf(record) == g_accountProp.title);
+  const long long number = AccountNumber(key, is_loaded ? AccountRecord() : AddressOf(record));
+  // A host that lends the same record twice would take our loan back.
+  if (record != g_accountProp.record) SendHostRequest(kCodeRelease, &record);
+  return number;
+}
+
 int SaveAccount() {
   // The record is the host's again after the request, the title is needed behind it.
   char title[kTitleRoom];
-  const std::string_view record_title = FieldText(AccountRecord(), 0, kTitleRoom - 1);
-  std::memcpy(title, record_title.data(), record_title.size());
-  title[record_title.size()] = '\0';
+  CopyTitle(g_accountProp.record, title);
 
   const int saved = static_cast<int>(SendHostRequest(kCodeSave, &g_accountProp.record));
   for (std::size_t kind = 0; saved != 0 && kind < kAccountTexts; ++kind) {

@@ -1,6 +1,8 @@
 // The one account record that the host has lent us, and the texts of that account which do not lie in it.
 #pragma once
 
+#include <optional>
+
 #include "commands/account_keys.h"
 
 namespace wfinfo {
@@ -17,6 +19,10 @@ void ReleaseAccount();
 // Borrows the record of the account `name` and forgets the texts of the account before. False when there is
 // none.
 bool BorrowAccount(const char* name);
+
+// The number or flag `key` of any account: of the lent record when `name` is its account, else of a record
+// that is borrowed and given back beside it. Nothing when there is no such account.
+std::optional<long long> NumberOfAccount(const char* name, const AccountKey& key);
 
 // Has the host save the record and end the loan; after a success also stores the changed texts. The host's
 // result.

@@ -8,8 +8,15 @@ namespace {
 
 constexpr int kCodeMenu = 329;  // the frame's menu when it has no menu bar
 
+// The request target may be a child window, whose "menu" is its control id.
+HMENU MenuBarOf(HWND window) {
+  if ((GetWindowLongPtrA(window, GWL_STYLE) & WS_CHILD) != 0) return nullptr;
+  const HMENU bar = GetMenu(window);
+  return IsMenu(bar) ? bar : nullptr;
+}
+
 HMENU MenuOf(HWND frame) {
-  const HMENU bar = GetMenu(frame);
+  const HMENU bar = MenuBarOf(frame);
   return bar != nullptr ? bar : reinterpret_cast<HMENU>(static_cast<INT_PTR>(SendHostRequest(kCodeMenu)));
 }
 

@@ -15,6 +15,26 @@ bool Close(HWND window) {
   return !IsWindow(window);
 }
 
+// Tells when a sequence of handles repeats itself: each is compared with one before it, and the one kept is
+// renewed at longer and longer distances, so that a circle of any length is found.
+class Repetition {
+ public:
+  bool Comes(HWND window) {
+    if (window == kept_) return true;
+    if (++steps_ == limit_) {
+      kept_ = window;
+      steps_ = 0;
+      limit_ *= 2;
+    }
+    return false;
+  }
+
+ private:
+  HWND kept_ = nullptr;
+  unsigned steps_ = 0;
+  unsigned limit_ = 1;
+};
+
 }  // namespace
 
 int CloseGrepWnd(int all) noexcept {
@@ -32,8 +52,11 @@ int CloseGrepWnd(int all) noexcept {
   }
   HWND window = GrepWindow();
   if (window == nullptr) return 0;
+  // A host that goes on naming windows which are gone has none left.
+  Repetition repetition;
   do {
     if (!Close(window)) return 0;
+    if (repetition.Comes(window)) return 1;
     window = all != 0 ? GrepWindow() : nullptr;
   } while (window != nullptr);
   return 1;

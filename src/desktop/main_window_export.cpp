@@ -10,10 +10,6 @@ using namespace wfinfo;
 
 namespace {
 
-HWND WindowOf(long long handle) { return reinterpret_cast<HWND>(static_cast<INT_PTR>(handle)); }
-
-HWND MainFrame() { return static_cast<HWND>(MainWnd()); }
-
 int ShowMainWindow(int command) {
   const HWND window = MainFrame();
   if (window == nullptr) return 0;
@@ -57,18 +53,19 @@ int ActivateNeighbour(UINT direction) {
 }  // namespace
 
 int IsWrenfoldMain() noexcept {
-  const HWND window = ActingWindow();
-  return window != nullptr && HasClass(window, kFrameClass) ? 1 : 0;
+  const HWND acting = ActingWindow();
+  if (acting == nullptr) return 0;
+  return HasClass(acting, kFrameClass) || HasClass(GetAncestor(acting, GA_ROOT), kFrameClass) ? 1 : 0;
 }
 
 int IsWrenfoldGrep() noexcept {
-  const HWND search_results = WindowOf(GrepWnd());
-  return search_results != nullptr && ActingWindow() == search_results ? 1 : 0;
+  const HWND search_results = ToldGrepWindow().value_or(nullptr);
+  return search_results != nullptr && ActsInside(search_results) ? 1 : 0;
 }
 
 int IsTamarinMailGrep() noexcept { return IsWrenfoldGrep(); }
 
-void* MainWnd() noexcept { return FirstOwnFrame(WindowOf(GrepWnd())); }
+void* MainWnd() noexcept { return MainFrame(); }
 void* MainWnd2() noexcept { return FirstOwnFrame(nullptr); }
 
 int IsIcon() noexcept {

@@ -49,13 +49,17 @@ bool Write(HANDLE file, std::string_view bytes) {
   return size == bytes.size() && WriteFile(file, bytes.data(), size, &written, nullptr) && written == size;
 }
 
-// Opens or creates the file at its start or, with `append`, at its end. `position` is where that is.
+// Pipes, the null device and printers take what is written: they have no end to go to or to set.
+bool HasEnd(HANDLE file) { return GetFileType(file) == FILE_TYPE_DISK; }
+
+// Opens or creates the file at its start or, with `append`, at its end. `position` is where that is; 0 where
+// there is no end.
 UniqueFile OpenForWriting(const char* file_name, bool append, std::uint64_t& position) {
   const WIDETEXT wide(file_name);
   UniqueFile file(CreateFileW(wide.Text(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                               OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   LARGE_INTEGER end{};
-  if (file && append && !SetFilePointerEx(file.get(), {}, &end, FILE_END)) file.reset();
+  if (file && append && HasEnd(file.get()) && !SetFilePointerEx(file.get(), {}, &end, FILE_END)) file.reset();
   position = static_cast<std::uint64_t>(end.QuadPart);
   return file;
 }
@@ -73,7 +77,7 @@ bool SaveText(const char* file_name, const char* text, int append, int encoding)
   const Contents contents = Encoded(text, append, encoding);
   if (contents.bytes.data() == nullptr) return false;
   if (position == 0 && !contents.mark.empty() && !Write(file.get(), contents.mark)) return false;
-  return Write(file.get(), contents.bytes) && SetEndOfFile(file.get());
+  return Write(file.get(), contents.bytes) && (!HasEnd(file.get()) || SetEndOfFile(file.get()));
 }
 
 }  // namespace wfinfo

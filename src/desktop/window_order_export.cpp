@@ -52,7 +52,7 @@ long long SetGrepWndTop() noexcept {
   const auto window = reinterpret_cast<HWND>(static_cast<INT_PTR>(GrepWnd()));
   if (!Shows(window)) return 0;
   const HWND frame = FindHostWindow(SearchMode::kFrameTarget, false, static_cast<unsigned>(kCodeGrepRaised));
-  if (frame == nullptr || frame == window) return 0;
+  if (frame == nullptr || frame == window || GetAncestor(frame, GA_ROOT) == window) return 0;
   Raise(frame, window);
   SendHostRequest(kCodeGrepRaised);
   return 1;

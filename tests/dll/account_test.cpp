@@ -129,6 +129,63 @@ TEST_F(Account, LoadingAnotherGivesTheFirstBackUnsaved) {
   EXPECT_EQ(SaveAccountProp(), 0);
 }
 
+// --- IsImapSyncAccount beside a loan ---
+
+constexpr std::size_t kSynchronising = 1386;
+constexpr char kImapSyncBit = 0x04;
+
+TEST_F(Account, TheLoadedAccountTellsOfImapByItsLoadedRecord) {
+  Load();
+  EXPECT_EQ(IsImapSyncAccount("Home"), 0);
+  EXPECT_EQ(SetAccountProp("fImapSync", 1), 1);
+  EXPECT_EQ(IsImapSyncAccount("Home"), 1) << "set, though not saved";
+  EXPECT_EQ(host.received(), 1) << "only the loan";
+  EXPECT_EQ(SetAccountProp("szTitle", AsValue("Work")), 1);
+  EXPECT_EQ(IsImapSyncAccount("Home"), 1) << "it has this name until it is saved";
+  std::vector<char> work(kRecordSize, '\0');
+  std::strcpy(work.data(), "Work");
+  host.Expect(75).Text("Work").Answer(AsValue(work.data()));
+  host.Expect(77).Int(AsValue(work.data()));
+  EXPECT_EQ(IsImapSyncAccount("Work"), 0) << "that is another account";
+}
+
+TEST_F(Account, AnotherAccountIsBorrowedBesideTheLoan) {
+  Load();
+  std::vector<char> work(kRecordSize, '\0');
+  std::strcpy(work.data(), "Work");
+  work[kSynchronising] = kImapSyncBit;
+  host.Expect(75).Text("Work").Answer(AsValue(work.data()));
+  host.Expect(77).Int(AsValue(work.data())).Do([&](const Request& request) {
+    EXPECT_EQ(request.block[0], AsValue(work.data()));
+    std::fill(work.begin(), work.end(), '\x7F');  // the host's again
+    request.block[0] = 0;                         // as a host may mark it
+    return 1LL;
+  });
+  EXPECT_EQ(IsImapSyncAccount("Work"), 1);
+  EXPECT_EQ(AsText(GetAccountProp("szTitle")), record()) << "the loan stays";
+  host.Expect(75).Text("Nobody").Answer(0);
+  EXPECT_EQ(IsImapSyncAccount("Nobody"), 0);
+  EXPECT_EQ(GetAccountProp("fImapSync"), 0);
+}
+
+TEST_F(Account, ARecordThatIsLentTwiceIsNotGivenBack) {
+  Load();
+  record()[kSynchronising] = kImapSyncBit;
+  host.Expect(75).Text("HOME").Answer(AsValue(record()));
+  EXPECT_EQ(IsImapSyncAccount("HOME"), 1);
+  host.Verify();
+  EXPECT_EQ(GetAccountProp("fImapSync"), 1);
+}
+
+TEST_F(Account, ACopyOfTheLoadedAccountIsGivenBackAndTheLoanIsRead) {
+  Load();
+  std::vector<char> copy(record_.begin(), record_.begin() + kRecordSize);
+  EXPECT_EQ(SetAccountProp("fImapSync", 1), 1);
+  host.Expect(75).Text("HOME").Answer(AsValue(copy.data()));
+  host.Expect(77).Int(AsValue(copy.data()));
+  EXPECT_EQ(IsImapSyncAccount("HOME"), 1);
+}
+
 TEST_F(Account, ABadNameStillEndsTheLoanBefore) {
   Load();
   host.Expect(77).Int(AsValue(record()));

@@ -62,6 +62,14 @@ TEST(Composed, AnHtmlMailIsQuotedThroughTwoRequests) {
   EXPECT_STREQ(QuotedRootHtml(), "<blockquote>");
 }
 
+TEST(Composed, ARootMailIsLoadedFromAsFarAsAFileReaches) {
+  ScriptedHost host;
+  constexpr long long kBeyond4GiB = 0x123456789;
+  host.Expect(130).Answer(kBeyond4GiB);
+  host.Expect(202).Text("mail").Int(kBeyond4GiB).Answer(1);
+  EXPECT_EQ(LoadRootMail("mail", MailFileOffset()), 1);
+}
+
 TEST(Composed, AnAccountsImapFlagIsReadFromItsBorrowedRecord) {
   ScriptedHost host;
   static char record[4896];
@@ -95,6 +103,21 @@ TEST(HostWindows, TheMainWindowIsTheFirstFrameThatShowsNoSearchResults) {
   EXPECT_EQ(IsTamarinMailGrep(), 1);
 }
 
+TEST(HostWindows, AChildWindowAsRequestTargetActsForItsFrame) {
+  ScriptedHost host;
+  const HWND results = host.OpenFrame();
+  SetActiveWindow(host.frame());
+  host.Expect(129).Int(0).Answer(HandleSlot(results)).Always();
+  host.SetRequestTarget(host.OpenWindow("WrenfoldView", host.frame(), WS_CHILD | WS_VISIBLE));
+  EXPECT_EQ(IsWrenfoldMain(), 1);
+  EXPECT_EQ(IsWrenfoldGrep(), 0);
+  host.SetRequestTarget(host.OpenWindow("WrenfoldView", results, WS_CHILD | WS_VISIBLE));
+  EXPECT_EQ(IsWrenfoldGrep(), 1);
+  EXPECT_EQ(SetGrepWndTop(), 0) << "it is the caller's own";
+  host.SetRequestTarget(host.OpenWindow("STATIC"));
+  EXPECT_EQ(IsWrenfoldMain(), 0) << "a window of its own is no frame";
+}
+
 TEST(HostWindows, AnOuterViewIsNoMainWindow) {
   ScriptedHost host;
   SetActiveWindow(host.OpenOuterView());
@@ -115,6 +138,17 @@ TEST(HostWindows, TheMainWindowIsMinimisedMaximisedAndRestored) {
   host.Expect(39).Answer(1);
   EXPECT_EQ(TrayIcon(), 1);
   EXPECT_FALSE(IsWindowVisible(host.frame()));
+}
+
+TEST(HostWindows, WithoutAnIconInTheTrayTheWindowIsOnlyMinimised) {
+  ScriptedHost host;
+  host.Expect(129).Int(0).Always();
+  host.Expect(39).Do([&](const Request&) {
+    EXPECT_TRUE(IsIconic(host.frame())) << "asked when the host may have made its icon";
+    return 0LL;
+  });
+  EXPECT_EQ(TrayIcon(), 1);
+  EXPECT_TRUE(IsWindowVisible(host.frame()));
 }
 
 TEST(HostWindows, NextAndPreviousWalkRoundTheHostsWindows) {

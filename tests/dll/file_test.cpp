@@ -226,6 +226,51 @@ TEST(SaveStringToFile, AHostWithoutAnAnswerLeavesTheContents) {
   }
 }
 
+// A pipe with a reader: what a writer that has gone wrote to it.
+class PipeReader {
+ public:
+  PipeReader()
+      : name_("\\\\.\\pipe\\wfinfo-test-" + std::to_string(GetCurrentProcessId())),
+        pipe_(CreateNamedPipeA(name_.c_str(), PIPE_ACCESS_INBOUND, PIPE_TYPE_BYTE | PIPE_WAIT, 1, 4096, 4096,
+                               0, nullptr)) {
+    EXPECT_NE(pipe_, INVALID_HANDLE_VALUE);
+  }
+  ~PipeReader() { CloseHandle(pipe_); }
+  const char* name() const { return name_.c_str(); }
+  std::string Read() {
+    char bytes[4096];
+    DWORD count = 0;
+    std::string all;
+    while (ReadFile(pipe_, bytes, sizeof bytes, &count, nullptr) && count > 0) all.append(bytes, count);
+    return all;
+  }
+
+ private:
+  std::string name_;
+  HANDLE pipe_;
+};
+
+TEST(SaveStringToFile, APipeTakesTheTextAppendedOrNot) {
+  ScriptedHost host;
+  for (const int append : {0, 1}) {
+    {
+      PipeReader pipe;
+      EXPECT_EQ(SaveStringToFile(pipe.name(), "through a pipe", append, 0), 1);
+      EXPECT_EQ(pipe.Read(), "through a pipe");
+    }
+    PipeReader pipe;
+    host.Expect(290).Text("ab").Int(append).Int(1).Answer(reinterpret_cast<Slot>(L"ab"));
+    EXPECT_EQ(SaveStringToFile(pipe.name(), "ab", append, 1), 1);
+    EXPECT_EQ(pipe.Read(), "\xFF\xFE\x61\x00\x62\x00"s)
+        << "each opening is a stream of its own, with its mark";
+  }
+}
+
+TEST(SaveStringToFile, TheNullDeviceTakesEverything) {
+  EXPECT_EQ(SaveStringToFile("NUL", "text", 0, 0), 1);
+  EXPECT_EQ(SaveStringToFile("NUL", "text", 1, 0), 1);
+}
+
 TEST(SaveStringToFile, WhatCannotBeOpenedIsAFailure) {
   const TempFolder folder;
   EXPECT_EQ(SaveStringToFile(folder.Path("no\\such\\folder").c_str(), "x", 0, 0), 0);

@@ -243,6 +243,26 @@ TEST_F(MenuOptions, WithoutAMenuBarTheHostNamesTheMenu) {
   EXPECT_EQ(refreshes_, 4);
 }
 
+TEST_F(MenuOptions, AChildWindowAsTargetHasNoMenuBarWhateverItsId) {
+  AddItem(kHighPriority, MF_CHECKED);
+  AddItem(kNotification, MF_CHECKED);
+  const HWND child = host.OpenWindow("WrenfoldView", host.frame(), WS_CHILD | WS_VISIBLE);
+  host.SetRequestTarget(child);
+  host.hook = nullptr;
+  for (const auto id : {static_cast<LONG_PTR>(40100), reinterpret_cast<LONG_PTR>(bar_)}) {
+    SetWindowLongPtrA(child, GWLP_ID, id);
+    host.Expect(329).Answer(AsValue(menu_));
+    EXPECT_EQ(IsHighPriority(), 1);
+    host.Expect(329).Answer(AsValue(menu_));
+    EXPECT_EQ(IsRequestNotification(), 1);
+    host.Expect(329).Answer(AsValue(menu_));
+    EXPECT_EQ(GetCurrentMenuCheckState(kHighPriority), 1);
+    host.Expect(329).Answer(0);
+    EXPECT_EQ(SetRequestNotification(0), 0) << "no menu";
+    host.Verify();
+  }
+}
+
 TEST_F(MenuOptions, WithoutAnyMenuTheItemsAreMissing) {
   SetMenu(host.frame(), nullptr);
   host.Expect(329);

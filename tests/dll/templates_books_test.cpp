@@ -285,6 +285,21 @@ TEST_F(GrepWindows, CloseGrepWndIsRefusedOnAGrepWindowAndDuringASearch) {
   EXPECT_EQ(close_commands_, 0);
 }
 
+TEST(CloseGrepWnd, EndsWhenTheHostGoesOnNamingWindowsThatAreGone) {
+  for (const std::size_t period : {1u, 2u, 3u, 7u}) {
+    ScriptedHost host;
+    std::vector<HWND> gone;
+    for (std::size_t i = 0; i < period; ++i) gone.push_back(host.OpenWindow("GrepOfTests"));
+    for (const HWND window : gone) DestroyWindow(window);
+    SetActiveWindow(host.frame());
+    std::size_t asked = 0;
+    host.Expect(129).Any().Always().Do([&](const Request&) { return AsValue(gone[asked++ % period]); });
+    host.Expect(256).Always();
+    EXPECT_EQ(CloseGrepWnd(1), 1) << "none is left";
+    EXPECT_LT(asked, 10 * period);
+  }
+}
+
 TEST(FolderMailCount, EachKindBecomesItsCode) {
   ScriptedHost host;
   for (const Word& w : {Word{nullptr, 0},

@@ -129,6 +129,28 @@ class Accounts(HostTest):
             "--accounts", accounts), "1\n100\n")
         self.assertEqual(accounts.read_text(), "[local]\n[other]\n")
 
+    def test_other_accounts_are_asked_while_one_is_loaded(self):
+        accounts = self.write("accounts.txt", "[local]\n[other]\nfImapSync = 1\n")
+        self.assert_output(self.run_macro(
+            self.LOAD + 'SetAccountProp("nAccountIcon", 7)\n'
+            'print IsImapSyncAccount("other"), IsImapSyncAccount("local"), IsImapSyncAccount("LOCAL")\n'
+            'SetAccountProp("fImapSync", 1)\n'
+            'print IsImapSyncAccount("local"), IsImapSyncAccount("LOCAL"), IsImapSyncAccount("none")\n'
+            'print GetAccountProp("nAccountIcon"), SaveAccountProp()\n',
+            "--accounts", accounts), "1\n100\n110\n71\n")
+        self.assertIn("nAccountIcon = 7\n", accounts.read_text())
+
+    def test_the_long_texts_stay_while_the_title_is_changed(self):
+        accounts = self.write("accounts.txt", "[local]\nszSignature = Bob\nszNewTemplate = Dear\n")
+        self.assert_output(self.run_macro(
+            self.LOAD + 'SetAccountProp("szTitle", "home")\n'
+            'print AddString(GetAccountProp("szSignature"))\n'
+            'SetAccountProp("szNewTemplate", "Hello")\n'
+            'print SaveAccountProp(), LoadAccountProp("local"), LoadAccountProp("home")\n'
+            'print AddString(GetAccountProp("szSignature")), " ", AddString(GetAccountProp("szNewTemplate"))\n',
+            "--accounts", accounts), "1\nBob\n101\nBob Hello\n")
+        self.assertEqual(accounts.read_text(), "[home]\nszSignature = Bob\nszNewTemplate = Hello\n")
+
 
 class Writing(HostTest):
     MAIL = (b"From: Alice <alice@example.com>\r\nTo: b@example.com\r\nSubject: s\r\n"

@@ -108,7 +108,7 @@ TEST_F(HostAccounts, ALentRecordHoldsWhatTheFileSays) {
   EXPECT_STREQ(record, "local") << "as the file spells it";
   EXPECT_STREQ(record + 3499, "pop.example.com");
   EXPECT_EQ(record[1386], 0x05) << "fImapSync and the flag that it forces";
-  EXPECT_EQ(record[3620], -3);
+  EXPECT_EQ(static_cast<signed char>(record[3620]), -3);
   EXPECT_EQ(record[724], 0);
   EXPECT_EQ(std::strlen(record + 1476), 255u);
   EXPECT_EQ(std::strlen(record + 3752), 44u);
@@ -122,8 +122,8 @@ TEST_F(HostAccounts, SavingWritesWhatWasChangedAndKeepsTheRest) {
   SetNumber(record, "nAccountIcon", 44);
   SetText(record, "szCcEmail", "c@example.com");
   SetText(record, "szSmtpPassword", "secret");
-  EXPECT_TRUE(store_.Save());
-  EXPECT_FALSE(store_.Save()) << "nothing is lent any more";
+  EXPECT_TRUE(store_.Save(record));
+  EXPECT_FALSE(store_.Save(record)) << "it is lent no more";
   EXPECT_EQ(FileText(),
             "# mine\r\n[local]\r\nfTLS12 = 1\r\nunknown = kept\r\nnAccountIcon = 44\r\n"
             "szCcEmail = c@example.com\r\n\r\n[other]\r\n");
@@ -132,21 +132,56 @@ TEST_F(HostAccounts, SavingWritesWhatWasChangedAndKeepsTheRest) {
 
 TEST_F(HostAccounts, ReleasingForgetsTheChanges) {
   OpenWith("[local]\r\n");
-  SetNumber(store_.Lend("local"), "nAccountIcon", 1);
-  store_.Release();
+  char* const record = store_.Lend("local");
+  SetNumber(record, "nAccountIcon", 1);
+  EXPECT_TRUE(store_.Release(record));
+  EXPECT_FALSE(store_.Release(record)) << "it is lent no more";
   EXPECT_EQ(store_.Lend("local")[3320], 0);
   EXPECT_EQ(FileText(), "[local]\r\n");
 }
 
 TEST_F(HostAccounts, AnotherTitleRenamesTheAccount) {
   OpenWith("[local]\r\n[other]\r\n");
-  SetText(store_.Lend("local"), "szTitle", "OTHER");
-  EXPECT_FALSE(store_.Save()) << "the name is in use";
-  SetText(store_.Lend("local"), "szTitle", "");
-  EXPECT_FALSE(store_.Save());
-  SetText(store_.Lend("local"), "szTitle", "home");
-  EXPECT_TRUE(store_.Save());
+  const auto save_as = [this](const char* title) {
+    char* const record = store_.Lend("local");
+    SetText(record, "szTitle", title);
+    return store_.Save(record);
+  };
+  EXPECT_FALSE(save_as("OTHER")) << "the name is in use";
+  EXPECT_FALSE(save_as(""));
+  EXPECT_TRUE(save_as("home"));
   EXPECT_EQ(FileText(), "[home]\r\n[other]\r\n");
+}
+
+TEST_F(HostAccounts, EachLoanIsARecordOfItsOwn) {
+  OpenWith("[local]\r\n[other]\r\nfImapSync = 1\r\n");
+  char* const local = store_.Lend("local");
+  SetNumber(local, "nAccountIcon", 7);
+  char* const other = store_.Lend("other");
+  char* const again = store_.Lend("local");
+  ASSERT_NE(other, local);
+  ASSERT_NE(again, local);
+  EXPECT_EQ(other[1386], 0x05);
+  EXPECT_EQ(again[3320], 0) << "what was changed in another loan is not saved yet";
+  EXPECT_TRUE(store_.Release(other));
+  EXPECT_TRUE(store_.Release(again));
+  EXPECT_EQ(local[3320], 7);
+  EXPECT_TRUE(store_.Save(local));
+  EXPECT_EQ(FileText(), "[local]\r\nnAccountIcon = 7\r\n[other]\r\nfImapSync = 1\r\n");
+}
+
+TEST_F(HostAccounts, ALoanKnowsItsAccountWhateverItsTitleSays) {
+  OpenWith("[local]\r\n[other]\r\n");
+  char* const first = store_.Lend("LOCAL");
+  char* const second = store_.Lend("local");
+  SetText(first, "szTitle", "home");
+  EXPECT_EQ(store_.LentName(first), "local");
+  EXPECT_TRUE(store_.Save(first));
+  EXPECT_EQ(store_.LentName(first), std::nullopt);
+  EXPECT_EQ(store_.LentName(second), "home") << "the account has that name since";
+  EXPECT_TRUE(store_.Save(second)) << "with its title of before, which is free again";
+  EXPECT_EQ(FileText(), "[local]\r\n[other]\r\n");
+  EXPECT_EQ(store_.LentName(nullptr), std::nullopt);
 }
 
 TEST_F(HostAccounts, KeepsTheLongTexts) {
