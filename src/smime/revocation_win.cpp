@@ -18,7 +18,6 @@ constexpr char kCrlStore[] = "CA";
 constexpr char kDistributionPoints[] = "2.5.29.31";
 constexpr int kUrlRoom = 512;      // bytes, terminator included; a longer one is passed over
 constexpr int kReportRoom = 4096;  // bytes of the report that are read
-constexpr int kSignerRoom = 128;
 constexpr DWORD kElementNameRoom = 123;
 
 void Append(HWND control, const Message& text) { AppendReport(control, Chosen(text)); }
@@ -201,7 +200,7 @@ void ChainCheck::Check(PCCERT_CONTEXT cert, PCCERT_CONTEXT issuer) {
 }
 
 // The signer's address in the report that `control` shows, "" when there is none.
-void ReadSigner(HWND control, char (&signer)[kSignerRoom]) {
+void ReadSigner(HWND control, char (&signer)[kEmailRoom]) {
   char report[kReportRoom] = "";
   SendMessageA(control, WM_GETTEXT, sizeof report, reinterpret_cast<LPARAM>(report));
   report[sizeof report - 1] = '\0';
@@ -217,8 +216,8 @@ Pass CheckAll(HCERTSTORE store, HWND control, const char* signer) {
   Pass pass = Pass::kNothing;
   EachCertificate(store, [&](PCCERT_CONTEXT cert) {
     if (!CertHasEmail(cert)) return true;
-    char email[kSignerRoom];
-    NameOf(cert, CERT_NAME_EMAIL_TYPE, 0, email);
+    char email[kEmailRoom];
+    EmailNameOf(cert, email);
     if (signer[0] != '\0' && !EqualIgnoringCase(email, signer)) {
       if (pass == Pass::kNothing) pass = Pass::kPassedOver;
       return true;
@@ -238,7 +237,7 @@ bool CheckRevocation(HCERTSTORE store, HWND control) {
                      "△ Windowsのcrypt32.dllが古いため、失効を確認できません。\r\n"});
     return false;
   }
-  char signer[kSignerRoom];
+  char signer[kEmailRoom];
   ReadSigner(control, signer);
   Pass pass = CheckAll(store, control, signer);
   // Nobody had the signer's address: then everybody with an address will do.

@@ -115,6 +115,7 @@ void KeepGoodReport(const SignerWalk& walk, const SignedMessage& message) {
   // A good signature without its report would hide who signed.
   g_signatureState = report != nullptr ? 1 : 0;
   KeepPgpInfoText(report);
+  RememberMessageSigner(walk.signer());
 }
 
 }  // namespace
@@ -123,6 +124,7 @@ const char* VerifyMessage(const SignedMessage& message) {
   BeginPgpRun();
   g_signatureState = 0;
   KeepMessageStore(nullptr);
+  RememberMessageSigner(nullptr);
   KeepMessageStore(g_crypto.CryptGetMessageCertificates(kEncoding, 0, 0, message.message, message.size));
   SignerWalk walk(message);
   const DWORD error = walk.Run();

@@ -259,6 +259,18 @@ TEST_F(SmimeRevocation, JapaneseChecksTheSigner) {
   EXPECT_NE(other.find("first@x\r\n"), std::string::npos) << "nobody has it: all count";
 }
 
+TEST_F(SmimeRevocation, ANameDoesNotSteerTheCheckToAnother) {
+  carried_.Add(Person("other@x"));
+  carried_.Add(Person("signer@x"));
+  carried_.Add(root_.cert());
+  AddList(root_.Revoke({}));
+  host_.SetLanguage(Language::kJapanese);
+  const std::string label = Sjis(u8"署名者メールアドレス： ");
+  const std::string added = Check(Sjis(u8"署名者： ") + "A" + label + "other@x\r\n" + label + "signer@x\r\n");
+  EXPECT_NE(added.find("signer@x\r\n"), std::string::npos) << added;
+  EXPECT_EQ(added.find("other@x"), std::string::npos) << added;
+}
+
 TEST_F(SmimeRevocation, WithoutAnythingToCheckThatIsTold) {
   EXPECT_EQ(Check(), kHead + std::string("\x81\x7E Certificate not found.\r\n"));
   EXPECT_EQ(result_, 0);
