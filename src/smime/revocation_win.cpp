@@ -59,12 +59,16 @@ struct ListAddress {
   }
 };
 
-// The first list of the store that `issuer` issued and that is valid now.
+constexpr DWORD kRevoked = 0x80092010;
+
+// The first list of the store that `issuer` issued, its signature says so, and that is valid now. The name
+// alone would not do: a list that a stranger's certificate made us download may bear anybody's. The encoding
+// has to be 0.
 UniqueCrl FindLocalList(HCERTSTORE store, PCCERT_CONTEXT issuer) {
   if (store == nullptr) return {};
   PCCRL_CONTEXT crl = nullptr;
-  while ((crl = g_crypto.CertFindCRLInStore(store, kEncoding, 0, CRL_FIND_ISSUED_BY, issuer, crl)) !=
-         nullptr) {
+  while ((crl = g_crypto.CertFindCRLInStore(store, 0, CRL_FIND_ISSUED_BY_SIGNATURE_FLAG, CRL_FIND_ISSUED_BY,
+                                            issuer, crl)) != nullptr) {
     if (g_crypto.CertVerifyCRLTimeValidity(nullptr, crl->pCrlInfo) == 0) return UniqueCrl(crl);
   }
   return {};
@@ -171,6 +175,7 @@ UniqueCrl ChainCheck::ObtainList(PCCERT_CONTEXT cert, PCCERT_CONTEXT issuer) {
 
 void ChainCheck::AddVerdict(PCCERT_CONTEXT cert, const UniqueCrl& list) {
   CRL_INFO* lists[] = {list.get()->pCrlInfo};
+  SetLastError(kRevoked);  // "no" means that, and comes without an error of its own
   if (g_crypto.CertVerifyCRLRevocation(kEncoding, cert->pCertInfo, 1, lists)) {
     Append(control_, {"  ○ The certificate is not revoked. (CertVerifyCRLRevocation succeeded)\r\n",
                       "  ○ 証明書は失効していません。（CertVerifyCRLRevocation成功）\r\n"});
