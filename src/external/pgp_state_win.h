@@ -5,6 +5,8 @@
 
 #include <cstddef>
 
+#include "base/unique_win.h"
+
 namespace wfinfo {
 
 // Exit code of the last child program; 0 before any run, -1 while a run has not got one.
@@ -37,8 +39,12 @@ inline constexpr std::size_t kSmimeSpareBytes = 128;
 // A zeroed block for a result of `size` bytes and the spare ones behind it, or null.
 char* NewSmimeOutput(DWORD size);
 
-// Takes `block`, which holds `size` bytes of result, as the S/MIME output block; frees the one before. The
-// block stays valid until the next call. Returns `block`.
+// Wipes a LocalAlloc block (or null) and frees it: what was encrypted does not stay behind in free memory.
+void FreeSecret(void* block);
+using UniqueSecret = Unique<PointerTraits<void*, &FreeSecret>>;
+
+// Takes `block`, which holds `size` bytes of result, as the S/MIME output block; wipes and frees the one
+// before. The block stays valid until the next call. Returns `block`.
 const char* KeepSmimeOutput(char* block, DWORD size);
 
 }  // namespace wfinfo

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "text/host_text.h"
+
 namespace wfinfo::smime {
 namespace {
 
@@ -12,21 +14,39 @@ constexpr std::size_t kLongestSigner = 128;  // bytes; an address of this many i
 
 char Lowered(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte; }
 
-bool EndsAddress(std::string_view rest) {
-  if (rest.empty()) return true;
-  const auto next = static_cast<unsigned char>(rest[0]);
-  return next <= ' ' || next == 0x7F || next == ',';
+bool IsSameUnit(std::string_view a, std::string_view b) {
+  return a.size() == 1 && b.size() == 1 ? Lowered(a[0]) == Lowered(b[0]) : a == b;
+}
+
+// True at the start of a line of `text`. A line that an edit control has folded ends with CR CR LF: what
+// follows that is the same line to whoever wrote it.
+bool StartsLine(std::string_view text, std::size_t position) {
+  const std::string_view before = text.substr(0, position);
+  return before.empty() || (before.ends_with('\n') && !before.ends_with("\r\r\n"));
+}
+
+std::size_t FindAtLineStart(std::string_view text, std::string_view label) {
+  std::size_t found = text.find(label);
+  while (found != std::string_view::npos && !StartsLine(text, found)) found = text.find(label, found + 1);
+  return found;
 }
 
 }  // namespace
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && StartsWithIgnoringCase(a, b);
+  if (a.size() != b.size()) return false;
+  while (!a.empty()) {
+    const std::string_view unit = NextUnit(a);
+    const std::string_view other = NextUnit(b);
+    if (!IsSameUnit(unit, other)) return false;
+    a.remove_prefix(unit.size());
+    b.remove_prefix(other.size());
+  }
+  return true;
 }
 
 bool StartsWithIgnoringCase(std::string_view text, std::string_view start) {
-  return text.size() >= start.size() && std::equal(start.begin(), start.end(), text.begin(),
-                                                   [](char a, char b) { return Lowered(a) == Lowered(b); });
+  return EqualIgnoringCase(text.substr(0, start.size()), start);
 }
 
 std::size_t CountRecipients(std::string_view list) {
@@ -53,12 +73,15 @@ void AddressListWriter::Append(std::string_view text) {
   buffer_[used_] = '\0';
 }
 
-void AddressListWriter::Add(std::string_view address) {
-  if (ended_) return;
+bool AddressListWriter::Add(std::string_view address) {
+  if (ended_) return false;
   if (used_ > 0) Append(kSeparator);
   // An item is written when it is shorter than the space left.
   ended_ = used_ + address.size() >= limit_;
+  char* const item = buffer_ + used_;
   Append(ended_ ? ".." : address);
+  std::replace(item, buffer_ + used_, ',', '?');
+  return !ended_;
 }
 
 std::string_view FurtherAddresses(std::string_view list) {
@@ -66,15 +89,8 @@ std::string_view FurtherAddresses(std::string_view list) {
   return separator == std::string_view::npos ? std::string_view{} : list.substr(separator + 2);
 }
 
-bool ListHoldsSender(std::string_view list, std::string_view sender) {
-  for (std::string_view rest = list; !rest.empty(); rest = FurtherAddresses(rest)) {
-    if (StartsWithIgnoringCase(rest, sender) && EndsAddress(rest.substr(sender.size()))) return true;
-  }
-  return false;
-}
-
 std::string_view SignerAddressIn(std::string_view report, std::string_view label) {
-  const std::size_t found = report.find(label);
+  const std::size_t found = FindAtLineStart(report, label);
   if (found == std::string_view::npos || report.size() - found < kSignerAddressOffset) return {};
   const std::string_view rest = report.substr(found + kSignerAddressOffset);
   const auto end =

@@ -80,6 +80,11 @@ void AddPath(ReportWriter& report, const CERT_SIMPLE_CHAIN* chain) {
   }
 }
 
+// What switches off the provider's own revocation checks and its way to the network, and judges the chain
+// only: an e-mail certificate has none of the usages that a provider might ask for.
+constexpr DWORD kTrustFlags =
+    WTD_REVOCATION_CHECK_NONE | WTD_CACHE_ONLY_URL_RETRIEVAL | WTD_NO_POLICY_USAGE_FLAG;
+
 using TrustFunction = decltype(&::WinVerifyTrust);
 
 TrustFunction FindTrustFunction() {
@@ -120,9 +125,11 @@ DWORD TrustVerdict(bool show_ui, PCCERT_CONTEXT cert) {
   WINTRUST_DATA data{};
   data.cbStruct = sizeof data;
   data.dwUIChoice = show_ui ? WTD_UI_ALL : WTD_UI_NONE;
-  data.fdwRevocationChecks = WTD_REVOKE_NONE;
+  data.fdwRevocationChecks = WTD_REVOKE_NONE;  // none in addition to the provider's own
   data.dwUnionChoice = WTD_CHOICE_CERT;
   data.pCert = &subject;
+  data.dwStateAction = WTD_STATEACTION_IGNORE;
+  data.dwProvFlags = kTrustFlags;
   GUID action = kVerifyCertificate;
   return static_cast<DWORD>(verify(show_ui ? GetActiveWindow() : nullptr, &action, &data));
 }

@@ -1,4 +1,4 @@
-// The certificates that the last verified message carried.
+// The certificates that the last verified message carried, and whose signature it has.
 #pragma once
 
 #include "smime/crypto_binding_win.h"
@@ -13,5 +13,11 @@ HCERTSTORE MessageStore();
 
 // Hands the store over: the caller closes it, none is held afterwards.
 HCERTSTORE TakeMessageStore();
+
+// Remembers the certificate (its bytes, no context) of the verified signer; null: nobody.
+void RememberMessageSigner(PCCERT_CONTEXT signer);
+
+// True for the certificate that was remembered.
+bool IsMessageSigner(PCCERT_CONTEXT cert);
 
 }  // namespace wfinfo::smime

@@ -18,7 +18,6 @@ constexpr char kCrlStore[] = "CA";
 constexpr char kDistributionPoints[] = "2.5.29.31";
 constexpr int kUrlRoom = 512;      // bytes, terminator included; a longer one is passed over
 constexpr int kReportRoom = 4096;  // bytes of the report that are read
-constexpr int kSignerRoom = 128;
 constexpr DWORD kElementNameRoom = 123;
 
 void Append(HWND control, const Message& text) { AppendReport(control, Chosen(text)); }
@@ -60,12 +59,16 @@ struct ListAddress {
   }
 };
 
-// The first list of the store that `issuer` issued and that is valid now.
+constexpr DWORD kRevoked = 0x80092010;
+
+// The first list of the store that `issuer` issued, its signature says so, and that is valid now. The name
+// alone would not do: a list that a stranger's certificate made us download may bear anybody's. The encoding
+// has to be 0.
 UniqueCrl FindLocalList(HCERTSTORE store, PCCERT_CONTEXT issuer) {
   if (store == nullptr) return {};
   PCCRL_CONTEXT crl = nullptr;
-  while ((crl = g_crypto.CertFindCRLInStore(store, kEncoding, 0, CRL_FIND_ISSUED_BY, issuer, crl)) !=
-         nullptr) {
+  while ((crl = g_crypto.CertFindCRLInStore(store, 0, CRL_FIND_ISSUED_BY_SIGNATURE_FLAG, CRL_FIND_ISSUED_BY,
+                                            issuer, crl)) != nullptr) {
     if (g_crypto.CertVerifyCRLTimeValidity(nullptr, crl->pCrlInfo) == 0) return UniqueCrl(crl);
   }
   return {};
@@ -172,6 +175,7 @@ UniqueCrl ChainCheck::ObtainList(PCCERT_CONTEXT cert, PCCERT_CONTEXT issuer) {
 
 void ChainCheck::AddVerdict(PCCERT_CONTEXT cert, const UniqueCrl& list) {
   CRL_INFO* lists[] = {list.get()->pCrlInfo};
+  SetLastError(kRevoked);  // "no" means that, and comes without an error of its own
   if (g_crypto.CertVerifyCRLRevocation(kEncoding, cert->pCertInfo, 1, lists)) {
     Append(control_, {"  ○ The certificate is not revoked. (CertVerifyCRLRevocation succeeded)\r\n",
                       "  ○ 証明書は失効していません。（CertVerifyCRLRevocation成功）\r\n"});
@@ -201,7 +205,7 @@ void ChainCheck::Check(PCCERT_CONTEXT cert, PCCERT_CONTEXT issuer) {
 }
 
 // The signer's address in the report that `control` shows, "" when there is none.
-void ReadSigner(HWND control, char (&signer)[kSignerRoom]) {
+void ReadSigner(HWND control, char (&signer)[kEmailRoom]) {
   char report[kReportRoom] = "";
   SendMessageA(control, WM_GETTEXT, sizeof report, reinterpret_cast<LPARAM>(report));
   report[sizeof report - 1] = '\0';
@@ -217,8 +221,8 @@ Pass CheckAll(HCERTSTORE store, HWND control, const char* signer) {
   Pass pass = Pass::kNothing;
   EachCertificate(store, [&](PCCERT_CONTEXT cert) {
     if (!CertHasEmail(cert)) return true;
-    char email[kSignerRoom];
-    NameOf(cert, CERT_NAME_EMAIL_TYPE, 0, email);
+    char email[kEmailRoom];
+    EmailNameOf(cert, email);
     if (signer[0] != '\0' && !EqualIgnoringCase(email, signer)) {
       if (pass == Pass::kNothing) pass = Pass::kPassedOver;
       return true;
@@ -238,7 +242,7 @@ bool CheckRevocation(HCERTSTORE store, HWND control) {
                      "△ Windowsのcrypt32.dllが古いため、失効を確認できません。\r\n"});
     return false;
   }
-  char signer[kSignerRoom];
+  char signer[kEmailRoom];
   ReadSigner(control, signer);
   Pass pass = CheckAll(store, control, signer);
   // Nobody had the signer's address: then everybody with an address will do.

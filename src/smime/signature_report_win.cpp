@@ -12,21 +12,22 @@ namespace wfinfo::smime {
 namespace {
 
 constexpr std::size_t kListRoom = 2048;  // of a certificate's addresses
-constexpr std::size_t kNameRoom = 128;   // of the signer's names
+constexpr std::size_t kNameRoom = 128;   // of the signer's name
 constexpr std::size_t kIssuerRoom = 256;
 constexpr std::size_t kLabelRoom = 1024;  // labels and findings around the names
 
 struct Signer {
   char name[kNameRoom];
-  char email[kNameRoom];
+  char email[kEmailRoom];
   char issuer[kIssuerRoom];
   char list[kListRoom];
+  bool has_senders_address;
 
-  explicit Signer(PCCERT_CONTEXT cert) {
+  Signer(PCCERT_CONTEXT cert, const char* sender) {
     NameOf(cert, CERT_NAME_FRIENDLY_DISPLAY_TYPE, 0, name);
-    NameOf(cert, CERT_NAME_EMAIL_TYPE, 0, email);
+    EmailNameOf(cert, email);
     NameOf(cert, CERT_NAME_FRIENDLY_DISPLAY_TYPE, CERT_NAME_ISSUER_FLAG, issuer);
-    GetCertEmailList(cert, list, sizeof list);
+    has_senders_address = GetCertEmailList(cert, list, sizeof list, sender == nullptr ? "" : sender);
   }
 };
 
@@ -59,10 +60,10 @@ void AddSenderCheck(ReportWriter& report, const Signer& signer, const char* send
     report.Add(
         Chosen({"△ It is not verified whether the certificate email address matches the email sender.\r\n",
                 "△ 証明書のメールアドレスがメールの送信者と一致するかどうかは検証していません。\r\n"}));
-  } else if (EqualIgnoringCase(sender, signer.email)) {
+  } else if (signer.has_senders_address && EqualIgnoringCase(sender, signer.email)) {
     report.Add(Chosen({"○ Ther certificate email address matches the email sender.\r\n",
                        "○ 証明書のメールアドレスはメールの送信者と一致します。\r\n"}));
-  } else if (ListHoldsSender(signer.list, sender)) {
+  } else if (signer.has_senders_address) {
     report.Add(Chosen({"○ The email sender matches the certificate email address alias.\r\n",
                        "○ メールの送信者は証明書のメールアドレスの別名と一致します。\r\n"}));
   } else {
@@ -105,7 +106,7 @@ const Message& TextOf(DWORD error) {
 }  // namespace
 
 char* SignatureReport(PCCERT_CONTEXT cert, const char* sender, HCERTSTORE carried) {
-  const Signer signer(cert);
+  const Signer signer(cert, sender);
   const std::size_t room =
       sizeof signer + kLabelRoom + kCertReportRoom + (sender == nullptr ? 0 : std::strlen(sender));
   char* const block = NewResultBlock(room);

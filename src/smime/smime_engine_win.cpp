@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "bridge/debug_log_win.h"
 #include "bridge/host_window_win.h"
@@ -12,6 +13,7 @@
 #include "smime/cert_lookup_win.h"
 #include "smime/cert_report_win.h"
 #include "smime/crypto_binding_win.h"
+#include "smime/decrypt_win.h"
 #include "smime/report_writer.h"
 #include "smime/verify_win.h"
 
@@ -147,7 +149,7 @@ template <class Produce>
 const char* InTwoCalls(const Message& failure, Produce&& produce) {
   DWORD size = 0;
   if (produce(nullptr, &size)) {
-    UniqueLocal block(NewSmimeOutput(size));
+    UniqueSecret block(NewSmimeOutput(size));
     if (!block) return kNoText;
     if (produce(static_cast<BYTE*>(block.get()), &size)) {
       return KeepSmimeOutput(static_cast<char*>(block.release()), size);
@@ -197,27 +199,15 @@ const Message& DecryptionFailure(DWORD error) {
   return error == kUnknownAlgorithm ? kUnknownAlgorithmText : kOtherText;
 }
 
-// Decrypts into a new block; null after a failure with the thread's last error set.
-char* Decrypt(CRYPT_DECRYPT_MESSAGE_PARA& para, const BYTE* message, DWORD* size, DWORD message_size) {
-  if (!g_crypto.CryptDecryptMessage(&para, message, message_size, nullptr, size, nullptr)) return nullptr;
-  UniqueLocal block(NewSmimeOutput(*size));
-  if (!block) return nullptr;
-  if (!g_crypto.CryptDecryptMessage(&para, message, message_size, static_cast<BYTE*>(block.get()), size,
-                                    nullptr)) {
-    return nullptr;
-  }
-  return static_cast<char*>(block.release());
-}
-
 // Nothing inside the envelope was signed.
-const char* KeepDecrypted(char* content, DWORD size) {
+const char* KeepDecrypted(UniqueSecret content, DWORD size) {
   if (!HasPgpInfoText()) {
     SetPgpInfoText(
         Chosen({"○ The encrypted email was successfully decrypted\r\n(It was not digitally signed.)\r\n",
                 "○ 暗号化されたメールの復号に成功しました。\r\n（電子署名はされてません）\r\n"}));
     g_signatureState = 0;
   }
-  return KeepSmimeOutput(content, size);
+  return KeepSmimeOutput(static_cast<char*>(content.release()), size);
 }
 
 }  // namespace
@@ -264,8 +254,8 @@ const char* SmimeDecrypt(const BYTE* message, DWORD size, const char* address) {
   para.cCertStore = 1;
   para.rghCertStore = stores;
   DWORD content_size = 0;
-  char* const content = Decrypt(para, message, &content_size, size);
-  if (content != nullptr) return KeepDecrypted(content, content_size);
+  UniqueSecret content = DecryptMessage(para, message, size, &content_size);
+  if (content) return KeepDecrypted(std::move(content), content_size);
   const DWORD error = GetLastError();
   if (error == kNoEnvelope) return VerifyMessage({message, size, nullptr, 0, address, &para});
   SetLastError(error);

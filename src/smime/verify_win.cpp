@@ -1,9 +1,10 @@
 #include "smime/verify_win.h"
 
-#include <cstring>
+#include <utility>
 
 #include "bridge/results_win.h"
 #include "external/pgp_state_win.h"
+#include "smime/decrypt_win.h"
 #include "smime/message_store_win.h"
 #include "smime/signature_report_win.h"
 
@@ -13,13 +14,19 @@ namespace {
 // Errors by their numbers: the headers know some under other names.
 constexpr DWORD kNoEnvelope = 0x8009200A;
 constexpr DWORD kNoSigner = 0x8009200E;
+constexpr DWORD kInvalidIndex = 0x80091008;  // for the signer beyond the last one that is verified
+
+constexpr DWORD kMostSigners = 1000;  // a message with more is not verified: each one costs a walk over it
 
 constexpr char kNoContent[] = "OK";
 
-// Walks the signers of one message.
+// Walks the signers of one message. Only a call that is asked for the signer counts as a verification, and
+// one on a message that brings no content does not: CryptVerifyMessageSignature succeeds on a detached
+// signature without having verified it.
 class SignerWalk {
  public:
-  explicit SignerWalk(const SignedMessage& message) : message_(message) {
+  explicit SignerWalk(const SignedMessage& message)
+      : message_(message), is_detached_(message.detached != nullptr) {
     verification_.cbSize = sizeof verification_;
     verification_.dwMsgAndCertEncodingType = kEncoding;
     is_enveloped_ = message.decryption != nullptr;
@@ -33,76 +40,103 @@ class SignerWalk {
   const char* KeepContent() { return KeepSmimeOutput(static_cast<char*>(content_.release()), content_size_); }
 
  private:
-  bool VerifyFirst();
-  bool VerifyFurther(DWORD index);
-  bool VerifyDetached(DWORD index, PCCERT_CONTEXT* signer);
-  // One call on the message itself. Either pointer may be null.
-  bool Verify(DWORD index, BYTE* content, DWORD* size, PCCERT_CONTEXT* signer);
   bool FetchContent();
+  bool TakeAsDetached();
+  bool VerifySigner(DWORD index);
+  bool VerifyDetached(DWORD index, PCCERT_CONTEXT* signer);
+  // One call on the message itself. Each pointer may be null.
+  bool Verify(DWORD index, BYTE* content, DWORD* size, PCCERT_CONTEXT* signer);
+  void KeepSigner(DWORD index, PCCERT_CONTEXT signer);
 
-  const SignedMessage& message_;
+  SignedMessage message_;
   CRYPT_VERIFY_MESSAGE_PARA verification_{};
+  bool is_detached_;
   bool is_enveloped_;
   UniqueCert signer_;
-  UniqueLocal content_;
+  UniqueSecret content_;
+  UniqueSecret inner_;  // what the envelope of a detached signature held
   DWORD content_size_ = 0;
 };
+
+// The first signer is the one that the report is about; one without a certificate makes it nobody's.
+void SignerWalk::KeepSigner(DWORD index, PCCERT_CONTEXT signer) {
+  UniqueCert taken(signer);
+  if (index == 0) {
+    signer_ = std::move(taken);
+  } else if (!taken) {
+    signer_.reset();
+  }
+}
 
 bool SignerWalk::VerifyDetached(DWORD index, PCCERT_CONTEXT* signer) {
   const BYTE* parts[] = {message_.detached};
   DWORD sizes[] = {message_.detached_size};
+  SetLastError(ERROR_SUCCESS);  // an earlier "no more signers" must not pass for this call's
   return g_crypto.CryptVerifyDetachedMessageSignature(&verification_, index, message_.message, message_.size,
                                                       1, parts, sizes, signer);
 }
 
 bool SignerWalk::Verify(DWORD index, BYTE* content, DWORD* size, PCCERT_CONTEXT* signer) {
+  SetLastError(ERROR_SUCCESS);
   if (is_enveloped_) {
     if (g_crypto.CryptDecryptAndVerifyMessageSignature(message_.decryption, &verification_, index,
                                                        message_.message, message_.size, content, size,
                                                        nullptr, signer)) {
       return true;
     }
-    if (GetLastError() != kNoEnvelope) return false;
+    if (index != 0 || GetLastError() != kNoEnvelope) return false;
     is_enveloped_ = false;  // for good
   }
   return g_crypto.CryptVerifyMessageSignature(&verification_, index, message_.message, message_.size, content,
                                               size, signer);
 }
 
+// Nothing came back: a detached signature without its content. It is good only over nothing.
+bool SignerWalk::TakeAsDetached() {
+  static constexpr BYTE kNothing[1] = {};
+  is_detached_ = true;
+  message_.detached = kNothing;
+  message_.detached_size = 0;
+  if (!is_enveloped_) return true;
+  inner_ = DecryptMessage(*message_.decryption, message_.message, message_.size, &message_.size);
+  message_.message = static_cast<const BYTE*>(inner_.get());
+  return static_cast<bool>(inner_);
+}
+
+// Verifies the first signer too when there is content.
 bool SignerWalk::FetchContent() {
   DWORD size = 0;
   if (!Verify(0, nullptr, &size, nullptr)) return false;
-  content_.reset(NewSmimeOutput(size));
-  if (!content_) {
+  if (size == 0) return TakeAsDetached();
+  UniqueSecret content(NewSmimeOutput(size));
+  if (!content) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return false;
   }
   PCCERT_CONTEXT signer = nullptr;
-  if (!Verify(0, static_cast<BYTE*>(content_.get()), &size, &signer)) return false;
+  if (!Verify(0, static_cast<BYTE*>(content.get()), &size, &signer)) return false;
+  KeepSigner(0, signer);
+  if (size == 0) return TakeAsDetached();
+  content_ = std::move(content);
   content_size_ = size;
-  signer_.reset(signer);
   return true;
 }
 
-bool SignerWalk::VerifyFirst() {
-  if (message_.detached == nullptr) return FetchContent();
+bool SignerWalk::VerifySigner(DWORD index) {
   PCCERT_CONTEXT signer = nullptr;
-  const bool verified = VerifyDetached(0, &signer);
-  if (verified) signer_.reset(signer);
+  // A signature inside an envelope is only reached by decrypting again.
+  const bool verified =
+      is_detached_ ? VerifyDetached(index, &signer) : Verify(index, nullptr, nullptr, &signer);
+  if (verified) KeepSigner(index, signer);
   return verified;
 }
 
-bool SignerWalk::VerifyFurther(DWORD index) {
-  // A signature inside an envelope is only reached by decrypting again.
-  return message_.detached != nullptr ? VerifyDetached(index, nullptr)
-                                      : Verify(index, nullptr, nullptr, nullptr);
-}
-
 DWORD SignerWalk::Run() {
-  if (!VerifyFirst()) return GetLastError();
-  for (DWORD index = 1;; ++index) {
-    if (!VerifyFurther(index)) return GetLastError();
+  if (!is_detached_ && !FetchContent()) return GetLastError();
+  for (DWORD index = has_content() ? 1 : 0; index <= kMostSigners; ++index) {
+    if (!VerifySigner(index)) return GetLastError();
   }
+  return kInvalidIndex;
 }
 
 void KeepGoodReport(const SignerWalk& walk, const SignedMessage& message) {
@@ -115,6 +149,7 @@ void KeepGoodReport(const SignerWalk& walk, const SignedMessage& message) {
   // A good signature without its report would hide who signed.
   g_signatureState = report != nullptr ? 1 : 0;
   KeepPgpInfoText(report);
+  RememberMessageSigner(walk.signer());
 }
 
 }  // namespace
@@ -123,6 +158,7 @@ const char* VerifyMessage(const SignedMessage& message) {
   BeginPgpRun();
   g_signatureState = 0;
   KeepMessageStore(nullptr);
+  RememberMessageSigner(nullptr);
   KeepMessageStore(g_crypto.CryptGetMessageCertificates(kEncoding, 0, 0, message.message, message.size));
   SignerWalk walk(message);
   const DWORD error = walk.Run();

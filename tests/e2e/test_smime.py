@@ -194,6 +194,41 @@ class Smime(unittest.TestCase):
         altered = self.verify(message, self.world.write("altered", TEXT + b"!"))
         self.assertEqual((altered.result, altered.state), ("OK", "0"))
 
+    def detached(self, name="alice", content=TEXT, options=()):
+        message = self.world.path("detached")
+        openssl("cms", "-sign", "-binary", "-outform", "DER", "-in", self.world.write("content", content), "-out",
+                message, "-signer", self.pem(name), "-inkey", self.key(name), "-certfile", self.pem("mid"), *options)
+        return message
+
+    def test_a_detached_signature_without_its_content_is_not_verified(self):
+        """CryptVerifyMessageSignature answers TRUE for it, and has verified nothing."""
+        for options in ([], ["-noattr"]):
+            message = self.detached(options=options)
+            tampered = message.read_bytes()[:-1] + bytes([message.read_bytes()[-1] ^ 1])
+            for each in (message, self.world.write("tampered", tampered)):
+                sealed = self.sealed(each)
+                for command, path in (("verify", each), ("decrypt", each), ("open", each), ("open", sealed)):
+                    with self.subTest(options=options, message=each.name, command=command, sealed=path is sealed):
+                        arguments = ["-", "alice@example.org"] if command == "verify" else ["alice@example.org"]
+                        outcome = self.world.tool(command, path, self.world.path("out"), *arguments)
+                        self.assertEqual((outcome.result, outcome.state, outcome.size), ("OK", "0", "0"))
+                        self.assertIn(PROBLEM, outcome.info)
+                        self.assertNotIn(GOOD, outcome.info)
+
+    def test_a_detached_signature_over_nothing_is_good_without_content(self):
+        message = self.detached(content=b"")
+        for path in (message, self.sealed(message)):
+            outcome = self.world.tool("open", path, self.world.path("out"), "alias@example.org")
+            self.assertEqual((outcome.result, outcome.state, outcome.size), ("OK", "1", "0"), outcome.info)
+
+    def test_each_further_signer_is_verified_inside_an_envelope_too(self):
+        message = self.signed("alice", "frank", options=["-noattr"]).read_bytes()
+        broken = self.world.write("broken", message[:-1] + bytes([message[-1] ^ 1]))
+        for path in (broken, self.sealed(broken)):
+            outcome = self.world.tool("open", path, self.world.path("out"))
+            self.assertEqual((outcome.result, outcome.state, outcome.size), ("OK", "0", "0"))
+            self.assertIn("(BAD SIGNATURE)", outcome.info)
+
     def test_senders_are_compared_with_all_addresses(self):
         message = self.signed("alice")
         findings = {
@@ -393,7 +428,15 @@ class Smime(unittest.TestCase):
         self.lists(mid=self.crl("mid"), root=self.crl("root"))
         outcome = self.revocation("eve")
         self.assertEqual(outcome.checked, "1")
-        self.assertIn("  " + PROBLEM + " !!!! CertVerifyCRLRevocation failed, ", outcome.control)
+        # The system sets no last error for "revoked".
+        self.assertIn("  " + PROBLEM + " !!!! CertVerifyCRLRevocation failed, The certificate is revoked.\r\n"
+                      "error code=0x80092010\r\n", outcome.control)
+
+    def test_a_list_is_found_in_the_store_the_next_time(self):
+        self.lists(mid=self.crl("mid"), root=self.crl("root"))
+        outcome = self.revocation("alice", times=2)
+        self.assertEqual(Lists.asked, ["/mid.crl", "/root.crl"])
+        self.assertIn("A valid revocation list was obtained from the Windows certificate store.", outcome.control)
 
     def test_what_cannot_be_obtained_is_told(self):
         self.lists(mid=b"garbage", root=self.crl("root"))

@@ -8,6 +8,7 @@
 
 #include "smime/address_words.h"
 #include "smime/algorithms.h"
+#include "smime/mail_names.h"
 #include "smime/report_writer.h"
 
 namespace wfinfo::smime {
@@ -132,26 +133,82 @@ TEST(SmimeAddresses, AListNeverLeavesItsBuffer) {
   }
 }
 
-TEST(SmimeAddresses, ASenderMatchesWholeItemsOnly) {
-  const char list[] = "first@example.org, Second@Example.org, third@example.orgx";
+TEST(SmimeAddresses, AddressesAreComparedWhole) {
   const struct {
+    const char* own;
     const char* sender;
-    bool holds;
+    bool is_same;
     const char* why;
   } cases[] = {
-      {"first@example.org", true, "the first item, followed by a comma"},
-      {"second@example.ORG", true, "letter case does not count"},
-      {"third@example.org", false, "followed by a letter"},
-      {"third@example.orgx", true, "the last item, followed by the end"},
-      {"cond@example.org", false, "not at the start of an item"},
-      {"second@example", false, "followed by a dot"},
+      {"second@Example.org", "SECOND@example.org", true, "letter case does not count"},
+      {"third@example.orgx", "third@example.org", false, "followed by a letter"},
+      {"second@example.org", "cond@example.org", false, "not from the start"},
+      {"a@x b", "a@x", false, "what stands behind a blank is a part of the address"},
+      {"a@x, b@y", "a@x", false, "and so is what stands behind a comma"},
+      {"\x83\x41@x", "\x83\x61@x", false, "two double-byte characters whose second bytes look like A and a"},
+      {"\x83\x41@x", "\x83\x41@X", true, "the letters around them still do"},
   };
-  for (const auto& test : cases) EXPECT_EQ(ListHoldsSender(list, test.sender), test.holds) << test.why;
-  EXPECT_TRUE(ListHoldsSender("a@x b", "a@x"));
-  EXPECT_TRUE(ListHoldsSender("a@x\tb", "a@x"));
-  EXPECT_FALSE(ListHoldsSender("", "a@x"));
+  for (const auto& test : cases)
+    EXPECT_EQ(EqualIgnoringCase(test.own, test.sender), test.is_same) << test.why;
+  EXPECT_FALSE(EqualIgnoringCase(std::string_view("a@x\0b", 5), "a@x")) << "a zero is a part of it";
   EXPECT_EQ(FurtherAddresses("a@x, b@y, c@z"), "b@y, c@z");
   EXPECT_EQ(FurtherAddresses("a@x"), "");
+}
+
+TEST(SmimeAddresses, ACommaInAnAddressSeparatesNothing) {
+  EXPECT_EQ(ListOf({"\"a, victim@x \"@y", "b@y"}, 64), "\"a? victim@x \"@y, b@y");
+  EXPECT_EQ(FurtherAddresses(ListOf({"\"a, victim@x \"@y"}, 64)), "");
+}
+
+std::vector<std::string> MailNamesIn(std::string_view encoded) {
+  std::vector<std::string> names;
+  MailNames walk(encoded);
+  while (const auto name = walk.Next()) names.emplace_back(*name);
+  return names;
+}
+
+TEST(SmimeMailNames, AreFoundAmongNamesOfOtherKinds) {
+  const auto text = [](const char* bytes, std::size_t size) { return std::string(bytes, size); };
+  const std::string mail = text(
+      "\x81\x03"
+      "a@x",
+      5);
+  const std::string host = text(
+      "\x82\x01"
+      "h",
+      3);
+  const std::string zero = text(
+      "\x81\x05"
+      "a@\0xy",
+      7);
+  const std::string is_long = text("\x81\x81\xC8", 3) + std::string(200, 'n');
+  const auto sequence = [](const std::string& content) {
+    return content.size() < 0x80 ? "\x30" + std::string(1, static_cast<char>(content.size())) + content
+                                 : "\x30\x82" + std::string(1, static_cast<char>(content.size() >> 8)) +
+                                       std::string(1, static_cast<char>(content.size())) + content;
+  };
+  using Names = std::vector<std::string>;
+  const struct {
+    std::string encoded;
+    Names names;
+    const char* why;
+  } cases[] = {
+      {sequence(host + mail + host + zero), {"a@x", text("a@\0xy", 5)}, "the zero stays"},
+      {sequence(is_long + mail), {std::string(200, 'n'), "a@x"}, "a length of two bytes"},
+      {sequence(""), {}, "no names"},
+      {"", {}, "nothing"},
+      {mail, {}, "not in a sequence"},
+      {text("\x30\x80", 2) + mail + text("\0\0", 2), {}, "an indefinite length is no DER"},
+      {text("\x30\x06", 2) + mail, {}, "longer than what is there"},
+      {sequence(mail + text("\x81\x7F"
+                            "a",
+                            3)),
+       {"a@x"},
+       "a name that is cut short"},
+      {sequence(text("\x9F\x81\x00", 3) + mail), {}, "a long tag"},
+      {sequence(text("\x81\x85\x01\x01\x01\x01\x01", 7)), {}, "a length of five bytes"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(MailNamesIn(test.encoded), test.names) << test.why;
 }
 
 TEST(SmimeAddresses, TheSignersAddressIsReadFromAFixedDistance) {
@@ -163,6 +220,13 @@ TEST(SmimeAddresses, TheSignersAddressIsReadFromAFixedDistance) {
   EXPECT_EQ(SignerAddressIn(label23 + std::string(127, 'a'), label23), std::string(127, 'a'));
   EXPECT_EQ(SignerAddressIn(label23 + std::string(128, 'a'), label23), "");
   EXPECT_EQ(SignerAddressIn("nothing here", english), "");
+  EXPECT_EQ(SignerAddressIn("Signer: x" + label23 + "other@x\r\n" + label23 + "alice@x\r\n", label23),
+            "alice@x")
+      << "a name may hold the label";
+  EXPECT_EQ(SignerAddressIn("Signer: x\r\r\n" + label23 + "other@x\r\n" + label23 + "alice@x\r\n", label23),
+            "alice@x")
+      << "also where an edit control folds the line";
+  EXPECT_EQ(SignerAddressIn("Signer: x" + label23 + "other@x\r\n", label23), "") << "inside a line only";
   EXPECT_EQ(SignerAddressIn(english, english), "") << "the text ends with the label";
 }
 

@@ -269,6 +269,88 @@ TEST_F(SmimeFaults, AGoodSignatureWithoutAReportIsNotCalledGood) {
   EXPECT_TRUE(report_was_lost);
 }
 
+// While alive, looks into each block that this program frees.
+class WatchedFree {
+ public:
+  WatchedFree() {
+    found_ = 0;
+    freed_ = 0;
+    Replace(reinterpret_cast<void*>(&Free));
+  }
+  ~WatchedFree() { Replace(reinterpret_cast<void*>(&Real)); }
+  WatchedFree(const WatchedFree&) = delete;
+  int found() const { return found_; }
+  int freed() const { return freed_; }
+
+ private:
+  static void Replace(void* by) {
+    void** const slot = ImportSlot("LocalFree");
+    ASSERT_NE(slot, nullptr);
+    DWORD before = 0;
+    VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before);
+    *slot = by;
+    VirtualProtect(slot, sizeof *slot, before, &before);
+  }
+  static HLOCAL WINAPI Real(HLOCAL block) {
+    return reinterpret_cast<decltype(&::LocalFree)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "LocalFree")))(block);
+  }
+  static HLOCAL WINAPI Free(HLOCAL block) {
+    if (block != nullptr) {
+      ++freed_;
+      const std::string bytes(static_cast<const char*>(block), LocalSize(block));
+      if (bytes.find(kMade) != std::string::npos) ++found_;
+    }
+    return Real(block);
+  }
+  static int found_;
+  static int freed_;
+};
+int WatchedFree::found_ = 0;
+int WatchedFree::freed_ = 0;
+
+// Hands the text out, and says then that it could not be made.
+BOOL WINAPI DecryptHalf(PCRYPT_DECRYPT_MESSAGE_PARA, const BYTE*, DWORD, BYTE* out, DWORD* size,
+                        PCCERT_CONTEXT*) {
+  Give(out, size);
+  return out == nullptr ? TRUE : (SetLastError(1), FALSE);
+}
+BOOL WINAPI VerifyHalf(PCRYPT_VERIFY_MESSAGE_PARA, DWORD index, const BYTE*, DWORD, BYTE* out, DWORD* size,
+                       PCCERT_CONTEXT* signer) {
+  if (signer != nullptr) *signer = nullptr;
+  if (index > 0) return SetLastError(0x80090006), FALSE;  // the second signature is bad
+  return Give(out, size);
+}
+BOOL WINAPI OpenNothing(PCRYPT_DECRYPT_MESSAGE_PARA, PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD,
+                        BYTE*, DWORD* size, PCCERT_CONTEXT*, PCCERT_CONTEXT*) {
+  if (size != nullptr) *size = 0;
+  return TRUE;
+}
+
+TEST_F(SmimeFaults, ClearTextIsWipedBeforeItIsFreed) {
+  const auto freed_with_text = [](const std::function<void()>& act) {
+    const WatchedFree watched;
+    act();
+    EXPECT_GT(watched.freed(), 0);
+    return watched.found();
+  };
+  BoxCloser boxes;
+  const auto decrypt = [] { SMIMEDecrypt("m", 1, nullptr); };
+  const auto verify = [] { SMIMEVerify("m", 1, nullptr, 0, nullptr, nullptr); };
+  EXPECT_STREQ(SMIMEDecrypt("m", 1, nullptr), kMade);
+  EXPECT_EQ(freed_with_text(decrypt), 0) << "the result before";
+  EXPECT_EQ(freed_with_text(verify), 0) << "the result before a verification";
+  Replace("CryptVerifyMessageSignature", &VerifyHalf);
+  EXPECT_EQ(freed_with_text(verify), 0) << "content that a later signature does not hold for";
+  Replace("CryptDecryptMessage", &DecryptHalf);
+  EXPECT_EQ(freed_with_text(decrypt), 0) << "a decryption that fails at its end";
+  Replace("CryptDecryptMessage", &Decrypt);
+  Replace("CryptDecryptAndVerifyMessageSignature", &OpenNothing);
+  CRYPT_DECRYPT_MESSAGE_PARA para{};
+  EXPECT_EQ(freed_with_text([&para] { SMIMEVerify("m", 1, nullptr, 0, nullptr, &para); }), 0)
+      << "what an envelope held";
+}
+
 TEST_F(SmimeFaults, ADownloadWithoutMemorySaysHowMuchItWanted) {
   fake_.web.pages["http://x/list"] = std::string(0x20000, 'x');
   const struct {

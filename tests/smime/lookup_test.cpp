@@ -132,7 +132,7 @@ TEST_F(SmimeLookup, AnAddressCannotBreakOutOfItsLine) {
   const PCCERT_CONTEXT cert = Add("My", {.name = "A", .emails = {"a@x\r\n\x01 fine", "b@x"}});
   char list[256];
   GetCertEmailList(cert, list, sizeof list);
-  EXPECT_STREQ(list, "a@x fine, b@x");
+  EXPECT_STREQ(list, "a@x????fine, b@x") << "nothing is dropped: what is left could be another's address";
 }
 
 TEST_F(SmimeLookup, TheSameCertificateInTwoStoresIsOneCandidate) {

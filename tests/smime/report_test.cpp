@@ -8,6 +8,7 @@
 #include "external/pgp_state_win.h"
 #include "smime/cert_report_win.h"
 #include "smime/chain_texts_win.h"
+#include "smime/report_writer.h"
 #include "smime/smime_engine_win.h"
 #include "smime/support.h"
 #include "support/library.h"
@@ -146,6 +147,10 @@ TEST_F(SmimeReportOf, TheSystemsVerdictIsAsked) {
   EXPECT_EQ(g_asked.dwUnionChoice, static_cast<DWORD>(WTD_CHOICE_CERT));
   EXPECT_EQ(g_asked.dwUIChoice, static_cast<DWORD>(WTD_UI_NONE));
   EXPECT_EQ(g_askedName, L"Certificate");
+  EXPECT_EQ(g_asked.dwProvFlags, static_cast<DWORD>(WTD_REVOCATION_CHECK_NONE | WTD_CACHE_ONLY_URL_RETRIEVAL |
+                                                    WTD_NO_POLICY_USAGE_FLAG))
+      << "no revocation check, no network, no usage";
+  EXPECT_EQ(g_asked.dwStateAction, static_cast<DWORD>(WTD_STATEACTION_IGNORE)) << "nothing is left to close";
   g_verdict = static_cast<LONG>(0x800B010A);
   EXPECT_EQ(Report(ForEmail("End")), correct + "\r\n" + kPath) << "an untrusted root is the chain's matter";
   g_verdict = -1;
@@ -219,31 +224,42 @@ TEST_F(SmimeReportOf, TheVerdictCanBeAskedForWithAndWithoutWindows) {
 }
 
 // Verification with the walk over signers replaced: each entry of the script is one answer.
-std::vector<DWORD> g_script;  // 0: verified
+std::vector<DWORD> g_script;  // 0: verified; 1: fails without a last error
 std::size_t g_calls = 0;
 std::vector<std::string> g_callNames;
 DWORD g_contentSize = 5;
 PCCERT_CONTEXT g_signer = nullptr;
+int g_given = 0;           // contexts handed out
+DWORD g_lastDetached = 1;  // bytes of the content in the last detached verification
+std::string g_lastMessage;
 
 BOOL Answer(const char* name, BYTE* content, DWORD* size, PCCERT_CONTEXT* signer) {
-  g_callNames.emplace_back(std::string(name) + (content != nullptr ? " content"
-                                                : size != nullptr  ? " size"
-                                                                   : ""));
+  g_callNames.emplace_back(std::string(name) + (content != nullptr  ? " content"
+                                                : size != nullptr   ? " size"
+                                                : signer == nullptr ? " without asking who"
+                                                                    : ""));
   const DWORD error = g_calls < g_script.size() ? g_script[g_calls] : 0x8009200E;
   ++g_calls;
-  SetLastError(error);
+  // A success may leave any last error behind: the least kind one is "no more signers".
+  if (error != 1) SetLastError(error == 0 ? 0x8009200E : error);
   if (error != 0) return FALSE;
   if (size != nullptr) *size = g_contentSize;
   if (content != nullptr) std::fill_n(content, g_contentSize, static_cast<BYTE>('c'));
-  if (signer != nullptr) *signer = g_signer == nullptr ? nullptr : CertDuplicateCertificateContext(g_signer);
+  if (signer == nullptr) return TRUE;
+  *signer = g_signer == nullptr ? nullptr : CertDuplicateCertificateContext(g_signer);
+  if (*signer != nullptr) ++g_given;
   return TRUE;
 }
 BOOL WINAPI ScriptedVerify(PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD, BYTE* content, DWORD* size,
                            PCCERT_CONTEXT* signer) {
   return Answer("verify", content, size, signer);
 }
-BOOL WINAPI ScriptedDetached(PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD, DWORD, const BYTE**,
-                             DWORD*, PCCERT_CONTEXT* signer) {
+BOOL WINAPI ScriptedDetached(PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE* message, DWORD size, DWORD parts,
+                             const BYTE** content, DWORD* sizes, PCCERT_CONTEXT* signer) {
+  EXPECT_EQ(parts, 1u);
+  EXPECT_NE(content[0], nullptr);
+  g_lastDetached = sizes[0];
+  g_lastMessage.assign(reinterpret_cast<const char*>(message), size);
   return Answer("detached", nullptr, nullptr, signer);
 }
 BOOL WINAPI ScriptedOpen(PCRYPT_DECRYPT_MESSAGE_PARA, PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD,
@@ -251,12 +267,22 @@ BOOL WINAPI ScriptedOpen(PCRYPT_DECRYPT_MESSAGE_PARA, PCRYPT_VERIFY_MESSAGE_PARA
   return Answer("open", content, size, signer);
 }
 
+BOOL WINAPI ScriptedDecrypt(PCRYPT_DECRYPT_MESSAGE_PARA, const BYTE*, DWORD, BYTE* out, DWORD* size,
+                            PCCERT_CONTEXT*) {
+  *size = 5;
+  if (out != nullptr) std::copy_n("inner", 5, out);
+  return TRUE;
+}
+
 class SmimeWalk : public testing::Test {
  protected:
   void SetUp() override {
     g_calls = 0;
+    g_given = 0;
+    g_contentSize = 5;
     g_callNames.clear();
     g_signer = nullptr;
+    crypto_.replaced["CryptDecryptMessage"] = reinterpret_cast<void*>(&ScriptedDecrypt);
     crypto_.replaced["CryptVerifyMessageSignature"] = reinterpret_cast<void*>(&ScriptedVerify);
     crypto_.replaced["CryptVerifyDetachedMessageSignature"] = reinterpret_cast<void*>(&ScriptedDetached);
     crypto_.replaced["CryptDecryptAndVerifyMessageSignature"] = reinterpret_cast<void*>(&ScriptedOpen);
@@ -324,6 +350,80 @@ TEST_F(SmimeWalk, AnyOtherErrorFailsTheWholeMessage) {
   }
 }
 
+TEST_F(SmimeWalk, WithoutContentASignatureIsVerifiedOverNothing) {
+  Authority root("Root");
+  const UniqueCert signer(root.Issue(ForEmail("a@x")));
+  g_signer = signer.get();
+  g_contentSize = 0;
+  EXPECT_STREQ(Verify({0, 0x80091007}), "OK") << "the size is 0: nothing has been verified yet";
+  EXPECT_EQ(g_callNames, (Names{"verify size", "detached"}));
+  EXPECT_EQ(g_lastDetached, 0u);
+  EXPECT_EQ(g_lastMessage, "message");
+  EXPECT_EQ(wfinfo::g_signatureState, 0);
+  EXPECT_STREQ(wfinfo::PgpInfoText(), "\x81\x7E !!!! Invalid hash value.\r\nerror code = 0x80091007");
+  g_calls = 0;
+  EXPECT_STREQ(Verify({0, 0}), "OK") << "a signature over nothing";
+  EXPECT_EQ(wfinfo::g_signatureState, 1);
+  EXPECT_EQ(PgpGetSMIMEOutputSize(), 0u);
+}
+
+TEST_F(SmimeWalk, InAnEnvelopeTheInnerMessageIsVerifiedOverNothing) {
+  g_contentSize = 0;
+  EXPECT_STREQ(Verify({0, 0x80090006}, false, true), "OK");
+  EXPECT_EQ(g_callNames, (Names{"open size", "detached"}));
+  EXPECT_EQ(g_lastDetached, 0u);
+  EXPECT_EQ(g_lastMessage, "inner");
+  EXPECT_EQ(wfinfo::g_signatureState, 0);
+}
+
+TEST_F(SmimeWalk, AThousandSignersAreVerifiedAndNoMore) {
+  Authority root("Root");
+  const UniqueCert signer(root.Issue(ForEmail("a@x")));
+  g_signer = signer.get();
+  for (const bool detached : {false, true}) {
+    // The size, unless detached, and then one call for each signer.
+    g_calls = 0;
+    Verify(std::vector<DWORD>(detached ? 1000 : 1001, 0), detached);
+    EXPECT_EQ(wfinfo::g_signatureState, 1);
+    g_calls = 0;
+    EXPECT_STREQ(Verify(std::vector<DWORD>(100000, 0), detached), "OK");
+    EXPECT_EQ(wfinfo::g_signatureState, 0);
+    EXPECT_EQ(PgpGetSMIMEOutputSize(), 0u);
+    EXPECT_LE(g_calls, 1002u);
+    EXPECT_EQ(HoldsMark(wfinfo::PgpInfoText(), kGoodMark), false) << wfinfo::PgpInfoText();
+  }
+}
+
+TEST_F(SmimeWalk, AnEarlierLastErrorIsNoAnswer) {
+  Authority root("Root");
+  const UniqueCert signer(root.Issue(ForEmail("a@x")));
+  g_signer = signer.get();
+  for (const bool detached : {false, true}) {
+    g_calls = 0;
+    EXPECT_STREQ(Verify(detached ? std::vector<DWORD>{0, 1} : std::vector<DWORD>{0, 0, 1}, detached), "OK");
+    EXPECT_EQ(wfinfo::g_signatureState, 0);
+  }
+}
+
+TEST_F(SmimeWalk, ALaterSignerWithoutACertificateIsNotHiddenBehindTheFirst) {
+  Authority root("Root");
+  const UniqueCert signer(root.Issue(ForEmail("a@x")));
+  g_signer = signer.get();
+  static int rounds;
+  rounds = 0;
+  crypto_.replaced["CryptVerifyDetachedMessageSignature"] =
+      reinterpret_cast<void*>(+[](PCRYPT_VERIFY_MESSAGE_PARA, DWORD, const BYTE*, DWORD, DWORD, const BYTE**,
+                                  DWORD*, PCCERT_CONTEXT* who) -> BOOL {
+        *who = rounds == 0 ? CertDuplicateCertificateContext(g_signer) : nullptr;
+        SetLastError(0x8009200E);
+        return ++rounds <= 2;
+      });
+  Verify({}, true);
+  EXPECT_EQ(wfinfo::g_signatureState, 0);
+  EXPECT_STREQ(wfinfo::PgpInfoText(),
+               "\x81\xA2 The digital signature is verified correctly but the signer is unknown.\r\n");
+}
+
 TEST_F(SmimeWalk, TheSignersCertificateIsGivenBackHoweverItEnds) {
   Authority root("Root");
   const PCCERT_CONTEXT cert = root.Issue(ForEmail("a@x"));
@@ -332,9 +432,11 @@ TEST_F(SmimeWalk, TheSignersCertificateIsGivenBackHoweverItEnds) {
   for (const std::vector<DWORD>& script : {std::vector<DWORD>{0, 0}, {0, 0, 0, 0x80090006}}) {
     const int before = crypto_.open_certs();
     g_calls = 0;
+    g_given = 0;
     Verify(script);
-    // The scripted call hands out one context that is not counted on its way out.
-    EXPECT_EQ(crypto_.open_certs(), before - 1);
+    // The scripted calls hand out contexts that are not counted on their way out.
+    EXPECT_GE(g_given, 1);
+    EXPECT_EQ(crypto_.open_certs(), before - g_given);
   }
   EXPECT_EQ(crypto_.open_stores(), 0);
   CertFreeCertificateContext(cert);

@@ -178,6 +178,42 @@ TEST_F(SmimeRevocation, ARevokedCertificateIsToldWithItsCode) {
   EXPECT_EQ(result_, 1) << "checked to the end, whatever was found";
 }
 
+TEST_F(SmimeRevocation, ARevokedCertificateNeedsNoErrorOfTheSystem) {
+  carried_.Add(Person("a@x"));
+  carried_.Add(root_.cert());
+  AddList(root_.Revoke({}));
+  crypto_.replaced["CertVerifyCRLRevocation"] =
+      reinterpret_cast<void*>(+[](DWORD, PCERT_INFO, DWORD, PCRL_INFO*) -> BOOL { return FALSE; });
+  EXPECT_EQ(Check(), kHead + std::string("a@x\r\n") + kLocal +
+                         "  \x81\x7E !!!! CertVerifyCRLRevocation failed, The certificate is revoked.\r\n"
+                         "error code=0x80092010\r\n");
+}
+
+TEST_F(SmimeRevocation, AListInTheStoreHasToBeSignedByTheIssuer) {
+  carried_.Add(Person("a@x"));
+  carried_.Add(root_.cert());
+  Authority namesake("Root", &root_);  // the same name, another key
+  AddList(namesake.Revoke({}));
+  Serve(root_.Revoke({kept_.back()}));
+  const std::string added = Check();
+  EXPECT_NE(added.find("Downloading"), std::string::npos) << added;
+  EXPECT_EQ(added.find(kGood), std::string::npos) << added;
+}
+
+TEST_F(SmimeRevocation, ListsAreLookedUpWithoutAnEncoding) {
+  static DWORD encoding;
+  encoding = 1;
+  crypto_.replaced["CertFindCRLInStore"] = reinterpret_cast<void*>(
+      +[](HCERTSTORE, DWORD asked, DWORD, DWORD, const void*, PCCRL_CONTEXT) -> PCCRL_CONTEXT {
+        encoding = asked;
+        return nullptr;
+      });
+  carried_.Add(Person("a@x"));
+  carried_.Add(root_.cert());
+  Check();
+  EXPECT_EQ(encoding, 0u) << "the page says that it must be zero";
+}
+
 TEST_F(SmimeRevocation, ValidityIsToldToo) {
   carried_.Add(Person("a@x", {.from_days = -20, .to_days = -10}));
   carried_.Add(root_.cert());
@@ -256,6 +292,18 @@ TEST_F(SmimeRevocation, JapaneseChecksTheSigner) {
   EXPECT_EQ(conversions_, 0) << "Japanese texts go as they are";
   const std::string other = Check(label + "nobody@x\r\n");
   EXPECT_NE(other.find("first@x\r\n"), std::string::npos) << "nobody has it: all count";
+}
+
+TEST_F(SmimeRevocation, ANameDoesNotSteerTheCheckToAnother) {
+  carried_.Add(Person("other@x"));
+  carried_.Add(Person("signer@x"));
+  carried_.Add(root_.cert());
+  AddList(root_.Revoke({}));
+  host_.SetLanguage(Language::kJapanese);
+  const std::string label = Sjis(u8"署名者メールアドレス： ");
+  const std::string added = Check(Sjis(u8"署名者： ") + "A" + label + "other@x\r\n" + label + "signer@x\r\n");
+  EXPECT_NE(added.find("signer@x\r\n"), std::string::npos) << added;
+  EXPECT_EQ(added.find("other@x"), std::string::npos) << added;
 }
 
 TEST_F(SmimeRevocation, WithoutAnythingToCheckThatIsTold) {

@@ -62,6 +62,12 @@ std::string EncodeName(const CertSpec& spec) {
   };
   if (!spec.name.empty()) add(szOID_COMMON_NAME, CERT_RDN_PRINTABLE_STRING, spec.name);
   for (const std::string& email : spec.emails) add(szOID_RSA_emailAddr, CERT_RDN_IA5_STRING, email);
+  for (const std::wstring& email : spec.utf8_emails) {
+    attributes.push_back({const_cast<char*>(szOID_RSA_emailAddr),
+                          CERT_RDN_UTF8_STRING,
+                          {static_cast<DWORD>(email.size() * sizeof(wchar_t)),
+                           reinterpret_cast<BYTE*>(const_cast<wchar_t*>(email.c_str()))}});
+  }
   std::vector<CERT_RDN> parts;
   for (CERT_RDN_ATTR& attribute : attributes) parts.push_back({1, &attribute});
   const CERT_NAME_INFO name = {static_cast<DWORD>(parts.size()), parts.data()};
@@ -150,6 +156,7 @@ PCCERT_CONTEXT Authority::Build(const CertSpec& spec, HCRYPTPROV issuer_key, con
   };
   if (!spec.old_alt_emails.empty()) add("2.5.29.7", EncodeAltNames(spec.old_alt_emails));
   if (!spec.alt_emails.empty()) add("2.5.29.17", EncodeAltNames(spec.alt_emails));
+  if (!spec.encoded_alt_names.empty()) add("2.5.29.17", spec.encoded_alt_names);
   if (!spec.crl_urls.empty()) add("2.5.29.31", EncodeCrlUrls(spec.crl_urls));
   if (spec.is_authority) {
     const CERT_BASIC_CONSTRAINTS2_INFO constraints = {TRUE, FALSE, 0};
@@ -171,6 +178,20 @@ PCCERT_CONTEXT Authority::Build(const CertSpec& spec, HCRYPTPROV issuer_key, con
       kEncoding, reinterpret_cast<const BYTE*>(der.data()), static_cast<DWORD>(der.size()));
   EXPECT_NE(cert, nullptr) << GetLastError();
   return cert;
+}
+
+std::string EncodedMailNames(const std::vector<std::string>& mail_names) {
+  std::string names;
+  for (const std::string& name : mail_names) {
+    names += '\x81';
+    names += static_cast<char>(name.size());
+    names += name;
+  }
+  EXPECT_LT(names.size(), 0x80u);
+  std::string encoded = "\x30";
+  encoded += static_cast<char>(names.size());
+  encoded += names;
+  return encoded;
 }
 
 Authority::Authority(const std::string& name, Authority* issuer, CertSpec spec)

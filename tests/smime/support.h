@@ -27,6 +27,8 @@ struct CertSpec {
   std::vector<std::string> alt_emails = {};      // RFC 822 names of the alternative-name extension
   std::vector<std::string> old_alt_emails = {};  // the same in an extension of the older identifier, in front
   std::vector<std::string> crl_urls = {};        // distribution points
+  std::vector<std::wstring> utf8_emails = {};    // emailAddress attributes of the subject as UTF8String
+  std::string encoded_alt_names = {};            // an alternative-name extension as it is
   int from_days = -10;
   int to_days = 10;
   bool is_authority = false;
@@ -53,6 +55,9 @@ class Authority {
   HCRYPTPROV key_ = 0;
   PCCERT_CONTEXT cert_ = nullptr;
 };
+
+// An alternative-name extension that holds `mail_names` as they are, zeroes too; each below 100 bytes.
+std::string EncodedMailNames(const std::vector<std::string>& mail_names);
 
 // The address that a spec gets when only an address matters.
 inline CertSpec ForEmail(const std::string& email) { return {.name = email, .emails = {email}}; }

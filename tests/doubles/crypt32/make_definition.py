@@ -8,7 +8,8 @@ import subprocess
 import sys
 
 OWN = ["CryptEncryptMessage", "CryptDecryptMessage", "CryptSignAndEncryptMessage",
-       "CryptDecryptAndVerifyMessageSignature", "CryptVerifyMessageSignature", "CryptVerifyDetachedMessageSignature"]
+       "CryptDecryptAndVerifyMessageSignature", "CryptVerifyMessageSignature", "CryptVerifyDetachedMessageSignature",
+       "CertVerifyCRLRevocation", "CertFindCRLInStore"]
 
 objdump, library, output = sys.argv[1:]
 text = subprocess.run([objdump, "-p", library], capture_output=True, text=True, check=True,

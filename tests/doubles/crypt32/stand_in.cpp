@@ -1,6 +1,7 @@
 // The functions of crypt32 that Wine's own lacks or gets wrong, on the system's cryptographic providers.
-// Errors are those that CryptoAPI documents. What passes against this agrees with OpenSSL and with this file,
-// not with Windows.
+// Errors are those that CryptoAPI documents. Where its pages leave something open (a success that verified
+// nothing, a failure without a last error), this does the least kind thing. What passes against this agrees
+// with OpenSSL and with this file, not with Windows.
 #include <windows.h>
 // wincrypt.h needs windows.h first.
 #include <wincrypt.h>
@@ -23,6 +24,7 @@ constexpr DWORD kSignerNotFound = 0x8009100E;
 constexpr DWORD kHashValue = 0x80091007;
 constexpr DWORD kBadSignature = 0x80090006;
 constexpr DWORD kBadAlgorithm = 0x80090008;
+constexpr DWORD kBadArgument = 0x80070057;
 
 constexpr char kData[] = "1.2.840.113549.1.7.1";
 constexpr char kSignedData[] = "1.2.840.113549.1.7.2";
@@ -366,6 +368,12 @@ PCCERT_CONTEXT FindSigner(const Signed& message, const Element& id) {
   return nullptr;
 }
 
+// The certificate of signer `index`, verified or not.
+PCCERT_CONTEXT NamedSigner(const Signed& message, DWORD index) {
+  const std::vector<Element> fields = message.signers[index].Children();
+  return fields.size() < 2 ? nullptr : FindSigner(message, fields[1]);
+}
+
 // The digest that the signed attributes state.
 Bytes StatedDigest(const Element& attributes) {
   for (const Element& attribute : attributes.Children()) {
@@ -430,6 +438,14 @@ BOOL VerifySigner(const Signed& message, DWORD index, const Bytes& content, PCCE
 BOOL VerifyCarried(const Bytes& bytes, DWORD index, BYTE* out, DWORD* size, PCCERT_CONTEXT* signer) {
   Signed message;
   if (!TakeApart(bytes, &message)) return FALSE;
+  if (index >= message.signers.size()) return Fail(kNoSigner);
+  if (!message.has_content) {
+    // "This does not necessarily mean that the signature was verified": the size is 0, the signer is named.
+    if (signer != nullptr) *signer = NamedSigner(message, index);
+    return Deliver({}, out, size);
+  }
+  // A call that wants neither the content nor the signer only measures.
+  if (out == nullptr && signer == nullptr) return Deliver(message.content, out, size);
   if (!VerifySigner(message, index, message.content, signer)) return FALSE;
   return Deliver(message.content, out, size);
 }
@@ -493,6 +509,23 @@ BOOL WINAPI CryptVerifyDetachedMessageSignature(PCRYPT_VERIFY_MESSAGE_PARA, DWOR
   Bytes content;
   for (DWORD i = 0; i < parts; ++i) content += AsBytes(part[i], sizes[i]);
   return VerifySigner(taken, index, content, signer);
+}
+
+// "It returns FALSE if the certificate is on the list": nothing is said of a last error, so there is none.
+BOOL WINAPI CertVerifyCRLRevocation(DWORD encoding, PCERT_INFO cert, DWORD count, PCRL_INFO* lists) {
+  const DWORD before = GetLastError();
+  const BOOL is_good = WINE_FUNCTION(CertVerifyCRLRevocation)(encoding, cert, count, lists);
+  SetLastError(before);
+  return is_good;
+}
+
+// The encoding "must be set to zero".
+PCCRL_CONTEXT WINAPI CertFindCRLInStore(HCERTSTORE store, DWORD encoding, DWORD flags, DWORD type,
+                                        const void* para, PCCRL_CONTEXT previous) {
+  if (encoding == 0) return WINE_FUNCTION(CertFindCRLInStore)(store, 0, flags, type, para, previous);
+  if (previous != nullptr) WINE_FUNCTION(CertFreeCRLContext)(previous);
+  SetLastError(kBadArgument);
+  return nullptr;
 }
 
 }  // extern "C"
