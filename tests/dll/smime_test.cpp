@@ -1,5 +1,6 @@
 // The S/MIME exports of the built library, with the system's own stores.
 #include <gtest/gtest.h>
+#include <windows.h>
 #include <wincrypt.h>
 
 #include "support/library.h"
