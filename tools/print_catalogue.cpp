@@ -11,6 +11,8 @@
 
 namespace {
 
+using wfinfo::catalogue::IsVariadic;
+using wfinfo::catalogue::kAnyRequest;
 using wfinfo::catalogue::Kind;
 using wfinfo::catalogue::kNoFirstSlot;
 using wfinfo::catalogue::Parameter;
@@ -49,9 +51,13 @@ constexpr TypeText kParameterTypes[] = {
 };
 
 constexpr TypeText kResultTypes[] = {
-    {"Int", "long long", "integer, 0 on failure"},         {"Int32", "int", "32-bit integer, 0 on failure"},
-    {"UInt32", "unsigned int", "32-bit unsigned integer"}, {"Str", "const char*", "text, \"\" on failure"},
-    {"Handle", "void*", "handle, null on failure"},        {"Void", "void", "nothing"},
+    {"Int", "long long", "integer, 0 on failure"},
+    {"Int32", "int", "32-bit integer, 0 on failure"},
+    {"UInt32", "unsigned int", "32-bit unsigned integer"},
+    {"Str", "const char*", "text, \"\" on failure"},
+    {"OptStr", "const char*", "text, or null as described"},
+    {"Handle", "void*", "handle, null on failure"},
+    {"Void", "void", "nothing"},
 };
 
 template <std::size_t kSize>
@@ -95,7 +101,7 @@ std::string SentText(const Row& row) {
     case Kind::kHand:
       break;
   }
-  return std::string(row.requests);
+  return row.requests == kAnyRequest ? "what the called export sends" : std::string(row.requests);
 }
 
 std::string DialogText(const Row& row) {
@@ -124,7 +130,12 @@ void PrintWrapped(std::string_view indent, std::string_view text) {
 
 int PrintDefinitionFile() {
   std::printf("; Printed from the catalogue; do not edit.\nLIBRARY \"WFINFO.dll\"\nEXPORTS\n");
-  for (const Row& row : Rows()) std::printf("    %.*s\n", static_cast<int>(row.name.size()), row.name.data());
+  for (const Row& row : Rows()) {
+    const std::string name(row.name);
+    const bool entered =
+        row.kind == Kind::kHand && !IsVariadic(row);  // see src/catalogue/hand_exports_win.cpp
+    std::printf("    %s%s%s\n", name.c_str(), entered ? " = Entered_" : "", entered ? name.c_str() : "");
+  }
   return 0;
 }
 

@@ -16,6 +16,7 @@
 #define MENU(name, command, doc) WFINFO_DECLARE(Int, name, ())
 #define HAND(result, name, requests, params, doc) WFINFO_DECLARE(result, name, params)
 #define HAND_INFERRED(result, name, requests, params, doc) WFINFO_DECLARE(result, name, params)
+#define HAND_VARIADIC(result, name, requests, params, doc) WFINFO_DECLARE(result, name, params)
 #include "all.def"
 #include "catalogue/undefine_rows.h"
 #undef WFINFO_DECLARE

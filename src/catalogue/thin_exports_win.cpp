@@ -35,5 +35,6 @@
   extern "C" long long name() noexcept { return wfinfo::SendHostCommand(command); }
 #define HAND(result, name, requests, params, doc)
 #define HAND_INFERRED(result, name, requests, params, doc)
+#define HAND_VARIADIC(result, name, requests, params, doc)
 #include "all.def"
 #include "catalogue/undefine_rows.h"

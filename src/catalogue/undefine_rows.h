@@ -8,3 +8,4 @@
 #undef MENU
 #undef HAND
 #undef HAND_INFERRED
+#undef HAND_VARIADIC
