@@ -65,7 +65,7 @@ std::variant<Value, Complaint> ResultOf(const Row& row, Slot result) {
   if (row.result == "Void") return Value();
   if (row.result == "Int32") return Value(static_cast<std::int32_t>(result));
   if (row.result == "UInt32") return Value(static_cast<std::int64_t>(static_cast<std::uint32_t>(result)));
-  if (row.result != "Str") return Value(result);
+  if (row.result != "Str" && row.result != "OptStr") return Value(result);
   const auto* text = reinterpret_cast<const char*>(result);
   if (text == nullptr) return Value();
   if (IsBadStringPtrA(text, kLongestResult))

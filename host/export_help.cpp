@@ -45,7 +45,8 @@ struct ResultRow {
 constexpr ResultRow kResults[] = {
     {"Int", "a number, 0 on failure"},    {"Int32", "a number, 0 on failure"},
     {"UInt32", "a number, 0 on failure"}, {"Str", "a text, \"\" on failure"},
-    {"Handle", "a handle, 0 on failure"}, {"Void", "nothing"},
+    {"OptStr", "a text, or 0"},           {"Handle", "a handle, 0 on failure"},
+    {"Void", "nothing"},
 };
 
 // Function codes that the library sends even while a modal dialog of the host shows.

@@ -12,6 +12,7 @@
 namespace {
 
 using wfinfo::catalogue::IsVariadic;
+using wfinfo::catalogue::kAnyRequest;
 using wfinfo::catalogue::Kind;
 using wfinfo::catalogue::kNoFirstSlot;
 using wfinfo::catalogue::Parameter;
@@ -50,9 +51,13 @@ constexpr TypeText kParameterTypes[] = {
 };
 
 constexpr TypeText kResultTypes[] = {
-    {"Int", "long long", "integer, 0 on failure"},         {"Int32", "int", "32-bit integer, 0 on failure"},
-    {"UInt32", "unsigned int", "32-bit unsigned integer"}, {"Str", "const char*", "text, \"\" on failure"},
-    {"Handle", "void*", "handle, null on failure"},        {"Void", "void", "nothing"},
+    {"Int", "long long", "integer, 0 on failure"},
+    {"Int32", "int", "32-bit integer, 0 on failure"},
+    {"UInt32", "unsigned int", "32-bit unsigned integer"},
+    {"Str", "const char*", "text, \"\" on failure"},
+    {"OptStr", "const char*", "text, or null as described"},
+    {"Handle", "void*", "handle, null on failure"},
+    {"Void", "void", "nothing"},
 };
 
 template <std::size_t kSize>
@@ -96,7 +101,7 @@ std::string SentText(const Row& row) {
     case Kind::kHand:
       break;
   }
-  return std::string(row.requests);
+  return row.requests == kAnyRequest ? "what the called export sends" : std::string(row.requests);
 }
 
 std::string DialogText(const Row& row) {

@@ -18,8 +18,8 @@ namespace {
 
 constexpr char kPrefix[] = "WFINFO.DLL: ";
 constexpr std::size_t kMessageRoom = 512;
-constexpr std::size_t kTextLimit = 496;        // of the text behind the prefix, terminator included
-constexpr UINT_PTR kCheckedLength = 0x100000;  // bytes of a text parameter that are looked at
+constexpr std::size_t kTextLimit = 496;                // of the text behind the prefix, terminator included
+constexpr UINT_PTR kAddressSpace = UINT_PTR{1} << 47;  // bytes of it that belong to the process
 
 }  // namespace
 
@@ -37,7 +37,12 @@ void ReportError(const char* text) {
   MessageBoxA(MessageBoxOwner(), message, nullptr, MB_ICONHAND);
 }
 
-bool IsReadableText(const void* text) { return !IsBadStringPtrA(static_cast<LPCSTR>(text), kCheckedLength); }
+bool IsReadableText(const void* text) {
+  const auto address = reinterpret_cast<UINT_PTR>(text);
+  // The one walk ends at the terminator or at memory that cannot be read, whichever comes first: what passes
+  // may be read to its end, however long it is.
+  return address < kAddressSpace && !IsBadStringPtrA(static_cast<LPCSTR>(text), kAddressSpace - address);
+}
 
 bool IsWritable(void* memory, unsigned long long size) { return !IsBadWritePtr(memory, size); }
 

@@ -62,21 +62,4 @@ const char* ReturnText(std::string_view text) {
   return g_resultText;
 }
 
-namespace {
-
-bool IsResult(const char* text) {
-  if (text == g_hostText) return true;
-  if (text >= g_resultText && text < g_resultText + kShortResultSize) return true;
-  return g_longResult != nullptr && text >= g_longResult && text < g_longResult + LocalSize(g_longResult);
-}
-
-}  // namespace
-
-StableText::StableText(const char* text) : text_(text) {
-  if (text == nullptr || !IsResult(text)) return;
-  const std::size_t size = std::strlen(text) + 1;
-  copy_.reset(LocalAlloc(LMEM_FIXED, size));
-  text_ = copy_ ? static_cast<const char*>(std::memcpy(copy_.get(), text, size)) : kNoText;
-}
-
 }  // namespace wfinfo

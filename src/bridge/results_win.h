@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <string_view>
 
-#include "base/unique_win.h"
-
 namespace wfinfo {
 
 // Size of the short-result buffer, terminator included.
@@ -48,19 +46,5 @@ const char* ReturnLongText(std::string_view text);
 
 // The last text that the host answered, null before any: its memory, valid until its next answer.
 extern const char* g_hostText;
-
-// A text parameter that must outlive results and requests made before its last use. It may itself be an
-// earlier result, as in SetHeaderUnited("Subject", RootHeader("Subject")): one that lies in the short-result
-// buffer or in the kept block, or is the host's last text, is copied. Null stays null; without memory the
-// text is "".
-class StableText {
- public:
-  explicit StableText(const char* text);
-  const char* get() const { return text_; }
-
- private:
-  UniqueLocal copy_;
-  const char* text_;
-};
 
 }  // namespace wfinfo

@@ -12,9 +12,8 @@ namespace wfinfo {
 namespace {
 
 constexpr long long kNarrowest = 40;
-constexpr long long kMostNumber = 65535;    // counts beyond, on both sides, are addresses
-constexpr UINT_PTR kDigitsLooked = 100;     // bytes of a count's text that are looked at
-constexpr UINT_PTR kTextLooked = 0x100000;  // the same of a text
+constexpr long long kMostNumber = 65535;  // counts beyond, on both sides, are addresses
+constexpr UINT_PTR kDigitsLooked = 100;   // bytes of a count's text that are looked at, and read
 
 // The number that the leading decimal digits of `text` make; a number that is too large stays at INT_MAX.
 long long LeadingNumber(const char* text) {
@@ -47,8 +46,7 @@ int ReadCountParam(long long value) {
 }
 
 std::string_view ReadableText(const char* text) {
-  if (text == nullptr || IsBadStringPtrA(text, kTextLooked)) return {};
-  return text;
+  return IsReadableText(text) ? std::string_view(text) : std::string_view();
 }
 
 }  // namespace wfinfo

@@ -39,6 +39,7 @@
 #define WFINFO_RESULT_Int32 int
 #define WFINFO_RESULT_UInt32 unsigned int
 #define WFINFO_RESULT_Str const char*
+#define WFINFO_RESULT_OptStr const char*  // null in the cases that the row tells
 #define WFINFO_RESULT_Handle void*
 #define WFINFO_RESULT_Void void
 

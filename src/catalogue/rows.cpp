@@ -30,6 +30,8 @@ constexpr std::span<const Parameter> Listed(std::span<const Parameter> with_dumm
   return with_dummy.subspan(1);
 }
 
+constexpr std::string_view Sent(std::string_view requests) { return requests == kCopies ? "" : requests; }
+
 #define WFINFO_ROW(name, kind, result, dispatcher, code, slot, inferred, requests, doc) \
   Row{"", #name, kind, #result, dispatcher, code, slot, inferred, requests, Listed(k##name##Parameters), doc},
 
@@ -46,9 +48,9 @@ constexpr std::span<const Parameter> Listed(std::span<const Parameter> with_dumm
 #define START(name, command, doc) WFINFO_ROW(name, Kind::kStart, Int, "Frame", 57, command, false, "", doc)
 #define MENU(name, command, doc) WFINFO_ROW(name, Kind::kMenu, Int, "", command, kNoFirstSlot, false, "", doc)
 #define HAND(result, name, requests, params, doc) \
-  WFINFO_ROW(name, Kind::kHand, result, "", 0, kNoFirstSlot, false, requests, doc)
+  WFINFO_ROW(name, Kind::kHand, result, "", 0, kNoFirstSlot, false, Sent(requests), doc)
 #define HAND_INFERRED(result, name, requests, params, doc) \
-  WFINFO_ROW(name, Kind::kHand, result, "", 0, kNoFirstSlot, true, requests, doc)
+  WFINFO_ROW(name, Kind::kHand, result, "", 0, kNoFirstSlot, true, Sent(requests), doc)
 #define HAND_VARIADIC(result, name, requests, params, doc) HAND(result, name, requests, params, doc)
 
 constexpr Row kRaw[] = {

@@ -70,6 +70,16 @@ bool IsAccountLoaded() { return g_accountProp.record != 0; }
 
 char* AccountRecord() { return AddressOf(g_accountProp.record); }
 
+bool IsOfAccount(const char* address) {
+  if (!IsAccountLoaded()) return false;
+  const char* const record = AccountRecord();
+  if (address >= record && address < record + kAccountRecordSize) return true;
+  for (const char* const text : g_accountProp.texts) {
+    if (text != nullptr && text == address) return true;
+  }
+  return false;
+}
+
 void ReleaseAccount() {
   if (!IsAccountLoaded()) return;
   SendHostRequest(kCodeRelease, &g_accountProp.record);

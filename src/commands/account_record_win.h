@@ -13,6 +13,9 @@ bool IsAccountLoaded();
 // The lent record; null when none is.
 char* AccountRecord();
 
+// True when `address` lies in the lent record or is a text of that account that AccountText gave.
+bool IsOfAccount(const char* address);
+
 // Gives the lent record back unsaved, if there is one.
 void ReleaseAccount();
 

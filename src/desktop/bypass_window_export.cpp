@@ -19,9 +19,9 @@ using namespace wfinfo;
 
 namespace {
 
-constexpr int kCodeCommandPosted = 319;      // the host processes the command that was posted to it
-constexpr int kTitleRoom = 1023;             // units, terminator included
-constexpr UINT_PTR kLongestWide = 0x100000;  // units of a text that a macro gives in UTF-16
+constexpr int kCodeCommandPosted = 319;            // the host processes the command that was posted to it
+constexpr int kTitleRoom = 1023;                   // units, terminator included
+constexpr UINT_PTR kMostWide = UINT_PTR{1} << 45;  // units of a text: more than memory holds
 
 HWND WindowOf(void* handle) { return static_cast<HWND>(handle); }
 
@@ -60,7 +60,7 @@ ShellExecuteFunction BoundShellExecute() {
 
 // UTF-16 that the system can show: null, or readable up to its end.
 bool IsWideTextOrNull(const wchar_t* text) {
-  return text == nullptr || (IsText(text) && !IsBadStringPtrW(text, kLongestWide));
+  return text == nullptr || (IsText(text) && !IsBadStringPtrW(text, kMostWide));
 }
 
 const wchar_t* DefaultMessage() { return g_useEnglish != 0 ? L"Message" : L"メッセージ"; }

@@ -69,8 +69,7 @@ const char* CallByEmailList(const char* export_name, const char* address_list, l
                             long long a4, long long a5, long long a6, long long a7, long long a8,
                             long long a9) noexcept {
   if (!IsText(export_name) || !IsText(address_list)) return kNoText;
-  const StableText list(address_list);  // the calls make results of their own
-  AddressReader reader(list.get());
+  AddressReader reader(address_list);
   if (!reader.Read()) return LogAddressError("CallByEmailList", reader.entry().error), kNoText;
   const auto function = ProcOf<ListedExport>(g_hInstance, export_name);
   if (function == nullptr) return ReportMissing(export_name), kNoText;

@@ -87,8 +87,7 @@ int FreeDll(void* module) noexcept { return FreeLibrary(static_cast<HMODULE>(mod
 int IsFunctionExist(const char* file_name, const char* function_name) noexcept {
   // What is no text finds nothing, and nothing is reported. A small number stands for a function's ordinal.
   const bool is_ordinal = IS_INTRESOURCE(function_name) && function_name != nullptr;
-  if (IsBadStringPtrA(file_name, MAX_PATH) || (!is_ordinal && IsBadStringPtrA(function_name, MAX_PATH)))
-    return 0;
+  if (!IsReadableText(file_name) || (!is_ordinal && !IsReadableText(function_name))) return 0;
   const HMODULE module = LoadLibraryA(file_name);
   if (module == nullptr) return 0;
   const int exists = GetProcAddress(module, function_name) != nullptr ? 1 : 0;

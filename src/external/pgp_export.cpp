@@ -1,5 +1,4 @@
 // OpenPGP for macros, and the choice of S/MIME in its place.
-#include "base/unique_win.h"
 #include "bridge/report_win.h"
 #include "bridge/results_win.h"
 #include "catalogue/declarations.h"
@@ -30,7 +29,6 @@ int PgpSetProgram(unsigned choice) noexcept {
 const char* PgpEncryptSuper(int mode, const char* text, const char* recipients, const char* sender,
                             const char* pass_phrase, int algorithm, int hash,
                             int remembered_choice) noexcept {
-  const UniqueLocal earlier_info(TakePgpInfoText());  // a parameter may lie in it
   BeginPgpRun();
   const PgpEncryption task = {mode, text, recipients, sender, pass_phrase};
   if (!IsValid(task)) return kNoText;
@@ -57,7 +55,6 @@ const char* PgpEncryptSign(const char* text, const char* recipients, const char*
 
 const char* PgpDecrypt(const char* text, const char* pass_phrase, const char* signed_data,
                        int quiet) noexcept {
-  const UniqueLocal earlier_info(TakePgpInfoText());  // a parameter may lie in it
   BeginPgpRun();
   if (!AreDecryptable(text, pass_phrase, signed_data, quiet != 0)) {
     if (quiet != 0) return kNoText;

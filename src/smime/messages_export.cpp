@@ -21,7 +21,7 @@ bool AreBytes(const void* bytes, unsigned size) { return bytes != nullptr && !Is
 unsigned int PgpGetSMIMEOutputSize() noexcept { return wfinfo::g_smimeOutputSize; }
 
 const char* SMIMEDecrypt(const void* message, unsigned int size, const char* address) noexcept {
-  const wfinfo::UniqueLocal earlier_info(wfinfo::TakePgpInfoText());  // a parameter may lie in it
+  const wfinfo::UniqueLocal earlier_info(wfinfo::TakePgpInfoText());  // the bytes may lie in it
   wfinfo::BeginPgpRun();
   if (!AreBytes(message, size) || !wfinfo::IsTextOrNull(address)) return wfinfo::kNoText;
   return wfinfo::smime::SmimeDecrypt(static_cast<const BYTE*>(message), size, address);
@@ -31,7 +31,7 @@ const char* SMIMEVerify(const void* message, unsigned int size, const void* deta
                         unsigned int detached_size, const char* sender, void* decryption) noexcept {
   using namespace wfinfo::smime;
   // What an earlier message left behind is gone even when the parameters are refused.
-  const wfinfo::UniqueLocal earlier_info(wfinfo::TakePgpInfoText());  // a parameter may lie in it
+  const wfinfo::UniqueLocal earlier_info(wfinfo::TakePgpInfoText());  // the bytes may lie in it
   wfinfo::BeginPgpRun();
   if (!AreBytes(message, size) || !wfinfo::IsTextOrNull(sender)) return wfinfo::kNoText;
   if (detached != nullptr && !AreBytes(detached, detached_size)) return wfinfo::kNoText;

@@ -59,19 +59,17 @@ struct Joined {
 };
 
 // All values joined. The header may change between the two passes: what does not fit any more is left out.
-const char* JoinHeaders(const HeaderSource& source, const char* given_name, const char* given_separator) {
+const char* JoinHeaders(const HeaderSource& source, const char* name, const char* given_separator) {
   if (!IsTextOrNull(given_separator)) return kNoText;
-  const StableText name(given_name);
-  const StableText stable_separator(given_separator != nullptr ? given_separator : ", ");
-  const std::string_view separator = stable_separator.get();
-  const std::size_t measured = MeasureJoined(source, name.get(), separator);
+  const std::string_view separator = given_separator != nullptr ? given_separator : ", ";
+  const std::size_t measured = MeasureJoined(source, name, separator);
   if (measured == 0) return kNoText;
   Joined joined{NewResultBlock(measured + kSpareRoom), measured + kSpareRoom - 1};
   if (joined.text == nullptr) return kNoText;
-  const long long count = source.count(name.get());
+  const long long count = source.count(name);
   for (long long i = 0; i < count; ++i) {
     if (i > 0) joined.Append(separator);
-    joined.Append(source.value(name.get(), static_cast<int>(i)));
+    joined.Append(source.value(name, static_cast<int>(i)));
   }
   if (!joined.whole || joined.length > measured) {
     ReportError("buffer overflow at CurrentHeaderUnited/RootHeaderUnited");
@@ -100,27 +98,23 @@ long long DeleteHeader(const char* name) noexcept { return DeleteHeader2(name, 0
 
 const char* SetHeaderUnited(const char* name, const char* value) noexcept {
   if (!IsText(name) || !IsText(value)) return kNoText;
-  const StableText stable_name(name);
-  const StableText stable_value(value);
-  DeleteDownTo(stable_name.get(), CountCurrentHeader(stable_name.get()), 1);
-  SendNameAndValue(kCodeSetHeader, stable_name.get(), stable_value.get());
+  DeleteDownTo(name, CountCurrentHeader(name), 1);
+  SendNameAndValue(kCodeSetHeader, name, value);
   return kNoText;
 }
 
 const char* SetOrDeleteHeader(const char* name, const char* value) noexcept {
   if (!IsText(name) || !IsText(value)) return kNoText;
   if (*value != '\0') return SetHeaderUnited(name, value);
-  const StableText stable_name(name);
-  DeleteDownTo(stable_name.get(), CountCurrentHeader(stable_name.get()), 1);
-  DeleteHeader(stable_name.get());
+  DeleteDownTo(name, CountCurrentHeader(name), 1);
+  DeleteHeader(name);
   return kNoText;
 }
 
 long long DeleteHeaderUnited(const char* name) noexcept {
-  const StableText stable_name(name);
-  const long long count = CountCurrentHeader(stable_name.get());
+  const long long count = CountCurrentHeader(name);
   if (count < 1) return count;
-  DeleteDownTo(stable_name.get(), count, 0);
+  DeleteDownTo(name, count, 0);
   return 0;
 }
 

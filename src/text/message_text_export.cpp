@@ -88,15 +88,12 @@ const char* RootHeader(const char* name) noexcept { return RootHeader2(name, 0);
 
 const char* RootHeader2(const char* name, int n) noexcept {
   if (!IsText(name) || n < 0) return kNoText;
-  // Copied before the host is asked: the name may be a text of the host, which its next answer ends.
-  const HeaderName header(name);
-  return RootHeaderValue(RootText(), header, static_cast<std::size_t>(n));
+  return RootHeaderValue(RootText(), HeaderName(name), static_cast<std::size_t>(n));
 }
 
 long long CountRootHeader(const char* name) noexcept {
   if (!IsText(name)) return 0;
-  const HeaderName header(name);
-  return static_cast<long long>(CountHeaders(RootText(), header));
+  return static_cast<long long>(CountHeaders(RootText(), HeaderName(name)));
 }
 
 const char* SearchHeader(const char* name) noexcept { return RootHeader(name); }
@@ -159,19 +156,17 @@ const char* OrikaeshiSmallRootHeader() noexcept { return SmallRootHeader(); }
 
 const char* CurrentHeader2(const char* name, int n) noexcept {
   if (!IsText(name) || n < 0) return kNoText;
-  const StableText stable(name);
   g_resultText[0] = '\0';
-  const Slot length = AskCurrentHeader(stable.get(), g_resultText, kShortResultSize, n);
+  const Slot length = AskCurrentHeader(name, g_resultText, kShortResultSize, n);
   if (length < static_cast<Slot>(kShortResultSize - 1)) return g_resultText;
-  return LongCurrentHeader(stable.get(), length, n);
+  return LongCurrentHeader(name, length, n);
 }
 
 const char* CurrentHeader(const char* name) noexcept { return CurrentHeader2(name, 0); }
 
 long long CountCurrentHeader(const char* name) noexcept {
   if (!IsText(name)) return 0;
-  const StableText stable(name);
-  Slot block[] = {ToSlot(stable.get()), ToSlot(g_resultText), kShortResultSize};
+  Slot block[] = {ToSlot(name), ToSlot(g_resultText), kShortResultSize};
   return SendHostRequest(kCodeCountCurrentHeader, block);
 }
 

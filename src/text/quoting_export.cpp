@@ -89,9 +89,7 @@ const char* QuotedSelectedRootText_NoOrikaeshi() noexcept { return QuoteUnfolded
 const char* QuotedSelectedRootText2_NoOrikaeshi() noexcept { return QuoteUnfolded(SelectedRootText2()); }
 
 const char* CustomRootHeader2(const char* spec) noexcept {
-  if (!IsText(spec)) return kNoText;
-  const StableText stable(spec);
-  return CustomSmallHeader(stable.get(), AllRootHeader());
+  return IsText(spec) ? CustomSmallHeader(spec, AllRootHeader()) : kNoText;
 }
 
 const char* CustomRootHeader(const char* spec) noexcept {

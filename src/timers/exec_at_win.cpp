@@ -3,6 +3,7 @@
 #include "bridge/host_protocol.h"
 #include "bridge/host_window_win.h"
 #include "bridge/report_win.h"
+#include "timers/stable_slots_win.h"
 
 namespace wfinfo {
 namespace {
@@ -48,6 +49,8 @@ Slot ExecuteAt(HWND window, Slot* slots) {
   }
   const HWND host = FindHostWindow(SearchMode::kFrameTarget, false, 0);
   const bool elsewhere = host != nullptr && host != window;
+  const StableSlots stable(slots);  // the host's answers end texts of the host
+  if (stable.Failed()) return 0;
   if (elsewhere) Tell(host, kCodeWaitBegins);
   DWORD_PTR answer = 0;
   const bool answered = SendAndWait(window, slots, &answer);

@@ -228,7 +228,11 @@ TEST_F(MessageText, TextsAreQuotedByTheHost) {
 
 TEST_F(MessageText, OneKindOfQuotingTakesTheTextItself) {
   const char text[] = "text";
-  host_.Expect(297).RawLParam(text).Answer(std::string("quoted"));
+  static const char kQuoted[] = "quoted";
+  host_.Expect(297).Do([](const Request& request) {
+    EXPECT_STREQ(reinterpret_cast<const char*>(request.block), "text");
+    return static_cast<Slot>(reinterpret_cast<INT_PTR>(kQuoted));
+  });
   EXPECT_STREQ(QuoteOE(text), "quoted");
   EXPECT_STREQ(QuoteOE(kNumberForText), "");
   host_.ExpectMessages({kStringMessageEnglish});

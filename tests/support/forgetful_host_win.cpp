@@ -1,0 +1,110 @@
+#include "support/forgetful_host_win.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace wfinfo_test {
+namespace {
+
+constexpr UINT kRequestMessage = 21623;
+constexpr std::size_t kBufferSize = 0x4000;
+constexpr std::size_t kRecordSize = 4896;
+constexpr int kCodeCurrentHeader = 3;
+constexpr int kCodeQuoteOE = 297;  // its block is the text itself
+
+char* NewPages(std::size_t size) {
+  return static_cast<char*>(VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+}
+
+// The addresses stay reserved, so that nobody gets them again: whoever reads there crashes.
+void TakeMemory(void* pages, std::size_t size) { VirtualFree(pages, size, MEM_DECOMMIT); }
+
+std::string ShownSlot(Slot slot) {
+  if (slot > -0x10000 && slot < 0x10000) return std::to_string(slot);
+  const auto* const text = reinterpret_cast<const char*>(slot);
+  if (IsBadStringPtrA(text, kBufferSize)) return "*";
+  return "\"" + std::string(text) + "\"";
+}
+
+}  // namespace
+
+ForgetfulHost::ForgetfulHost(Forgets forgets) : forgets_(forgets) {
+  buffer_ = NewPages(kBufferSize);
+  NewRecord();
+  windows_.hook = [this](HWND, UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
+    const bool command = message == WM_COMMAND && lparam == 0 && HIWORD(wparam) == 0;
+    if (command) {
+      requests_.push_back("command " + std::to_string(LOWORD(wparam)));
+      *result = 1;
+    }
+    if (message == kRequestMessage) *result = Answer(static_cast<int>(wparam), lparam);
+    return command || message == kRequestMessage;
+  };
+}
+
+ForgetfulHost::~ForgetfulHost() {
+  forgotten_.push_back(buffer_);
+  forgotten_.push_back(record_);
+  for (void* const pages : forgotten_) VirtualFree(pages, 0, MEM_RELEASE);
+}
+
+void ForgetfulHost::NewRecord() {
+  if (record_ != nullptr && forgets_ == Forgets::kByOverwriting) {
+    std::memset(record_, 'R', kRecordSize);
+    return;
+  }
+  if (record_ != nullptr) {
+    TakeMemory(record_, kRecordSize);
+    forgotten_.push_back(record_);
+  }
+  record_ = NewPages(kRecordSize);
+}
+
+const char* ForgetfulHost::Lend(const std::string& text) {
+  EXPECT_LT(text.size(), kBufferSize);
+  if (forgets_ == Forgets::kByUnmapping) {
+    TakeMemory(buffer_, kBufferSize);
+    forgotten_.push_back(buffer_);
+    buffer_ = NewPages(kBufferSize);
+  } else {
+    std::memset(buffer_, 'Z', kBufferSize - 1);
+  }
+  std::memcpy(buffer_, text.c_str(), text.size() + 1);
+  return buffer_;
+}
+
+std::vector<std::string> ForgetfulHost::TakeRequests() { return std::exchange(requests_, {}); }
+
+std::string ForgetfulHost::Shown(int code, LPARAM lparam) const {
+  std::string shown = std::to_string(code) + "(";
+  const auto count = slots_.find(code);
+  const auto* const block = reinterpret_cast<const Slot*>(lparam);
+  if (code == kCodeQuoteOE) {
+    shown += ShownSlot(lparam);
+  } else if (count != slots_.end() && block != nullptr) {
+    for (std::size_t i = 0; i < count->second; ++i) shown += (i > 0 ? ", " : "") + ShownSlot(block[i]);
+  }
+  return shown + ")";
+}
+
+LRESULT ForgetfulHost::Answer(int code, LPARAM lparam) {
+  requests_.push_back(Shown(code, lparam));
+  if (code == 76 || code == 77) NewRecord();
+  // The host writes the value of a header where it was told to.
+  if (code == kCodeCurrentHeader) {
+    const auto* const block = reinterpret_cast<const Slot*>(lparam);
+    std::strcpy(reinterpret_cast<char*>(block[1]), "value");
+    Lend("after a header");
+    return 5;
+  }
+  const auto text = texts_.find(code);
+  if (text != texts_.end()) return reinterpret_cast<LRESULT>(Lend(text->second));
+  Lend("the answer before is gone");
+  if (code == 75) return reinterpret_cast<LRESULT>(record_);
+  const auto number = numbers_.find(code);
+  return number != numbers_.end() ? static_cast<LRESULT>(number->second) : 1;
+}
+
+}  // namespace wfinfo_test
