@@ -197,6 +197,17 @@ TEST_P(Archiver, AFileIsReallyPacked) {
   std::filesystem::remove(stem + ".zip");
 }
 
+TEST_P(Archiver, TheOutputBeforeMayBeTheNextCommandLine) {
+  Install("archivers");
+  ASSERT_EQ(GetParam().load(), 1);
+  GetParam().run(nullptr, "first");
+  const std::string first = GetParam().output();
+  ASSERT_TRUE(first.ends_with(": first"));
+  GetParam().run(nullptr, GetParam().output());
+  EXPECT_TRUE(std::string(GetParam().output()).ends_with(": " + first)) << GetParam().output();
+  GetParam().free();
+}
+
 TEST_P(Archiver, FreeingWhatIsNotLoadedDoesNothing) {
   EXPECT_EQ(GetParam().free(), 0);
   EXPECT_STREQ(GetParam().output(), "");
