@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace wfinfo_test {
 namespace {
@@ -14,11 +14,10 @@ constexpr std::size_t kRecordSize = 4896;
 constexpr int kCodeCurrentHeader = 3;
 constexpr int kCodeQuoteOE = 297;  // its block is the text itself
 
-char* NewPages(std::size_t size) {
-  return static_cast<char*>(VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-}
+// Addresses that are used one after the other and never again. (One reservation: a system has only so many.)
+constexpr std::size_t kArenaSize = std::size_t{1} << 33;
 
-// The addresses stay reserved, so that nobody gets them again: whoever reads there crashes.
+// The addresses stay reserved: whoever reads there crashes.
 void TakeMemory(void* pages, std::size_t size) { VirtualFree(pages, size, MEM_DECOMMIT); }
 
 std::string ShownSlot(Slot slot) {
@@ -31,7 +30,9 @@ std::string ShownSlot(Slot slot) {
 }  // namespace
 
 ForgetfulHost::ForgetfulHost(Forgets forgets) : forgets_(forgets) {
-  buffer_ = NewPages(kBufferSize);
+  arena_ = static_cast<char*>(VirtualAlloc(nullptr, kArenaSize, MEM_RESERVE, PAGE_READWRITE));
+  next_ = arena_;
+  buffer_ = NewPages();
   NewRecord();
   windows_.hook = [this](HWND, UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
     const bool command = message == WM_COMMAND && lparam == 0 && HIWORD(wparam) == 0;
@@ -44,10 +45,14 @@ ForgetfulHost::ForgetfulHost(Forgets forgets) : forgets_(forgets) {
   };
 }
 
-ForgetfulHost::~ForgetfulHost() {
-  forgotten_.push_back(buffer_);
-  forgotten_.push_back(record_);
-  for (void* const pages : forgotten_) VirtualFree(pages, 0, MEM_RELEASE);
+ForgetfulHost::~ForgetfulHost() { VirtualFree(arena_, 0, MEM_RELEASE); }
+
+// As many as a text or a record needs.
+char* ForgetfulHost::NewPages() {
+  static_assert(kRecordSize < kBufferSize);
+  char* const pages = std::exchange(next_, next_ + kBufferSize);
+  EXPECT_LE(next_, arena_ + kArenaSize);
+  return static_cast<char*>(VirtualAlloc(pages, kBufferSize, MEM_COMMIT, PAGE_READWRITE));
 }
 
 void ForgetfulHost::NewRecord() {
@@ -55,19 +60,15 @@ void ForgetfulHost::NewRecord() {
     std::memset(record_, 'R', kRecordSize);
     return;
   }
-  if (record_ != nullptr) {
-    TakeMemory(record_, kRecordSize);
-    forgotten_.push_back(record_);
-  }
-  record_ = NewPages(kRecordSize);
+  if (record_ != nullptr) TakeMemory(record_, kBufferSize);
+  record_ = NewPages();
 }
 
 const char* ForgetfulHost::Lend(const std::string& text) {
   EXPECT_LT(text.size(), kBufferSize);
   if (forgets_ == Forgets::kByUnmapping) {
     TakeMemory(buffer_, kBufferSize);
-    forgotten_.push_back(buffer_);
-    buffer_ = NewPages(kBufferSize);
+    buffer_ = NewPages();
   } else {
     std::memset(buffer_, 'Z', kBufferSize - 1);
   }

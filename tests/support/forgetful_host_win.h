@@ -46,6 +46,7 @@ class ForgetfulHost {
   LRESULT Answer(int code, LPARAM lparam);
   std::string Shown(int code, LPARAM lparam) const;
   void NewRecord();
+  char* NewPages();
 
   Forgets forgets_;
   std::map<int, std::string> texts_;
@@ -54,7 +55,8 @@ class ForgetfulHost {
   std::vector<std::string> requests_;
   char* buffer_ = nullptr;
   char* record_ = nullptr;
-  std::vector<void*> forgotten_;
+  char* arena_ = nullptr;
+  char* next_ = nullptr;  // behind what was used
   ScriptedHost windows_;
 };
 
