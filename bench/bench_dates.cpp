@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "text/date_format.h"
-#include "text/date_parse.h"
+#include "src/dates/date_format.h"
+#include "src/dates/date_parse.h"
 #ifdef WFINFO_WITH_GMIME
 #include <gmime/gmime.h>
 #endif

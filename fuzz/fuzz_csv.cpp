@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "../tests/support/csv_reference.h"
-#include "text/csv_text.h"
+#include "src/csv/csv_text.h"
+#include "tests/support/csv_reference.h"
 
 namespace {
 

@@ -11,10 +11,10 @@
 #include <string>
 #include <string_view>
 
-#include "charset.h"
-#include "mail_store.h"
-#include "mime.h"
-#include "text/host_text.h"
+#include "host/charset/charsets.h"
+#include "host/mail/mail_store.h"
+#include "host/mime/message.h"
+#include "src/text/host_text.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "mapi/message_image.h"
+#include "src/mapi/message_image.h"
 
 using namespace wfinfo::mapi;
 

@@ -1,7 +1,7 @@
 // Telling the user of an error, and the check that every text parameter passes first.
 #pragma once
 
-#include "bridge/language_win.h"
+#include "src/bridge/language_win.h"
 
 namespace wfinfo {
 

@@ -2,7 +2,7 @@
 // bytes that the given key reaches.
 #pragma once
 
-#include "commands/account_keys.h"
+#include "src/commands/account_keys.h"
 
 namespace wfinfo {
 

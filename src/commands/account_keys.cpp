@@ -1,6 +1,6 @@
-#include "commands/account_keys.h"
+#include "src/commands/account_keys.h"
 
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 namespace {

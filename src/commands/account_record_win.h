@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "commands/account_keys.h"
+#include "src/commands/account_keys.h"
 
 namespace wfinfo {
 

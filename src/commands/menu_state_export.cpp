@@ -1,5 +1,5 @@
-#include "catalogue/declarations.h"
-#include "commands/frame_menu_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/commands/frame_menu_win.h"
 
 using namespace wfinfo;
 

@@ -2,7 +2,7 @@
 // count.
 #pragma once
 
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 

@@ -1,9 +1,9 @@
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "commands/folder_pair_win.h"
-#include "commands/keyword_parameter_win.h"
-#include "commands/transfer_words.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/commands/folder_pair_win.h"
+#include "src/commands/keyword_parameter_win.h"
+#include "src/commands/transfer_words.h"
 
 using namespace wfinfo;
 

@@ -1,7 +1,7 @@
 #include <windows.h>
 
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
 
 using namespace wfinfo;
 

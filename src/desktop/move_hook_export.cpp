@@ -1,6 +1,6 @@
 // Exports that place the next window of the thread.
-#include "catalogue/declarations.h"
-#include "desktop/move_hook_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/desktop/move_hook_win.h"
 
 long long SetWindowMoveHook(int x, int y) noexcept {
   wfinfo::HookNextActivation(x, y);

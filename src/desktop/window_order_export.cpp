@@ -1,10 +1,10 @@
 // Exports that bring windows of the host to the top, and that find where keys of the HTML viewer go.
 #include <windows.h>
 
-#include "bridge/host_request_win.h"
-#include "bridge/host_window_win.h"
-#include "catalogue/declarations.h"
-#include "desktop/main_window_win.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/host_window_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/desktop/main_window_win.h"
 
 using namespace wfinfo;
 

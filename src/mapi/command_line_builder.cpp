@@ -1,10 +1,10 @@
-#include "mapi/command_line_builder.h"
+#include "src/mapi/command_line_builder.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "mapi/host_blocks.h"
-#include "text/host_text.h"
+#include "src/mapi/host_blocks.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo::mapi {
 namespace {

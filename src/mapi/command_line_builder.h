@@ -18,7 +18,7 @@
 #include <span>
 #include <string_view>
 
-#include "mapi/mapi_records.h"
+#include "src/mapi/mapi_records.h"
 
 namespace wfinfo::mapi {
 

@@ -1,4 +1,4 @@
-#include "mapi/message_image.h"
+#include "src/mapi/message_image.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "mapi/send_mail_win.h"
+#include "src/mapi/send_mail_win.h"
 
 #include <windows.h>
 
@@ -6,18 +6,18 @@
 #include <string_view>
 #include <utility>
 
-#include "base/unique_win.h"
-#include "bridge/registry_binding_win.h"
-#include "bridge/report_win.h"
-#include "mapi/command_line_builder.h"
-#include "mapi/command_line_mutex_win.h"
-#include "mapi/hand_off_win.h"
-#include "mapi/host_blocks.h"
-#include "mapi/host_launch_win.h"
-#include "mapi/lost_mail_win.h"
-#include "mapi/mapi_log_win.h"
-#include "text/system_code_page_win.h"
-#include "text/utf8_text.h"
+#include "src/base/unique_win.h"
+#include "src/bridge/registry_binding_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/system_code_page_win.h"
+#include "src/mapi/command_line_builder.h"
+#include "src/mapi/command_line_mutex_win.h"
+#include "src/mapi/hand_off_win.h"
+#include "src/mapi/host_blocks.h"
+#include "src/mapi/host_launch_win.h"
+#include "src/mapi/lost_mail_win.h"
+#include "src/mapi/mapi_log_win.h"
+#include "src/text/utf8_text.h"
 
 namespace wfinfo::mapi {
 namespace {

@@ -1,7 +1,7 @@
 // Handing the mails of other programs to the host.
 #pragma once
 
-#include "mapi/mapi_records.h"
+#include "src/mapi/mapi_records.h"
 
 namespace wfinfo::mapi {
 

@@ -1,12 +1,12 @@
-#include "net/http_session_win.h"
+#include "src/net/http_session_win.h"
 
 #include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <utility>
 
-#include "bridge/report_win.h"
-#include "bridge/results_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/results_win.h"
 
 namespace wfinfo {
 namespace {

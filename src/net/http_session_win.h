@@ -2,7 +2,7 @@
 // process.
 #pragma once
 
-#include "net/wininet_binding_win.h"
+#include "src/net/wininet_binding_win.h"
 
 namespace wfinfo {
 

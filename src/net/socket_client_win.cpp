@@ -1,14 +1,14 @@
-#include "net/socket_client_win.h"
+#include "src/net/socket_client_win.h"
 
-#include "net/winsock_binding_win.h"
+#include "src/net/winsock_binding_win.h"
 
 #include <cstring>
 #include <optional>
 
-#include "bridge/module_win.h"
-#include "bridge/report_win.h"
-#include "bridge/results_win.h"
-#include "text/host_text.h"
+#include "src/bridge/module_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/results_win.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo {
 

@@ -1,10 +1,10 @@
 // The exports that choose a certificate and hand certificates of a message over.
 #include <windows.h>
 
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "smime/cert_lookup_win.h"
-#include "smime/message_store_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/smime/cert_lookup_win.h"
+#include "src/smime/message_store_win.h"
 
 unsigned int SelectCertCrcDialog(const char* address) noexcept {
   using namespace wfinfo::smime;

@@ -1,6 +1,6 @@
-#include "smime/chain_texts_win.h"
+#include "src/smime/chain_texts_win.h"
 
-#include "bridge/language_win.h"
+#include "src/bridge/language_win.h"
 
 namespace wfinfo::smime {
 namespace {

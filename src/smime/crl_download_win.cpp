@@ -1,9 +1,9 @@
-#include "smime/crl_download_win.h"
+#include "src/smime/crl_download_win.h"
 
 #include <cstring>
 
-#include "base/unique_win.h"
-#include "net/wininet_binding_win.h"
+#include "src/base/unique_win.h"
+#include "src/net/wininet_binding_win.h"
 
 namespace wfinfo::smime {
 namespace {

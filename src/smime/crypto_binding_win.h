@@ -10,8 +10,8 @@
 #include <cryptuiapi.h>
 // clang-format on
 
-#include "base/unique_win.h"
-#include "bridge/language_win.h"
+#include "src/base/unique_win.h"
+#include "src/bridge/language_win.h"
 
 // The entry points taken from crypt32, in the order in which they are looked up.
 #define WFINFO_CRYPT32_ENTRIES(ENTRY)          \

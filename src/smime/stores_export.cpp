@@ -1,9 +1,9 @@
 // The exports that work on the certificates of a message: revocation, import, display.
 #include <windows.h>
 
-#include "catalogue/declarations.h"
-#include "smime/import_win.h"
-#include "smime/revocation_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/smime/import_win.h"
+#include "src/smime/revocation_win.h"
 
 int SMIMEVerifyRevocation(void* store, void* control) noexcept {
   using namespace wfinfo::smime;

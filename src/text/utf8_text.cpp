@@ -1,4 +1,4 @@
-#include "text/utf8_text.h"
+#include "src/text/utf8_text.h"
 
 #include <emmintrin.h>
 
@@ -7,8 +7,8 @@
 #include <bit>
 #include <cstdint>
 
-#include "text/host_text.h"
-#include "text/wide_text.h"
+#include "src/text/host_text.h"
+#include "src/text/wide_text.h"
 
 namespace wfinfo {
 namespace {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "text/utf8_text.h"
+#include "src/text/utf8_text.h"
 
 namespace wfinfo {
 namespace {

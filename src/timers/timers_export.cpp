@@ -5,12 +5,12 @@
 #include <cstdarg>
 #include <optional>
 
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "timers/auto_push_win.h"
-#include "timers/button_words.h"
-#include "timers/exec_at_win.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/timers/auto_push_win.h"
+#include "src/timers/button_words.h"
+#include "src/timers/exec_at_win.h"
 
 using namespace wfinfo;
 

@@ -1,8 +1,8 @@
 // Exports that send more than one request, and the ones that show and find the host's windows.
 #include <gtest/gtest.h>
 
-#include "support/library.h"
-#include "support/scripted_host_win.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 namespace {

@@ -1,11 +1,10 @@
 // HTTP requests of macros against a real server on this machine.
-#include "support/loopback_server_win.h"
+#include "tests/support/loopback_server_win.h"
 // winsock2.h must come before windows.h.
 #include <gtest/gtest.h>
 
-
-#include "support/library.h"
-#include "support/scripted_host_win.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 namespace {

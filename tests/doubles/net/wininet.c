@@ -3,7 +3,7 @@
 
 #include <string.h>
 
-#include "wininet_state.h"
+#include "tests/doubles/net/wininet_state.h"
 
 static struct WinInetState g_state;
 enum { kFirstHandle = 100, kMostHandles = 1 << 17 };

@@ -3,7 +3,7 @@
 
 #include <string.h>
 
-#include "wsock32_state.h"
+#include "tests/doubles/net/wsock32_state.h"
 
 static struct WinSockState g_state;
 struct WinSockState* State(void) { return &g_state; }
