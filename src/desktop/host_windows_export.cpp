@@ -1,8 +1,11 @@
-// Exports that tell which host window is which, and show, hide and activate them.
+// Exports that tell which host window is which, show, hide, activate and close them, bring them to the top, and find
+// where keys of the HTML viewer go.
 #include <windows.h>
 
 #include "src/bridge/host_protocol.h"
+#include "src/bridge/host_request_win.h"
 #include "src/bridge/host_window_win.h"
+#include "src/bridge/report_win.h"
 #include "src/catalogue/declarations.h"
 #include "src/desktop/main_window_win.h"
 
@@ -50,6 +53,54 @@ int ActivateNeighbour(UINT direction) {
   return 1;
 }
 
+HWND GrepWindow() { return reinterpret_cast<HWND>(static_cast<INT_PTR>(GrepWnd())); }
+
+// Asks the window to close as its Cancel button would; false when it is still there afterwards.
+bool Close(HWND window) {
+  SendMessageA(window, WM_COMMAND, IDCANCEL, 0);
+  return !IsWindow(window);
+}
+
+// Tells when a sequence of handles repeats itself: each is compared with one before it, and the one kept is
+// renewed at longer and longer distances, so that a circle of any length is found.
+class Repetition {
+ public:
+  bool Comes(HWND window) {
+    if (window == kept_) return true;
+    if (++steps_ == limit_) {
+      kept_ = window;
+      steps_ = 0;
+      limit_ *= 2;
+    }
+    return false;
+  }
+
+ private:
+  HWND kept_ = nullptr;
+  unsigned steps_ = 0;
+  unsigned limit_ = 1;
+};
+
+constexpr UINT kHostRaiseWindow = 21627;  // to the frame: wParam is the window to bring to the top
+constexpr int kCodeGrepRaised = 264;
+constexpr char kBrowserClass[] = "Internet Explorer_Server";
+
+// The window of class `kBrowserClass` at `window` or below it, child before sibling; null when there is none.
+// The system bounds how deep windows stand in one another.
+HWND BrowserAtOrBelow(HWND window) {
+  if (HasClass(window, kBrowserClass)) return window;
+  for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+    if (const HWND found = BrowserAtOrBelow(child)) return found;
+  }
+  return nullptr;
+}
+
+bool Shows(HWND window) { return window != nullptr && IsWindowVisible(window); }
+
+void Raise(HWND frame, HWND window) {
+  SendMessageA(frame, kHostRaiseWindow, reinterpret_cast<WPARAM>(window), 0);
+}
+
 }  // namespace
 
 int IsWrenfoldMain() noexcept {
@@ -92,4 +143,55 @@ void* RestoreWaitCursor(void* cursor) noexcept {
   const auto previous = static_cast<HCURSOR>(cursor);
   return SetCursor(previous != nullptr ? previous
                                        : LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW)));
+}
+
+int CloseGrepWnd(int all) noexcept {
+  if (IsTamarinMailGrep() != 0) {
+    ReportError(
+        {"CloseGrepWnd function called on grep result window. CloseGrepWnd function must be called on "
+         "TamarinMail main window. Please refer the help.",
+         "CloseGrepWnd関数が検索結果ウィンドウで呼ばれました。CloseGrepWnd関数はTamarinMailの"
+         "メインウィンドウで呼ぶ必要があります。ヘルプを参照してください。"});
+    return 0;
+  }
+  if (IsGrepProcessing() != 0) {
+    ReportError({"Cannot call CloseGrepWnd in grep processing.", "検索中はCloseGrepWnd関数は使えません。"});
+    return 0;
+  }
+  HWND window = GrepWindow();
+  if (window == nullptr) return 0;
+  // A host that goes on naming windows which are gone has none left.
+  Repetition repetition;
+  do {
+    if (!Close(window)) return 0;
+    if (repetition.Comes(window)) return 1;
+    window = all != 0 ? GrepWindow() : nullptr;
+  } while (window != nullptr);
+  return 1;
+}
+
+void* FindHtmlViewerFocusWnd(void* window) noexcept {
+  const HWND first = GetWindow(static_cast<HWND>(window), GW_CHILD);
+  if (first == nullptr) return nullptr;
+  const HWND browser = BrowserAtOrBelow(first);
+  return browser != nullptr ? browser : first;
+}
+
+long long SetMainWndTop() noexcept {
+  const auto window = static_cast<HWND>(MainWnd());
+  if (!Shows(window)) return 0;
+  const HWND frame = ActingWindow();
+  if (frame == nullptr) return 0;
+  Raise(frame, window);
+  return 1;
+}
+
+long long SetGrepWndTop() noexcept {
+  const auto window = reinterpret_cast<HWND>(static_cast<INT_PTR>(GrepWnd()));
+  if (!Shows(window)) return 0;
+  const HWND frame = FindHostWindow(SearchMode::kFrameTarget, false, static_cast<unsigned>(kCodeGrepRaised));
+  if (frame == nullptr || frame == window || GetAncestor(frame, GA_ROOT) == window) return 0;
+  Raise(frame, window);
+  SendHostRequest(kCodeGrepRaised);
+  return 1;
 }

@@ -1,9 +1,11 @@
-// Keys pressed on a macro's behalf: as messages to a window, or through the system's input queue.
+// Keys pressed on a macro's behalf, as messages to a window or through the system's input queue; and the place of the
+// next window of the thread.
 #include <windows.h>
 
 #include <cstring>
 
 #include "src/catalogue/declarations.h"
+#include "src/desktop/move_hook_win.h"
 
 namespace {
 
@@ -63,4 +65,14 @@ long long Bypass_keybd_event(unsigned key) noexcept {
 long long Bypass_keybd_event_raw(unsigned key, unsigned scan_code, unsigned flags, long long extra) noexcept {
   keybd_event(static_cast<BYTE>(key), static_cast<BYTE>(scan_code), flags, static_cast<ULONG_PTR>(extra));
   return 0;
+}
+
+long long SetWindowMoveHook(int x, int y) noexcept {
+  wfinfo::HookNextActivation(x, y);
+  return 1;
+}
+
+long long ReleaseWindowMoveHook() noexcept {
+  wfinfo::ReleaseMoveHook();
+  return 1;
 }

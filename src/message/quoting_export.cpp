@@ -101,3 +101,5 @@ const char* OrikaeshiCustomRootHeader(const char* spec) noexcept { return Custom
 const char* QuotedCustomRootHeader(const char* spec) noexcept {
   return IsText(spec) ? Quote(CustomRootHeader(spec)) : kNoText;
 }
+
+const char* QuotedRootHtml() noexcept { return QuoteHtml(RootHtml()); }

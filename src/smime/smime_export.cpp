@@ -1,4 +1,4 @@
-// The exports that decrypt and verify messages and judge certificates.
+// The exports that decrypt and verify messages, judge and choose certificates, and work on those of a message.
 #include <windows.h>
 
 #include "src/base/unique_win.h"
@@ -6,8 +6,12 @@
 #include "src/bridge/results_win.h"
 #include "src/bridge/security_state_win.h"
 #include "src/catalogue/declarations.h"
+#include "src/smime/cert_lookup_win.h"
 #include "src/smime/cert_match_win.h"
 #include "src/smime/cert_report_win.h"
+#include "src/smime/import_win.h"
+#include "src/smime/message_store_win.h"
+#include "src/smime/revocation_win.h"
 #include "src/smime/smime_engine_win.h"
 #include "src/smime/verify_win.h"
 
@@ -59,4 +63,64 @@ unsigned int SMIMEVerifyCertificateByWinVerifyTrust(int show_ui, void* store) no
   if (!LoadCryptoLibrary() || !IsStore(store)) return kNoTrustVerdict;
   const UniqueCert own = OwnCertificate(store);
   return own ? TrustVerdict(show_ui != 0, own.get()) : kNoTrustVerdict;
+}
+
+unsigned int SelectCertCrcDialog(const char* address) noexcept {
+  using namespace wfinfo::smime;
+  if (!wfinfo::IsText(address) || !LoadCryptoLibrary()) return 0;
+  const UniqueStore personal = OpenUserStore(kStoreNames[0]);
+  if (!personal) {
+    ShowSmimeError("CertOpenStore failed");
+    return 0;
+  }
+  const HCERTSTORE stores[] = {personal.get()};
+  const PCCERT_CONTEXT found = FindCertByEmail(stores, 1, address, 0, true);
+  if (found == nullptr || found == kCancelled) return 0;
+  const UniqueCert cert(found);
+  return ChoiceNumberOf(cert.get());
+}
+
+void* RetrieveCertificate() noexcept {
+  if (!wfinfo::smime::LoadCryptoLibrary()) return nullptr;
+  return wfinfo::smime::TakeMessageStore();
+}
+
+int FreeCertificate(void* store) noexcept {
+  using namespace wfinfo::smime;
+  if (!LoadCryptoLibrary() || !IsStore(store)) return 0;
+  return g_crypto.CertCloseStore(store, CERT_CLOSE_STORE_CHECK_FLAG) ? 1 : 0;
+}
+
+int SMIMEVerifyRevocation(void* store, void* control) noexcept {
+  using namespace wfinfo::smime;
+  if (!LoadCryptoLibrary() || !IsStore(store)) return 0;
+  return CheckRevocation(store, static_cast<HWND>(control)) ? 1 : 0;
+}
+
+int SMIMEVerifyRevocation_Cert(const void* cert, void* store, void* control) noexcept {
+  using namespace wfinfo::smime;
+  if (!LoadCryptoLibrary() || !IsCertificate(cert)) return 0;
+  if (g_crypto.CertVerifyCRLRevocation == nullptr) return 0;
+  return CheckRevocationOf(static_cast<PCCERT_CONTEXT>(cert), IsStore(store) ? store : nullptr,
+                           static_cast<HWND>(control))
+             ? 1
+             : 0;
+}
+
+int SMIMEAddCertificate(void* source, int quiet, void* parent) noexcept {
+  using namespace wfinfo::smime;
+  if (!IsStore(source) || !LoadCryptoLibrary()) return 0;
+  return ImportCertificates(source, quiet != 0, static_cast<HWND>(parent)) ? 1 : 0;
+}
+
+int SMIMEAddEncodedCertificate(const void* encoded, unsigned int size) noexcept {
+  using namespace wfinfo::smime;
+  if (!LoadCryptoLibrary() || encoded == nullptr || IsBadReadPtr(encoded, size)) return 0;
+  return static_cast<int>(ImportEncoded(static_cast<const BYTE*>(encoded), size));
+}
+
+int SMIMEShowCertificate(void* store, void* parent) noexcept {
+  using namespace wfinfo::smime;
+  if (!LoadCryptoLibrary() || !IsStore(store)) return 0;
+  return ShowOwnCertificate(store, static_cast<HWND>(parent)) ? 1 : 0;
 }

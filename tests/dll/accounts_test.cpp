@@ -6,6 +6,8 @@
 #include <set>
 
 #include "tests/support/bad_texts.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 namespace {
@@ -461,6 +463,26 @@ TEST_F(Account, AnAccountIsMadeByTheFrame) {
   host.SetActiveView(host.OpenOuterView());
   EXPECT_EQ(MakeAccount("New account"), 0) << "not on an editor";
   EXPECT_EQ(host.TakeMessages().size(), 1u);
+}
+
+Slot HandleSlot(HWND window) { return static_cast<Slot>(reinterpret_cast<INT_PTR>(window)); }
+
+TEST(ImapAccount, AnAccountsImapFlagIsReadFromItsBorrowedRecord) {
+  ScriptedHost host;
+  static char record[4896];
+  record[1386] = 0x04;
+  const auto address = HandleSlot(reinterpret_cast<HWND>(record));
+  host.Expect(75).Text("home").Answer(address);
+  host.Expect(77).Int(address);
+  EXPECT_EQ(IsImapSyncAccount("home"), 1);
+  record[1386] = 0x03;
+  host.Expect(75).Text("home").Answer(address);
+  host.Expect(77).Int(address);
+  EXPECT_EQ(IsImapSyncAccount("home"), 0);
+  host.Expect(75).Text("none").Answer(0);
+  EXPECT_EQ(IsImapSyncAccount("none"), 0);
+  EXPECT_EQ(IsImapSyncAccount(nullptr), 0);
+  host.ExpectMessages({kStringMessageEnglish});
 }
 
 }  // namespace

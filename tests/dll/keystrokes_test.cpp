@@ -1,8 +1,7 @@
-// Keys, the placing of the next window, and windows brought to the top.
+// Keys, and the placing of the next window.
 #include <gtest/gtest.h>
 
 #include <array>
-#include <utility>
 
 #include "tests/support/library.h"
 #include "tests/support/private_library_win.h"
@@ -12,12 +11,6 @@
 namespace wfinfo_test {
 namespace {
 
-constexpr UINT kRaiseMessage = 21627;
-
-Slot HandleSlot(HWND window) { return static_cast<Slot>(reinterpret_cast<INT_PTR>(window)); }
-
-// --- Keys ---
-
 struct KeyMessage {
   UINT message;
   WPARAM key;
@@ -25,11 +18,6 @@ struct KeyMessage {
   bool shift, control, alt;
   bool operator==(const KeyMessage&) const = default;
 };
-
-std::ostream& operator<<(std::ostream& out, const KeyMessage& m) {
-  return out << "{" << m.message << ", key " << m.key << ", " << std::hex << m.details << std::dec << ", "
-             << m.shift << m.control << m.alt << "}";
-}
 
 bool Held(int key) { return (GetKeyState(key) & 0x8000) != 0; }
 
@@ -153,8 +141,6 @@ TEST_F(Keys, TheRawFormPutsOneEventInTheQueue) {
   host.hook = collect;
 }
 
-// --- The move hook ---
-
 POINT PlaceOf(HWND window) {
   RECT frame{};
   GetWindowRect(window, &frame);
@@ -274,129 +260,6 @@ TEST(MoveHook, UnloadingTheLibraryTakesItBack) {
   SetActiveWindow(window);
   EXPECT_TRUE(IsAt(window, place.x, place.y));
   EXPECT_FALSE(library.IsLoaded()) << "a hook that is left has the system load the library again";
-}
-
-// --- Where keys of the HTML viewer go ---
-
-class ViewerFocus : public ::testing::Test {
- protected:
-  HWND Child(HWND parent, const char* class_name = "ViewerPart") {
-    const HWND child = host.OpenWindow(class_name, parent, WS_CHILD);
-    SetWindowPos(child, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-    return child;
-  }
-  static constexpr char kBrowser[] = "Internet Explorer_Server";
-
-  ScriptedHost host;
-  HWND viewer = host.OpenHtmlViewer();
-};
-
-TEST_F(ViewerFocus, WithoutChildrenThereIsNone) {
-  EXPECT_EQ(FindHtmlViewerFocusWnd(viewer), nullptr);
-  for (const INT_PTR bad : {INT_PTR{7}, INT_PTR{0x12345678}, INT_PTR{-3}}) {
-    EXPECT_EQ(FindHtmlViewerFocusWnd(reinterpret_cast<void*>(bad)), nullptr);
-  }
-}
-
-TEST_F(ViewerFocus, TheFirstChildServesWithoutABrowser) {
-  const HWND first = Child(viewer);
-  Child(first);
-  EXPECT_EQ(FindHtmlViewerFocusWnd(viewer), first);
-}
-
-TEST_F(ViewerFocus, ABrowserIsFoundAtAnyDepth) {
-  const HWND first = Child(viewer);
-  const HWND left = Child(first);
-  Child(left);
-  const HWND right = Child(first);
-  const HWND shallow = Child(Child(right), kBrowser);
-  EXPECT_EQ(FindHtmlViewerFocusWnd(viewer), shallow);
-  const HWND deep_left = Child(left, kBrowser);
-  EXPECT_EQ(FindHtmlViewerFocusWnd(viewer), deep_left) << "children before siblings";
-}
-
-TEST_F(ViewerFocus, TheFirstChildMayBeTheBrowser) {
-  const HWND first = Child(viewer, kBrowser);
-  Child(first, kBrowser);
-  EXPECT_EQ(FindHtmlViewerFocusWnd(viewer), first);
-}
-
-TEST_F(ViewerFocus, TheClassNameIsCompared) {
-  const HWND first = Child(viewer);
-  Child(first, "Internet Explorer_ServerToo");
-  Child(first, "internet explorer_server2");
-  EXPECT_EQ(FindHtmlViewerFocusWnd(viewer), first);
-}
-
-// --- Windows to the top ---
-
-class WindowsToTheTop : public ::testing::Test {
- protected:
-  WindowsToTheTop() {
-    host.hook = [this](HWND window, UINT message, WPARAM wparam, LPARAM lparam, LRESULT*) {
-      if (message != kRaiseMessage) return false;
-      EXPECT_EQ(lparam, 0);
-      raised.emplace_back(window, reinterpret_cast<HWND>(wparam));
-      return true;
-    };
-  }
-  using Raised = std::vector<std::pair<HWND, HWND>>;  // asked, to be raised
-
-  ScriptedHost host;
-  Raised raised;
-};
-
-TEST_F(WindowsToTheTop, TheMainWindowIsRaisedByTheFrame) {
-  host.Expect(129).Int(0).Answer(0);
-  EXPECT_EQ(SetMainWndTop(), 1);
-  EXPECT_EQ(raised, (Raised{{host.frame(), host.frame()}}));
-}
-
-TEST_F(WindowsToTheTop, TheMainWindowIsRaisedEvenWhileADialogShows) {
-  host.OpenDialog(host.frame(), true);
-  // The library may ask for the grep window only when no dialog shows; without an answer every frame counts.
-  BoxCloser closer;
-  EXPECT_EQ(SetMainWndTop(), 1);
-  EXPECT_EQ(raised, (Raised{{host.frame(), host.frame()}}));
-}
-
-TEST_F(WindowsToTheTop, AHiddenMainWindowIsNot) {
-  ShowWindow(host.frame(), SW_HIDE);
-  host.Expect(129).Int(0).Answer(0);
-  EXPECT_EQ(SetMainWndTop(), 0);
-  EXPECT_TRUE(raised.empty());
-}
-
-TEST_F(WindowsToTheTop, TheGrepWindowIsRaisedByTheFrame) {
-  const HWND grep = host.OpenFrame();
-  SetActiveWindow(host.frame());
-  host.Expect(129).Int(0).Answer(HandleSlot(grep));
-  host.Expect(264);
-  EXPECT_EQ(SetGrepWndTop(), 1);
-  EXPECT_EQ(raised, (Raised{{host.frame(), grep}}));
-}
-
-TEST_F(WindowsToTheTop, TheGrepWindowDoesNotRaiseItself) {
-  host.Expect(129).Int(0).Answer(HandleSlot(host.frame()));
-  EXPECT_EQ(SetGrepWndTop(), 0);
-  EXPECT_TRUE(raised.empty());
-}
-
-TEST_F(WindowsToTheTop, WithoutAGrepWindowThatShowsNothingHappens) {
-  host.Expect(129).Int(0).Answer(0);
-  EXPECT_EQ(SetGrepWndTop(), 0);
-  const HWND hidden = host.OpenWindow("WrenfoldFrame", nullptr, WS_OVERLAPPEDWINDOW);
-  SetActiveWindow(host.frame());
-  host.Expect(129).Int(0).Answer(HandleSlot(hidden));
-  EXPECT_EQ(SetGrepWndTop(), 0);
-  host.Expect(129).Int(0).Answer(7);
-  EXPECT_EQ(SetGrepWndTop(), 0) << "no window";
-  EXPECT_TRUE(raised.empty());
-}
-
-TEST(WindowsToTheTopWithoutAHost, NothingHappens) {
-  EXPECT_EQ(SetMainWndTop(), 0);
-  EXPECT_EQ(SetGrepWndTop(), 0);
 }
 
 }  // namespace

@@ -171,5 +171,12 @@ TEST_F(Quoting, CustomHeadersComeFromTheWholeHeader) {
   host_.ExpectMessages(std::vector<std::string>(4, kStringMessageEnglish));
 }
 
+TEST(QuotedHtml, AnHtmlMailIsQuotedThroughTwoRequests) {
+  ScriptedHost host;
+  host.Expect(268).Answer("<p>hi</p>");
+  host.Expect(269).Text("<p>hi</p>").Answer("<blockquote>");
+  EXPECT_STREQ(QuotedRootHtml(), "<blockquote>");
+}
+
 }  // namespace
 }  // namespace wfinfo_test
