@@ -1,6 +1,6 @@
 // Conversions of Japanese text and the tests that tell encodings apart. Peers: iconv on whole texts, iconv
-// character by character (in the place of the system's per-character call, which needs Windows), simdjson's
-// validator.
+// character by character (in the place of the system's per-character call, which needs Windows),
+// simdjson's validator.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 

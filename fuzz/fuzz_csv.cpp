@@ -1,6 +1,6 @@
-// Comma-separated text: every set of block routines agrees with the slow reading, and the walker gives the
-// same whatever is called in which order. The first bytes of the input choose the calls, the rest is the
-// text.
+// Comma-separated text: every set of block routines agrees with the slow reading, and the walker gives
+// the same whatever is called in which order. The first bytes of the input choose the calls, the rest is
+// the text.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// Whatever bytes a host hands over as a message: every address lies inside the image, every array in it
-// whole.
+// Whatever bytes a host hands over as a message: every address lies inside the image, every array in
+// it whole.
 #include <cstdint>
 #include <cstring>
 #include <vector>

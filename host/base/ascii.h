@@ -37,8 +37,8 @@ constexpr std::string_view Trim(std::string_view text) {
   return text;
 }
 
-// Bytes of the line that `text` begins with: the line itself, and with its end (CR LF, CR or LF; 0 to 2
-// bytes).
+// Bytes of the line that `text` begins with: the line itself, and with its end (CR LF, CR or LF; 0 to
+// 2 bytes).
 struct LineLength {
   std::size_t text;
   std::size_t with_end;

@@ -12,8 +12,8 @@ namespace wrenfold {
 // Letters to insert, delete or replace to make one of the other; upper and lower case count as equal.
 std::size_t EditDistance(std::string_view a, std::string_view b);
 
-// Up to `most` of `names` that lie near `name`, nearest first: few letters differ, or one is a part of the
-// other.
+// Up to `most` of `names` that lie near `name`, nearest first: few letters differ, or one is a part of
+// the other.
 std::vector<std::string_view> NearestNames(std::string_view name, std::span<const std::string_view> names,
                                            std::size_t most = 3);
 

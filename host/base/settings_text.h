@@ -39,8 +39,8 @@ class SettingsText {
 
  private:
   std::optional<std::size_t> FindSection(std::string_view section) const;
-  // The line of `key` among the lines of a section; `end` receives the line behind its last one that is not
-  // empty.
+  // The line of `key` among the lines of a section; `end` receives the line behind its last one that is
+  // not empty.
   std::optional<std::size_t> FindKey(std::size_t section_line, std::string_view key, std::size_t* end) const;
 
   std::vector<std::string> lines_;

@@ -3,8 +3,8 @@
 //   bytes + charset name --Decode--> UTF-16 --ToHostText--> host text --FromHostText--> UTF-16
 //   --WideToUtf8--> UTF-8
 //
-// Nothing here throws for bad input: what cannot be decoded becomes U+FFFD, one for each such byte or
-// character.
+// Nothing here throws for bad input: what cannot be decoded becomes U+FFFD, one for each such byte
+// or character.
 #pragma once
 
 #include <cstddef>
@@ -54,9 +54,9 @@ class Charsets {
   std::string HostToUtf8(std::string_view host) const;
   std::string Utf8ToHost(std::string_view utf8) const;
 
-  // UTF-8 of bytes that another program passed on as they were: UTF-8 when they are valid UTF-8 and hold no
-  // escape, else host text. Half-width katakana of Shift-JIS can happen to be valid UTF-8; they are read as
-  // it.
+  // UTF-8 of bytes that another program passed on as they were: UTF-8 when they are valid UTF-8 and hold
+  // no escape, else host text. Half-width katakana of Shift-JIS can happen to be valid UTF-8; they are
+  // read as it.
   std::string ForeignToUtf8(std::string_view bytes) const;
 
  private:

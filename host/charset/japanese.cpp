@@ -1,6 +1,6 @@
 // ISO-2022-JP, EUC-JP and Shift-JIS, all on the tables of code page 932: a row and cell of JIS X 0208 is
-// turned into its Shift-JIS code, so that vendor characters (circled digits, IBM kanji) come out alike in all
-// three.
+// turned into its Shift-JIS code, so that vendor characters (circled digits, IBM kanji) come out alike in
+// all three.
 #include "host/charset/japanese.h"
 #include "src/text/host_text.h"
 

@@ -55,8 +55,8 @@ constexpr ResultRow kResults[] = {
 // Function codes that the library sends even while a modal dialog of the host shows.
 constexpr int kAllowedDuringDialog[] = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
 
-// The host's own side of the hand-over: a macro that called them would pull the ground from under the
-// library.
+// The host's own side of the hand-over: a macro that called them would pull the ground from under
+// the library.
 constexpr std::string_view kHostOnly[] = {"NotifyWrenfoldInfo", "GetWFInfoVersion"};
 
 template <class List, class Value>

@@ -1,5 +1,5 @@
-// What the catalogue tells of an export: its documentation for the prompt, and whether a call of it can be
-// right.
+// What the catalogue tells of an export: its documentation for the prompt, and whether a call of it can
+// be right.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Runs macros. What a macro calls and prints goes through MacroHost, so that the language itself knows no
-// Windows.
+// Runs macros. What a macro calls and prints goes through MacroHost, so that the language itself knows
+// no Windows.
 #pragma once
 
 #include <cstddef>

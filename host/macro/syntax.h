@@ -68,8 +68,8 @@ using Program = std::vector<Statement>;
 struct SyntaxOptions {
   // Turns the UTF-8 of a quoted text into host text.
   std::string (*to_host)(std::string_view utf8) = nullptr;
-  // At the prompt any expression may stand alone; in a file only a call may, since anything else does
-  // nothing.
+  // At the prompt any expression may stand alone; in a file only a call may, since anything else
+  // does nothing.
   bool bare_expressions = false;
 };
 

@@ -11,8 +11,8 @@ namespace wrenfold {
 // Adds a header behind the last one.
 void AddHeader(std::string& text, std::string_view name, std::string_view value);
 
-// Gives occurrence `n` (from 0) of `name` a new value; `n` equal to their number adds one. False for a larger
-// `n`.
+// Gives occurrence `n` (from 0) of `name` a new value; `n` equal to their number adds one. False for a
+// larger `n`.
 bool SetHeader(std::string& text, std::string_view name, std::string_view value, std::size_t n);
 
 // Removes occurrence `n`; false when there is none.

@@ -11,8 +11,8 @@ std::size_t LengthOfLine(std::string_view text) {
   return end == std::string_view::npos ? text.size() : end + 1;
 }
 
-// Takes the next header off `block`: its line and the folded lines behind it. Empty at the empty line and the
-// end.
+// Takes the next header off `block`: its line and the folded lines behind it. Empty at the empty line and
+// the end.
 std::string_view TakeHeader(std::string_view& block) {
   if (block.starts_with("\r") || block.starts_with("\n")) return {};
   std::size_t length = LengthOfLine(block);

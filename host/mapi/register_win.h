@@ -11,8 +11,8 @@ namespace wrenfold {
 using Consent = std::function<bool(const std::string& question)>;
 
 // Writes the keys under HKEY_LOCAL_MACHINE\Software\Clients\Mail for the library beside this program and
-// makes it the default client; asks before another default is replaced. Returns why nothing was done, else
-// nullopt.
+// makes it the default client; asks before another default is replaced. Returns why nothing was done,
+// else nullopt.
 std::optional<std::string> RegisterMapi(const Consent& consent);
 
 // Takes everything back that RegisterMapi wrote, the former default client included.

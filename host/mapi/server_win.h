@@ -1,5 +1,5 @@
-// The small host as programs see it that send mail through the system: hidden, started by the library,
-// waiting.
+// The small host as programs see it that send mail through the system: hidden, started by the
+// library, waiting.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// Text of an HTML mail that has no plain part: tags dropped, the common entities resolved, lines at block
-// tags.
+// Text of an HTML mail that has no plain part: tags dropped, the common entities resolved, lines at
+// block tags.
 #pragma once
 
 #include <string>

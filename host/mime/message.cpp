@@ -43,8 +43,8 @@ std::u16string DecodeField(const HeaderField& field, std::string_view declared, 
   std::u16string value =
       DecodeHeaderValue(field.value, declared, field.has_colon && IsAddressHeader(field.name), charsets);
   if (field.has_colon) return SafeName(field.name) + u':' + value;
-  // A line without a colon must not become the empty line that ends the header, nor the last header's
-  // continuation.
+  // A line without a colon must not become the empty line that ends the header, nor the last
+  // header's continuation.
   const bool was_blank = IsBlank(field.value[0]);
   const bool lost =
       value.empty() || value[0] == u'\r' || (!was_blank && (value[0] == u' ' || value[0] == u'\t'));

@@ -13,8 +13,8 @@
 namespace wrenfold {
 
 // One logical header: `value` begins behind the colon and keeps folds as line ends followed by blanks,
-// without the final line end. A line without a colon is all name, with `has_colon` false. Views into the raw
-// mail.
+// without the final line end. A line without a colon is all name, with `has_colon` false. Views into the
+// raw mail.
 struct HeaderField {
   std::string_view name;
   std::string_view value;

@@ -122,8 +122,8 @@ void TakeCharset(std::string& bytes, std::string& charset) {
   bytes.erase(0, second + 1);
 }
 
-// Numbered segments win over the plain form, which senders add for old readers. A missing number ends the
-// value.
+// Numbered segments win over the plain form, which senders add for old readers. A missing number ends
+// the value.
 std::u16string DecodeSegments(Segments segments, const Charsets& charsets) {
   if (!segments.contains(0)) {
     const auto plain = segments.find(kPlain);

@@ -38,8 +38,8 @@ class Request {
   Slot Number(std::size_t slot) const;
   std::string_view Text(std::size_t slot) const;
   bool HasText(std::size_t slot) const;
-  // Fills the buffer whose address and size stand in two slots, cut to whole characters; nothing without a
-  // buffer.
+  // Fills the buffer whose address and size stand in two slots, cut to whole characters; nothing without
+  // a buffer.
   void FillBuffer(std::size_t address_slot, std::size_t size_slot, std::string_view text) const;
   // Writes the low 32 bits of a slot, for the few requests that answer in their block.
   void SetLowNumber(std::size_t slot, std::uint32_t value) const;

@@ -22,8 +22,8 @@ Answer GrepWindow(Request& request) {
 
 constexpr Slot kAllFolders = 1;  // flag
 
-// folder pair, flags, option. Adds the mails that the find pack finds to those found, in the order of the
-// folders.
+// folder pair, flags, option. Adds the mails that the find pack finds to those found, in the order of
+// the folders.
 void FindMails(Request& request) {
   HostState& state = request.state;
   std::vector<std::size_t>& found = state.commands.found;

@@ -60,8 +60,8 @@ class AccountStore {
   std::filesystem::path file_;
   SettingsText settings_;
   std::list<Loan> loans_;
-  // Passwords, which macros may set but nothing reads: kept while the program runs, never written to the
-  // file.
+  // Passwords, which macros may set but nothing reads: kept while the program runs, never written to
+  // the file.
   std::map<std::string, std::string> passwords_;
 };
 

@@ -36,8 +36,8 @@ class Windows {
     HWND above_;
   };
 
-  // A window with search results, behind the others: a frame that closes on Cancel. False when none can be
-  // made.
+  // A window with search results, behind the others: a frame that closes on Cancel. False when none can
+  // be made.
   static bool OpenGrepWindow();
   // The one opened last, or null.
   static HWND GrepWindow();

@@ -9,9 +9,9 @@ namespace wfinfo {
 
 inline constexpr std::size_t kAddressBlock = 64;
 
-// Bit i is set when byte i of the 64 bytes at `block` may be a delimiter, a control character or part of a
-// longer unit: below 0x20, above 0x7F, or one of " ' ( ) , ; < = > \ . The second is the plain form of the
-// first.
+// Bit i is set when byte i of the 64 bytes at `block` may be a delimiter, a control character or part of
+// a longer unit: below 0x20, above 0x7F, or one of " ' ( ) , ; < = > \ . The second is the plain form of
+// the first.
 std::uint64_t AddressByteMask(const char* block);
 std::uint64_t AddressByteMaskPortable(const char* block);
 

@@ -225,8 +225,7 @@ void EntryScanner::SkipBackslash() {
 }
 
 // "=?charset?encoding?text?=" as a unit, when encoded words count; else, or without its end, one plain byte.
-// The
-// "?=" that a text beginning with "=" makes is not taken for the end.
+// The "?=" that a text beginning with "=" makes is not taken for the end.
 void EntryScanner::SkipEqual() {
   const std::size_t word = at_++;
   if (!words_ || At(at_) != '?') return;

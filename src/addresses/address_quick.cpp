@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t kBlock = 64;
 
-// The bytes that matter in a block, a word each, the lowest bit for the first byte. Each is told by its value
-// alone.
+// The bytes that matter in a block, a word each, the lowest bit for the first byte. Each is told by its
+// value alone.
 struct Marks {
   std::uint64_t quote, backslash, lead, opening, closing, less, greater, separator, control;
 };

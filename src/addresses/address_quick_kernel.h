@@ -5,8 +5,8 @@
 WFINFO_TARGET inline std::uint64_t BitsBefore(std::uint64_t bits) { return (bits & (~bits + 1)) - 1; }
 
 // The bytes that a lead byte or a backslash takes with it: every second byte of a run of these, and the one
-// behind it. Subtracting carries each run's start through the run; the odd bits tell which half of the run is
-// meant.
+// behind it. Subtracting carries each run's start through the run; the odd bits tell which half of the run
+// is meant.
 WFINFO_TARGET inline std::uint64_t TakenBytes(std::uint64_t takes_next) {
   constexpr std::uint64_t kOdd = 0xAAAAAAAAAAAAAAAA;
   const std::uint64_t behind = takes_next << 1;

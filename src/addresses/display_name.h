@@ -30,8 +30,8 @@ bool IsQuotedName(std::string_view name, unsigned code_page);
 // True when `name` contains a character that may not stand outside quotes.
 bool NeedsQuotes(std::string_view name, unsigned code_page);
 
-// Length of the element that `name` (not empty) begins with: a backslash with the unit behind it, else a
-// unit.
+// Length of the element that `name` (not empty) begins with: a backslash with the unit behind it, else
+// a unit.
 std::size_t NameElement(std::string_view name, unsigned code_page);
 
 // Calls `put` with each piece of `inner` as it stands between double quotes: bare quotes get a backslash.

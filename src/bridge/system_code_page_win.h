@@ -5,8 +5,8 @@
 
 namespace wfinfo {
 
-// Tables filled from MultiByteToWideChar and WideCharToMultiByte as they are used; the thread's last error is
-// kept.
+// Tables filled from MultiByteToWideChar and WideCharToMultiByte as they are used; the thread's last error
+// is kept.
 const CodePage& SystemCodePage();
 
 }  // namespace wfinfo

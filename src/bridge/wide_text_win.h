@@ -15,8 +15,8 @@ namespace wfinfo {
 // The layout is fixed (see the assertions in the .cpp file). Construction and destruction keep the thread's
 // last error, so that it still belongs to the wrapped call.
 struct WIDETEXT {
-  // A value below 0x10000 (null, an atom, a resource number) is kept as it is. Any other must be a readable
-  // text.
+  // A value below 0x10000 (null, an atom, a resource number) is kept as it is. Any other must be a
+  // readable text.
   explicit WIDETEXT(const char* host);
   ~WIDETEXT() { Free(); }
   WIDETEXT(const WIDETEXT&) = delete;

@@ -1,5 +1,5 @@
-// Prototypes of all exports, expanded from the catalogue: a definition that differs from its row does not
-// compile.
+// Prototypes of all exports, expanded from the catalogue: a definition that differs from its row does
+// not compile.
 #pragma once
 
 #include "src/catalogue/row_macros.h"

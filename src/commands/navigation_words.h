@@ -1,5 +1,5 @@
-// Words for moving through the mail list, replying, forwarding and opening the log. Letter case does not
-// count.
+// Words for moving through the mail list, replying, forwarding and opening the log. Letter case does
+// not count.
 #pragma once
 
 #include "src/commands/keyword_table.h"

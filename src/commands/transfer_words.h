@@ -1,5 +1,5 @@
-// Words for importing and exporting mails and for finding duplicates. Letter case does not count but where
-// said.
+// Words for importing and exporting mails and for finding duplicates. Letter case does not count but
+// where said.
 #pragma once
 
 #include "src/commands/keyword_table.h"

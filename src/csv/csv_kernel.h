@@ -5,8 +5,8 @@
 // one may: at the start of a field or right behind a closing quote (then both are a doubled quote). A block
 // in which one stands elsewhere is "irregular" and is walked byte by byte.
 
-// What a block holds once its quotes are understood. Bits behind the end of the text are clear, except in
-// `quoted`.
+// What a block holds once its quotes are understood. Bits behind the end of the text are clear, except
+// in `quoted`.
 struct Structure {
   std::uint64_t quoted;      // from the opening quote on, the closing one excluded
   std::uint64_t closers;     // closing quotes, also the first of a doubled one

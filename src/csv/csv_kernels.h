@@ -30,8 +30,8 @@ struct CsvKernels {
   std::size_t (*count_lines)(std::string_view text);
   // Greatest number of fields in a line.
   std::size_t (*widest_line)(std::string_view text);
-  // The line that `text` begins with; `starts` takes the offsets of its first fields, as many as it has room
-  // for.
+  // The line that `text` begins with; `starts` takes the offsets of its first fields, as many as it has
+  // room for.
   CsvLine (*scan_line)(std::string_view text, std::span<std::uint32_t> starts);
   // Only the end of that line.
   const char* (*line_end)(std::string_view text);

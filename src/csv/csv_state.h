@@ -1,5 +1,5 @@
-// The state between two bytes of comma-separated text, as a byte loop steps through it and as blocks carry it
-// over.
+// The state between two bytes of comma-separated text, as a byte loop steps through it and as blocks carry
+// it over.
 #pragma once
 
 #include <cstdint>

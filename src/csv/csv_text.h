@@ -45,8 +45,8 @@ class CsvText {
 
   // To the next line; false when the text ends there.
   bool SkipLine();
-  // To line `line` (0 is the first, less is taken as 0); false, with the cursor at the end, when there is no
-  // such.
+  // To line `line` (0 is the first, less is taken as 0); false, with the cursor at the end, when there is
+  // no such.
   bool SetLine(long long line);
   std::size_t LineCount();
   // Fields of the current line.
@@ -55,11 +55,11 @@ class CsvText {
   std::size_t MaxColumnCount();
   // The field as it stands, quotes included; empty when the line has no such.
   std::string_view Field(std::size_t column);
-  // Copies a field that Field gave without its quoting, as UnquoteCsvField does. `room` is at least its
-  // length.
+  // Copies a field that Field gave without its quoting, as UnquoteCsvField does. `room` is at least
+  // its length.
   std::size_t CopyField(std::string_view field, char* out, std::size_t room) const;
-  // Both at once, for a field of less than `room` bytes; gives `room` for a longer one, and nothing is
-  // copied.
+  // Both at once, for a field of less than `room` bytes; gives `room` for a longer one, and nothing
+  // is copied.
   std::size_t CopyColumn(std::size_t column, char* out, std::size_t room);
 
  private:

@@ -58,8 +58,8 @@ constexpr int WeekdayOfDay(std::int64_t day_number) { return static_cast<int>((d
 // Breaks `ticks` down. Nothing for times before 1601 (negative ticks), as the system's conversion.
 std::optional<CivilTime> CivilFromTicks(FileTicks ticks);
 
-// The first tick of the day that `ticks` lies in; also before 1601, more than a day from the ends of the
-// type.
+// The first tick of the day that `ticks` lies in; also before 1601, more than a day from the ends of
+// the type.
 constexpr FileTicks MidnightOf(FileTicks ticks) {
   const FileTicks in_day = ticks % kTicksPerDay;
   return ticks - in_day - (in_day < 0 ? kTicksPerDay : 0);

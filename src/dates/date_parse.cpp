@@ -8,8 +8,8 @@
 #include "src/dates/date_names.h"
 #include "src/text/host_text.h"
 
-// What is read, as a grammar over tokens. Between any two may stand blanks, folds, comments, commas and
-// points.
+// What is read, as a grammar over tokens. Between any two may stand blanks, folds, comments, commas
+// and points.
 //
 //   date   = *(weekday / day / month / year / joined / time / "AM" / "PM" / zone)   ; in any order
 //   joined = D[D] "-" Mon ["-" year]                      ; "-", "/" or "." alike
@@ -117,8 +117,8 @@ constexpr ZoneName kZoneNames[] = {
     Zone("aedt", 11),     Zone("nzst", 12),     Zone("nzdt", 13),
 };
 
-// The single letters of military zones were used with either sign: all mean UTC, but J, which means local
-// time.
+// The single letters of military zones were used with either sign: all mean UTC, but J, which means
+// local time.
 constexpr ZoneName kMilitary = {0, 0};
 
 const ZoneName* FindZone(std::string_view word) {
@@ -154,8 +154,8 @@ std::optional<HeaderDate> Assembled(const Parts& p) {
   return HeaderDate{ticks, p.has_zone, p.zone_minutes};
 }
 
-// A year as it is written: 00 to 49 are of this century, 50 to 99 and three digits count from 1900. -1 for
-// others.
+// A year as it is written: 00 to 49 are of this century, 50 to 99 and three digits count from 1900. -1
+// for others.
 int YearOf(int value, std::size_t digits) {
   if (digits == 4) return value;
   if (digits == 3) return value + 1900;

@@ -38,8 +38,8 @@ constexpr std::int64_t CalendarDaysBetween(FileTicks ticks1, FileTicks ticks2) {
   return (MidnightOf(ticks1) - MidnightOf(ticks2)) / kTicksPerDay;
 }
 
-// Ticks of a unit text, which begins with "hour", "minute" or "second" in any letter case. Nothing for any
-// other.
+// Ticks of a unit text, which begins with "hour", "minute" or "second" in any letter case. Nothing for
+// any other.
 std::optional<FileTicks> TicksOfUnit(std::string_view unit);
 
 }  // namespace wfinfo

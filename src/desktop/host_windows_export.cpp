@@ -1,5 +1,5 @@
-// Exports that tell which host window is which, show, hide, activate and close them, bring them to the top, and find
-// where keys of the HTML viewer go.
+// Exports that tell which host window is which, show, hide, activate and close them, bring them to the top,
+// and find where keys of the HTML viewer go.
 #include <windows.h>
 
 #include "src/bridge/host_protocol.h"

@@ -1,5 +1,5 @@
-// Keys pressed on a macro's behalf, as messages to a window or through the system's input queue; and the place of the
-// next window of the thread.
+// Keys pressed on a macro's behalf, as messages to a window or through the system's input queue; and the
+// place of the next window of the thread.
 #include <windows.h>
 
 #include <cstring>

@@ -1,7 +1,8 @@
 // How the exports that are written by hand are entered. The library exports `Entered_Name` under the name of
-// each; it says that a call begins, and hands stable copies of the text parameters to the body, `Name`, when the row says that the body
-// asks the host: a text may be the host's last one, part of the lent account record or an earlier result, and
-// all of these end while the body works. So no body has to see to it, and calls between bodies cost nothing.
+// each; it says that a call begins, and hands stable copies of the text parameters to the body, `Name`, when
+// the row says that the body asks the host: a text may be the host's last one, part of the lent account
+// record or an earlier result, and all of these end while the body works. So no body has to see to it, and
+// calls between bodies cost nothing.
 #include <initializer_list>
 #include <string_view>
 #include <tuple>

@@ -5,8 +5,8 @@
 
 namespace wfinfo {
 
-// The last text that each hand-written text export returned, by the place of its row; see
-// hand_exports_win.cpp.
+// The last text that each hand-written text export returned, by the place of its row;
+// see hand_exports_win.cpp.
 inline constexpr std::size_t kMostHandExports = 512;
 extern const char* g_lastTexts[kMostHandExports];
 

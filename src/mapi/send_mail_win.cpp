@@ -90,8 +90,8 @@ void LogContents(const Mail& mail) {
   for (const FileRecord& file : mail.files) LogText("attach=", file.path);
 }
 
-// Takes the settings into account, and what forces the new-mail window: then the user's signature is wanted
-// too.
+// Takes the settings into account, and what forces the new-mail window: then the user's signature is
+// wanted too.
 void Decide(Mail* mail, const SendSettings& settings, unsigned flags) {
   mail->mode = settings.mode;
   mail->macro = settings.macro;
@@ -100,8 +100,8 @@ void Decide(Mail* mail, const SendSettings& settings, unsigned flags) {
 }
 
 // Passes the line that `write` puts into a block of `size` bytes to the host and gives up this program's
-// turn. The user is told of a mail that could not be passed once that is done: a box keeps no other program
-// waiting.
+// turn. The user is told of a mail that could not be passed once that is done: a box keeps no other
+// program waiting.
 template <class Write>
 void HandOver(HWND host, OwnedMutex turn, std::size_t size, const char* no_block, Write write) {
   const char* failed = nullptr;

@@ -15,8 +15,8 @@ namespace wfinfo {
 inline FoldSize MeasureLineEnds(const char* text, LineEnd form) { return Lines().measure_folded(text, form); }
 
 // Writes `text` with all line ends rewritten to `out`, which has room for size.output bytes, as
-// MeasureLineEnds told for the same text and form. No terminator is written. `out` overlaps nothing of the
-// text.
+// MeasureLineEnds told for the same text and form. No terminator is written. `out` overlaps nothing of
+// the text.
 void WriteLineEnds(const char* text, LineEnd form, const FoldSize& size, char* out);
 
 }  // namespace wfinfo

@@ -169,8 +169,8 @@ WFINFO_KERNEL const char* CountBlocks(const char* p, std::size_t& ends, std::siz
 
 // Counts up to `wanted` line ends in `search`.
 WFINFO_KERNEL void CountInto(LineSearch& search) {
-  // Blocks are aligned to their size, which divides a page, and stand far enough behind the start to look
-  // back.
+  // Blocks are aligned to their size, which divides a page, and stand far enough behind the start to
+  // look back.
   const char* const from = search.text + kWidth + kLookBack;
   const char* const first_block = from + (kBlock - Offset(from, kBlock));
   if (Walk(search, search.text, first_block)) return;
@@ -246,9 +246,9 @@ struct HeaderSearch {
     return Examine(p);
   }
 
-  // A line after LF shows one byte late, when its first byte is CR or the one looked for. A line after a lone
-  // CR, a LF without CR and so an empty line of one LF show at once: there "LF here" differs from "CR
-  // before".
+  // A line after LF shows one byte late, when its first byte is CR or the one looked for. A line after a
+  // lone CR, a LF without CR and so an empty line of one LF show at once: there "LF here" differs from
+  // "CR before".
   WFINFO_KERNEL std::uint32_t Candidates(const char* p) const {
     const V v = Vec::LoadU(p);
     const V before = Vec::LoadU(p - 1);

@@ -62,8 +62,8 @@ const char* ReturnBodyLine(std::string_view line) {
   return copy;
 }
 
-// Asks for occurrence `n` of a header of the current mail; the host writes it to `room` and answers its full
-// length.
+// Asks for occurrence `n` of a header of the current mail; the host writes it to `room` and answers its
+// full length.
 Slot AskCurrentHeader(const char* name, char* room, Slot size, int n) {
   Slot block[] = {ToSlot(name), ToSlot(room), size, n};
   const Slot length = SendHostRequest(kCodeCurrentHeader, block);

@@ -68,8 +68,8 @@ LRESULT CALLBACK SockProxyWndProc(HWND window, UINT message, WPARAM wparam, LPAR
   if (message != kSocketEvent) return DefWindowProcA(window, message, wparam, lparam);
   if (!g_waiting) return 0;
   if (LOWORD(lparam) == FD_READ) ReadPending();
-  // At a close, data still pending is not read: the exchange ends as soon as the close is signalled, on
-  // purpose.
+  // At a close, data still pending is not read: the exchange ends as soon as the close is signalled,
+  // on purpose.
   if (LOWORD(lparam) == FD_CLOSE) EndExchange();
   return 0;
 }

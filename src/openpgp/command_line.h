@@ -1,5 +1,5 @@
-// The command lines of the OpenPGP programs. They are fixed: other programs and macros rely on every blank of
-// them.
+// The command lines of the OpenPGP programs. They are fixed: other programs and macros rely on every blank
+// of them.
 #pragma once
 
 #include <cstddef>

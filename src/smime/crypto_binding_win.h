@@ -64,13 +64,13 @@ struct CryptoBinding {
   decltype(&::CryptUIDlgViewCertificateW) CryptUIDlgViewCertificateW;
   HMODULE wintrust;  // null until the first verdict is asked for
 };
-// An entry that the loaded crypt32 lacks is null when its users look for that, else a function that fails
-// with ERROR_PROC_NOT_FOUND: no operation ends the process, and one that can do without the entry still
-// works.
+// An entry that the loaded crypt32 lacks is null when its users look for that, else a function that
+// fails with ERROR_PROC_NOT_FOUND: no operation ends the process, and one that can do without the entry
+// still works.
 extern CryptoBinding g_crypto;
 
-// Where modules and entries come from. Whoever watches or replaces single entries puts his own functions
-// here.
+// Where modules and entries come from. Whoever watches or replaces single entries puts his own
+// functions here.
 struct CryptoLoader {
   HMODULE (*load)(const char* path);
   void* (*entry)(HMODULE module, const char* name);

@@ -1,4 +1,5 @@
-// The exports that decrypt and verify messages, judge and choose certificates, and work on those of a message.
+// The exports that decrypt and verify messages, judge and choose certificates, and work on those of
+// a message.
 #include <windows.h>
 
 #include "src/base/unique_win.h"

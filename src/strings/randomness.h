@@ -15,9 +15,9 @@ inline constexpr std::size_t kLetterPairCount = 386;
 // part of a known pair, so that upper-case words look random more easily: on purpose.
 int RandomnessScore(std::string_view text);
 
-// 1 when more of the letter and digit runs of the domain's chosen label look random than not. The label is
-// the first of at least 5 bytes, from the right, left of the last one; a byte that no domain has ends the
-// search.
+// 1 when more of the letter and digit runs of the domain's chosen label look random than not. The label
+// is the first of at least 5 bytes, from the right, left of the last one; a byte that no domain has ends
+// the search.
 int DomainRandomness(std::string_view domain);
 
 }  // namespace wfinfo

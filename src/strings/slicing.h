@@ -18,8 +18,8 @@ std::string_view LeftPart(std::string_view text, int count);
 // The last `count` bytes; more when a character or an escape stands across the start.
 std::string_view RightPart(std::string_view text, int count);
 
-// `count` bytes from `start` on; the start moves back as in RightPart. "" for a start or count outside the
-// text.
+// `count` bytes from `start` on; the start moves back as in RightPart. "" for a start or count outside
+// the text.
 std::string_view MiddlePart(std::string_view text, int start, int count);
 
 // `start`, at most the size of `text`, moved back so that no unit begins before and ends behind it.

@@ -85,8 +85,8 @@ bool ValidateBlocks(std::string_view text) {
 // --- AVX2: 32 bytes at a time ------------------------------------------------------------------------------
 
 // What may be wrong with two neighbouring bytes, as sets of nibbles: the high and the low one of the first
-// byte, the high one of the second. Bit n of a set stands for the nibble n. A pair is in error when all three
-// agree.
+// byte, the high one of the second. Bit n of a set stands for the nibble n. A pair is in error when all
+// three agree.
 struct Rule {
   std::uint16_t first_high, first_low, second_high;
 };

@@ -76,8 +76,8 @@ TEST(AddressEntry, IsTakenApart) {
   for (const EntryCase& c : cases) ExpectEntry(c);
 }
 
-// Second bytes that look like delimiters, escapes whose last byte looks like a line end, units cut off at the
-// end.
+// Second bytes that look like delimiters, escapes whose last byte looks like a line end, units cut off at
+// the end.
 TEST(AddressEntry, StepsOverUnitsWhole) {
   const EntryCase cases[] = {
       {"\x8A\x5C\x95\x5C,x", "", "\x8A\x5C\x95\x5C", 5, "backslashes as second bytes"},

@@ -132,8 +132,8 @@ TEST(CsvText, LinesWiderThanWhatIsRememberedAreWalked) {
   EXPECT_EQ(walker.Field(0), "next");
 }
 
-// Texts in which everything that matters is frequent, with long plain runs in between so that blocks are
-// crossed.
+// Texts in which everything that matters is frequent, with long plain runs in between so that blocks
+// are crossed.
 std::string RandomText(std::mt19937& random, bool tidy) {
   static const char* const kWild[] = {"\"", "\"\"", ",",        "\r",         "\n", "\r\n",
                                       "a",  "bc",   "\x83\x5C", "plain text", ",,"};

@@ -41,8 +41,8 @@ TEST(ExtensionLibrary, AFailingNameWithABackslashEndsAtOnce) {
 
 TEST(ExtensionLibrary, ATrailByteThatLooksLikeABackslashIsNone) {
   ScriptedHost host;
-  // U+8868 is 0x95 0x5C: the name has no backslash, so the search goes on to the system directory and ends
-  // there.
+  // U+8868 is 0x95 0x5C: the name has no backslash, so the search goes on to the system directory and
+  // ends there.
   EXPECT_EQ(LoadDll("\x95\x5C.dll"), nullptr);
 }
 

@@ -260,8 +260,8 @@ TEST(Http, TheResponseCodeNeedsOnlyThatSomeThreadOpened) {
   ScriptedHost host;
   FixedServer fixed(Answer("x"));
   Holders holders(1, fixed.server.Url());
-  // Wine's WinINet always fails this call (without a text buffer); real ones may answer. No message either
-  // way.
+  // Wine's WinINet always fails this call (without a text buffer); real ones may answer. No message
+  // either way.
   const long long code = Inet_GetResponseCode();
   EXPECT_TRUE(code == -1 || code >= 0);
   host.ExpectMessages({});

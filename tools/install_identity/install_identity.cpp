@@ -1,8 +1,8 @@
 // install_identity STORE CERTIFICATE.der [KEY.msblob CONTAINER]
 //
 // Adds a certificate to a store of the current user. With a private key (as `openssl rsa -outform MSBLOB`
-// writes it) the key goes into the key container of that name, and the certificate refers to it. 0 when it
-// worked.
+// writes it) the key goes into the key container of that name, and the certificate refers to it. 0 when
+// it worked.
 #include <windows.h>
 // wincrypt.h needs windows.h first.
 #include <wincrypt.h>

@@ -330,8 +330,8 @@ Footprint Measure() {
   return now;
 }
 
-// `rounds` opens, reads and closes on each of eight threads; every other round leaves closing to the thread's
-// end.
+// `rounds` opens, reads and closes on each of eight threads; every other round leaves closing to the
+// thread's end.
 void Churn(int rounds) {
   std::vector<std::thread> threads;
   for (int i = 0; i < 8; ++i) {

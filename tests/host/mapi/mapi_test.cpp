@@ -1,5 +1,5 @@
-// The small host as the receiver of other programs' mails: command lines, the outbox, the store, message
-// images.
+// The small host as the receiver of other programs' mails: command lines, the outbox, the store,
+// message images.
 #include <gtest/gtest.h>
 #include <unistd.h>
 

@@ -1,5 +1,5 @@
-// Revocation: which certificates are checked, where the lists come from, what the control shows, and the
-// download.
+// Revocation: which certificates are checked, where the lists come from, what the control shows, and
+// the download.
 #include <gtest/gtest.h>
 
 #include "src/smime/crl_download_win.h"
@@ -267,8 +267,8 @@ TEST_F(SmimeRevocation, AFailedDownloadIsTold) {
 }
 
 TEST_F(SmimeRevocation, EnglishChecksTheFirstWithAnAddress) {
-  // The label is shorter than the distance: the address is read as "@x", nobody has it, and a second pass
-  // follows.
+  // The label is shorter than the distance: the address is read as "@x", nobody has it, and a second
+  // pass follows.
   carried_.Add(Person("first@x"));
   carried_.Add(Person("b@x"));
   carried_.Add(root_.cert());
