@@ -1,7 +1,7 @@
 // Character sets of mail to UTF-16, and UTF-16 to and from host text.
 //
-//   bytes + charset name --Decode--> UTF-16 --ToHostText--> host text --FromHostText--> UTF-16
-//   --WideToUtf8--> UTF-8
+//   bytes + charset name --Decode--> UTF-16 --ToHostText--> host text
+//   host text --FromHostText--> UTF-16 --WideToUtf8--> UTF-8
 //
 // Nothing here throws for bad input: what cannot be decoded becomes U+FFFD, one for each such byte
 // or character.

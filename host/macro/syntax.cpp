@@ -4,8 +4,10 @@
 //   line       = [ statement ] line-end
 //   statement  = name "=" expression
 //              | "print" [ expression { "," expression } ]
-//              | "if" expression line-end { line } [ "else" ( if-statement | line-end { line } "end" ) |
-//              "end" ] | "while" expression line-end { line } "end" | call (at the prompt: any expression)
+//              | if
+//              | "while" expression line-end { line } "end"
+//              | call                                     at the prompt: any expression
+//   if         = "if" expression line-end { line } ( "else" ( if | line-end { line } "end" ) | "end" )
 //   expression = unary { operator unary }                or < and < == != < <= > >= < + - < * / %
 //   unary      = "not" unary | "-" unary | primary
 //   primary    = number | text | "null" | name | name "(" [ expression { "," expression } ] ")"

@@ -1,8 +1,8 @@
 // One entry off the front of an address list: an address alone, or a display name and an address in brackets.
 //
 //   list    = entry *( separator entry )            separator = "," / ";"
-//   entry   = [ name ] "<" address ">" / address    read up to a separator outside quotes, comments and
-//   brackets quoted  = "..." / a run of quotes up to the mirrored run / '...' at the very start of the entry
+//   entry   = [ name ] "<" address ">" / address    read up to a separator outside quotes, comments, brackets
+//   quoted  = "..." / a run of quotes up to the mirrored run / '...' at the very start of the entry
 //   comment = "(" ... ")", nested
 //
 //   taro@example.com                      address taro@example.com

@@ -36,7 +36,7 @@ void KeepExportCounts(const Slot* block, const char* path) {
 }
 
 // The bits of a mode text. At a word that it does not know the scan stands still and reports it again and
-// again, without end: kept on purpose, macros must never pass one.
+// again, without end: macros must never pass one.
 Slot DuplicationModeBits(const char* mode) {
   const KeywordScan scan = ScanKeywords(kDuplicationModes, mode);
   while (!scan.rest.empty()) {

@@ -54,7 +54,8 @@ FileBytes ReadWhole(const char* name) {
   return bytes;
 }
 
-// UTF-16 with its mark to code page 932. The last character is left out: kept as it always was.
+// UTF-16 with its mark to code page 932. The last character is left out: of a file that ends
+// with CR LF the LF.
 char* FromUtf16(const FileBytes& bytes) {
   constexpr int kSpare = 1024;
   UniqueLocal text(NewResultBlock(static_cast<std::size_t>(bytes.size + kSpare + 1)));

@@ -131,7 +131,7 @@ constexpr std::size_t kYear = 0;
 
 std::array<unsigned, kNumericLetters.size()> NumericValues(const CivilTime& t) {
   const unsigned half_day_hour = t.hour % 12U;
-  // K: noon is 12, but midnight is 0. Kept so on purpose.
+  // K: noon is 12, midnight 0.
   return {t.year,   t.month, t.day, t.hour, half_day_hour, t.hour == 12 ? 12U : half_day_hour,
           t.minute, t.second};
 }
@@ -171,7 +171,7 @@ constexpr NameField kNameFields[] = {
     {"EM", [](const CivilTime& t) { return MonthName(t).substr(0, kNameAbbreviation); }},
     {"EFM", MonthName},
     {"i", [](const CivilTime& t) -> std::string_view { return t.hour < 12 ? "AM" : "PM"; }},
-    // Twelve o'clock still counts as before noon here: kept so on purpose.
+    // J goes with K, where noon is 12: the hour of noon still counts as before noon.
     {"J", [](const CivilTime& t) { return t.hour < 13 ? kGozen : kGogo; }},
     {"j", [](const CivilTime& t) { return t.hour < 12 ? kGozen : kGogo; }},
 };

@@ -18,13 +18,13 @@ namespace wfinfo {
 //   m s        minute, second                    W        Japanese weekday character
 //   EW EFW     Sun, Sunday                       EM EFM   Jan, January
 //   i          AM or PM                          J j      gozen or gogo; J counts 12 o'clock as gozen
-//   the era names Heisei and Reiwa (in Japanese): the era of the date, whichever it is; the next year field
-//     prints the era year. With E in front: the era's letter. With g behind: the character "gan" for the
-//     first year.
+//   the era names Heisei and Reiwa (in Japanese): the era of the date, whichever it is; the next year
+//     field prints the era year. With E in front: the era's letter. With g behind: the character "gan"
+//     for the first year.
 //
 // The length of a run of one numeric letter is the number of digits. Spaces in front of a one-letter run are
-// its width: "  D" is the day in three columns. Everything else is copied, double-byte characters and escapes
-// whole.
+// its width: "  D" is the day in three columns. Everything else is copied, double-byte characters and
+// escapes whole.
 //
 //   "YYYY/MM/DD hh:mm:ss" -> "2024/03/05 09:07:03"      "EW,  D EM YY" -> "Tue,  5 Mar 24"
 std::size_t FormatDateText(std::string_view format, const CivilTime& time, char* out, std::size_t room);

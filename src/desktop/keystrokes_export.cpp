@@ -45,7 +45,7 @@ long long SimulateKeyStroke2(void* window, unsigned key, int shift, int control,
   const FakedModifiers modifiers(shift != 0, control != 0, alt != 0);
   const auto target = static_cast<HWND>(window);
   const UINT scan_code = MapVirtualKeyA(key, MAPVK_VK_TO_VSC) << kScanCodeShift;
-  // The context bit that goes with Alt (bit 29) is left out on purpose: receivers are used to it.
+  // The context bit that goes with Alt (bit 29) stays 0, in WM_SYSKEYDOWN too.
   SendMessageA(target, alt != 0 ? WM_SYSKEYDOWN : WM_KEYDOWN, key, scan_code + kFirstPress);
   SendMessageA(target, alt != 0 ? WM_SYSKEYUP : WM_KEYUP, key, scan_code + kRelease);
   return 0;

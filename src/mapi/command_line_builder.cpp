@@ -101,7 +101,7 @@ void AddFiles(Line& line, const Mail& mail) {
   }
 }
 
-// The estimate that hosts of this kind have always used.
+// An estimate: each part as long as it is when escaped, and fixed room for what stands around it.
 std::size_t EstimatedSize(const Mail& mail) {
   std::size_t size = mail.subject ? EscapedLength(*mail.subject) + 120 : 100;
   if (mail.note) size += EscapedLength(*mail.note) + 10;

@@ -77,7 +77,7 @@ void Candidates::TestValidity() {
   }
 }
 
-// Swaps, as the order that users know, rather than keeping the order of the others.
+// Swaps, which changes the order of the rest too: the choice dialog lists them in it.
 void Candidates::PutValidFirst() {
   for (int i = 0; i < count_; ++i) {
     if (list_[i].is_valid) continue;

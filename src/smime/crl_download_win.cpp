@@ -111,7 +111,7 @@ HLOCAL DownloadCrl(const char* url, DWORD* size, char (&error)[kDownloadErrorRoo
     return nullptr;
   }
   *size = body.size();
-  // After a success both handles stay open for the rest of the process; kept on purpose.
+  // After a success both handles stay open for the rest of the process.
   request.release();
   internet.release();
   return copy;

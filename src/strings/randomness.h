@@ -11,12 +11,12 @@ namespace wfinfo {
 extern const char kLetterPairs[];
 inline constexpr std::size_t kLetterPairCount = 386;
 
-// 1 when `text` looks random, else 0. Only ASCII letters count; upper-case ones are never vowels and never
-// part of a known pair, so that upper-case words look random more easily: on purpose.
+// 1 when `text` looks random, else 0. Only ASCII letters count. Upper-case ones are never vowels and never
+// part of a known pair: a word in capitals looks random sooner.
 int RandomnessScore(std::string_view text);
 
-// 1 when more of the letter and digit runs of the domain's chosen label look random than not. The label
-// is the first of at least 5 bytes, from the right, left of the last one; a byte that no domain has ends
+// 1 when more of the letter and digit runs of the domain's chosen label look random than not. The label is
+// the first of at least 5 bytes, from the right, left of the last one; a byte that no domain has ends
 // the search.
 int DomainRandomness(std::string_view domain);
 

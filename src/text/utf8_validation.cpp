@@ -1,6 +1,6 @@
 // Validation of UTF-8. The wide kernel follows the published method of classifying each pair of neighbouring
-// bytes by three nibbles (J. Keiser, D. Lemire, "Validating UTF-8 In Less Than One Instruction Per Byte",
-// 2021).
+// bytes by three nibbles (J. Keiser, D. Lemire, "Validating UTF-8 In Less Than One Instruction Per
+// Byte", 2021).
 #include <immintrin.h>
 
 #include <array>
