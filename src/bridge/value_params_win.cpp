@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "src/bridge/report_win.h"
-#include "src/strings/slicing.h"
+#include "src/text/digits.h"
 
 namespace wfinfo {
 namespace {

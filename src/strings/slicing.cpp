@@ -1,7 +1,6 @@
 #include "src/strings/slicing.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace wfinfo {
 
@@ -14,16 +13,6 @@ std::string_view Between(std::string_view text, std::size_t start, std::size_t e
 }
 
 }  // namespace
-
-int ReadCount(std::string_view digits) {
-  constexpr int kMost = std::numeric_limits<int>::max();
-  long long value = 0;
-  for (const char digit : digits) {
-    if (digit < '0' || digit > '9') return 0;
-    value = std::min<long long>(value * 10 + (digit - '0'), kMost);
-  }
-  return static_cast<int>(value);
-}
 
 std::size_t StartOfUnit(std::string_view text, std::size_t start) {
   for (std::size_t back = 1; back <= 3 && back <= start; ++back) {

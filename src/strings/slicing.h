@@ -8,9 +8,6 @@
 
 namespace wfinfo {
 
-// A count written as text: decimal digits and nothing else, else 0. Values above the largest int give that.
-int ReadCount(std::string_view digits);
-
 // The first `count` bytes of `text`; fewer when a character stands across the cut, or one of the last three
 // bytes is a 0x1A. A count below 1 gives "".
 std::string_view LeftPart(std::string_view text, int count);

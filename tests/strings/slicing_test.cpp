@@ -77,14 +77,6 @@ TEST(SlicingProperty, PartsBeginAndEndAtBorders) {
   }
 }
 
-TEST(Slicing, CountsAreDigitsOnly) {
-  EXPECT_EQ(ReadCount("3"), 3);
-  EXPECT_EQ(ReadCount("007"), 7);
-  for (const char* text : {"", "3x", "x3", " 3", "-3", "3 ", "3.0"}) EXPECT_EQ(ReadCount(text), 0) << text;
-  EXPECT_EQ(ReadCount("2147483647"), 2147483647);
-  EXPECT_EQ(ReadCount("99999999999999999999999999"), 2147483647);
-}
-
 std::string Escaped(const std::string& text) {
   std::string out(kEscapedRoom, '#');
   out.resize(EscapeQuotes(text, out.data()));
