@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "host/requests/host_state.h"
+#include "host/mail/mail_state.h"
 
 namespace wrenfold {
 namespace {

@@ -10,27 +10,12 @@
 #include <string_view>
 #include <vector>
 
+#include "host/mail/mail_state.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/message.h"
 #include "host/requests/command_state.h"
 
 namespace wrenfold {
-
-// Bits of the mail-state word that codes 15 and 263 answer.
-enum MailState : std::uint32_t {
-  kStateNoFolding = 0x00004000,
-  kStateHighPriority = 0x00008000,
-  kStateAttachment = 0x00010000,
-  kStateHtml = 0x00020000,
-  kStateReplied = 0x00040000,
-  kStateForwarded = 0x00080000,
-  kStateUnread = 0x00100000,
-  kStateMessageId = 0x01000000,
-  kStateInReplyTo = 0x02000000,
-  kStateMarked = 0x04000000,
-  kStateCc = 0x08000000,
-  kStateHot = 0x40000000,
-};
 
 // What the mail being written was begun for, as code 169 answers.
 enum class DraftPurpose : std::int64_t { kNewMail = 0, kReply = 1, kForward = 2 };
