@@ -33,7 +33,7 @@ target_compile_options(wfinfo_pure PRIVATE ${library_options})
 set_source_files_properties(src/message/line_scan_avx2.cpp src/csv/csv_kernels.cpp src/text/utf8_validation.cpp
   src/addresses/address_quick.cpp PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
 
-add_library(WFINFO SHARED ${windows_sources} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
+add_library(WFINFO SHARED ${windows_sources} ${library_only_source} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
 add_dependencies(WFINFO catalogue_files)
 set_source_files_properties(${windows_sources} PROPERTIES OBJECT_DEPENDS "${catalogue_rows}")
 # The resource compiler does not tell what it includes.

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "src/addresses/address_blanks.h"
+#include "src/text/cpu.h"
 
 namespace wfinfo {
 namespace {
@@ -112,10 +113,6 @@ WFINFO_TARGET inline std::uint64_t PrefixXor(std::uint64_t bits) {
 #undef WFINFO_TARGET
 
 }  // namespace avx2
-
-bool HasAvx2() {
-  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("bmi");
-}
 
 bool RefuseAll(std::string_view, QuickAddress*) { return false; }
 std::size_t CountNone(std::string_view, std::size_t*) { return 0; }

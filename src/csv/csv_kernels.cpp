@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "src/csv/csv_state.h"
+#include "src/text/cpu.h"
 
 namespace wfinfo {
 namespace {
@@ -184,11 +185,6 @@ WFINFO_TARGET inline std::size_t Count(std::uint64_t bits) {
 #undef WFINFO_TARGET
 
 }  // namespace avx2
-
-bool HasAvx2() {
-  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("pclmul") &&
-         __builtin_cpu_supports("popcnt") && __builtin_cpu_supports("bmi");
-}
 
 // Slowest first.
 constexpr CsvKernels kKernels[] = {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "src/text/cpu.h"
 #include "src/text/utf8_text.h"
 
 namespace wfinfo {
@@ -197,7 +198,7 @@ constexpr Utf8Validator kValidators[] = {{"sse2", &ValidateBlocks}, {"avx2", &Va
 }  // namespace
 
 const Utf8Validator* RunnableUtf8Validators(std::size_t* count) {
-  *count = __builtin_cpu_supports("avx2") ? 2 : 1;
+  *count = HasAvx2() ? 2 : 1;
   return kValidators;
 }
 
