@@ -1,5 +1,6 @@
 """The house is as planned: floors, the form of includes, one export file a family, links, comments, format."""
 import collections
+import os
 import pathlib
 import re
 import shutil
@@ -144,6 +145,14 @@ class Documents(unittest.TestCase):
                 if not (house.SOURCE / pattern).exists() and not list(house.SOURCE.glob(pattern)):
                     wrong.append(f"{name}: {path}")
         self.assertEqual([line for line in wrong if "host/wrenfold.exe" not in line], [])
+
+
+class Picture(unittest.TestCase):
+    def test_the_picture_of_the_house_is_drawn_from_the_includes(self):
+        drawn = subprocess.run([sys.executable, str(house.SOURCE / "tools/draw_architecture.py")], capture_output=True,
+                               text=True, check=True, env={**os.environ, "PYTHONDONTWRITEBYTECODE": "1"}).stdout
+        self.assertTrue(drawn == house.read("docs/architecture.svg"),
+                        "run: python3 tools/draw_architecture.py > docs/architecture.svg")
 
 
 class Comments(unittest.TestCase):
