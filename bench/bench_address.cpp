@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "../tests/support/slow_address_entry.h"
-#include "text/address_entry.h"
-#include "text/address_list.h"
+#include "src/addresses/address_entry.h"
+#include "src/addresses/address_list.h"
+#include "tests/support/slow_address_entry.h"
 
 #ifdef WFINFO_WITH_GMIME
 #include <gmime/gmime.h>

@@ -1,6 +1,6 @@
 // Conversions of Japanese text and the tests that tell encodings apart. Peers: iconv on whole texts, iconv
-// character by character (in the place of the system's per-character call, which needs Windows), simdjson's
-// validator.
+// character by character (in the place of the system's per-character call, which needs Windows),
+// simdjson's validator.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 
@@ -8,10 +8,10 @@
 #include <string>
 #include <string_view>
 
-#include "../tests/support/iconv_code_page.h"
-#include "text/host_text.h"
-#include "text/utf8_text.h"
-#include "text/wide_text.h"
+#include "src/text/host_text.h"
+#include "src/text/utf8_text.h"
+#include "src/text/wide_text.h"
+#include "tests/support/iconv_code_page.h"
 
 #ifdef WFINFO_WITH_SIMDJSON
 #include <simdjson.h>

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "text/csv_text.h"
+#include "src/csv/csv_text.h"
 
 #ifdef WFINFO_WITH_LIBCSV
 #include <csv.h>

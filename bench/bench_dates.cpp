@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "text/date_format.h"
-#include "text/date_parse.h"
+#include "src/dates/date_format.h"
+#include "src/dates/date_parse.h"
 #ifdef WFINFO_WITH_GMIME
 #include <gmime/gmime.h>
 #endif
@@ -41,8 +41,8 @@ std::string Printed(std::string_view format, const CivilTime& time) {
   return {text, FormatDateText(format, time, text, sizeof text)};
 }
 
-// What mail headers hold: mostly the usual form, comments behind it, some with named zones or without
-// weekday.
+// What mail headers hold: mostly the usual form, comments behind it, some with named zones or
+// without weekday.
 std::vector<std::string> MailDates() {
   constexpr const char* kZones[] = {" +0900", " +0000",       " -0800",       " -0500",       " +0100",
                                     " +0530", " +0900 (JST)", " +0000 (UTC)", " -0700 (PDT)", " GMT"};
@@ -69,8 +69,8 @@ std::vector<std::string> OtherDates() {
   return dates;
 }
 
-// Runs `work` over all items again and again, and shows the time against the one that the group's first row
-// took.
+// Runs `work` over all items again and again, and shows the time against the one that the group's first
+// row took.
 template <class Items, class Work>
 void Measure(benchmark::State& state, const Items& items, double& ours_ns, bool is_ours, Work work) {
   std::size_t at = 0;

@@ -5,9 +5,9 @@
 #include <cstring>
 #include <string>
 
-#include "mail_texts.h"
-#include "text/host_text.h"
-#include "text/line_ends.h"
+#include "bench/mail_texts.h"
+#include "src/message/line_ends.h"
+#include "src/text/host_text.h"
 
 namespace {
 

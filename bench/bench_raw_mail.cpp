@@ -12,10 +12,10 @@
 #include <gmime/gmime.h>
 #endif
 
-#include "mail_texts.h"
-#include "text/host_text.h"
-#include "text/line_scan.h"
-#include "text/raw_message.h"
+#include "bench/mail_texts.h"
+#include "src/message/line_scan.h"
+#include "src/message/raw_message.h"
+#include "src/text/host_text.h"
 
 namespace {
 

@@ -6,7 +6,7 @@ set(printer ${CMAKE_BINARY_DIR}/print_catalogue)
 file(GLOB catalogue_rows CONFIGURE_DEPENDS catalogue/*.def)
 add_custom_command(
   OUTPUT ${printer}
-  COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}/src -I${CMAKE_SOURCE_DIR}/catalogue
+  COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}
           ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp -o ${printer}
   DEPENDS tools/print_catalogue.cpp src/catalogue/rows.cpp src/catalogue/rows.h src/catalogue/row_macros.h
           ${catalogue_rows}
@@ -30,17 +30,16 @@ set(hardening -Wl,--strip-debug -Wl,--dynamicbase,--high-entropy-va,--nxcompat,-
 
 target_compile_options(wfinfo_pure PRIVATE ${library_options})
 # The compiler keeps 32-byte vectors on a stack that Windows aligns to 16 bytes only: have it use unaligned moves.
-set_source_files_properties(src/text/line_scan_avx2.cpp src/text/csv_kernels.cpp src/text/utf8_validation.cpp
-  src/text/address_quick.cpp PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
+set_source_files_properties(src/message/line_scan_avx2.cpp src/csv/csv_kernels.cpp src/text/utf8_validation.cpp
+  src/addresses/address_quick.cpp PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
 
-add_library(WFINFO SHARED ${windows_sources} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
+add_library(WFINFO SHARED ${windows_sources} ${library_only_source} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
 add_dependencies(WFINFO catalogue_files)
 set_source_files_properties(${windows_sources} PROPERTIES OBJECT_DEPENDS "${catalogue_rows}")
 # The resource compiler does not tell what it includes.
 file(GLOB resource_parts CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*)
 set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;65001"
   OBJECT_DEPENDS "${resource_parts}")
-target_include_directories(WFINFO PRIVATE src catalogue resources)
 target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options}>)
 target_link_libraries(WFINFO PRIVATE wfinfo_pure)
@@ -49,10 +48,9 @@ set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREF
   RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT} ARCHIVE_OUTPUT_DIRECTORY ${WFINFO_OUT})
 
 # The small host, with a copy of the library beside it.
-file(GLOB host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
+file(GLOB_RECURSE host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
 if(host_sources)
   add_executable(wrenfold ${host_sources} src/base/stack_guard_win.cpp)
-  target_include_directories(wrenfold PRIVATE host src catalogue)
   # GCC 12 warns of overlapping copies inside its own operator+ of a literal and a string: a false alarm.
   target_compile_options(wrenfold PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
   target_compile_definitions(wrenfold PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
@@ -69,17 +67,17 @@ endif()
 enable_testing()
 add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
 include(GoogleTest)
-file(GLOB dll_test_sources CONFIGURE_DEPENDS tests/dll/*.cpp tests/support/*.cpp)
+file(GLOB_RECURSE dll_test_sources CONFIGURE_DEPENDS tests/dll/*.cpp tests/support/*.cpp)
 add_executable(dll_tests ${dll_test_sources})
 add_dependencies(dll_tests catalogue_files)
-target_include_directories(dll_tests PRIVATE tests src catalogue ${WFINFO_OUT})
+target_include_directories(dll_tests PRIVATE ${WFINFO_OUT})
 target_compile_definitions(dll_tests PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 target_link_libraries(dll_tests PRIVATE WFINFO wfinfo_pure GTest::gmock ws2_32)
 # The tests are compiled often and run briefly.
 target_compile_options(dll_tests PRIVATE -O0)
 target_precompile_headers(dll_tests PRIVATE <gtest/gtest.h> <windows.h> <filesystem> <functional> <string> <vector>)
 # Units inside the library that have tests of their own.
-target_sources(dll_tests PRIVATE src/desktop/wide_text_win.cpp src/text/system_code_page_win.cpp
+target_sources(dll_tests PRIVATE src/bridge/wide_text_win.cpp src/bridge/system_code_page_win.cpp
   src/bridge/results_win.cpp src/bridge/export_call_win.cpp src/base/stack_guard_win.cpp)
 add_custom_command(TARGET dll_tests POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> $<TARGET_FILE_DIR:dll_tests>)
@@ -95,9 +93,12 @@ foreach(test ${end_to_end_tests})
     ENVIRONMENT "WFINFO_SOURCE=${CMAKE_SOURCE_DIR};WFINFO_OUT=${WFINFO_OUT};WFINFO_BUILD=${CMAKE_BINARY_DIR};WFINFO_HOST=${WFINFO_OUT}/host/wrenfold.exe;PYTHONDONTWRITEBYTECODE=1")
 endforeach()
 
-# Further test programs and doubles (children, libraries) stand in a folder of their own.
-file(GLOB test_doubles CONFIGURE_DEPENDS tests/doubles/*/CMakeLists.txt)
-foreach(double ${test_doubles})
-  get_filename_component(folder ${double} DIRECTORY)
+# Stand-ins (children, libraries), test programs of another make, measurements and tools: each in a folder of its
+# own.
+file(GLOB further_programs CONFIGURE_DEPENDS tests/doubles/*/CMakeLists.txt tests/faults/*/CMakeLists.txt
+  tests/inside/*/CMakeLists.txt bench/windows/CMakeLists.txt tools/*/CMakeLists.txt)
+include_directories(${CMAKE_SOURCE_DIR})
+foreach(program ${further_programs})
+  get_filename_component(folder ${program} DIRECTORY)
   add_subdirectory(${folder})
 endforeach()

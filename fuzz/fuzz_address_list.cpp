@@ -5,10 +5,10 @@
 #include <cstring>
 #include <string>
 
-#include "../tests/support/slow_address_entry.h"
-#include "text/address_entry.h"
-#include "text/address_list.h"
-#include "text/display_name.h"
+#include "src/addresses/address_entry.h"
+#include "src/addresses/address_list.h"
+#include "src/addresses/display_name.h"
+#include "tests/support/slow_address_entry.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-// Comma-separated text: every set of block routines agrees with the slow reading, and the walker gives the
-// same whatever is called in which order. The first bytes of the input choose the calls, the rest is the
-// text.
+// Comma-separated text: every set of block routines agrees with the slow reading, and the walker gives
+// the same whatever is called in which order. The first bytes of the input choose the calls, the rest is
+// the text.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "../tests/support/csv_reference.h"
-#include "text/csv_text.h"
+#include "src/csv/csv_text.h"
+#include "tests/support/csv_reference.h"
 
 namespace {
 

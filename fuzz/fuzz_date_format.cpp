@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "text/date_format.h"
-#include "text/host_text.h"
+#include "src/dates/date_format.h"
+#include "src/text/host_text.h"
 
 namespace {
 

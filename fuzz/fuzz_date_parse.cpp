@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "text/date_format.h"
-#include "text/date_parse.h"
+#include "src/dates/date_format.h"
+#include "src/dates/date_parse.h"
 
 namespace {
 

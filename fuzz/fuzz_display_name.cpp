@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string>
 
-#include "text/address_entry.h"
-#include "text/display_name.h"
+#include "src/addresses/address_entry.h"
+#include "src/addresses/display_name.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "text/line_ends.h"
+#include "src/message/line_ends.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "commands/account_fields.h"
-#include "commands/keyword_table.h"
-#include "commands/transfer_words.h"
+#include "src/commands/account_fields.h"
+#include "src/commands/keyword_table.h"
+#include "src/commands/transfer_words.h"
 
 using namespace wfinfo;
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "macro_run.h"
-#include "macro_syntax.h"
+#include "host/macro/run.h"
+#include "host/macro/syntax.h"
 
 namespace {
 

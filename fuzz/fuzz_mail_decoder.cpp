@@ -1,9 +1,9 @@
 // Any bytes, read as a mail and as an mbox, give whole host text:
 // - CR and LF only as CR LF, no zero byte, no unit cut off;
-// - the header ends where body_offset says, has as many logical headers as the mail, and nothing in it ends
-// it early;
-// - not more than four bytes of text for each byte read (an escape for one byte), and a little for what is
-// added;
+// - the header ends where body_offset says, has as many logical headers as the mail, and nothing in it
+//   ends it early;
+// - not more than four bytes of text for each byte read (an escape for one byte), and a little for what
+//   is added;
 // - host text survives the way to UTF-16 and back;
 // - attachment names are never empty and hold no folder.
 #include <cstdint>
@@ -11,10 +11,10 @@
 #include <string>
 #include <string_view>
 
-#include "charset.h"
-#include "mail_store.h"
-#include "mime.h"
-#include "text/host_text.h"
+#include "host/charset/charsets.h"
+#include "host/mail/mail_store.h"
+#include "host/mime/message.h"
+#include "src/text/host_text.h"
 
 namespace {
 

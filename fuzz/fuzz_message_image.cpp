@@ -1,10 +1,10 @@
-// Whatever bytes a host hands over as a message: every address lies inside the image, every array in it
-// whole.
+// Whatever bytes a host hands over as a message: every address lies inside the image, every array in
+// it whole.
 #include <cstdint>
 #include <cstring>
 #include <vector>
 
-#include "mapi/message_image.h"
+#include "src/mapi/message_image.h"
 
 using namespace wfinfo::mapi;
 

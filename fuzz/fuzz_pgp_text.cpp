@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "external/info_lines.h"
-#include "external/pgp_command_line.h"
+#include "src/openpgp/command_line.h"
+#include "src/openpgp/info_lines.h"
 
 using namespace wfinfo;
 

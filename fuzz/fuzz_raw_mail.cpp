@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "text/host_text.h"
-#include "text/line_scan.h"
-#include "text/raw_message.h"
+#include "src/message/line_scan.h"
+#include "src/message/raw_message.h"
+#include "src/text/host_text.h"
 
 namespace {
 

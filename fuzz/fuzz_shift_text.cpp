@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "text/date_shift.h"
+#include "src/dates/date_shift.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "text/letter_case.h"
-#include "text/randomness.h"
-#include "text/slicing.h"
+#include "src/strings/letter_case.h"
+#include "src/strings/randomness.h"
+#include "src/strings/slicing.h"
 
 namespace {
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
-#include "smime/address_words.h"
-#include "smime/mail_names.h"
-#include "smime/report_writer.h"
-#include "text/host_text.h"
+#include "src/smime/address_words.h"
+#include "src/smime/mail_names.h"
+#include "src/smime/report_writer.h"
+#include "src/text/host_text.h"
 
 using namespace wfinfo;
 using namespace wfinfo::smime;

@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "../tests/support/iconv_code_page.h"
-#include "text/host_text.h"
-#include "text/utf8_text.h"
-#include "text/wide_text.h"
+#include "src/text/host_text.h"
+#include "src/text/utf8_text.h"
+#include "src/text/wide_text.h"
+#include "tests/support/iconv_code_page.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "../tests/support/iconv_code_page.h"
-#include "text/host_text.h"
-#include "text/wide_text.h"
+#include "src/text/host_text.h"
+#include "src/text/wide_text.h"
+#include "tests/support/iconv_code_page.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // Library entry: knows who needs to hear of a detach; nothing else does.
 #include <windows.h>
 
-#include "base/stack_guard_win.h"
-#include "bridge/export_call_win.h"
-#include "bridge/module_win.h"
-#include "desktop/move_hook_win.h"
-#include "net/http_session_win.h"
-#include "timers/auto_push_win.h"
+#include "src/base/stack_guard_win.h"
+#include "src/bridge/export_call_win.h"
+#include "src/bridge/module_win.h"
+#include "src/desktop/move_hook_win.h"
+#include "src/net/http_session_win.h"
+#include "src/timers/auto_push_win.h"
 
 extern "C" __attribute__((no_stack_protector)) BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
   if (reason == DLL_PROCESS_ATTACH) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "catalogue/rows.h"
+#include "src/catalogue/rows.h"
 
 namespace {
 
@@ -132,8 +132,7 @@ int PrintDefinitionFile() {
   std::printf("; Printed from the catalogue; do not edit.\nLIBRARY \"WFINFO.dll\"\nEXPORTS\n");
   for (const Row& row : Rows()) {
     const std::string name(row.name);
-    const bool entered =
-        row.kind == Kind::kHand && !IsVariadic(row);  // see src/catalogue/hand_exports_win.cpp
+    const bool entered = row.kind == Kind::kHand && !IsVariadic(row);  // see src/entry/hand_exports_win.cpp
     std::printf("    %s%s%s\n", name.c_str(), entered ? " = Entered_" : "", entered ? name.c_str() : "");
   }
   return 0;

@@ -37,8 +37,8 @@ int main(int count, char** words) {
   message.nRecipCount = 1;
   message.lpRecips = &recipient;
   if (count > 4) {
-    file.nPosition = (ULONG)-1;     /* not inside the text */
-    file.lpszPathName = words[4];   /* a full path; the file may be deleted once the call is back */
+    file.nPosition = (ULONG)-1;   /* not inside the text */
+    file.lpszPathName = words[4]; /* a full path; the file may be deleted once the call is back */
     message.nFileCount = 1;
     message.lpFiles = &file;
   }

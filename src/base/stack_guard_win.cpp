@@ -1,6 +1,6 @@
 // The stack protector's two symbols. The compiler's own support library would import advapi32 only to draw a
 // random number, and every program that loads us would pay for that.
-#include "base/stack_guard_win.h"
+#include "src/base/stack_guard_win.h"
 
 #include <windows.h>
 

@@ -1,11 +1,11 @@
-#include "bridge/debug_log_win.h"
+#include "src/bridge/debug_log_win.h"
 
 #include <windows.h>
 
 #include <cstring>
 
-#include "base/unique_win.h"
-#include "bridge/registry_binding_win.h"
+#include "src/base/unique_win.h"
+#include "src/bridge/registry_binding_win.h"
 
 namespace wfinfo {
 

@@ -1,5 +1,5 @@
-// Diagnostic lines: to the host's own log, or to "dump.txt" in its home directory when the user switched it
-// on.
+// Diagnostic lines: to the host's own log, or to "dump.txt" in its home directory when the user switched
+// it on.
 #pragma once
 
 namespace wfinfo {

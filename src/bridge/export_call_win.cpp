@@ -1,4 +1,4 @@
-#include "bridge/export_call_win.h"
+#include "src/bridge/export_call_win.h"
 
 #include <windows.h>
 

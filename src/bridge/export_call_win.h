@@ -37,8 +37,8 @@ class HostTurn {
 bool UserKnowsOfDialog();
 void UserWasToldOfDialog();
 
-// At process attach and detach. Without the first, or when the system has no slot to give, every refusal is
-// told.
+// At process attach and detach. Without the first, or when the system has no slot to give, every refusal
+// is told.
 void BeginExportCalls();
 void EndExportCalls();
 

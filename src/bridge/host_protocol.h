@@ -2,6 +2,8 @@
 // beyond their catalogue row. All numbers are the host's contract.
 #pragma once
 
+#include <cstdint>
+
 namespace wfinfo {
 
 // Window classes, compared exactly.
@@ -21,6 +23,22 @@ inline constexpr int kCodeRootText = 1;          // raw text of the root mail
 inline constexpr int kCodeRunCommand = 12;       // run a menu command and wait
 inline constexpr int kCodeStartCommand = 57;     // start a menu command, do not wait
 inline constexpr int kCodeMainWindowTest = 333;  // passed by window look-ups of the main window
+
+// Bits of the mail-state word that codes 15 and 263 answer.
+enum MailState : std::uint32_t {
+  kStateNoFolding = 0x00004000,
+  kStateHighPriority = 0x00008000,
+  kStateAttachment = 0x00010000,
+  kStateHtml = 0x00020000,
+  kStateReplied = 0x00040000,
+  kStateForwarded = 0x00080000,
+  kStateUnread = 0x00100000,
+  kStateMessageId = 0x01000000,
+  kStateInReplyTo = 0x02000000,
+  kStateMarked = 0x04000000,
+  kStateCc = 0x08000000,
+  kStateHot = 0x40000000,
+};
 
 // The interface version that GetWFInfoVersion tells the host.
 inline constexpr int kInterfaceVersion = 18;

@@ -1,9 +1,9 @@
-#include "bridge/host_request_win.h"
+#include "src/bridge/host_request_win.h"
 
-#include "bridge/export_call_win.h"
-#include "bridge/host_protocol.h"
-#include "bridge/host_window_win.h"
-#include "bridge/results_win.h"
+#include "src/bridge/export_call_win.h"
+#include "src/bridge/host_protocol.h"
+#include "src/bridge/host_window_win.h"
+#include "src/bridge/results_win.h"
 
 namespace wfinfo {
 namespace {

@@ -1,13 +1,13 @@
-#include "bridge/host_window_win.h"
+#include "src/bridge/host_window_win.h"
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 
-#include "bridge/export_call_win.h"
-#include "bridge/host_protocol.h"
-#include "bridge/language_win.h"
-#include "bridge/report_win.h"
+#include "src/bridge/export_call_win.h"
+#include "src/bridge/host_protocol.h"
+#include "src/bridge/language_win.h"
+#include "src/bridge/report_win.h"
 
 namespace wfinfo {
 

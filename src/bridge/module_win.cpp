@@ -1,4 +1,4 @@
-#include "bridge/module_win.h"
+#include "src/bridge/module_win.h"
 
 #include <cstring>
 #include <string_view>

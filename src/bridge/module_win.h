@@ -44,10 +44,10 @@ struct ProcSlot {
 void BindProcTable(HMODULE module, const ProcSlot* table);
 
 // Publishes a whole table of function pointers, which has its module and its reference to that in `module`.
-// Several threads may bind at the same time, without a lock: loading a library takes the lock of the system's
-// loader, which a thread inside some DllMain may hold while it waits for us. The first table stays for the
-// life of the process; of a later one the reference is given back. Returns the table that stays, null without
-// memory.
+// Several threads may bind at the same time, without a lock: loading a library takes the lock of the
+// system's loader, which a thread inside some DllMain may hold while it waits for us. The first table stays
+// for the life of the process; of a later one the reference is given back. Returns the table that stays,
+// null without memory.
 template <class Table>
 const Table* PublishFirst(std::atomic<const Table*>& place, const Table& mine) {
   static_assert(std::is_trivially_copyable_v<Table>);

@@ -1,6 +1,6 @@
-#include "bridge/registry_binding_win.h"
+#include "src/bridge/registry_binding_win.h"
 
-#include "bridge/module_win.h"
+#include "src/bridge/module_win.h"
 
 namespace wfinfo {
 namespace {

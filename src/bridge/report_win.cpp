@@ -1,13 +1,13 @@
-#include "bridge/report_win.h"
+#include "src/bridge/report_win.h"
 
 #include <windows.h>
 
 #include <cstring>
 
-#include "bridge/debug_log_win.h"
-#include "bridge/host_protocol.h"
-#include "bridge/host_window_win.h"
-#include "text/host_text.h"
+#include "src/bridge/debug_log_win.h"
+#include "src/bridge/host_protocol.h"
+#include "src/bridge/host_window_win.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo {
 

@@ -1,7 +1,7 @@
 // Telling the user of an error, and the check that every text parameter passes first.
 #pragma once
 
-#include "bridge/language_win.h"
+#include "src/bridge/language_win.h"
 
 namespace wfinfo {
 
@@ -15,8 +15,8 @@ void ReportError(const char* text);
 inline void ReportError(const Message& message) { ReportError(Chosen(message)); }
 
 // 0 when `text` is a readable zero-terminated text; 1, after reporting, when it is not (null included). A
-// text of any length is looked through to its terminator: one that runs into memory that cannot be read is
-// none.
+// text of any length is looked through to its terminator: one that runs into memory that cannot be read
+// is none.
 int CheckStringParam(const void* text);
 
 // The same test without a report.

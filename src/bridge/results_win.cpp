@@ -1,4 +1,4 @@
-#include "bridge/results_win.h"
+#include "src/bridge/results_win.h"
 
 #include <windows.h>
 

@@ -1,12 +1,12 @@
-#include "bridge/value_params_win.h"
+#include "src/bridge/value_params_win.h"
 
 #include <windows.h>
 
 #include <climits>
 #include <cstring>
 
-#include "bridge/report_win.h"
-#include "text/slicing.h"
+#include "src/bridge/report_win.h"
+#include "src/text/digits.h"
 
 namespace wfinfo {
 namespace {

@@ -1,8 +1,8 @@
-// Prototypes of all exports, expanded from the catalogue: a definition that differs from its row does not
-// compile.
+// Prototypes of all exports, expanded from the catalogue: a definition that differs from its row does
+// not compile.
 #pragma once
 
-#include "catalogue/row_macros.h"
+#include "src/catalogue/row_macros.h"
 
 #define WFINFO_DECLARE(result, name, params) \
   extern "C" WFINFO_RESULT_##result name WFINFO_C_PARAMETERS(params) noexcept;
@@ -17,6 +17,6 @@
 #define HAND(result, name, requests, params, doc) WFINFO_DECLARE(result, name, params)
 #define HAND_INFERRED(result, name, requests, params, doc) WFINFO_DECLARE(result, name, params)
 #define HAND_VARIADIC(result, name, requests, params, doc) WFINFO_DECLARE(result, name, params)
-#include "all.def"
-#include "catalogue/undefine_rows.h"
+#include "catalogue/all.def"
+#include "src/catalogue/undefine_rows.h"
 #undef WFINFO_DECLARE

@@ -1,6 +1,6 @@
-#include "catalogue/rows.h"
+#include "src/catalogue/rows.h"
 
-#include "catalogue/row_macros.h"
+#include "src/catalogue/row_macros.h"
 
 namespace wfinfo::catalogue {
 namespace {
@@ -23,8 +23,8 @@ namespace {
 #define HAND(result, name, requests, params, doc) WFINFO_PARAMETERS_OF(name, params)
 #define HAND_INFERRED(result, name, requests, params, doc) WFINFO_PARAMETERS_OF(name, params)
 #define HAND_VARIADIC(result, name, requests, params, doc) WFINFO_PARAMETERS_OF(name, params)
-#include "all.def"
-#include "catalogue/undefine_rows.h"
+#include "catalogue/all.def"
+#include "src/catalogue/undefine_rows.h"
 
 constexpr std::span<const Parameter> Listed(std::span<const Parameter> with_dummy) {
   return with_dummy.subspan(1);
@@ -54,9 +54,9 @@ constexpr std::string_view Sent(std::string_view requests) { return requests == 
 #define HAND_VARIADIC(result, name, requests, params, doc) HAND(result, name, requests, params, doc)
 
 constexpr Row kRaw[] = {
-#include "all.def"
+#include "catalogue/all.def"
 };
-#include "catalogue/undefine_rows.h"
+#include "src/catalogue/undefine_rows.h"
 
 constexpr std::size_t CountExports() {
   std::size_t count = 0;

@@ -1,8 +1,8 @@
 // The thin exports: each catalogue row but the hand-written ones becomes a function here.
-#include "catalogue/thin_exports_win.h"
+#include "src/catalogue/thin_exports_win.h"
 
-#include "catalogue/declarations.h"
-#include "catalogue/row_macros.h"
+#include "src/catalogue/declarations.h"
+#include "src/catalogue/row_macros.h"
 
 // (Type, name) as a checked argument of Send.
 #define WFINFO_ARGUMENT(type, name, ...) \
@@ -36,5 +36,5 @@
 #define HAND(result, name, requests, params, doc)
 #define HAND_INFERRED(result, name, requests, params, doc)
 #define HAND_VARIADIC(result, name, requests, params, doc)
-#include "all.def"
-#include "catalogue/undefine_rows.h"
+#include "catalogue/all.def"
+#include "src/catalogue/undefine_rows.h"

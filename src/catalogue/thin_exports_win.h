@@ -1,9 +1,9 @@
 // How a thin export checks its parameters, builds its argument block and sends it.
 #pragma once
 
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "bridge/results_win.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/results_win.h"
 
 namespace wfinfo::thin {
 

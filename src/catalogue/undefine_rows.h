@@ -1,4 +1,5 @@
-// Ends an expansion of the catalogue. Included after each `#include "all.def"`, so without an include guard.
+// Ends an expansion of the catalogue. Included after each `#include "catalogue/all.def"`, so without an
+// include guard.
 #undef FAMILY
 #undef THIN
 #undef THIN_INFERRED

@@ -1,4 +1,4 @@
-#include "commands/account_fields.h"
+#include "src/commands/account_fields.h"
 
 #include <algorithm>
 #include <cstring>

@@ -2,7 +2,7 @@
 // bytes that the given key reaches.
 #pragma once
 
-#include "commands/account_keys.h"
+#include "src/commands/account_keys.h"
 
 namespace wfinfo {
 
@@ -14,13 +14,13 @@ long long AccountNumber(const AccountKey& key, const char* record);
 // `fSaveUidlInMail` stays set while any of the synchronising flags in its byte is set.
 void StoreAccountNumber(const AccountKey& key, long long value, char* record);
 
-// Stores `value` with its terminator; false, with nothing changed, when it is too long. It may lie in the
-// record.
+// Stores `value` with its terminator; false, with nothing changed, when it is too long. It may lie in
+// the record.
 bool StoreAccountText(const AccountKey& key, std::string_view value, char* record);
 bool StoreSplitText(const SplitText& split, std::string_view value, char* record);
 
-// Writes both places of a split text to `destination` as one; it needs split.Limit() + 1 bytes. Returns the
-// length.
+// Writes both places of a split text to `destination` as one; it needs split.Limit() + 1 bytes. Returns
+// the length.
 std::size_t JoinSplitText(const SplitText& split, const char* record, char* destination);
 
 // The text of a field of `room` bytes; a field without a terminator ends at its last byte.

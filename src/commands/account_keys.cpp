@@ -1,12 +1,12 @@
-#include "commands/account_keys.h"
+#include "src/commands/account_keys.h"
 
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 namespace {
 
 // Several flags share a byte; bits that no key names are never touched. `fNotSSL20` and `fTLS12` share bit
-// 0x10: setting the second makes the first read as 1, clearing the first clears the second. Kept on purpose.
+// 0x10: setting the second makes the first read as 1, clearing the first clears the second.
 constexpr AccountKey kKeys[] = {
     {"szTitle", 0, 80},  // the place is the host's, the size is ours
     {"szPop3Password", 560, 80, 0, KeyMark::kSecret},
@@ -96,7 +96,7 @@ constexpr std::size_t kProvisionalKeys = 6;
 constexpr SplitText kSplitTexts[] = {
     {"szPop3Password", 560, 80, 4520, 128, 0},
     {"szBccEmail", 1976, 80, 4776, 80, 0},
-    // Byte 255 of a long alias is lost, on purpose: the host reads it so.
+    // Byte 255 of a long alias is lost: the first place ends with a terminator.
     {"szEmailAlias", 1476, 256, 3752, 767, 1},
 };
 

@@ -1,10 +1,10 @@
-#include "commands/account_record_win.h"
+#include "src/commands/account_record_win.h"
 
 #include <cstring>
 
-#include "bridge/host_request_win.h"
-#include "bridge/results_win.h"
-#include "commands/account_fields.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/results_win.h"
+#include "src/commands/account_fields.h"
 
 namespace wfinfo {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "commands/account_keys.h"
+#include "src/commands/account_keys.h"
 
 namespace wfinfo {
 
@@ -19,20 +19,20 @@ bool IsOfAccount(const char* address);
 // Gives the lent record back unsaved, if there is one.
 void ReleaseAccount();
 
-// Borrows the record of the account `name` and forgets the texts of the account before. False when there is
-// none.
+// Borrows the record of the account `name` and forgets the texts of the account before. False when there
+// is none.
 bool BorrowAccount(const char* name);
 
 // The number or flag `key` of any account: of the lent record when `name` is its account, else of a record
 // that is borrowed and given back beside it. Nothing when there is no such account.
 std::optional<long long> NumberOfAccount(const char* name, const AccountKey& key);
 
-// Has the host save the record and end the loan; after a success also stores the changed texts. The host's
-// result.
+// Has the host save the record and end the loan; after a success also stores the changed texts. The
+// host's result.
 int SaveAccount();
 
-// The text of kind `kind`, asked of the host once; null without memory. Valid until it is set or the account
-// saved.
+// The text of kind `kind`, asked of the host once; null without memory. Valid until it is set or the
+// account saved.
 const char* AccountText(int kind);
 
 // Keeps `value` as the text of kind `kind`, to be stored by SaveAccount. False without memory.

@@ -1,7 +1,7 @@
 // Two optional texts that name a folder in the host's manner.
 #pragma once
 
-#include "bridge/report_win.h"
+#include "src/bridge/report_win.h"
 
 namespace wfinfo {
 

@@ -1,7 +1,7 @@
-#include "commands/frame_menu_win.h"
+#include "src/commands/frame_menu_win.h"
 
-#include "bridge/host_request_win.h"
-#include "bridge/host_window_win.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/host_window_win.h"
 
 namespace wfinfo {
 namespace {

@@ -21,8 +21,8 @@ struct MenuItem {
 // Looks the item up after the frame has brought its check marks up to date.
 MenuItem FrameMenuItem(UINT command);
 
-// Runs the item's menu command when it can be used and its check mark differs from `on`. True when it was
-// run.
+// Runs the item's menu command when it can be used and its check mark differs from `on`. True when it
+// was run.
 bool ToggleMenuItem(const MenuItem& item, bool on);
 
 }  // namespace wfinfo

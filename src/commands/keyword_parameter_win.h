@@ -3,10 +3,10 @@
 
 #include <optional>
 
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "bridge/results_win.h"
-#include "commands/keyword_table.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/results_win.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 

@@ -1,4 +1,4 @@
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 namespace {

@@ -1,5 +1,5 @@
-// Macro words and the host's codes for them. All word tables have one shape and are read by the functions
-// here.
+// Macro words and the host's codes for them. All word tables have one shape and are read by the
+// functions here.
 //
 // Words are ASCII, so letter case means ASCII letters: a double-byte character never equals a word.
 #pragma once

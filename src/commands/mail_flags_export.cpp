@@ -1,12 +1,12 @@
 #include <cstring>
 
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "commands/frame_menu_win.h"
-#include "commands/keyword_parameter_win.h"
-#include "commands/mail_words.h"
-#include "text/host_text.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/commands/frame_menu_win.h"
+#include "src/commands/keyword_parameter_win.h"
+#include "src/commands/mail_words.h"
+#include "src/text/host_text.h"
 
 using namespace wfinfo;
 

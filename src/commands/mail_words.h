@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 

@@ -1,11 +1,11 @@
 #include <windows.h>
 
-#include "bridge/host_protocol.h"
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "commands/keyword_parameter_win.h"
-#include "commands/navigation_words.h"
+#include "src/bridge/host_protocol.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/commands/keyword_parameter_win.h"
+#include "src/commands/navigation_words.h"
 
 using namespace wfinfo;
 

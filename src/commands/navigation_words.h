@@ -1,8 +1,8 @@
-// Words for moving through the mail list, replying, forwarding and opening the log. Letter case does not
-// count.
+// Words for moving through the mail list, replying, forwarding and opening the log. Letter case does
+// not count.
 #pragma once
 
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 

@@ -1,7 +1,7 @@
 // Words for kinds of templates and for what is counted in a folder. Letter case does not count.
 #pragma once
 
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 

@@ -1,4 +1,4 @@
-#include "commands/text_cursor.h"
+#include "src/commands/text_cursor.h"
 
 #include <cstring>
 

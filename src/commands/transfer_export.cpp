@@ -1,9 +1,9 @@
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "commands/folder_pair_win.h"
-#include "commands/keyword_parameter_win.h"
-#include "commands/transfer_words.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/commands/folder_pair_win.h"
+#include "src/commands/keyword_parameter_win.h"
+#include "src/commands/transfer_words.h"
 
 using namespace wfinfo;
 
@@ -36,7 +36,7 @@ void KeepExportCounts(const Slot* block, const char* path) {
 }
 
 // The bits of a mode text. At a word that it does not know the scan stands still and reports it again and
-// again, without end: kept on purpose, macros must never pass one.
+// again, without end: macros must never pass one.
 Slot DuplicationModeBits(const char* mode) {
   const KeywordScan scan = ScanKeywords(kDuplicationModes, mode);
   while (!scan.rest.empty()) {

@@ -1,4 +1,4 @@
-#include "commands/transfer_words.h"
+#include "src/commands/transfer_words.h"
 
 namespace wfinfo {
 

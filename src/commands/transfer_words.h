@@ -1,8 +1,8 @@
-// Words for importing and exporting mails and for finding duplicates. Letter case does not count but where
-// said.
+// Words for importing and exporting mails and for finding duplicates. Letter case does not count but
+// where said.
 #pragma once
 
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 

@@ -1,8 +1,8 @@
-#include "desktop/main_window_win.h"
+#include "src/desktop/main_window_win.h"
 
-#include "bridge/host_protocol.h"
-#include "bridge/host_request_win.h"
-#include "bridge/host_window_win.h"
+#include "src/bridge/host_protocol.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/host_window_win.h"
 
 namespace wfinfo {
 namespace {

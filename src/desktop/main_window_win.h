@@ -1,5 +1,5 @@
-// The host's windows seen as a user sees them: the main window, the search result window, and the ones
-// beside.
+// The host's windows seen as a user sees them: the main window, the search result window, and the
+// ones beside.
 #pragma once
 
 #include <windows.h>

@@ -1,10 +1,10 @@
-#include "desktop/move_hook_win.h"
+#include "src/desktop/move_hook_win.h"
 
 #include <windows.h>
 
 #include <utility>
 
-#include "bridge/module_win.h"
+#include "src/bridge/module_win.h"
 
 namespace wfinfo {
 namespace {

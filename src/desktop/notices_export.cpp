@@ -1,9 +1,9 @@
 // The host's notification window and balloon messages: the library checks the texts, the host shows them.
 #include <windows.h>
 
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
 
 using namespace wfinfo;
 

@@ -1,4 +1,4 @@
-#include "desktop/save_text_win.h"
+#include "src/desktop/save_text_win.h"
 
 #include <windows.h>
 
@@ -7,11 +7,11 @@
 #include <cwchar>
 #include <string_view>
 
-#include "base/unique_win.h"
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "desktop/wide_text_win.h"
-#include "text/host_text.h"
+#include "src/base/unique_win.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/wide_text_win.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo {
 namespace {

@@ -1,10 +1,10 @@
-#include "mapi/command_line_builder.h"
+#include "src/mapi/command_line_builder.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "mapi/host_blocks.h"
-#include "text/host_text.h"
+#include "src/mapi/host_blocks.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo::mapi {
 namespace {
@@ -101,7 +101,7 @@ void AddFiles(Line& line, const Mail& mail) {
   }
 }
 
-// The estimate that hosts of this kind have always used.
+// An estimate: each part as long as it is when escaped, and fixed room for what stands around it.
 std::size_t EstimatedSize(const Mail& mail) {
   std::size_t size = mail.subject ? EscapedLength(*mail.subject) + 120 : 100;
   if (mail.note) size += EscapedLength(*mail.note) + 10;

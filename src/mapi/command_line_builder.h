@@ -18,7 +18,7 @@
 #include <span>
 #include <string_view>
 
-#include "mapi/mapi_records.h"
+#include "src/mapi/mapi_records.h"
 
 namespace wfinfo::mapi {
 
@@ -54,8 +54,8 @@ struct Mail {
   TextReader read = nullptr;
 };
 
-// Writes the command line of `mail` and returns its length, terminator not counted; with `out` null only
-// that.
+// Writes the command line of `mail` and returns its length, terminator not counted; with `out` null
+// only that.
 std::size_t WriteMailCommand(const Mail& mail, char* out);
 
 // Bytes of the block that holds it: the usual estimate, or what the line needs when that is more (hundreds of

@@ -1,8 +1,8 @@
-#include "mapi/command_line_mutex_win.h"
+#include "src/mapi/command_line_mutex_win.h"
 
-#include "bridge/language_win.h"
-#include "mapi/host_blocks.h"
-#include "mapi/mapi_log_win.h"
+#include "src/bridge/language_win.h"
+#include "src/mapi/host_blocks.h"
+#include "src/mapi/mapi_log_win.h"
 
 namespace wfinfo::mapi {
 namespace {

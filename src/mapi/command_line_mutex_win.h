@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "base/unique_win.h"
+#include "src/base/unique_win.h"
 
 namespace wfinfo::mapi {
 

@@ -1,9 +1,9 @@
-#include "mapi/hand_off_win.h"
+#include "src/mapi/hand_off_win.h"
 
 #include <cstdint>
 #include <cstring>
 
-#include "mapi/host_blocks.h"
+#include "src/mapi/host_blocks.h"
 
 namespace wfinfo::mapi {
 

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "base/unique_win.h"
+#include "src/base/unique_win.h"
 
 namespace wfinfo::mapi {
 

@@ -1,12 +1,12 @@
-#include "mapi/host_launch_win.h"
+#include "src/mapi/host_launch_win.h"
 
 #include <cstring>
 
-#include "bridge/host_protocol.h"
-#include "bridge/language_win.h"
-#include "bridge/module_win.h"
-#include "mapi/host_blocks.h"
-#include "mapi/mapi_log_win.h"
+#include "src/bridge/host_protocol.h"
+#include "src/bridge/language_win.h"
+#include "src/bridge/module_win.h"
+#include "src/mapi/host_blocks.h"
+#include "src/mapi/mapi_log_win.h"
 
 namespace wfinfo::mapi {
 namespace {

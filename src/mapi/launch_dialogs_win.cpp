@@ -1,8 +1,8 @@
-#include "mapi/launch_dialogs_win.h"
+#include "src/mapi/launch_dialogs_win.h"
 
-#include "bridge/module_win.h"
-#include "mapi/host_launch_win.h"
-#include "resource_ids.h"
+#include "resources/resource_ids.h"
+#include "src/bridge/module_win.h"
+#include "src/mapi/host_launch_win.h"
 
 namespace wfinfo::mapi {
 namespace {

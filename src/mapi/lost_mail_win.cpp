@@ -1,6 +1,6 @@
-#include "mapi/lost_mail_win.h"
+#include "src/mapi/lost_mail_win.h"
 
-#include "bridge/language_win.h"
+#include "src/bridge/language_win.h"
 
 namespace wfinfo::mapi {
 namespace {

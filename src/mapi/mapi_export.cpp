@@ -5,14 +5,14 @@
 #include <cstring>
 #include <string_view>
 
-#include "bridge/language_win.h"
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "mapi/host_launch_win.h"
-#include "mapi/mapi_log_win.h"
-#include "mapi/read_mail_win.h"
-#include "mapi/send_mail_win.h"
-#include "text/address_entry.h"
+#include "src/addresses/address_entry.h"
+#include "src/bridge/language_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/mapi/host_launch_win.h"
+#include "src/mapi/mapi_log_win.h"
+#include "src/mapi/read_mail_win.h"
+#include "src/mapi/send_mail_win.h"
 
 namespace wfinfo::mapi {
 namespace {

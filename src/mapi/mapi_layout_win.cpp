@@ -4,7 +4,7 @@
 #include <mapi.h>  // needs the one above
 // clang-format on
 
-#include "mapi/mapi_records.h"
+#include "src/mapi/mapi_records.h"
 
 namespace wfinfo::mapi {
 namespace {

@@ -1,12 +1,12 @@
-#include "mapi/mapi_log_win.h"
+#include "src/mapi/mapi_log_win.h"
 
 #include <windows.h>
 
 #include <cstring>
 
-#include "base/unique_win.h"
-#include "bridge/debug_log_win.h"
-#include "bridge/host_protocol.h"
+#include "src/base/unique_win.h"
+#include "src/bridge/debug_log_win.h"
+#include "src/bridge/host_protocol.h"
 
 namespace wfinfo::mapi {
 

@@ -1,4 +1,4 @@
-#include "mapi/message_image.h"
+#include "src/mapi/message_image.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -50,8 +50,8 @@ class Image {
   }
 
  private:
-  // False when the bytes belong to other records already: converting them twice would make addresses of
-  // addresses.
+  // False when the bytes belong to other records already: converting them twice would make addresses
+  // of addresses.
   bool Claim(std::size_t offset, std::size_t length) {
     for (std::size_t i = 0; i < claims_; ++i) {
       if (offset < claimed_[i].end && claimed_[i].start < offset + length) return false;

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "mapi/mapi_records.h"
+#include "src/mapi/mapi_records.h"
 
 namespace wfinfo::mapi {
 

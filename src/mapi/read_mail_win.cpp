@@ -1,12 +1,12 @@
-#include "mapi/read_mail_win.h"
+#include "src/mapi/read_mail_win.h"
 
 #include <cstring>
 
-#include "bridge/report_win.h"
-#include "mapi/mapi_log_win.h"
-#include "mapi/message_image.h"
-#include "mapi/store_request_win.h"
-#include "text/host_text.h"
+#include "src/bridge/report_win.h"
+#include "src/mapi/mapi_log_win.h"
+#include "src/mapi/message_image.h"
+#include "src/mapi/store_request_win.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo::mapi {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "mapi/mapi_records.h"
+#include "src/mapi/mapi_records.h"
 
 namespace wfinfo::mapi {
 

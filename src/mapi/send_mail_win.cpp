@@ -1,4 +1,4 @@
-#include "mapi/send_mail_win.h"
+#include "src/mapi/send_mail_win.h"
 
 #include <windows.h>
 
@@ -6,18 +6,18 @@
 #include <string_view>
 #include <utility>
 
-#include "base/unique_win.h"
-#include "bridge/registry_binding_win.h"
-#include "bridge/report_win.h"
-#include "mapi/command_line_builder.h"
-#include "mapi/command_line_mutex_win.h"
-#include "mapi/hand_off_win.h"
-#include "mapi/host_blocks.h"
-#include "mapi/host_launch_win.h"
-#include "mapi/lost_mail_win.h"
-#include "mapi/mapi_log_win.h"
-#include "text/system_code_page_win.h"
-#include "text/utf8_text.h"
+#include "src/base/unique_win.h"
+#include "src/bridge/registry_binding_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/system_code_page_win.h"
+#include "src/mapi/command_line_builder.h"
+#include "src/mapi/command_line_mutex_win.h"
+#include "src/mapi/hand_off_win.h"
+#include "src/mapi/host_blocks.h"
+#include "src/mapi/host_launch_win.h"
+#include "src/mapi/lost_mail_win.h"
+#include "src/mapi/mapi_log_win.h"
+#include "src/text/utf8_text.h"
 
 namespace wfinfo::mapi {
 namespace {
@@ -90,8 +90,8 @@ void LogContents(const Mail& mail) {
   for (const FileRecord& file : mail.files) LogText("attach=", file.path);
 }
 
-// Takes the settings into account, and what forces the new-mail window: then the user's signature is wanted
-// too.
+// Takes the settings into account, and what forces the new-mail window: then the user's signature is
+// wanted too.
 void Decide(Mail* mail, const SendSettings& settings, unsigned flags) {
   mail->mode = settings.mode;
   mail->macro = settings.macro;
@@ -100,8 +100,8 @@ void Decide(Mail* mail, const SendSettings& settings, unsigned flags) {
 }
 
 // Passes the line that `write` puts into a block of `size` bytes to the host and gives up this program's
-// turn. The user is told of a mail that could not be passed once that is done: a box keeps no other program
-// waiting.
+// turn. The user is told of a mail that could not be passed once that is done: a box keeps no other
+// program waiting.
 template <class Write>
 void HandOver(HWND host, OwnedMutex turn, std::size_t size, const char* no_block, Write write) {
   const char* failed = nullptr;

@@ -1,12 +1,12 @@
 // Handing the mails of other programs to the host.
 #pragma once
 
-#include "mapi/mapi_records.h"
+#include "src/mapi/mapi_records.h"
 
 namespace wfinfo::mapi {
 
-// Starts the host if none runs and hands `message` over; null members, and ones that cannot be read, count as
-// missing.
+// Starts the host if none runs and hands `message` over; null members, and ones that cannot be read, count
+// as missing.
 void SendMail(const MailRecord* message, unsigned flags);
 
 // The same for a new mail with the files `paths`; nothing happens without any.

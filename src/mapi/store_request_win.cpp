@@ -1,8 +1,8 @@
-#include "mapi/store_request_win.h"
+#include "src/mapi/store_request_win.h"
 
-#include "mapi/host_launch_win.h"
-#include "mapi/launch_dialogs_win.h"
-#include "mapi/mapi_log_win.h"
+#include "src/mapi/host_launch_win.h"
+#include "src/mapi/launch_dialogs_win.h"
+#include "src/mapi/mapi_log_win.h"
 
 namespace wfinfo::mapi {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <windows.h>
 
-#include "mapi/hand_off_win.h"
-#include "mapi/host_blocks.h"
+#include "src/mapi/hand_off_win.h"
+#include "src/mapi/host_blocks.h"
 
 namespace wfinfo::mapi {
 

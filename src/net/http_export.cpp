@@ -1,7 +1,7 @@
 // HTTP requests for macros.
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "net/http_session_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/net/http_session_win.h"
 
 long long Inet_OpenUrl(const char* url) noexcept { return wfinfo::IsText(url) ? wfinfo::OpenUrl(url) : 0; }
 const char* Inet_Read() noexcept { return wfinfo::ReadBody(); }

@@ -1,12 +1,12 @@
-#include "net/http_session_win.h"
+#include "src/net/http_session_win.h"
 
 #include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <utility>
 
-#include "bridge/report_win.h"
-#include "bridge/results_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/results_win.h"
 
 namespace wfinfo {
 namespace {
@@ -50,8 +50,8 @@ HANDLE TakeTable() {
   return mutex;
 }
 
-// Holds the table. A wait that times out is ignored, on purpose: a stuck thread must not stop the others for
-// ever.
+// Holds the table. A wait that times out is ignored, on purpose: a stuck thread must not stop the others
+// for ever.
 class TableLock {
  public:
   TableLock() : mutex_(TakeTable()) {}
@@ -183,8 +183,8 @@ bool IsOpenStill(const InetSession& session) {
   return entry != nullptr && entry->request == session.request;
 }
 
-// Reads up to `room` bytes. Their number; -1 after a report, or silently when the request was closed
-// meanwhile.
+// Reads up to `room` bytes. Their number; -1 after a report, or silently when the request was
+// closed meanwhile.
 long long ReadSome(const InetSession& session, SIZE_T used, SIZE_T room) {
   INTERNET_BUFFERSA record{};
   record.dwStructSize = sizeof record;

@@ -1,8 +1,8 @@
-// HTTP requests of macros: at most one open request for each calling thread, kept in one table of the
-// process.
+// HTTP requests of macros: at most one open request for each calling thread, kept in one table of
+// the process.
 #pragma once
 
-#include "net/wininet_binding_win.h"
+#include "src/net/wininet_binding_win.h"
 
 namespace wfinfo {
 

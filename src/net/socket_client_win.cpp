@@ -1,14 +1,14 @@
-#include "net/socket_client_win.h"
+#include "src/net/socket_client_win.h"
 
-#include "net/winsock_binding_win.h"
+#include "src/net/winsock_binding_win.h"
 
 #include <cstring>
 #include <optional>
 
-#include "bridge/module_win.h"
-#include "bridge/report_win.h"
-#include "bridge/results_win.h"
-#include "text/host_text.h"
+#include "src/bridge/module_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/results_win.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo {
 
@@ -68,8 +68,8 @@ LRESULT CALLBACK SockProxyWndProc(HWND window, UINT message, WPARAM wparam, LPAR
   if (message != kSocketEvent) return DefWindowProcA(window, message, wparam, lparam);
   if (!g_waiting) return 0;
   if (LOWORD(lparam) == FD_READ) ReadPending();
-  // At a close, data still pending is not read: the exchange ends as soon as the close is signalled, on
-  // purpose.
+  // At a close, data still pending is not read: the exchange ends as soon as the close is signalled,
+  // on purpose.
   if (LOWORD(lparam) == FD_CLOSE) EndExchange();
   return 0;
 }

@@ -7,8 +7,8 @@ namespace wfinfo {
 // What the last socket function failed at, null when it did not. A fixed English text.
 extern const char* g_sockErrorText;
 
-// 1 when connected, else 0 with g_sockErrorText set. An earlier connection is closed first. Of `port` 16 bits
-// count.
+// 1 when connected, else 0 with g_sockErrorText set. An earlier connection is closed first. Of `port`
+// 16 bits count.
 int ConnectSocket(const char* host, unsigned port, bool non_blocking);
 
 // Sends a text with one call. 1 unless that failed or there is no connection.

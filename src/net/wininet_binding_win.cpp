@@ -1,6 +1,6 @@
-#include "net/wininet_binding_win.h"
+#include "src/net/wininet_binding_win.h"
 
-#include "bridge/module_win.h"
+#include "src/bridge/module_win.h"
 
 namespace wfinfo {
 

@@ -1,6 +1,6 @@
-#include "net/winsock_binding_win.h"
+#include "src/net/winsock_binding_win.h"
 
-#include "bridge/module_win.h"
+#include "src/bridge/module_win.h"
 
 namespace wfinfo {
 

@@ -1,9 +1,9 @@
-#include "smime/address_words.h"
+#include "src/smime/address_words.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "text/host_text.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -41,7 +41,7 @@ std::string_view FurtherAddresses(std::string_view list);
 
 // Where the signer's address begins, counted from the start of its label in a report: the length of the
 // Japanese label with its blank. Used for the shorter English label too, so that an English address is read
-// without its first character; kept on purpose.
+// without its first character.
 inline constexpr std::size_t kSignerAddressOffset = 23;
 
 // The signer's address in a verification report: from the offset behind the first `label` that begins a line

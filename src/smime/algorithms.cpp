@@ -1,4 +1,4 @@
-#include "smime/algorithms.h"
+#include "src/smime/algorithms.h"
 
 #include <cstddef>
 #include <iterator>

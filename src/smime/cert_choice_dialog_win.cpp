@@ -1,10 +1,10 @@
-#include "smime/cert_choice_dialog_win.h"
+#include "src/smime/cert_choice_dialog_win.h"
 
-#include "bridge/host_window_win.h"
-#include "bridge/module_win.h"
-#include "resource_ids.h"
-#include "smime/cert_match_win.h"
-#include "smime/report_writer.h"
+#include "resources/resource_ids.h"
+#include "src/bridge/host_window_win.h"
+#include "src/bridge/module_win.h"
+#include "src/smime/cert_match_win.h"
+#include "src/smime/report_writer.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -1,7 +1,7 @@
 // Dialog 107: the user chooses one of several certificates.
 #pragma once
 
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

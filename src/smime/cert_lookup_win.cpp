@@ -1,16 +1,16 @@
-#include "smime/cert_lookup_win.h"
+#include "src/smime/cert_lookup_win.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 #include <utility>
 
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "smime/address_words.h"
-#include "smime/cert_choice_dialog_win.h"
-#include "smime/cert_match_win.h"
-#include "smime/report_writer.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/smime/address_words.h"
+#include "src/smime/cert_choice_dialog_win.h"
+#include "src/smime/cert_match_win.h"
+#include "src/smime/report_writer.h"
 
 namespace wfinfo::smime {
 namespace {
@@ -77,7 +77,7 @@ void Candidates::TestValidity() {
   }
 }
 
-// Swaps, as the order that users know, rather than keeping the order of the others.
+// Swaps, which changes the order of the rest too: the choice dialog lists them in it.
 void Candidates::PutValidFirst() {
   for (int i = 0; i < count_; ++i) {
     if (list_[i].is_valid) continue;

@@ -1,15 +1,15 @@
-#include "smime/cert_match_win.h"
+#include "src/smime/cert_match_win.h"
 
 #include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string_view>
 
-#include "base/fatal.h"
-#include "smime/address_words.h"
-#include "smime/mail_names.h"
-#include "smime/message_store_win.h"
-#include "smime/report_writer.h"
+#include "src/base/fatal.h"
+#include "src/smime/address_words.h"
+#include "src/smime/mail_names.h"
+#include "src/smime/message_store_win.h"
+#include "src/smime/report_writer.h"
 
 namespace wfinfo::smime {
 namespace {

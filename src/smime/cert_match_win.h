@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

@@ -1,8 +1,8 @@
-#include "smime/cert_report_win.h"
+#include "src/smime/cert_report_win.h"
 
-#include "smime/cert_match_win.h"
-#include "smime/chain_texts_win.h"
-#include "smime/report_writer.h"
+#include "src/smime/cert_match_win.h"
+#include "src/smime/chain_texts_win.h"
+#include "src/smime/report_writer.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -1,7 +1,7 @@
 // The report on one certificate, and the system's own verdict on it.
 #pragma once
 
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

@@ -1,6 +1,6 @@
-#include "smime/chain_texts_win.h"
+#include "src/smime/chain_texts_win.h"
 
-#include "bridge/language_win.h"
+#include "src/bridge/language_win.h"
 
 namespace wfinfo::smime {
 namespace {
@@ -10,7 +10,7 @@ struct Row {
   Message text;  // some have no Japanese text of their own
 };
 
-// Spellings ("Ther") stand as users know them.
+// Macros see these texts in a report, spellings ("Ther") included.
 const Row kRows[] = {
     {1,
      {"Expired certificate exist in the certificate chain.",

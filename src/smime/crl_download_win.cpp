@@ -1,9 +1,9 @@
-#include "smime/crl_download_win.h"
+#include "src/smime/crl_download_win.h"
 
 #include <cstring>
 
-#include "base/unique_win.h"
-#include "net/wininet_binding_win.h"
+#include "src/base/unique_win.h"
+#include "src/net/wininet_binding_win.h"
 
 namespace wfinfo::smime {
 namespace {
@@ -111,7 +111,7 @@ HLOCAL DownloadCrl(const char* url, DWORD* size, char (&error)[kDownloadErrorRoo
     return nullptr;
   }
   *size = body.size();
-  // After a success both handles stay open for the rest of the process; kept on purpose.
+  // After a success both handles stay open for the rest of the process.
   request.release();
   internet.release();
   return copy;

@@ -1,4 +1,4 @@
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 #include <algorithm>
 #include <atomic>
@@ -6,11 +6,11 @@
 #include <iterator>
 #include <string_view>
 
-#include "base/fatal.h"
-#include "bridge/debug_log_win.h"
-#include "bridge/host_protocol.h"
-#include "bridge/host_window_win.h"
-#include "bridge/module_win.h"
+#include "src/base/fatal.h"
+#include "src/bridge/debug_log_win.h"
+#include "src/bridge/host_protocol.h"
+#include "src/bridge/host_window_win.h"
+#include "src/bridge/module_win.h"
 
 namespace wfinfo::smime {
 

@@ -10,8 +10,8 @@
 #include <cryptuiapi.h>
 // clang-format on
 
-#include "base/unique_win.h"
-#include "bridge/language_win.h"
+#include "src/base/unique_win.h"
+#include "src/bridge/language_win.h"
 
 // The entry points taken from crypt32, in the order in which they are looked up.
 #define WFINFO_CRYPT32_ENTRIES(ENTRY)          \
@@ -64,13 +64,13 @@ struct CryptoBinding {
   decltype(&::CryptUIDlgViewCertificateW) CryptUIDlgViewCertificateW;
   HMODULE wintrust;  // null until the first verdict is asked for
 };
-// An entry that the loaded crypt32 lacks is null when its users look for that, else a function that fails
-// with ERROR_PROC_NOT_FOUND: no operation ends the process, and one that can do without the entry still
-// works.
+// An entry that the loaded crypt32 lacks is null when its users look for that, else a function that
+// fails with ERROR_PROC_NOT_FOUND: no operation ends the process, and one that can do without the entry
+// still works.
 extern CryptoBinding g_crypto;
 
-// Where modules and entries come from. Whoever watches or replaces single entries puts his own functions
-// here.
+// Where modules and entries come from. Whoever watches or replaces single entries puts his own
+// functions here.
 struct CryptoLoader {
   HMODULE (*load)(const char* path);
   void* (*entry)(HMODULE module, const char* name);

@@ -1,4 +1,4 @@
-#include "smime/decrypt_win.h"
+#include "src/smime/decrypt_win.h"
 
 namespace wfinfo::smime {
 

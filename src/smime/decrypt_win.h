@@ -1,8 +1,8 @@
 // Opening an envelope.
 #pragma once
 
-#include "external/pgp_state_win.h"
-#include "smime/crypto_binding_win.h"
+#include "src/bridge/security_state_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

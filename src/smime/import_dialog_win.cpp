@@ -1,9 +1,9 @@
 // Dialog 105: five rows of a check box, a store to choose, and the label in front of that.
 #include <cstdio>
 
-#include "bridge/module_win.h"
-#include "resource_ids.h"
-#include "smime/import_win.h"
+#include "resources/resource_ids.h"
+#include "src/bridge/module_win.h"
+#include "src/smime/import_win.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -1,11 +1,11 @@
-#include "smime/import_win.h"
+#include "src/smime/import_win.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "bridge/host_window_win.h"
-#include "bridge/report_win.h"
-#include "smime/cert_match_win.h"
+#include "src/bridge/host_window_win.h"
+#include "src/bridge/report_win.h"
+#include "src/smime/cert_match_win.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

@@ -1,4 +1,4 @@
-#include "smime/mail_names.h"
+#include "src/smime/mail_names.h"
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-#include "smime/message_store_win.h"
+#include "src/smime/message_store_win.h"
 
 #include <cstring>
 #include <utility>

@@ -1,7 +1,7 @@
 // The certificates that the last verified message carried, and whose signature it has.
 #pragma once
 
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

@@ -1,11 +1,11 @@
-#include "smime/report_control_win.h"
+#include "src/smime/report_control_win.h"
 
 #include <cstdarg>
 #include <cstdio>
 
-#include "bridge/host_request_win.h"
-#include "bridge/language_win.h"
-#include "smime/report_writer.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/language_win.h"
+#include "src/smime/report_writer.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -1,11 +1,11 @@
-#include "smime/report_writer.h"
+#include "src/smime/report_writer.h"
 
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
-#include "text/host_text.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo::smime {
 namespace {

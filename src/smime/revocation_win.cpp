@@ -1,15 +1,15 @@
-#include "smime/revocation_win.h"
+#include "src/smime/revocation_win.h"
 
 #include <cstring>
 #include <string_view>
 
-#include "smime/address_words.h"
-#include "smime/cert_match_win.h"
-#include "smime/chain_texts_win.h"
-#include "smime/crl_download_win.h"
-#include "smime/report_control_win.h"
-#include "smime/report_writer.h"
-#include "smime/signature_report_win.h"
+#include "src/smime/address_words.h"
+#include "src/smime/cert_match_win.h"
+#include "src/smime/chain_texts_win.h"
+#include "src/smime/crl_download_win.h"
+#include "src/smime/report_control_win.h"
+#include "src/smime/report_writer.h"
+#include "src/smime/signature_report_win.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -1,7 +1,7 @@
 // Checking the revocation of a signer's certificate and of all above it, with a report line for each finding.
 #pragma once
 
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

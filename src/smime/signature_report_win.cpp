@@ -1,12 +1,12 @@
-#include "smime/signature_report_win.h"
+#include "src/smime/signature_report_win.h"
 
 #include <cstring>
 
-#include "bridge/results_win.h"
-#include "smime/address_words.h"
-#include "smime/cert_match_win.h"
-#include "smime/cert_report_win.h"
-#include "smime/report_writer.h"
+#include "src/bridge/results_win.h"
+#include "src/smime/address_words.h"
+#include "src/smime/cert_match_win.h"
+#include "src/smime/cert_report_win.h"
+#include "src/smime/report_writer.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -1,7 +1,7 @@
 // The report on a signed message: who signed it, and whether that is the sender.
 #pragma once
 
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

@@ -1,21 +1,21 @@
-#include "smime/smime_engine_win.h"
+#include "src/smime/smime_engine_win.h"
 
 #include <cstring>
 #include <string_view>
 #include <utility>
 
-#include "bridge/debug_log_win.h"
-#include "bridge/host_window_win.h"
-#include "bridge/results_win.h"
-#include "external/pgp_state_win.h"
-#include "smime/address_words.h"
-#include "smime/algorithms.h"
-#include "smime/cert_lookup_win.h"
-#include "smime/cert_report_win.h"
-#include "smime/crypto_binding_win.h"
-#include "smime/decrypt_win.h"
-#include "smime/report_writer.h"
-#include "smime/verify_win.h"
+#include "src/bridge/debug_log_win.h"
+#include "src/bridge/host_window_win.h"
+#include "src/bridge/results_win.h"
+#include "src/bridge/security_state_win.h"
+#include "src/smime/address_words.h"
+#include "src/smime/algorithms.h"
+#include "src/smime/cert_lookup_win.h"
+#include "src/smime/cert_report_win.h"
+#include "src/smime/crypto_binding_win.h"
+#include "src/smime/decrypt_win.h"
+#include "src/smime/report_writer.h"
+#include "src/smime/verify_win.h"
 
 namespace wfinfo::smime {
 namespace {

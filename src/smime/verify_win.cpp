@@ -1,12 +1,12 @@
-#include "smime/verify_win.h"
+#include "src/smime/verify_win.h"
 
 #include <utility>
 
-#include "bridge/results_win.h"
-#include "external/pgp_state_win.h"
-#include "smime/decrypt_win.h"
-#include "smime/message_store_win.h"
-#include "smime/signature_report_win.h"
+#include "src/bridge/results_win.h"
+#include "src/bridge/security_state_win.h"
+#include "src/smime/decrypt_win.h"
+#include "src/smime/message_store_win.h"
+#include "src/smime/signature_report_win.h"
 
 namespace wfinfo::smime {
 namespace {

@@ -1,7 +1,7 @@
 // Verifying the signatures of a message.
 #pragma once
 
-#include "smime/crypto_binding_win.h"
+#include "src/smime/crypto_binding_win.h"
 
 namespace wfinfo::smime {
 

@@ -1,4 +1,4 @@
-#include "text/code_page.h"
+#include "src/text/code_page.h"
 
 namespace wfinfo {
 namespace {

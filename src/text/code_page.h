@@ -20,8 +20,8 @@ struct CharacterCalls {
   int (*to_host)(char16_t unit, char* bytes, bool* default_used);
 };
 
-// Host forms of a unit that are no characters of the code page. No unit from 0x80 on has one of these two
-// values.
+// Host forms of a unit that are no characters of the code page. No unit from 0x80 on has one of these
+// two values.
 inline constexpr std::uint16_t kNeedsEscape = 1;      // the default character had to be used
 inline constexpr std::uint16_t kNoHostForm = 0xFFFF;  // any other outcome than one or two bytes
 

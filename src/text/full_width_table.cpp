@@ -1,5 +1,5 @@
 // Printed by tools/make_full_width_table.py from East_Asian_Width of Unicode 14.0.0. Do not edit.
-#include "text/full_width_table.h"
+#include "src/text/full_width_table.h"
 
 namespace wfinfo {
 

@@ -1,6 +1,6 @@
 // Wide characters of the three ranges that a rule does not settle, one bit each, lowest bit first.
-// full_width_table.cpp is printed by tools/make_full_width_table.py and says which version of Unicode it
-// follows.
+// full_width_table.cpp is printed by tools/make_full_width_table.py and says which version of Unicode
+// it follows.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "text/host_text.h"
+#include "src/text/host_text.h"
 
 #include <cstring>
 

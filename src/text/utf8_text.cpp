@@ -1,4 +1,4 @@
-#include "text/utf8_text.h"
+#include "src/text/utf8_text.h"
 
 #include <emmintrin.h>
 
@@ -7,8 +7,8 @@
 #include <bit>
 #include <cstdint>
 
-#include "text/host_text.h"
-#include "text/wide_text.h"
+#include "src/text/host_text.h"
+#include "src/text/wide_text.h"
 
 namespace wfinfo {
 namespace {
@@ -19,8 +19,8 @@ constexpr char16_t kByteOrderMark = 0xFEFF;
 constexpr unsigned char Byte(char byte) { return static_cast<unsigned char>(byte); }
 constexpr bool IsTrail(char byte) { return (Byte(byte) & 0xC0) == 0x80; }
 
-// Length that a lead byte announces, up to the six of the old definition; 0 for a byte that starts no
-// sequence.
+// Length that a lead byte announces, up to the six of the old definition; 0 for a byte that starts
+// no sequence.
 constexpr std::size_t AnnouncedLength(char lead) {
   const int ones = std::countl_one(Byte(lead));
   return ones >= 2 && ones <= 6 ? static_cast<std::size_t>(ones) : 0;

@@ -4,12 +4,12 @@
 #include <cstddef>
 #include <string_view>
 
-#include "text/code_page.h"
+#include "src/text/code_page.h"
 
 namespace wfinfo {
 
-// True when `text` is well-formed: shortest forms only, no surrogates, nothing above U+10FFFF. An empty text
-// is.
+// True when `text` is well-formed: shortest forms only, no surrogates, nothing above U+10FFFF. An empty
+// text is.
 bool IsWellFormedUtf8(std::string_view text);
 
 // The routines behind it, fastest last; all that this processor runs.

@@ -1,11 +1,11 @@
-#include "text/wide_text.h"
+#include "src/text/wide_text.h"
 
 #include <emmintrin.h>
 
 #include <bit>
 
-#include "text/full_width_table.h"
-#include "text/host_text.h"
+#include "src/text/full_width_table.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo {
 namespace {

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "text/code_page.h"
+#include "src/text/code_page.h"
 
 namespace wfinfo {
 

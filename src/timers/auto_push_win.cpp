@@ -1,11 +1,11 @@
-#include "timers/auto_push_win.h"
+#include "src/timers/auto_push_win.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "base/unique_win.h"
-#include "bridge/host_window_win.h"
-#include "timers/stray_timers_win.h"
+#include "src/base/unique_win.h"
+#include "src/bridge/host_window_win.h"
+#include "src/timers/stray_timers_win.h"
 
 namespace wfinfo {
 

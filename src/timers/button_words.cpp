@@ -1,6 +1,6 @@
-#include "timers/button_words.h"
+#include "src/timers/button_words.h"
 
-#include "commands/keyword_table.h"
+#include "src/commands/keyword_table.h"
 
 namespace wfinfo {
 namespace {

@@ -1,9 +1,9 @@
-#include "timers/exec_at_win.h"
+#include "src/timers/exec_at_win.h"
 
-#include "bridge/host_protocol.h"
-#include "bridge/host_window_win.h"
-#include "bridge/report_win.h"
-#include "timers/stable_slots_win.h"
+#include "src/bridge/host_protocol.h"
+#include "src/bridge/host_window_win.h"
+#include "src/bridge/report_win.h"
+#include "src/timers/stable_slots_win.h"
 
 namespace wfinfo {
 namespace {

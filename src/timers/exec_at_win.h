@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "bridge/host_request_win.h"
+#include "src/bridge/host_request_win.h"
 
 namespace wfinfo {
 

@@ -1,4 +1,4 @@
-#include "timers/stable_slots_win.h"
+#include "src/timers/stable_slots_win.h"
 
 #include <windows.h>
 

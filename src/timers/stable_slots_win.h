@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
-#include "bridge/host_request_win.h"
-#include "catalogue/stable_texts_win.h"
+#include "src/bridge/host_request_win.h"
+#include "src/entry/stable_texts_win.h"
 
 namespace wfinfo {
 

@@ -1,4 +1,4 @@
-#include "timers/stray_timers_win.h"
+#include "src/timers/stray_timers_win.h"
 
 #include <atomic>
 

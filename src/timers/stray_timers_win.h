@@ -17,9 +17,9 @@ HMODULE ReferenceOfStray(UINT_PTR timer);
 // When a thread ends: its timers have ended with it. To be called under the lock of the system's loader.
 void ReleaseStraysOfThread();
 
-// A timer procedure whose body answers with ReferenceOfStray. The reference may be the last one, so nothing
-// of this library may run after FreeLibrary: the procedure jumps there, and FreeLibrary returns to the
-// system.
+// A timer procedure whose body answers with ReferenceOfStray. The reference may be the last one, so
+// nothing of this library may run after FreeLibrary: the procedure jumps there, and FreeLibrary returns to
+// the system.
 #define WFINFO_LEAVING_TIMER(procedure, body)                                   \
   extern "C" void CALLBACK procedure(HWND, UINT, UINT_PTR, DWORD);              \
   __asm__(".text\n.globl " #procedure "\n.seh_proc " #procedure "\n" #procedure \

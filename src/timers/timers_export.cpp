@@ -5,12 +5,12 @@
 #include <cstdarg>
 #include <optional>
 
-#include "bridge/host_request_win.h"
-#include "bridge/report_win.h"
-#include "catalogue/declarations.h"
-#include "timers/auto_push_win.h"
-#include "timers/button_words.h"
-#include "timers/exec_at_win.h"
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/timers/auto_push_win.h"
+#include "src/timers/button_words.h"
+#include "src/timers/exec_at_win.h"
 
 using namespace wfinfo;
 
@@ -19,7 +19,8 @@ namespace {
 constexpr int kCodeRunMacro = 160;
 constexpr unsigned kMillisecondsOfSecond = 1000;
 
-// The button that a macro names, or nothing after the report. A bad pointer is reported twice, on purpose.
+// The button that a macro names, or nothing after the report. A bad pointer is reported twice: by the check
+// of the text, and as a button that is not known.
 std::optional<std::uint32_t> ButtonOrReport(const char* button) {
   if (button == nullptr) return 0;
   const std::optional<std::uint32_t> id = IsText(button) ? ButtonOf(button) : std::nullopt;

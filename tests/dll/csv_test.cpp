@@ -3,10 +3,10 @@
 
 #include <random>
 
-#include "support/csv_reference.h"
-#include "support/library.h"
-#include "support/scripted_host_win.h"
-#include "support/temp_folder_win.h"
+#include "tests/support/csv_reference.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
+#include "tests/support/temp_folder_win.h"
 
 namespace wfinfo_test {
 namespace {

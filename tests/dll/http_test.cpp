@@ -1,11 +1,10 @@
 // HTTP requests of macros against a real server on this machine.
-#include "support/loopback_server_win.h"
+#include "tests/support/loopback_server_win.h"
 // winsock2.h must come before windows.h.
 #include <gtest/gtest.h>
 
-
-#include "support/library.h"
-#include "support/scripted_host_win.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 namespace {
@@ -261,8 +260,8 @@ TEST(Http, TheResponseCodeNeedsOnlyThatSomeThreadOpened) {
   ScriptedHost host;
   FixedServer fixed(Answer("x"));
   Holders holders(1, fixed.server.Url());
-  // Wine's WinINet always fails this call (without a text buffer); real ones may answer. No message either
-  // way.
+  // Wine's WinINet always fails this call (without a text buffer); real ones may answer. No message
+  // either way.
   const long long code = Inet_GetResponseCode();
   EXPECT_TRUE(code == -1 || code >= 0);
   host.ExpectMessages({});

@@ -1,7 +1,7 @@
 // Mail flags, the menu options of a mail being written, and character sets.
 #include <gtest/gtest.h>
 
-#include "support/bad_texts.h"
+#include "tests/support/bad_texts.h"
 
 namespace wfinfo_test {
 namespace {

@@ -2,7 +2,7 @@
 // to see and zeros, never what lay on a stack or in a heap.
 #include <cstring>
 
-#include "support/mapi_host_win.h"
+#include "tests/support/mapi_host_win.h"
 
 namespace wfinfo_test {
 namespace {

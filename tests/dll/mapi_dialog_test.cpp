@@ -1,7 +1,7 @@
 // Simple MAPI: the two dialogs that show while the host keeps a caller waiting.
 #include <thread>
 
-#include "support/mapi_host_win.h"
+#include "tests/support/mapi_host_win.h"
 
 namespace wfinfo_test {
 namespace {

@@ -2,8 +2,8 @@
 #include <atomic>
 #include <thread>
 
-#include "support/import_patch_win.h"
-#include "support/mapi_host_win.h"
+#include "tests/support/import_patch_win.h"
+#include "tests/support/mapi_host_win.h"
 
 namespace wfinfo_test {
 namespace {

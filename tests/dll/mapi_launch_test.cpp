@@ -1,8 +1,8 @@
 // Simple MAPI: starting the host.
 #include <filesystem>
 
-#include "support/mapi_host_win.h"
-#include "support/temp_folder_win.h"
+#include "tests/support/mapi_host_win.h"
+#include "tests/support/temp_folder_win.h"
 
 namespace wfinfo_test {
 namespace {

@@ -1,8 +1,8 @@
 // Simple MAPI: what the user sees of a mail that does not reach the host, and what is left behind then.
 #include <thread>
 
-#include "support/import_patch_win.h"
-#include "support/mapi_host_win.h"
+#include "tests/support/import_patch_win.h"
+#include "tests/support/mapi_host_win.h"
 
 namespace wfinfo_test {
 namespace {

@@ -1,5 +1,5 @@
 // Simple MAPI: from a caller's mail to the command line that the host receives.
-#include "support/mapi_host_win.h"
+#include "tests/support/mapi_host_win.h"
 
 namespace wfinfo_test {
 namespace {

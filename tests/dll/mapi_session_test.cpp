@@ -1,5 +1,5 @@
 // Simple MAPI: sessions, names, what is not supported, and the log.
-#include "support/mapi_host_win.h"
+#include "tests/support/mapi_host_win.h"
 
 namespace wfinfo_test {
 namespace {

@@ -1,8 +1,8 @@
 // Simple MAPI: finding, reading and deleting mails of the host's store.
 #include <cstring>
 
-#include "support/import_patch_win.h"
-#include "support/mapi_host_win.h"
+#include "tests/support/import_patch_win.h"
+#include "tests/support/mapi_host_win.h"
 
 namespace wfinfo_test {
 namespace {

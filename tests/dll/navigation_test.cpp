@@ -1,7 +1,7 @@
 // Moving, replying, forwarding, the log and custom transmission.
 #include <gtest/gtest.h>
 
-#include "support/bad_texts.h"
+#include "tests/support/bad_texts.h"
 
 namespace wfinfo_test {
 namespace {

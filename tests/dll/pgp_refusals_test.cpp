@@ -2,7 +2,7 @@
 // dialogs that say so.
 #include <thread>
 
-#include "support/pgp_exports_win.h"
+#include "tests/support/pgp_exports_win.h"
 
 namespace wfinfo_test {
 namespace {

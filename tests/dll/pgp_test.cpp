@@ -1,6 +1,6 @@
 // PGP and GnuPG through the exports, with a recording child program: what it is given, what comes back, what
 // must not leak.
-#include "support/pgp_exports_win.h"
+#include "tests/support/pgp_exports_win.h"
 
 namespace wfinfo_test {
 namespace {

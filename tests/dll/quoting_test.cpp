@@ -3,8 +3,8 @@
 
 #include <cstring>
 
-#include "support/library.h"
-#include "support/scripted_host_win.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 namespace {
@@ -169,6 +169,13 @@ TEST_F(Quoting, CustomHeadersComeFromTheWholeHeader) {
   EXPECT_STREQ(OrikaeshiCustomRootHeader(nullptr), "");
   EXPECT_STREQ(QuotedCustomRootHeader(nullptr), "");
   host_.ExpectMessages(std::vector<std::string>(4, kStringMessageEnglish));
+}
+
+TEST(QuotedHtml, AnHtmlMailIsQuotedThroughTwoRequests) {
+  ScriptedHost host;
+  host.Expect(268).Answer("<p>hi</p>");
+  host.Expect(269).Text("<p>hi</p>").Answer("<blockquote>");
+  EXPECT_STREQ(QuotedRootHtml(), "<blockquote>");
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <wincrypt.h>  // needs the one above
 // clang-format on
 
-#include "support/library.h"
-#include "support/scripted_host_win.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 namespace {

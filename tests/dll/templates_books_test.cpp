@@ -1,7 +1,7 @@
 // Templates, find packs, grep, folder counters and the address book.
 #include <gtest/gtest.h>
 
-#include "support/bad_texts.h"
+#include "tests/support/bad_texts.h"
 
 namespace wfinfo_test {
 namespace {

@@ -1,8 +1,10 @@
 """The built library from outside: its imports, exports, hardening, and what was printed from the catalogue."""
+import collections
 import json
 import os
 import pathlib
 import re
+import struct
 import subprocess
 import unittest
 
@@ -15,6 +17,10 @@ PLAIN = {**os.environ, "LC_ALL": "C"}  # the tools' own words, not translated on
 def headers(*options):
     return subprocess.run(["x86_64-w64-mingw32-objdump", *options, str(OUT / "WFINFO.dll")], capture_output=True,
                           text=True, check=True, env=PLAIN).stdout
+
+
+def symbols():
+    return subprocess.run(["x86_64-w64-mingw32-nm", str(OUT / "WFINFO.dll")], capture_output=True, text=True, check=True).stdout
 
 
 def exported_names():
@@ -38,10 +44,22 @@ class Library(unittest.TestCase):
         moves = re.findall(r"vmov(?:dqa|aps|apd)\b.*ymm.*\(.*|vmov(?:dqa|aps|apd)\b.*\(.*ymm.*", headers("-d"))
         self.assertEqual(moves, [])
 
-    def test_no_static_constructors_of_our_own(self):
-        # The list of constructors holds its two end marks and, from the compiler's start-up code, nothing of ours.
-        symbols = subprocess.run(["x86_64-w64-mingw32-nm", str(OUT / "WFINFO.dll")], capture_output=True, text=True)
-        self.assertEqual(re.findall(r"_GLOBAL__sub_I_\w*wfinfo\w*", symbols.stdout), [])
+    def test_nothing_is_constructed_at_load(self):
+        # The list of constructors: a mark of -1, addresses, a 0. The compiler's start-up code has one of its own.
+        names = collections.defaultdict(list)
+        for address, name in re.findall(r"^([0-9a-f]+) \w (\S+)$", symbols(), re.M):
+            if not name.startswith("."):  # of a section
+                names[int(address, 16)].append(name)
+        start = next(address for address, found in names.items() if "__CTOR_LIST__" in found)
+        dump = headers("-s", f"--start-address={start:#x}", f"--stop-address={start + 512:#x}")
+        data = b"".join(bytes.fromhex(line[:35].replace(" ", "")) for line in re.findall(r"^ [0-9a-f]+ (.{35})", dump, re.M))
+        entries = struct.unpack(f"<{len(data) // 8}Q", data)
+        self.assertEqual(entries[0], 2**64 - 1)
+        listed = entries[1:entries.index(0)]
+        self.assertEqual([names[entry] for entry in listed], [["register_frame_ctor"]])
+
+    def test_the_exceptions_part_of_the_cxx_library_is_not_linked(self):
+        self.assertEqual(re.findall(r" (_ZN10__cxxabiv1\w+|_ZN9__gnu_cxx\w+|__cxa_\w+|__gxx_\w+|_Unwind_\w+)$", symbols(), re.M), [])
 
     def test_exports_are_exactly_the_catalogue(self):
         rows = json.loads((OUT / "reference.json").read_text(encoding="utf-8"))

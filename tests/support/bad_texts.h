@@ -4,8 +4,8 @@
 #include <functional>
 #include <vector>
 
-#include "support/library.h"
-#include "support/scripted_host_win.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 

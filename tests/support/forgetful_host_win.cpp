@@ -1,4 +1,4 @@
-#include "support/forgetful_host_win.h"
+#include "tests/support/forgetful_host_win.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/scripted_host_win.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 

@@ -7,7 +7,7 @@
 
 #include <cstddef>
 
-#include "text/code_page.h"
+#include "src/text/code_page.h"
 
 namespace wfinfo_test {
 

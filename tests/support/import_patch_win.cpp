@@ -1,4 +1,4 @@
-#include "support/import_patch_win.h"
+#include "tests/support/import_patch_win.h"
 
 #include <gtest/gtest.h>
 

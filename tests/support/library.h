@@ -1,4 +1,5 @@
-// The library under test, with C++ linkage sorted out: #include "support/library.h" instead of <windows.h>.
+// The library under test, with C++ linkage sorted out: #include "tests/support/library.h" instead
+// of <windows.h>.
 #pragma once
 
 #include <windows.h>

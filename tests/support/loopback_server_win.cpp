@@ -1,4 +1,4 @@
-#include "support/loopback_server_win.h"
+#include "tests/support/loopback_server_win.h"
 
 #include <gtest/gtest.h>
 

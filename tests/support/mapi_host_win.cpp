@@ -1,4 +1,4 @@
-#include "support/mapi_host_win.h"
+#include "tests/support/mapi_host_win.h"
 
 #include <cstring>
 #include <mutex>

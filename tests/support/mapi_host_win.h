@@ -13,10 +13,10 @@
 #include <string>
 #include <vector>
 
-#include "mapi/host_blocks.h"
-#include "support/guarded_win.h"
-#include "support/library.h"
-#include "support/scripted_host_win.h"
+#include "src/mapi/host_blocks.h"
+#include "tests/support/guarded_win.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 

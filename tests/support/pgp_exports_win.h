@@ -1,8 +1,8 @@
 // The OpenPGP exports on their stage.
 #pragma once
 
-#include "support/library.h"
-#include "support/pgp_stage_win.h"
+#include "tests/support/library.h"
+#include "tests/support/pgp_stage_win.h"
 
 namespace wfinfo_test {
 

@@ -9,8 +9,8 @@
 #include <map>
 #include <string>
 
-#include "support/scripted_host_win.h"
-#include "support/temp_folder_win.h"
+#include "tests/support/scripted_host_win.h"
+#include "tests/support/temp_folder_win.h"
 
 namespace wfinfo_test {
 

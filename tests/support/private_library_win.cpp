@@ -1,4 +1,4 @@
-#include "support/private_library_win.h"
+#include "tests/support/private_library_win.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "support/temp_folder_win.h"
+#include "tests/support/temp_folder_win.h"
 
 namespace wfinfo_test {
 

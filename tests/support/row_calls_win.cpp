@@ -1,11 +1,11 @@
-#include "support/row_calls_win.h"
+#include "tests/support/row_calls_win.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
 #include <string>
 
-#include "support/library.h"
+#include "tests/support/library.h"
 
 namespace wfinfo_test {
 namespace {

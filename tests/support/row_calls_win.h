@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/rows.h"
-#include "support/scripted_host_win.h"
+#include "src/catalogue/rows.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 

@@ -1,4 +1,4 @@
-#include "support/scripted_host_win.h"
+#include "tests/support/scripted_host_win.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <mutex>
 #include <thread>
 
-#include "support/library.h"
+#include "tests/support/library.h"
 
 namespace wfinfo_test {
 

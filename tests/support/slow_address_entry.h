@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "text/address_entry.h"
-#include "text/host_text.h"
+#include "src/addresses/address_entry.h"
+#include "src/text/host_text.h"
 
 namespace wfinfo_test {
 

@@ -1,4 +1,4 @@
-#include "support/temp_folder_win.h"
+#include "tests/support/temp_folder_win.h"
 
 namespace wfinfo_test {
 namespace {

@@ -1,4 +1,4 @@
-#include "support/test_dialog_win.h"
+#include "tests/support/test_dialog_win.h"
 
 #include <gtest/gtest.h>
 

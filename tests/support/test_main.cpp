@@ -1,7 +1,7 @@
 // Starts the tests of the exports.
 #include <gmock/gmock.h>
 
-#include "support/came_up.h"
+#include "tests/support/came_up.h"
 
 int main(int argument_count, char** arguments) {
   wfinfo_test::TellCameUp();

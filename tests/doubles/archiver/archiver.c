@@ -29,17 +29,46 @@ static int Pack(const char* archive, const char* name) {
   if (out == NULL) return 3;
   const char* base = strrchr(name, '\\') != NULL ? strrchr(name, '\\') + 1 : name;
   const unsigned crc = Crc32(bytes, size), length = (unsigned)strlen(base);
-  Put(out, 0x04034B50, 4); Put(out, 10, 2); Put(out, 0, 2); Put(out, 0, 2); Put(out, 0, 2); Put(out, 0x21, 2);
-  Put(out, crc, 4); Put(out, (unsigned)size, 4); Put(out, (unsigned)size, 4); Put(out, length, 2); Put(out, 0, 2);
+  Put(out, 0x04034B50, 4);
+  Put(out, 10, 2);
+  Put(out, 0, 2);
+  Put(out, 0, 2);
+  Put(out, 0, 2);
+  Put(out, 0x21, 2);
+  Put(out, crc, 4);
+  Put(out, (unsigned)size, 4);
+  Put(out, (unsigned)size, 4);
+  Put(out, length, 2);
+  Put(out, 0, 2);
   fwrite(base, 1, length, out);
   fwrite(bytes, 1, size, out);
   const unsigned directory = 30 + length + (unsigned)size;
-  Put(out, 0x02014B50, 4); Put(out, 10, 2); Put(out, 10, 2); Put(out, 0, 2); Put(out, 0, 2); Put(out, 0, 2);
-  Put(out, 0x21, 2); Put(out, crc, 4); Put(out, (unsigned)size, 4); Put(out, (unsigned)size, 4); Put(out, length, 2);
-  Put(out, 0, 2); Put(out, 0, 2); Put(out, 0, 2); Put(out, 0, 2); Put(out, 0, 4); Put(out, 0, 4);
+  Put(out, 0x02014B50, 4);
+  Put(out, 10, 2);
+  Put(out, 10, 2);
+  Put(out, 0, 2);
+  Put(out, 0, 2);
+  Put(out, 0, 2);
+  Put(out, 0x21, 2);
+  Put(out, crc, 4);
+  Put(out, (unsigned)size, 4);
+  Put(out, (unsigned)size, 4);
+  Put(out, length, 2);
+  Put(out, 0, 2);
+  Put(out, 0, 2);
+  Put(out, 0, 2);
+  Put(out, 0, 2);
+  Put(out, 0, 4);
+  Put(out, 0, 4);
   fwrite(base, 1, length, out);
-  Put(out, 0x06054B50, 4); Put(out, 0, 2); Put(out, 0, 2); Put(out, 1, 2); Put(out, 1, 2); Put(out, 46 + length, 4);
-  Put(out, directory, 4); Put(out, 0, 2);
+  Put(out, 0x06054B50, 4);
+  Put(out, 0, 2);
+  Put(out, 0, 2);
+  Put(out, 1, 2);
+  Put(out, 1, 2);
+  Put(out, 46 + length, 4);
+  Put(out, directory, 4);
+  Put(out, 0, 2);
   return fclose(out) == 0 ? 0 : 4;
 }
 
@@ -51,7 +80,8 @@ __declspec(dllexport) int WINAPI ENTRY(HWND window, LPCSTR command_line, LPSTR o
     memset(output, 'x', size);
     return 0;
   }
-  if (strncmp(command_line, "call ", 5) == 0) { /* the function at this address, as a macro behind a dialog would */
+  if (strncmp(command_line, "call ", 5) ==
+      0) { /* the function at this address, as a macro behind a dialog would */
     int (*function)(void) = (int (*)(void))(size_t)strtoull(command_line + 5, NULL, 16);
     function();
     memset(output, 'y', size - 1);

@@ -1,4 +1,4 @@
-#include "ber.h"
+#include "tests/doubles/crypt32/ber.h"
 
 #include <cstdlib>
 

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "ber.h"
+#include "tests/doubles/crypt32/ber.h"
 
 namespace {
 

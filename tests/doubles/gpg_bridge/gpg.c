@@ -55,7 +55,8 @@ static int AwaitCode(const char* name) {
 }
 
 int main(void) {
-  UnixName unix_name = (UnixName)(void*)GetProcAddress(GetModuleHandleA("kernel32"), "wine_get_unix_file_name");
+  UnixName unix_name =
+      (UnixName)(void*)GetProcAddress(GetModuleHandleA("kernel32"), "wine_get_unix_file_name");
   char base[MAX_PATH], name[MAX_PATH + 8], script[MAX_PATH];
   static char command[40000];
   WCHAR wide[MAX_PATH];

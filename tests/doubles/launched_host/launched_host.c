@@ -52,10 +52,12 @@ int main(void) {
   strcpy(g_start, path);
   strcpy(strrchr(g_start, '\\') + 1, "start.txt");
   file = fopen(g_start, "r");
-  if (file == NULL || fscanf(file, "%d %d %d %d", &shown_ms, &with_frame, &g_ready, &with_dialog) != 4) return 1;
+  if (file == NULL || fscanf(file, "%d %d %d %d", &shown_ms, &with_frame, &g_ready, &with_dialog) != 4)
+    return 1;
   fclose(file);
   if (shown_ms > 0) {
-    HWND question = CreateWindowExA(0, "STATIC", "Password?", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, NULL, NULL, NULL, NULL);
+    HWND question = CreateWindowExA(0, "STATIC", "Password?", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, NULL,
+                                    NULL, NULL, NULL);
     ShowWindow(question, SW_SHOW);
     ShowWindow(question, SW_SHOW); /* the first call obeys what the starter asked for */
     Pump((DWORD)shown_ms);
@@ -65,10 +67,12 @@ int main(void) {
     frame.lpfnWndProc = Procedure;
     frame.lpszClassName = "WrenfoldFrame";
     RegisterClassA(&frame);
-    window = CreateWindowExA(0, "WrenfoldFrame", "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 300, 200, NULL, NULL, NULL, NULL);
+    window = CreateWindowExA(0, "WrenfoldFrame", "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 300, 200, NULL, NULL,
+                             NULL, NULL);
   }
   if (with_dialog) {
-    SetActiveWindow(CreateWindowExA(0, "#32770", "Question", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, window, NULL, NULL, NULL));
+    SetActiveWindow(CreateWindowExA(0, "#32770", "Question", WS_POPUP | WS_VISIBLE, 0, 0, 200, 100, window,
+                                    NULL, NULL, NULL));
   }
   Pump(kLongestLifeMs);
   return 0;

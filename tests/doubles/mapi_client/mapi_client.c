@@ -12,8 +12,8 @@
  *   mapi_client close                      closes every host; exit code 0 when none is left
  *
  * The last line is "code=N ms=N". */
-#include <windows.h>
 #include <tlhelp32.h>
+#include <windows.h>
 
 #include <mapi.h>
 #include <stdio.h>
@@ -75,7 +75,9 @@ static ULONG Send(int count, char** words) {
       files[message.nFileCount++].lpszFileName = FromHex(words[i + 2]);
     } else {
       MapiRecipDesc* recipient = &recipients[message.nRecipCount++];
-      recipient->ulRecipClass = strcmp(words[i], "to") == 0 ? MAPI_TO : strcmp(words[i], "cc") == 0 ? MAPI_CC : MAPI_BCC;
+      recipient->ulRecipClass = strcmp(words[i], "to") == 0   ? MAPI_TO
+                                : strcmp(words[i], "cc") == 0 ? MAPI_CC
+                                                              : MAPI_BCC;
       recipient->lpszName = FromHex(words[i + 1]);
       recipient->lpszAddress = FromHex(words[i + 2]);
     }
@@ -90,7 +92,8 @@ static ULONG Documents(int count, char** words) {
 
 static ULONG Session(int count, char** words) {
   LHANDLE session = 0;
-  ULONG code = ((LPMAPILOGON)Proc("MAPILogon"))(0, NULL, NULL, (FLAGS)strtoul(words[0], NULL, 0), 0, &session);
+  ULONG code =
+      ((LPMAPILOGON)Proc("MAPILogon"))(0, NULL, NULL, (FLAGS)strtoul(words[0], NULL, 0), 0, &session);
   (void)count;
   printf("session=%d\n", session != 0);
   if (code == 0) code = ((LPMAPILOGOFF)Proc("MAPILogoff"))(session, 0, 0, 0);
@@ -113,7 +116,8 @@ static ULONG Find(int count, char** words) {
 static ULONG Read(int count, char** words) {
   lpMapiMessage message = NULL;
   ULONG i;
-  ULONG code = ((LPMAPIREADMAIL)Proc("MAPIReadMail"))(0, 0, FromHex(words[0]), (FLAGS)strtoul(words[1], NULL, 0), 0, &message);
+  ULONG code = ((LPMAPIREADMAIL)Proc("MAPIReadMail"))(0, 0, FromHex(words[0]),
+                                                      (FLAGS)strtoul(words[1], NULL, 0), 0, &message);
   (void)count;
   if (message == NULL) return code;
   PrintHex("subject", message->lpszSubject);

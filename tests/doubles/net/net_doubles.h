@@ -6,11 +6,11 @@
 
 #include <filesystem>
 
-#include "support/library.h"
-#include "support/scripted_host_win.h"
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
 extern "C" {
-#include "wininet_state.h"
-#include "wsock32_state.h"
+#include "tests/doubles/net/wininet_state.h"
+#include "tests/doubles/net/wsock32_state.h"
 }
 
 namespace wfinfo_test {

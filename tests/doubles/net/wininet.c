@@ -3,15 +3,17 @@
 
 #include <string.h>
 
-#include "wininet_state.h"
+#include "tests/doubles/net/wininet_state.h"
 
 static struct WinInetState g_state;
 enum { kFirstHandle = 100, kMostHandles = 1 << 17 };
 static int g_next_handle = kFirstHandle;
 static char g_is_open[kMostHandles]; /* by handle; a closed one is never given out again */
-static __thread long long g_left; /* of this thread's request */
+static __thread long long g_left;    /* of this thread's request */
 
-struct WinInetState* State(void) { return &g_state; }
+struct WinInetState* State(void) {
+  return &g_state;
+}
 
 static HINTERNET NewHandle(void) {
   const int handle = __atomic_add_fetch(&g_next_handle, 1, __ATOMIC_RELAXED);
@@ -71,7 +73,8 @@ BOOL WINAPI InternetReadFile(HINTERNET request, LPVOID buffer, DWORD room, LPDWO
   return TRUE;
 }
 
-BOOL WINAPI InternetReadFileExA(HINTERNET request, LPINTERNET_BUFFERSA record, DWORD flags, DWORD_PTR context) {
+BOOL WINAPI InternetReadFileExA(HINTERNET request, LPINTERNET_BUFFERSA record, DWORD flags,
+                                DWORD_PTR context) {
   (void)context;
   CallOnce(&g_state.on_read);
   if (!IsOpen(request)) return FALSE;

@@ -1,19 +1,36 @@
 #include <winsock2.h>
+
 #include <windows.h>
 
 #include <string.h>
 
-#include "wsock32_state.h"
+#include "tests/doubles/net/wsock32_state.h"
 
 static struct WinSockState g_state;
-struct WinSockState* State(void) { return &g_state; }
+struct WinSockState* State(void) {
+  return &g_state;
+}
 
-int WSAAPI send(SOCKET s, const char* bytes, int size, int flags) { (void)s, (void)bytes, (void)flags; return size; }
-int WSAAPI recv(SOCKET s, char* bytes, int size, int flags) { (void)s, (void)bytes, (void)size, (void)flags; return 0; }
-int WSAAPI shutdown(SOCKET s, int how) { (void)s; return how == SD_BOTH ? 0 : SOCKET_ERROR; }
-int WSAAPI closesocket(SOCKET s) { (void)s; --g_state.open_sockets; return 0; }
+int WSAAPI send(SOCKET s, const char* bytes, int size, int flags) {
+  (void)s, (void)bytes, (void)flags;
+  return size;
+}
+int WSAAPI recv(SOCKET s, char* bytes, int size, int flags) {
+  (void)s, (void)bytes, (void)size, (void)flags;
+  return 0;
+}
+int WSAAPI shutdown(SOCKET s, int how) {
+  (void)s;
+  return how == SD_BOTH ? 0 : SOCKET_ERROR;
+}
+int WSAAPI closesocket(SOCKET s) {
+  (void)s;
+  --g_state.open_sockets;
+  return 0;
+}
 SOCKET WSAAPI socket(int family, int type, int protocol) {
-  if (g_state.fail_socket || family != AF_INET || type != SOCK_STREAM || protocol != IPPROTO_TCP) return INVALID_SOCKET;
+  if (g_state.fail_socket || family != AF_INET || type != SOCK_STREAM || protocol != IPPROTO_TCP)
+    return INVALID_SOCKET;
   ++g_state.open_sockets;
   return 42;
 }
@@ -22,7 +39,9 @@ int WSAAPI connect(SOCKET s, const struct sockaddr* address, int size) {
   g_state.connected_port = ((const struct sockaddr_in*)address)->sin_port;
   return size == 16 ? 0 : SOCKET_ERROR;
 }
-unsigned long WSAAPI inet_addr(const char* text) { return strcmp(text, "10.0.0.1") == 0 ? 0x0100000A : INADDR_NONE; }
+unsigned long WSAAPI inet_addr(const char* text) {
+  return strcmp(text, "10.0.0.1") == 0 ? 0x0100000A : INADDR_NONE;
+}
 u_short WSAAPI htons(u_short value) { return (u_short)(value << 8 | value >> 8); }
 u_long WSAAPI SwapLong(u_long value); /* exported as ntohl, which an inline function of the header uses */
 u_long WSAAPI SwapLong(u_long value) { return value; }

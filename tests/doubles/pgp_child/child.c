@@ -41,7 +41,8 @@ static void NoteInput(HANDLE input) {
   static char line[65536];
   size_t size = 0;
   DWORD read = 0;
-  while (size < sizeof line && ReadFile(input, line + size, (DWORD)(sizeof line - size), &read, NULL) && read > 0) {
+  while (size < sizeof line && ReadFile(input, line + size, (DWORD)(sizeof line - size), &read, NULL) &&
+         read > 0) {
     size += read;
     if (line[size - 1] == '\n') break;
   }
@@ -61,7 +62,8 @@ static void NoteWriter(HANDLE input, long patience) {
 
 /* Until the time is over or the test makes the file "child.stop". */
 static void SleepUnlessStopped(long milliseconds) {
-  for (; milliseconds > 0 && GetFileAttributesA("child.stop") == INVALID_FILE_ATTRIBUTES; milliseconds -= 10) Sleep(10);
+  for (; milliseconds > 0 && GetFileAttributesA("child.stop") == INVALID_FILE_ATTRIBUTES; milliseconds -= 10)
+    Sleep(10);
 }
 
 static int IsPipe(DWORD which) { return IsOpen(which) && GetFileType(GetStdHandle(which)) == FILE_TYPE_PIPE; }

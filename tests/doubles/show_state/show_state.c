@@ -1,4 +1,5 @@
-// show_state FILE: writes the SW_ value that its starter gave it, "none" without one. The file appears when it is whole.
+// show_state FILE: writes the SW_ value that its starter gave it, "none" without one. The file appears when
+// it is whole.
 #include <windows.h>
 
 #include <stdio.h>

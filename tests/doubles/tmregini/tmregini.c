@@ -12,13 +12,15 @@ int OpenKeys(void) { return g_open_keys; }
 LONG WINAPI TmRegOpenKeyEx(HKEY root, LPCSTR name, DWORD options, REGSAM access, PHKEY key) {
   (void)options;
   (void)access;
-  if (root != HKEY_CURRENT_USER || lstrcmpA(name, "Software\\Quenby\\Wrenfold\\Config") != 0) return ERROR_FILE_NOT_FOUND;
+  if (root != HKEY_CURRENT_USER || lstrcmpA(name, "Software\\Quenby\\Wrenfold\\Config") != 0)
+    return ERROR_FILE_NOT_FOUND;
   ++g_open_keys;
   *key = (HKEY)&g_open_keys;
   return ERROR_SUCCESS;
 }
 
-LONG WINAPI TmRegQueryValueEx(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) {
+LONG WINAPI TmRegQueryValueEx(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,
+                              LPDWORD size) {
   const DWORD one = 1;
   (void)reserved;
   (void)type;

@@ -1,0 +1,54 @@
+// ASCII helpers for protocol words (header names, MIME types): never for text that people read.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace wrenfold {
+
+constexpr char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+constexpr bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+constexpr bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
+
+// Value of a hexadecimal digit, -1 for any other character.
+constexpr int HexValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  const char lower = LowerAscii(c);
+  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+inline std::string Lower(std::string_view text) {
+  std::string lower;
+  for (const char c : text) lower += LowerAscii(c);
+  return lower;
+}
+
+constexpr bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
+  }
+  return true;
+}
+
+constexpr std::string_view Trim(std::string_view text) {
+  while (!text.empty() && (IsBlank(text.front()) || IsLineEnd(text.front()))) text.remove_prefix(1);
+  while (!text.empty() && (IsBlank(text.back()) || IsLineEnd(text.back()))) text.remove_suffix(1);
+  return text;
+}
+
+// Bytes of the line that `text` begins with: the line itself, and with its end (CR LF, CR or LF; 0 to
+// 2 bytes).
+struct LineLength {
+  std::size_t text;
+  std::size_t with_end;
+};
+
+constexpr LineLength FirstLine(std::string_view text) {
+  const std::size_t end = text.find_first_of("\r\n");
+  if (end == text.npos) return {text.size(), text.size()};
+  const bool crlf = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
+  return {end, end + (crlf ? 2u : 1u)};
+}
+
+}  // namespace wrenfold

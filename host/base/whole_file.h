@@ -1,0 +1,21 @@
+// Files read and written as a whole.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace wrenfold {
+
+// The bytes of a file; nullopt when it cannot be read.
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
+
+// Writes beside the file and then takes its place, so that a failure leaves the old one whole. False
+// on failure.
+bool ReplaceFile(const std::filesystem::path& file, std::string_view bytes);
+
+// Adds to the end of a file, which is made when missing. False on failure.
+bool AppendToFile(const std::filesystem::path& file, std::string_view bytes);
+
+}  // namespace wrenfold

@@ -1,0 +1,59 @@
+#include "host/mail/find_pack.h"
+
+#include "host/base/ascii.h"
+#include "host/mail/headers.h"
+#include "src/text/host_text.h"
+
+namespace wrenfold {
+namespace {
+
+bool BeginsWith(std::string_view text, std::string_view wanted) {
+  while (!wanted.empty()) {
+    const std::string_view unit = wfinfo::NextUnit(text);
+    const std::string_view expected = wfinfo::NextUnit(wanted);
+    const bool same = unit == expected || (unit.size() == 1 && EqualsIgnoringCase(unit, expected));
+    if (!same) return false;
+    text.remove_prefix(unit.size());
+    wanted.remove_prefix(expected.size());
+  }
+  return true;
+}
+
+std::string_view BodyOf(std::string_view mail) {
+  if (mail.starts_with("\r\n")) return mail.substr(2);
+  const std::size_t end = mail.find("\r\n\r\n");
+  return end == mail.npos ? "" : mail.substr(end + 4);
+}
+
+bool ConditionHolds(std::string_view line, std::string_view mail) {
+  const std::size_t colon = line.find(':');
+  const std::string_view place = colon == line.npos ? "Any" : Trim(line.substr(0, colon));
+  const std::string_view wanted = colon == line.npos ? line : Trim(line.substr(colon + 1));
+  if (EqualsIgnoringCase(place, "Any")) return HoldsText(mail, wanted);
+  if (EqualsIgnoringCase(place, "Body")) return HoldsText(BodyOf(mail), wanted);
+  for (std::size_t n = 0; const auto value = HeaderValue(mail, place, n); ++n) {
+    if (HoldsText(*value, wanted)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+bool HoldsText(std::string_view text, std::string_view wanted) {
+  for (;; text.remove_prefix(wfinfo::UnitLength(text))) {
+    if (BeginsWith(text, wanted)) return true;
+    if (text.empty()) return false;
+  }
+}
+
+bool Finds(std::string_view pack, std::string_view mail) {
+  while (!pack.empty()) {
+    const LineLength length = FirstLine(pack);
+    const std::string_view line = Trim(pack.substr(0, length.text));
+    if (!line.empty() && !ConditionHolds(line, mail)) return false;
+    pack.remove_prefix(length.with_end);
+  }
+  return true;
+}
+
+}  // namespace wrenfold

@@ -1,0 +1,116 @@
+#include "host/mail/header_edit.h"
+
+#include <optional>
+
+#include "host/base/ascii.h"
+#include "host/mail/headers.h"
+#include "src/text/host_text.h"
+
+namespace wrenfold {
+namespace {
+
+// Where a header stands: from its name to behind the line end of its last line.
+struct Extent {
+  std::size_t at;
+  std::size_t length;
+};
+
+std::string_view WithoutColon(std::string_view name) {
+  if (name.ends_with(':')) name.remove_suffix(1);
+  return name;
+}
+
+// Bytes of the logical header line at `at`, its line end included.
+std::size_t HeaderLength(std::string_view text, std::size_t at) {
+  std::size_t end = at;
+  do {
+    const std::size_t lf = text.find('\n', end);
+    end = lf == std::string_view::npos ? text.size() : lf + 1;
+  } while (end < text.size() && IsBlank(text[end]));
+  return end - at;
+}
+
+bool AtHeaderEnd(std::string_view text, std::size_t at) { return at >= text.size() || IsLineEnd(text[at]); }
+
+std::optional<Extent> FindHeader(std::string_view text, std::string_view name, std::size_t n) {
+  name = WithoutColon(name);
+  for (std::size_t at = 0; !AtHeaderEnd(text, at);) {
+    const std::size_t length = HeaderLength(text, at);
+    const std::string_view header = text.substr(at, length);
+    const std::size_t colon = header.find(':');
+    if (colon != header.npos && EqualsIgnoringCase(header.substr(0, colon), name) && n-- == 0)
+      return Extent{at, length};
+    at += length;
+  }
+  return std::nullopt;
+}
+
+// `value` as folded lines: a line end that no blank follows would begin another header, and becomes a blank.
+std::string Folded(std::string_view value) {
+  std::string folded;
+  while (!value.empty()) {
+    if (!IsLineEnd(value[0])) {
+      // The last byte of an escape may be a CR.
+      const std::size_t length = wfinfo::StartsWithEscape(value) ? wfinfo::kEscapeLength : 1;
+      folded += value.substr(0, length);
+      value.remove_prefix(length);
+      continue;
+    }
+    value.remove_prefix(value.starts_with("\r\n") ? 2 : 1);
+    if (!value.empty()) folded += IsBlank(value[0]) ? "\r\n" : " ";
+  }
+  return folded;
+}
+
+std::string HeaderLine(std::string_view name, std::string_view value) {
+  return std::string(WithoutColon(name)) + ": " + Folded(value) + "\r\n";
+}
+
+std::string Value(std::string_view mail, std::string_view name) {
+  return std::string(HeaderValue(mail, name).value_or(""));
+}
+
+bool IsReplySubject(std::string_view subject) { return EqualsIgnoringCase(subject.substr(0, 3), "Re:"); }
+
+}  // namespace
+
+void AddHeader(std::string& text, std::string_view name, std::string_view value) {
+  if (WithoutColon(name).empty()) return;
+  std::size_t at = 0;
+  while (!AtHeaderEnd(text, at)) at += HeaderLength(text, at);
+  // The last header of a mail that ends behind it may lack its line end.
+  if (at > 0 && text[at - 1] != '\n') text.insert(at, "\r\n"), at += 2;
+  text.insert(at, HeaderLine(name, value));
+}
+
+bool SetHeader(std::string& text, std::string_view name, std::string_view value, std::size_t n) {
+  if (const auto found = FindHeader(text, name, n)) {
+    text.replace(found->at, found->length, HeaderLine(name, value));
+    return true;
+  }
+  if (WithoutColon(name).empty() || CountHeaders(text, name) != n) return false;
+  AddHeader(text, name, value);
+  return true;
+}
+
+bool DeleteHeader(std::string& text, std::string_view name, std::size_t n) {
+  const auto found = FindHeader(text, name, n);
+  if (found) text.erase(found->at, found->length);
+  return found.has_value();
+}
+
+std::string ReplyTo(std::string_view mail, std::string_view quoted_body) {
+  const std::string reply_to = Value(mail, "Reply-To");
+  const std::string subject = Value(mail, "Subject");
+  const std::string id = Value(mail, "Message-ID");
+  const std::string references = Value(mail, "References");
+  std::string text = HeaderLine("To", reply_to.empty() ? Value(mail, "From") : reply_to);
+  text += HeaderLine("Subject", IsReplySubject(subject) ? subject : "Re: " + subject);
+  if (!id.empty()) {
+    text += HeaderLine("In-Reply-To", id);
+    text += HeaderLine("References", references.empty() ? id : references + "\r\n " + id);
+  }
+  return text + "\r\n" + std::string(quoted_body);
+}
+
+}  // namespace wrenfold

@@ -1,0 +1,20 @@
+// The small host as programs see it that send mail through the system: hidden, started by the
+// library, waiting.
+#pragma once
+
+#include <string>
+
+#include "host/mapi/settings.h"
+
+namespace wrenfold {
+
+// The folder that holds settings.txt, outbox and mails: `given` (UTF-8), else the environment variable
+// WRENFOLD_HOME, else the folder of wrenfold.exe. UTF-8.
+std::string MapiHome(const std::string& given);
+
+// Serves until WM_CLOSE comes to the frame. A second server of the desktop leaves the field to the first.
+// Returns the exit code.
+int RunMapiServer(const std::string& home, const MapiSettings& settings,
+                  void (*complain)(const std::string& line));
+
+}  // namespace wrenfold

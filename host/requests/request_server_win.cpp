@@ -1,0 +1,205 @@
+#include "host/requests/request_server_win.h"
+
+#include "host/charset/charsets.h"
+#include "host/library/request_names.h"
+#include "host/terminal/terminal_text.h"
+#include "src/text/host_text.h"
+
+namespace wrenfold {
+namespace {
+
+constexpr int kRunCommand = 12;
+constexpr int kStartCommand = 57;
+constexpr std::size_t kTracedCharacters = 60;         // of one text
+constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is no text
+
+// The text at an address that a macro may have made up; nullptr when none is readable there.
+const char* ReadableText(Slot address) {
+  const auto* text = reinterpret_cast<const char*>(address);
+  return IsBadStringPtrA(text, kLongestText) ? nullptr : text;
+}
+
+std::string TracedText(std::string_view text) {
+  // Only the beginning is converted; a mail can be large.
+  const std::string_view beginning = text.substr(0, wfinfo::CutLength(text, 8 * kTracedCharacters));
+  std::string shown = Quoted(SystemCharsets().HostToUtf8(beginning), kTracedCharacters);
+  if (shown.ends_with("...")) shown += " (" + std::to_string(text.size()) + " bytes)";
+  return shown;
+}
+
+std::string TracedAddress(Slot value) {
+  char text[24];
+  wsprintfA(text, "0x%I64X", value);
+  return text;
+}
+
+std::string TracedSlot(Slot value, char shape) {
+  if (shape == 'I') return std::to_string(value);
+  if (value == 0) return "null";
+  const char* text = shape == 'T' ? ReadableText(value) : nullptr;
+  return text != nullptr ? TracedText(text) : TracedAddress(value);
+}
+
+std::string TracedSlots(LPARAM block, std::string_view shapes) {
+  if (block == 0) return "";
+  if (shapes == "P") return " (" + TracedSlot(block, 'T') + ")";
+  const auto* slots = reinterpret_cast<const Slot*>(block);
+  if (IsBadReadPtr(slots, shapes.size() * sizeof(Slot))) return " (" + TracedAddress(block) + ")";
+  std::string text = " (";
+  for (std::size_t i = 0; i < shapes.size(); ++i) {
+    if (i > 0) text += ", ";
+    text += TracedSlot(slots[i], shapes[i]);
+  }
+  return text + ")";
+}
+
+// Menu command in the first slot of the codes that carry one.
+long long CarriedCommand(int code, LPARAM block) {
+  if (code != kRunCommand && code != kStartCommand) return 0;
+  const auto* slots = reinterpret_cast<const Slot*>(block);
+  return IsBadReadPtr(slots, sizeof(Slot)) ? 0 : slots[0];
+}
+
+}  // namespace
+
+// --- Requests ---
+
+Slot Request::Number(std::size_t slot) const {
+  return block_ == nullptr || IsBadReadPtr(block_ + slot, sizeof(Slot)) ? 0 : block_[slot];
+}
+
+bool Request::HasText(std::size_t slot) const { return ReadableText(Number(slot)) != nullptr; }
+
+std::string_view Request::Text(std::size_t slot) const {
+  const char* text = ReadableText(Number(slot));
+  return text == nullptr ? "" : text;
+}
+
+void Request::FillBuffer(std::size_t address_slot, std::size_t size_slot, std::string_view text) const {
+  auto* buffer = reinterpret_cast<char*>(Number(address_slot));
+  const Slot size = Number(size_slot);
+  if (size <= 0 || IsBadWritePtr(buffer, static_cast<UINT_PTR>(size))) return;
+  wfinfo::CopyWithinLimit(buffer, text, static_cast<std::size_t>(size));
+}
+
+void Request::SetLowNumber(std::size_t slot, std::uint32_t value) const {
+  if (block_ == nullptr || IsBadWritePtr(block_ + slot, sizeof(Slot))) return;
+  auto bits = static_cast<std::uint64_t>(block_[slot]);
+  bits = (bits & ~std::uint64_t{0xFFFFFFFF}) | value;
+  block_[slot] = static_cast<Slot>(bits);
+}
+
+std::string_view Request::WholeText() const {
+  const char* text = ReadableText(reinterpret_cast<Slot>(block_));
+  return text == nullptr ? "" : text;
+}
+
+Answer Request::AnswerText(std::string text) const {
+  return AnswerKept(server_.Keep(code_, std::move(text)));
+}
+
+Answer Request::AnswerKept(const std::string& text) {
+  return {reinterpret_cast<Slot>(text.c_str()), true, true};
+}
+
+// --- Tables ---
+
+const ServiceFamily* ServiceFamily::first_ = nullptr;
+
+ServiceFamily::ServiceFamily(std::span<const Service> services, std::span<const Command> commands)
+    : services_(services), commands_(commands), next_(first_) {
+  first_ = this;
+}
+
+const Service* ServiceFamily::FindService(int code) {
+  for (const ServiceFamily* family = first_; family != nullptr; family = family->next_) {
+    for (const Service& service : family->services_) {
+      if (service.code == code) return &service;
+    }
+  }
+  return nullptr;
+}
+
+const Command* ServiceFamily::FindCommand(long long id) {
+  for (const ServiceFamily* family = first_; family != nullptr; family = family->next_) {
+    for (const Command& command : family->commands_) {
+      if (command.id == id) return &command;
+    }
+  }
+  return nullptr;
+}
+
+// --- Server ---
+
+Slot RequestServer::Serve(int code, LPARAM block) {
+  ++requests_;
+  const RequestKey key{code, CarriedCommand(code, block)};
+  const Service* service = ServiceFamily::FindService(code);
+  const Command* command = key.command != 0 ? ServiceFamily::FindCommand(key.command) : nullptr;
+  const Handler handler = service != nullptr   ? service->handler
+                          : command != nullptr ? command->handler
+                                               : nullptr;
+  std::string slots;
+  if (trace_ != nullptr) {
+    const std::string shapes =
+        service != nullptr && service->shapes != nullptr ? service->shapes : SlotShapes(key, calling_);
+    slots = TracedSlots(block, shapes);  // before the handler writes to them
+  }
+  Request request(*this, state_, code, reinterpret_cast<Slot*>(block));
+  const Answer answer = handler != nullptr ? handler(request) : Request::NotServed();
+  if (!answer.served) {
+    NoteUnserved(RequestNames(key, calling_), RequestTitle(key));
+    return 0;
+  }
+  if (trace_ != nullptr) Trace(RequestNames(key, calling_), RequestTitle(key), slots, answer);
+  return answer.value;
+}
+
+Slot RequestServer::ServeCommand(int id) {
+  ++requests_;
+  const RequestKey key{0, id};
+  const Command* command = ServiceFamily::FindCommand(id);
+  if (command == nullptr) {
+    NoteUnserved(RequestNames(key, calling_), RequestTitle(key));
+    return 0;
+  }
+  Request request(*this, state_, 0, nullptr);
+  const Answer answer = command->handler(request);
+  if (trace_ != nullptr) Trace(RequestNames(key, calling_), RequestTitle(key), "", answer);
+  return answer.value;
+}
+
+void RequestServer::Trace(const std::string& names, const std::string& title, const std::string& slots,
+                          Answer answer) {
+  const bool is_text = answer.is_text && answer.value != 0;
+  const std::string shown =
+      is_text ? TracedText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
+  trace_("trace: " + names + ": " + title + slots + " -> " + shown + "\n");
+}
+
+void RequestServer::NoteUnserved(const std::string& names, const std::string& title) {
+  Unserved& unserved = unserved_[title];
+  if (++unserved.count > 1) return;
+  unserved.title = title + " (" + names + ")";
+  if (trace_ != nullptr) trace_("trace: not served: " + unserved.title + " -> 0\n");
+}
+
+std::uint64_t RequestServer::not_served() const {
+  std::uint64_t count = 0;
+  for (const auto& entry : unserved_) count += entry.second.count;
+  return count;
+}
+
+std::string RequestServer::Summary() const {
+  std::string text = std::to_string(requests_) + (requests_ == 1 ? " request, " : " requests, ") +
+                     std::to_string(not_served()) + " not served";
+  const char* before = ": ";
+  for (const auto& entry : unserved_) {
+    text += before + entry.second.title;
+    if (entry.second.count > 1) text += " " + std::to_string(entry.second.count) + " times";
+    before = ", ";
+  }
+  return text;
+}
+
+}  // namespace wrenfold

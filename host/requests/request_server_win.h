@@ -1,0 +1,144 @@
+// Answers the library's requests. What is served stands in tables, one for each family of services, in files
+// service_<family>_win.cpp: a new file with a ServiceFamily of its own is found without a word elsewhere.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "host/requests/host_state.h"
+
+namespace wrenfold {
+
+// One slot of an argument block.
+using Slot = long long;
+
+// What the host answers: a number, or the address of a text that the host keeps.
+struct Answer {
+  Slot value = 0;
+  bool is_text = false;
+  bool served = true;  // false: the handler knows only other forms of this request
+};
+
+class RequestServer;
+
+// One request as its handler sees it.
+class Request {
+ public:
+  Request(RequestServer& server, HostState& state, int code, Slot* block)
+      : state(state), server_(server), code_(code), block_(block) {}
+
+  HostState& state;
+
+  // Slots, read with care: 0 or "" for what is not there.
+  Slot Number(std::size_t slot) const;
+  std::string_view Text(std::size_t slot) const;
+  bool HasText(std::size_t slot) const;
+  // Fills the buffer whose address and size stand in two slots, cut to whole characters; nothing without
+  // a buffer.
+  void FillBuffer(std::size_t address_slot, std::size_t size_slot, std::string_view text) const;
+  // Writes the low 32 bits of a slot, for the few requests that answer in their block.
+  void SetLowNumber(std::size_t slot, std::uint32_t value) const;
+  // The text that lies at lParam itself (code 297 comes without a block).
+  std::string_view WholeText() const;
+
+  static Answer AnswerNumber(Slot value) { return {value}; }
+  static Answer NotServed() { return {0, false, false}; }
+  // Keeps `text` until the next text answer of the same code.
+  Answer AnswerText(std::string text) const;
+  // For a text that the host keeps anyway.
+  static Answer AnswerKept(const std::string& text);
+
+ private:
+  RequestServer& server_;
+  int code_;
+  Slot* block_;
+};
+
+using Handler = Answer (*)(Request& request);
+
+struct Service {
+  int code;
+  // The block for the trace, one letter a slot: T text, I number, A address; P: lParam is a text itself.
+  // nullptr: as the catalogue says.
+  const char* shapes;
+  Handler handler;
+};
+
+// Runs `kAnswer` when there is a root mail; else the answer is 0.
+template <Handler kAnswer>
+Answer WithRoot(Request& request) {
+  return request.state.HasRoot() ? kAnswer(request) : Answer{};
+}
+
+// Runs `kAnswer` when there is a current mail.
+template <Handler kAnswer>
+Answer WithCurrent(Request& request) {
+  return request.state.HasCurrent() ? kAnswer(request) : Answer{};
+}
+
+// A menu command, which comes as WM_COMMAND or in the first slot of codes 12 and 57.
+struct Command {
+  int id;
+  Handler handler;
+};
+
+// Registers itself; objects of this type stand at namespace scope and live for ever.
+class ServiceFamily {
+ public:
+  ServiceFamily(std::span<const Service> services, std::span<const Command> commands);
+  static const Service* FindService(int code);
+  static const Command* FindCommand(long long id);
+
+ private:
+  std::span<const Service> services_;
+  std::span<const Command> commands_;
+  const ServiceFamily* next_;
+  static const ServiceFamily* first_;
+};
+
+// Where the trace goes, line by line, as UTF-8.
+using TraceLine = void (*)(std::string_view line);
+
+class RequestServer {
+ public:
+  // `trace` is null when nothing is to be traced.
+  RequestServer(HostState& state, TraceLine trace) : state_(state), trace_(trace) {}
+
+  HostState& state() { return state_; }
+
+  // Answers a host request: `block` is lParam, 0 without a block.
+  Slot Serve(int code, LPARAM block);
+  // Answers a menu command.
+  Slot ServeCommand(int id);
+
+  // The export that the macro is calling, for the trace; "" between calls.
+  void set_calling(std::string_view name) { calling_ = name; }
+
+  const std::string& Keep(int code, std::string text) { return kept_[code] = std::move(text); }
+
+  // "14 requests, 2 not served: code 96 (SetMailColor) twice"; only the not served ones are named.
+  std::string Summary() const;
+  std::uint64_t not_served() const;
+
+ private:
+  struct Unserved {
+    std::string title;  // "code 96 (SetMailColor)"
+    std::uint64_t count = 0;
+  };
+  void Trace(const std::string& names, const std::string& title, const std::string& slots, Answer answer);
+  void NoteUnserved(const std::string& names, const std::string& title);
+
+  HostState& state_;
+  TraceLine trace_;
+  std::string calling_;
+  std::uint64_t requests_ = 0;
+  std::map<std::string, Unserved> unserved_;
+  std::map<int, std::string> kept_;
+};
+
+}  // namespace wrenfold

@@ -1,0 +1,45 @@
+// Accounts: lending and saving the record of one, its long texts, new accounts.
+#include "host/requests/request_server_win.h"
+
+namespace wrenfold {
+namespace {
+
+AccountStore& Accounts(Request& request) { return request.state.commands.accounts; }
+
+Answer Done(bool done) { return Request::AnswerNumber(done ? 1 : 0); }
+
+Answer Lend(Request& request) {
+  return Request::AnswerNumber(reinterpret_cast<Slot>(Accounts(request).Lend(request.Text(0))));
+}
+
+// The block is the library's own variable with the address of the record.
+const char* RecordOf(Request& request) { return reinterpret_cast<const char*>(request.Number(0)); }
+
+Answer Save(Request& request) { return Done(Accounts(request).Save(RecordOf(request))); }
+
+Answer Release(Request& request) { return Done(Accounts(request).Release(RecordOf(request))); }
+
+Answer Create(Request& request) { return Done(Accounts(request).Create(request.Text(0))); }
+
+// kind, title or lent record (which begins with its title, but that may have been changed)
+Answer LongText(Request& request) {
+  const auto lent = Accounts(request).LentName(reinterpret_cast<const char*>(request.Number(1)));
+  return request.AnswerText(Accounts(request).Text(lent ? std::string_view(*lent) : request.Text(1),
+                                                   static_cast<std::size_t>(request.Number(0))));
+}
+
+// kind, title, 0, "", text
+Answer SetLongText(Request& request) {
+  return Done(Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)),
+                                        request.Text(4)));
+}
+
+constexpr Service kServices[] = {
+    {75, "T", Lend},   {76, "A", Save},         {77, "A", Release},
+    {78, "T", Create}, {111, "ITIT", LongText}, {112, "ITITT", SetLongText},
+};
+
+const ServiceFamily kFamily(kServices, {});
+
+}  // namespace
+}  // namespace wrenfold

@@ -1,0 +1,85 @@
+// Files for macros: reading and converting texts, and questions for file names.
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <system_error>
+
+#include "host/charset/charsets.h"
+#include "host/charset/text_file.h"
+#include "host/mail/mail_store.h"
+#include "host/requests/request_server_win.h"
+#include "host/terminal/terminal_text.h"
+#include "host/terminal/terminal_win.h"
+
+namespace wrenfold {
+namespace {
+
+// Characters of a file of this size always stand whole in what the limit lets through.
+constexpr std::size_t kLookAhead = 4;
+
+// The first `size` bytes of a file; nullopt when it cannot be read.
+std::optional<std::string> BeginningOfFile(std::string_view host_name, std::size_t size) {
+  const std::filesystem::path path = PathFromUtf8(SystemCharsets().HostToUtf8(host_name));
+  std::error_code failure;
+  const std::uintmax_t whole = std::filesystem::file_size(path, failure);
+  std::ifstream stream(path, std::ios::binary);
+  if (failure || !stream.is_open()) return std::nullopt;
+  std::string bytes(static_cast<std::size_t>(std::min<std::uintmax_t>(size, whole)), '\0');
+  stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (stream.bad()) return std::nullopt;
+  bytes.resize(static_cast<std::size_t>(stream.gcount()));
+  return bytes;
+}
+
+// file name, most bytes to read: the text, 0 when the file cannot be read.
+Answer LoadText(Request& request) {
+  constexpr Slot kMost = Slot{256} << 20;
+  const auto limit = static_cast<std::size_t>(std::clamp(request.Number(1), Slot{0}, kMost));
+  const auto bytes = BeginningOfFile(request.Text(0), limit + kLookAhead);
+  if (!bytes) return {};
+  return request.AnswerText(HostTextOfFile(*bytes, limit, SystemCharsets()));
+}
+
+// The answers of the next two are no host text: the trace shows their addresses.
+Answer AsBytes(Answer answer) { return Request::AnswerNumber(answer.value); }
+
+Answer ToUtf16(Request& request) {
+  const std::u16string wide = SystemCharsets().FromHostText(request.Text(0));
+  // The terminator of the units needs two zero bytes.
+  return AsBytes(request.AnswerText({reinterpret_cast<const char*>(wide.c_str()), 2 * (wide.size() + 1)}));
+}
+
+Answer ToUtf8(Request& request) {
+  return AsBytes(request.AnswerText(SystemCharsets().HostToUtf8(request.Text(0))));
+}
+
+// What the user writes on one line, host text; `otherwise` for an empty line or at the end of the input.
+std::string AskForName(Request& request, std::string_view otherwise) {
+  const std::string question = Printable(SystemCharsets().HostToUtf8(request.Text(0)));
+  const auto line = TheTerminal().ReadLine(question.empty() ? "file: " : question + " ");
+  return line && !line->empty() ? SystemCharsets().Utf8ToHost(*line) : std::string(otherwise);
+}
+
+Answer AnswerName(Request& request, std::string name) {
+  return name.empty() ? Answer{} : request.AnswerText(std::move(name));
+}
+
+// question, and two texts that a question on the terminal has no use for
+Answer OpenFileName(Request& request) { return AnswerName(request, AskForName(request, "")); }
+
+// question, two texts without use, and the name that an empty line stands for
+Answer SaveFileName(Request& request) { return AnswerName(request, AskForName(request, request.Text(3))); }
+
+constexpr Service kServices[] = {
+    {290, "TII", ToUtf16},       {291, "TI", LoadText}, {292, "TTT", OpenFileName},
+    {293, "TTTT", SaveFileName}, {307, "TII", ToUtf8},
+};
+
+const ServiceFamily kFamily(kServices, {});
+
+}  // namespace
+}  // namespace wrenfold

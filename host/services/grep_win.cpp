@@ -1,0 +1,153 @@
+// Searching mails: find packs, windows with search results that open and close as a macro asks, and counters
+// of folders. What was found is selected, so that macros walk through it as through any selection.
+#include <windows.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "host/mail/find_pack.h"
+#include "host/requests/request_server_win.h"
+#include "host/services/folder_lookup_win.h"
+#include "host/windows/frame_win.h"
+
+namespace wrenfold {
+namespace {
+
+enum GrepQuestion : Slot { kWhichWindow = 0, kIsBrowseMode = 1 };
+
+Answer GrepWindow(Request& request) {
+  if (request.Number(0) != kWhichWindow) return {};
+  return Request::AnswerNumber(reinterpret_cast<Slot>(Windows::GrepWindow()));
+}
+
+constexpr Slot kAllFolders = 1;  // flag
+
+// folder pair, flags, option. Adds the mails that the find pack finds to those found, in the order of
+// the folders.
+void FindMails(Request& request) {
+  HostState& state = request.state;
+  std::vector<std::size_t>& found = state.commands.found;
+  const auto folder = FolderOfPair(request, 0);
+  const bool all = (request.Number(2) & kAllFolders) != 0;
+  for (std::size_t i = 0; i < state.folders().size(); ++i) {
+    if (!all && folder != i) continue;
+    for (const std::size_t mail : state.MailsOf(i)) {
+      const bool is_new = std::find(found.begin(), found.end(), mail) == found.end();
+      if (is_new && Finds(state.commands.find_pack, state.Message(mail).text)) found.push_back(mail);
+    }
+  }
+  state.all_selected = false;
+  state.found_selected = true;
+}
+
+Answer Search(Request& request) {
+  request.state.commands.found.clear();
+  FindMails(request);
+  return Request::AnswerNumber(Windows::OpenGrepWindow() ? 1 : 0);
+}
+
+Answer AddToSearch(Request& request) {
+  FindMails(request);
+  const bool open = Windows::GrepWindow() != nullptr || Windows::OpenGrepWindow();
+  return Request::AnswerNumber(open ? 1 : 0);
+}
+
+// The search goes on until the host's messages have been handled once.
+Answer StartSearch(Request& request) {
+  const Answer answer = Search(request);
+  if (answer.value != 0) Windows::BeginSearch();
+  return answer;
+}
+
+Answer StartAddToSearch(Request& request) {
+  const Answer answer = AddToSearch(request);
+  if (answer.value != 0) Windows::BeginSearch();
+  return answer;
+}
+
+Answer IsSearching(Request&) { return Request::AnswerNumber(Windows::IsSearching() ? 1 : 0); }
+
+Answer StopSearch(Request&) {
+  const bool searching = Windows::IsSearching();
+  Windows::EndSearch();
+  return Request::AnswerNumber(searching ? 1 : 0);
+}
+
+// The frame has raised the window already.
+Answer GrepRaised(Request&) { return Request::AnswerNumber(Windows::GrepWindow() != nullptr ? 1 : 0); }
+
+// --- Find packs ---
+
+// 0 for the present pack, n for the one pushed n pushes ago; a second number is not looked at.
+Answer FindPack(Request& request) {
+  const std::vector<std::string>& pushed = request.state.commands.pushed_find_packs;
+  const auto back = static_cast<std::size_t>(request.Number(0));
+  if (back == 0) return request.AnswerText(request.state.commands.find_pack);
+  return request.AnswerText(back <= pushed.size() ? pushed[pushed.size() - back] : "");
+}
+
+Answer SetFindPack(Request& request) {
+  request.state.commands.find_pack = request.Text(0);
+  return Request::AnswerNumber(1);
+}
+
+Answer PushFindPack(Request& request) {
+  request.state.commands.pushed_find_packs.push_back(request.state.commands.find_pack);
+  return Request::AnswerNumber(1);
+}
+
+// Opens the nearest mail of the list that the find pack finds.
+template <bool kForwards, bool kInclude>
+Answer Find(Request& request) {
+  HostState& state = request.state;
+  const std::vector<std::size_t> list = state.MailsOf(state.folder());
+  std::size_t place = state.ListPosition();
+  // Stepping back from 0 wraps to a place behind the list.
+  if (!kInclude) place += kForwards ? 1 : static_cast<std::size_t>(-1);
+  for (; place < list.size(); place += kForwards ? 1 : static_cast<std::size_t>(-1)) {
+    const bool finds = Finds(state.commands.find_pack, state.Message(list[place]).text);
+    if (finds) return Request::AnswerNumber(state.Open(list[place]) ? 1 : 0);
+  }
+  return {};
+}
+
+// --- Counters of a folder ---
+
+constexpr Slot kRecent = 1;  // unread, and not in the list before
+
+// State bits by the number of the counter; 0 for those that are none.
+constexpr std::uint32_t kCounted[] = {0,        kStateUnread, kStateUnread, kStateMarked, kStateHighPriority,
+                                      kStateHot};
+
+// folder pair, counter
+Answer CountMails(Request& request) {
+  const auto folder = FolderOfPair(request, 0);
+  const Slot counter = request.Number(2);
+  if (!folder || counter < 0 || counter >= static_cast<Slot>(std::size(kCounted))) return {};
+  const std::uint32_t bit = kCounted[counter];
+  const std::vector<std::size_t> list = request.state.MailsOf(*folder);
+  const auto count = std::count_if(list.begin(), list.end(), [&](std::size_t mail) {
+    const bool old = counter == kRecent && (request.state.Mail(mail).flags & kMailOld) != 0;
+    return !old && (bit == 0 || (request.state.StateWord(mail) & bit) != 0);
+  });
+  return Request::AnswerNumber(count);
+}
+
+constexpr Service kServices[] = {
+    {81, "II", FindPack},        {82, "T", SetFindPack},     {85, "", PushFindPack},
+    {139, "TTI", CountMails},    {83, "TTII", Search},       {129, nullptr, GrepWindow},
+    {199, "TTII", StartSearch},  {217, "TTII", AddToSearch}, {218, "TTII", StartAddToSearch},
+    {256, nullptr, IsSearching}, {257, nullptr, StopSearch}, {264, nullptr, GrepRaised},
+};
+
+constexpr Command kCommands[] = {
+    {40014, WithRoot<Find<false, false>>},
+    {40015, WithRoot<Find<true, false>>},
+    {40180, WithRoot<Find<false, true>>},
+    {40181, WithRoot<Find<true, true>>},
+};
+
+const ServiceFamily kFamily(kServices, kCommands);
+
+}  // namespace
+}  // namespace wrenfold

@@ -1,0 +1,68 @@
+// Macros run in another window, and commands posted to the host.
+#include <windows.h>
+
+#include <vector>
+
+#include "host/library/export_caller_win.h"
+#include "host/macro/runner.h"
+#include "host/requests/request_server_win.h"
+#include "host/windows/frame_win.h"
+
+namespace wrenfold {
+
+namespace {
+
+MacroRunner* g_runner = nullptr;
+int g_depth = 0;
+
+constexpr int kMostDepth = 20;  // macros within macros
+constexpr std::size_t kMostParameters = 9;
+
+// The slots behind the macro. How many there are nobody knows; those left out are 0.
+std::vector<macro::Value> Parameters(const Request& request) {
+  std::vector<macro::Value> parameters;
+  for (std::size_t slot = 1; slot <= kMostParameters; ++slot) {
+    const Slot value = request.Number(slot);
+    if (IsPassedText(value)) {
+      parameters.emplace_back(std::string(request.Text(slot)));
+    } else {
+      parameters.emplace_back(value);
+    }
+  }
+  return parameters;
+}
+
+Answer RunIn(HWND window, Request& request) {
+  if (g_runner == nullptr || g_depth >= kMostDepth) return {};
+  const Windows::Acting acting(window);
+  ++g_depth;
+  const std::string macro(request.Text(0));
+  const auto value = g_runner->RunMacro(macro, Parameters(request));
+  --g_depth;
+  if (!value) return {};
+  return Request::AnswerNumber(value->IsNumber() ? value->Number() : 1);
+}
+
+Answer RunHere(Request& request) { return RunIn(Windows::Receiver(), request); }
+Answer RunInMain(Request& request) { return RunIn(Windows::Frame(), request); }
+
+// Nothing has to be done before or after a macro waits for another window.
+Answer NothingWanted(Request&) { return Request::AnswerNumber(0); }
+
+Answer CarryOutPosted(Request&) {
+  Windows::Pump();
+  return Request::AnswerNumber(1);
+}
+
+constexpr Service kServices[] = {
+    {45, "T", RunHere},       {160, "T", RunInMain},     {278, "", NothingWanted},
+    {279, "", NothingWanted}, {319, "", CarryOutPosted},
+};
+
+const ServiceFamily kFamily(kServices, {});
+
+}  // namespace
+
+void SetMacroRunner(MacroRunner* runner) { g_runner = runner; }
+
+}  // namespace wrenfold

@@ -1,0 +1,69 @@
+// Notification window and balloon messages. The small host shows their texts on standard error; the
+// notification has a hidden window, as macros ask for its handle and close it.
+#include <windows.h>
+
+#include "host/charset/charsets.h"
+#include "host/requests/request_server_win.h"
+#include "host/terminal/terminal_text.h"
+#include "host/terminal/terminal_win.h"
+
+namespace wrenfold {
+namespace {
+
+constexpr char kNoticeClass[] = "WrenfoldSmallHostNotice";
+
+HWND g_notice = nullptr;  // while a notification shows
+
+LRESULT CALLBACK AnswerNoticeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_COMMAND && LOWORD(wparam) == IDCANCEL) {
+    DestroyWindow(window);
+    return 0;
+  }
+  if (message == WM_DESTROY) g_notice = nullptr;
+  return DefWindowProcA(window, message, wparam, lparam);
+}
+
+HWND CreateNotice() {
+  WNDCLASSA window_class{};
+  window_class.lpfnWndProc = AnswerNoticeMessage;
+  window_class.hInstance = GetModuleHandleA(nullptr);
+  window_class.lpszClassName = kNoticeClass;
+  RegisterClassA(&window_class);  // fails the second time, when the class is there
+  return CreateWindowExA(0, kNoticeClass, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, window_class.hInstance,
+                         nullptr);
+}
+
+// "notice: first: second", the texts that are there.
+void Show(const Request& request, const char* what, std::size_t texts) {
+  std::string line = what;
+  for (std::size_t i = 0; i < texts; ++i) {
+    if (request.HasText(i)) line += ": " + Printable(SystemCharsets().HostToUtf8(request.Text(i)));
+  }
+  Terminal().Error(line + "\n");
+}
+
+// Two texts; without the first the request only asks for the window.
+Answer Notify(Request& request) {
+  if (request.Number(0) != 0) {
+    if (g_notice == nullptr) g_notice = CreateNotice();
+    Show(request, "notice", 2);
+  }
+  return Request::AnswerNumber(reinterpret_cast<Slot>(g_notice));
+}
+
+template <std::size_t kTexts>
+Answer Balloon(Request& request) {
+  Show(request, "balloon", kTexts);
+  return Request::AnswerNumber(1);
+}
+
+constexpr Service kServices[] = {
+    {135, "TT", Notify},
+    {282, "TT", Balloon<2>},
+    {317, "TTT", Balloon<3>},
+};
+
+const ServiceFamily kFamily(kServices, {});
+
+}  // namespace
+}  // namespace wrenfold

@@ -1,0 +1,72 @@
+// The options of the mail being written: the commands behind the frame's menu, and its character set.
+#include <string>
+#include <string_view>
+
+#include "host/mail/header_edit.h"
+#include "host/mail/mail_options.h"
+#include "host/requests/request_server_win.h"
+#include "host/services/draft_win.h"
+#include "host/windows/frame_win.h"
+#include "host/windows/menu_win.h"
+
+namespace wrenfold {
+namespace {
+
+Answer SwitchHeader(Request& request, std::string_view name, std::string_view value, bool on) {
+  if (!request.state.HasDraft()) return {};
+  std::string& text = request.state.EditCurrent();
+  return Request::AnswerNumber((on ? SetHeader(text, name, value, 0) : DeleteHeader(text, name, 0)) ? 1 : 0);
+}
+
+Answer SwitchPriority(Request& request) {
+  const bool on = !IsUrgent(request.state.CurrentText());
+  return SwitchHeader(request, kPriorityHeader, "1", on);
+}
+
+Answer SwitchNotification(Request& request) {
+  const std::string own = OwnAddress(request);
+  const bool on = !AsksForNotification(request.state.CurrentText());
+  return SwitchHeader(request, kNotificationHeader, own.empty() ? "local@localhost" : own, on);
+}
+
+// For windows without a menu bar.
+Answer Menu(Request&) { return Request::AnswerNumber(reinterpret_cast<Slot>(Windows::Menu())); }
+
+// --- Character set of the mail being written ---
+
+struct CharsetRow {
+  Slot command;
+  std::string_view name;
+};
+
+constexpr CharsetRow kCharsetRows[] = {
+    {45101, "iso-2022-jp"},  {45102, "iso-8859-1"},     {45103, "gb2312"},
+    {45104, "big5"},         {45105, "ks_c_5601-1987"}, {45106, "windows-1251"},
+    {45107, "windows-1250"}, {45108, "tis-620"},        {45109, "utf-8"},
+};
+
+// command, a second number that is not looked at. A received mail shows in the character set that it
+// declares, whatever is chosen.
+Answer SelectCharset(Request& request) {
+  for (const CharsetRow& row : kCharsetRows) {
+    if (row.command != request.Number(0)) continue;
+    if (request.state.HasDraft()) {
+      SetHeader(request.state.EditCurrent(), "Content-Type", "text/plain; charset=" + std::string(row.name),
+                0);
+    }
+    return Request::AnswerNumber(1);
+  }
+  return {};
+}
+
+constexpr Service kServices[] = {{193, "II", SelectCharset}, {329, "", Menu}};
+
+constexpr Command kCommands[] = {
+    {kNotificationCommand, WithCurrent<SwitchNotification>},
+    {kPriorityCommand, WithCurrent<SwitchPriority>},
+};
+
+const ServiceFamily kFamily(kServices, kCommands);
+
+}  // namespace
+}  // namespace wrenfold

@@ -1,0 +1,22 @@
+// Mails in a window of their own.
+#include "host/requests/request_server_win.h"
+#include "host/windows/frame_win.h"
+
+namespace wrenfold {
+namespace {
+
+Answer OpenView(Request& request) {
+  if (!request.state.HasRoot()) return {};
+  Windows::OpenView();
+  return Request::AnswerNumber(1);
+}
+
+constexpr Command kCommands[] = {
+    {40038, OpenView},
+    {40134, OpenView},
+};
+
+const ServiceFamily kFamily({}, kCommands);
+
+}  // namespace
+}  // namespace wrenfold

@@ -1,0 +1,43 @@
+// The mail being written, and the headers of the current mail. A mail being written lives in memory only;
+// nothing is ever sent. Changed headers of a received mail are forgotten with the program.
+#include "host/mail/header_edit.h"
+#include "host/requests/request_server_win.h"
+
+namespace wrenfold {
+namespace {
+
+Answer Done(bool done) { return Request::AnswerNumber(done ? 1 : 0); }
+
+// name, value
+Answer Set(Request& request) {
+  return Done(SetHeader(request.state.EditCurrent(), request.Text(0), request.Text(1), 0));
+}
+Answer Add(Request& request) {
+  AddHeader(request.state.EditCurrent(), request.Text(0), request.Text(1));
+  return Done(true);
+}
+// name, value, occurrence; a negative occurrence becomes a number behind the last.
+Answer SetOccurrence(Request& request) {
+  const auto n = static_cast<std::size_t>(request.Number(2));
+  return Done(SetHeader(request.state.EditCurrent(), request.Text(0), request.Text(1), n));
+}
+// name, occurrence
+Answer Delete(Request& request) {
+  const auto n = static_cast<std::size_t>(request.Number(1));
+  return Done(DeleteHeader(request.state.EditCurrent(), request.Text(0), n));
+}
+
+Answer Purpose(Request& request) {
+  if (!request.state.HasDraft()) return {};
+  return Request::AnswerNumber(static_cast<Slot>(request.state.draft_purpose()));
+}
+
+constexpr Service kServices[] = {
+    {43, "TT", WithCurrent<Set>},    {44, "TT", WithCurrent<Add>}, {90, "TTI", WithCurrent<SetOccurrence>},
+    {94, "TI", WithCurrent<Delete>}, {169, nullptr, Purpose},
+};
+
+const ServiceFamily kFamily(kServices, {});
+
+}  // namespace
+}  // namespace wrenfold

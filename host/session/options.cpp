@@ -1,0 +1,110 @@
+#include "host/session/options.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "host/base/nearest_names.h"
+#include "host/mapi/settings.h"
+
+namespace wrenfold {
+namespace {
+
+// An option does something at once, or takes a value: into a list, or as it sees fit.
+struct OptionRow {
+  std::string_view name;
+  std::vector<std::string> Options::*values;
+  void (*set)(Options& options);
+  bool (*take)(Options& options, const std::string& value) = nullptr;  // false: not a value for it
+  std::string_view needs = "a file name";                              // behind it
+};
+
+bool TakeMilliseconds(std::optional<unsigned>& to, const std::string& value) {
+  to = ParseMilliseconds(value);
+  return to.has_value();
+}
+
+constexpr OptionRow kOptions[] = {
+    {"--mail", &Options::mails, nullptr},
+    {"--macro", &Options::macros, nullptr},
+    {"--accounts", &Options::accounts, nullptr},
+    {"--templates", &Options::templates, nullptr},
+    {"--book", &Options::books, nullptr},
+    {"--trace", nullptr, [](Options& options) { options.trace = true; }},
+    {"--prompt", nullptr, [](Options& options) { options.prompt = true; }},
+    {"--english", nullptr, [](Options& options) { options.english = true; }},
+    {"--japanese", nullptr, [](Options& options) { options.english = false; }},
+    {"--serve", nullptr, [](Options& options) { options.serve = true; }},
+    {"--home", nullptr, nullptr, [](Options& o, const std::string& value) { return o.home = value, true; },
+     "a folder"},
+    {"--slow", nullptr, nullptr,
+     [](Options& o, const std::string& v) { return TakeMilliseconds(o.slow_ms, v); }, "milliseconds"},
+    {"--modal", nullptr, nullptr,
+     [](Options& o, const std::string& v) { return TakeMilliseconds(o.modal_ms, v); }, "milliseconds"},
+    {"--deaf", nullptr, [](Options& options) { options.deaf = true; }},
+    {"--die", nullptr, [](Options& options) { options.die = true; }},
+    {"--register-mapi", nullptr, [](Options& options) { options.register_mapi = true; }},
+    {"--unregister-mapi", nullptr, [](Options& options) { options.unregister_mapi = true; }},
+    {"--yes", nullptr, [](Options& options) { options.yes = true; }},
+    {"--help", nullptr, [](Options& options) { options.help = true; }},
+    {"--version", nullptr, [](Options& options) { options.version = true; }},
+};
+
+UsageError Unknown(std::string_view argument) {
+  if (!argument.starts_with("-")) {
+    return {"'" + std::string(argument) + "' stands alone; mails follow --mail, macros --macro"};
+  }
+  std::vector<std::string_view> names;
+  for (const OptionRow& row : kOptions) names.push_back(row.name);
+  return {"unknown option '" + std::string(argument) + "'" + DidYouMean(argument, names)};
+}
+
+}  // namespace
+
+const std::string_view kUsage =
+    "wrenfold --mail MAIL [--mail MAIL ...] --macro FILE [--trace]\n"
+    "wrenfold --mail MAIL --prompt\n"
+    "\n"
+    "A small mail host: it loads WFINFO.dll from its own folder and runs macros on real mails.\n"
+    "\n"
+    "  --mail MAIL    an .eml or mbox file, or a folder of them; the first mail is opened\n"
+    "  --macro FILE   runs a macro file (UTF-8); may be given more than once\n"
+    "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
+    "  --templates DIR   templates and signatures; --book FILE: an address book\n"
+    "  --prompt       then asks for calls, line by line: > RootHeader(\"Subject\")\n"
+    "  --trace        tells each request of the library and its answer on standard error\n"
+    "  --english      the library speaks English; --japanese: Japanese; else as the system\n"
+    "  --serve        serves programs that send mail through the system (also without any option)\n"
+    "  --home FOLDER  with --serve: where outbox, mails and settings.txt are\n"
+    "  --slow MS, --modal MS, --deaf, --die\n"
+    "                 with --serve: misbehaves, for tests of callers\n"
+    "  --register-mapi, --unregister-mapi [--yes]\n"
+    "                 makes this the system's mail client, and undoes that; --yes: without asking\n"
+    "  --help         this text\n"
+    "  --version      the versions of host and library\n"
+    "\n"
+    "Exit code: 0 when all went well, 1 after an error, 2 when the command line is wrong.\n";
+
+std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> arguments) {
+  Options options;
+  options.serve = arguments.empty();
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const auto* row = std::find_if(std::begin(kOptions), std::end(kOptions),
+                                   [&](const OptionRow& r) { return r.name == arguments[i]; });
+    if (row == std::end(kOptions)) return Unknown(arguments[i]);
+    if (row->set != nullptr) {
+      row->set(options);
+      continue;
+    }
+    const std::string value = i + 1 < arguments.size() ? arguments[++i] : "";
+    if (value.empty() || (row->take != nullptr && !row->take(options, value))) {
+      return UsageError{std::string(row->name) + " needs " + std::string(row->needs) + " behind it"};
+    }
+    if (row->take == nullptr) (options.*row->values).push_back(value);
+  }
+  const bool works = options.help || options.version || options.prompt || !options.macros.empty() ||
+                     options.serve || options.register_mapi || options.unregister_mapi;
+  if (!works) return UsageError{"nothing to do: give --macro FILE or --prompt"};
+  return options;
+}
+
+}  // namespace wrenfold

@@ -1,0 +1,48 @@
+// The prompt: calls and statements line by line, and a few words of its own.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/macro/run.h"
+
+namespace wrenfold {
+
+// Where the prompt reads and writes; all texts are UTF-8.
+class PromptSide {
+ public:
+  virtual ~PromptSide() = default;
+  // One line without its end; `mark` is shown only where a person types. nullopt at the end of the input.
+  virtual std::optional<std::string> ReadLine(std::string_view mark) = 0;
+  virtual void Write(std::string_view text) = 0;
+  virtual void Complain(std::string_view line) = 0;
+  // Lines of all mails for "mails".
+  virtual std::string MailList() = 0;
+  // "open N": opens mail N, counted from 1, and says which it is; nullopt when there is none.
+  virtual std::optional<std::string> OpenMail(std::size_t number) = 0;
+  virtual std::string PrintValue(const macro::Value& value) = 0;
+};
+
+class Prompt {
+ public:
+  Prompt(macro::Interpreter& interpreter, PromptSide& side, std::string (*to_host)(std::string_view utf8))
+      : interpreter_(interpreter), side_(side), to_host_(to_host) {}
+
+  // Until "quit" or the end of the input. False when a line went wrong.
+  bool Run();
+
+ private:
+  bool Statement(std::string source);
+  void Explain(const macro::Problem& problem);
+  void Help(std::string_view name);
+  void Open(std::string_view number);
+
+  macro::Interpreter& interpreter_;
+  PromptSide& side_;
+  std::string (*to_host_)(std::string_view utf8);
+  bool all_well_ = true;
+};
+
+}  // namespace wrenfold

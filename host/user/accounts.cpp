@@ -1,0 +1,197 @@
+#include "host/user/accounts.h"
+
+#include <charconv>
+#include <iterator>
+#include <system_error>
+
+#include "host/base/ascii.h"
+#include "host/base/whole_file.h"
+#include "host/charset/charsets.h"
+#include "host/mail/mail_store.h"
+#include "src/commands/account_fields.h"
+
+namespace wrenfold {
+namespace {
+
+using wfinfo::AccountKey;
+using wfinfo::KeyMark;
+
+constexpr std::string_view kTitle = "szTitle";  // the section's name, so never a line of its own
+constexpr std::string_view kTexts[] = {"szNewTemplate", "szReplyTemplate", "szForwardTemplate",
+                                       "szSignature"};
+static_assert(std::size(kTexts) == wfinfo::kAccountTexts);
+
+std::string ToUtf8(std::string_view host) { return SystemCharsets().HostToUtf8(host); }
+std::string ToHost(std::string_view utf8) { return SystemCharsets().Utf8ToHost(utf8); }
+
+// A text of the record in one piece.
+std::string TextOf(const wfinfo::SplitText& split, const char* record) {
+  std::string joined(split.Limit() + 1, '\0');
+  joined.resize(wfinfo::JoinSplitText(split, record, joined.data()));
+  return joined;
+}
+
+// The value of a key as host text: numbers in digits.
+std::string ValueOf(const AccountKey& key, const char* record) {
+  if (!key.IsText()) return std::to_string(wfinfo::AccountNumber(key, record));
+  if (const auto* split = wfinfo::FindSplitText(key.word)) return TextOf(*split, record);
+  return std::string(wfinfo::FieldText(record, key.offset, key.kind));
+}
+
+void StoreText(std::string_view word, std::string_view value, char* record) {
+  const AccountKey* key = wfinfo::FindAccountKey(word);
+  if (const auto* split = wfinfo::FindSplitText(word)) {
+    wfinfo::StoreSplitText(*split, value, record);
+  } else if (key != nullptr && key->IsText()) {
+    wfinfo::StoreAccountText(*key, value, record);
+  }
+}
+
+// A number that is none counts as 0.
+void Store(const AccountKey& key, std::string_view value, char* record) {
+  if (key.IsText()) return StoreText(key.word, value, record);
+  long long number = 0;
+  std::from_chars(value.data(), value.data() + value.size(), number);
+  wfinfo::StoreAccountNumber(key, number, record);
+}
+
+// All words that stand for one value of the record, the title left out. Calls `visit(word, value of record)`.
+template <class Visit>
+void EachValue(const char* record, Visit visit) {
+  for (const AccountKey& key : wfinfo::AccountKeys()) {
+    if (key.word != kTitle) visit(key.word, key.mark == KeyMark::kSecret, ValueOf(key, record));
+  }
+  for (const wfinfo::SplitText& split : wfinfo::SplitTexts()) {
+    if (wfinfo::FindAccountKey(split.word) == nullptr) visit(split.word, false, TextOf(split, record));
+  }
+}
+
+std::string PasswordKey(std::string_view section, std::string_view word) {
+  return Lower(section) + '\n' + std::string(word);
+}
+
+}  // namespace
+
+std::optional<std::string> AccountStore::Open(const std::filesystem::path& file) {
+  file_ = file;
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) return std::nullopt;
+  const auto bytes = ReadWholeFile(file);
+  if (!bytes) return "cannot read the accounts " + PathToUtf8(file);
+  settings_ = SettingsText(*bytes);
+  return std::nullopt;
+}
+
+std::vector<std::string> AccountStore::Names() const {
+  std::vector<std::string> names;
+  for (const std::string& section : settings_.Sections()) names.push_back(ToHost(section));
+  return names;
+}
+
+std::string AccountStore::Value(std::string_view name, std::string_view key) const {
+  return ToHost(settings_.Value(ToUtf8(name), key).value_or(""));
+}
+
+bool AccountStore::Write(SettingsText changed) {
+  if (!ReplaceFile(file_, changed.Text())) return false;
+  settings_ = std::move(changed);
+  return true;
+}
+
+bool AccountStore::Create(std::string_view name) {
+  const std::string section = ToUtf8(name);
+  if (!SettingsText::CanBeSection(section) || settings_.HasSection(section)) return false;
+  SettingsText changed = settings_;
+  changed.AddSection(section);
+  return Write(std::move(changed));
+}
+
+std::vector<char> AccountStore::RecordOf(const std::string& section) const {
+  std::vector<char> record(wfinfo::kAccountRecordSize);
+  const auto put = [&](std::string_view word, const auto& store) {
+    const auto password = passwords_.find(PasswordKey(section, word));
+    if (password != passwords_.end()) return store(password->second);
+    if (const auto value = settings_.Value(section, word)) store(ToHost(*value));
+  };
+  StoreText(kTitle, ToHost(section), record.data());
+  for (const AccountKey& key : wfinfo::AccountKeys()) {
+    if (key.word == kTitle) continue;
+    put(key.word, [&](const std::string& value) { Store(key, value, record.data()); });
+  }
+  for (const wfinfo::SplitText& split : wfinfo::SplitTexts()) {
+    put(split.word, [&](const std::string& value) { StoreText(split.word, value, record.data()); });
+  }
+  return record;
+}
+
+char* AccountStore::Lend(std::string_view name) {
+  const std::string wanted = ToUtf8(name);
+  for (const std::string& section : settings_.Sections()) {
+    if (!EqualsIgnoringCase(section, wanted)) continue;
+    return loans_.emplace_back(Loan{section, RecordOf(section)}).record.data();
+  }
+  return nullptr;
+}
+
+std::optional<std::string> AccountStore::LentName(const char* record) const {
+  for (const Loan& loan : loans_) {
+    if (loan.record.data() == record) return ToHost(loan.section);
+  }
+  return std::nullopt;
+}
+
+std::optional<AccountStore::Loan> AccountStore::TakeLoan(const char* record) {
+  for (auto loan = loans_.begin(); loan != loans_.end(); ++loan) {
+    if (loan->record.data() != record) continue;
+    std::optional<Loan> taken = std::move(*loan);
+    loans_.erase(loan);
+    return taken;
+  }
+  return std::nullopt;
+}
+
+bool AccountStore::Release(const char* record) { return TakeLoan(record).has_value(); }
+
+bool AccountStore::Save(const char* record) {
+  const std::optional<Loan> loan = TakeLoan(record);
+  return loan && Keep(loan->section, loan->record.data());
+}
+
+bool AccountStore::Keep(const std::string& section, const char* record) {
+  const std::string title = ToUtf8(ValueOf(*wfinfo::FindAccountKey(kTitle), record));
+  const bool renamed = !EqualsIgnoringCase(title, section);
+  if (!SettingsText::CanBeSection(title) || (renamed && settings_.HasSection(title))) return false;
+  const std::vector<char> before = RecordOf(section);
+  std::map<std::string_view, std::string> old_values;
+  EachValue(before.data(), [&](std::string_view word, bool, std::string value) { old_values[word] = value; });
+  SettingsText changed = settings_;
+  changed.RenameSection(section, title);
+  std::map<std::string, std::string> passwords;
+  EachValue(record, [&](std::string_view word, bool secret, std::string value) {
+    if (secret) {
+      passwords[PasswordKey(title, word)] = value;
+    } else if (value != old_values[word]) {
+      changed.Set(title, word, ToUtf8(value));
+    }
+  });
+  if (!Write(std::move(changed))) return false;
+  for (const auto& [key, password] : passwords) passwords_[key] = password;
+  for (Loan& other : loans_) {
+    if (EqualsIgnoringCase(other.section, section)) other.section = title;
+  }
+  return true;
+}
+
+std::string AccountStore::Text(std::string_view name, std::size_t kind) const {
+  return kind < std::size(kTexts) ? Value(name, kTexts[kind]) : "";
+}
+
+bool AccountStore::SetText(std::string_view name, std::size_t kind, std::string_view text) {
+  const std::string section = ToUtf8(name);
+  if (kind >= std::size(kTexts) || !settings_.HasSection(section)) return false;
+  SettingsText changed = settings_;
+  changed.Set(section, kTexts[kind], ToUtf8(text));
+  return Write(std::move(changed));
+}
+
+}  // namespace wrenfold

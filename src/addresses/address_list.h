@@ -1,0 +1,27 @@
+// Walking whole address lists.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "src/addresses/address_entry.h"
+
+namespace wfinfo {
+
+struct AddressCount {
+  std::size_t entries;
+  AddressError end;  // what stopped the count: kNoEntry at the end of the list
+};
+
+// Entries of `list` up to its end or the first malformed entry. An empty entry between two separators counts.
+AddressCount CountAddresses(std::string_view list);
+
+struct ListedAddress {
+  std::string_view text;  // as it stands in the list, without its separator and surrounding blanks
+  AddressError error;     // kNoEntry: the list ends before it; else that of an entry up to it
+};
+
+// Entry `n` of `list`, counted from 0.
+ListedAddress NthAddress(std::string_view list, std::size_t n);
+
+}  // namespace wfinfo

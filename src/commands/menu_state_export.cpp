@@ -1,8 +1,0 @@
-#include "catalogue/declarations.h"
-#include "commands/frame_menu_win.h"
-
-using namespace wfinfo;
-
-int GetCurrentMenuCheckState(int command) noexcept {
-  return FrameMenuItem(static_cast<UINT>(command)).IsChecked() ? 1 : 0;
-}

@@ -1,0 +1,268 @@
+// The kernels of line_scan.h over a vector type `Vec`. Included, inside an anonymous namespace, by one source
+// file for each kind of vector unit; it has no include guard and includes nothing, so that the including file
+// chooses the instruction set for all that stands here.
+//
+// Vec: Type, kWidth (bytes), LoadU, StoreU, Fill, Equal (0xFF in each equal byte), And, AndNot(a, b) = ~a &
+// b, Or, Xor, Bits (top bit of each byte, byte 0 lowest), SpreadTopBits, Any (not all zero), Zero, Tally(sum,
+// mask) and Sum (of the byte sums).
+
+// Vectors are read past the end of objects, though never into another page: address checks must not see it.
+#define WFINFO_KERNEL __attribute__((no_sanitize("address")))
+
+using V = Vec::Type;
+constexpr std::size_t kWidth = Vec::kWidth;
+constexpr std::size_t kPage = 4096;   // the smallest page there is
+constexpr std::size_t kLookBack = 4;  // bytes before a position that a search may look at
+constexpr std::size_t kUnroll = 4;    // vectors in one round of the counting loop
+constexpr std::size_t kBlock = kUnroll * kWidth;
+constexpr int kRounds = 16;  // rounds until the byte sums are emptied: at most 2 * 4 * 16 < 256 each
+
+inline std::size_t Offset(const char* p, std::size_t unit) {
+  return reinterpret_cast<std::uintptr_t>(p) & (unit - 1);
+}
+
+// A CR at `p` that is the fourth byte of an escape. `text`: nothing before it counts.
+WFINFO_KERNEL inline bool EndsEscape(const char* text, const char* p) {
+  return p - text >= 3 && p[-3] == kEscapeByte && IsEscapeTail(p[-2], p[-1], *p);
+}
+
+// True when a lone CR stands in front of `p`: `p` begins a line for that reason.
+WFINFO_KERNEL inline bool FollowsLoneCr(const char* text, const char* p) {
+  return p != text && p[-1] == '\r' && *p != '\n' && !EndsEscape(text, p - 1);
+}
+
+// In the bytes from `p` on: 0x80 set where the three bytes before could be the first three of an escape.
+WFINFO_KERNEL inline V EscapeHeads(const char* p) {
+  const V first = Vec::Equal(Vec::LoadU(p - 3), Vec::Fill(kEscapeByte));
+  return Vec::And(first, Vec::And(Vec::LoadU(p - 2), Vec::LoadU(p - 1)));
+}
+
+// Gives the candidates of one vector to the search, lowest first. True when the search ended.
+template <class Search>
+WFINFO_KERNEL inline bool VisitBits(Search& search, const char* p, std::uint32_t bits) {
+  for (; bits != 0; bits &= bits - 1) {
+    if (search.Visit(p + __builtin_ctz(bits))) return true;
+  }
+  return false;
+}
+
+// Drives a search from `from` on: Visit(p) looks at position p exactly and is called with rising p, at least
+// for every p in Candidates(p) (a bit for each byte of a vector), until it returns true, which it must do at
+// the terminator. The first kLookBack positions are always visited, so that Candidates may look back. Stops
+// at `until` (a multiple of the vector width behind the start; null: never) and returns false then.
+template <class Search>
+WFINFO_KERNEL bool Walk(Search& search, const char* from, const char* until = nullptr) {
+  const char* p = from;
+  for (; p != from + kLookBack; ++p) {
+    if (p == until) return false;
+    if (search.Visit(p)) return true;
+  }
+  if (Offset(p, kPage) <= kPage - kWidth) {
+    const std::size_t step = kWidth - Offset(p, kWidth);  // the rest belongs to the next, aligned vector
+    const auto kept = static_cast<std::uint32_t>((std::uint64_t{1} << step) - 1);
+    if (p != until && VisitBits(search, p, search.Candidates(p) & kept)) return true;
+    if (p != until) p += step;
+  }
+  for (; p != until && Offset(p, kWidth) != 0; ++p) {
+    if (search.Visit(p)) return true;
+  }
+  while (p != until) {
+    const std::uint32_t bits = search.Candidates(p);
+    if (bits != 0 && VisitBits(search, p, bits)) return true;
+    p += kWidth;
+  }
+  return false;
+}
+
+// The first line end or the terminator.
+struct EndSearch {
+  const char* text;
+  const char* found = nullptr;
+
+  WFINFO_KERNEL bool Visit(const char* p) {
+    const char byte = *p;
+    if (byte != '\0' && byte != '\n' && (byte != '\r' || EndsEscape(text, p))) return false;
+    found = p;
+    return true;
+  }
+
+  WFINFO_KERNEL std::uint32_t Candidates(const char* p) const {
+    const V v = Vec::LoadU(p);
+    const V ends = Vec::Or(Vec::Equal(v, Vec::Fill('\r')), Vec::Equal(v, Vec::Fill('\n')));
+    return Vec::Bits(Vec::Or(ends, Vec::Equal(v, Vec::Fill('\0'))));
+  }
+};
+
+WFINFO_KERNEL const char* FindLineEnd(const char* text) {
+  EndSearch search{text};
+  Walk(search, text);
+  return search.found;
+}
+
+// Counts line ends: at the LF, or for a lone CR at the byte behind it. Ends at the terminator, or once
+// `wanted` line ends were seen; `at` is then the start of the next line.
+struct LineSearch {
+  const char* text;
+  std::size_t wanted;
+  std::size_t ends = 0;
+  const char* at = nullptr;
+
+  WFINFO_KERNEL bool Visit(const char* p) {
+    if (*p == '\n') {
+      ++ends;
+      at = p + 1;
+    } else {
+      at = p;
+      if (FollowsLoneCr(text, p)) ++ends;
+    }
+    return ends == wanted || *p == '\0';
+  }
+
+  WFINFO_KERNEL std::uint32_t Candidates(const char* p) const {
+    const V v = Vec::LoadU(p);
+    const V lf = Vec::Equal(v, Vec::Fill('\n'));
+    const V after_cr = Vec::Equal(Vec::LoadU(p - 1), Vec::Fill('\r'));
+    return Vec::Bits(Vec::Or(Vec::Or(lf, after_cr), Vec::Equal(v, Vec::Fill('\0'))));
+  }
+};
+
+// One round of the counting loop. False, with nothing counted, when the terminator lies in it.
+WFINFO_KERNEL inline bool CountBlock(const char* p, V& sum) {
+  V lf[kUnroll];
+  V lone[kUnroll];
+  V zero = Vec::Zero(), any_lone = Vec::Zero();
+  for (std::size_t i = 0; i < kUnroll; ++i) {
+    const V v = Vec::LoadU(p + i * kWidth);
+    const V after_cr = Vec::Equal(Vec::LoadU(p + i * kWidth - 1), Vec::Fill('\r'));
+    lf[i] = Vec::Equal(v, Vec::Fill('\n'));
+    lone[i] = Vec::AndNot(lf[i], after_cr);
+    zero = Vec::Or(zero, Vec::Equal(v, Vec::Fill('\0')));
+    any_lone = Vec::Or(any_lone, lone[i]);
+  }
+  if (Vec::Any(zero)) return false;
+  for (std::size_t i = 0; i < kUnroll; ++i) sum = Vec::Tally(sum, lf[i]);
+  if (!Vec::Any(any_lone)) return true;
+  for (std::size_t i = 0; i < kUnroll; ++i) {
+    // The CR before a byte belongs to an escape when the three bytes before that CR begin one.
+    sum = Vec::Tally(sum, Vec::AndNot(Vec::SpreadTopBits(EscapeHeads(p + i * kWidth - 1)), lone[i]));
+  }
+  return true;
+}
+
+// Counts in blocks from the aligned `p` on, until one holds the terminator or a run of blocks would reach
+// `wanted` line ends; returns where it stopped and adds what lies before that to `ends`.
+WFINFO_KERNEL const char* CountBlocks(const char* p, std::size_t& ends, std::size_t wanted) {
+  for (;;) {
+    V sum = Vec::Zero();
+    const char* const run = p;
+    int round = 0;
+    while (round < kRounds && CountBlock(p, sum)) {
+      p += kBlock;
+      ++round;
+    }
+    const std::size_t counted = Vec::Sum(sum);
+    if (ends + counted >= wanted) return run;
+    ends += counted;
+    if (round < kRounds) return p;
+  }
+}
+
+// Counts up to `wanted` line ends in `search`.
+WFINFO_KERNEL void CountInto(LineSearch& search) {
+  // Blocks are aligned to their size, which divides a page, and stand far enough behind the start to
+  // look back.
+  const char* const from = search.text + kWidth + kLookBack;
+  const char* const first_block = from + (kBlock - Offset(from, kBlock));
+  if (Walk(search, search.text, first_block)) return;
+  Walk(search, CountBlocks(first_block, search.ends, search.wanted));
+}
+
+WFINFO_KERNEL LineTally CountEnds(const char* text) {
+  LineSearch search{text, static_cast<std::size_t>(-1)};
+  CountInto(search);
+  return {search.ends, search.at};
+}
+
+WFINFO_KERNEL const char* SkipLines(const char* text, std::size_t count) {
+  if (count == 0) return text;
+  LineSearch search{text, count};
+  CountInto(search);
+  return search.ends == count ? search.at : nullptr;
+}
+
+constexpr char kCaseBit = 0x20;
+
+WFINFO_KERNEL inline bool IsAsciiLetter(char byte) {
+  const char lower = static_cast<char>(byte | kCaseBit);
+  return lower >= 'a' && lower <= 'z';
+}
+
+WFINFO_KERNEL inline char Folded(char byte) {
+  return IsAsciiLetter(byte) ? static_cast<char>(byte | kCaseBit) : byte;
+}
+
+// Header lines that begin with a prefix, up to the empty line.
+struct HeaderSearch {
+  const char* text;
+  std::string_view prefix;
+  std::size_t index;
+  HeaderHit hit{nullptr, 0, nullptr};
+  const char* seen = nullptr;  // the last position examined
+  V first = Vec::Fill(prefix.empty() ? '\0' : Folded(prefix[0]));
+  V case_bit = Vec::Fill(!prefix.empty() && IsAsciiLetter(prefix[0]) ? kCaseBit : '\0');
+
+  WFINFO_KERNEL bool Matches(const char* line) const {
+    for (std::size_t i = 0; i < prefix.size(); ++i) {
+      if (line[i] != prefix[i] && Folded(line[i]) != Folded(prefix[i])) return false;
+    }
+    return !prefix.empty();
+  }
+
+  WFINFO_KERNEL bool EndsAt(const char* p) {
+    hit.header_end = p;
+    return true;
+  }
+
+  // Looks at `p` as the start of a line, if it is one.
+  WFINFO_KERNEL bool Examine(const char* p) {
+    if (p == seen) return false;
+    seen = p;
+    const char byte = *p;
+    if (byte == '\0') return EndsAt(p);
+    if (p != text && p[-1] != '\n' && !FollowsLoneCr(text, p)) return false;
+    if (byte == '\r' || byte == '\n') return EndsAt(p);
+    if (p != text && (byte == ' ' || byte == '\t')) return false;  // continues the line before
+    if (!Matches(p)) return false;
+    if (hit.matches == index) {
+      hit.line = p;
+      return true;
+    }
+    ++hit.matches;
+    return false;
+  }
+
+  WFINFO_KERNEL bool Visit(const char* p) {
+    if (p != text && p - 1 != seen && Examine(p - 1)) return true;
+    return Examine(p);
+  }
+
+  // A line after LF shows one byte late, when its first byte is CR or the one looked for. A line after a
+  // lone CR, a LF without CR and so an empty line of one LF show at once: there "LF here" differs from
+  // "CR before".
+  WFINFO_KERNEL std::uint32_t Candidates(const char* p) const {
+    const V v = Vec::LoadU(p);
+    const V before = Vec::LoadU(p - 1);
+    const V line_begins = Vec::Equal(Vec::LoadU(p - 2), Vec::Fill('\n'));
+    const V after_cr = Vec::Equal(before, Vec::Fill('\r'));
+    const V is_first = Vec::Equal(Vec::Or(before, case_bit), first);
+    const V odd = Vec::Xor(Vec::Equal(v, Vec::Fill('\n')), after_cr);
+    const V regular = Vec::And(line_begins, Vec::Or(is_first, after_cr));
+    return Vec::Bits(Vec::Or(Vec::Or(odd, regular), Vec::Equal(v, Vec::Fill('\0'))));
+  }
+};
+
+WFINFO_KERNEL HeaderHit FindHeader(const char* text, std::string_view prefix, std::size_t index) {
+  HeaderSearch search{text, prefix, index};
+  Walk(search, text);
+  return search.hit;
+}

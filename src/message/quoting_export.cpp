@@ -1,0 +1,105 @@
+// Exports that quote the root mail and steer line folding. The host quotes and folds; here stands which text
+// goes to it with which width, and the line ends that tell it what not to fold.
+#include <cstring>
+
+#include "src/bridge/host_request_win.h"
+#include "src/bridge/report_win.h"
+#include "src/bridge/results_win.h"
+#include "src/bridge/value_params_win.h"
+#include "src/catalogue/declarations.h"
+#include "src/message/line_ends.h"
+
+using namespace wfinfo;
+
+namespace {
+
+// Function codes and commands of the host.
+constexpr int kCodeCurrentState = 15;
+constexpr int kCodeRootState = 263;
+constexpr int kCodeQuoteWidth = 262;
+constexpr int kDontFoldCommand = 40179;
+
+// Bits of a mail's state.
+constexpr Slot kFoldingOff = 0x4000;
+constexpr Slot kUnread = 0x100000;
+constexpr Slot kMarked = 0x4000000;
+
+bool StateHas(int code, Slot bit) { return (SendHostRequest(code) & bit) != 0; }
+
+// `text` with all its line ends in one form. It may be the kept block, which is freed only after the copy.
+const char* WithLineEnds(const char* text, LineEnd form) {
+  if (!IsText(text)) return kNoText;
+  const FoldSize size = MeasureLineEnds(text, form);
+  if (size.output == 0) return kNoText;
+  char* const block = NewUnwrittenBlock(size.output + 1);
+  if (block == nullptr) return kNoText;
+  WriteLineEnds(text, form, size, block);
+  block[size.output] = '\0';
+  return KeepLongResult(block);
+}
+
+const char* QuoteUnfolded(const char* text) { return QuoteWidth(text, kNoFolding); }
+
+// Quotes as the root mail is shown: folded or not.
+const char* QuoteAsRoot(const char* text) {
+  return IsRootOrikaeshi() != 0 ? Quote(text) : QuoteUnfolded(text);
+}
+
+}  // namespace
+
+const char* Orikaeshi(const char* text) noexcept { return WithLineEnds(text, LineEnd::kCrLf); }
+
+const char* DontOrikaeshi(const char* text) noexcept { return WithLineEnds(text, LineEnd::kCrCrLf); }
+
+const char* QuoteWidth(const char* text, long long width) noexcept {
+  if (!IsText(text)) return kNoText;
+  Slot block[] = {ToSlot(text), WidthOf(width)};
+  return SendHostRequestStr(kCodeQuoteWidth, block);
+}
+
+long long IsOrikaeshi() noexcept { return StateHas(kCodeCurrentState, kFoldingOff) ? 0 : 1; }
+
+long long IsRootOrikaeshi() noexcept { return StateHas(kCodeRootState, kFoldingOff) ? 0 : 1; }
+
+long long IsUnread() noexcept { return StateHas(kCodeCurrentState, kUnread) ? 1 : 0; }
+
+long long IsMarked() noexcept { return StateHas(kCodeCurrentState, kMarked) ? 1 : 0; }
+
+long long SyncOrikaeshi() noexcept {
+  const bool root_off = StateHas(kCodeRootState, kFoldingOff);
+  if (root_off != StateHas(kCodeCurrentState, kFoldingOff)) SwitchOrikaeshi();
+  return 0;
+}
+
+long long SwitchDontOrikaeshi() noexcept {
+  SendHostCommand(kDontFoldCommand);
+  return 0;
+}
+
+const char* QuotedRootBody_SyncOrikaeshi() noexcept { return QuoteAsRoot(RootBody()); }
+
+const char* QuotedSelectedRootText_SyncOrikaeshi() noexcept { return QuoteAsRoot(SelectedRootText()); }
+
+const char* QuotedSelectedRootText2_SyncOrikaeshi() noexcept { return QuoteAsRoot(SelectedRootText2()); }
+
+const char* QuotedRootBody_NoOrikaeshi() noexcept { return QuoteUnfolded(RootBody()); }
+
+const char* QuotedSelectedRootText_NoOrikaeshi() noexcept { return QuoteUnfolded(SelectedRootText()); }
+
+const char* QuotedSelectedRootText2_NoOrikaeshi() noexcept { return QuoteUnfolded(SelectedRootText2()); }
+
+const char* CustomRootHeader2(const char* spec) noexcept {
+  return IsText(spec) ? CustomSmallHeader(spec, AllRootHeader()) : kNoText;
+}
+
+const char* CustomRootHeader(const char* spec) noexcept {
+  return IsText(spec) ? HeaderOrikaeshi(CustomRootHeader2(spec)) : kNoText;
+}
+
+const char* OrikaeshiCustomRootHeader(const char* spec) noexcept { return CustomRootHeader(spec); }
+
+const char* QuotedCustomRootHeader(const char* spec) noexcept {
+  return IsText(spec) ? Quote(CustomRootHeader(spec)) : kNoText;
+}
+
+const char* QuotedRootHtml() noexcept { return QuoteHtml(RootHtml()); }

@@ -1,0 +1,250 @@
+#include "src/csv/csv_text.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/support/csv_reference.h"
+
+namespace wfinfo {
+namespace {
+
+using wfinfo_test::CsvReference;
+
+// A walker that frees what it remembers.
+struct Walker : CsvText {
+  explicit Walker(std::string_view text) { Attach(text); }
+  ~Walker() { Detach(); }
+  Walker(const Walker&) = delete;
+  Walker& operator=(const Walker&) = delete;
+};
+
+std::string Unquoted(std::string_view field) {
+  std::string text(field.size(), '#');
+  text.resize(UnquoteCsvField(field, text.data()));
+  return text;
+}
+
+struct LineCase {
+  const char* text;
+  std::vector<std::string> fields;  // of the first line
+  std::size_t lines;
+  const char* why;
+};
+
+TEST(CsvText, LinesAndFieldsAreSplit) {
+  const LineCase cases[] = {
+      {"", {}, 0, "no text, no line"},
+      {"a", {"a"}, 1, "one field"},
+      {"a,b", {"a", "b"}, 1, "two fields"},
+      {"a,b,\r\nc", {"a", "b"}, 2, "a comma at the end of a line adds no field"},
+      {"a,b,", {"a", "b"}, 1, "the same at the end of the text"},
+      {"\r\na", {}, 2, "an empty line has no fields"},
+      {"\n\n", {}, 2, "two empty lines"},
+      {"\n\r\n", {}, 2, "LF, then CR LF"},
+      {"\r\r\n", {}, 2, "CR, then CR LF"},
+      {",,\nx", {"", ""}, 2, "empty fields"},
+      {",a", {"", "a"}, 1, "an empty first field"},
+      {"\"a,b\r\nc\",d\ne", {"a,b\r\nc", "d"}, 2, "a quoted field holds commas and line ends"},
+      {"\"a\"\"b\",c", {"a\"b", "c"}, 1, "a doubled quote is one"},
+      {"\"\",\"\"\"\"", {"", "\""}, 1, "an empty quoted field, and one that is a quote"},
+      {"\"a\"b,c", {"a", "b", "c"}, 1, "what follows a closing quote starts a field"},
+      {"\"a\" \"b\"", {"a", " "}, 1, "such a field is plain: its quotes do not count, its text ends at one"},
+      {"a\"b,c\"d,e", {"a", "c", "e"}, 1, "quotes inside plain fields do not toggle"},
+      {"a\"\"b,c", {"a\"b", "c"}, 1, "doubled quotes are one in plain fields too"},
+      {"\"a,b\nc", {"a,b\nc"}, 1, "without a closing quote the field runs to the end"},
+      {"\"", {""}, 1, "an opening quote alone"},
+      {"\"a\"\r\nb", {"a"}, 2, "a line end behind a closing quote"},
+      {"\x83\x5C,\x83\x7C\nb", {"\x83\x5C", "\x83\x7C"}, 2, "double-byte characters"},
+  };
+  for (const LineCase& c : cases) {
+    Walker walker(c.text);
+    EXPECT_EQ(walker.LineCount(), c.lines) << c.why;
+    EXPECT_EQ(walker.ColumnCount(), c.fields.size()) << c.why;
+    for (std::size_t i = 0; i < c.fields.size(); ++i)
+      EXPECT_EQ(Unquoted(walker.Field(i)), c.fields[i]) << c.why;
+    EXPECT_EQ(walker.Field(c.fields.size()), "") << c.why;
+    EXPECT_EQ(walker.Field(c.fields.size() + 5000), "") << c.why;
+  }
+}
+
+TEST(CsvText, AllKindsOfLineEndsCountTheSame) {
+  for (const std::string end : {"\r\n", "\r", "\n"}) {
+    std::string text;
+    for (int i = 0; i < 100; ++i) text += "a,\"b" + end + "c\",d" + end;
+    Walker walker(text);
+    EXPECT_EQ(walker.LineCount(), 100u);
+    EXPECT_EQ(walker.MaxColumnCount(), 3u);
+    EXPECT_TRUE(walker.SetLine(99));
+    EXPECT_FALSE(walker.SetLine(100));
+  }
+}
+
+TEST(CsvText, NothingAttachedIsNoText) {
+  CsvText walker;
+  EXPECT_EQ(walker.LineCount(), 0u);
+  EXPECT_EQ(walker.ColumnCount(), 0u);
+  EXPECT_EQ(walker.MaxColumnCount(), 0u);
+  EXPECT_EQ(walker.Field(0), "");
+  EXPECT_FALSE(walker.SkipLine());
+  EXPECT_FALSE(walker.SetLine(0));
+  EXPECT_FALSE(walker.SetLine(3));
+}
+
+TEST(CsvText, LineNumbersBelowZeroAreTheFirstLine) {
+  Walker walker("a\nb");
+  EXPECT_TRUE(walker.SetLine(1));
+  EXPECT_TRUE(walker.SetLine(-1));
+  EXPECT_EQ(walker.Field(0), "a");
+  EXPECT_TRUE(walker.SetLine(1));
+  EXPECT_TRUE(walker.SetLine(-5'000'000'000));
+  EXPECT_EQ(walker.Field(0), "a");
+}
+
+TEST(CsvText, BehindTheLastLineThereIsNothing) {
+  Walker walker("a\nb\n");
+  EXPECT_TRUE(walker.SkipLine());
+  EXPECT_FALSE(walker.SkipLine());
+  EXPECT_FALSE(walker.SkipLine());
+  EXPECT_EQ(walker.ColumnCount(), 0u);
+  EXPECT_EQ(walker.Field(0), "");
+  EXPECT_FALSE(walker.SetLine(1'000'000'000));
+  EXPECT_TRUE(walker.SetLine(1));
+  EXPECT_EQ(walker.Field(0), "b");
+}
+
+TEST(CsvText, LinesWiderThanWhatIsRememberedAreWalked) {
+  std::string text;
+  for (int i = 0; i < 5000; ++i)
+    text += (i % 3 == 0 ? "\"q" + std::to_string(i) + "\"" : std::to_string(i)) + ",";
+  text += "last\nnext";
+  Walker walker(text);
+  EXPECT_EQ(walker.ColumnCount(), 5001u);
+  const CsvReference reference(text);
+  for (const std::size_t column :
+       {0u, 1023u, 1024u, 1025u, 4999u, 5000u, 1024u, 1022u, 3000u, 2999u, 5001u}) {
+    EXPECT_EQ(walker.Field(column), reference.Field(column)) << column;
+  }
+  EXPECT_TRUE(walker.SkipLine());
+  EXPECT_EQ(walker.Field(0), "next");
+}
+
+// Texts in which everything that matters is frequent, with long plain runs in between so that blocks
+// are crossed.
+std::string RandomText(std::mt19937& random, bool tidy) {
+  static const char* const kWild[] = {"\"", "\"\"", ",",        "\r",         "\n", "\r\n",
+                                      "a",  "bc",   "\x83\x5C", "plain text", ",,"};
+  static const char* const kTidy[] = {"field,",  "\"quoted\",", "\"a,b\"\"c\r\nd\",", "x\r\n", "\r\n",
+                                      "\"e\"\n", "12345,"};
+  std::string text;
+  const std::size_t parts = random() % (random() % 8 == 0 ? 400 : 40);
+  for (std::size_t i = 0; i < parts; ++i) {
+    text +=
+        tidy && random() % 64 != 0 ? kTidy[random() % std::size(kTidy)] : kWild[random() % std::size(kWild)];
+    if (random() % 16 == 0) text.append(random() % 70, 'z');
+  }
+  return text;
+}
+
+TEST(CsvKernels, EverySetAgreesWithTheSlowReading) {
+  std::mt19937 random(42);
+  for (int round = 0; round < 6000; ++round) {
+    const std::string text = RandomText(random, round % 2 == 0);
+    // An exact copy lets the sanitizer see reads past the end.
+    const std::unique_ptr<char[]> exact(new char[text.size()]);
+    std::copy(text.begin(), text.end(), exact.get());
+    const std::string_view view(exact.get(), text.size());
+    const CsvReference reference(view);
+    std::vector<std::uint32_t> starts(random() % 2 == 0 ? 3 : 600);
+    for (const CsvKernels& kernels : RunnableCsvKernels()) {
+      ASSERT_EQ(kernels.count_lines(view), reference.LineCount()) << kernels.name << ": " << text;
+      ASSERT_EQ(kernels.widest_line(view), reference.MaxColumnCount()) << kernels.name << ": " << text;
+      const CsvLine line = kernels.scan_line(view, starts);
+      ASSERT_EQ(line.fields, reference.ColumnCount()) << kernels.name << ": " << text;
+      ASSERT_EQ(kernels.line_end(view), line.end) << kernels.name << ": " << text;
+      for (std::size_t i = 0; i < std::min(line.fields, starts.size()); ++i) {
+        const std::string_view field = reference.Field(i);
+        ASSERT_EQ(view.data() + starts[i], field.data()) << kernels.name << ", field " << i << ": " << text;
+        if (i + 1 < line.fields) continue;
+        ASSERT_EQ(line.last_field_end, field.data() + field.size()) << kernels.name << ": " << text;
+      }
+    }
+  }
+}
+
+TEST(CsvText, ResultsAreTheSameForEveryOrderOfCalls) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 1500; ++round) {
+    const std::string text = RandomText(random, round % 2 == 0);
+    Walker walker(text);
+    CsvReference reference(text);
+    const std::size_t lines = reference.LineCount();
+    for (int call = 0; call < 40; ++call) {
+      const std::size_t number = random() % (lines + 3);
+      switch (random() % 7) {
+        case 0:
+          ASSERT_EQ(walker.SkipLine(), reference.SkipLine());
+          break;
+        case 1:
+          ASSERT_EQ(walker.SetLine(static_cast<long long>(number)),
+                    reference.SetLine(static_cast<long long>(number)));
+          break;
+        case 2:
+          ASSERT_EQ(walker.LineCount(), lines);
+          break;
+        case 3:
+          ASSERT_EQ(walker.MaxColumnCount(), reference.MaxColumnCount());
+          break;
+        case 4:
+          ASSERT_EQ(walker.ColumnCount(), reference.ColumnCount());
+          break;
+        default: {
+          const std::size_t column = random() % 6;
+          ASSERT_EQ(walker.Field(column), reference.Field(column)) << column << ": " << text;
+          const std::string expected = CsvReference::Unquoted(reference.Field(column));
+          ASSERT_EQ(Unquoted(walker.Field(column)), expected);
+          std::string copy(walker.Field(column).size() + random() % 20, '#');
+          copy.resize(walker.CopyField(walker.Field(column), copy.data(), copy.size()));
+          ASSERT_EQ(copy, expected);
+          const std::size_t room = walker.Field(column).size() + 1 + random() % 40;
+          std::string quick(room, '#');
+          quick.resize(walker.CopyColumn(column, quick.data(), room));
+          ASSERT_EQ(quick, expected) << column << ": " << text;
+        }
+      }
+    }
+  }
+}
+
+TEST(CsvText, UnquotingFollowsTheRuleForEveryLength) {
+  std::mt19937 random(5);
+  for (int round = 0; round < 40000; ++round) {
+    std::string field;
+    for (std::size_t length = random() % 40; length > 0; --length)
+      field += "abcdefg\""[random() % (round % 2 == 0 ? 8 : 7)];
+    if (random() % 2 == 0) field = '"' + field + '"';
+    ASSERT_EQ(Unquoted(field), CsvReference::Unquoted(field)) << field;
+  }
+}
+
+TEST(CsvText, ManyLinesByNumberAreFoundInOrderAndAtRandom) {
+  std::string text;
+  for (int i = 0; i < 300000; ++i) text += std::to_string(i) + ",x\n";
+  Walker walker(text);
+  for (int i = 0; i < 300000; ++i) {
+    ASSERT_TRUE(walker.SetLine(i));
+    ASSERT_EQ(walker.Field(0), std::to_string(i));
+  }
+  std::mt19937 random(3);
+  for (int i = 0; i < 20000; ++i) {
+    const long long line = random() % 300000;
+    ASSERT_TRUE(walker.SetLine(line));
+    ASSERT_EQ(walker.Field(0), std::to_string(line));
+  }
+}
+
+}  // namespace
+}  // namespace wfinfo

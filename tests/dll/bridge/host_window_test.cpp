@@ -1,0 +1,277 @@
+// Which window a request reaches, and when it is refused.
+#include <gtest/gtest.h>
+
+#include "tests/support/library.h"
+#include "tests/support/scripted_host_win.h"
+
+namespace wfinfo_test {
+namespace {
+
+constexpr int kHostCode = 34;   // IsTransmitting: through the frame's request target
+constexpr int kFrameCode = 30;  // MailCount: through the active frame
+constexpr int kViewCode = 102;  // SaveDraft2: through an outer view
+constexpr char kEditorRefusal[] =
+    "A WFINFO.dll function called on editor window but it cannot be executable on editor.\nfunction code = "
+    "30";
+
+// Puts a window on top of the z-order; the active window stays what it is.
+void Raise(HWND window) {
+  const HWND active = GetActiveWindow();
+  BringWindowToTop(window);
+  SetActiveWindow(active);
+}
+
+// A window that is none of the host's, activated so that the enumeration has to find the host.
+HWND ActivateStranger(ScriptedHost& host) {
+  const HWND stranger = host.OpenWindow("STATIC");
+  SetActiveWindow(stranger);
+  return stranger;
+}
+
+TEST(HostWindow, AnActiveFrameIsAskedForItsRequestTargetOnce) {
+  ScriptedHost host;
+  const HWND target = host.OpenWindow("WrenfoldView", host.frame(), WS_CHILD | WS_VISIBLE);
+  host.SetRequestTarget(target);
+  SetActiveWindow(host.frame());
+  host.Expect(kHostCode).Answer(1).At(target);
+  EXPECT_EQ(IsTransmitting(), 1);
+  EXPECT_EQ(host.request_target_queries(), 1);
+  EXPECT_EQ(host.active_view_queries(), 1);
+}
+
+TEST(HostWindow, AnActiveFrameMayNameAnOuterViewThatActsForIt) {
+  ScriptedHost host;
+  const HWND view = host.OpenOuterView();
+  SetActiveWindow(host.frame());
+  host.SetActiveView(view);
+  host.Expect(kHostCode).Answer(5).At(view);
+  EXPECT_EQ(IsTransmitting(), 5);
+  EXPECT_EQ(host.request_target_queries(), 0);
+}
+
+TEST(HostWindow, AnActiveOuterViewReceivesRequestsItself) {
+  ScriptedHost host;
+  const HWND view = host.OpenOuterView();
+  SetActiveWindow(view);
+  host.Expect(kHostCode).Answer(7).At(view);
+  EXPECT_EQ(IsTransmitting(), 7);
+  host.Expect(kViewCode).Int(3).Answer(8).At(view);
+  EXPECT_EQ(SaveDraft2(3), 8);
+}
+
+TEST(HostWindow, AnActiveOuterViewWithoutUserDataIsIgnoredAndTheEnumerationDecides) {
+  ScriptedHost host;
+  SetActiveWindow(host.OpenOuterView(false));
+  host.Expect(kHostCode).Answer(1).At(host.frame());
+  EXPECT_EQ(IsTransmitting(), 1);
+}
+
+TEST(HostWindow, AViewRequestWithAnActiveFrameFindsNothing) {
+  ScriptedHost host;
+  host.OpenOuterView();
+  SetActiveWindow(host.frame());
+  EXPECT_EQ(SaveDraft2(0), 0);
+}
+
+TEST(HostWindow, TheEnumerationTakesTheFirstHostWindowInZOrder) {
+  ScriptedHost host;
+  const HWND view = host.OpenOuterView();
+  ActivateStranger(host);
+  Raise(host.frame());
+  Raise(view);
+  host.Expect(kHostCode).Answer(1).At(view);
+  EXPECT_EQ(IsTransmitting(), 1);
+  Raise(host.frame());
+  host.Expect(kHostCode).Answer(2).At(host.frame());
+  EXPECT_EQ(IsTransmitting(), 2);
+  EXPECT_EQ(SaveDraft2(0), 0) << "a frame above the outer view ends the search for an outer view";
+}
+
+TEST(HostWindow, AnHtmlViewerReceivesRequestsAsItStands) {
+  ScriptedHost host;
+  const HWND viewer = host.OpenHtmlViewer();
+  ActivateStranger(host);
+  Raise(viewer);
+  host.Expect(kHostCode).Answer(1).At(viewer);
+  EXPECT_EQ(IsTransmitting(), 1);
+  EnableWindow(viewer, FALSE);
+  host.OpenDialog(viewer, true);
+  Raise(viewer);
+  host.Expect(kHostCode).Answer(2).At(viewer);
+  EXPECT_EQ(IsTransmitting(), 2) << "no modal test for a viewer";
+}
+
+TEST(HostWindow, WithoutAHostWindowTheResultIsZeroAndNothingIsShown) {
+  EXPECT_EQ(IsTransmitting(), 0);
+  EXPECT_EQ(MailCount(), 0);
+  EXPECT_EQ(SaveDraft2(1), 0);
+  EXPECT_EQ(NewMail(), 0);
+  EXPECT_STREQ(RootFolder(), "");
+  EXPECT_STREQ(Account(), "");
+}
+
+TEST(HostWindow, AFrameRequestGoesToTheFrameItself) {
+  ScriptedHost host;
+  host.SetRequestTarget(host.OpenWindow("WrenfoldView", host.frame(), WS_CHILD | WS_VISIBLE));
+  SetActiveWindow(host.frame());
+  host.Expect(kFrameCode).Answer(12).At(host.frame());
+  EXPECT_EQ(MailCount(), 12);
+  EXPECT_EQ(host.request_target_queries(), 0);
+  EXPECT_EQ(host.active_view_queries(), 1);
+}
+
+TEST(HostWindow, AFrameRequestGoesToTheFrameThatActsForAnother) {
+  ScriptedHost host;
+  const HWND other = host.OpenFrame();
+  SetActiveWindow(host.frame());
+  host.SetActiveView(other);
+  host.Expect(kFrameCode).Answer(4).At(other);
+  EXPECT_EQ(MailCount(), 4);
+}
+
+TEST(HostWindow, AFrameRequestOnAnEditorIsRefused) {
+  for (const Language language : {Language::kEnglish, Language::kJapanese}) {
+    ScriptedHost host(language);
+    const HWND editor = host.OpenOuterView();
+    SetActiveWindow(host.frame());
+    host.SetActiveView(editor);
+    EXPECT_EQ(MailCount(), 0);
+    EXPECT_STREQ(Account(), "");
+    const std::string japanese =
+        Sjis(u8"エディタ上で実行できないWFInfo.dll呼び出しが行われました。\n関数コード = ");
+    if (language == Language::kEnglish) {
+      std::string second = kEditorRefusal;
+      second.replace(second.size() - 2, 2, "5");
+      host.ExpectMessages({kEditorRefusal, second});
+    } else {
+      host.ExpectMessages({japanese + "30", japanese + "5"});
+    }
+  }
+}
+
+TEST(HostWindow, WithAnotherWindowActiveAFrameRequestFindsTheFrame) {
+  ScriptedHost host;
+  ActivateStranger(host);
+  host.Expect(kFrameCode).Answer(9).At(host.frame());
+  EXPECT_EQ(MailCount(), 9);
+}
+
+TEST(HostWindow, OtherThreadsGetTheEditorRefusalOrNoWindow) {
+  ScriptedHost host;
+  OnOtherThread([] {
+    EXPECT_EQ(MailCount(), 0);
+    EXPECT_EQ(IsTransmitting(), 0);
+    EXPECT_EQ(SaveDraft2(0), 0);
+    EXPECT_EQ(NewMail(), 0);
+  });
+  host.ExpectMessages({kEditorRefusal});
+}
+
+// --- Modal dialogs -------------------------------------------------------------------------------------
+
+constexpr char kRefusal[] = "WFINFO.DLL: Cannot proceed because a dialog box showing.\nfunction code = ";
+
+TEST(HostWindow, WhileADialogShowsARequestIsRefusedWithABox) {
+  for (const Language language : {Language::kEnglish, Language::kJapanese}) {
+    ScriptedHost host(language);
+    host.OpenDialog(host.frame(), true);
+    {
+      BoxCloser closer;
+      EXPECT_EQ(IsTransmitting(), 0);
+      EXPECT_EQ(MailCount(), 0);
+      EXPECT_STREQ(RootFolder(), "");
+      EXPECT_EQ(NewMail(), 0);
+      const auto boxes = closer.boxes();
+      ASSERT_EQ(boxes.size(), 4u);
+      const std::string head =
+          language == Language::kEnglish
+              ? kRefusal
+              : Sjis(u8"WFINFO.DLL: ダイアログボックス表示中なので処理できません。\n関数コード = ");
+      // A box shows its text in the system's code page: Japanese only where that is 932.
+      if (language == Language::kEnglish || GetACP() == 932) {
+        EXPECT_EQ(boxes[0].text, head + "34");
+        EXPECT_EQ(boxes[1].text, head + "30");
+        EXPECT_EQ(boxes[2].text, head + "42");
+        EXPECT_EQ(boxes[3].text, head + "0") << "a menu command counts as code 0";
+      }
+      for (const auto& box : boxes) EXPECT_EQ(box.owner, nullptr);
+    }
+    EnableWindow(host.frame(), TRUE);
+  }
+}
+
+TEST(HostWindow, TheBoxBypassesTheCallback) {
+  ScriptedHost host;
+  host.OpenDialog(host.frame(), true);
+  BoxCloser closer;
+  EXPECT_EQ(IsTransmitting(), 0);
+  host.ExpectMessages({});
+  EXPECT_EQ(closer.boxes().size(), 1u);
+  EnableWindow(host.frame(), TRUE);
+}
+
+TEST(HostWindow, AModelessPopupRefusesNothing) {
+  ScriptedHost host;
+  host.OpenDialog(host.frame(), false);
+  host.Expect(kHostCode).Answer(1).At(host.frame());
+  EXPECT_EQ(IsTransmitting(), 1);
+  host.Expect(kFrameCode).Answer(2).At(host.frame());
+  EXPECT_EQ(MailCount(), 2);
+}
+
+TEST(HostWindow, AnActiveFrameIsNotTestedForModality) {
+  ScriptedHost host;
+  host.OpenDialog(host.frame(), true);
+  SetActiveWindow(host.frame());
+  if (GetActiveWindow() != host.frame()) {
+    // Windows does not activate a disabled window: the dialog stays active and the modal test applies.
+    BoxCloser closer;
+    EXPECT_EQ(IsTransmitting(), 0);
+    EXPECT_EQ(closer.boxes().size(), 1u);
+  } else {
+    host.Expect(kHostCode).Answer(1).At(host.frame());
+    EXPECT_EQ(IsTransmitting(), 1);
+  }
+  EnableWindow(host.frame(), TRUE);
+}
+
+TEST(HostWindow, TheAllowedCodesGoThroughWhileADialogShows) {
+  ScriptedHost host;
+  host.OpenDialog(host.frame(), true);
+  host.Expect(46).Answer("C:\\").At(host.frame());
+  EXPECT_STREQ(HomeDir(), "C:\\");
+  host.Expect(48).Answer(1).At(host.frame());
+  EXPECT_EQ(WrenfoldVersion(), 1);
+  EXPECT_EQ(IsWrenfoldMain(), 1) << "its look-up passes code 333";
+  EnableWindow(host.frame(), TRUE);
+}
+
+TEST(HostWindow, TheOwnerOfBoxesIsTheLastActivePopup) {
+  ScriptedHost host;
+  EXPECT_EQ(GetMessageBoxParent(), host.frame());
+  const HWND dialog = host.OpenDialog(host.frame(), true);
+  EXPECT_EQ(GetMessageBoxParent(), dialog);
+  EnableWindow(host.frame(), TRUE);
+}
+
+TEST(HostWindow, WithoutAHostAnyWindowOfTheThreadOwnsBoxes) {
+  ScriptedHost host;
+  const HWND stranger = ActivateStranger(host);
+  DestroyWindow(host.frame());
+  EXPECT_EQ(GetMessageBoxParent(), stranger);
+}
+
+TEST(HostWindow, MenuCommandsReachTheRequestTarget) {
+  ScriptedHost host;
+  host.ExpectCommand(40002).Answer(3);
+  EXPECT_EQ(NewMail(), 3);
+  host.ExpectCommand(40046).Answer(1);
+  EXPECT_EQ(SwitchHeaderView(2), 1);
+  host.ExpectCommand(40444);
+  RestartTamarinMail(1);
+  host.ExpectCommand(40443);
+  RestartTamarinMail(0);
+}
+
+}  // namespace
+}  // namespace wfinfo_test

@@ -1,0 +1,103 @@
+// What the small host says of exports, and how it checks calls before a run.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "host/library/export_help.h"
+#include "host/macro/check.h"
+#include "src/catalogue/rows.h"
+
+namespace wrenfold {
+namespace {
+
+using macro::Value;
+using wfinfo::catalogue::FindRow;
+
+std::string Same(std::string_view text) { return std::string(text); }
+
+TEST(ExportHelp, ShowsTheCallAndWhatItSends) {
+  EXPECT_EQ(
+      HelpText(*FindRow("SetMailIndex")),
+      "SetMailIndex(index)\nMakes mail `index` of the list the current one.\n  index: number; 0 = first\n"
+      "Result: a number, 0 on failure\nSends: code 33 (Frame); refused while a dialog shows\n"
+      "The parameter list is inferred from the family and the name.\n");
+  EXPECT_NE(HelpText(*FindRow("HomeDir")).find("goes through while a dialog shows"), std::string::npos);
+  EXPECT_NE(HelpText(*FindRow("NewMail")).find("Sends: menu command 40002; refused"), std::string::npos);
+  EXPECT_NE(HelpText(*FindRow("NextMail")).find("Sends: code 12 (Host), command 40031"), std::string::npos);
+  EXPECT_NE(HelpText(*FindRow("DeleteFolder")).find("Sends: code 246 (Host), code 260 (Host)"),
+            std::string::npos);
+}
+
+TEST(ExportHelp, EachExportHasHelpAndStandsInTheOverview) {
+  const std::string overview = HelpOverview();
+  for (const auto& row : wfinfo::catalogue::Rows()) {
+    EXPECT_TRUE(HelpText(row).starts_with(CallForm(row) + "\n")) << row.name;
+    EXPECT_NE(overview.find(" " + std::string(row.name)), std::string::npos) << row.name;
+    EXPECT_LE(row.parameters.size(), kMostParameters) << row.name;
+  }
+}
+
+TEST(ExportHelp, RefusesCallsThatCannotBeRight) {
+  struct Case {
+    std::string name;
+    std::vector<Value> parameters;
+    std::string expected;
+    const char* why;
+  };
+  const Value text(std::string("x"));
+  const Case cases[] = {
+      {"RootHeader", {}, "RootHeader takes 1 parameter (name), 0 given; see help RootHeader", "too few"},
+      {"RootHeader",
+       {text, text},
+       "RootHeader takes 1 parameter (name), 2 given; see help RootHeader",
+       "too many"},
+      {"HomeDir", {Value(1)}, "HomeDir takes no parameters, 1 given; see help HomeDir", "none wanted"},
+      {"SelectFolder",
+       {text, text, text},
+       "SelectFolder takes 0 to 2 parameters (folder1, folder2), 3 given; see help SelectFolder",
+       "optional texts"},
+      {"SetMailIndex",
+       {text},
+       "parameter 1 (index) of SetMailIndex is a number, and a text was given; see help SetMailIndex",
+       "a text for a number"},
+      {"GetWFInfoVersion",
+       {Value(5)},
+       "GetWFInfoVersion is called by the host itself, once, after loading",
+       "the host's own"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(CheckCall(*FindRow(c.name), c.parameters), c.expected) << c.why;
+  EXPECT_EQ(CheckCall(*FindRow("RootHeader"), std::vector<Value>{Value(5)}), std::nullopt)
+      << "the library tells that";
+  EXPECT_EQ(CheckCall(*FindRow("SelectFolder"), std::vector<Value>{}), std::nullopt);
+  EXPECT_EQ(CheckCall(*FindRow("SelectFolder"), std::vector<Value>{text, Value()}), std::nullopt);
+  EXPECT_EQ(CheckCall(*FindRow("SetMailIndex"), std::vector<Value>{Value()}), std::nullopt) << "null is 0";
+  EXPECT_TRUE(UnknownExport("RootHeadr").starts_with("no export 'RootHeadr'; did you mean RootHeader"));
+}
+
+TEST(MacroCheck, FindsTheFirstWrongCallAnywhere) {
+  struct Case {
+    const char* source;
+    std::size_t line;
+    std::size_t column;
+  };
+  const Case cases[] = {
+      {"print HomeDir()\nprint Nix()", 2, 7},
+      {"print RootHeader(HomeDir(1))", 1, 18},
+      {"if 0\nprint 1\nelse\nx = -Nix() + 1\nend", 4, 6},
+      {"while Nix()\nend", 1, 7},
+      {"while 1\nif 0\nNix()\nend\nend\nNix2()", 3, 1},
+  };
+  for (const Case& c : cases) {
+    const auto program = std::get<macro::Program>(macro::Parse(c.source, {Same, false}));
+    const auto problem = macro::CheckCalls(program, CheckCallForm);
+    ASSERT_TRUE(problem) << c.source;
+    EXPECT_EQ(problem->place.line, c.line) << c.source;
+    EXPECT_EQ(problem->place.column, c.column) << c.source;
+  }
+  EXPECT_FALSE(macro::CheckCalls(
+      std::get<macro::Program>(macro::Parse("x = HomeDir()\nprint x", {Same, false})), CheckCallForm));
+}
+
+}  // namespace
+}  // namespace wrenfold

@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "host/mail/mail_store.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A folder of its own for each test.
+class HostMailStore : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+    root_ = fs::temp_directory_path() / ("wrenfold-" + std::to_string(getpid()) + "-" + info->name());
+    fs::create_directories(root_);
+  }
+  void TearDown() override { fs::remove_all(root_); }
+
+  fs::path Write(const std::string& utf8_name, const std::string& bytes) {
+    const fs::path path = root_ / PathFromUtf8(utf8_name);
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path;
+  }
+
+  // The mails as "folder/first line", joined by blanks.
+  static std::string Listed(const MailStore& store) {
+    std::string listed;
+    for (const StoredMail& mail : store.mails()) {
+      if (!listed.empty()) listed += ' ';
+      listed += store.folders()[mail.folder].name + '/' + mail.raw.substr(0, mail.raw.find_first_of("\r\n"));
+    }
+    return listed;
+  }
+
+  fs::path root_;
+};
+
+TEST_F(HostMailStore, AFileIsOneMail) {
+  const fs::path file = Write("box/one.eml", "Subject: x\r\n\r\nbody\r\n");
+  MailStore store;
+  EXPECT_EQ(store.Add(file), std::nullopt);
+  ASSERT_EQ(store.mails().size(), 1u);
+  EXPECT_EQ(store.mails()[0].raw, "Subject: x\r\n\r\nbody\r\n");
+  EXPECT_EQ(store.mails()[0].source, file);
+  EXPECT_EQ(store.mails()[0].offset, 0u);
+  EXPECT_EQ(store.mails()[0].flags, 0u);
+  EXPECT_EQ(store.folders().at(0).name, "box");
+  EXPECT_EQ(store.folders().at(0).path, root_ / "box");
+}
+
+TEST_F(HostMailStore, AFolderIsReadInOrderAndOneLevelDeep) {
+  Write("b.eml", "b");
+  Write("a.EML", "a");
+  Write("readme.md", "no mail");
+  Write("list.mbox", "From x Mon Jan  1 00:00:00 2024\nm1\n\nFrom x Mon Jan  1 00:01:00 2024\nm2\n");
+  Write("sub/c.eml", "c");
+  Write("sub/deeper/d.eml", "d");
+  Write("another/e.eml", "e");
+  MailStore store;
+  EXPECT_EQ(store.Add(root_ / ""), std::nullopt) << "a slash at the end";
+  const std::string top = root_.filename().string();
+  EXPECT_EQ(Listed(store), top + "/a " + top + "/b list/m1 list/m2 another/e sub/c");
+}
+
+TEST_F(HostMailStore, SeveralPathsShareTheirFolders) {
+  MailStore store;
+  EXPECT_EQ(store.Add(Write("f/b.eml", "b")), std::nullopt);
+  EXPECT_EQ(store.Add(Write("g/c.eml", "c")), std::nullopt);
+  EXPECT_EQ(store.Add(Write("f/a.eml", "a")), std::nullopt);
+  EXPECT_EQ(Listed(store), "f/b g/c f/a");
+  EXPECT_EQ(store.folders().size(), 2u);
+}
+
+TEST_F(HostMailStore, JapaneseNamesWork) {
+  // "受信箱/メール.eml"
+  const std::string folder = "\xE5\x8F\x97\xE4\xBF\xA1\xE7\xAE\xB1";
+  const fs::path file = Write(folder + "/\xE3\x83\xA1\xE3\x83\xBC\xE3\x83\xAB.eml", "x");
+  MailStore store;
+  EXPECT_EQ(store.Add(root_), std::nullopt);
+  EXPECT_EQ(Listed(store), folder + "/x");
+  EXPECT_EQ(PathFromUtf8(PathToUtf8(file)), file);
+}
+
+TEST_F(HostMailStore, WhatCannotBeReadIsNamedWithItsReason) {
+  Write("empty.eml", "");
+  Write("bad.mbox", "Subject: x\n\n");
+  Write("sub/readme.txt", "x");
+  Write("mixed/a.eml", "a");
+  Write("mixed/b.eml", "");
+  mkfifo((root_ / "pipe.eml").c_str(), 0600);
+  const struct {
+    const char* name;
+    const char* reason;
+  } cases[] = {
+      {"none.eml", "no such file or folder"},
+      {"none/x.eml", "no such file or folder"},
+      {"empty.eml/x.eml", "no such file or folder"},
+      {"empty.eml", "the file is empty"},
+      {"pipe.eml", "not a file"},
+      {"bad.mbox", "an mbox file begins with a \"From \" line"},
+      {"sub", "no .eml or .mbox file in this folder"},
+  };
+  MailStore store;
+  for (const auto& c : cases) {
+    EXPECT_EQ(store.Add(root_ / c.name), "cannot read " + (root_ / c.name).string() + ": " + c.reason);
+  }
+  EXPECT_EQ(store.Add(root_ / "mixed"),
+            "cannot read " + (root_ / "mixed/b.eml").string() + ": the file is empty");
+  EXPECT_TRUE(store.mails().empty()) << "nothing half done";
+  EXPECT_TRUE(store.folders().empty());
+}
+
+TEST_F(HostMailStore, AFileWithoutPermissionIsNamed) {
+  if (geteuid() == 0) GTEST_SKIP() << "root reads everything";
+  const fs::path file = Write("closed.eml", "x");
+  fs::permissions(file, fs::perms::none);
+  MailStore store;
+  EXPECT_EQ(store.Add(file), "cannot read " + file.string() + ": access denied");
+}
+
+struct MboxCase {
+  std::string_view bytes;
+  std::vector<std::string> mails;
+  const char* why;
+};
+
+TEST(HostMbox, MailsAreSplitAtFromLines) {
+  const MboxCase cases[] = {
+      {"From a 12:00\nA: 1\n\nx\n\nFrom b 12:01\nB: 2\n\ny\n", {"A: 1\n\nx\n", "B: 2\n\ny\n"}, "LF"},
+      {"From a 12:00\r\nA\r\n\r\nx\r\n\r\nFrom b 12:01\r\nB",
+       {"A\r\n\r\nx\r\n", "B"},
+       "CR LF; no last line end"},
+      {"From a 12:00\nA\n\nFrom here on\n", {"A\n\nFrom here on\n"}, "no time: a body line"},
+      {"From a 12:00\nA\nFrom b 12:01\nB\n", {"A\nFrom b 12:01\nB\n"}, "no empty line before it"},
+      {"From a 12:00\nA\n\n>From x\n>>From y\n>Fromage\n> From\n",
+       {"A\n\nFrom x\n>From y\n>Fromage\n> From\n"},
+       "quoting is undone, one level"},
+      {"From a 12:00\n\nFrom b 12:01\n", {"\n", ""}, "mails without content"},
+      {"junk\n\nFrom a 12:00\nA\n", {"A\n"}, "what stands before the first mail is dropped"},
+      {"", {}, "nothing"},
+  };
+  for (const MboxCase& c : cases) {
+    std::vector<std::string> mails;
+    for (const StoredMail& mail : SplitMbox(c.bytes)) {
+      mails.push_back(mail.raw);
+      const std::string_view at_offset = c.bytes.substr(mail.offset);
+      EXPECT_EQ(at_offset.substr(0, at_offset.find('\n')), mail.raw.substr(0, mail.raw.find('\n'))) << c.why;
+    }
+    EXPECT_EQ(mails, c.mails) << c.why;
+  }
+}
+
+TEST(HostMbox, OnlyAFromLineWithATimeMakesAnMbox) {
+  EXPECT_TRUE(IsMbox("From a@example.com Mon Jan  1 00:00:00 2024\nx"));
+  EXPECT_TRUE(IsMbox("From - 12:00"));
+  EXPECT_FALSE(IsMbox("From: a@example.com\nDate: 12:00\n"));
+  EXPECT_FALSE(IsMbox("From here\n12:00"));
+  EXPECT_FALSE(IsMbox("From 1:2 :34 12:"));
+  EXPECT_FALSE(IsMbox(""));
+}
+
+}  // namespace
+}  // namespace wrenfold

@@ -1,0 +1,100 @@
+// The command line of the small host.
+#include <gtest/gtest.h>
+
+#include "host/session/options.h"
+
+namespace wrenfold {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+Options Parsed(const Arguments& arguments) {
+  const auto parsed = ParseCommandLine(arguments);
+  EXPECT_TRUE(std::holds_alternative<Options>(parsed));
+  return std::holds_alternative<Options>(parsed) ? std::get<Options>(parsed) : Options{};
+}
+
+TEST(CommandLine, TakesMailsAndMacrosInOrder) {
+  const Options options =
+      Parsed({"--mail", "a.eml", "--macro", "x", "--mail", "b", "--macro", "y", "--trace"});
+  EXPECT_EQ(options.mails, (Arguments{"a.eml", "b"}));
+  EXPECT_EQ(options.macros, (Arguments{"x", "y"}));
+  EXPECT_TRUE(options.trace);
+  EXPECT_FALSE(options.prompt);
+  EXPECT_EQ(options.english, std::nullopt);
+}
+
+TEST(CommandLine, TakesTheFilesOfTheKeywordCommands) {
+  const Options options =
+      Parsed({"--accounts", "a", "--templates", "t", "--book", "b", "--accounts", "c", "--prompt"});
+  EXPECT_EQ(options.accounts, (Arguments{"a", "c"}));
+  EXPECT_EQ(options.templates, Arguments{"t"});
+  EXPECT_EQ(options.books, Arguments{"b"});
+}
+
+TEST(CommandLine, TakesAnOptionLikeFileNameBehindItsOption) {
+  EXPECT_EQ(Parsed({"--macro", "--trace"}).macros, (Arguments{"--trace"}));
+}
+
+TEST(CommandLine, TheLastLanguageCounts) {
+  EXPECT_EQ(Parsed({"--prompt", "--japanese", "--english"}).english, std::optional(true));
+  EXPECT_EQ(Parsed({"--prompt", "--english", "--japanese"}).english, std::optional(false));
+}
+
+TEST(CommandLine, HelpAndVersionNeedNothingElse) {
+  EXPECT_TRUE(Parsed({"--help"}).help);
+  EXPECT_TRUE(Parsed({"--version"}).version);
+}
+
+TEST(CommandLine, WithoutAWordItServesOtherPrograms) {
+  EXPECT_TRUE(Parsed({}).serve);
+  const Options options =
+      Parsed({"--serve", "--home", "x", "--slow", "1500", "--modal", "0", "--deaf", "--die"});
+  EXPECT_TRUE(options.serve);
+  EXPECT_EQ(options.home, "x");
+  EXPECT_EQ(options.slow_ms, 1500u);
+  EXPECT_EQ(options.modal_ms, 0u);
+  EXPECT_TRUE(options.deaf);
+  EXPECT_TRUE(options.die);
+  EXPECT_FALSE(Parsed({"--prompt"}).serve);
+}
+
+TEST(CommandLine, RegistersAndUndoesIt) {
+  EXPECT_TRUE(Parsed({"--register-mapi", "--yes"}).yes);
+  EXPECT_TRUE(Parsed({"--register-mapi"}).register_mapi);
+  EXPECT_TRUE(Parsed({"--unregister-mapi"}).unregister_mapi);
+}
+
+TEST(CommandLine, SaysWhatIsWrong) {
+  struct Case {
+    Arguments arguments;
+    std::string expected;
+  };
+  const Case cases[] = {
+      {{"--english"}, "nothing to do: give --macro FILE or --prompt"},
+      {{"--slow", "fast"}, "--slow needs milliseconds behind it"},
+      {{"--modal"}, "--modal needs milliseconds behind it"},
+      {{"--home"}, "--home needs a folder behind it"},
+      {{"--mail", "a"}, "nothing to do: give --macro FILE or --prompt"},
+      {{"--macro"}, "--macro needs a file name behind it"},
+      {{"--mail", "", "--prompt"}, "--mail needs a file name behind it"},
+      {{"--promt"}, "unknown option '--promt'; did you mean --prompt?"},
+      {{"a.eml"}, "'a.eml' stands alone; mails follow --mail, macros --macro"},
+  };
+  for (const Case& c : cases) {
+    const auto parsed = ParseCommandLine(c.arguments);
+    ASSERT_TRUE(std::holds_alternative<UsageError>(parsed)) << c.expected;
+    EXPECT_EQ(std::get<UsageError>(parsed).text, c.expected);
+  }
+}
+
+TEST(CommandLine, TheUsageNamesEachOption) {
+  for (const char* option : {"--mail", "--macro", "--prompt", "--trace", "--english", "--japanese", "--help",
+                             "--version", "--serve", "--home", "--slow", "--modal", "--deaf", "--die",
+                             "--register-mapi", "--unregister-mapi", "--yes"}) {
+    EXPECT_NE(kUsage.find(option), std::string_view::npos) << option;
+  }
+}
+
+}  // namespace
+}  // namespace wrenfold

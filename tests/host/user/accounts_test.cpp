@@ -1,0 +1,204 @@
+// The accounts file of the small host.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+
+#include "host/base/settings_text.h"
+#include "host/base/whole_file.h"
+#include "host/user/accounts.h"
+#include "src/commands/account_fields.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(SettingsText, ReadsSectionsAndValues) {
+  const SettingsText settings(
+      "\xEF\xBB\xBF# first = no\n[ One ]\r\nA = 1\nb= x = y \n; a = 3\na = 2\n\n[two]\n"
+      "t=\\sa\\nb\\\\n\\s\nno value\n[one]\na = 9\n");
+  EXPECT_EQ(settings.Sections(), (std::vector<std::string>{"One", "two", "one"}));
+  struct Case {
+    const char* section;
+    const char* key;
+    std::optional<std::string> expected;
+    const char* why;
+  };
+  const Case cases[] = {
+      {"one", "a", "1", "no case counts, the first of two counts"},
+      {"One", "B", "x = y", "only the first equals sign"},
+      {"One", "first", std::nullopt, "a comment, and not in a section"},
+      {"two", "T", " a\r\nb\\n ", "escapes"},
+      {"two", "no value", std::nullopt, "no equals sign"},
+      {"three", "a", std::nullopt, "no such section"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(settings.Value(c.section, c.key), c.expected) << c.why;
+}
+
+TEST(SettingsText, ChangesOneLineAndLeavesTheRest) {
+  SettingsText settings("# top\n[a]\n# about x\nX = 1\n\n[b]\ny=2");
+  settings.Set("A", "x", " two\r\nlines\nand \\ ");
+  settings.Set("a", "new", "3");
+  settings.Set("b", "z", "");
+  settings.Set("none", "z", "");
+  settings.RenameSection("B", "c");
+  settings.AddSection("d");
+  settings.Set("d", "k", "v");
+  EXPECT_EQ(settings.Text(),
+            "# top\r\n[a]\r\n# about x\r\nx = \\stwo\\nlines\\nand \\\\\\s\r\nnew = 3\r\n\r\n[c]\r\ny=2\r\nz "
+            "= \r\n\r\n"
+            "[d]\r\nk = v\r\n");
+  EXPECT_EQ(SettingsText(settings.Text()).Value("a", "X"), " two\r\nlines\r\nand \\ ");
+}
+
+TEST(SettingsText, KnowsWhatCanBeASection) {
+  for (const char* name : {"a", "a b", "\xE4\xBB\x95"}) EXPECT_TRUE(SettingsText::CanBeSection(name)) << name;
+  for (const char* name : {"", " a", "a]", "[a", "a\nb", "a\t"})
+    EXPECT_FALSE(SettingsText::CanBeSection(name)) << name;
+}
+
+class HostAccounts : public testing::Test {
+ protected:
+  void SetUp() override {
+    const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+    folder_ = fs::temp_directory_path() / ("wrenfold-" + std::to_string(getpid()) + "-" + info->name());
+    fs::create_directories(folder_);
+    file_ = folder_ / "accounts.txt";
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  void OpenWith(const std::string& text) {
+    std::ofstream(file_, std::ios::binary) << text;
+    EXPECT_EQ(store_.Open(file_), std::nullopt);
+  }
+  std::string FileText() const { return ReadWholeFile(file_).value_or("(unreadable)"); }
+  static void SetNumber(char* record, const char* key, long long value) {
+    wfinfo::StoreAccountNumber(*wfinfo::FindAccountKey(key), value, record);
+  }
+  static void SetText(char* record, const char* key, std::string_view value) {
+    EXPECT_TRUE(wfinfo::StoreAccountText(*wfinfo::FindAccountKey(key), value, record));
+  }
+
+  fs::path folder_;
+  fs::path file_;
+  AccountStore store_;
+};
+
+TEST_F(HostAccounts, AMissingFileHoldsNoAccountsAndIsMadeForTheFirst) {
+  EXPECT_EQ(store_.Open(file_), std::nullopt);
+  EXPECT_TRUE(store_.Names().empty());
+  EXPECT_FALSE(fs::exists(file_));
+  EXPECT_TRUE(store_.Create("local"));
+  EXPECT_FALSE(store_.Create("LOCAL")) << "in use";
+  EXPECT_FALSE(store_.Create("a]b"));
+  EXPECT_EQ(FileText(), "[local]\r\n");
+}
+
+TEST_F(HostAccounts, AFolderIsNoFile) { EXPECT_NE(store_.Open(folder_), std::nullopt); }
+
+TEST_F(HostAccounts, ALentRecordHoldsWhatTheFileSays) {
+  OpenWith(
+      "[local]\nszSecondPop3Server = pop.example.com\nfImapSync = 1\nnSendableMailInMinute = -3\n"
+      "szEmailAlias = " +
+      std::string(300, 'a') + "\nrecvSrv = junk\n");
+  char* record = store_.Lend("Local");
+  ASSERT_NE(record, nullptr);
+  EXPECT_STREQ(record, "local") << "as the file spells it";
+  EXPECT_STREQ(record + 3499, "pop.example.com");
+  EXPECT_EQ(record[1386], 0x05) << "fImapSync and the flag that it forces";
+  EXPECT_EQ(static_cast<signed char>(record[3620]), -3);
+  EXPECT_EQ(record[724], 0);
+  EXPECT_EQ(std::strlen(record + 1476), 255u);
+  EXPECT_EQ(std::strlen(record + 3752), 44u);
+  EXPECT_EQ(store_.Lend("other"), nullptr);
+}
+
+TEST_F(HostAccounts, SavingWritesWhatWasChangedAndKeepsTheRest) {
+  OpenWith("# mine\r\n[local]\r\nfTLS12 = 1\r\nunknown = kept\r\n\r\n[other]\r\n");
+  char* record = store_.Lend("local");
+  ASSERT_NE(record, nullptr);
+  SetNumber(record, "nAccountIcon", 44);
+  SetText(record, "szCcEmail", "c@example.com");
+  SetText(record, "szSmtpPassword", "secret");
+  EXPECT_TRUE(store_.Save(record));
+  EXPECT_FALSE(store_.Save(record)) << "it is lent no more";
+  EXPECT_EQ(FileText(),
+            "# mine\r\n[local]\r\nfTLS12 = 1\r\nunknown = kept\r\nnAccountIcon = 44\r\n"
+            "szCcEmail = c@example.com\r\n\r\n[other]\r\n");
+  EXPECT_STREQ(store_.Lend("local") + 1212, "secret") << "a password lives as long as the program";
+}
+
+TEST_F(HostAccounts, ReleasingForgetsTheChanges) {
+  OpenWith("[local]\r\n");
+  char* const record = store_.Lend("local");
+  SetNumber(record, "nAccountIcon", 1);
+  EXPECT_TRUE(store_.Release(record));
+  EXPECT_FALSE(store_.Release(record)) << "it is lent no more";
+  EXPECT_EQ(store_.Lend("local")[3320], 0);
+  EXPECT_EQ(FileText(), "[local]\r\n");
+}
+
+TEST_F(HostAccounts, AnotherTitleRenamesTheAccount) {
+  OpenWith("[local]\r\n[other]\r\n");
+  const auto save_as = [this](const char* title) {
+    char* const record = store_.Lend("local");
+    SetText(record, "szTitle", title);
+    return store_.Save(record);
+  };
+  EXPECT_FALSE(save_as("OTHER")) << "the name is in use";
+  EXPECT_FALSE(save_as(""));
+  EXPECT_TRUE(save_as("home"));
+  EXPECT_EQ(FileText(), "[home]\r\n[other]\r\n");
+}
+
+TEST_F(HostAccounts, EachLoanIsARecordOfItsOwn) {
+  OpenWith("[local]\r\n[other]\r\nfImapSync = 1\r\n");
+  char* const local = store_.Lend("local");
+  SetNumber(local, "nAccountIcon", 7);
+  char* const other = store_.Lend("other");
+  char* const again = store_.Lend("local");
+  ASSERT_NE(other, local);
+  ASSERT_NE(again, local);
+  EXPECT_EQ(other[1386], 0x05);
+  EXPECT_EQ(again[3320], 0) << "what was changed in another loan is not saved yet";
+  EXPECT_TRUE(store_.Release(other));
+  EXPECT_TRUE(store_.Release(again));
+  EXPECT_EQ(local[3320], 7);
+  EXPECT_TRUE(store_.Save(local));
+  EXPECT_EQ(FileText(), "[local]\r\nnAccountIcon = 7\r\n[other]\r\nfImapSync = 1\r\n");
+}
+
+TEST_F(HostAccounts, ALoanKnowsItsAccountWhateverItsTitleSays) {
+  OpenWith("[local]\r\n[other]\r\n");
+  char* const first = store_.Lend("LOCAL");
+  char* const second = store_.Lend("local");
+  SetText(first, "szTitle", "home");
+  EXPECT_EQ(store_.LentName(first), "local");
+  EXPECT_TRUE(store_.Save(first));
+  EXPECT_EQ(store_.LentName(first), std::nullopt);
+  EXPECT_EQ(store_.LentName(second), "home") << "the account has that name since";
+  EXPECT_TRUE(store_.Save(second)) << "with its title of before, which is free again";
+  EXPECT_EQ(FileText(), "[local]\r\n[other]\r\n");
+  EXPECT_EQ(store_.LentName(nullptr), std::nullopt);
+}
+
+TEST_F(HostAccounts, KeepsTheLongTexts) {
+  OpenWith("[local]\r\nszSignature = -- \\nAlice\r\n");
+  EXPECT_EQ(store_.Text("local", 3), "-- \r\nAlice");
+  EXPECT_EQ(store_.Text("local", 0), "");
+  EXPECT_TRUE(store_.SetText("local", 0, "Dear\r\n\r\n"));
+  EXPECT_FALSE(store_.SetText("local", 4, ""));
+  EXPECT_FALSE(store_.SetText("none", 0, ""));
+  EXPECT_EQ(FileText(), "[local]\r\nszSignature = -- \\nAlice\r\nszNewTemplate = Dear\\n\\n\r\n");
+}
+
+TEST_F(HostAccounts, AFileThatCannotBeWrittenLeavesEverythingAsItWas) {
+  EXPECT_EQ(store_.Open(folder_ / "none" / "accounts.txt"), std::nullopt);
+  EXPECT_FALSE(store_.Create("local"));
+  EXPECT_TRUE(store_.Names().empty());
+}
+
+}  // namespace
+}  // namespace wrenfold

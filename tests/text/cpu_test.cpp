@@ -1,0 +1,17 @@
+#include "src/text/cpu.h"
+
+#include <gtest/gtest.h>
+
+namespace wfinfo {
+namespace {
+
+// The compiler's test, which the library itself does without, as the judge.
+TEST(Cpu, SaysWhatTheCompilersTestSays) {
+  const bool expected = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("pclmul") &&
+                        __builtin_cpu_supports("popcnt") && __builtin_cpu_supports("bmi");
+  EXPECT_EQ(HasAvx2(), expected);
+  EXPECT_EQ(HasAvx2(), expected) << "also from memory";
+}
+
+}  // namespace
+}  // namespace wfinfo

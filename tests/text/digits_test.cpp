@@ -1,0 +1,17 @@
+#include "src/text/digits.h"
+
+#include <gtest/gtest.h>
+
+namespace wfinfo {
+namespace {
+
+TEST(Digits, CountsAreDigitsOnly) {
+  EXPECT_EQ(ReadCount("3"), 3);
+  EXPECT_EQ(ReadCount("007"), 7);
+  for (const char* text : {"", "3x", "x3", " 3", "-3", "3 ", "3.0"}) EXPECT_EQ(ReadCount(text), 0) << text;
+  EXPECT_EQ(ReadCount("2147483647"), 2147483647);
+  EXPECT_EQ(ReadCount("99999999999999999999999999"), 2147483647);
+}
+
+}  // namespace
+}  // namespace wfinfo
