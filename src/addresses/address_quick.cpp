@@ -126,9 +126,7 @@ constexpr AddressKernels kKernels[] = {
 
 }  // namespace
 
-std::span<const AddressKernels> RunnableAddressKernels() {
-  return std::span(kKernels).first(HasAvx2() ? 3 : 2);
-}
+std::span<const AddressKernels> RunnableAddressKernels() { return RunnableOf(kKernels); }
 
 const AddressKernels& BestAddressKernels() { return RunnableAddressKernels().back(); }
 

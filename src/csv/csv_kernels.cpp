@@ -195,7 +195,7 @@ constexpr CsvKernels kKernels[] = {
 
 }  // namespace
 
-std::span<const CsvKernels> RunnableCsvKernels() { return std::span(kKernels).first(HasAvx2() ? 3 : 2); }
+std::span<const CsvKernels> RunnableCsvKernels() { return RunnableOf(kKernels); }
 
 const CsvKernels& BestCsvKernels() { return RunnableCsvKernels().back(); }
 

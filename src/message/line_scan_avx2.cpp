@@ -1,6 +1,5 @@
 // The line kernels in AVX2. Everything in the unnamed namespace is compiled for processors with AVX2 and is
 // only reached through the table at the end, after Lines() has asked the processor.
-#if defined(__x86_64__)
 #include <immintrin.h>
 
 #include <cstdint>
@@ -59,5 +58,4 @@ const LineKernels kAvx2LineKernels = {"AVX2",     FindLineEnd,   CountEnds,  Ski
 #pragma clang attribute pop
 #else
 #pragma GCC pop_options
-#endif
 #endif

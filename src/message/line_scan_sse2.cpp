@@ -1,5 +1,4 @@
 // The line kernels in SSE2, which every 64-bit x86 processor has.
-#if defined(__x86_64__)
 #include <emmintrin.h>
 
 #include <cstdint>
@@ -44,4 +43,3 @@ const LineKernels kSse2LineKernels = {"SSE2",     FindLineEnd,   CountEnds,  Ski
                                       FindHeader, MeasureFolded, WriteFolded};
 
 }  // namespace wfinfo
-#endif

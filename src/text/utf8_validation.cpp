@@ -1,6 +1,6 @@
 // Validation of UTF-8. The wide kernel follows the published method of classifying each pair of neighbouring
-// bytes by three nibbles (J. Keiser, D. Lemire, "Validating UTF-8 In Less Than One Instruction Per
-// Byte", 2021).
+// bytes by three nibbles (J. Keiser, D. Lemire, "Validating UTF-8 In Less Than One Instruction Per Byte",
+// 2021).
 #include <immintrin.h>
 
 #include <array>
@@ -86,8 +86,8 @@ bool ValidateBlocks(std::string_view text) {
 // --- AVX2: 32 bytes at a time ------------------------------------------------------------------------------
 
 // What may be wrong with two neighbouring bytes, as sets of nibbles: the high and the low one of the first
-// byte, the high one of the second. Bit n of a set stands for the nibble n. A pair is in error when all
-// three agree.
+// byte, the high one of the second. Bit n of a set stands for the nibble n. A pair is in error when all three
+// agree.
 struct Rule {
   std::uint16_t first_high, first_low, second_high;
 };
@@ -197,15 +197,8 @@ constexpr Utf8Validator kValidators[] = {{"sse2", &ValidateBlocks}, {"avx2", &Va
 
 }  // namespace
 
-const Utf8Validator* RunnableUtf8Validators(std::size_t* count) {
-  *count = HasAvx2() ? 2 : 1;
-  return kValidators;
-}
+std::span<const Utf8Validator> RunnableUtf8Validators() { return RunnableOf(kValidators); }
 
-bool IsWellFormedUtf8(std::string_view text) {
-  std::size_t count;
-  const Utf8Validator* const validators = RunnableUtf8Validators(&count);
-  return validators[count - 1].is_well_formed(text);
-}
+bool IsWellFormedUtf8(std::string_view text) { return RunnableUtf8Validators().back().is_well_formed(text); }
 
 }  // namespace wfinfo
