@@ -184,7 +184,7 @@ BENCHMARK(LikelyUtf8);
 // set: 0 SSE2, 1 AVX2.
 void ValidateUtf8(benchmark::State& state) {
   const auto all = wfinfo::RunnableUtf8Validators();
-  const auto& chosen = all[std::min(static_cast<std::size_t>(state.range(0)), all.size() - 1)];
+  const auto& chosen = *all[std::min(static_cast<std::size_t>(state.range(0)), all.size() - 1)];
   for (auto _ : state) benchmark::DoNotOptimize(chosen.is_well_formed(Utf8()));
   SetBytes(state, Utf8().size());
 }

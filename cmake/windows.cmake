@@ -32,7 +32,7 @@ target_compile_options(wfinfo_pure PRIVATE ${library_options})
 # The compiler keeps 32-byte vectors on a stack that Windows aligns to 16 bytes only: have it use unaligned moves.
 set(avx2_sources ${pure_sources})
 list(FILTER avx2_sources INCLUDE REGEX "_avx2\\.cpp$")
-set_source_files_properties(${avx2_sources} src/text/utf8_validation.cpp PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
+set_source_files_properties(${avx2_sources} PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
 
 add_library(WFINFO SHARED ${windows_sources} ${library_only_source} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
 add_dependencies(WFINFO catalogue_files)

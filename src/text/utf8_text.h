@@ -18,7 +18,7 @@ struct Utf8Validator {
   const char* name;
   bool (*is_well_formed)(std::string_view text);
 };
-std::span<const Utf8Validator> RunnableUtf8Validators();
+std::span<const Utf8Validator* const> RunnableUtf8Validators();
 
 // True when `text` looks like UTF-8 rather than like Shift-JIS: multi-byte sequences are complete, and every
 // character lies in a block that mail is written in. Plain ASCII is not: it needs no conversion. Forms that

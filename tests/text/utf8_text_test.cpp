@@ -56,9 +56,9 @@ TEST(Utf8Validation, AllShortSequencesInEveryPositionOfABlock) {
                                         static_cast<char>(d)};
           const std::string text = std::string(29 + a % 4, 'x') + sequence + std::string(b % 2 * 40, 'y');
           const bool expected = SlowIsWellFormed(sequence);
-          for (const Utf8Validator& validator : RunnableUtf8Validators()) {
-            ASSERT_EQ(validator.is_well_formed(sequence), expected) << validator.name;
-            ASSERT_EQ(validator.is_well_formed(text), expected) << validator.name;
+          for (const Utf8Validator* const validator : RunnableUtf8Validators()) {
+            ASSERT_EQ(validator->is_well_formed(sequence), expected) << validator->name;
+            ASSERT_EQ(validator->is_well_formed(text), expected) << validator->name;
           }
         }
       }
@@ -82,8 +82,8 @@ TEST(Utf8Validation, RandomTextsAgreeWithTheDefinition) {
     std::copy(text.begin(), text.end(), exact.get());
     const bool expected = SlowIsWellFormed(text);
     good += expected;
-    for (const Utf8Validator& validator : RunnableUtf8Validators()) {
-      ASSERT_EQ(validator.is_well_formed({exact.get(), text.size()}), expected) << validator.name << round;
+    for (const Utf8Validator* const validator : RunnableUtf8Validators()) {
+      ASSERT_EQ(validator->is_well_formed({exact.get(), text.size()}), expected) << validator->name << round;
     }
     ASSERT_EQ(IsWellFormedUtf8(text), expected);
   }
