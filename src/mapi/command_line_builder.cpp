@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "src/mapi/host_blocks.h"
+#include "src/text/ascii.h"
 #include "src/text/host_text.h"
 #include "src/text/measured_text.h"
 
@@ -23,14 +24,8 @@ std::string_view Read(const Mail& mail, const char* text) {
   return mail.read(text).value_or(std::string_view());
 }
 
-char UpperAscii(char byte) {
-  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - ('a' - 'A')) : byte;
-}
-
 std::string_view WithoutSmtp(std::string_view address) {
-  const bool has = address.size() >= kSmtp.size() &&
-                   std::ranges::equal(address.substr(0, kSmtp.size()), kSmtp, {}, &UpperAscii);
-  return has ? address.substr(kSmtp.size()) : address;
+  return StartsWithIgnoringCase(address, kSmtp) ? address.substr(kSmtp.size()) : address;
 }
 
 void AddEscaped(MeasuredText& line, std::string_view text, bool drop_quotes = false) {

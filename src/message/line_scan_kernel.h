@@ -185,17 +185,6 @@ WFINFO_UNCHECKED const char* SkipLines(const char* text, std::size_t count) {
   return search.ends == count ? search.at : nullptr;
 }
 
-constexpr char kCaseBit = 0x20;
-
-WFINFO_UNCHECKED inline bool IsAsciiLetter(char byte) {
-  const char lower = static_cast<char>(byte | kCaseBit);
-  return lower >= 'a' && lower <= 'z';
-}
-
-WFINFO_UNCHECKED inline char Folded(char byte) {
-  return IsAsciiLetter(byte) ? static_cast<char>(byte | kCaseBit) : byte;
-}
-
 // Header lines that begin with a prefix, up to the empty line.
 struct HeaderSearch {
   const char* text;
@@ -203,12 +192,12 @@ struct HeaderSearch {
   std::size_t index;
   HeaderHit hit{nullptr, 0, nullptr};
   const char* seen = nullptr;  // the last position examined
-  V first = Vec::Fill(prefix.empty() ? '\0' : Folded(prefix[0]));
-  V case_bit = Vec::Fill(!prefix.empty() && IsAsciiLetter(prefix[0]) ? kCaseBit : '\0');
+  V first = Vec::Fill(prefix.empty() ? '\0' : LowerAscii(prefix[0]));
+  V case_bit = Vec::Fill(!prefix.empty() && IsLetter(prefix[0]) ? kAsciiCaseBit : '\0');
 
   WFINFO_UNCHECKED bool Matches(const char* line) const {
     for (std::size_t i = 0; i < prefix.size(); ++i) {
-      if (line[i] != prefix[i] && Folded(line[i]) != Folded(prefix[i])) return false;
+      if (line[i] != prefix[i] && LowerAscii(line[i]) != LowerAscii(prefix[i])) return false;
     }
     return !prefix.empty();
   }
@@ -225,8 +214,8 @@ struct HeaderSearch {
     const char byte = *p;
     if (byte == '\0') return EndsAt(p);
     if (p != text && p[-1] != '\n' && !FollowsLoneCr(text, p)) return false;
-    if (byte == '\r' || byte == '\n') return EndsAt(p);
-    if (p != text && (byte == ' ' || byte == '\t')) return false;  // continues the line before
+    if (IsLineEnd(byte)) return EndsAt(p);
+    if (p != text && IsBlank(byte)) return false;  // continues the line before
     if (!Matches(p)) return false;
     if (hit.matches == index) {
       hit.line = p;

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "src/message/line_scan_sets.h"
+#include "src/text/ascii.h"
 #include "src/text/host_text.h"
 #include "src/text/simd.h"
 
