@@ -15,7 +15,7 @@ namespace {
 
 constexpr char kUserAgent[] = "TamarinMail WFInfo Internet";
 constexpr int kMostSessions = 32;
-constexpr DWORD kTableWait_ms = 1000;
+constexpr DWORD kTableWaitMs = 1000;
 constexpr DWORD kOpenFlags =
     INTERNET_FLAG_NO_UI | INTERNET_FLAG_NO_AUTH | INTERNET_FLAG_NO_COOKIES | INTERNET_FLAG_NO_AUTO_REDIRECT;
 static_assert(kOpenFlags == 0x002C0200);
@@ -46,7 +46,7 @@ HANDLE TakeTable() {
     if (g_inetSessions.mutex.compare_exchange_strong(mutex, mine, std::memory_order_acq_rel)) return mine;
     CloseHandle(mine);
   }
-  WaitForSingleObject(mutex, kTableWait_ms);
+  WaitForSingleObject(mutex, kTableWaitMs);
   return mutex;
 }
 
