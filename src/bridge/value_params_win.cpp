@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstring>
 
+#include "src/base/slot.h"
 #include "src/bridge/report_win.h"
 #include "src/text/digits.h"
 
@@ -27,7 +28,7 @@ long long LeadingNumber(const char* text) {
 
 long long WidthValue(long long value) {
   if (value <= kNoFolding) return value;
-  const auto* text = reinterpret_cast<const char*>(static_cast<INT_PTR>(value));
+  const auto* text = FromSlot<const char*>(value);
   return IsText(text) ? LeadingNumber(text) : kNoFolding;
 }
 
@@ -40,7 +41,7 @@ long long WidthOf(long long value) {
 
 int ReadCountParam(long long value) {
   if (value >= -kMostNumber && value <= kMostNumber) return static_cast<int>(value);
-  const auto* const text = reinterpret_cast<const char*>(static_cast<INT_PTR>(value));
+  const auto* const text = FromSlot<const char*>(value);
   if (IsBadStringPtrA(text, kDigitsLooked)) return 0;
   return ReadCount({text, strnlen(text, kDigitsLooked)});
 }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "src/base/slot.h"
 #include "src/bridge/report_win.h"
 #include "src/bridge/results_win.h"
 
@@ -268,7 +269,7 @@ long long OpenUrl(const char* url) {
   }
   HINTERNET request = WinInet().InternetOpenUrlA(internet, url, "", 0, kOpenFlags, 0);
   const Kept kept = request != nullptr ? KeepOpened(internet, request, is_new) : Kept::kClosedMeanwhile;
-  if (kept == Kept::kYes) return static_cast<long long>(reinterpret_cast<INT_PTR>(request));
+  if (kept == Kept::kYes) return ToSlot(request);
   CloseHandleOf(request);
   if (is_new) CloseHandleOf(internet);  // no table entry holds it
   if (kept == Kept::kTableIsFull) ReportTooMany();
