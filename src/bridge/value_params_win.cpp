@@ -7,6 +7,7 @@
 
 #include "src/base/slot.h"
 #include "src/bridge/report_win.h"
+#include "src/text/ascii.h"
 #include "src/text/digits.h"
 
 namespace wfinfo {
@@ -19,7 +20,7 @@ constexpr UINT_PTR kDigitsLooked = 100;   // bytes of a count's text that are lo
 // The number that the leading decimal digits of `text` make; a number that is too large stays at INT_MAX.
 long long LeadingNumber(const char* text) {
   long long number = 0;
-  for (; *text >= '0' && *text <= '9'; ++text) {
+  for (; IsDigit(*text); ++text) {
     number = number * 10 + (*text - '0');
     if (number > INT_MAX) number = INT_MAX;
   }
