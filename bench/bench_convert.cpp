@@ -183,9 +183,8 @@ BENCHMARK(LikelyUtf8);
 
 // set: 0 SSE2, 1 AVX2.
 void ValidateUtf8(benchmark::State& state) {
-  std::size_t count;
-  const wfinfo::Utf8Validator* const all = wfinfo::RunnableUtf8Validators(&count);
-  const wfinfo::Utf8Validator& chosen = all[std::min(static_cast<std::size_t>(state.range(0)), count - 1)];
+  const auto all = wfinfo::RunnableUtf8Validators();
+  const auto& chosen = *all[std::min(static_cast<std::size_t>(state.range(0)), all.size() - 1)];
   for (auto _ : state) benchmark::DoNotOptimize(chosen.is_well_formed(Utf8()));
   SetBytes(state, Utf8().size());
 }

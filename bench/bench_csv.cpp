@@ -80,7 +80,7 @@ BENCHMARK(VectorScan)->Arg(0)->Arg(1)->ArgName("quoted");
 
 void LineCount(benchmark::State& state) {
   const auto kernels = wfinfo::RunnableCsvKernels();
-  const auto& chosen = kernels[std::min(static_cast<std::size_t>(state.range(1)), kernels.size() - 1)];
+  const auto& chosen = *kernels[std::min(static_cast<std::size_t>(state.range(1)), kernels.size() - 1)];
   const std::string& text = Text(state.range(0) != 0);
   for (auto _ : state) benchmark::DoNotOptimize(chosen.count_lines(text));
   SetBytes(state);
@@ -89,7 +89,7 @@ BENCHMARK(LineCount)->ArgsProduct({{0, 1}, {0, 1, 2}})->ArgNames({"quoted", "set
 
 void WidestLine(benchmark::State& state) {
   const auto kernels = wfinfo::RunnableCsvKernels();
-  const auto& chosen = kernels[std::min(static_cast<std::size_t>(state.range(1)), kernels.size() - 1)];
+  const auto& chosen = *kernels[std::min(static_cast<std::size_t>(state.range(1)), kernels.size() - 1)];
   const std::string& text = Text(state.range(0) != 0);
   for (auto _ : state) benchmark::DoNotOptimize(chosen.widest_line(text));
   SetBytes(state);
@@ -151,7 +151,7 @@ void FieldWalkLiteral(benchmark::State& state) {
     std::size_t total = 0;
     attached.walker.SetLine(0);
     std::size_t offset = 0;
-    const wfinfo::CsvKernels& bytes = wfinfo::RunnableCsvKernels()[0];
+    const wfinfo::CsvKernels& bytes = *wfinfo::RunnableCsvKernels().front();
     while (offset < text.size()) {
       const std::string_view rest = std::string_view(text).substr(offset);
       const wfinfo::CsvLine line = bytes.scan_line(rest, {});

@@ -30,8 +30,9 @@ set(hardening -Wl,--strip-debug -Wl,--dynamicbase,--high-entropy-va,--nxcompat,-
 
 target_compile_options(wfinfo_pure PRIVATE ${library_options})
 # The compiler keeps 32-byte vectors on a stack that Windows aligns to 16 bytes only: have it use unaligned moves.
-set_source_files_properties(src/message/line_scan_avx2.cpp src/csv/csv_kernels.cpp src/text/utf8_validation.cpp
-  src/addresses/address_quick.cpp PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
+set(avx2_sources ${pure_sources})
+list(FILTER avx2_sources INCLUDE REGEX "_avx2\\.cpp$")
+set_source_files_properties(${avx2_sources} PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
 
 add_library(WFINFO SHARED ${windows_sources} ${library_only_source} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
 add_dependencies(WFINFO catalogue_files)

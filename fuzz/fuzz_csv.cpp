@@ -22,7 +22,8 @@ void Require(bool holds) {
 
 void CheckKernels(std::string_view text) {
   const CsvReference reference(text);
-  for (const wfinfo::CsvKernels& kernels : wfinfo::RunnableCsvKernels()) {
+  for (const wfinfo::CsvKernels* const set : wfinfo::RunnableCsvKernels()) {
+    const wfinfo::CsvKernels& kernels = *set;
     Require(kernels.count_lines(text) == reference.LineCount());
     Require(kernels.widest_line(text) == reference.MaxColumnCount());
     std::uint32_t starts[5];

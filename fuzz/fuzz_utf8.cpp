@@ -47,9 +47,9 @@ bool PlainIsWellFormed(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   const bool well_formed = PlainIsWellFormed(text);
-  std::size_t count;
-  const wfinfo::Utf8Validator* const validators = wfinfo::RunnableUtf8Validators(&count);
-  for (std::size_t i = 0; i < count; ++i) Require(validators[i].is_well_formed(text) == well_formed);
+  for (const wfinfo::Utf8Validator* const validator : wfinfo::RunnableUtf8Validators()) {
+    Require(validator->is_well_formed(text) == well_formed);
+  }
 
   const wfinfo::CodePage& code_page = wfinfo_test::IconvCodePage();
   const std::size_t room = wfinfo::Utf8ToHostRoom(text);

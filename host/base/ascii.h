@@ -4,15 +4,20 @@
 #include <string>
 #include <string_view>
 
+#include "src/text/ascii.h"
+
 namespace wrenfold {
 
-constexpr char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-constexpr bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-constexpr bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
+using wfinfo::EqualsIgnoringCase;
+using wfinfo::IsBlank;
+using wfinfo::IsDigit;
+using wfinfo::IsLetter;
+using wfinfo::IsLineEnd;
+using wfinfo::LowerAscii;
 
 // Value of a hexadecimal digit, -1 for any other character.
 constexpr int HexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
+  if (IsDigit(c)) return c - '0';
   const char lower = LowerAscii(c);
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
@@ -21,14 +26,6 @@ inline std::string Lower(std::string_view text) {
   std::string lower;
   for (const char c : text) lower += LowerAscii(c);
   return lower;
-}
-
-constexpr bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
-  }
-  return true;
 }
 
 constexpr std::string_view Trim(std::string_view text) {

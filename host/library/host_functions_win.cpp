@@ -9,6 +9,7 @@
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/smime_mail.h"
+#include "src/base/slot.h"
 
 namespace wrenfold {
 namespace {
@@ -53,11 +54,11 @@ Result NewReport(Parameters given) {
   SendMessageA(control, WM_SETTEXT, 0,
                reinterpret_cast<LPARAM>(given[0].IsText() ? given[0].Text().c_str() : ""));
   SendMessageA(control, EM_SETSEL, 0x7FFFFFFF, 0x7FFFFFFF);
-  return Value(static_cast<std::int64_t>(reinterpret_cast<INT_PTR>(control)));
+  return Value(std::int64_t{wfinfo::ToSlot(control)});
 }
 
 Result ReportText(Parameters given) {
-  const auto control = reinterpret_cast<HWND>(static_cast<INT_PTR>(given[0].Number()));
+  const auto control = wfinfo::FromSlot<HWND>(given[0].Number());
   if (!IsWindow(control)) return Complaint{"HostReportText needs what HostNewReport gave"};
   std::string text(static_cast<std::size_t>(SendMessageA(control, WM_GETTEXTLENGTH, 0, 0)) * 2 + 2, '\0');
   text.resize(static_cast<std::size_t>(

@@ -4,12 +4,13 @@
 #include <charconv>
 #include <iterator>
 
+#include "host/base/ascii.h"
+
 namespace wrenfold::macro {
 namespace {
 
 // Letters and digits by their ASCII ranges: the locale must not change the language.
-bool IsNameStart(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsNameStart(char c) { return IsLetter(c) || c == '_'; }
 bool IsNamePart(char c) { return IsNameStart(c) || IsDigit(c); }
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
@@ -180,7 +181,7 @@ Token Tokens::Fail(Token token, Place place, std::string text) {
 }
 
 void Tokens::SkipBlanksAndComment() {
-  while (Peek() == ' ' || Peek() == '\t') Advance(1);
+  while (IsBlank(Peek())) Advance(1);
   if (Peek() != '#' && !(Peek() == '/' && Peek(1) == '/')) return;
   while (!AtLineEnd()) Advance(1);
 }

@@ -77,7 +77,7 @@ bool IsFolder(const fs::path& path) {
 
 // True for "12:34" anywhere.
 bool HoldsTime(std::string_view line) {
-  const auto digit = [line](std::size_t at) { return line[at] >= '0' && line[at] <= '9'; };
+  const auto digit = [line](std::size_t at) { return IsDigit(line[at]); };
   for (std::size_t colon = line.find(':'); colon != line.npos; colon = line.find(':', colon + 1)) {
     if (colon >= 2 && colon + 2 < line.size() && digit(colon - 2) && digit(colon - 1) && digit(colon + 1) &&
         digit(colon + 2)) {

@@ -1,5 +1,6 @@
 #include "host/mail/quoting.h"
 
+#include "host/base/ascii.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {
@@ -15,7 +16,7 @@ struct Line {
 // Takes one line and its end (LF, CR, CR LF, CR CR LF) off `text`.
 Line TakeLine(std::string_view& text) {
   std::size_t length = 0;
-  while (length < text.size() && text[length] != '\r' && text[length] != '\n') {
+  while (length < text.size() && !IsLineEnd(text[length])) {
     // No second byte of a double-byte character is CR or LF; the last one of an escape may be.
     length += wfinfo::StartsWithEscape(text.substr(length)) ? wfinfo::kEscapeLength : 1;
   }

@@ -76,8 +76,7 @@ std::string Phrase(std::string_view utf8) {
   const std::string line = OneLine(utf8);
   if (!IsAscii(line) || line.size() > kLineColumns || line.find("=?") != line.npos) return EncodedWords(line);
   const auto is_word = [](char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ' ' ||
-           c == '-' || c == '\'' || c == '_';
+    return IsLetter(c) || IsDigit(c) || c == ' ' || c == '-' || c == '\'' || c == '_';
   };
   if (std::ranges::all_of(line, is_word)) return line;
   std::string quoted = "\"";
@@ -192,10 +191,7 @@ std::string TextPart(std::string_view utf8) {
          std::string(plain ? "7bit" : "base64") + "\r\n\r\n" + (plain ? lines : Base64Lines(lines));
 }
 
-bool IsAttributeCharacter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '.' ||
-         c == '_';
-}
+bool IsAttributeCharacter(char c) { return IsLetter(c) || IsDigit(c) || c == '-' || c == '.' || c == '_'; }
 
 // filename="a b.txt", or filename*=UTF-8''%E3... for what ASCII cannot say.
 std::string FileNameParameter(std::string_view utf8) {

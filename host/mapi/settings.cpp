@@ -48,7 +48,7 @@ std::optional<unsigned> ParseMilliseconds(std::string_view text) {
   if (text.empty() || text.size() > kMostDigits) return std::nullopt;
   unsigned value = 0;
   for (const char c : text) {
-    if (c < '0' || c > '9') return std::nullopt;
+    if (!IsDigit(c)) return std::nullopt;
     value = value * 10 + static_cast<unsigned>(c - '0');
   }
   return value;

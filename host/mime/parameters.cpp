@@ -107,7 +107,7 @@ ParameterName ParseName(std::string_view name) {
   parsed.extended = rest.empty() || rest.ends_with('*');
   parsed.number = 0;
   for (const char c : rest.substr(0, kMostDigits)) {
-    if (c < '0' || c > '9') break;
+    if (!IsDigit(c)) break;
     parsed.number = parsed.number * 10 + (c - '0');
   }
   return parsed;

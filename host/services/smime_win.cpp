@@ -5,6 +5,7 @@
 
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
+#include "src/base/slot.h"
 
 namespace wrenfold {
 namespace {
@@ -23,7 +24,7 @@ std::uint32_t Crc32(const std::uint8_t* bytes, std::size_t count) {
 
 // Address and count of the bytes.
 Answer ChoiceNumber(Request& request) {
-  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(static_cast<INT_PTR>(request.Number(0)));
+  const auto* const bytes = wfinfo::FromSlot<const std::uint8_t*>(request.Number(0));
   const Slot count = request.Number(1);
   if (count < 0 || count > kLongestSerial || IsBadReadPtr(bytes, static_cast<UINT_PTR>(count))) return {};
   return Request::AnswerNumber(Crc32(bytes, static_cast<std::size_t>(count)));
@@ -33,7 +34,7 @@ Answer ChoiceNumber(Request& request) {
 Answer ToWide(Request& request) {
   static std::u16string wide;
   wide = SystemCharsets().FromHostText(request.Text(0));
-  return Request::AnswerNumber(static_cast<Slot>(reinterpret_cast<INT_PTR>(wide.c_str())));
+  return Request::AnswerNumber(wfinfo::ToSlot(wide.c_str()));
 }
 
 constexpr Service kServices[] = {

@@ -7,6 +7,7 @@
 #include "src/addresses/address_bytes.h"
 #include "src/addresses/address_quick.h"
 #include "src/addresses/display_name.h"
+#include "src/text/ascii.h"
 #include "src/text/host_text.h"
 
 namespace wfinfo {
@@ -16,8 +17,6 @@ namespace {
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::size_t kQuoteRunLimit = 31;  // bytes of quotes that open one section
 
-constexpr bool IsBlank(char c) { return IsAddressBlank(c); }
-constexpr bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 constexpr bool IsSeparator(char c) { return c == ',' || c == ';'; }
 
 // What a byte may mean; plain bytes are 0.

@@ -30,8 +30,10 @@ struct AddressKernels {
   std::size_t (*count)(std::string_view list, std::size_t* at);
 };
 
-// The fastest set that this processor runs, and all that it runs.
+// The fastest set that this processor runs.
 const AddressKernels& BestAddressKernels();
-std::span<const AddressKernels> RunnableAddressKernels();
+
+// All sets that this processor runs, slowest first: the first leaves everything to the scanner.
+std::span<const AddressKernels* const> RunnableAddressKernels();
 
 }  // namespace wfinfo

@@ -3,25 +3,11 @@
 #include "src/addresses/address_entry.h"
 #include "src/addresses/display_name.h"
 #include "src/text/host_text.h"
+#include "src/text/measured_text.h"
 
 namespace wfinfo {
 
 namespace {
-
-// Counts what is put, and writes it when there is a place for it.
-class Output {
- public:
-  explicit Output(char* out) : out_(out) {}
-  void Put(std::string_view text) {
-    if (out_ != nullptr) text.copy(out_ + length_, text.size());
-    length_ += text.size();
-  }
-  std::size_t length() const { return length_; }
-
- private:
-  char* out_;
-  std::size_t length_ = 0;
-};
 
 // True when `text` ends in `tail` at a character's border.
 bool EndsWith(std::string_view text, std::string_view tail) {
@@ -43,17 +29,17 @@ std::string_view Unquoted(std::string_view name, bool quoted) {
   return quoted ? name.substr(1, name.size() - 2) : name;
 }
 
-void PutName(std::string_view name, std::string_view honorific, bool quoted, Output& output) {
+void PutName(std::string_view name, std::string_view honorific, bool quoted, MeasuredText& output) {
   if (!quoted) {
-    output.Put(name);
-    output.Put(honorific);
+    output.Add(name);
+    output.Add(honorific);
     return;
   }
-  output.Put("\"");
-  PutQuotedInside(name, kCodePageShiftJis, [&](std::string_view piece) { output.Put(piece); });
+  output.Add("\"");
+  PutQuotedInside(name, kCodePageShiftJis, [&](std::string_view piece) { output.Add(piece); });
   PutQuotedInside(WithoutHalfCharacter(honorific, kCodePageShiftJis), kCodePageShiftJis,
-                  [&](std::string_view piece) { output.Put(piece); });
-  output.Put("\"");
+                  [&](std::string_view piece) { output.Add(piece); });
+  output.Add("\"");
 }
 
 }  // namespace
@@ -66,12 +52,12 @@ std::size_t ComposeWithHonorific(std::string_view list, std::string_view honorif
   std::string_view name = parts.name;
   const bool nameless = name.empty();
   const bool has_sign = LocalPart(address).size() < address.size();
-  Output output(out);
+  MeasuredText output(out);
   if (nameless) {
     if (address.empty()) return 0;
     name = LocalPart(address);
     if (has_sign && (!also_without_name || name.empty())) {
-      output.Put(address);
+      output.Add(address);
       return output.length();
     }
   }
@@ -82,9 +68,9 @@ std::size_t ComposeWithHonorific(std::string_view list, std::string_view honorif
                       (nameless && has_sign && NeedsQuotes(name, kCodePageShiftJis));
   PutName(name, honorific, quoted, output);
   if (nameless && !has_sign) return output.length();
-  output.Put(" <");
-  output.Put(address);
-  output.Put(">");
+  output.Add(" <");
+  output.Add(address);
+  output.Add(">");
   return output.length();
 }
 

@@ -16,7 +16,7 @@ Slot SendTo(HWND window, int code, Slot* block) {
 
 const char* TextOf(Slot answer) {
   if (answer == 0) return kNoText;
-  g_hostText = reinterpret_cast<const char*>(static_cast<INT_PTR>(answer));
+  g_hostText = FromSlot<const char*>(answer);
   return g_hostText;
 }
 

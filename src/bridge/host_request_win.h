@@ -5,16 +5,9 @@
 
 #include <optional>
 
+#include "src/base/slot.h"
+
 namespace wfinfo {
-
-// One slot of an argument block: an integer widened to 64 bits, or a pointer.
-using Slot = long long;
-
-inline Slot ToSlot(long long value) { return value; }
-inline Slot ToSlot(unsigned long long value) { return static_cast<Slot>(value); }
-inline Slot ToSlot(int value) { return value; }
-inline Slot ToSlot(unsigned value) { return value; }
-inline Slot ToSlot(const void* pointer) { return static_cast<Slot>(reinterpret_cast<INT_PTR>(pointer)); }
 
 // The dispatchers. `block` is the address of the first slot, or null for a code without arguments; the host
 // may write to it. The result is the host's answer, 0 without a window or after a refusal; the text forms

@@ -5,7 +5,9 @@
 #include <climits>
 #include <cstring>
 
+#include "src/base/slot.h"
 #include "src/bridge/report_win.h"
+#include "src/text/ascii.h"
 #include "src/text/digits.h"
 
 namespace wfinfo {
@@ -18,7 +20,7 @@ constexpr UINT_PTR kDigitsLooked = 100;   // bytes of a count's text that are lo
 // The number that the leading decimal digits of `text` make; a number that is too large stays at INT_MAX.
 long long LeadingNumber(const char* text) {
   long long number = 0;
-  for (; *text >= '0' && *text <= '9'; ++text) {
+  for (; IsDigit(*text); ++text) {
     number = number * 10 + (*text - '0');
     if (number > INT_MAX) number = INT_MAX;
   }
@@ -27,7 +29,7 @@ long long LeadingNumber(const char* text) {
 
 long long WidthValue(long long value) {
   if (value <= kNoFolding) return value;
-  const auto* text = reinterpret_cast<const char*>(static_cast<INT_PTR>(value));
+  const auto* text = FromSlot<const char*>(value);
   return IsText(text) ? LeadingNumber(text) : kNoFolding;
 }
 
@@ -40,7 +42,7 @@ long long WidthOf(long long value) {
 
 int ReadCountParam(long long value) {
   if (value >= -kMostNumber && value <= kMostNumber) return static_cast<int>(value);
-  const auto* const text = reinterpret_cast<const char*>(static_cast<INT_PTR>(value));
+  const auto* const text = FromSlot<const char*>(value);
   if (IsBadStringPtrA(text, kDigitsLooked)) return 0;
   return ReadCount({text, strnlen(text, kDigitsLooked)});
 }

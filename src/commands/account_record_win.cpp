@@ -36,7 +36,7 @@ char* NewCopy(const char* text) {
   return block;
 }
 
-char* AddressOf(Slot record) { return reinterpret_cast<char*>(static_cast<INT_PTR>(record)); }
+char* AddressOf(Slot record) { return FromSlot<char*>(record); }
 
 // The title that a record begins with, cut to its room.
 std::string_view TitleOf(Slot record) { return FieldText(AddressOf(record), 0, kTitleRoom - 1); }

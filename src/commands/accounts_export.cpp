@@ -56,7 +56,7 @@ int WriteText(const AccountKey& key, const char* value) {
 
 int WriteKey(const AccountKey& key, const char* spelled, long long value) {
   if (key.mark == KeyMark::kReadOnly) return RefuseReadOnly(spelled);
-  if (key.IsText()) return WriteText(key, reinterpret_cast<const char*>(static_cast<INT_PTR>(value)));
+  if (key.IsText()) return WriteText(key, FromSlot<const char*>(value));
   if (key.IsFlag() && static_cast<unsigned long long>(value) > 1) {
     return static_cast<int>(Refuse({"An attempt to set other than 0/1 to a flag property.",
                                     "SetAccoutPropでフラグに0/1以外を設定しようとしました。"}));
@@ -92,7 +92,7 @@ int SetAccountProp(const char* key, long long value) noexcept {
   }
   if (!IsText(key)) return 0;
   if (const AccountKey* const row = FindAccountKey(key)) return WriteKey(*row, key, value);
-  const auto* const text = reinterpret_cast<const char*>(static_cast<INT_PTR>(value));
+  const auto* const text = FromSlot<const char*>(value);
   if (!IsText(text)) return 0;
   if (const SplitText* const split = FindSplitText(key)) return StoreSplitText(*split, text, AccountRecord());
   const int kind = FindAccountText(key);

@@ -17,7 +17,7 @@ HMENU MenuBarOf(HWND window) {
 
 HMENU MenuOf(HWND frame) {
   const HMENU bar = MenuBarOf(frame);
-  return bar != nullptr ? bar : reinterpret_cast<HMENU>(static_cast<INT_PTR>(SendHostRequest(kCodeMenu)));
+  return bar != nullptr ? bar : FromSlot<HMENU>(SendHostRequest(kCodeMenu));
 }
 
 }  // namespace

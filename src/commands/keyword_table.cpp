@@ -1,25 +1,15 @@
 #include "src/commands/keyword_table.h"
 
+#include "src/text/ascii.h"
+
 namespace wfinfo {
-namespace {
-
-constexpr char Folded(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-}  // namespace
 
 bool SameWord(std::string_view text, std::string_view word, LetterCase letter_case) {
   return text.size() == word.size() && BeginsWith(text, word, letter_case);
 }
 
 bool BeginsWith(std::string_view text, std::string_view word, LetterCase letter_case) {
-  if (letter_case == LetterCase::kCounts) return text.starts_with(word);
-  if (text.size() < word.size()) return false;
-  for (std::size_t at = 0; at < word.size(); ++at) {
-    if (Folded(text[at]) != Folded(word[at])) return false;
-  }
-  return true;
+  return letter_case == LetterCase::kCounts ? text.starts_with(word) : StartsWithIgnoringCase(text, word);
 }
 
 long long KeywordOr(const KeywordTable& table, std::string_view text, long long fallback) {

@@ -50,7 +50,7 @@ std::uint32_t FlagBit(const char* name, bool for_writing) {
 bool IsOn(long long value) {
   constexpr unsigned long long kFirstAddress = 4096;
   constexpr UINT_PTR kCheckedLength = 100;
-  const auto* const text = reinterpret_cast<const char*>(static_cast<INT_PTR>(value));
+  const auto* const text = FromSlot<const char*>(value);
   const bool is_text =
       static_cast<unsigned long long>(value) >= kFirstAddress && !IsBadStringPtrA(text, kCheckedLength);
   return is_text ? *text != '0' : value != 0;

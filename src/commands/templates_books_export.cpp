@@ -50,7 +50,7 @@ void ForgetBookResults() {
 
 int KeepBookResults(Slot answer) {
   if (answer == kSearchFailed) return 0;
-  g_bookResults = TextCursor(reinterpret_cast<const char*>(static_cast<INT_PTR>(answer)));
+  g_bookResults = TextCursor(FromSlot<const char*>(answer));
   return 1;
 }
 

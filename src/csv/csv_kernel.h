@@ -1,9 +1,22 @@
-// The block routines, included once for each instruction set: behind its Load, LoadLineEnds, QuoteBits,
-// PrefixXor and Count, and with WFINFO_TARGET defined as the attribute that lets the compiler use it.
+// The block routines over a vector type `Vec` of simd.h. Included, inside an unnamed namespace, by one source
+// file for each kind of vector unit, which chooses the instruction set; it has no include guard.
 //
 // The running exclusive or of the quotes tells what is quoted, provided that each opening quote stands where
 // one may: at the start of a field or right behind a closing quote (then both are a doubled quote). A block
 // in which one stands elsewhere is "irregular" and is walked byte by byte.
+#include "src/text/block_kernel.h"
+
+using csv::Carry;
+
+// The characters that matter in a block, a word each, the lowest bit for the first byte.
+struct Marks {
+  std::uint64_t quote, comma, cr, lf;
+};
+
+inline Marks Load(const char* bytes) {
+  const Block block = LoadBlock(bytes);
+  return {Equal(block, '"'), Equal(block, ','), Equal(block, '\r'), Equal(block, '\n')};
+}
 
 // What a block holds once its quotes are understood. Bits behind the end of the text are clear, except
 // in `quoted`.
@@ -16,10 +29,10 @@ struct Structure {
   std::uint64_t field_starts;
 };
 
-WFINFO_TARGET inline Structure Understand(const Marks& marks, const Carry& carry, std::uint64_t valid) {
+inline Structure Understand(const Marks& marks, const Carry& carry, std::uint64_t valid) {
   Structure block;
   const std::uint64_t ends = marks.cr | marks.lf;
-  block.quoted = (marks.quote == 0 ? 0 : PrefixXor(marks.quote)) ^ carry.quoted;
+  block.quoted = (marks.quote == 0 ? 0 : Vec::PrefixXor(marks.quote)) ^ carry.quoted;
   block.closers = marks.quote & ~block.quoted;
   block.separators = (marks.comma | ends) & ~block.quoted;
   block.line_ends = ends & ~block.quoted;
@@ -31,34 +44,35 @@ WFINFO_TARGET inline Structure Understand(const Marks& marks, const Carry& carry
   return block;
 }
 
-WFINFO_TARGET inline Carry CarryOut(const Marks& marks, const Structure& block) {
+inline Carry CarryOut(const Marks& marks, const Structure& block) {
   return {block.quoted >> 63 != 0 ? ~std::uint64_t{0} : 0, block.closers >> 63, block.separators >> 63,
           (marks.cr & block.line_ends) >> 63};
 }
 
 // The marks of the last bytes of a text, fewer than 64.
-WFINFO_TARGET inline Marks LoadTail(const char* bytes, std::size_t length) {
+inline Marks LoadTail(const char* bytes, std::size_t length) {
   alignas(64) char block[kBlock] = {};
   std::memcpy(block, bytes, length);
   return Load(block);
 }
 
-WFINFO_TARGET inline Marks LoadUpTo(const char* at, std::size_t left) {
+inline Marks LoadUpTo(const char* at, std::size_t left) {
   return left >= kBlock ? Load(at) : LoadTail(at, left);
 }
 
-WFINFO_TARGET std::size_t CountLines(std::string_view text) {
+std::size_t CountLines(std::string_view text) {
   Carry carry;
   std::size_t lines = 0;
   bool open = false;  // the text read so far does not end with a line end
   for (std::size_t at = 0; at < text.size(); at += kBlock) {
     const std::size_t left = text.size() - at;
     const char* const bytes = text.data() + at;
-    if (left >= kBlock && (QuoteBits(bytes) | carry.quoted) == 0) {
-      const LineEnds found = LoadLineEnds(bytes);
-      const std::uint64_t ends = found.cr | found.lf;
-      lines += Count(ends & ~(found.lf & (found.cr << 1 | carry.after_cr)));
-      carry = {0, 0, (ends >> 63) | (bytes[kBlock - 1] == ','), found.cr >> 63};
+    if (left >= kBlock && (Equal(LoadBlock(bytes), '"') | carry.quoted) == 0) {
+      const Block plain = LoadBlock(bytes);
+      const std::uint64_t cr = Equal(plain, '\r'), lf = Equal(plain, '\n');
+      const std::uint64_t ends = cr | lf;
+      lines += Vec::CountBits(ends & ~(lf & (cr << 1 | carry.after_cr)));
+      carry = {0, 0, (ends >> 63) | (bytes[kBlock - 1] == ','), cr >> 63};
       open = ends >> 63 == 0;
       continue;
     }
@@ -67,18 +81,18 @@ WFINFO_TARGET std::size_t CountLines(std::string_view text) {
     const Structure block = Understand(marks, carry, ~std::uint64_t{0});
     if (block.irregular != 0) {
       const std::size_t length = std::min(left, kBlock);
-      lines += CountLinesByByte(text.substr(at, length), carry);
+      lines += csv::CountLinesByByte(text.substr(at, length), carry);
       open = (carry.field_start == 0) || text[at + length - 1] == ',';
       continue;
     }
-    lines += Count(block.line_ends & ~(marks.lf & after_cr));
+    lines += Vec::CountBits(block.line_ends & ~(marks.lf & after_cr));
     carry = CarryOut(marks, block);
     if (left <= kBlock) open = (block.line_ends >> (left - 1) & 1) == 0;
   }
   return lines + (open ? 1 : 0);
 }
 
-WFINFO_TARGET std::size_t WidestLine(std::string_view text) {
+std::size_t WidestLine(std::string_view text) {
   Carry carry;
   std::size_t fields = 0;  // of the current line so far
   std::size_t widest = 0;
@@ -88,27 +102,27 @@ WFINFO_TARGET std::size_t WidestLine(std::string_view text) {
     const std::uint64_t valid = left >= kBlock ? ~std::uint64_t{0} : (std::uint64_t{1} << left) - 1;
     const Structure block = Understand(marks, carry, valid);
     if (block.irregular != 0) {
-      WidestByByte(text.substr(at, kBlock), carry, fields, widest);
+      csv::WidestByByte(text.substr(at, kBlock), carry, fields, widest);
       continue;
     }
     std::uint64_t starts = block.field_starts;
     for (std::uint64_t ends = block.line_ends; ends != 0; ends &= ends - 1) {
       const std::uint64_t before = (ends & (~ends + 1)) - 1;
-      widest = std::max(widest, fields + Count(starts & before));
+      widest = std::max(widest, fields + Vec::CountBits(starts & before));
       starts &= ~before;
       fields = 0;
     }
-    fields += Count(starts);
+    fields += Vec::CountBits(starts);
     carry = CarryOut(marks, block);
   }
   return std::max(widest, fields);
 }
 
 // Appends the positions of the bits of a block at `at` to the `fields` known so far, as far as there is room.
-WFINFO_TARGET inline void WriteStarts(std::uint64_t bits, std::size_t at, std::span<std::uint32_t> starts,
-                                      std::size_t& fields) {
+inline void WriteStarts(std::uint64_t bits, std::size_t at, std::span<std::uint32_t> starts,
+                        std::size_t& fields) {
   constexpr std::size_t kAtOnce = 4;
-  const std::size_t count = Count(bits);
+  const std::size_t count = Vec::CountBits(bits);
   const std::size_t first = fields;
   fields += count;
   const auto next = [&bits, at] {
@@ -129,7 +143,7 @@ WFINFO_TARGET inline void WriteStarts(std::uint64_t bits, std::size_t at, std::s
 
 // One line; with `kWithStarts` also where its fields begin. An irregular line is walked byte by byte.
 template <bool kWithStarts>
-WFINFO_TARGET CsvLine Line(std::string_view text, std::span<std::uint32_t> starts) {
+CsvLine Line(std::string_view text, std::span<std::uint32_t> starts) {
   Carry carry;
   CsvLine line{text.data() + text.size(), nullptr, 0};
   for (std::size_t at = 0; at < text.size(); at += kBlock) {
@@ -139,7 +153,7 @@ WFINFO_TARGET CsvLine Line(std::string_view text, std::span<std::uint32_t> start
     const Structure block = Understand(marks, carry, valid);
     // All bits before the first line end, or all when there is none.
     const std::uint64_t before = (block.line_ends & (~block.line_ends + 1)) - 1;
-    if ((block.irregular & before) != 0) return LineByByte(text, starts);
+    if ((block.irregular & before) != 0) return csv::LineByByte(text, starts);
     if constexpr (kWithStarts) {
       WriteStarts(block.field_starts & before, at, starts, line.fields);
     }
@@ -159,4 +173,4 @@ WFINFO_TARGET CsvLine Line(std::string_view text, std::span<std::uint32_t> start
   return line;
 }
 
-WFINFO_TARGET const char* LineEnd(std::string_view text) { return Line<false>(text, {}).end; }
+const char* LineEnd(std::string_view text) { return Line<false>(text, {}).end; }

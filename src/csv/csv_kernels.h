@@ -40,7 +40,7 @@ struct CsvKernels {
 // The fastest set that this processor runs.
 const CsvKernels& BestCsvKernels();
 
-// All sets that this processor runs, the byte loop first.
-std::span<const CsvKernels> RunnableCsvKernels();
+// All sets that this processor runs, slowest first: the first is the byte loop.
+std::span<const CsvKernels* const> RunnableCsvKernels();
 
 }  // namespace wfinfo

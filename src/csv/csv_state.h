@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "src/text/ascii.h"
+
 namespace wfinfo::csv {
 
 // At most one of the first three is set; none of them means inside a plain field.
@@ -13,8 +15,6 @@ struct Carry {
   std::uint64_t field_start = 1;  // 1 at the start of a field or of a line
   std::uint64_t after_cr = 0;     // 1 behind a CR that ended a line
 };
-
-constexpr bool IsLineEnd(char byte) { return byte == '\r' || byte == '\n'; }
 
 // What a byte brings.
 struct Step {

@@ -8,14 +8,14 @@
 #include <cstring>
 #include <utility>
 
+#include "src/text/ascii.h"
+
 namespace wfinfo {
 namespace {
 
 constexpr std::uint32_t kLinesApart = 32;
 constexpr std::uint32_t kBytesApart = 1024;
 constexpr std::size_t kFirstRoom = 256;
-
-constexpr bool IsLineEnd(char byte) { return byte == '\r' || byte == '\n'; }
 
 // Behind the field that `text` begins with, without the comma.
 std::size_t FieldLength(std::string_view text) {

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "src/dates/date_names.h"
+#include "src/text/ascii.h"
 #include "src/text/host_text.h"
 
 // What is read, as a grammar over tokens. Between any two may stand blanks, folds, comments, commas
@@ -32,10 +33,8 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "letters and digits are compared packed");
 
-constexpr bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 constexpr char Lower(char c) { return static_cast<char>(c | 0x20); }  // of a letter
-constexpr bool IsLetter(char c) { return static_cast<unsigned char>(Lower(c) - 'a') < 26; }
-constexpr bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+constexpr bool IsSpace(char c) { return IsBlank(c) || IsLineEnd(c); }
 
 // Up to four letters in one number, the first lowest, in lower case. Longer words give 0 here.
 constexpr std::uint32_t Packed(std::string_view word) {
@@ -201,7 +200,7 @@ class DateReader {
       if (*at_ == '(') {
         SkipComment();
         if (at_ == end_) return;
-      } else if (!IsBlank(*at_) && *at_ != ',') {
+      } else if (!IsSpace(*at_) && *at_ != ',') {
         return;
       }
     }
@@ -240,7 +239,7 @@ class DateReader {
 
   // A number of one or two digits, blanks in front allowed; -1 for anything else.
   int TakeField() {
-    while (at_ != end_ && IsBlank(*at_)) ++at_;
+    while (at_ != end_ && IsSpace(*at_)) ++at_;
     const Number number = TakeNumber();
     return number.digits == 1 || number.digits == 2 ? static_cast<int>(number.value) : -1;
   }
@@ -444,7 +443,7 @@ class DateReader {
     const bool west = *at_++ == '-';
     if (!TimeKnown()) return west && DateKnown() ? Reading::kGoesOn : Reading::kForeign;
     if (Peek() == '+' || Peek() == '-') return Reading::kGoesOn;  // "--0900": the last one counts
-    while (at_ != end_ && IsBlank(*at_)) ++at_;
+    while (at_ != end_ && IsSpace(*at_)) ++at_;
     const Number number = TakeNumber();
     if (number.digits == 0 || numeric_zone_) return Reading::kForeign;
     const int value = static_cast<int>(number.value % 1'000'000);
@@ -543,7 +542,7 @@ std::size_t TakeUsualHead(std::string_view text, Parts& parts) {
   const CalendarName* const month = NameOfLetters(ThreeLetters(at + 1));
   const int year = FourDigits(at + 5);
   if (month == nullptr || month->month == 0 || year < 0 || day == 0 || !TakeClock(at + 10, parts)) return 0;
-  if (left > kBehindDay && !IsBlank(at[kBehindDay]) && at[kBehindDay] != '(') return 0;
+  if (left > kBehindDay && !IsSpace(at[kBehindDay]) && at[kBehindDay] != '(') return 0;
   parts.day = day;
   parts.month = month->month;
   parts.year = year;
@@ -554,7 +553,7 @@ std::size_t TakeUsualHead(std::string_view text, Parts& parts) {
 bool TakeUsualZone(std::string_view text, Parts& parts) {
   constexpr std::size_t kLength = 6;
   if (text.size() < kLength || text[0] != ' ' || (text[1] != '+' && text[1] != '-')) return false;
-  if (text.size() > kLength && !IsBlank(text[kLength]) && text[kLength] != '(') return false;
+  if (text.size() > kLength && !IsSpace(text[kLength]) && text[kLength] != '(') return false;
   const int zone = FourDigits(text.data() + 2);
   if (zone < 0 || zone >= 2400 || zone % 100 >= 60) return false;
   const int minutes = zone / 100 * 60 + zone % 100;

@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "src/text/ascii.h"
+
 namespace wfinfo {
 
 namespace {
@@ -14,8 +16,6 @@ constexpr FileTicks kPartTicks[] = {kTicksPerDay, kTicksPerHour, kTicksPerMinute
 void SkipSpaces(std::string_view& text) {
   while (text.starts_with(' ')) text.remove_prefix(1);
 }
-
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Takes a run of digits off the front. Nothing when it is more than a file time can count.
 std::optional<std::int64_t> TakeNumber(std::string_view& text) {
@@ -43,15 +43,6 @@ std::optional<FileTicks> TakeDistance(std::string_view text) {
     if (__builtin_add_overflow(distance, part, &distance)) return std::nullopt;
   }
   return distance;
-}
-
-bool StartsWithInAnyCase(std::string_view text, std::string_view lower) {
-  if (text.size() < lower.size()) return false;
-  for (std::size_t i = 0; i < lower.size(); ++i) {
-    const char c = text[i];
-    if ((c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c) != lower[i]) return false;
-  }
-  return true;
 }
 
 }  // namespace
@@ -87,7 +78,7 @@ std::optional<FileTicks> TicksOfUnit(std::string_view unit) {
   constexpr Unit kUnits[] = {
       {"hour", kTicksPerHour}, {"minute", kTicksPerMinute}, {"second", kTicksPerSecond}};
   for (const Unit& known : kUnits) {
-    if (StartsWithInAnyCase(unit, known.name)) return known.ticks;
+    if (StartsWithIgnoringCase(unit, known.name)) return known.ticks;
   }
   return std::nullopt;
 }

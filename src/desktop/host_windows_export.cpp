@@ -53,7 +53,7 @@ int ActivateNeighbour(UINT direction) {
   return 1;
 }
 
-HWND GrepWindow() { return reinterpret_cast<HWND>(static_cast<INT_PTR>(GrepWnd())); }
+HWND GrepWindow() { return FromSlot<HWND>(GrepWnd()); }
 
 // Asks the window to close as its Cancel button would; false when it is still there afterwards.
 bool Close(HWND window) {
@@ -187,7 +187,7 @@ long long SetMainWndTop() noexcept {
 }
 
 long long SetGrepWndTop() noexcept {
-  const auto window = reinterpret_cast<HWND>(static_cast<INT_PTR>(GrepWnd()));
+  const auto window = FromSlot<HWND>(GrepWnd());
   if (!Shows(window)) return 0;
   const HWND frame = FindHostWindow(SearchMode::kFrameTarget, false, static_cast<unsigned>(kCodeGrepRaised));
   if (frame == nullptr || frame == window || GetAncestor(frame, GA_ROOT) == window) return 0;

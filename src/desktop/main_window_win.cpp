@@ -25,7 +25,7 @@ std::optional<HWND> ToldGrepWindow() {
   Slot block[] = {kWhichWindow};
   const std::optional<Slot> answer = SendHostRequestUnlessRefused(kCodeGrepWindow, block);
   if (!answer) return std::nullopt;
-  return reinterpret_cast<HWND>(static_cast<INT_PTR>(*answer));
+  return FromSlot<HWND>(*answer);
 }
 
 HWND MainFrame() {

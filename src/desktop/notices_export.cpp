@@ -28,7 +28,7 @@ long long ShowNotifyWnd(const char* text1, const char* text2) noexcept {
 long long GetNotifyWnd() noexcept { return ShowNotifyWnd(nullptr, nullptr); }
 
 long long HideNotifyWnd() noexcept {
-  const auto window = reinterpret_cast<HWND>(static_cast<INT_PTR>(GetNotifyWnd()));
+  const auto window = FromSlot<HWND>(GetNotifyWnd());
   if (window != nullptr) SendMessageA(window, WM_COMMAND, IDCANCEL, 0);
   return 0;
 }

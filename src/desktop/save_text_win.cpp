@@ -37,7 +37,7 @@ Contents Encoded(const char* text, int append, int encoding) {
   Slot block[] = {ToSlot(text), append, encoding};
   const Slot answer = SendHostRequest(utf8 ? kCodeToUtf8 : kCodeToUtf16, block);
   if (answer == 0) return {};
-  const auto* const converted = reinterpret_cast<const char*>(static_cast<INT_PTR>(answer));
+  const auto* const converted = FromSlot<const char*>(answer);
   if (utf8) return {encoding == kUtf8WithMark ? kUtf8Mark : std::string_view(), converted};
   return {kUtf16Mark,
           {converted, sizeof(wchar_t) * std::wcslen(reinterpret_cast<const wchar_t*>(converted))}};

@@ -1,38 +1,16 @@
 #include "src/mapi/command_line_builder.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "src/mapi/host_blocks.h"
+#include "src/text/ascii.h"
 #include "src/text/host_text.h"
+#include "src/text/measured_text.h"
 
 namespace wfinfo::mapi {
 namespace {
 
 constexpr char kUpperHex[] = "0123456789ABCDEF";
-
-// A line that is written, or only measured when there is no room for it yet.
-class Line {
- public:
-  explicit Line(char* out) : out_(out) {}
-
-  void Add(std::string_view text) {
-    if (out_ != nullptr && !text.empty()) std::memcpy(out_ + length_, text.data(), text.size());
-    length_ += text.size();
-  }
-  void AddEscaped(std::string_view text, bool drop_quotes = false) {
-    length_ += PercentEscapeArg(text, out_ != nullptr ? out_ + length_ : nullptr, drop_quotes);
-  }
-  // Terminates the line and returns its length.
-  std::size_t End() {
-    if (out_ != nullptr) out_[length_] = '\0';
-    return length_;
-  }
-
- private:
-  char* out_;
-  std::size_t length_ = 0;
-};
 
 constexpr std::string_view kWords[] = {"sendnow", "unsentmail", "newmail"};
 constexpr std::string_view kClassKeywords[] = {"", " To=", " Cc=", " Bcc="};
@@ -46,32 +24,30 @@ std::string_view Read(const Mail& mail, const char* text) {
   return mail.read(text).value_or(std::string_view());
 }
 
-char UpperAscii(char byte) {
-  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - ('a' - 'A')) : byte;
+std::string_view WithoutSmtp(std::string_view address) {
+  return StartsWithIgnoringCase(address, kSmtp) ? address.substr(kSmtp.size()) : address;
 }
 
-std::string_view WithoutSmtp(std::string_view address) {
-  const bool has = address.size() >= kSmtp.size() &&
-                   std::ranges::equal(address.substr(0, kSmtp.size()), kSmtp, {}, &UpperAscii);
-  return has ? address.substr(kSmtp.size()) : address;
+void AddEscaped(MeasuredText& line, std::string_view text, bool drop_quotes = false) {
+  line.AddWritten([&](char* out) { return PercentEscapeArg(text, out, drop_quotes); });
 }
 
 // Jo <jo@x.jp>, "Jo (Sales)" <jo@x.jp>, jo@x.jp, or a name alone, which the host looks up.
-void AddRecipient(Line& line, std::string_view name, std::string_view address) {
-  if (address.empty()) return line.AddEscaped(name);
+void AddRecipient(MeasuredText& line, std::string_view name, std::string_view address) {
+  if (address.empty()) return AddEscaped(line, name);
   address = WithoutSmtp(address);
-  if (name.empty()) return line.AddEscaped(address);
+  if (name.empty()) return AddEscaped(line, address);
   const bool quoted = name.find_first_of("<>()") != std::string_view::npos;
-  if (quoted) line.AddEscaped("\"");
-  line.AddEscaped(name, true);
-  if (quoted) line.AddEscaped("\"");
-  line.AddEscaped(" <");
-  line.AddEscaped(address, true);
-  line.AddEscaped(">");
+  if (quoted) AddEscaped(line, "\"");
+  AddEscaped(line, name, true);
+  if (quoted) AddEscaped(line, "\"");
+  AddEscaped(line, " <");
+  AddEscaped(line, address, true);
+  AddEscaped(line, ">");
 }
 
 // A keyword whenever the class changes, a separator between recipients of one class.
-void AddRecipients(Line& line, const Mail& mail) {
+void AddRecipients(MeasuredText& line, const Mail& mail) {
   std::uint32_t written_class = 0;
   for (const Recipient& recipient : mail.recipients) {
     const std::string_view name = Read(mail, recipient.name);
@@ -81,23 +57,23 @@ void AddRecipients(Line& line, const Mail& mail) {
     if (recipient_class != written_class) {
       line.Add(kClassKeywords[recipient_class]);
     } else {
-      line.AddEscaped(", ");
+      AddEscaped(line, ", ");
     }
     written_class = recipient_class;
     AddRecipient(line, name, address);
   }
 }
 
-void AddFiles(Line& line, const Mail& mail) {
+void AddFiles(MeasuredText& line, const Mail& mail) {
   for (const FileRecord& file : mail.files) {
     const std::string_view path = Read(mail, file.path);
     if (path.empty()) continue;
     line.Add(" Attach=");
-    line.AddEscaped(path);
+    AddEscaped(line, path);
     const std::string_view file_name = Read(mail, file.file_name);
     if (file_name.empty()) continue;
     line.Add("*");
-    line.AddEscaped(file_name);
+    AddEscaped(line, file_name);
   }
 }
 
@@ -165,25 +141,25 @@ std::size_t PercentEscapeArg(std::string_view text, char* out, bool drop_quotes)
 }
 
 std::size_t WriteMailCommand(const Mail& mail, char* out) {
-  Line line(out);
+  MeasuredText line(out);
   line.Add(WordOf(mail.mode));
   if (!mail.macro.empty()) {
     line.Add(" Macro=");
-    line.AddEscaped(mail.macro);
+    AddEscaped(line, mail.macro);
   }
   if (mail.subject) {
     line.Add(" Subject=");
-    line.AddEscaped(*mail.subject);
+    AddEscaped(line, *mail.subject);
   }
   if (mail.note) {
     line.Add(" body=");
-    line.AddEscaped(*mail.note);
+    AddEscaped(line, *mail.note);
   }
   AddRecipients(line, mail);
   AddFiles(line, mail);
   if (!mail.note) line.Add(" template=1");
   if (mail.sign) line.Add(" sign=1");
-  return line.End();
+  return line.Terminate();
 }
 
 std::size_t MailBlockSize(const Mail& mail) {
@@ -191,7 +167,7 @@ std::size_t MailBlockSize(const Mail& mail) {
 }
 
 std::size_t WriteDocumentsCommand(std::string_view paths, std::string_view delimiter, char* out) {
-  Line line(out);
+  MeasuredText line(out);
   line.Add(WordOf(kNewMail));
   const std::string_view separator = Character(delimiter);
   for (bool more = true; more;) {
@@ -203,7 +179,7 @@ std::size_t WriteDocumentsCommand(std::string_view paths, std::string_view delim
     if (more) paths.remove_prefix(end + separator.size());
   }
   line.Add(" template=1 sign=1");
-  return line.End();
+  return line.Terminate();
 }
 
 std::size_t DocumentsBlockSize(std::string_view paths, std::string_view delimiter) {

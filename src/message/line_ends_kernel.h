@@ -9,16 +9,6 @@ constexpr std::size_t kMaskBytes = 64;
 
 constexpr std::size_t FormLength(LineEnd form) { return form == LineEnd::kCrLf ? 2 : 3; }
 
-inline std::size_t CountBits(Bits64 bits) {
-#ifdef __POPCNT__
-  return static_cast<std::size_t>(__builtin_popcountll(bits));
-#else
-  bits -= (bits >> 1) & 0x5555555555555555u;
-  bits = (bits & 0x3333333333333333u) + ((bits >> 2) & 0x3333333333333333u);
-  return static_cast<std::size_t>((((bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0Fu) * 0x0101010101010101u) >> 56);
-#endif
-}
-
 // What stands where in 64 bytes of text: bit i is byte i.
 struct Masks {
   Bits64 cr = 0;
@@ -27,11 +17,11 @@ struct Masks {
   bool escapes = false;  // a 0x1A is among the bytes
 };
 
-WFINFO_KERNEL inline Masks MasksAt(const char* p) {
+WFINFO_UNCHECKED inline Masks MasksAt(const char* p) {
   Masks masks;
   V escape = Vec::Zero();
   for (std::size_t i = 0; i < kMaskBytes; i += kWidth) {
-    const V v = Vec::LoadU(p + i);
+    const V v = Vec::LoadUnchecked(p + i);
     masks.cr |= Bits64{Vec::Bits(Vec::Equal(v, Vec::Fill('\r')))} << i;
     masks.lf |= Bits64{Vec::Bits(Vec::Equal(v, Vec::Fill('\n')))} << i;
     masks.zero |= Bits64{Vec::Bits(Vec::Equal(v, Vec::Fill('\0')))} << i;
@@ -42,7 +32,7 @@ WFINFO_KERNEL inline Masks MasksAt(const char* p) {
 }
 
 // Of the CRs `cr` at `p`, those that end no escape.
-WFINFO_KERNEL inline Bits64 WithoutEscapeEnds(const char* text, const char* p, Bits64 cr) {
+WFINFO_UNCHECKED inline Bits64 WithoutEscapeEnds(const char* text, const char* p, Bits64 cr) {
   if (p >= text + 3) {
     Bits64 heads = 0;
     for (std::size_t i = 0; i < kMaskBytes; i += kWidth) heads |= Bits64{Vec::Bits(EscapeHeads(p + i))} << i;
@@ -95,8 +85,8 @@ struct Measure {
     if (all_right && (Wrong(cr, lf) & valid) != 0) all_right = false;
     if (all_right && lf != 0) right = p + (64 - __builtin_clzll(lf));
     const Bits64 firsts = FirstsOfPairs(cr, open);
-    ends += CountBits(firsts | (lf & ~(cr << 1 | after_cr)));
-    end_bytes += CountBits(cr | lf);
+    ends += Vec::CountBits(firsts | (lf & ~(cr << 1 | after_cr)));
+    end_bytes += Vec::CountBits(cr | lf);
     after_two = (cr >> 62 & 1) | (cr >> 63) << 1;
     open = firsts >> 63;
     after_cr = cr >> 63;
@@ -104,7 +94,7 @@ struct Measure {
   }
 };
 
-WFINFO_KERNEL FoldSize MeasureFolded(const char* text, LineEnd form) {
+WFINFO_UNCHECKED FoldSize MeasureFolded(const char* text, LineEnd form) {
   Measure measure{form, 0, 0, text};
   const char* p = text - Offset(text, kMaskBytes);
   Bits64 in_text = ~Bits64{0} << Offset(text, kMaskBytes);
@@ -129,14 +119,14 @@ WFINFO_KERNEL FoldSize MeasureFolded(const char* text, LineEnd form) {
 }
 
 // Behind the line end at `p`, without a branch: which kind it is cannot be foreseen.
-WFINFO_KERNEL inline const char* SkipFoldEnd(const char* p) {
+WFINFO_UNCHECKED inline const char* SkipFoldEnd(const char* p) {
   const int first = *p == '\r';
   const int second = first & (p[first] == '\r');
   return p + first + second + (p[first + second] == '\n');
 }
 
 // The same where four bytes may be read: one load, since the next line waits for it.
-WFINFO_KERNEL inline const char* SkipFoldEndInBlock(const char* p) {
+WFINFO_UNCHECKED inline const char* SkipFoldEndInBlock(const char* p) {
   std::uint32_t bytes;
   __builtin_memcpy(&bytes, p, sizeof bytes);
   const unsigned first = (bytes & 0xFF) == '\r';
@@ -144,23 +134,23 @@ WFINFO_KERNEL inline const char* SkipFoldEndInBlock(const char* p) {
   return p + crs + ((bytes >> 8 * crs & 0xFF) == '\n');
 }
 
-WFINFO_KERNEL inline char* PutEnd(char* out, LineEnd form) {
+WFINFO_UNCHECKED inline char* PutEnd(char* out, LineEnd form) {
   out[0] = '\r';
   out[1] = form == LineEnd::kCrLf ? '\n' : '\r';
   if (form == LineEnd::kCrCrLf) out[2] = '\n';
   return out + FormLength(form);
 }
 
-WFINFO_KERNEL inline bool IsFoldEnd(const char* text, const char* p) {
+WFINFO_UNCHECKED inline bool IsFoldEnd(const char* text, const char* p) {
   return *p == '\n' || (*p == '\r' && !EndsEscape(text, p));
 }
 
 // Copies two vectors and marks the CRs and LFs in them.
-WFINFO_KERNEL inline Bits64 CopyAndMark(const char* p, char* out) {
+WFINFO_UNCHECKED inline Bits64 CopyAndMark(const char* p, char* out) {
   Bits64 marks = 0;
   for (std::size_t i = 0; i < 2 * kWidth; i += kWidth) {
-    const V v = Vec::LoadU(p + i);
-    Vec::StoreU(out + i, v);
+    const V v = Vec::LoadUnchecked(p + i);
+    Vec::Store(out + i, v);
     marks |= Bits64{Vec::Bits(Vec::Or(Vec::Equal(v, Vec::Fill('\r')), Vec::Equal(v, Vec::Fill('\n'))))} << i;
   }
   return marks;
@@ -174,7 +164,7 @@ struct Cursor {
 
 // Rewrites up to and with the next line end when it is among the next kBlock bytes, else copies them. Most
 // lines fit, so that each costs one round without a branch that depends on its length.
-WFINFO_KERNEL inline void RewriteLine(const char* text, LineEnd form, Cursor& at) {
+WFINFO_UNCHECKED inline void RewriteLine(const char* text, LineEnd form, Cursor& at) {
   Bits64 low = CopyAndMark(at.p, at.out);
   Bits64 high = CopyAndMark(at.p + kBlock / 2, at.out + kBlock / 2);
   std::size_t length = 0;
@@ -193,8 +183,8 @@ WFINFO_KERNEL inline void RewriteLine(const char* text, LineEnd form, Cursor& at
   at.out = PutEnd(at.out + length, form);
 }
 
-WFINFO_KERNEL char* WriteFolded(const char* text, const char* from, const char* end, char* out, char* out_end,
-                                LineEnd form) {
+WFINFO_UNCHECKED char* WriteFolded(const char* text, const char* from, const char* end, char* out,
+                                   char* out_end, LineEnd form) {
   constexpr std::ptrdiff_t kIn = kBlock + 3;   // a line end that begins in the block lies in this
   constexpr std::ptrdiff_t kOut = kBlock + 3;  // a whole block is stored, or less and then a line end
   Cursor at{from, out};

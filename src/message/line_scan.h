@@ -66,7 +66,7 @@ struct LineKernels {
 // The kernels for this processor.
 const LineKernels& Lines();
 
-// All kernels that this processor can run, for tests and benchmarks.
-std::span<const LineKernels* const> AllLineKernels();
+// All kernels that this processor runs, slowest first.
+std::span<const LineKernels* const> RunnableLineKernels();
 
 }  // namespace wfinfo

@@ -1,13 +1,8 @@
-// The kernels of line_scan.h over a vector type `Vec`. Included, inside an anonymous namespace, by one source
-// file for each kind of vector unit; it has no include guard and includes nothing, so that the including file
-// chooses the instruction set for all that stands here.
+// The kernels of line_scan.h over a vector type `Vec` of simd.h. Included, inside an anonymous namespace, by
+// one source file for each kind of vector unit; it has no include guard and includes nothing, so that the
+// including file chooses the instruction set for all that stands here.
 //
-// Vec: Type, kWidth (bytes), LoadU, StoreU, Fill, Equal (0xFF in each equal byte), And, AndNot(a, b) = ~a &
-// b, Or, Xor, Bits (top bit of each byte, byte 0 lowest), SpreadTopBits, Any (not all zero), Zero, Tally(sum,
-// mask) and Sum (of the byte sums).
-
-// Vectors are read past the end of objects, though never into another page: address checks must not see it.
-#define WFINFO_KERNEL __attribute__((no_sanitize("address")))
+// Vectors are read past the end of texts, though never into another page.
 
 using V = Vec::Type;
 constexpr std::size_t kWidth = Vec::kWidth;
@@ -22,24 +17,24 @@ inline std::size_t Offset(const char* p, std::size_t unit) {
 }
 
 // A CR at `p` that is the fourth byte of an escape. `text`: nothing before it counts.
-WFINFO_KERNEL inline bool EndsEscape(const char* text, const char* p) {
+WFINFO_UNCHECKED inline bool EndsEscape(const char* text, const char* p) {
   return p - text >= 3 && p[-3] == kEscapeByte && IsEscapeTail(p[-2], p[-1], *p);
 }
 
 // True when a lone CR stands in front of `p`: `p` begins a line for that reason.
-WFINFO_KERNEL inline bool FollowsLoneCr(const char* text, const char* p) {
+WFINFO_UNCHECKED inline bool FollowsLoneCr(const char* text, const char* p) {
   return p != text && p[-1] == '\r' && *p != '\n' && !EndsEscape(text, p - 1);
 }
 
 // In the bytes from `p` on: 0x80 set where the three bytes before could be the first three of an escape.
-WFINFO_KERNEL inline V EscapeHeads(const char* p) {
-  const V first = Vec::Equal(Vec::LoadU(p - 3), Vec::Fill(kEscapeByte));
-  return Vec::And(first, Vec::And(Vec::LoadU(p - 2), Vec::LoadU(p - 1)));
+WFINFO_UNCHECKED inline V EscapeHeads(const char* p) {
+  const V first = Vec::Equal(Vec::LoadUnchecked(p - 3), Vec::Fill(kEscapeByte));
+  return Vec::And(first, Vec::And(Vec::LoadUnchecked(p - 2), Vec::LoadUnchecked(p - 1)));
 }
 
 // Gives the candidates of one vector to the search, lowest first. True when the search ended.
 template <class Search>
-WFINFO_KERNEL inline bool VisitBits(Search& search, const char* p, std::uint32_t bits) {
+WFINFO_UNCHECKED inline bool VisitBits(Search& search, const char* p, std::uint32_t bits) {
   for (; bits != 0; bits &= bits - 1) {
     if (search.Visit(p + __builtin_ctz(bits))) return true;
   }
@@ -51,7 +46,7 @@ WFINFO_KERNEL inline bool VisitBits(Search& search, const char* p, std::uint32_t
 // the terminator. The first kLookBack positions are always visited, so that Candidates may look back. Stops
 // at `until` (a multiple of the vector width behind the start; null: never) and returns false then.
 template <class Search>
-WFINFO_KERNEL bool Walk(Search& search, const char* from, const char* until = nullptr) {
+WFINFO_UNCHECKED bool Walk(Search& search, const char* from, const char* until = nullptr) {
   const char* p = from;
   for (; p != from + kLookBack; ++p) {
     if (p == until) return false;
@@ -79,21 +74,21 @@ struct EndSearch {
   const char* text;
   const char* found = nullptr;
 
-  WFINFO_KERNEL bool Visit(const char* p) {
+  WFINFO_UNCHECKED bool Visit(const char* p) {
     const char byte = *p;
     if (byte != '\0' && byte != '\n' && (byte != '\r' || EndsEscape(text, p))) return false;
     found = p;
     return true;
   }
 
-  WFINFO_KERNEL std::uint32_t Candidates(const char* p) const {
-    const V v = Vec::LoadU(p);
+  WFINFO_UNCHECKED std::uint32_t Candidates(const char* p) const {
+    const V v = Vec::LoadUnchecked(p);
     const V ends = Vec::Or(Vec::Equal(v, Vec::Fill('\r')), Vec::Equal(v, Vec::Fill('\n')));
     return Vec::Bits(Vec::Or(ends, Vec::Equal(v, Vec::Fill('\0'))));
   }
 };
 
-WFINFO_KERNEL const char* FindLineEnd(const char* text) {
+WFINFO_UNCHECKED const char* FindLineEnd(const char* text) {
   EndSearch search{text};
   Walk(search, text);
   return search.found;
@@ -107,7 +102,7 @@ struct LineSearch {
   std::size_t ends = 0;
   const char* at = nullptr;
 
-  WFINFO_KERNEL bool Visit(const char* p) {
+  WFINFO_UNCHECKED bool Visit(const char* p) {
     if (*p == '\n') {
       ++ends;
       at = p + 1;
@@ -118,22 +113,22 @@ struct LineSearch {
     return ends == wanted || *p == '\0';
   }
 
-  WFINFO_KERNEL std::uint32_t Candidates(const char* p) const {
-    const V v = Vec::LoadU(p);
+  WFINFO_UNCHECKED std::uint32_t Candidates(const char* p) const {
+    const V v = Vec::LoadUnchecked(p);
     const V lf = Vec::Equal(v, Vec::Fill('\n'));
-    const V after_cr = Vec::Equal(Vec::LoadU(p - 1), Vec::Fill('\r'));
+    const V after_cr = Vec::Equal(Vec::LoadUnchecked(p - 1), Vec::Fill('\r'));
     return Vec::Bits(Vec::Or(Vec::Or(lf, after_cr), Vec::Equal(v, Vec::Fill('\0'))));
   }
 };
 
 // One round of the counting loop. False, with nothing counted, when the terminator lies in it.
-WFINFO_KERNEL inline bool CountBlock(const char* p, V& sum) {
+WFINFO_UNCHECKED inline bool CountBlock(const char* p, V& sum) {
   V lf[kUnroll];
   V lone[kUnroll];
   V zero = Vec::Zero(), any_lone = Vec::Zero();
   for (std::size_t i = 0; i < kUnroll; ++i) {
-    const V v = Vec::LoadU(p + i * kWidth);
-    const V after_cr = Vec::Equal(Vec::LoadU(p + i * kWidth - 1), Vec::Fill('\r'));
+    const V v = Vec::LoadUnchecked(p + i * kWidth);
+    const V after_cr = Vec::Equal(Vec::LoadUnchecked(p + i * kWidth - 1), Vec::Fill('\r'));
     lf[i] = Vec::Equal(v, Vec::Fill('\n'));
     lone[i] = Vec::AndNot(lf[i], after_cr);
     zero = Vec::Or(zero, Vec::Equal(v, Vec::Fill('\0')));
@@ -151,7 +146,7 @@ WFINFO_KERNEL inline bool CountBlock(const char* p, V& sum) {
 
 // Counts in blocks from the aligned `p` on, until one holds the terminator or a run of blocks would reach
 // `wanted` line ends; returns where it stopped and adds what lies before that to `ends`.
-WFINFO_KERNEL const char* CountBlocks(const char* p, std::size_t& ends, std::size_t wanted) {
+WFINFO_UNCHECKED const char* CountBlocks(const char* p, std::size_t& ends, std::size_t wanted) {
   for (;;) {
     V sum = Vec::Zero();
     const char* const run = p;
@@ -168,7 +163,7 @@ WFINFO_KERNEL const char* CountBlocks(const char* p, std::size_t& ends, std::siz
 }
 
 // Counts up to `wanted` line ends in `search`.
-WFINFO_KERNEL void CountInto(LineSearch& search) {
+WFINFO_UNCHECKED void CountInto(LineSearch& search) {
   // Blocks are aligned to their size, which divides a page, and stand far enough behind the start to
   // look back.
   const char* const from = search.text + kWidth + kLookBack;
@@ -177,28 +172,17 @@ WFINFO_KERNEL void CountInto(LineSearch& search) {
   Walk(search, CountBlocks(first_block, search.ends, search.wanted));
 }
 
-WFINFO_KERNEL LineTally CountEnds(const char* text) {
+WFINFO_UNCHECKED LineTally CountEnds(const char* text) {
   LineSearch search{text, static_cast<std::size_t>(-1)};
   CountInto(search);
   return {search.ends, search.at};
 }
 
-WFINFO_KERNEL const char* SkipLines(const char* text, std::size_t count) {
+WFINFO_UNCHECKED const char* SkipLines(const char* text, std::size_t count) {
   if (count == 0) return text;
   LineSearch search{text, count};
   CountInto(search);
   return search.ends == count ? search.at : nullptr;
-}
-
-constexpr char kCaseBit = 0x20;
-
-WFINFO_KERNEL inline bool IsAsciiLetter(char byte) {
-  const char lower = static_cast<char>(byte | kCaseBit);
-  return lower >= 'a' && lower <= 'z';
-}
-
-WFINFO_KERNEL inline char Folded(char byte) {
-  return IsAsciiLetter(byte) ? static_cast<char>(byte | kCaseBit) : byte;
 }
 
 // Header lines that begin with a prefix, up to the empty line.
@@ -208,30 +192,30 @@ struct HeaderSearch {
   std::size_t index;
   HeaderHit hit{nullptr, 0, nullptr};
   const char* seen = nullptr;  // the last position examined
-  V first = Vec::Fill(prefix.empty() ? '\0' : Folded(prefix[0]));
-  V case_bit = Vec::Fill(!prefix.empty() && IsAsciiLetter(prefix[0]) ? kCaseBit : '\0');
+  V first = Vec::Fill(prefix.empty() ? '\0' : LowerAscii(prefix[0]));
+  V case_bit = Vec::Fill(!prefix.empty() && IsLetter(prefix[0]) ? kAsciiCaseBit : '\0');
 
-  WFINFO_KERNEL bool Matches(const char* line) const {
+  WFINFO_UNCHECKED bool Matches(const char* line) const {
     for (std::size_t i = 0; i < prefix.size(); ++i) {
-      if (line[i] != prefix[i] && Folded(line[i]) != Folded(prefix[i])) return false;
+      if (line[i] != prefix[i] && LowerAscii(line[i]) != LowerAscii(prefix[i])) return false;
     }
     return !prefix.empty();
   }
 
-  WFINFO_KERNEL bool EndsAt(const char* p) {
+  WFINFO_UNCHECKED bool EndsAt(const char* p) {
     hit.header_end = p;
     return true;
   }
 
   // Looks at `p` as the start of a line, if it is one.
-  WFINFO_KERNEL bool Examine(const char* p) {
+  WFINFO_UNCHECKED bool Examine(const char* p) {
     if (p == seen) return false;
     seen = p;
     const char byte = *p;
     if (byte == '\0') return EndsAt(p);
     if (p != text && p[-1] != '\n' && !FollowsLoneCr(text, p)) return false;
-    if (byte == '\r' || byte == '\n') return EndsAt(p);
-    if (p != text && (byte == ' ' || byte == '\t')) return false;  // continues the line before
+    if (IsLineEnd(byte)) return EndsAt(p);
+    if (p != text && IsBlank(byte)) return false;  // continues the line before
     if (!Matches(p)) return false;
     if (hit.matches == index) {
       hit.line = p;
@@ -241,7 +225,7 @@ struct HeaderSearch {
     return false;
   }
 
-  WFINFO_KERNEL bool Visit(const char* p) {
+  WFINFO_UNCHECKED bool Visit(const char* p) {
     if (p != text && p - 1 != seen && Examine(p - 1)) return true;
     return Examine(p);
   }
@@ -249,10 +233,10 @@ struct HeaderSearch {
   // A line after LF shows one byte late, when its first byte is CR or the one looked for. A line after a
   // lone CR, a LF without CR and so an empty line of one LF show at once: there "LF here" differs from
   // "CR before".
-  WFINFO_KERNEL std::uint32_t Candidates(const char* p) const {
-    const V v = Vec::LoadU(p);
-    const V before = Vec::LoadU(p - 1);
-    const V line_begins = Vec::Equal(Vec::LoadU(p - 2), Vec::Fill('\n'));
+  WFINFO_UNCHECKED std::uint32_t Candidates(const char* p) const {
+    const V v = Vec::LoadUnchecked(p);
+    const V before = Vec::LoadUnchecked(p - 1);
+    const V line_begins = Vec::Equal(Vec::LoadUnchecked(p - 2), Vec::Fill('\n'));
     const V after_cr = Vec::Equal(before, Vec::Fill('\r'));
     const V is_first = Vec::Equal(Vec::Or(before, case_bit), first);
     const V odd = Vec::Xor(Vec::Equal(v, Vec::Fill('\n')), after_cr);
@@ -261,7 +245,7 @@ struct HeaderSearch {
   }
 };
 
-WFINFO_KERNEL HeaderHit FindHeader(const char* text, std::string_view prefix, std::size_t index) {
+WFINFO_UNCHECKED HeaderHit FindHeader(const char* text, std::string_view prefix, std::size_t index) {
   HeaderSearch search{text, prefix, index};
   Walk(search, text);
   return search.hit;

@@ -4,14 +4,13 @@
 #include <cstring>
 
 #include "src/message/line_scan.h"
+#include "src/text/ascii.h"
 #include "src/text/host_text.h"
 
 namespace wfinfo {
 namespace {
 
 constexpr std::size_t kEveryOccurrence = static_cast<std::size_t>(-1);
-
-bool IsBlank(char byte) { return byte == ' ' || byte == '\t'; }
 
 // Behind the line end at `p`: one CR, if any, and then one LF, if any.
 const char* BehindLineEnd(const char* p) {

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "src/base/slot.h"
 #include "src/bridge/report_win.h"
 #include "src/bridge/results_win.h"
 
@@ -15,7 +16,7 @@ namespace {
 
 constexpr char kUserAgent[] = "TamarinMail WFInfo Internet";
 constexpr int kMostSessions = 32;
-constexpr DWORD kTableWait_ms = 1000;
+constexpr DWORD kTableWaitMs = 1000;
 constexpr DWORD kOpenFlags =
     INTERNET_FLAG_NO_UI | INTERNET_FLAG_NO_AUTH | INTERNET_FLAG_NO_COOKIES | INTERNET_FLAG_NO_AUTO_REDIRECT;
 static_assert(kOpenFlags == 0x002C0200);
@@ -46,7 +47,7 @@ HANDLE TakeTable() {
     if (g_inetSessions.mutex.compare_exchange_strong(mutex, mine, std::memory_order_acq_rel)) return mine;
     CloseHandle(mine);
   }
-  WaitForSingleObject(mutex, kTableWait_ms);
+  WaitForSingleObject(mutex, kTableWaitMs);
   return mutex;
 }
 
@@ -268,7 +269,7 @@ long long OpenUrl(const char* url) {
   }
   HINTERNET request = WinInet().InternetOpenUrlA(internet, url, "", 0, kOpenFlags, 0);
   const Kept kept = request != nullptr ? KeepOpened(internet, request, is_new) : Kept::kClosedMeanwhile;
-  if (kept == Kept::kYes) return static_cast<long long>(reinterpret_cast<INT_PTR>(request));
+  if (kept == Kept::kYes) return ToSlot(request);
   CloseHandleOf(request);
   if (is_new) CloseHandleOf(internet);  // no table entry holds it
   if (kept == Kept::kTableIsFull) ReportTooMany();

@@ -28,9 +28,9 @@ static_assert(kSocketEvent == 1124);
 constexpr int kBufferSize = 32768;
 constexpr int kBufferUsed = kBufferSize - 16;  // the last bytes are never offered
 constexpr int kFullBelow = 16;                 // room with which the buffer counts as full
-constexpr DWORD kReceiveLimit_ms = 20000;      // for the whole answer, from the start
-constexpr DWORD kPumpWait_ms = 1000;
-constexpr int kReceiveTimeout_ms = 100000;
+constexpr DWORD kReceiveLimitMs = 20000;       // for the whole answer, from the start
+constexpr DWORD kPumpWaitMs = 1000;
+constexpr int kReceiveTimeoutMs = 100000;
 constexpr std::size_t kNameLimit = 256;  // of a host name, terminator included
 
 // The one connection. All for the host's user-interface thread, without a lock.
@@ -88,7 +88,7 @@ void PumpUntilDone(HWND window) {
   const DWORD start = GetTickCount();
   std::optional<int> quit;  // exit code
   do {
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, kPumpWait_ms, QS_ALLPOSTMESSAGE);
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, kPumpWaitMs, QS_ALLPOSTMESSAGE);
     MSG message;
     if (!PeekMessageA(&message, window, kSocketEvent, kSocketEvent, PM_REMOVE)) continue;
     if (message.message == WM_QUIT) {
@@ -96,7 +96,7 @@ void PumpUntilDone(HWND window) {
     } else {
       DispatchMessageA(&message);
     }
-  } while (g_waiting && GetTickCount() - start <= kReceiveLimit_ms);
+  } while (g_waiting && GetTickCount() - start <= kReceiveLimitMs);
   if (quit) PostQuitMessage(*quit);
 }
 
@@ -120,8 +120,8 @@ int Connect(const SOCKADDR_IN& address, bool non_blocking) {
     g_socket = 0;
     return FailWith(kNoSocket);
   }
-  WinSock().setsockopt(g_socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&kReceiveTimeout_ms),
-                       sizeof kReceiveTimeout_ms);
+  WinSock().setsockopt(g_socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&kReceiveTimeoutMs),
+                       sizeof kReceiveTimeoutMs);
   if (WinSock().connect(g_socket, reinterpret_cast<const SOCKADDR*>(&address), sizeof address) != 0) {
     WinSock().closesocket(g_socket);
     g_socket = 0;  // its number may soon be another socket's

@@ -1,6 +1,6 @@
 #include "src/openpgp/command_line.h"
 
-#include <cstring>
+#include "src/text/measured_text.h"
 
 namespace wfinfo {
 namespace {
@@ -26,28 +26,10 @@ constexpr const char* kForms[2][6] = {
     },
 };
 
-// Counts what is added and writes it when there is somewhere to write to.
-class Sink {
- public:
-  explicit Sink(char* out) : out_(out) {}
-  void Add(std::string_view text) {
-    if (out_ != nullptr && !text.empty()) std::memcpy(out_ + length_, text.data(), text.size());
-    length_ += text.size();
-  }
-  std::size_t Finish() {
-    if (out_ != nullptr) out_[length_] = '\0';
-    return length_;
-  }
-
- private:
-  char* out_;
-  std::size_t length_ = 0;
-};
-
 bool EndsWord(char byte) { return static_cast<unsigned char>(byte) <= ' '; }
 
 // ` -r"word"` for each word.
-void AddRecipientOptions(std::string_view recipients, Sink& sink) {
+void AddRecipientOptions(std::string_view recipients, MeasuredText& line) {
   for (std::size_t at = 0; at < recipients.size();) {
     if (EndsWord(recipients[at])) {
       ++at;
@@ -55,13 +37,13 @@ void AddRecipientOptions(std::string_view recipients, Sink& sink) {
     }
     const std::size_t start = at;
     while (at < recipients.size() && !EndsWord(recipients[at])) ++at;
-    sink.Add(" -r\"");
-    sink.Add(recipients.substr(start, at - start));
-    sink.Add("\"");
+    line.Add(" -r\"");
+    line.Add(recipients.substr(start, at - start));
+    line.Add("\"");
   }
 }
 
-void AddValue(char letter, const PgpCommand& command, Sink& sink) {
+void AddValue(char letter, const PgpCommand& command, MeasuredText& line) {
   const struct {
     char letter;
     std::string_view text;
@@ -69,9 +51,9 @@ void AddValue(char letter, const PgpCommand& command, Sink& sink) {
       {'o', kPgpOutput},     {'i', kPgpInput},           {'d', kPgpSignedData},     {'g', command.program},
       {'s', command.sender}, {'p', command.pass_phrase}, {'r', command.recipients},
   };
-  if (letter == 'w') return AddRecipientOptions(command.recipients, sink);
+  if (letter == 'w') return AddRecipientOptions(command.recipients, line);
   for (const auto& value : values) {
-    if (value.letter == letter) sink.Add(value.text);
+    if (value.letter == letter) line.Add(value.text);
   }
 }
 
@@ -79,27 +61,27 @@ void AddValue(char letter, const PgpCommand& command, Sink& sink) {
 
 std::size_t WriteCommandLine(const PgpCommand& command, char* out) {
   std::string_view form = kForms[command.gnupg ? 1 : 0][static_cast<std::size_t>(command.operation)];
-  Sink sink(out);
+  MeasuredText line(out);
   while (!form.empty()) {
     const std::size_t plain = form.substr(0, form.find('%')).size();
-    sink.Add(form.substr(0, plain));
+    line.Add(form.substr(0, plain));
     form.remove_prefix(plain);
     if (form.size() < 2) break;
-    AddValue(form[1], command, sink);
+    AddValue(form[1], command, line);
     form.remove_prefix(2);
   }
-  return sink.Finish();
+  return line.Terminate();
 }
 
 std::size_t WriteInstalledCommandLine(std::string_view windows_directory, std::string_view command,
                                       char* out) {
   constexpr std::size_t kDrive = 3, kLeadingWord = 3;  // of `C:\` and of `pgp`
-  Sink sink(out);
-  sink.Add("\"");
-  sink.Add(windows_directory.substr(0, kDrive));
-  sink.Add("Program files\\Network Associates\\PGPNT\\pgp.exe\"");
-  sink.Add(command.size() > kLeadingWord ? command.substr(kLeadingWord) : std::string_view());
-  return sink.Finish();
+  MeasuredText line(out);
+  line.Add("\"");
+  line.Add(windows_directory.substr(0, kDrive));
+  line.Add("Program files\\Network Associates\\PGPNT\\pgp.exe\"");
+  line.Add(command.size() > kLeadingWord ? command.substr(kLeadingWord) : std::string_view());
+  return line.Terminate();
 }
 
 }  // namespace wfinfo

@@ -174,8 +174,7 @@ void OfferInfoToHost() {
   Slot block[] = {ToSlot(PgpInfoText())};
   if (SendHostRequest(kCodeOfferInfo, block) != 0) return;
   block[0] = ToSlot(PgpInfoText());  // gone when the host has begun a run of its own meanwhile
-  const auto* const answer =
-      reinterpret_cast<const char*>(static_cast<INT_PTR>(SendHostRequest(kCodeConvertInfo, block)));
+  const auto* const answer = FromSlot<const char*>(SendHostRequest(kCodeConvertInfo, block));
   if (answer != nullptr && IsReadableText(answer)) SetPgpInfoText(answer);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "src/text/ascii.h"
 #include "src/text/host_text.h"
 
 namespace wfinfo::smime {
@@ -12,10 +13,8 @@ constexpr char kSeparator[] = ", ";
 constexpr std::size_t kSpareBytes = 5;       // behind the last item: separator, "..", terminator
 constexpr std::size_t kLongestSigner = 128;  // bytes; an address of this many is not taken
 
-char Lowered(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte; }
-
 bool IsSameUnit(std::string_view a, std::string_view b) {
-  return a.size() == 1 && b.size() == 1 ? Lowered(a[0]) == Lowered(b[0]) : a == b;
+  return a.size() == 1 && b.size() == 1 ? LowerAscii(a[0]) == LowerAscii(b[0]) : a == b;
 }
 
 // True at the start of a line of `text`. A line that an edit control has folded ends with CR CR LF: what

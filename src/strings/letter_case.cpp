@@ -2,26 +2,24 @@
 
 #include <string_view>
 
+#include "src/text/ascii.h"
 #include "src/text/host_text.h"
 
 namespace wfinfo {
 
 namespace {
 
-constexpr char kCaseBit = 0x20;
-
-void ChangeLetters(std::span<char> text, char first, char last) {
+void ChangeLetters(std::span<char> text, char (*changed)(char)) {
   for (std::size_t at = 0; at < text.size();) {
-    char& c = text[at];
-    if (c >= first && c <= last) c = static_cast<char>(c ^ kCaseBit);
+    text[at] = changed(text[at]);
     at += UnitLength(std::string_view(text.data(), text.size()).substr(at));
   }
 }
 
 }  // namespace
 
-void MakeUpperCase(std::span<char> text) { ChangeLetters(text, 'a', 'z'); }
+void MakeUpperCase(std::span<char> text) { ChangeLetters(text, UpperAscii); }
 
-void MakeLowerCase(std::span<char> text) { ChangeLetters(text, 'A', 'Z'); }
+void MakeLowerCase(std::span<char> text) { ChangeLetters(text, LowerAscii); }
 
 }  // namespace wfinfo

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "src/text/ascii.h"
+
 namespace wfinfo {
 
 // Counts of letter pairs in English books: P. Norvig, "English Letter Frequency Counts: Mayzner Revisited"
@@ -24,9 +26,6 @@ namespace {
 
 constexpr std::size_t kShortestRun = 5;  // letters, and bytes of a label or run, that are judged
 
-constexpr bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
-constexpr bool IsLetter(char c) { return IsLower(c) || (c >= 'A' && c <= 'Z'); }
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool IsVowel(char c) { return c == 'a' || c == 'e' || c == 'i' || c == 'o' || c == 'u'; }
 
 // For each first letter, one bit for each second letter.

@@ -1,7 +1,5 @@
 #include "src/text/cpu.h"
 
-#include <atomic>
-
 #if defined(__x86_64__)
 #include <cpuid.h>
 #endif
@@ -31,20 +29,14 @@ bool Ask() { return false; }
 
 #endif
 
-enum Known : int { kNothing, kNo, kYes };
-
-constinit std::atomic<int> g_known = kNothing;
-
 }  // namespace
 
-bool HasAvx2() {
-  int known = g_known.load(std::memory_order_relaxed);
-  if (known == kNothing) {
-    // Two threads may both ask: they hear the same.
-    known = Ask() ? kYes : kNo;
-    g_known.store(known, std::memory_order_relaxed);
-  }
-  return known == kYes;
+constinit std::atomic<CpuAnswer> g_avx2 = CpuAnswer::kNotAsked;
+
+bool AskForAvx2() {
+  const bool has = Ask();
+  g_avx2.store(has ? CpuAnswer::kYes : CpuAnswer::kNo, std::memory_order_relaxed);
+  return has;
 }
 
 }  // namespace wfinfo

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string_view>
 
 #include "src/text/code_page.h"
@@ -12,12 +13,12 @@ namespace wfinfo {
 // text is.
 bool IsWellFormedUtf8(std::string_view text);
 
-// The routines behind it, fastest last; all that this processor runs.
+// The routines behind it, slowest first; all that this processor runs.
 struct Utf8Validator {
   const char* name;
   bool (*is_well_formed)(std::string_view text);
 };
-const Utf8Validator* RunnableUtf8Validators(std::size_t* count);
+std::span<const Utf8Validator* const> RunnableUtf8Validators();
 
 // True when `text` looks like UTF-8 rather than like Shift-JIS: multi-byte sequences are complete, and every
 // character lies in a block that mail is written in. Plain ASCII is not: it needs no conversion. Forms that

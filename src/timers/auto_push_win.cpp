@@ -23,12 +23,12 @@ WFINFO_LEAVING_TIMER(WfinfoWatchTick, WfinfoWatchTickBody);
 
 namespace {
 
-constexpr UINT kSearchPeriod = 40;  // milliseconds, like all here
-constexpr UINT kWatchPeriod = 100;
-constexpr UINT kHoldPeriodShort = 20;
-constexpr UINT kHoldPeriodLong = 250;
-constexpr std::uint32_t kLongDelay = 1000;     // from here on the long period does
-constexpr std::uint32_t kLeastPatience = 500;  // for a dialog to appear
+constexpr UINT kSearchPeriodMs = 40;
+constexpr UINT kWatchPeriodMs = 100;
+constexpr UINT kHoldPeriodShortMs = 20;
+constexpr UINT kHoldPeriodLongMs = 250;
+constexpr std::uint32_t kLongDelayMs = 1000;     // from here on the long period does
+constexpr std::uint32_t kLeastPatienceMs = 500;  // for a dialog to appear
 
 constexpr DWORD kDefaultIdMark = DC_HASDEFID;  // high word of a valid answer to DM_GETDEFID
 constexpr LONG_PTR kButtonTypeMask = 0xF;
@@ -99,14 +99,14 @@ void Hold(HWND dialog) {
   g_autoPushDialog = dialog;
   g_autoPushStart = GetTickCount();
   KillAutoPushTimer();
-  if (!StartTimer(g_autoPushDelay < kLongDelay ? kHoldPeriodShort : kHoldPeriodLong, &WfinfoPushTick))
+  if (!StartTimer(g_autoPushDelay < kLongDelayMs ? kHoldPeriodShortMs : kHoldPeriodLongMs, &WfinfoPushTick))
     EndTimer();
   if (g_autoPushButton == 0) g_autoPushButton = DefaultButton(dialog);
 }
 
 void SearchDialog() {
   const UniqueLocal list(ListThreadDialogs());
-  if (MillisecondsWaited() >= std::max(g_autoPushDelay, kLeastPatience)) return EndTimer();
+  if (MillisecondsWaited() >= std::max(g_autoPushDelay, kLeastPatienceMs)) return EndTimer();
   const HWND dialog = list ? FirstNew(static_cast<const HWND*>(list.get())) : nullptr;
   if (dialog == nullptr) return;
   DropBaseline();
@@ -157,7 +157,7 @@ bool PushNextDialog(std::uint32_t delay_ms, std::uint32_t button) {
   g_autoPushDialog = nullptr;
   g_autoPushBaseline = ListThreadDialogs();
   g_autoPushStart = GetTickCount();
-  return StartTimer(kSearchPeriod, &WfinfoPushTick);
+  return StartTimer(kSearchPeriodMs, &WfinfoPushTick);
 }
 
 bool PushEveryPopup(HWND window, std::uint32_t button) {
@@ -166,7 +166,7 @@ bool PushEveryPopup(HWND window, std::uint32_t button) {
   g_autoPushDelay = 0;
   g_autoPushButton = button;
   g_autoPushDialog = window;
-  return StartTimer(kWatchPeriod, &WfinfoWatchTick);
+  return StartTimer(kWatchPeriodMs, &WfinfoWatchTick);
 }
 
 void StopAutoPush() {

@@ -1,6 +1,7 @@
 #include "src/timers/button_words.h"
 
 #include "src/commands/keyword_table.h"
+#include "src/text/ascii.h"
 
 namespace wfinfo {
 namespace {
@@ -10,8 +11,6 @@ constexpr Keyword kButtons[] = {
     {"", 0}, {"ok", 1}, {"cancel", 2}, {"abort", 3}, {"retry", 4}, {"ignore", 5}, {"yes", 6}, {"no", 7},
 };
 constexpr KeywordTable kButtonWords = {kButtons};
-
-bool IsDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
 }  // namespace
 

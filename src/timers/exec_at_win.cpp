@@ -11,7 +11,7 @@ namespace {
 constexpr int kCodeExecute = 45;
 constexpr int kCodeWaitBegins = 278;
 constexpr int kCodeWaitEnds = 279;
-constexpr UINT kPatience = 20000;  // milliseconds
+constexpr UINT kPatienceMs = 20000;
 
 // What the host may want after the wait, as flags in its answer.
 constexpr Slot kWantsMessage = 0x100;
@@ -34,7 +34,7 @@ void EndWait(HWND host) {
 bool SendAndWait(HWND window, Slot* slots, DWORD_PTR* answer) {
   g_inExecAt = 1;
   const LRESULT sent = SendMessageTimeoutA(window, kHostRequest, kCodeExecute,
-                                           reinterpret_cast<LPARAM>(slots), SMTO_NORMAL, kPatience, answer);
+                                           reinterpret_cast<LPARAM>(slots), SMTO_NORMAL, kPatienceMs, answer);
   g_inExecAt = 0;
   return sent != 0;
 }

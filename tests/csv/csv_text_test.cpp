@@ -159,7 +159,8 @@ TEST(CsvKernels, EverySetAgreesWithTheSlowReading) {
     const std::string_view view(exact.get(), text.size());
     const CsvReference reference(view);
     std::vector<std::uint32_t> starts(random() % 2 == 0 ? 3 : 600);
-    for (const CsvKernels& kernels : RunnableCsvKernels()) {
+    for (const CsvKernels* const set : RunnableCsvKernels()) {
+      const CsvKernels& kernels = *set;
       ASSERT_EQ(kernels.count_lines(view), reference.LineCount()) << kernels.name << ": " << text;
       ASSERT_EQ(kernels.widest_line(view), reference.MaxColumnCount()) << kernels.name << ": " << text;
       const CsvLine line = kernels.scan_line(view, starts);

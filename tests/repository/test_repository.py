@@ -50,6 +50,14 @@ class Repository(unittest.TestCase):
         # left to check is that nobody throws or catches.
         self.assertEqual(self.lines_with(files("src/**/*.cpp", "src/**/*.h"), r"\b(throw|catch)\s*[ (]"), [])
 
+    def test_what_is_compiled_for_avx2_stands_in_files_of_that_name(self):
+        # The build moves their vectors unaligned, and they are reached only when the processor was asked.
+        others = [path for path in files("src/**/*.cpp", "src/**/*.h")
+                  if not path.name.endswith("_avx2.cpp") and path.name != "simd.h"]
+        self.assertEqual(self.lines_with(others, r"_mm256_|__m256|target\(|WFINFO_BEGIN_AVX2"), [])
+        # The compiler's own test of the processor needs a constructor at every load.
+        self.assertEqual(self.lines_with(files("src/**/*.cpp", "src/**/*.h"), r"__builtin_cpu_"), [])
+
     def test_every_family_is_in_the_list(self):
         listed = (SOURCE / "catalogue/all.def").read_text(encoding="utf-8")
         for path in files("catalogue/*.def"):

@@ -13,5 +13,11 @@ TEST(Cpu, SaysWhatTheCompilersTestSays) {
   EXPECT_EQ(HasAvx2(), expected) << "also from memory";
 }
 
+TEST(Cpu, OfSetsAllButTheLastRunEverywhere) {
+  static constexpr int kSets[] = {1, 2, 3};
+  EXPECT_EQ(RunnableOf(kSets).data(), kSets);
+  EXPECT_EQ(RunnableOf(kSets).size(), HasAvx2() ? 3u : 2u);
+}
+
 }  // namespace
 }  // namespace wfinfo

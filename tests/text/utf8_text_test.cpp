@@ -44,8 +44,6 @@ bool SlowIsWellFormed(std::string_view text) {
 }
 
 TEST(Utf8Validation, AllShortSequencesInEveryPositionOfABlock) {
-  std::size_t count;
-  const Utf8Validator* const validators = RunnableUtf8Validators(&count);
   // Each border of the definition, combined freely.
   const unsigned char kBytes[] = {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0,
                                   0xC1, 0xC2, 0xDF, 0xE0, 0xE1, 0xEC, 0xED, 0xEE, 0xEF,
@@ -58,9 +56,9 @@ TEST(Utf8Validation, AllShortSequencesInEveryPositionOfABlock) {
                                         static_cast<char>(d)};
           const std::string text = std::string(29 + a % 4, 'x') + sequence + std::string(b % 2 * 40, 'y');
           const bool expected = SlowIsWellFormed(sequence);
-          for (std::size_t i = 0; i < count; ++i) {
-            ASSERT_EQ(validators[i].is_well_formed(sequence), expected) << validators[i].name;
-            ASSERT_EQ(validators[i].is_well_formed(text), expected) << validators[i].name;
+          for (const Utf8Validator* const validator : RunnableUtf8Validators()) {
+            ASSERT_EQ(validator->is_well_formed(sequence), expected) << validator->name;
+            ASSERT_EQ(validator->is_well_formed(text), expected) << validator->name;
           }
         }
       }
@@ -69,8 +67,6 @@ TEST(Utf8Validation, AllShortSequencesInEveryPositionOfABlock) {
 }
 
 TEST(Utf8Validation, RandomTextsAgreeWithTheDefinition) {
-  std::size_t count;
-  const Utf8Validator* const validators = RunnableUtf8Validators(&count);
   std::mt19937 random(99);
   int good = 0;
   for (int round = 0; round < 20000; ++round) {
@@ -86,9 +82,8 @@ TEST(Utf8Validation, RandomTextsAgreeWithTheDefinition) {
     std::copy(text.begin(), text.end(), exact.get());
     const bool expected = SlowIsWellFormed(text);
     good += expected;
-    for (std::size_t i = 0; i < count; ++i) {
-      ASSERT_EQ(validators[i].is_well_formed({exact.get(), text.size()}), expected)
-          << validators[i].name << round;
+    for (const Utf8Validator* const validator : RunnableUtf8Validators()) {
+      ASSERT_EQ(validator->is_well_formed({exact.get(), text.size()}), expected) << validator->name << round;
     }
     ASSERT_EQ(IsWellFormedUtf8(text), expected);
   }
