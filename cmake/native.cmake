@@ -11,8 +11,9 @@ if(WFINFO_BENCH)
   set(host_pure_sources)  # the benchmarks measure the library alone
 endif()
 if(host_pure_sources)
+  include(cmake/gumbo.cmake)
   add_library(host_pure STATIC ${host_pure_sources})
-  target_link_libraries(host_pure PUBLIC wfinfo_pure)
+  target_link_libraries(host_pure PUBLIC wfinfo_pure PRIVATE gumbo)
 endif()
 
 if(WFINFO_FUZZ)

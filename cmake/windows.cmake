@@ -51,16 +51,20 @@ set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREF
 # The small host, with a copy of the library beside it.
 file(GLOB_RECURSE host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
 if(host_sources)
+  include(cmake/gumbo.cmake)
   add_executable(wrenfold ${host_sources} src/base/stack_guard_win.cpp)
   # GCC 12 warns of overlapping copies inside its own operator+ of a literal and a string: a false alarm.
   target_compile_options(wrenfold PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
   target_compile_definitions(wrenfold PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-  target_link_libraries(wrenfold PRIVATE wfinfo_pure)
+  target_link_libraries(wrenfold PRIVATE wfinfo_pure gumbo)
   target_link_options(wrenfold PRIVATE ${hardening} -municode)
   set_target_properties(wrenfold PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT}/host)
   add_custom_command(TARGET wrenfold POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> ${WFINFO_OUT}/host/WFINFO.dll)
   add_dependencies(wrenfold WFINFO)
+  if(gumbo_sources)
+    write_gumbo_license(${WFINFO_OUT}/host/LICENSE-gumbo.txt)
+  endif()
 endif()
 
 # Tests of the exports: each one process of its own, so that a crash or a left-over state stays its own. They are

@@ -1,148 +1,189 @@
 #include "host/mime/html_text.h"
 
-#include <cstdint>
+#include <gumbo.h>
 
-#include "host/base/ascii.h"
-#include "host/charset/japanese.h"
+#include <algorithm>
+#include <iterator>
+
+#include "host/charset/charsets.h"
+#include "host/mime/html_memory.h"
 
 namespace wrenfold {
 namespace {
 
-struct Entity {
-  std::string_view name;
-  char16_t unit;
-};
+constexpr std::u16string_view kUnreadable =
+    u"[This HTML text cannot be shown: it is nested too deeply or too large.]";
+constexpr std::u16string_view kCut = u"[The rest of this HTML text is left out: it is too long.]";
 
-constexpr Entity kEntities[] = {
-    {"amp", u'&'},     {"lt", u'<'},      {"gt", u'>'},      {"quot", u'"'},     {"apos", u'\''},
-    {"nbsp", u' '},    {"copy", 0xA9},    {"reg", 0xAE},     {"yen", 0xA5},      {"middot", 0xB7},
-    {"laquo", 0xAB},   {"raquo", 0xBB},   {"ndash", 0x2013}, {"mdash", 0x2014},  {"lsquo", 0x2018},
-    {"rsquo", 0x2019}, {"ldquo", 0x201C}, {"rdquo", 0x201D}, {"hellip", 0x2026}, {"bull", 0x2022},
-    {"euro", 0x20AC},
-};
-
-// Tags that begin a new line, and elements whose content is not shown.
-constexpr std::string_view kLineTags[] = {"br", "p",  "div", "tr", "li", "ul",  "ol",    "h1",        "h2",
-                                          "h3", "h4", "h5",  "h6", "hr", "pre", "table", "blockquote"};
-constexpr std::string_view kHiddenElements[] = {"script", "style", "title"};
+// Elements that stand on lines of their own, and those that are not shown.
+constexpr GumboTag kLineTags[] = {
+    GUMBO_TAG_P,          GUMBO_TAG_DIV,     GUMBO_TAG_TR,       GUMBO_TAG_LI,      GUMBO_TAG_UL,
+    GUMBO_TAG_OL,         GUMBO_TAG_DL,      GUMBO_TAG_DT,       GUMBO_TAG_DD,      GUMBO_TAG_H1,
+    GUMBO_TAG_H2,         GUMBO_TAG_H3,      GUMBO_TAG_H4,       GUMBO_TAG_H5,      GUMBO_TAG_H6,
+    GUMBO_TAG_HR,         GUMBO_TAG_PRE,     GUMBO_TAG_TABLE,    GUMBO_TAG_CAPTION, GUMBO_TAG_BLOCKQUOTE,
+    GUMBO_TAG_CENTER,     GUMBO_TAG_SECTION, GUMBO_TAG_ARTICLE,  GUMBO_TAG_HEADER,  GUMBO_TAG_FOOTER,
+    GUMBO_TAG_NAV,        GUMBO_TAG_ASIDE,   GUMBO_TAG_MAIN,     GUMBO_TAG_ADDRESS, GUMBO_TAG_FIGURE,
+    GUMBO_TAG_FIGCAPTION, GUMBO_TAG_FORM,    GUMBO_TAG_FIELDSET, GUMBO_TAG_OPTION,  GUMBO_TAG_DETAILS,
+    GUMBO_TAG_SUMMARY};
+constexpr GumboTag kHiddenTags[] = {GUMBO_TAG_SCRIPT, GUMBO_TAG_STYLE,   GUMBO_TAG_TITLE,
+                                    GUMBO_TAG_IFRAME, GUMBO_TAG_NOEMBED, GUMBO_TAG_TEMPLATE};
 
 template <std::size_t N>
-bool Contains(const std::string_view (&names)[N], std::string_view name) {
-  for (const std::string_view each : names) {
-    if (each == name) return true;
-  }
-  return false;
+bool Contains(const GumboTag (&tags)[N], GumboTag tag) {
+  return std::find(std::begin(tags), std::end(tags), tag) != std::end(tags);
 }
 
 bool IsSpace(char16_t unit) { return unit == u' ' || (unit >= 9 && unit <= 13); }
-
-std::string AsciiOf(std::u16string_view text) {
-  std::string ascii;
-  for (const char16_t unit : text) ascii += unit < 0x80 ? LowerAscii(static_cast<char>(unit)) : '?';
-  return ascii;
+bool IsWidthless(char16_t unit) {
+  return unit == 0xAD || unit == 0x34F || unit == 0x200B || unit == 0x2060 || unit == 0xFEFF;
 }
+bool IsNoBreakSpace(char16_t unit) { return unit == 0xA0 || unit == 0x2007 || unit == 0x202F; }
 
-// "#233", "#xE9" or a name to its character; 0 when it is none.
-char32_t EntityValue(std::string_view entity) {
-  if (!entity.starts_with('#')) {
-    for (const Entity& row : kEntities) {
-      if (row.name == entity) return row.unit;
-    }
-    return 0;
-  }
-  const bool hexadecimal = entity.size() > 1 && entity[1] == 'x';
-  const char32_t base = hexadecimal ? 16 : 10;
-  char32_t value = 0;
-  for (const char c : entity.substr(hexadecimal ? 2 : 1)) {
-    const int digit = HexValue(c);
-    if (digit < 0 || static_cast<char32_t>(digit) >= base) return 0;
-    value = value * base + static_cast<char32_t>(digit);
-    if (value > 0x10FFFF) return kReplacement;
-  }
-  return value;
-}
-
-class HtmlWalk {
+// What is shown, piece by piece.
+class ShownText {
  public:
-  explicit HtmlWalk(std::u16string_view html) : rest_(html) {}
-
-  std::u16string Text() {
-    while (!rest_.empty()) {
-      if (rest_[0] == u'<' && Tag()) continue;
-      if (rest_[0] == u'&' && Reference()) continue;
-      Plain(rest_[0]);
-      rest_.remove_prefix(1);
+  void Add(std::u16string_view text, bool preformatted) {
+    for (const char16_t unit : text) {
+      if (IsWidthless(unit)) continue;
+      if (IsNoBreakSpace(unit)) {
+        text_ += u' ';
+        joins_ = false;
+      } else if (preformatted || !IsSpace(unit)) {
+        text_ += unit;
+        joins_ = IsSpace(unit);
+      } else {
+        Blank();
+      }
     }
-    return std::move(text_);
+  }
+
+  // One blank for any number of them.
+  void Blank() {
+    if (text_.empty() || joins_) return;
+    text_ += u' ';
+    joins_ = true;
+  }
+
+  // Blocks add a line end only where a line is under way; <br> always does.
+  void NewLine(bool always) {
+    while (!text_.empty() && text_.back() == u' ') text_.pop_back();
+    if (always || (!text_.empty() && text_.back() != u'\n')) text_ += u"\r\n";
+    joins_ = true;
+  }
+
+  std::u16string Take() { return std::move(text_); }
+
+ private:
+  std::u16string text_;
+  bool joins_ = false;  // a blank here would stand behind another one or a line end
+};
+
+// The tree in the order of its text, without recursion: it may be deeper than the stack.
+class TreeWalk {
+ public:
+  explicit TreeWalk(ShownText& shown) : shown_(shown) {}
+
+  void Walk(const GumboNode* root) {
+    for (const GumboNode* node = root; node != nullptr;) {
+      const GumboVector* const children = Enter(node);
+      if (children != nullptr && children->length > 0) {
+        node = static_cast<const GumboNode*>(children->data[0]);
+        continue;
+      }
+      Leave(node);
+      while (node != root && Next(node) == nullptr) {
+        node = node->parent;
+        Leave(node);
+      }
+      node = node == root ? nullptr : Next(node);
+    }
   }
 
  private:
-  // Drops the tag or comment that `rest_` begins with; false for a "<" that is text.
-  bool Tag() {
-    if (rest_.starts_with(u"<!--")) return Skip(rest_.find(u"-->", 4), 3);
-    const std::size_t start = rest_.size() > 1 && rest_[1] == u'/' ? 2 : 1;
-    std::size_t end = start;
-    while (end < rest_.size() && end < start + 12 && rest_[end] < 0x80 && IsWord(rest_[end])) ++end;
-    if (end == start && !rest_.starts_with(u"<!")) return false;
-    const std::string name = AsciiOf(rest_.substr(start, end - start));
-    Skip(rest_.find(u'>', end), 1);
-    if (name == "pre") preformatted_ = start == 1;
-    if (Contains(kLineTags, name)) NewLine(name == "br");
-    if (start == 1 && Contains(kHiddenElements, name)) SkipElement(name);
-    return true;
+  static const GumboVector& ChildrenOf(const GumboNode* node) {
+    return node->type == GUMBO_NODE_DOCUMENT ? node->v.document.children : node->v.element.children;
   }
 
-  static bool IsWord(char16_t unit) {
-    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') || (unit >= u'0' && unit <= u'9');
+  static const GumboNode* Next(const GumboNode* node) {
+    const GumboVector& siblings = ChildrenOf(node->parent);
+    const std::size_t next = node->index_within_parent + 1;
+    return next < siblings.length ? static_cast<const GumboNode*>(siblings.data[next]) : nullptr;
   }
 
-  // Goes on behind the `length` units found at `at`; to the end when they were not found.
-  bool Skip(std::size_t at, std::size_t length) {
-    rest_.remove_prefix(at == rest_.npos ? rest_.size() : at + length);
-    return true;
-  }
+  static bool IsElement(const GumboNode* node) { return node->type == GUMBO_NODE_ELEMENT; }
 
-  void SkipElement(const std::string& name) {
-    while (!rest_.empty()) {
-      Skip(rest_.find(u"</"), 2);
-      if (AsciiOf(rest_.substr(0, name.size())) != name) continue;
-      Skip(rest_.find(u'>'), 1);
-      return;
+  // The children to go on with; null for none.
+  const GumboVector* Enter(const GumboNode* node) {
+    if (node->type == GUMBO_NODE_DOCUMENT) return &node->v.document.children;
+    if (node->type == GUMBO_NODE_TEXT || node->type == GUMBO_NODE_WHITESPACE ||
+        node->type == GUMBO_NODE_CDATA) {
+      shown_.Add(Utf8ToWide(node->v.text.text), preformatted_ > 0);
     }
+    if (!IsElement(node)) return nullptr;
+    const GumboTag tag = node->v.element.tag;
+    if (Contains(kHiddenTags, tag)) return nullptr;
+    if (tag == GUMBO_TAG_BR || Contains(kLineTags, tag)) shown_.NewLine(tag == GUMBO_TAG_BR);
+    if (tag == GUMBO_TAG_PRE) ++preformatted_;
+    return &node->v.element.children;
   }
 
-  bool Reference() {
-    constexpr std::size_t kLongest = 12;
-    const std::size_t end = rest_.substr(0, kLongest).find(u';');
-    if (end == rest_.npos) return false;
-    const char32_t value = EntityValue(AsciiOf(rest_.substr(1, end - 1)));
-    if (value == 0) return false;
-    AppendCodePoint(text_, value);
-    rest_.remove_prefix(end + 1);
-    return true;
+  void Leave(const GumboNode* node) {
+    if (!IsElement(node)) return;
+    const GumboTag tag = node->v.element.tag;
+    if (tag == GUMBO_TAG_TD || tag == GUMBO_TAG_TH) shown_.Blank();
+    if (Contains(kLineTags, tag)) shown_.NewLine(false);
+    if (tag == GUMBO_TAG_PRE) --preformatted_;
   }
 
-  void Plain(char16_t unit) {
-    if (preformatted_ || !IsSpace(unit)) {
-      text_ += unit;
-    } else if (!text_.empty() && !IsSpace(text_.back())) {
-      text_ += u' ';
-    }
-  }
-
-  // Block tags add a line end only where a line is under way; <br> always does.
-  void NewLine(bool always) {
-    while (!preformatted_ && !text_.empty() && text_.back() == u' ') text_.pop_back();
-    if (always || (!text_.empty() && text_.back() != u'\n')) text_ += u"\r\n";
-  }
-
-  std::u16string_view rest_;
-  std::u16string text_;
-  bool preformatted_ = false;
+  ShownText& shown_;
+  int preformatted_ = 0;  // <pre> around this
 };
+
+struct Reading {
+  std::string html;  // UTF-8
+  unsigned depth = 0;
+  ShownText shown;
+  bool well = false;
+};
+
+// Only the parser can be broken off, and nothing here that has a destructor is alive then.
+void Read(void* data) {
+  Reading& reading = *static_cast<Reading*>(data);
+  GumboOptions options = kGumboDefaultOptions;
+  options.max_tree_depth = reading.depth;
+  options.max_errors = 0;
+  const GumboOutput* const output =
+      gumbo_parse_with_options(&options, reading.html.data(), reading.html.size());
+  reading.well = output->status == GUMBO_STATUS_OK;
+  if (reading.well) TreeWalk(reading.shown).Walk(output->document);
+}
+
+// At most `limit` bytes, whole characters; a zero byte would end the parser's texts.
+std::string ParserInput(std::u16string_view html, std::size_t limit, bool& cut) {
+  std::string utf8 = WideToUtf8(html);
+  cut = utf8.size() > limit;
+  if (cut) {
+    std::size_t length = limit;
+    while (length > 0 && (static_cast<unsigned char>(utf8[length]) & 0xC0) == 0x80) --length;
+    utf8.resize(length);
+  }
+  std::replace(utf8.begin(), utf8.end(), '\0', ' ');
+  return utf8;
+}
 
 }  // namespace
 
-std::u16string TextOfHtml(std::u16string_view html) { return HtmlWalk(html).Text(); }
+std::u16string TextOfHtml(std::u16string_view html, const HtmlLimits& limits) {
+  bool cut = false;
+  Reading reading{ParserInput(html, limits.html_bytes, cut), limits.depth, {}, false};
+  if (!WithBoundedHtmlMemory(limits.memory_bytes, Read, &reading) || !reading.well) {
+    reading.shown = {};
+    reading.shown.Add(kUnreadable, false);
+  } else if (cut) {
+    reading.shown.NewLine(false);
+    reading.shown.Add(kCut, false);
+  }
+  return reading.shown.Take();
+}
 
 }  // namespace wrenfold
