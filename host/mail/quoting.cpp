@@ -2,6 +2,7 @@
 
 #include "host/base/ascii.h"
 #include "src/text/host_text.h"
+#include "src/text/wide_text.h"
 
 namespace wrenfold {
 namespace {
@@ -29,17 +30,35 @@ Line TakeLine(std::string_view& text) {
   return line;
 }
 
-// Bytes of `line` that fit `width` columns, at least one unit: up to the last blank when the line goes on.
+bool IsSurrogate(std::string_view unit, char16_t first) {
+  return unit.size() == wfinfo::kEscapeLength && (wfinfo::EscapedUnit(unit.data()) & 0xFC00) == first;
+}
+
+// The character that `line` begins with: one unit, or the two escapes of a character above U+FFFF.
+std::string_view NextCharacter(std::string_view line) {
+  const std::string_view unit = NextUnit(line);
+  if (!IsSurrogate(unit, 0xD800)) return unit;
+  const std::string_view second = NextUnit(line.substr(unit.size()));
+  return IsSurrogate(second, 0xDC00) ? line.substr(0, unit.size() + second.size()) : unit;
+}
+
+// Each half of a character above U+FFFF takes one column.
+std::size_t CharacterColumns(std::string_view character) {
+  return character.size() > wfinfo::kEscapeLength ? 2 : UnitColumns(character);
+}
+
+// Bytes of `line` that fit `width` columns, at least one character: up to the last blank when the line goes
+// on.
 std::size_t FittingLength(std::string_view line, std::size_t width) {
   std::size_t length = 0;
   std::size_t columns = 0;
   std::size_t behind_blank = 0;
   while (length < line.size()) {
-    const std::string_view unit = NextUnit(line.substr(length));
-    columns += UnitColumns(unit);
-    if (columns > width && unit != " " && length > 0) return behind_blank > 0 ? behind_blank : length;
-    length += unit.size();
-    if (unit == " ") behind_blank = length;
+    const std::string_view character = NextCharacter(line.substr(length));
+    columns += CharacterColumns(character);
+    if (columns > width && character != " " && length > 0) return behind_blank > 0 ? behind_blank : length;
+    length += character.size();
+    if (character == " ") behind_blank = length;
   }
   return length;
 }

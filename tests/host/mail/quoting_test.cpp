@@ -51,6 +51,14 @@ TEST(Quoting, FoldsAtAWidth) {
       {"ab\x1A\xA9\x80\x8C"
        "c",
        4, "|ab\x1A\xA9\x80\x8C\r\n|c", "a wide escape takes two"},
+      {"abc\x1A\xBD\xD8\x86\x1A\x80\xDE\x86"
+       "d",
+       4,
+       "|abc\r\n|\x1A\xBD\xD8\x86\x1A\x80\xDE\x86"
+       "d",
+       "the two escapes of U+1F600 stay together and take two columns"},
+      {"a\x1A\xBD\xD8\x86\x1A\xBD\xD8\x86", 2, "|a\x1A\xBD\xD8\x86\r\n|\x1A\xBD\xD8\x86",
+       "two first halves are no character"},
       {"abcdefg\r\r\nabcdefg\r\n", 6, "|abcdefg\r\r\n|abcdef\r\n|g\r\n", "a line may forbid its folding"},
   };
   for (const Case& c : cases) EXPECT_EQ(FoldAndQuote(c.text, "|", c.width), c.expected) << c.why;
