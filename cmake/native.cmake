@@ -79,7 +79,7 @@ elseif(NOT WFINFO_FUZZ)
   target_precompile_headers(native_tests PRIVATE <gtest/gtest.h> <filesystem> <random> <string> <vector>)
   # Only those that read files of the repository know its folder: the others compile alike in every checkout.
   set_source_files_properties(tests/commands/account_fields_test.cpp tests/catalogue/catalogue_test.cpp
-    tests/host/mail/sample_mails_test.cpp PROPERTIES
+    tests/host/mail/sample_mails_test.cpp tests/host/charset/names_test.cpp PROPERTIES
     COMPILE_DEFINITIONS WFINFO_SOURCE_DIR="${CMAKE_SOURCE_DIR}" SKIP_PRECOMPILE_HEADERS ON)
   gtest_discover_tests(native_tests TEST_PREFIX native. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endif()

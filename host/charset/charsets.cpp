@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "host/charset/east_asian.h"
 #include "host/charset/japanese.h"
+#include "host/charset/likely.h"
 #include "host/charset/names.h"
 #include "src/text/host_text.h"
 #include "src/text/wide_text.h"
@@ -34,8 +36,14 @@ bool IsSevenBit(std::string_view bytes) {
                       [](char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; });
 }
 
-// ASCII, half-width katakana; Windows gives the bytes that Shift-JIS leaves free to C1 and
-// private characters.
+// Whole characters of UTF-8 for each broken byte that make a text UTF-8 against what its charset says.
+std::size_t Utf8Ratio(const CharsetName* declared) {
+  if (declared == nullptr || declared->seven_bit) return 2;
+  return IsUnicode(declared->encoding) ? 1 : 4;
+}
+
+// ASCII, half-width katakana; Windows gives the bytes that Shift-JIS leaves free to C1 and private
+// characters.
 constexpr char16_t WideOfSingle(std::size_t byte) {
   if (byte <= 0x80) return static_cast<char16_t>(byte);
   if (byte == 0xA0) return 0xF8F0;
@@ -106,9 +114,13 @@ std::u16string Charsets::Decode(std::string_view name, std::string_view bytes) c
     case Encoding::kUtf7:
       return DecodeUtf7(bytes);
     case Encoding::kUtf16:
-      return DecodeUtf16(bytes, false);
     case Encoding::kUtf16Big:
-      return DecodeUtf16(bytes, true);
+      return DecodeUtf16(bytes, charset->encoding == Encoding::kUtf16Big);
+    case Encoding::kUtf16Any:
+      return DecodeUtf16(bytes, !LooksLittleEndian(bytes));
+    case Encoding::kUtf32:
+    case Encoding::kUtf32Big:
+      return DecodeUtf32(bytes, charset->encoding == Encoding::kUtf32Big);
     case Encoding::kIso2022Jp:
       return DecodeIso2022Jp(bytes, Tables(*this));
     case Encoding::kShiftJis:
@@ -117,25 +129,39 @@ std::u16string Charsets::Decode(std::string_view name, std::string_view bytes) c
       return DecodeEucJp(bytes, Tables(*this));
     case Encoding::kWindows1252:
       return DecodeWindows1252(bytes);
-    case Encoding::kCodePage:
-      break;
+    default:
+      return DecodeCodePage(*charset, bytes);
   }
-  auto wide = pages_.ToWide(charset->code_page, bytes);
-  if (!wide && charset->instead != 0) wide = pages_.ToWide(charset->instead, bytes);
+}
+
+std::u16string Charsets::DecodeCodePage(const CharsetName& charset, std::string_view bytes) const {
+  if (charset.encoding == Encoding::kHz) return DecodeHz(bytes, charset.code_page, pages_);
+  if (charset.encoding == Encoding::kIso2022Kr) return DecodeIso2022Kr(bytes, charset.code_page, pages_);
+  auto wide = pages_.ToWide(charset.code_page, bytes);
+  if (!wide && charset.encoding == Encoding::kGb18030) return DecodeGb18030(bytes, charset.instead, pages_);
+  if (!wide && charset.instead != 0) wide = pages_.ToWide(charset.instead, bytes);
   return wide ? *std::move(wide) : DecodeWindows1252(bytes);
 }
 
 std::u16string Charsets::Guess(std::string_view declared, std::string_view bytes) const {
-  const CharsetName* charset = FindCharset(declared);
   if (IsSevenBit(bytes)) {
     if (HasIso2022Escape(bytes)) return Decode("iso-2022-jp", bytes);
     return DecodeWindows1252(bytes);
   }
-  if (IsValidUtf8(bytes)) return Utf8ToWide(bytes);
-  if (charset == nullptr) return Decode(declared.empty() ? "shift_jis" : declared, bytes);
-  const bool eight_bit = !charset->seven_bit && charset->encoding != Encoding::kUtf8 &&
-                         charset->encoding != Encoding::kUtf16 && charset->encoding != Encoding::kUtf16Big;
-  return Decode(eight_bit ? declared : "shift_jis", bytes);
+  const CharsetName* charset = FindCharset(declared);
+  if (IsLikelyUtf8(bytes, Utf8Ratio(charset))) return Utf8ToWide(bytes);
+  if (charset == nullptr && !NamesNoCharset(declared)) return DecodeWindows1252(bytes);
+  if (IsEightBitCharset(declared)) return Decode(declared, bytes);
+  const Tables tables(*this);
+  const bool japanese = charset != nullptr && charset->encoding == Encoding::kIso2022Jp;
+  switch (LikelyCharset(bytes, japanese, tables)) {
+    case Likely::kEucJp:
+      return DecodeEucJp(bytes, tables);
+    case Likely::kShiftJis:
+      return DecodeShiftJis(bytes, tables);
+    default:
+      return DecodeWindows1252(bytes);
+  }
 }
 
 std::u16string Charsets::DecodeDeclared(std::string_view declared, std::string_view bytes) const {

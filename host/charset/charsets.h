@@ -14,6 +14,8 @@
 
 namespace wrenfold {
 
+struct CharsetName;
+
 // The system's conversion tables: the only part of the decoding that differs between systems.
 class CodePageConverter {
  public:
@@ -39,8 +41,9 @@ class Charsets {
   std::u16string Decode(std::string_view name, std::string_view bytes) const;
 
   // Decodes bytes whose charset is not, or not reliably, known: 7-bit ones as ISO-2022-JP when they hold its
-  // escape sequences, else as ASCII; 8-bit ones as UTF-8 when valid, else as `declared` when that is an 8-bit
-  // charset (a name that is not known counts as one), else as code page 932.
+  // escape sequences, else as ASCII; 8-bit ones as UTF-8 when they are but for a few broken bytes (the more
+  // `declared` speaks against it, the fewer), else as `declared` when that is an 8-bit charset (a name that
+  // is not known counts as one), else as what is likely of EUC-JP, code page 932 and Windows-1252.
   std::u16string Guess(std::string_view declared, std::string_view bytes) const;
 
   // Decodes a body: as `declared` when its bytes can be of that charset, else by Guess.
@@ -62,6 +65,7 @@ class Charsets {
  private:
   class Tables;
 
+  std::u16string DecodeCodePage(const CharsetName& charset, std::string_view bytes) const;
   void AddSingles();
   void AddRows(unsigned first_lead, unsigned last_lead);
   char16_t WideOf932(std::size_t code) const { return wide_of_932_[code]; }

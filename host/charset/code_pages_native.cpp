@@ -16,7 +16,9 @@ struct PageName {
 
 // The others are called "CP" and their number, or "ISO-8859-" and what is above 28590.
 constexpr PageName kNamedPages[] = {
-    {20866, "KOI8-R"}, {21866, "KOI8-U"}, {54936, "GB18030"}, {20932, "EUC-JP"}};
+    {20866, "KOI8-R"},    {21866, "KOI8-U"},       {54936, "GB18030"},           {20932, "EUC-JP"},
+    {10000, "MACINTOSH"}, {10007, "MAC-CYRILLIC"}, {10029, "MAC-CENTRALEUROPE"}, {20273, "CP273"},
+    {20424, "CP424"},     {1361, "JOHAB"}};
 
 std::string IconvName(unsigned code_page) {
   for (const PageName& row : kNamedPages) {
@@ -42,13 +44,19 @@ class Iconv {
   void Convert(std::string_view& bytes, std::u16string& wide) const {
     char* in = const_cast<char*>(bytes.data());  // iconv's parameter type; it does not write there
     std::size_t in_left = bytes.size();
-    char buffer[1024];
+    constexpr std::size_t kRoomForLast = 8;
+    char buffer[1024 + kRoomForLast];
     do {
       char* out = buffer;
-      std::size_t out_left = sizeof buffer;
+      std::size_t out_left = sizeof buffer - kRoomForLast;
       errno = 0;
       iconv(handle_, &in, &in_left, &out, &out_left);
       const int error = errno;
+      // A letter that waits for its accent is given out.
+      if (in_left == 0 && error != E2BIG) {
+        out_left += kRoomForLast;
+        iconv(handle_, nullptr, nullptr, &out, &out_left);
+      }
       for (const char* unit = buffer; unit < out; unit += 2) {
         wide += static_cast<char16_t>(static_cast<unsigned char>(unit[0]) |
                                       static_cast<unsigned char>(unit[1]) << 8);

@@ -22,6 +22,17 @@ constexpr int Base64Value(char c) {
 void AppendCodePoint(std::u16string& out, char32_t value);
 std::u16string DecodeUtf7(std::string_view bytes);
 std::u16string DecodeUtf16(std::string_view bytes, bool big_endian);
+std::u16string DecodeUtf32(std::string_view bytes, bool big_endian);
+
+// Whether UTF-16 without a mark is more likely little-endian: by the high bytes that most texts share.
+bool LooksLittleEndian(std::string_view bytes);
+
+// How much of `bytes` is UTF-8.
+struct Utf8Count {
+  std::size_t characters = 0;  // of more than one byte, well-formed
+  std::size_t broken = 0;      // bytes that belong to none
+};
+Utf8Count CountUtf8(std::string_view bytes);
 
 // Row and cell of JIS X 0208 (0x21-0x7E each) as a code of code page 932; 0 outside the plane.
 unsigned ShiftJisOfJis(unsigned row, unsigned cell);

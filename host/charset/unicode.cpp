@@ -1,10 +1,13 @@
 // The Unicode transfer forms: UTF-8, UTF-7, UTF-16.
 #include <cstdint>
+#include <string>
 
 #include "host/charset/japanese.h"
 
 namespace wrenfold {
 namespace {
+
+constexpr char16_t kByteOrderMark = 0xFEFF;
 
 struct Utf8Shape {
   unsigned char mask;  // bits of the lead byte that tell the shape
@@ -82,6 +85,17 @@ bool IsValidUtf8(std::string_view bytes) {
   return true;
 }
 
+Utf8Count CountUtf8(std::string_view bytes) {
+  Utf8Count count;
+  while (!bytes.empty()) {
+    const CodePoint point = NextUtf8(bytes);
+    if (!point.valid) ++count.broken;
+    if (point.length > 1) ++count.characters;
+    bytes.remove_prefix(point.length);
+  }
+  return count;
+}
+
 std::string WideToUtf8(std::u16string_view wide) {
   std::string utf8;
   for (std::size_t i = 0; i < wide.size(); ++i) {
@@ -122,7 +136,8 @@ std::u16string DecodeUtf7(std::string_view bytes) {
   return wide;
 }
 
-// A byte order mark wins over `big_endian`; an odd last byte becomes U+FFFD.
+// A byte order mark wins over `big_endian`; none is text, wherever it stands (joined words have one each). An
+// odd last byte becomes U+FFFD.
 std::u16string DecodeUtf16(std::string_view bytes, bool big_endian) {
   if (bytes.starts_with("\xFF\xFE")) big_endian = false;
   if (bytes.starts_with("\xFE\xFF")) big_endian = true;
@@ -133,8 +148,39 @@ std::u16string DecodeUtf16(std::string_view bytes, bool big_endian) {
     wide += static_cast<char16_t>(big_endian ? first << 8 | second : second << 8 | first);
   }
   if (bytes.size() % 2 != 0) wide += kReplacement;
-  if (!wide.empty() && wide[0] == 0xFEFF) wide.erase(0, 1);
+  std::erase(wide, kByteOrderMark);
   return wide;
+}
+
+// Bytes behind the last four become one U+FFFD.
+std::u16string DecodeUtf32(std::string_view bytes, bool big_endian) {
+  using std::string_view_literals::operator""sv;
+  if (bytes.starts_with("\xFF\xFE\0\0"sv)) big_endian = false;
+  if (bytes.starts_with("\0\0\xFE\xFF"sv)) big_endian = true;
+  std::u16string wide;
+  for (; bytes.size() >= 4; bytes.remove_prefix(4)) {
+    char32_t value = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+      value = value << 8 | static_cast<unsigned char>(bytes[big_endian ? i : 3 - i]);
+    }
+    const bool valid = value <= 0x10FFFF && (value < 0xD800 || value >= 0xE000);
+    AppendCodePoint(wide, valid ? value : kReplacement);
+  }
+  if (!bytes.empty()) wide += kReplacement;
+  std::erase(wide, kByteOrderMark);
+  return wide;
+}
+
+// Latin letters, blanks and line ends have the high byte 0, kana and the punctuation of Chinese and Japanese
+// 0x30. RFC 2781 says big-endian where the text does not tell.
+bool LooksLittleEndian(std::string_view bytes) {
+  std::size_t big = 0;
+  std::size_t little = 0;
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    if (bytes[i] == 0 || bytes[i] == 0x30) ++big;
+    if (bytes[i + 1] == 0 || bytes[i + 1] == 0x30) ++little;
+  }
+  return little > big;
 }
 
 }  // namespace wrenfold

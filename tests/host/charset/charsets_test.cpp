@@ -72,6 +72,21 @@ TEST(HostCharset, BytesOfEachCharsetAreDecoded) {
       {"gb18030", "\xC4\xE3", u"\u4F60", "simplified Chinese"},
       {"big5", "\xA7\x41\xA6\x6E", u"\u4F60\u597D", "traditional Chinese"},
       {"euc-kr", "\xC7\xD1\xB1\xDB", u"\uD55C\uAE00", "Hangul"},
+      {"gb18030", "\x94\x39\xFC\x36", u"\U0001F600", "four bytes above U+FFFF"},
+      {"hz-gb-2312", "a~{<:Ky~}~~b~\nc", u"a\u5DF1\u6240~bc", "pairs of seven bits"},
+      {"iso-2022-kr",
+       "\x1B$)Ca\x0EGQ1[\x0F"
+       "b",
+       u"a\uD55C\uAE00"
+       u"b",
+       "pairs of seven bits between shifts"},
+      {"utf-16", "a\0b\0"sv, u"ab", "without a mark: Latin letters tell the order"},
+      {"utf-16", "\x42\x30\x44\x30"sv, u"\u3042\u3044", "kana tell it too"},
+      {"utf-16", "\xFF\xFE\x41\0\xFF\xFE\x42\0"sv, u"AB", "joined words have a mark each"},
+      {"utf-32", "\x00\x00\x11\x00\x00"sv, u"\uFFFD\uFFFD", "no character, and an odd byte"},
+      {"utf-32le", "\x00\xF6\x01\x00"sv, u"\U0001F600", "four bytes"},
+      {"utf-32", "\0\0\xFE\xFF\0\0\0a"sv, u"a", "big-endian by its mark"},
+      {"macintosh", "\x8E", u"\u00E9", "the Macintosh's Latin letters"},
       {"utf-8*en", "\xC3\xA9", u"\u00E9", "a language behind the name"},
       {"\"utf-8\" ", "\xC3\xA9", u"\u00E9", "quoted"},
       {"x-nobody-knows", "abc\xE9", u"abc\u00E9", "unknown: Windows-1252"},
@@ -90,11 +105,53 @@ TEST(HostCharset, UndeclaredBytesAreGuessed) {
       {"", "\x93\xFA", u"\u65E5", "else Shift-JIS"},
       {"euc-jp", "\xC6\xFC", u"\u65E5", "else what is declared"},
       {"us-ascii", "\x93\xFA", u"\u65E5", "a 7-bit charset cannot be meant"},
-      {"utf-8", "\x93\xFA", u"\u65E5", "invalid UTF-8"},
+      {"utf-8", "\x93\xFA", u"\u65E5", "nothing in it is UTF-8"},
+      {"utf-8", "\xC3\xA9 \xE9", u"\u00E9 \uFFFD", "declared: half of it may be broken"},
+      {"", "\xE6\x97\xA5\xE6\x9C\xAC\x93", u"\u65E5\u672C\uFFFD", "likely UTF-8 with a broken byte"},
+      {"iso-2022-jp", "\xE6\x97\xA5\xE6\x9C\xAC\x93", u"\u65E5\u672C\uFFFD", "the same"},
+      {"iso-8859-1", "\xC3\xA9\xE9", u"\u00C3\u00A9\u00E9", "a charset that can hold it is believed"},
+      {"iso-2022-jp", "\xC6\xFC\xCB\xDC\xB8\xEC", u"\u65E5\u672C\u8A9E", "declared Japanese, is EUC-JP"},
+      {"iso-2022-jp", "\xA4\xA2", u"\u3042", "kana of EUC-JP"},
+      {"iso-2022-jp", "\xC3\xBD\xC4", u"\uFF83\uFF7D\uFF84", "half-width katakana of Shift-JIS"},
+      {"", "\xC6\xFC\xCB\xDC\xB8\xEC", u"\u65E5\u672C\u8A9E", "a run of EUC-JP"},
+      {"", "\xC4\xE4", u"\u00C4\u00E4", "two accents are no Japanese"},
+      {"",
+       "cr\xE8me br\xFBl\xE9"
+       "e",
+       u"cr\u00E8me br\u00FBl\u00E9"
+       u"e",
+       "accents between letters: Windows-1252"},
+      {"", "don\x92t", u"don\u2019t", "an apostrophe too"},
+      {"", "\x83\x5C\x83\x74\x83\x67 R\x83", u"\u30BD\u30D5\u30C8 R\uFFFD", "Shift-JIS with a broken byte"},
+      {"unknown-8bit", "\x93\xFA", u"\u65E5", "a name that says nothing"},
       {"x-unknown", "\xE9t\xE9", u"\u00E9t\u00E9", "an unknown charset: Windows-1252"},
   };
   for (const DecodeCase& c : cases)
     EXPECT_EQ(SystemCharsets().Guess(c.charset, c.bytes), c.expected) << c.why;
+}
+
+// Windows has a page for GB18030, other systems that the host runs on do not.
+class WithoutGb18030 final : public CodePageConverter {
+ public:
+  std::optional<std::u16string> ToWide(unsigned code_page, std::string_view bytes) const override {
+    if (code_page == 54936) return std::nullopt;
+    return SystemCodePages().ToWide(code_page, bytes);
+  }
+};
+
+TEST(HostCharset, Gb18030IsReadWithoutItsPage) {
+  const WithoutGb18030 pages;
+  const Charsets charsets(pages);
+  const DecodeCase cases[] = {
+      {"", "a\xC4\xE3z", u"a\u4F60z", "two bytes"},
+      {"", "\xC4\xE3\x94\x39\xFC\x36\xBA\xC3", u"\u4F60\U0001F600\u597D", "four bytes above U+FFFF"},
+      {"", "\x90\x30\x81\x30\xE3\x32\x9A\x35", u"\U00010000\U0010FFFF", "the first and the last of them"},
+      {"", "\xE3\x32\x9A\x36", u"\uFFFD", "behind the last"},
+      {"", "x\x81\x30\x81\x30y", u"x\uFFFDy",
+       "four bytes below: one character that needs the system's table"},
+      {"", "\xC4", u"\uFFFD", "half a character"},
+  };
+  for (const DecodeCase& c : cases) EXPECT_EQ(charsets.Decode("gb18030", c.bytes), c.expected) << c.why;
 }
 
 TEST(HostCharset, BodiesAreDecodedAsDeclaredWhereTheBytesAllow) {
