@@ -66,17 +66,19 @@ std::u16string WithHostLineEnds(std::u16string_view text) {
   return lines;
 }
 
-std::string DeclaredCharset(const MessageParts& message, const Charsets& charsets) {
-  const auto type = ParseParameters(FindHeader(message, "Content-Type"), charsets);
-  const std::u16string* charset = FindParameter(type, "charset");
-  return charset == nullptr ? std::string() : WideToUtf8(*charset);
+bool HasRawBytes(const MessageParts& parts) {
+  const auto raw = [](char c) { return (static_cast<unsigned char>(c) & 0x80) != 0; };
+  return std::any_of(parts.headers.begin(), parts.headers.end(), [raw](const HeaderField& field) {
+    return std::any_of(field.value.begin(), field.value.end(), raw);
+  });
 }
 
 }  // namespace
 
 HostMessage MakeHostMessage(std::string_view raw, const Charsets& charsets) {
   const MessageParts parts = SplitMessage(raw);
-  const std::string declared = DeclaredCharset(parts, charsets);
+  // Asking all parts is for the few mails that need it.
+  const std::string declared = HasRawBytes(parts) ? CharsetOfTexts(parts, charsets) : std::string();
   std::u16string header;
   for (const HeaderField& field : parts.headers) header += DecodeField(field, declared, charsets) + u"\r\n";
   PartContent content = ReadMessage(parts, charsets);

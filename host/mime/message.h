@@ -29,6 +29,10 @@ struct MessageParts {
 
 MessageParts SplitMessage(std::string_view raw);
 
+// The same for a MIME part, whose header also ends, without an empty line, at a line that is no header
+// (unless a "Content-" header follows that one).
+MessageParts SplitPart(std::string_view raw);
+
 // Value of the first header `name` (any case), empty when absent.
 std::string_view FindHeader(const MessageParts& message, std::string_view name);
 

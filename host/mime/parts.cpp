@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "host/base/ascii.h"
-#include "host/base/file_names.h"
+#include "host/charset/names.h"
 #include "host/mime/html_text.h"
 #include "host/mime/transfer.h"
 
@@ -65,7 +65,8 @@ class PartReader {
     const std::string_view inner = type == "multipart/digest" ? "message/rfc822" : "text/plain";
     PartContent all;
     for (const std::string_view body : bodies) {
-      PartContent content = Read(SplitMessage(body), inner, depth + 1);
+      PartContent content = Read(SplitPart(body), inner, depth + 1);
+      if (content.named) KeepNamed(all, *std::move(content.named), all.attachments.size());
       std::move(content.attachments.begin(), content.attachments.end(), std::back_inserter(all.attachments));
       if (!content.text) continue;
       if (alternative) {
@@ -75,6 +76,12 @@ class PartReader {
       }
     }
     return all;
+  }
+
+  // `behind`: attachments in front of those that `named` counts.
+  static void KeepNamed(PartContent& all, NamedText&& named, std::size_t behind) {
+    named.attachment += behind;
+    if (!all.named || (all.named->text.was_html && !named.text.was_html)) all.named = std::move(named);
   }
 
   // Plain text wins over HTML, the first of several plain ones over the others.
@@ -103,7 +110,10 @@ class PartReader {
       content.text = TextOf(type, bytes);
       return content;
     }
-    std::u16string file_name = name != nullptr ? SafeFileName(*name) : std::u16string();
+    if (disposition.value != "attachment" && IsText(type.value)) {
+      content.named = NamedText{TextOf(type, bytes), 0};
+    }
+    std::u16string file_name = SafeFileName(name != nullptr ? *name : std::u16string());
     if (file_name.empty()) file_name = MadeUpName(type.value, bytes);
     content.attachments.push_back({charsets_.ToHostText(file_name), type.value, std::move(bytes)});
     return content;
@@ -112,8 +122,10 @@ class PartReader {
   // The only part of a mail is its body even when it has a name.
   static bool IsShown(std::string_view type, bool attached, bool named, int depth) {
     if (attached || !type.starts_with("text/")) return false;
-    return depth == 0 || (!named && (type == "text/plain" || type == "text/html"));
+    return depth == 0 || (!named && IsText(type));
   }
+
+  static bool IsText(std::string_view type) { return type == "text/plain" || type == "text/html"; }
 
   PartText TextOf(const ParameterizedValue& type, std::string_view bytes) {
     std::u16string text = charsets_.DecodeDeclared(Ascii(FindParameter(type, "charset")), bytes);
@@ -136,6 +148,22 @@ class PartReader {
   const Charsets& charsets_;
   int nameless_ = 0;
 };
+
+// Keeps the first charset in `found`, until one of eight bits is met; true then.
+bool FindCharsetOfTexts(const MessageParts& part, const Charsets& charsets, int depth, std::string& found) {
+  const ParameterizedValue type = ParseParameters(FindHeader(part, "Content-Type"), charsets);
+  const std::string charset = Ascii(FindParameter(type, "charset"));
+  if (found.empty()) found = charset;
+  if (IsEightBitCharset(charset)) {
+    found = charset;
+    return true;
+  }
+  if (!type.value.starts_with("multipart/") || depth >= kDeepestNesting) return false;
+  const auto bodies = SplitMultipart(part.body, Ascii(FindParameter(type, "boundary")));
+  return std::any_of(bodies.begin(), bodies.end(), [&](std::string_view body) {
+    return FindCharsetOfTexts(SplitPart(body), charsets, depth + 1, found);
+  });
+}
 
 // True when `line` is "--boundary" or, then with `is_end`, "--boundary--".
 bool IsDelimiter(std::string_view line, std::string_view boundary, bool& is_end) {
@@ -174,13 +202,27 @@ std::vector<std::string_view> SplitMultipart(std::string_view body, std::string_
 PartContent ReadMessage(const MessageParts& message, const Charsets& charsets) {
   PartContent content = PartReader(charsets).Read(message, "text/plain", 0);
   if (content.text) return content;
-  // A mail that is nothing but a forwarded one shows that one's text.
-  for (const Attachment& attachment : content.attachments) {
-    if (attachment.content_type != "message/rfc822") continue;
-    content.text = PartReader(charsets).Read(SplitMessage(attachment.bytes), "text/plain", 0).text;
-    break;
+  auto& attachments = content.attachments;
+  if (content.named) {
+    content.text = std::move(content.named->text);
+    attachments.erase(attachments.begin() + static_cast<std::ptrdiff_t>(content.named->attachment));
+    return content;
+  }
+  // A mail that holds nothing but forwarded ones shows the first one's text.
+  const bool only_mails =
+      !attachments.empty() && std::all_of(attachments.begin(), attachments.end(), [](const Attachment& each) {
+        return each.content_type == "message/rfc822";
+      });
+  if (only_mails) {
+    content.text = PartReader(charsets).Read(SplitMessage(attachments[0].bytes), "text/plain", 0).text;
   }
   return content;
+}
+
+std::string CharsetOfTexts(const MessageParts& message, const Charsets& charsets) {
+  std::string found;
+  FindCharsetOfTexts(message, charsets, 0, found);
+  return found;
 }
 
 }  // namespace wrenfold

@@ -72,6 +72,32 @@ TEST(HostMime, RawHeadersUseTheDeclaredCharset) {
   EXPECT_EQ(DecodeHeaderValue("\xC6\xFC", "euc-jp", false, SystemCharsets()), u"\u65E5");
 }
 
+TEST(HostMime, RawHeadersUseTheCharsetOfTheParts) {
+  const struct {
+    const char* subject;
+    const char* first;   // charset of the first part
+    const char* second;  // and of the second
+    const char* expected;
+    const char* why;
+  } cases[] = {
+      {"caf\xE9 cr\xE8me", "iso-8859-1", "", "caf\u00E9 cr\u00E8me", "the first part's"},
+      {"\xCF\xF0\xE8\xE2\xE5\xF2", "utf-8", "windows-1251", "\u041F\u0440\u0438\u0432\u0435\u0442",
+       "of the parts the one that is of eight bits"},
+      {"\xC3\xA9t\xC3\xA9", "iso-8859-1", "", "\u00E9t\u00E9", "UTF-8 is seen before"},
+      {"\xC3\xA9t\xC3\xA9 \xFF", "utf-8", "", "\u00E9t\u00E9 \uFFFD", "UTF-8 with a broken byte"},
+      {"caf\xE9 cr\xE8me", "", "", "caf\u00E9 cr\u00E8me", "no charset at all: the likely one"},
+      {"\x93\xFA\x96\x7B", "us-ascii", "", "\u65E5\u672C", "the likely one"},
+  };
+  for (const auto& c : cases) {
+    const std::string raw =
+        "Subject: " + std::string(c.subject) +
+        "\nContent-Type: multipart/mixed; boundary=b\n\n--b\nContent-Type: text/plain; charset=" + c.first +
+        "\n\nx\n--b\nContent-Type: text/html; charset=" + c.second + "\n\ny\n--b--\n";
+    const std::string text = Utf8(MakeHostMessage(raw).text);
+    EXPECT_EQ(text.substr(0, text.find("\r\n")), "Subject: " + std::string(c.expected)) << c.why;
+  }
+}
+
 TEST(HostMime, AHeaderLineFullOfUnfinishedWordsIsReadOnce) {
   std::string value;
   for (int i = 0; i < 200000; ++i) value += "=?a?b? ";
@@ -219,12 +245,36 @@ TEST(HostMime, TheBodyAndTheAttachmentsAreChosen) {
        "a part without a name"},
       {"--b\nContent-Disposition: attachment\n\nfile\n--b--", "mixed", "", "part1.txt text/plain 4",
        "a text marked as attachment"},
-      {"--b\nContent-Type: text/plain; name=\"a/b\\\\c:d.txt \"\n\nfile\n--b--", "mixed", "",
-       "c_d.txt text/plain 4", "folders and forbidden characters are taken from names"},
+      {"--b\nContent-Type: application/x; name=\"a/b\\\\c:d.txt \"\n\nfile\n--b--", "mixed", "",
+       "c_d.txt application/x 4", "folders and forbidden characters are taken from names"},
       {"--b\nContent-Type: x/y; name=\"../..\"\n\nf\n--b--", "mixed", "", "part1.bin x/y 1",
        "a name of dots"},
       {"--b\n\nSubject: inner/mail\n\ninner\n--b--", "digest", "inner", "mail.eml message/rfc822 26",
        "a digest's parts are mails; the first one is shown when there is no text"},
+      {"--b\nContent-Type: text/plain; name=a.txt\n\nmine\n--b\nContent-Type: message/rfc822\n\nSubject: "
+       "s\n\nhis\n"
+       "--b--",
+       "mixed", "mine", "s.eml message/rfc822 15", "a named text beside a forwarded mail is the mail's own"},
+      {"--b\nContent-Type: text/plain; name=a.txt\n\nonly\n--b--", "mixed", "only", "", "a lone named text"},
+      {"--b\nContent-Type: text/html; name=h.htm\n\n<p>h\n--b\nContent-Type: "
+       "text/plain\nContent-Disposition: "
+       "inline; filename=p.txt\n\np\n--b--",
+       "mixed", "p", "h.htm text/html 4", "of named texts the plain one"},
+      {"--b\nContent-Type: image/png\n\nx\n--b\nContent-Type: multipart/mixed; "
+       "boundary=c\n\n--c\nContent-Type: "
+       "a/b\n\ny\n--c\nContent-Type: text/plain; name=n.txt\n\nnamed\n--c--\n--b--",
+       "mixed", "named", "part1.png image/png 1|part2.bin a/b 1", "a named text further in"},
+      {"--b\n\ntext\n--b\nContent-Type: text/plain; name=a.txt\n\nfile\n--b--", "mixed", "text",
+       "a.txt text/plain 4", "beside a text without a name it is a file"},
+      {"--b\nContent-Type: text/plain; name=a.txt\nContent-Disposition: "
+       "attachment\n\nfile\n--b\nContent-Type: "
+       "message/rfc822\n\nSubject: s\n\nhis\n--b--",
+       "mixed", "", "a.txt text/plain 4|s.eml message/rfc822 15", "a file beside a forwarded mail: no text"},
+      {"--b\nContent-Type: text/plain\nHello: no\nwithout an empty line\n\nmore\n--b--", "mixed",
+       "without an empty line\r\n\r\nmore", "", "a part's header ends at a line that is none"},
+      {"--b\njust text\nmore\n--b--", "mixed", "just text\r\nmore", "", "a part without any header"},
+      {"--b\nContent-Type: text/plain\n>broken\nContent-Transfer-Encoding: base64\n\nYWJj\n--b--", "mixed",
+       "abc", "", "a broken line within a part's header"},
       {"--b\nContent-Type: multipart/mixed; boundary=c\n\n--c\n\nin\n--b\n\nout\n--b--", "mixed", "in\r\nout",
        "", "an inner multipart that is never closed ends with its part"},
   };
