@@ -317,9 +317,12 @@ int Run(const std::vector<std::string>& arguments) {
     macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
   }
   HostState state;
+  const auto unreadable =
+      options.strict_mails ? MailStore::Unreadable::kRefuse : MailStore::Unreadable::kSkip;
   for (const std::string& mail : options.mails) {
-    if (const auto reason = state.AddMails(PathFromUtf8(mail))) return Fail(*reason);
+    if (const auto reason = state.AddMails(PathFromUtf8(mail), unreadable)) return Fail(*reason);
   }
+  for (const std::string& reason : state.skipped_mails()) Complain(reason + " (skipped)");
   if (const auto reason = OpenCommandFiles(options, state.commands)) return Fail(*reason);
   auto library = Library::Load();
   if (const auto* reason = std::get_if<std::string>(&library)) return Fail(*reason);

@@ -153,12 +153,15 @@ std::vector<StoredMail> SplitMbox(std::string_view bytes) {
 }
 
 // All or nothing: what a failed path has added already is taken back.
-std::optional<std::string> MailStore::Add(const fs::path& path) {
+std::optional<std::string> MailStore::Add(const fs::path& path, Unreadable unreadable) {
   const std::size_t mails_before = mails_.size();
   const std::size_t folders_before = folders_.size();
-  std::optional<std::string> failure = IsFolder(path) ? AddFolder(path) : AddFile(path);
-  if (!failure && mails_.size() == mails_before)
-    failure = CannotRead(path, "no .eml or .mbox file in this folder");
+  const std::size_t skipped_before = skipped_.size();
+  std::optional<std::string> failure = IsFolder(path) ? AddFolder(path, unreadable) : AddFile(path);
+  if (!failure && mails_.size() == mails_before) {
+    failure = skipped_.size() > skipped_before ? skipped_.back()
+                                               : CannotRead(path, "no .eml or .mbox file in this folder");
+  }
   if (failure) {
     mails_.resize(mails_before);
     folders_.resize(folders_before);
@@ -166,23 +169,27 @@ std::optional<std::string> MailStore::Add(const fs::path& path) {
   return failure;
 }
 
-std::optional<std::string> MailStore::AddFolder(const fs::path& folder) {
-  if (auto failure = AddFilesOf(folder)) return failure;
+std::optional<std::string> MailStore::AddFolder(const fs::path& folder, Unreadable unreadable) {
+  if (auto failure = AddFilesOf(folder, unreadable)) return failure;
   std::error_code error;
   for (const fs::path& entry : Entries(folder, error)) {
     if (!IsFolder(entry)) continue;
-    if (auto failure = AddFilesOf(entry)) return failure;
+    auto failure = AddFilesOf(entry, unreadable);
+    if (failure && unreadable == Unreadable::kRefuse) return failure;
+    if (failure) skipped_.push_back(*std::move(failure));
   }
   return std::nullopt;
 }
 
-std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder) {
+std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, Unreadable unreadable) {
   std::error_code error;
   const std::vector<fs::path> entries = Entries(folder, error);
   if (error) return CannotRead(folder, ReasonOf(error));
   for (const fs::path& entry : entries) {
     if (!IsMailFile(entry) || IsFolder(entry)) continue;
-    if (auto failure = AddFile(entry)) return failure;
+    auto failure = AddFile(entry);
+    if (failure && unreadable == Unreadable::kRefuse) return failure;
+    if (failure) skipped_.push_back(*std::move(failure));
   }
   return std::nullopt;
 }
@@ -198,13 +205,18 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file) {
   std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   if (stream.bad()) return CannotRead(file, ReasonOf(std::error_code(errno, std::generic_category())));
   if (bytes.empty()) return CannotRead(file, "the file is empty");
+  std::vector<StoredMail> mails;
   if (IsMbox(bytes)) {
-    AddMails(file, SplitMbox(bytes), FolderOf(file, PathToUtf8(file.stem())));
-    return std::nullopt;
+    mails = SplitMbox(bytes);
+    // A mail that was saved with the "From " line of the mbox it lay in is still one mail of its folder.
+    if (mails.size() != 1 || ExtensionOf(file) != ".eml") {
+      AddMails(file, std::move(mails), FolderOf(file, PathToUtf8(file.stem())));
+      return std::nullopt;
+    }
+  } else {
+    if (ExtensionOf(file) == ".mbox") return CannotRead(file, "an mbox file begins with a \"From \" line");
+    mails.emplace_back().raw = std::move(bytes);
   }
-  if (ExtensionOf(file) == ".mbox") return CannotRead(file, "an mbox file begins with a \"From \" line");
-  std::vector<StoredMail> mails(1);
-  mails[0].raw = std::move(bytes);
   const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
   AddMails(file, std::move(mails), FolderOf(folder, FolderName(folder)));
   return std::nullopt;

@@ -36,10 +36,17 @@ struct MailFolder {
 
 class MailStore {
  public:
+  enum class Unreadable : std::uint8_t { kSkip, kRefuse };
+
   // Adds the mails of a file or folder: *.eml, *.mbox (or any file that begins with an mbox "From " line), a
   // folder's files in order of their names and those of its folders one level down. Returns the reason in
-  // UTF-8, "cannot read X: ...", when that fails; then nothing was added.
-  std::optional<std::string> Add(const std::filesystem::path& path);
+  // UTF-8, "cannot read X: ...", when that fails; then nothing was added. Of a folder's files, one that
+  // cannot be read makes it fail only when they are to be refused, or when nothing is left.
+  std::optional<std::string> Add(const std::filesystem::path& path,
+                                 Unreadable unreadable = Unreadable::kSkip);
+
+  // Why files of folders were skipped, each "cannot read X: ...".
+  const std::vector<std::string>& skipped() const { return skipped_; }
 
   const std::vector<StoredMail>& mails() const { return mails_; }
   std::vector<StoredMail>& mails() { return mails_; }
@@ -47,13 +54,14 @@ class MailStore {
 
  private:
   std::optional<std::string> AddFile(const std::filesystem::path& file);
-  std::optional<std::string> AddFolder(const std::filesystem::path& folder);
-  std::optional<std::string> AddFilesOf(const std::filesystem::path& folder);
+  std::optional<std::string> AddFolder(const std::filesystem::path& folder, Unreadable unreadable);
+  std::optional<std::string> AddFilesOf(const std::filesystem::path& folder, Unreadable unreadable);
   void AddMails(const std::filesystem::path& file, std::vector<StoredMail> mails, std::size_t folder);
   std::size_t FolderOf(const std::filesystem::path& path, std::string name);
 
   std::vector<StoredMail> mails_;
   std::vector<MailFolder> folders_;
+  std::vector<std::string> skipped_;
 };
 
 // The mails of an mbox file's bytes. A mail begins at a "From " line that holds a time (12:34) and stands at

@@ -14,8 +14,9 @@ std::uint32_t If(bool condition, std::uint32_t bit) { return condition ? bit : 0
 
 }  // namespace
 
-std::optional<std::string> HostState::AddMails(const std::filesystem::path& path) {
-  std::optional<std::string> reason = store_.Add(path);
+std::optional<std::string> HostState::AddMails(const std::filesystem::path& path,
+                                               MailStore::Unreadable unreadable) {
+  std::optional<std::string> reason = store_.Add(path, unreadable);
   memories_.resize(mail_count());
   return reason;
 }

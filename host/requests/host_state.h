@@ -23,7 +23,9 @@ enum class DraftPurpose : std::int64_t { kNewMail = 0, kReply = 1, kForward = 2 
 class HostState {
  public:
   // Returns why the mails of `path` cannot be read; nullopt when they were added.
-  std::optional<std::string> AddMails(const std::filesystem::path& path);
+  std::optional<std::string> AddMails(const std::filesystem::path& path, MailStore::Unreadable unreadable);
+  // Why files of folders were left out, each "cannot read X: ...".
+  const std::vector<std::string>& skipped_mails() const { return store_.skipped(); }
 
   // --- The mails; an index counts all of them, in the order in which they were read ---
 

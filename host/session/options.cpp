@@ -29,6 +29,7 @@ constexpr OptionRow kOptions[] = {
     {"--accounts", &Options::accounts, nullptr},
     {"--templates", &Options::templates, nullptr},
     {"--book", &Options::books, nullptr},
+    {"--strict-mails", nullptr, [](Options& options) { options.strict_mails = true; }},
     {"--trace", nullptr, [](Options& options) { options.trace = true; }},
     {"--prompt", nullptr, [](Options& options) { options.prompt = true; }},
     {"--english", nullptr, [](Options& options) { options.english = true; }},
@@ -67,6 +68,7 @@ const std::string_view kUsage =
     "A small mail host: it loads WFINFO.dll from its own folder and runs macros on real mails.\n"
     "\n"
     "  --mail MAIL    an .eml or mbox file, or a folder of them; the first mail is opened\n"
+    "  --strict-mails    a file in such a folder that cannot be read is an error; else it is skipped\n"
     "  --macro FILE   runs a macro file (UTF-8); may be given more than once\n"
     "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
     "  --templates DIR   templates and signatures; --book FILE: an address book\n"

@@ -17,6 +17,7 @@ struct Options {
   std::vector<std::string> accounts;   // file
   std::vector<std::string> templates;  // folder
   std::vector<std::string> books;      // address book, file
+  bool strict_mails = false;           // a file in a folder that cannot be read is an error
   bool trace = false;
   bool prompt = false;
   bool help = false;

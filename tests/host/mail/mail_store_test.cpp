@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "host/mail/mail_store.h"
 
@@ -112,10 +113,50 @@ TEST_F(HostMailStore, WhatCannotBeReadIsNamedWithItsReason) {
   for (const auto& c : cases) {
     EXPECT_EQ(store.Add(root_ / c.name), "cannot read " + (root_ / c.name).string() + ": " + c.reason);
   }
-  EXPECT_EQ(store.Add(root_ / "mixed"),
+  EXPECT_EQ(store.Add(root_ / "mixed", MailStore::Unreadable::kRefuse),
             "cannot read " + (root_ / "mixed/b.eml").string() + ": the file is empty");
+  EXPECT_TRUE(store.skipped().empty());
   EXPECT_TRUE(store.mails().empty()) << "nothing half done";
   EXPECT_TRUE(store.folders().empty());
+}
+
+TEST_F(HostMailStore, WhatCannotBeReadInAFolderIsSkippedAndNamed) {
+  Write("a.eml", "a");
+  Write("b.eml", "");
+  Write("c.mbox", "no mbox");
+  Write("d.eml", "d");
+  Write("sub/e.eml", "");
+  Write("sub/f.eml", "f");
+  MailStore store;
+  EXPECT_EQ(store.Add(root_), std::nullopt);
+  const std::string top = root_.filename().string();
+  EXPECT_EQ(Listed(store), top + "/a " + top + "/d sub/f");
+  EXPECT_EQ(store.skipped(),
+            (std::vector<std::string>{
+                "cannot read " + (root_ / "b.eml").string() + ": the file is empty",
+                "cannot read " + (root_ / "c.mbox").string() + ": an mbox file begins with a \"From \" line",
+                "cannot read " + (root_ / "sub/e.eml").string() + ": the file is empty"}));
+  EXPECT_EQ(store.Add(root_ / "sub/e.eml"),
+            "cannot read " + (root_ / "sub/e.eml").string() + ": the file is empty")
+      << "a file that is asked for by name";
+}
+
+TEST_F(HostMailStore, AFolderOfWhichNothingCanBeReadIsRefused) {
+  Write("b.eml", "");
+  MailStore store;
+  EXPECT_EQ(store.Add(root_), "cannot read " + (root_ / "b.eml").string() + ": the file is empty");
+}
+
+TEST_F(HostMailStore, AMailWithAFromLineStaysInItsFolder) {
+  const std::string from = "From a@example.org Mon Jan  1 00:00:00 2024\n";
+  Write("f/a.eml", from + "Subject: a\n\n>From here\n");
+  Write("f/b.eml", "Subject: b\n\n");
+  Write("f/c.eml", from + "Subject: c\n\n\n" + from + "Subject: d\n\n");
+  MailStore store;
+  EXPECT_EQ(store.Add(root_ / "f"), std::nullopt);
+  EXPECT_EQ(Listed(store), "f/Subject: a f/Subject: b c/Subject: c c/Subject: d");
+  EXPECT_EQ(store.mails()[0].raw, "Subject: a\n\nFrom here\n");
+  EXPECT_EQ(store.mails()[0].offset, from.size());
 }
 
 TEST_F(HostMailStore, AFileWithoutPermissionIsNamed) {

@@ -32,6 +32,11 @@ TEST(CommandLine, TakesTheFilesOfTheKeywordCommands) {
   EXPECT_EQ(options.books, Arguments{"b"});
 }
 
+TEST(CommandLine, SkipsMailsUnlessToldOtherwise) {
+  EXPECT_FALSE(Parsed({"--prompt"}).strict_mails);
+  EXPECT_TRUE(Parsed({"--prompt", "--strict-mails"}).strict_mails);
+}
+
 TEST(CommandLine, TakesAnOptionLikeFileNameBehindItsOption) {
   EXPECT_EQ(Parsed({"--macro", "--trace"}).macros, (Arguments{"--trace"}));
 }
