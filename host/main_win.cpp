@@ -23,6 +23,7 @@
 #include "host/macro/check.h"
 #include "host/macro/run.h"
 #include "host/macro/runner.h"
+#include "host/macro/turns.h"
 #include "host/mapi/register_win.h"
 #include "host/mapi/server_win.h"
 #include "host/requests/host_state.h"
@@ -98,6 +99,7 @@ class LibraryHost : public macro::MacroHost {
 
   std::variant<macro::Value, macro::Complaint> Call(const std::string& name,
                                                     std::span<const macro::Value> parameters) override {
+    turns_.Called();
     if (IsHostFunction(name)) return CallHostFunction(name, parameters);
     server_.set_calling(name);
     auto result = CallExport(library_, name, parameters);
@@ -109,11 +111,12 @@ class LibraryHost : public macro::MacroHost {
   }
   void Print(std::string_view line) override { TheTerminal().Out(Shown(line) + "\n"); }
   // Timers and posted messages of the library have their turn between statements.
-  bool MayGoOn() override { return Windows::Pump(); }
+  bool MayGoOn() override { return !turns_.IsDue(GetTickCount64()) || Windows::Pump(); }
 
  private:
   const Library& library_;
   RequestServer& server_;
+  macro::Turns turns_;
 };
 
 // What a macro has another window run: a macro of its own, with variables of its own.

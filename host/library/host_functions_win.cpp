@@ -25,6 +25,17 @@ SmimeMail& Mail() {
   return mail;
 }
 
+// Why the function called last failed; host text.
+std::string& Reason() {
+  static std::string reason;
+  return reason;
+}
+
+Value Failed(const std::string& reason) {
+  Reason() = SystemCharsets().Utf8ToHost(reason);
+  return Value(-1);
+}
+
 Value AddressOf(const std::string& bytes) {
   return bytes.empty() ? Value(std::int64_t{0}) : Value(reinterpret_cast<std::int64_t>(bytes.data()));
 }
@@ -33,13 +44,16 @@ Result ReadSmime(Parameters given) {
   const std::string name = SystemCharsets().HostToUtf8(given[0].IsText() ? given[0].Text() : "");
   std::ifstream stream(PathFromUtf8(name), std::ios::binary);
   const std::string raw{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (!stream.is_open()) return Complaint{"cannot read the mail " + name};
+  Mail() = {};
+  Reason().clear();
+  if (!stream.is_open()) return Failed("cannot read the mail " + name);
   auto mail = ReadSmimeMail(raw);
-  if (!mail) return Complaint{name + " is no S/MIME mail"};
+  if (!mail) return Failed(name + " is no S/MIME mail");
   Mail() = *std::move(mail);
   return Value(std::int64_t{Mail().is_detached});
 }
 
+Result LastReason(Parameters) { return Value(Reason()); }
 Result Message(Parameters) { return AddressOf(Mail().message); }
 Result MessageSize(Parameters) { return Value(static_cast<std::int64_t>(Mail().message.size())); }
 Result Content(Parameters) { return AddressOf(Mail().content); }
@@ -76,7 +90,7 @@ constexpr HostFunction kFunctions[] = {
     {"HostReadSmime", 1, ReadSmime},          {"HostSmimeMessage", 0, Message},
     {"HostSmimeMessageSize", 0, MessageSize}, {"HostSmimeContent", 0, Content},
     {"HostSmimeContentSize", 0, ContentSize}, {"HostNewReport", 1, NewReport},
-    {"HostReportText", 1, ReportText},
+    {"HostReportText", 1, ReportText},        {"HostReason", 0, LastReason},
 };
 
 const HostFunction* Find(std::string_view name) {

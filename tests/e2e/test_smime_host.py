@@ -96,11 +96,13 @@ class SmimeHost(unittest.TestCase):
         self.assertIn("A text to encrypt.\n", out)
 
     def test_what_is_no_smime_mail_is_told(self):
-        macro = self.world.write("wrong.macro", b'HostReadSmime("pki.cnf")')
-        done = subprocess.run(["wine", HOST, "--mail", "signed.eml", "--macro", str(macro)], cwd=self.world.pki,
-                              env=self.world.environment, stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
-        self.assertEqual(done.returncode, 1)
-        self.assertIn("pki.cnf is no S/MIME mail", done.stderr.decode())
+        self.assertEqual(
+            self.run_lines('HostReadSmime("signed.eml")',
+                           'print HostReadSmime("pki.cnf"), " ", HostReason()',
+                           'print HostSmimeMessage(), HostSmimeMessageSize()',
+                           'print HostReadSmime("none.eml"), " ", HostReason()',
+                           'print HostReadSmime("signed.eml"), " ", HostReason(), "."'),
+            "-1 pki.cnf is no S/MIME mail\n00\n-1 cannot read the mail none.eml\n0 .\n")
         macro = self.world.write("wrong.macro", b'HostReadSmime()')
         done = subprocess.run(["wine", HOST, "--mail", "signed.eml", "--macro", str(macro)], cwd=self.world.pki,
                               env=self.world.environment, stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
