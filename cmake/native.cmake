@@ -81,5 +81,11 @@ elseif(NOT WFINFO_FUZZ)
   set_source_files_properties(tests/commands/account_fields_test.cpp tests/catalogue/catalogue_test.cpp
     tests/host/mail/sample_mails_test.cpp tests/host/charset/names_test.cpp PROPERTIES
     COMPILE_DEFINITIONS WFINFO_SOURCE_DIR="${CMAKE_SOURCE_DIR}" SKIP_PRECOMPILE_HEADERS ON)
+  # Mails read by the host and by Python.
+  add_executable(read_mail tools/read_mail.cpp)
+  target_link_libraries(read_mail PRIVATE host_pure)
+  add_test(NAME native.mail_corpus COMMAND python3 ${CMAKE_SOURCE_DIR}/tests/corpus/test_corpus.py)
+  set_tests_properties(native.mail_corpus PROPERTIES TIMEOUT 120
+    ENVIRONMENT "WFINFO_READ_MAIL=$<TARGET_FILE:read_mail>;PYTHONDONTWRITEBYTECODE=1")
   gtest_discover_tests(native_tests TEST_PREFIX native. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endif()

@@ -1,5 +1,5 @@
-# The libraries of the small host: source packages of Debian, fetched into build/libraries, never into the system.
-# docs/dependencies.md says which and why.
+# What Debian's packages hold and the build or its tests need, fetched into build/, never into the system: the source
+# of the small host's libraries (docs/dependencies.md says which and why), mails for tests.
 # shellcheck shell=bash
 
 # source_package PACKAGE FOLDER: the upstream tarball of a Debian source package, checked by apt, unpacked in FOLDER.
@@ -33,4 +33,22 @@ fetch_source() {
   done
   rm -rf "$2.part"
   return 1
+}
+
+# package_files PACKAGE FOLDER PATTERN: the files of a binary package whose paths match, in FOLDER, without folders.
+# The system's package lists serve when they know the package; else lists of our own are fetched.
+package_files() {
+  local package=$1 folder=$2 pattern=$3 state=$PWD/build/apt own
+  [ ! -e "$folder" ] || return 0
+  rm -rf "$state" "$folder.part"
+  mkdir -p "$state/lists/partial" "$state/cache/archives/partial" "$state/files" "$folder.part"
+  own=(-qq -o "Dir::State::Lists=$state/lists" -o "Dir::Cache=$state/cache" -o "APT::Sandbox::User=$(id -un)")
+  (
+    cd "$state/files"
+    apt-get -qq -o "APT::Sandbox::User=$(id -un)" download "$package" 2>/dev/null ||
+      { apt-get "${own[@]}" update && apt-get "${own[@]}" download "$package"; }
+  ) >&2 || return 1
+  dpkg-deb --fsys-tarfile "$state"/files/*.deb |
+    tar -x -C "$folder.part" --wildcards --transform='s|.*/||' "$pattern" && mv "$folder.part" "$folder" &&
+    rm -rf "$state"
 }
