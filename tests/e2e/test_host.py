@@ -52,6 +52,18 @@ class BadInput(HostTest):
         self.assertEqual((result.out, result.code), ("", 1))
         self.assertRegex(result.err, r"^wrenfold: cannot read .*none\.eml: .*\n$")
 
+    def test_an_unreadable_mail_in_a_folder_is_skipped_and_named(self):
+        (self.folder / "mails").mkdir()
+        self.write("mails/a.eml", MAIL)
+        self.write("mails/b.eml", b"")
+        macro = self.write("m.macro", "print RootHeader(\"Subject\")")
+        result = run("--mail", self.folder / "mails", "--macro", macro)
+        self.assertEqual((result.out, result.code), ("First\n", 0))
+        self.assertRegex(result.err, r"^wrenfold: cannot read .*b\.eml: the file is empty \(skipped\)\n$")
+        result = run("--mail", self.folder / "mails", "--strict-mails", "--macro", macro)
+        self.assertEqual((result.out, result.code), ("", 1))
+        self.assertRegex(result.err, r"^wrenfold: cannot read .*b\.eml: the file is empty\n$")
+
     def test_an_unreadable_macro(self):
         self.assert_refused(run("--macro", "none.macro"), "cannot read the macro none.macro")
 
