@@ -4,7 +4,7 @@ set(gumbo_package ${CMAKE_SOURCE_DIR}/build/libraries/ruby-nokogiri)
 file(GLOB gumbo_sources CONFIGURE_DEPENDS ${gumbo_package}/gumbo-parser/src/*.c)
 # host/mime/html_memory.cpp stands in for its memory functions, which end the program when there is none.
 list(FILTER gumbo_sources EXCLUDE REGEX "/util\\.c$")
-set(gumbo_missing "The small host is not built: its HTML parser is not in build/libraries; ./dev build fetches it \
+set(gumbo_missing "The small host is not built: its HTML parser is not in build/libraries. ./dev build fetches it \
 from Debian's source package ruby-nokogiri.")
 if(gumbo_sources)
   add_library(gumbo STATIC ${gumbo_sources})
