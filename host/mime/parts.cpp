@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/base/ascii.h"
+#include "host/base/file_names.h"
 #include "host/charset/names.h"
 #include "host/mime/html_text.h"
 #include "host/mime/transfer.h"
@@ -113,7 +114,7 @@ class PartReader {
     if (disposition.value != "attachment" && IsText(type.value)) {
       content.named = NamedText{TextOf(type, bytes), 0};
     }
-    std::u16string file_name = SafeFileName(name != nullptr ? *name : std::u16string());
+    std::u16string file_name = name != nullptr ? SafeFileName(*name) : std::u16string();
     if (file_name.empty()) file_name = MadeUpName(type.value, bytes);
     content.attachments.push_back({charsets_.ToHostText(file_name), type.value, std::move(bytes)});
     return content;
