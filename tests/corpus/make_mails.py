@@ -86,7 +86,8 @@ def words(rng):
         yield head(b"Subject: " + word(charset, text[:half], "b") + b"\n " + word(charset, text[half:], "q")) + b"\nx\n"
         yield head(b"Subject: Re: " + word(charset, text, "b") + b" (fwd)") + b"\nx\n"
     coded = "日本".encode()
-    yield head(b"Subject: =?utf-8?B?" + base64.b64encode(coded[:4]) + b"?= =?UTF-8?B?" + base64.b64encode(coded[4:]) + b"?=") + b"\nx\n"
+    split = b"?= =?UTF-8?B?".join(base64.b64encode(half) for half in (coded[:4], coded[4:]))
+    yield head(b"Subject: =?utf-8?B?" + split + b"?=") + b"\nx\n"
 
 
 def raw_headers(rng):
@@ -150,7 +151,8 @@ def names(rng):
 def addresses(rng):
     values = [
         b"plain@example.org", b"Some Name <a@example.org>", b'"Quoted, Name" <a@example.org>',
-        b"=?utf-8?Q?Doe,_J=C3=B6rg?= <j@example.org>", b"a@example.org (a comment)", b"a@example.org, B <b@example.org>",
+        b"=?utf-8?Q?Doe,_J=C3=B6rg?= <j@example.org>", b"a@example.org (a comment)",
+        b"a@example.org, B <b@example.org>",
         b"=?iso-2022-jp?B?GyRCO3NFRBsoQg==?= <y@example.jp>,\n =?utf-8?q?=C3=89mile?= <e@example.fr>",
         b'"=?utf-8?Q?in_quotes?=" <q@example.org>', b"undisclosed-recipients:;", b"Team: a@example.org, b@example.org;",
         b"<bare@example.org>", b'"a\\"b" <c@example.org>',
@@ -186,7 +188,8 @@ def damaged(rng):
                                                      part(b"message/rfc822", b"Subject: i\n\nin\n")])
     yield head(b"Subject: x") + multipart(b"mixed", [part(b"text/plain", b"alone\n", b"note.txt")])
     yield head(b"Subject: x") + multipart(b"alternative", [text, part(b"text/html", b"<p>h</p>")], b"with space: 1")
-    whole = head(b"Subject: x") + multipart(b"mixed", [text, part(b"image/png", PICTURE, b"p.png", b"attachment", "base64")])
+    picture = part(b"image/png", PICTURE, b"p.png", b"attachment", "base64")
+    whole = head(b"Subject: x") + multipart(b"mixed", [text, picture])
     for _ in range(25):
         yield whole[:rng.randrange(120, len(whole))]
 

@@ -185,7 +185,8 @@ REASONS = {
     "a mail's own header may hold lines that are none; the body begins behind the empty line": {
         "text": ["msg_19", "msg_35"]},
 }
-DIFFERENCES = {(mail, field): why for why, fields in REASONS.items() for field, names in fields.items() for mail in names}
+DIFFERENCES = {(mail, field): why
+               for why, fields in REASONS.items() for field, mails in fields.items() for mail in mails}
 
 
 def corpus():
