@@ -14,14 +14,14 @@ bool IsBad(char16_t unit) {
   return unit == kReplacement || (unit >= 0x80 && unit < 0xA0) || (unit >= 0xE000 && unit < 0xF900);
 }
 
-// Japanese holds kana or common kanji, which begin with 0x81 to 0x9F in Shift-JIS; accented letters lie
-// above.
+// Japanese holds kana or common kanji, whose codes in Shift-JIS begin with 0x81 to 0x9F; those of accented
+// letters are higher.
 bool IsNoKatakana(char16_t unit) { return unit >= 0x80 && (unit < 0xFF61 || unit > 0xFF9F); }
 
 // What speaks for and against Japanese in a text read as such.
 struct JapaneseCount {
-  std::size_t runs = 0;    // characters that stand beside others of their kind
-  std::size_t lonely = 0;  // single ones that touch a Latin letter: a misread accent
+  std::size_t runs = 0;    // kana, and characters that stand beside others of their kind
+  std::size_t lonely = 0;  // single kanji that touch a Latin letter: a misread accent
   std::size_t bad = 0;
 };
 
@@ -32,8 +32,9 @@ JapaneseCount CountJapanese(std::u16string_view text, bool (*is_bad)(char16_t)) 
     while (end < text.size() && text[end] >= 0x80 && !is_bad(text[end])) ++end;
     const std::size_t length = end - at;
     const bool touches = (at > 0 && IsLetter(text[at - 1])) || (end < text.size() && IsLetter(text[end]));
-    if (length > 1) count.runs += length;
-    if (length == 1 && touches) ++count.lonely;
+    const bool kana = length == 1 && IsKana(text[at]);
+    if (length > 1 || kana) count.runs += length;
+    if (length == 1 && touches && !kana) ++count.lonely;
     if (end < text.size() && is_bad(text[end])) ++count.bad;
     at = end + 1;
   }
@@ -47,6 +48,9 @@ JapaneseCount CountShiftJis(std::string_view bytes, const JisTables& tables) {
   });
   return CountJapanese(DecodeShiftJis(bytes, tables), has_common ? IsBad : IsNoKatakana);
 }
+
+// True for a byte that Windows-1252 leaves free.
+bool HasHole(std::string_view bytes) { return bytes.find_first_of("\x81\x8D\x8F\x90\x9D") != bytes.npos; }
 
 // "Ää" is a whole character of EUC-JP too: kana, or a run of characters, must show that Japanese is meant.
 bool IsEucJp(std::u16string_view euc, const JapaneseCount& as_shift_jis, bool japanese) {
@@ -67,7 +71,7 @@ bool IsLikelyUtf8(std::string_view bytes, std::size_t ratio) {
 Likely LikelyCharset(std::string_view bytes, bool japanese, const JisTables& tables) {
   const JapaneseCount count = CountShiftJis(bytes, tables);
   if (IsEucJp(DecodeEucJp(bytes, tables), count, japanese)) return Likely::kEucJp;
-  const std::size_t against = count.lonely + count.bad;
+  const std::size_t against = count.bad + (HasHole(bytes) ? 0 : count.lonely);
   return japanese || against == 0 || count.runs > against ? Likely::kShiftJis : Likely::kWindows1252;
 }
 

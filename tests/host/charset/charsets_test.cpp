@@ -121,6 +121,13 @@ TEST(HostCharset, UndeclaredBytesAreGuessed) {
        u"cr\u00E8me br\u00FBl\u00E9"
        u"e",
        "accents between letters: Windows-1252"},
+      {"",
+       "A\x82\xC6"
+       "B",
+       u"A\u3068"
+       u"B",
+       "kana between letters are no accents"},
+      {"", "X\x90\xFC", u"X\u7DDA", "a byte that Windows-1252 leaves free"},
       {"", "don\x92t", u"don\u2019t", "an apostrophe too"},
       {"", "\x83\x5C\x83\x74\x83\x67 R\x83", u"\u30BD\u30D5\u30C8 R\uFFFD", "Shift-JIS with a broken byte"},
       {"unknown-8bit", "\x93\xFA", u"\u65E5", "a name that says nothing"},
