@@ -63,7 +63,9 @@ if(host_sources)
     COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> ${WFINFO_OUT}/host/WFINFO.dll)
   add_dependencies(wrenfold WFINFO)
   if(gumbo_sources)
-    write_gumbo_license(${WFINFO_OUT}/host/LICENSE-gumbo.txt)
+    write_gumbo_license(${CMAKE_BINARY_DIR}/LICENSE-gumbo.txt)
+    add_custom_command(TARGET wrenfold POST_BUILD
+      COMMAND ${CMAKE_COMMAND} -E copy_if_different ${CMAKE_BINARY_DIR}/LICENSE-gumbo.txt ${WFINFO_OUT}/host)
   endif()
 endif()
 
