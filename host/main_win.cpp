@@ -28,6 +28,7 @@
 #include "host/mapi/server_win.h"
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 #include "host/session/options.h"
 #include "host/session/prompt.h"
 #include "host/terminal/terminal_text.h"
@@ -221,7 +222,7 @@ void Summarise(const RequestServer& server, bool trace) {
 
 int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostState& state, Library& library) {
   library.HandOver(options.english.value_or(!SystemIsJapanese()), ShowMessage, ShowLogLine);
-  RequestServer server(state, options.trace ? ShowTraceLine : nullptr);
+  RequestServer server(state, AllServices(), options.trace ? ShowTraceLine : nullptr);
   const Windows windows(server);
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server);

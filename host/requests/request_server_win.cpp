@@ -104,25 +104,18 @@ Answer Request::AnswerKept(const std::string& text) {
 
 // --- Tables ---
 
-const ServiceFamily* ServiceFamily::first_ = nullptr;
-
-ServiceFamily::ServiceFamily(std::span<const Service> services, std::span<const Command> commands)
-    : services_(services), commands_(commands), next_(first_) {
-  first_ = this;
-}
-
-const Service* ServiceFamily::FindService(int code) {
-  for (const ServiceFamily* family = first_; family != nullptr; family = family->next_) {
-    for (const Service& service : family->services_) {
+const Service* RequestServer::FindService(int code) const {
+  for (const ServiceFamily* family : families_) {
+    for (const Service& service : family->services) {
       if (service.code == code) return &service;
     }
   }
   return nullptr;
 }
 
-const Command* ServiceFamily::FindCommand(long long id) {
-  for (const ServiceFamily* family = first_; family != nullptr; family = family->next_) {
-    for (const Command& command : family->commands_) {
+const Command* RequestServer::FindCommand(long long id) const {
+  for (const ServiceFamily* family : families_) {
+    for (const Command& command : family->commands) {
       if (command.id == id) return &command;
     }
   }
@@ -134,8 +127,8 @@ const Command* ServiceFamily::FindCommand(long long id) {
 Slot RequestServer::Serve(int code, LPARAM block) {
   ++requests_;
   const RequestKey key{code, CarriedCommand(code, block)};
-  const Service* service = ServiceFamily::FindService(code);
-  const Command* command = key.command != 0 ? ServiceFamily::FindCommand(key.command) : nullptr;
+  const Service* service = FindService(code);
+  const Command* command = key.command != 0 ? FindCommand(key.command) : nullptr;
   const Handler handler = service != nullptr   ? service->handler
                           : command != nullptr ? command->handler
                                                : nullptr;
@@ -158,7 +151,7 @@ Slot RequestServer::Serve(int code, LPARAM block) {
 Slot RequestServer::ServeCommand(int id) {
   ++requests_;
   const RequestKey key{0, id};
-  const Command* command = ServiceFamily::FindCommand(id);
+  const Command* command = FindCommand(id);
   if (command == nullptr) {
     NoteUnserved(RequestNames(key, calling_), RequestTitle(key));
     return 0;

@@ -1,5 +1,5 @@
-// Answers the library's requests. What is served stands in tables, one for each family of services, in files
-// service_<family>_win.cpp: a new file with a ServiceFamily of its own is found without a word elsewhere.
+// Answers the library's requests. What is served stands in tables, one for each family of services; the list of all
+// families is given to the server.
 #pragma once
 
 #include <windows.h>
@@ -87,18 +87,10 @@ struct Command {
   Handler handler;
 };
 
-// Registers itself; objects of this type stand at namespace scope and live for ever.
-class ServiceFamily {
- public:
-  ServiceFamily(std::span<const Service> services, std::span<const Command> commands);
-  static const Service* FindService(int code);
-  static const Command* FindCommand(long long id);
-
- private:
-  std::span<const Service> services_;
-  std::span<const Command> commands_;
-  const ServiceFamily* next_;
-  static const ServiceFamily* first_;
+// What one file of services answers. Objects of this type are constants that live for ever.
+struct ServiceFamily {
+  std::span<const Service> services;
+  std::span<const Command> commands;
 };
 
 // Where the trace goes, line by line, as UTF-8.
@@ -106,8 +98,9 @@ using TraceLine = void (*)(std::string_view line);
 
 class RequestServer {
  public:
-  // `trace` is null when nothing is to be traced.
-  RequestServer(HostState& state, TraceLine trace) : state_(state), trace_(trace) {}
+  // `families` outlive the server. `trace` is null when nothing is to be traced.
+  RequestServer(HostState& state, std::span<const ServiceFamily* const> families, TraceLine trace)
+      : state_(state), families_(families), trace_(trace) {}
 
   HostState& state() { return state_; }
 
@@ -133,7 +126,11 @@ class RequestServer {
   void Trace(const std::string& names, const std::string& title, const std::string& slots, Answer answer);
   void NoteUnserved(const std::string& names, const std::string& title);
 
+  const Service* FindService(int code) const;
+  const Command* FindCommand(long long id) const;
+
   HostState& state_;
+  std::span<const ServiceFamily* const> families_;
   TraceLine trace_;
   std::string calling_;
   std::uint64_t requests_ = 0;

@@ -1,5 +1,6 @@
 // Accounts: lending and saving the record of one, its long texts, new accounts.
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -39,7 +40,8 @@ constexpr Service kServices[] = {
     {78, "T", Create}, {111, "ITIT", LongText}, {112, "ITITT", SetLongText},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kAccountsServices = {kServices, {}};
+
 }  // namespace wrenfold

@@ -1,6 +1,7 @@
 // The address book, which also stands for the directory server: look-ups by address, and searches whose
 // results the library gives back when it is done with them.
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -83,7 +84,8 @@ constexpr Service kServices[] = {
     {243, "T", IsKnown},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kBookServices = {kServices, {}};
+
 }  // namespace wrenfold

@@ -5,6 +5,7 @@
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/draft_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -134,7 +135,8 @@ constexpr Command kCommands[] = {
     {40087, Send<false>}, {40104, Send<true>},      {40185, WithRoot<ForwardAttached>},
 };
 
-const ServiceFamily kFamily(kServices, kCommands);
-
 }  // namespace
+
+const ServiceFamily kDraftsServices = {kServices, kCommands};
+
 }  // namespace wrenfold

@@ -4,6 +4,7 @@
 
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -40,7 +41,8 @@ constexpr Service kServices[] = {
     {315, "T", AreMessagesHostText}, {316, "T", ConvertMessages},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kExternalServices = {kServices, {}};
+
 }  // namespace wrenfold

@@ -12,6 +12,7 @@
 #include "host/charset/text_file.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 
@@ -79,7 +80,8 @@ constexpr Service kServices[] = {
     {293, "TTTT", SaveFileName}, {307, "TII", ToUtf8},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kFilesServices = {kServices, {}};
+
 }  // namespace wrenfold

@@ -7,6 +7,7 @@
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/folder_lookup_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -54,9 +55,9 @@ constexpr Service kServices[] = {
 
 constexpr Command kCommands[] = {{40126, Go<1>}, {40127, Go<-1>}};
 
-const ServiceFamily kFamily(kServices, kCommands);
-
 }  // namespace
+
+const ServiceFamily kFoldersServices = {kServices, kCommands};
 
 std::optional<std::size_t> FolderOf(Request& request, std::size_t slot) {
   if (!request.state.HasRoot()) return std::nullopt;

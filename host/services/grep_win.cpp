@@ -8,6 +8,7 @@
 #include "host/mail/find_pack.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/folder_lookup_win.h"
+#include "host/services/services_win.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -147,7 +148,8 @@ constexpr Command kCommands[] = {
     {40181, WithRoot<Find<true, true>>},
 };
 
-const ServiceFamily kFamily(kServices, kCommands);
-
 }  // namespace
+
+const ServiceFamily kGrepServices = {kServices, kCommands};
+
 }  // namespace wrenfold

@@ -4,6 +4,7 @@
 #include "host/base/version.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -28,7 +29,8 @@ constexpr Service kServices[] = {
     {289, nullptr, No},  // no beta
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kHostServices = {kServices, {}};
+
 }  // namespace wrenfold

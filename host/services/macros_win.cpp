@@ -6,6 +6,7 @@
 #include "host/library/export_caller_win.h"
 #include "host/macro/runner.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -59,9 +60,9 @@ constexpr Service kServices[] = {
     {279, "", NothingWanted}, {319, "", CarryOutPosted},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kMacrosServices = {kServices, {}};
 
 void SetMacroRunner(MacroRunner* runner) { g_runner = runner; }
 

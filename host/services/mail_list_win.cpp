@@ -1,6 +1,7 @@
 // The list of mails: how many there are, which is open, moving between them, and their marks. The mails are
 // listed in the order in which they were read; the open one is the root mail and the current one.
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -128,7 +129,8 @@ constexpr Command kCommands[] = {
     {40430, ClearAllUnread},
 };
 
-const ServiceFamily kFamily(kServices, kCommands);
-
 }  // namespace
+
+const ServiceFamily kMailListServices = {kServices, kCommands};
+
 }  // namespace wrenfold

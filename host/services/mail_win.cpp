@@ -5,6 +5,7 @@
 #include "host/mail/headers.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -77,7 +78,8 @@ constexpr Service kServices[] = {
     {263, "", WithRoot<State>},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kMailServices = {kServices, {}};
+
 }  // namespace wrenfold

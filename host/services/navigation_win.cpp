@@ -5,6 +5,7 @@
 #include "host/mail/list_walk.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 
@@ -84,7 +85,8 @@ constexpr Command kCommands[] = {
     {40309, WithRoot<DecodedLog>},
 };
 
-const ServiceFamily kFamily(kServices, kCommands);
-
 }  // namespace
+
+const ServiceFamily kNavigationServices = {kServices, kCommands};
+
 }  // namespace wrenfold

@@ -4,6 +4,7 @@
 
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 
@@ -63,7 +64,8 @@ constexpr Service kServices[] = {
     {317, "TTT", Balloon<3>},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kNoticesServices = {kServices, {}};
+
 }  // namespace wrenfold

@@ -6,6 +6,7 @@
 #include "host/mail/mail_options.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/draft_win.h"
+#include "host/services/services_win.h"
 #include "host/windows/frame_win.h"
 #include "host/windows/menu_win.h"
 
@@ -66,7 +67,8 @@ constexpr Command kCommands[] = {
     {kPriorityCommand, WithCurrent<SwitchPriority>},
 };
 
-const ServiceFamily kFamily(kServices, kCommands);
-
 }  // namespace
+
+const ServiceFamily kOptionsServices = {kServices, kCommands};
+
 }  // namespace wrenfold

@@ -1,6 +1,7 @@
 // How the host folds and quotes texts.
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -42,7 +43,8 @@ constexpr Service kServices[] = {
     {262, "TI", QuoteWidth}, {297, "P", QuoteUnfolded},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kQuotingServices = {kServices, {}};
+
 }  // namespace wrenfold

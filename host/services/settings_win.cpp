@@ -1,6 +1,7 @@
 // Settings that the small host has no use for but keeps, so that a macro reads back what it set: one code
 // sets, one asks.
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -39,7 +40,8 @@ constexpr Service kServices[] = {
     {225, nullptr, Kept<kPane>},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kSettingsServices = {kServices, {}};
+
 }  // namespace wrenfold

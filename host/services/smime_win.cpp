@@ -5,6 +5,7 @@
 
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 #include "src/base/slot.h"
 
 namespace wrenfold {
@@ -42,7 +43,8 @@ constexpr Service kServices[] = {
     {313, "T", ToWide},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kSmimeServices = {kServices, {}};
+
 }  // namespace wrenfold

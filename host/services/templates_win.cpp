@@ -2,6 +2,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/draft_win.h"
 #include "host/services/folder_lookup_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -96,7 +97,8 @@ constexpr Service kServices[] = {
     {200, "TT", IsFolderPair},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kTemplatesServices = {kServices, {}};
+
 }  // namespace wrenfold

@@ -9,6 +9,7 @@
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/folder_lookup_win.h"
+#include "host/services/services_win.h"
 #include "src/addresses/address_entry.h"
 
 namespace wrenfold {
@@ -149,7 +150,8 @@ constexpr Service kServices[] = {
     {229, "ITI", SetOptions},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kTransferServices = {kServices, {}};
+
 }  // namespace wrenfold

@@ -1,5 +1,6 @@
 // Mails in a window of their own.
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -16,7 +17,8 @@ constexpr Command kCommands[] = {
     {40134, OpenView},
 };
 
-const ServiceFamily kFamily({}, kCommands);
-
 }  // namespace
+
+const ServiceFamily kViewServices = {{}, kCommands};
+
 }  // namespace wrenfold

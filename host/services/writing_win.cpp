@@ -2,6 +2,7 @@
 // nothing is ever sent. Changed headers of a received mail are forgotten with the program.
 #include "host/mail/header_edit.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
@@ -37,7 +38,8 @@ constexpr Service kServices[] = {
     {94, "TI", WithCurrent<Delete>}, {169, nullptr, Purpose},
 };
 
-const ServiceFamily kFamily(kServices, {});
-
 }  // namespace
+
+const ServiceFamily kWritingServices = {kServices, {}};
+
 }  // namespace wrenfold

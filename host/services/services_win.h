@@ -1,0 +1,35 @@
+// All services of the small host: which codes and menu commands it answers.
+#pragma once
+
+#include <span>
+
+#include "host/requests/request_server_win.h"
+
+namespace wrenfold {
+
+// The families, each in the file of its name.
+extern const ServiceFamily kAccountsServices;
+extern const ServiceFamily kBookServices;
+extern const ServiceFamily kDraftsServices;
+extern const ServiceFamily kExternalServices;
+extern const ServiceFamily kFilesServices;
+extern const ServiceFamily kFoldersServices;
+extern const ServiceFamily kGrepServices;
+extern const ServiceFamily kHostServices;
+extern const ServiceFamily kMacrosServices;
+extern const ServiceFamily kMailListServices;
+extern const ServiceFamily kMailServices;
+extern const ServiceFamily kNavigationServices;
+extern const ServiceFamily kNoticesServices;
+extern const ServiceFamily kOptionsServices;
+extern const ServiceFamily kQuotingServices;
+extern const ServiceFamily kSettingsServices;
+extern const ServiceFamily kSmimeServices;
+extern const ServiceFamily kTemplatesServices;
+extern const ServiceFamily kTransferServices;
+extern const ServiceFamily kViewServices;
+extern const ServiceFamily kWritingServices;
+
+std::span<const ServiceFamily* const> AllServices();
+
+}  // namespace wrenfold
