@@ -1,5 +1,6 @@
 #include "host/mapi/service_win.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -90,6 +91,21 @@ bool WriteFile(const fs::path& path, const std::string& bytes) {
   return !stream.fail();
 }
 
+// Writes an attachment to a file of its own in `folder`; nullopt when it cannot be stored. A file system that
+// does not take the name (a FAT volume, a share) takes its ASCII part.
+std::optional<fs::path> StoreAttachment(const fs::path& folder, const Attachment& attachment) {
+  const std::wstring wanted = SafeName(attachment.file_name);
+  std::wstring plain = wanted;
+  std::replace_if(plain.begin(), plain.end(), [](wchar_t unit) { return unit > 0x7E; }, L'_');
+  std::error_code error;
+  for (const std::wstring& name : {wanted, plain}) {
+    fs::path path = folder / name;
+    for (int copy = 2; fs::exists(path, error); ++copy) path = folder / (std::to_wstring(copy) + L" " + name);
+    if (WriteFile(path, attachment.bytes)) return path;
+  }
+  return std::nullopt;
+}
+
 // Stores the attachments as files for the reader, who deletes them when he is done; nullopt, with nothing
 // left behind, when one cannot be stored.
 std::optional<std::vector<ImageFile>> StoreAttachments(const HostMessage& message) {
@@ -103,14 +119,12 @@ std::optional<std::vector<ImageFile>> StoreAttachments(const HostMessage& messag
   const fs::path folder = temporary / "wrenfold" / UniqueName(now);
   fs::create_directories(folder, error);
   for (const Attachment& attachment : message.attachments) {
-    const std::wstring name = SafeName(attachment.file_name);
-    fs::path path = folder / name;
-    for (int copy = 2; fs::exists(path, error); ++copy) path = folder / (std::to_wstring(copy) + L" " + name);
-    if (!WriteFile(path, attachment.bytes)) {
+    const auto path = StoreAttachment(folder, attachment);
+    if (!path) {
       fs::remove_all(folder, error);
       return std::nullopt;
     }
-    files.push_back({WideToHost(path.wstring()), attachment.file_name});
+    files.push_back({WideToHost(path->wstring()), attachment.file_name});
   }
   return files;
 }

@@ -129,5 +129,17 @@ TEST_P(Archiver, AMissingEntryPointIsReportedAndTheArchiverStaysLoaded) {
   host_.ExpectMessages({Sjis(GetParam().missing_entry_japanese)});
 }
 
+INSTANTIATE_TEST_SUITE_P(
+    Families, Archiver,
+    testing::Values(Family{&LoadUnlhaDll, &FreeUnlhaDll, &Unlha, &GetUnlhaResult, "unlha32.dll",
+                           "Failed to load Unlha32.dll. Compression/Decompression is not possible.",
+                           u8"Unlha32.dllがロードできませんでした。圧縮/解凍処理はできません。",
+                           "Unlha function entry not found.", u8"Unlha関数エントリが見つかりませんでした。"},
+                    Family{&LoadZipDll, &FreeZipDll, &Zip, &GetZipResult, "Zip32J.dll",
+                           "Failed to load Zip32J.dll. Compression/Decompression is not possible.",
+                           u8"Zip32J.dllがロードできませんでした。圧縮/解凍処理はできません。",
+                           "Zip function entry not found.", u8"Zip関数エントリが見つかりませんでした。"}),
+    [](const testing::TestParamInfo<Family>& family) { return family.index == 0 ? "Lha" : "Zip"; });
+
 }  // namespace
 }  // namespace wfinfo_test
