@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "src/bridge/host_protocol.h"
 #include "src/catalogue/rows.h"
 
 namespace {
@@ -18,16 +19,6 @@ using wfinfo::catalogue::kNoFirstSlot;
 using wfinfo::catalogue::Parameter;
 using wfinfo::catalogue::Row;
 using wfinfo::catalogue::Rows;
-
-// Function codes that the library sends even while a modal dialog of the host shows.
-constexpr int kAllowedDuringDialog[] = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
-
-bool AllowedDuringDialog(int code) {
-  for (const int allowed : kAllowedDuringDialog) {
-    if (allowed == code) return true;
-  }
-  return false;
-}
 
 struct TypeText {
   std::string_view row_type;
@@ -106,7 +97,7 @@ std::string SentText(const Row& row) {
 
 std::string DialogText(const Row& row) {
   if (row.kind == Kind::kHand) return row.requests.empty() ? "does not apply" : "by code";
-  return row.kind != Kind::kMenu && AllowedDuringDialog(row.code) ? "allowed" : "refused";
+  return row.kind != Kind::kMenu && wfinfo::IsAllowedDuringDialog(row.code) ? "allowed" : "refused";
 }
 
 void PrintWrapped(std::string_view indent, std::string_view text) {

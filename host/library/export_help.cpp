@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/base/nearest_names.h"
+#include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
@@ -51,9 +52,6 @@ constexpr ResultRow kResults[] = {
     {"Handle", "a handle, 0 on failure"},
     {"Void", "nothing"},
 };
-
-// Function codes that the library sends even while a modal dialog of the host shows.
-constexpr int kAllowedDuringDialog[] = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
 
 // The host's own side of the hand-over: a macro that called them would pull the ground from under
 // the library.
@@ -114,7 +112,7 @@ std::string SentText(const Row& row) {
 
 std::string DialogText(const Row& row) {
   if (row.kind == Kind::kHand) return "";
-  const bool allowed = row.kind != Kind::kMenu && Holds(kAllowedDuringDialog, row.code);
+  const bool allowed = row.kind != Kind::kMenu && wfinfo::IsAllowedDuringDialog(row.code);
   return allowed ? "; goes through while a dialog shows" : "; refused while a dialog shows";
 }
 

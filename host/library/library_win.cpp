@@ -1,27 +1,14 @@
 #include "host/library/library_win.h"
 
-#include <cstdint>
-
 #include "host/charset/charsets.h"
-#include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
 
 constexpr wchar_t kLibraryName[] = L"WFINFO.dll";
-constexpr std::size_t kLogEntry = 32;  // of the service table
-
-using LogFunction = void (*)(const char* text, unsigned number);
 
 // The host's table of functions; the library uses the logging one.
 const void* g_services[64] = {};
-
-// What NotifyWrenfoldInfo takes.
-struct HandOverRecord {
-  std::uint32_t size;
-  std::uint32_t english;
-  MessageCallback message;
-};
 
 std::string Utf8(const std::wstring& wide) {
   return WideToUtf8({reinterpret_cast<const char16_t*>(wide.data()), wide.size()});
@@ -74,9 +61,9 @@ std::string Library::CheckInterface() {
          std::to_string(wfinfo::kInterfaceVersion) + "; take host and library from the same build";
 }
 
-void Library::HandOver(bool english, MessageCallback message, LogFunction log) {
-  g_services[kLogEntry] = reinterpret_cast<const void*>(log);
-  const HandOverRecord record{sizeof(HandOverRecord), english ? 1U : 0U, message};
+void Library::HandOver(bool english, wfinfo::MessageCallback message, wfinfo::LogFunction log) {
+  g_services[wfinfo::kLogEntry] = reinterpret_cast<const void*>(log);
+  const wfinfo::HandOverRecord record{sizeof(wfinfo::HandOverRecord), english ? 1U : 0U, message};
   const auto notify =
       reinterpret_cast<void (*)(const void*)>(reinterpret_cast<void*>(Export("NotifyWrenfoldInfo")));
   notify(&record);

@@ -3,20 +3,18 @@
 #include <charconv>
 #include <vector>
 
+#include "src/bridge/host_protocol.h"
 #include "src/catalogue/rows.h"
 
 namespace wrenfold {
 namespace {
 
+using wfinfo::CarriesCommand;
 using wfinfo::catalogue::Kind;
 using wfinfo::catalogue::kNoFirstSlot;
 using wfinfo::catalogue::Row;
 
-constexpr int kRunCommand = 12;
-constexpr int kStartCommand = 57;
 constexpr std::size_t kMostNames = 3;
-
-bool CarriesCommand(int code) { return code == kRunCommand || code == kStartCommand; }
 
 long long NumberAt(std::string_view text) {
   long long value = 0;

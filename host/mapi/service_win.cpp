@@ -13,6 +13,7 @@
 #include "host/mapi/message_image.h"
 #include "host/mapi/outbox.h"
 #include "src/base/unique_win.h"
+#include "src/bridge/host_protocol.h"
 #include "src/mapi/host_blocks.h"
 #include "src/text/host_text.h"
 
@@ -142,11 +143,11 @@ void MapiService::Behave() const {
 
 std::optional<LRESULT> MapiService::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
-    case kQueryReady:
+    case wfinfo::kHostQueryReady:
       return 1;
-    case kPassCommandLine:
+    case wfinfo::kHostPassCommandLine:
       return TakeCommandLine(reinterpret_cast<HANDLE>(wparam));
-    case kStoreRequest:
+    case wfinfo::kHostStoreRequest:
       AnswerStoreRequest(wparam, reinterpret_cast<HANDLE>(lparam));
       return 0;
     default:

@@ -78,9 +78,8 @@ class RecordingHost {
 
  private:
   bool Receive(HWND window, UINT message, WPARAM wparam, LPARAM lparam, LRESULT* answer) {
-    constexpr UINT kRequest = 21623;
-    const bool command = message == WM_COMMAND && lparam == 0 && HIWORD(wparam) == 0;
-    if (message != kRequest && !command) return false;
+    const bool command = IsMenuCommand(message, wparam, lparam);
+    if (!IsRequest(message) && !command) return false;
     *answer = 0;
     const int code = static_cast<int>(wparam);
     if (command) {
@@ -90,7 +89,7 @@ class RecordingHost {
     }
     std::string request = (window == host_.frame() ? "F" : "H") + std::to_string(code);
     auto* const block = reinterpret_cast<Slot*>(lparam);
-    if (code == 12 || code == 57) request += ":" + std::to_string(block[0]);
+    if (wfinfo::CarriesCommand(code)) request += ":" + std::to_string(block[0]);
     sent_.insert(request);
     *answer = AnswerTo(code, block);
     return true;
