@@ -7,9 +7,10 @@ file(GLOB catalogue_rows CONFIGURE_DEPENDS catalogue/*.def)
 add_custom_command(
   OUTPUT ${printer}
   COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}
-          ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp -o ${printer}
-  DEPENDS tools/print_catalogue.cpp src/catalogue/rows.cpp src/catalogue/rows.h src/catalogue/row_macros.h src/bridge/host_protocol.h
-          ${catalogue_rows}
+          ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp
+          ${CMAKE_SOURCE_DIR}/src/catalogue/requests.cpp -o ${printer}
+  DEPENDS tools/print_catalogue.cpp src/catalogue/rows.cpp src/catalogue/rows.h src/catalogue/row_macros.h
+          src/catalogue/requests.cpp src/catalogue/requests.h src/bridge/host_protocol.h ${catalogue_rows}
   COMMENT "Building the catalogue printer")
 set(printed ${WFINFO_OUT}/WFINFO.def ${WFINFO_OUT}/wfinfo.h ${WFINFO_OUT}/reference.md ${WFINFO_OUT}/reference.json)
 add_custom_command(

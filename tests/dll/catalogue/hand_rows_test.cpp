@@ -4,8 +4,8 @@
 
 #include <map>
 #include <set>
-#include <sstream>
 
+#include "src/catalogue/requests.h"
 #include "tests/support/library.h"
 #include "tests/support/row_calls_win.h"
 #include "tests/support/scripted_host_win.h"
@@ -21,12 +21,7 @@ using Requests = std::set<std::string>;  // as in the rows: "H1", "F12:40024", "
 
 Requests NamedBy(const Row& row) {
   Requests named;
-  std::istringstream words{std::string(row.requests)};
-  for (std::string word; words >> word;) {
-    if (word.size() > 1 && std::string_view("HFVM").find(word[0]) != std::string_view::npos &&
-        word[1] >= '0' && word[1] <= '9')
-      named.insert(word);
-  }
+  for (const wfinfo::catalogue::SentRequest& request : RequestsOf(row)) named.insert(WordOf(request));
   return named;
 }
 
