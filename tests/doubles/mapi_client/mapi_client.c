@@ -12,8 +12,10 @@
  *   mapi_client close                      closes every host; exit code 0 when none is left
  *
  * The last line is "code=N ms=N". */
-#include <tlhelp32.h>
+// clang-format off
 #include <windows.h>
+#include <tlhelp32.h>  // needs the one above
+// clang-format on
 
 #include <mapi.h>
 #include <stdio.h>
