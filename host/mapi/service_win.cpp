@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/base/file_names.h"
+#include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mapi/message_image.h"
@@ -44,9 +45,7 @@ class HandedBlock {
   UniqueView view_;
 };
 
-std::string WideToHost(const std::wstring& wide) {
-  return SystemCharsets().ToHostText({reinterpret_cast<const char16_t*>(wide.data()), wide.size()});
-}
+std::string WideToHost(const std::wstring& wide) { return SystemCharsets().ToHostText(Utf16(wide)); }
 
 // "Fri, 21 Nov 2025 10:00:00 +0900".
 std::string DateHeader(const SYSTEMTIME& now) {
