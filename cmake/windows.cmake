@@ -7,9 +7,10 @@ file(GLOB catalogue_rows CONFIGURE_DEPENDS catalogue/*.def)
 add_custom_command(
   OUTPUT ${printer}
   COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}
-          ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp -o ${printer}
+          ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp
+          ${CMAKE_SOURCE_DIR}/src/catalogue/requests.cpp -o ${printer}
   DEPENDS tools/print_catalogue.cpp src/catalogue/rows.cpp src/catalogue/rows.h src/catalogue/row_macros.h
-          ${catalogue_rows}
+          src/catalogue/requests.cpp src/catalogue/requests.h src/bridge/host_protocol.h ${catalogue_rows}
   COMMENT "Building the catalogue printer")
 set(printed ${WFINFO_OUT}/WFINFO.def ${WFINFO_OUT}/wfinfo.h ${WFINFO_OUT}/reference.md ${WFINFO_OUT}/reference.json)
 add_custom_command(
@@ -85,7 +86,10 @@ target_compile_options(dll_tests PRIVATE -O0)
 target_precompile_headers(dll_tests PRIVATE <gtest/gtest.h> <windows.h> <filesystem> <functional> <string> <vector>)
 # Units inside the library that have tests of their own.
 target_sources(dll_tests PRIVATE src/bridge/wide_text_win.cpp src/bridge/system_code_page_win.cpp
-  src/bridge/results_win.cpp src/bridge/export_call_win.cpp src/base/stack_guard_win.cpp)
+  src/bridge/results_win.cpp src/bridge/export_call_win.cpp src/base/stack_guard_win.cpp
+  src/addresses/address_messages_win.cpp)
+# Its Japanese is host text here too.
+set_source_files_properties(src/addresses/address_messages_win.cpp PROPERTIES COMPILE_OPTIONS -fexec-charset=CP932)
 add_custom_command(TARGET dll_tests POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> $<TARGET_FILE_DIR:dll_tests>)
 gtest_discover_tests(dll_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_PREFIX dll.

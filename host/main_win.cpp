@@ -7,14 +7,13 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
 
 #include "host/base/version.h"
+#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/library/export_caller_win.h"
 #include "host/library/export_help.h"
@@ -88,10 +87,9 @@ std::variant<LoadedMacro, std::string> ReadMacro(const std::string& file, const 
 }
 
 std::variant<LoadedMacro, std::string> LoadMacro(const std::string& file) {
-  std::ifstream stream(PathFromUtf8(file), std::ios::binary);
-  const std::string source{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (!stream.is_open() || stream.bad()) return "cannot read the macro " + file;
-  return ReadMacro(file, source, false);
+  const auto source = ReadWholeFile(PathFromUtf8(file));
+  if (!source) return "cannot read the macro " + file;
+  return ReadMacro(file, *source, false);
 }
 
 class LibraryHost : public macro::MacroHost {
@@ -240,9 +238,7 @@ void Complain(const std::string& line) { TheTerminal().Error("wrenfold: " + Prin
 
 // The settings file of the home, and what the command line says over it.
 std::variant<MapiSettings, std::string> SettingsOf(const std::string& home, const Options& options) {
-  std::ifstream stream(PathFromUtf8(home) / "settings.txt", std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  auto parsed = ParseMapiSettings(text);
+  auto parsed = ParseMapiSettings(ReadWholeFile(PathFromUtf8(home) / "settings.txt").value_or(""));
   if (auto* settings = std::get_if<MapiSettings>(&parsed)) {
     if (options.slow_ms) settings->slow_ms = *options.slow_ms;
     if (options.modal_ms) settings->modal_ms = options.modal_ms;

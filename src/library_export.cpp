@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstddef>
-#include <cstdint>
 
 #include "src/bridge/debug_log_win.h"
 #include "src/bridge/host_protocol.h"
@@ -11,25 +10,14 @@
 #include "src/bridge/report_win.h"
 #include "src/catalogue/declarations.h"
 
-namespace {
-
-// What NotifyWrenfoldInfo receives.
-struct HostInfo {
-  std::uint32_t size;  // bytes; 16 or more when the callback is present
-  std::uint32_t use_english;
-  wfinfo::ErrorCallback error_callback;
-};
-static_assert(offsetof(HostInfo, use_english) == 4 && offsetof(HostInfo, error_callback) == 8 &&
-              sizeof(HostInfo) == 16);
-
-}  // namespace
+using wfinfo::HandOverRecord;
 
 void NotifyWrenfoldInfo(const void* info) noexcept {
-  if (IsBadReadPtr(info, offsetof(HostInfo, error_callback))) return;
-  const auto& host = *static_cast<const HostInfo*>(info);
-  wfinfo::g_useEnglish = static_cast<int>(host.use_english);
-  if (host.size >= sizeof(HostInfo) && !IsBadReadPtr(info, sizeof(HostInfo))) {
-    wfinfo::g_errorCallback = host.error_callback;
+  if (IsBadReadPtr(info, offsetof(HandOverRecord, message))) return;
+  const auto& host = *static_cast<const HandOverRecord*>(info);
+  wfinfo::g_useEnglish = static_cast<int>(host.english);
+  if (host.size >= sizeof(HandOverRecord) && !IsBadReadPtr(info, sizeof(HandOverRecord))) {
+    wfinfo::g_errorCallback = host.message;
   }
 }
 

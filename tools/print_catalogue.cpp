@@ -3,11 +3,11 @@
 //
 //   print_catalogue def|header|markdown|json > file
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
-#include "src/catalogue/rows.h"
+#include "src/bridge/host_protocol.h"
+#include "src/catalogue/requests.h"
 
 namespace {
 
@@ -16,68 +16,19 @@ using wfinfo::catalogue::kAnyRequest;
 using wfinfo::catalogue::Kind;
 using wfinfo::catalogue::kNoFirstSlot;
 using wfinfo::catalogue::Parameter;
+using wfinfo::catalogue::ResultTypeOf;
 using wfinfo::catalogue::Row;
 using wfinfo::catalogue::Rows;
-
-// Function codes that the library sends even while a modal dialog of the host shows.
-constexpr int kAllowedDuringDialog[] = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
-
-bool AllowedDuringDialog(int code) {
-  for (const int allowed : kAllowedDuringDialog) {
-    if (allowed == code) return true;
-  }
-  return false;
-}
-
-struct TypeText {
-  std::string_view row_type;
-  std::string_view c_type;
-  std::string_view meaning;
-};
-
-constexpr TypeText kParameterTypes[] = {
-    {"Text", "const char*", "text (checked)"},
-    {"OptText", "const char*", "text or null (checked when given)"},
-    {"RawText", "const char*", "text (not checked)"},
-    {"WideText", "const wchar_t*", "UTF-16 text (not checked)"},
-    {"Value", "long long", "number or text"},
-    {"Int64", "long long", "64-bit value, passed as it lies"},
-    {"Int32", "int", "32-bit integer"},
-    {"UInt32", "unsigned int", "32-bit unsigned integer"},
-    {"Handle", "void*", "handle"},
-    {"Bytes", "const void*", "address of bytes"},
-    {"Record", "void*", "address of a record"},
-    {"Rest", "...", "further 64-bit values"},
-};
-
-constexpr TypeText kResultTypes[] = {
-    {"Int", "long long", "integer, 0 on failure"},
-    {"Int32", "int", "32-bit integer, 0 on failure"},
-    {"UInt32", "unsigned int", "32-bit unsigned integer"},
-    {"Str", "const char*", "text, \"\" on failure"},
-    {"OptStr", "const char*", "text, or null as described"},
-    {"Handle", "void*", "handle, null on failure"},
-    {"Void", "void", "nothing"},
-};
-
-template <std::size_t kSize>
-const TypeText& TypeOf(const TypeText (&types)[kSize], std::string_view row_type) {
-  for (const TypeText& type : types) {
-    if (type.row_type == row_type) return type;
-  }
-  std::fprintf(stderr, "print_catalogue: unknown type %.*s\n", static_cast<int>(row_type.size()),
-               row_type.data());
-  std::exit(1);
-}
+using wfinfo::catalogue::TypeOf;
 
 std::string Prototype(const Row& row) {
-  std::string text(TypeOf(kResultTypes, row.result).c_type);
+  std::string text(ResultTypeOf(row).c_type);
   text.append(" ").append(row.name).append("(");
   bool first = true;
   for (const Parameter& parameter : row.parameters) {
     if (!first) text.append(", ");
     first = false;
-    text.append(TypeOf(kParameterTypes, parameter.type).c_type);
+    text.append(TypeOf(parameter).c_type);
     if (parameter.type != "Rest") text.append(" ").append(parameter.name);
   }
   return text.append(first ? "void)" : ")");
@@ -106,7 +57,7 @@ std::string SentText(const Row& row) {
 
 std::string DialogText(const Row& row) {
   if (row.kind == Kind::kHand) return row.requests.empty() ? "does not apply" : "by code";
-  return row.kind != Kind::kMenu && AllowedDuringDialog(row.code) ? "allowed" : "refused";
+  return row.kind != Kind::kMenu && wfinfo::IsAllowedDuringDialog(row.code) ? "allowed" : "refused";
 }
 
 void PrintWrapped(std::string_view indent, std::string_view text) {
@@ -184,7 +135,7 @@ int PrintHeader() {
     PrintWrapped(" * ", row.doc);
     for (const Parameter& parameter : row.parameters) {
       std::string line(parameter.name);
-      line.append(": ").append(TypeOf(kParameterTypes, parameter.type).meaning);
+      line.append(": ").append(TypeOf(parameter).meaning);
       if (!parameter.doc.empty()) line.append("; ").append(parameter.doc);
       PrintWrapped(" *   ", line);
     }
@@ -222,12 +173,11 @@ int PrintMarkdown() {
       std::printf("| parameter | type | meaning |\n|---|---|---|\n");
       for (const Parameter& parameter : row.parameters) {
         std::printf("| `%s` | %s | %s |\n", std::string(parameter.name).c_str(),
-                    std::string(TypeOf(kParameterTypes, parameter.type).meaning).c_str(),
-                    MarkdownCell(parameter.doc).c_str());
+                    std::string(TypeOf(parameter).meaning).c_str(), MarkdownCell(parameter.doc).c_str());
       }
       std::printf("\n");
     }
-    std::printf("- Result: %s.\n", std::string(TypeOf(kResultTypes, row.result).meaning).c_str());
+    std::printf("- Result: %s.\n", std::string(ResultTypeOf(row).meaning).c_str());
     const std::string sent = SentText(row);
     if (!sent.empty())
       std::printf("- Sends: %s.\n- While a dialog shows: %s.\n", sent.c_str(), DialogText(row).c_str());
@@ -255,14 +205,13 @@ int PrintJson() {
   for (const Row& row : Rows()) {
     std::printf("%s  {\"family\": %s, \"name\": %s, \"result\": %s, \"parameters\": [",
                 first_row ? "" : ",\n", JsonText(row.family).c_str(), JsonText(row.name).c_str(),
-                JsonText(TypeOf(kResultTypes, row.result).c_type).c_str());
+                JsonText(ResultTypeOf(row).c_type).c_str());
     first_row = false;
     bool first = true;
     for (const Parameter& parameter : row.parameters) {
       std::printf("%s{\"name\": %s, \"type\": %s, \"c_type\": %s, \"doc\": %s}", first ? "" : ", ",
                   JsonText(parameter.name).c_str(), JsonText(parameter.type).c_str(),
-                  JsonText(TypeOf(kParameterTypes, parameter.type).c_type).c_str(),
-                  JsonText(parameter.doc).c_str());
+                  JsonText(TypeOf(parameter).c_type).c_str(), JsonText(parameter.doc).c_str());
       first = false;
     }
     std::printf("], \"sends\": %s, \"during_dialog\": %s, \"inferred\": %s, \"doc\": %s}",

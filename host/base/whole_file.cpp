@@ -1,5 +1,7 @@
 #include "host/base/whole_file.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <system_error>
@@ -7,7 +9,9 @@
 namespace wrenfold {
 namespace {
 
-bool Write(const std::filesystem::path& file, std::string_view bytes, std::ios::openmode mode) {
+namespace fs = std::filesystem;
+
+bool Write(const fs::path& file, std::string_view bytes, std::ios::openmode mode) {
   std::ofstream stream(file, std::ios::binary | mode);
   stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   stream.close();
@@ -16,28 +20,42 @@ bool Write(const std::filesystem::path& file, std::string_view bytes, std::ios::
 
 }  // namespace
 
-std::optional<std::string> ReadWholeFile(const std::filesystem::path& file) {
+std::optional<std::string> ReadWholeFile(const fs::path& file) {
   std::error_code error;
-  if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
+  if (fs::is_directory(file, error)) return std::nullopt;
   std::ifstream stream(file, std::ios::binary);
   std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   if (!stream.is_open() || stream.bad()) return std::nullopt;
   return bytes;
 }
 
-bool ReplaceFile(const std::filesystem::path& file, std::string_view bytes) {
-  std::filesystem::path beside = file;
+std::optional<std::string> ReadBeginning(const fs::path& file, std::size_t most) {
+  std::error_code error;
+  const std::uintmax_t whole = fs::file_size(file, error);
+  std::ifstream stream(file, std::ios::binary);
+  if (error || !stream.is_open()) return std::nullopt;
+  std::string bytes(static_cast<std::size_t>(std::min<std::uintmax_t>(most, whole)), '\0');
+  stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (stream.bad()) return std::nullopt;
+  bytes.resize(static_cast<std::size_t>(stream.gcount()));
+  return bytes;
+}
+
+bool WriteWholeFile(const fs::path& file, std::string_view bytes) {
+  return Write(file, bytes, std::ios::trunc);
+}
+
+bool ReplaceFile(const fs::path& file, std::string_view bytes) {
+  fs::path beside = file;
   beside += ".new";
   std::error_code error;
-  const bool written = Write(beside, bytes, std::ios::trunc);
-  if (written) std::filesystem::rename(beside, file, error);
+  const bool written = WriteWholeFile(beside, bytes);
+  if (written) fs::rename(beside, file, error);
   if (written && !error) return true;
-  std::filesystem::remove(beside, error);
+  fs::remove(beside, error);
   return false;
 }
 
-bool AppendToFile(const std::filesystem::path& file, std::string_view bytes) {
-  return Write(file, bytes, std::ios::app);
-}
+bool AppendToFile(const fs::path& file, std::string_view bytes) { return Write(file, bytes, std::ios::app); }
 
 }  // namespace wrenfold

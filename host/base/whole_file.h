@@ -1,6 +1,7 @@
 // Files read and written as a whole.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -10,6 +11,12 @@ namespace wrenfold {
 
 // The bytes of a file; nullopt when it cannot be read.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
+
+// At most the first `most` bytes of a file.
+std::optional<std::string> ReadBeginning(const std::filesystem::path& file, std::size_t most);
+
+// Makes the file, or gives it new contents. False on failure, which may leave it cut.
+bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
 // Writes beside the file and then takes its place, so that a failure leaves the old one whole. False
 // on failure.

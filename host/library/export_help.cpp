@@ -5,55 +5,24 @@
 #include <vector>
 
 #include "host/base/nearest_names.h"
+#include "src/bridge/host_protocol.h"
+#include "src/catalogue/requests.h"
 
 namespace wrenfold {
 namespace {
 
+using wfinfo::catalogue::DispatcherOf;
+using wfinfo::catalogue::IsVariadic;
+using wfinfo::catalogue::kAnyRequest;
 using wfinfo::catalogue::Kind;
 using wfinfo::catalogue::kNoFirstSlot;
 using wfinfo::catalogue::Parameter;
+using wfinfo::catalogue::ParameterType;
+using wfinfo::catalogue::RequestsOf;
+using wfinfo::catalogue::ResultTypeOf;
 using wfinfo::catalogue::Row;
-
-// What a macro may pass for a parameter of a catalogue type.
-struct TypeRow {
-  std::string_view type;
-  std::string_view meaning;
-  bool takes_text;
-  bool takes_number;  // other than 0
-};
-
-constexpr TypeRow kTypes[] = {
-    {"Text", "text", true, true},  // the library reports a number
-    {"OptText", "text or null", true, true},
-    {"RawText", "text", true, false},
-    {"WideText", "text", true, false},
-    {"Value", "number or text", true, true},
-    {"Int64", "number or text", true, true},
-    {"Int32", "number", false, true},
-    {"UInt32", "number", false, true},
-    {"Handle", "handle", false, true},
-    {"Bytes", "text, or the address of bytes", true, true},
-    {"Record", "address of a record", true, true},
-    {"Rest", "further numbers or texts", true, true},
-};
-
-struct ResultRow {
-  std::string_view type;
-  std::string_view meaning;
-};
-
-constexpr ResultRow kResults[] = {
-    {"Int", "a number, 0 on failure"},
-    {"Int32", "a number, 0 on failure"},
-    {"UInt32", "a number, 0 on failure"},
-    {"Str", "a text, \"\" on failure"},
-    {"OptStr", "a text, or 0"},
-    {"Handle", "a handle, 0 on failure"},
-    {"Void", "nothing"},
-};
-
-// Function codes that the library sends even while a modal dialog of the host shows.
-constexpr int kAllowedDuringDialog[] = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
+using wfinfo::catalogue::SentRequest;
+using wfinfo::catalogue::TypeOf;
 
 // The host's own side of the hand-over: a macro that called them would pull the ground from under
 // the library.
@@ -64,41 +33,29 @@ bool Holds(const List& list, const Value& value) {
   return std::find(std::begin(list), std::end(list), value) != std::end(list);
 }
 
-const TypeRow& TypeOf(const Parameter& parameter) {
-  const auto* row = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                 [&](const TypeRow& r) { return r.type == parameter.type; });
-  return row == std::end(kTypes) ? kTypes[4] : *row;
-}
-
 bool IsRest(const Parameter& parameter) { return parameter.type == "Rest"; }
-bool IsOptional(const Parameter& parameter) { return parameter.type == "OptText" || IsRest(parameter); }
 
 // Parameters that cannot be left out: those before the optional ones at the end.
 std::size_t Needed(const Row& row) {
   std::size_t needed = row.parameters.size();
-  while (needed > 0 && IsOptional(row.parameters[needed - 1])) --needed;
+  while (needed > 0 && TypeOf(row.parameters[needed - 1]).optional) --needed;
   return needed;
 }
 
-std::size_t Most(const Row& row) {
-  const bool open = !row.parameters.empty() && IsRest(row.parameters.back());
-  return open ? kMostParameters : row.parameters.size();
-}
+std::size_t Most(const Row& row) { return IsVariadic(row) ? kMostParameters : row.parameters.size(); }
 
 // "F71 F12:40024" as "code 71 (Frame), code 12 (Frame) with command 40024".
-std::string RequestsText(std::string_view requests) {
+std::string RequestsText(const Row& row) {
   std::string text;
-  for (std::size_t at = 0; at < requests.size();) {
-    const std::size_t end = std::min(requests.find(' ', at), requests.size());
-    const std::string_view word = requests.substr(at, end - at);
-    at = end + 1;
-    if (word.size() < 2) continue;
-    const std::size_t colon = std::min(word.find(':'), word.size());
-    const std::string_view dispatcher = word[0] == 'H' ? "Host" : word[0] == 'F' ? "Frame" : "View";
+  for (const SentRequest& request : RequestsOf(row)) {
     if (!text.empty()) text += ", ";
-    text.append(word[0] == 'M' ? "menu command " : "code ").append(word.substr(1, colon - 1));
-    if (word[0] != 'M') text.append(" (").append(dispatcher).append(")");
-    if (colon < word.size()) text.append(" with command ").append(word.substr(colon + 1));
+    if (request.way == 'M') {
+      text += "menu command " + std::to_string(request.first_slot);
+      continue;
+    }
+    text += "code " + std::to_string(request.code);
+    text.append(" (").append(DispatcherOf(request)).append(")");
+    if (request.first_slot != kNoFirstSlot) text += " with command " + std::to_string(request.first_slot);
   }
   return text;
 }
@@ -106,7 +63,9 @@ std::string RequestsText(std::string_view requests) {
 std::string SentText(const Row& row) {
   const std::string code = std::to_string(row.code);
   if (row.kind == Kind::kMenu) return "menu command " + code;
-  if (row.kind == Kind::kHand) return RequestsText(row.requests);
+  if (row.kind == Kind::kHand) {
+    return row.requests == kAnyRequest ? "what the called export sends" : RequestsText(row);
+  }
   std::string text = "code " + code + " (" + std::string(row.dispatcher) + ")";
   if (row.first_slot == kNoFirstSlot) return text;
   return text + (row.kind == Kind::kThin ? ", sub-command " : ", command ") + std::to_string(row.first_slot);
@@ -114,7 +73,7 @@ std::string SentText(const Row& row) {
 
 std::string DialogText(const Row& row) {
   if (row.kind == Kind::kHand) return "";
-  const bool allowed = row.kind != Kind::kMenu && Holds(kAllowedDuringDialog, row.code);
+  const bool allowed = row.kind != Kind::kMenu && wfinfo::IsAllowedDuringDialog(row.code);
   return allowed ? "; goes through while a dialog shows" : "; refused while a dialog shows";
 }
 
@@ -139,7 +98,7 @@ std::string Parameters(const Row& row) {
     text.append("  ")
         .append(IsRest(parameter) ? "..." : parameter.name)
         .append(": ")
-        .append(TypeOf(parameter).meaning);
+        .append(TypeOf(parameter).call_meaning);
     if (!parameter.doc.empty()) text.append("; ").append(parameter.doc);
     text += "\n";
   }
@@ -162,9 +121,7 @@ std::string CallForm(const Row& row) {
 
 std::string HelpText(const Row& row) {
   std::string text = CallForm(row) + "\n" + std::string(row.doc) + "\n" + Parameters(row);
-  const auto* result = std::find_if(std::begin(kResults), std::end(kResults),
-                                    [&](const ResultRow& r) { return r.type == row.result; });
-  if (result != std::end(kResults)) text.append("Result: ").append(result->meaning).append("\n");
+  text.append("Result: ").append(ResultTypeOf(row).call_meaning).append("\n");
   const std::string sent = SentText(row);
   if (!sent.empty()) text += "Sends: " + sent + DialogText(row) + "\n";
   if (row.inferred) text += "The parameter list is inferred from the family and the name.\n";
@@ -208,12 +165,12 @@ std::optional<std::string> CheckCall(const Row& row, std::span<const macro::Valu
   if (auto wrong = CheckCallForm(name, parameters.size())) return wrong;
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     const Parameter& parameter = row.parameters[std::min(i, row.parameters.size() - 1)];
-    const TypeRow& type = TypeOf(parameter);
+    const ParameterType& type = TypeOf(parameter);
     const macro::Value& value = parameters[i];
     const bool fits = value.IsText() ? type.takes_text : type.takes_number || value.Number() == 0;
     if (fits) continue;
     return "parameter " + std::to_string(i + 1) + " (" + std::string(parameter.name) + ") of " + name +
-           " is a " + std::string(type.meaning) + ", and " + std::string(value.Kind()) +
+           " is a " + std::string(type.call_meaning) + ", and " + std::string(value.Kind()) +
            " was given; see help " + name;
   }
   return std::nullopt;

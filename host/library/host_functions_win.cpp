@@ -3,9 +3,8 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 
+#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/smime_mail.h"
@@ -42,12 +41,11 @@ Value AddressOf(const std::string& bytes) {
 
 Result ReadSmime(Parameters given) {
   const std::string name = SystemCharsets().HostToUtf8(given[0].IsText() ? given[0].Text() : "");
-  std::ifstream stream(PathFromUtf8(name), std::ios::binary);
-  const std::string raw{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  const auto raw = ReadWholeFile(PathFromUtf8(name));
   Mail() = {};
   Reason().clear();
-  if (!stream.is_open()) return Failed("cannot read the mail " + name);
-  auto mail = ReadSmimeMail(raw);
+  if (!raw) return Failed("cannot read the mail " + name);
+  auto mail = ReadSmimeMail(*raw);
   if (!mail) return Failed(name + " is no S/MIME mail");
   Mail() = *std::move(mail);
   return Value(std::int64_t{Mail().is_detached});

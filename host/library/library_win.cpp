@@ -1,42 +1,18 @@
 #include "host/library/library_win.h"
 
-#include <cstdint>
-
+#include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
-#include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
 
 constexpr wchar_t kLibraryName[] = L"WFINFO.dll";
-constexpr std::size_t kLogEntry = 32;  // of the service table
-
-using LogFunction = void (*)(const char* text, unsigned number);
 
 // The host's table of functions; the library uses the logging one.
 const void* g_services[64] = {};
 
-// What NotifyWrenfoldInfo takes.
-struct HandOverRecord {
-  std::uint32_t size;
-  std::uint32_t english;
-  MessageCallback message;
-};
-
-std::string Utf8(const std::wstring& wide) {
-  return WideToUtf8({reinterpret_cast<const char16_t*>(wide.data()), wide.size()});
-}
-
-// Full path of `name` in the folder of this program.
-std::wstring BesideProgram(const wchar_t* name) {
-  std::wstring path(32768, L'\0');
-  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-  path.resize(path.find_last_of(L'\\') + 1);
-  return path + name;
-}
-
 std::string LoadFailure(const std::wstring& path, DWORD error) {
-  const std::string name = Utf8(path);
+  const std::string name = WideToUtf8(Utf16(path));
   if (error == ERROR_MOD_NOT_FOUND || error == ERROR_FILE_NOT_FOUND) {
     return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES
                ? "cannot find " + name + "; put the library beside wrenfold.exe"
@@ -49,13 +25,13 @@ std::string LoadFailure(const std::wstring& path, DWORD error) {
 }  // namespace
 
 std::variant<Library, std::string> Library::Load() {
-  const std::wstring path = BesideProgram(kLibraryName);
+  const std::wstring path = OwnFolder() + kLibraryName;
   SetErrorMode(SEM_FAILCRITICALERRORS);  // failures are told on standard error, not in a box
   const HMODULE module = LoadLibraryW(path.c_str());
   if (module == nullptr) return LoadFailure(path, GetLastError());
   Library library(module);
   std::string reason = library.CheckInterface();
-  if (!reason.empty()) return Utf8(path) + reason;
+  if (!reason.empty()) return WideToUtf8(Utf16(path)) + reason;
   return library;
 }
 
@@ -74,9 +50,9 @@ std::string Library::CheckInterface() {
          std::to_string(wfinfo::kInterfaceVersion) + "; take host and library from the same build";
 }
 
-void Library::HandOver(bool english, MessageCallback message, LogFunction log) {
-  g_services[kLogEntry] = reinterpret_cast<const void*>(log);
-  const HandOverRecord record{sizeof(HandOverRecord), english ? 1U : 0U, message};
+void Library::HandOver(bool english, wfinfo::MessageCallback message, wfinfo::LogFunction log) {
+  g_services[wfinfo::kLogEntry] = reinterpret_cast<const void*>(log);
+  const wfinfo::HandOverRecord record{sizeof(wfinfo::HandOverRecord), english ? 1U : 0U, message};
   const auto notify =
       reinterpret_cast<void (*)(const void*)>(reinterpret_cast<void*>(Export("NotifyWrenfoldInfo")));
   notify(&record);

@@ -7,10 +7,9 @@
 #include <string_view>
 #include <variant>
 
-namespace wrenfold {
+#include "src/bridge/host_protocol.h"
 
-// Takes a finished message of the library, host text.
-using MessageCallback = void (*)(const char* text);
+namespace wrenfold {
 
 class Library {
  public:
@@ -23,9 +22,8 @@ class Library {
   Library& operator=(Library&&) = delete;
   ~Library();
 
-  // Tells the library its language and where its messages go. Log lines go to `log`, with the number that
-  // tells where they were written.
-  void HandOver(bool english, MessageCallback message, void (*log)(const char* text, unsigned number));
+  // Tells the library its language, and where its messages and its log lines go.
+  void HandOver(bool english, wfinfo::MessageCallback message, wfinfo::LogFunction log);
 
   FARPROC Export(std::string_view name) const;
   int interface_version() const { return version_; }

@@ -1,50 +1,28 @@
 #include "host/library/request_names.h"
 
-#include <charconv>
 #include <vector>
 
-#include "src/catalogue/rows.h"
+#include "src/bridge/host_protocol.h"
+#include "src/catalogue/requests.h"
 
 namespace wrenfold {
 namespace {
 
+using wfinfo::CarriesCommand;
 using wfinfo::catalogue::Kind;
 using wfinfo::catalogue::kNoFirstSlot;
+using wfinfo::catalogue::RequestsOf;
 using wfinfo::catalogue::Row;
+using wfinfo::catalogue::SentRequest;
+using wfinfo::catalogue::TypeOf;
 
-constexpr int kRunCommand = 12;
-constexpr int kStartCommand = 57;
 constexpr std::size_t kMostNames = 3;
 
-bool CarriesCommand(int code) { return code == kRunCommand || code == kStartCommand; }
-
-long long NumberAt(std::string_view text) {
-  long long value = 0;
-  std::from_chars(text.data(), text.data() + text.size(), value);
-  return value;
-}
-
-// One word of a hand-written row's requests: "H1", "F12:40024", "M40179".
-bool WordSends(std::string_view word, const RequestKey& key) {
-  const bool menu = word[0] == 'M';
-  const std::string_view digits = word.substr(1);
-  if (menu) return key.code == 0 && NumberAt(digits) == key.command;
-  if (key.code == 0 || NumberAt(digits) != key.code) return false;
-  const std::size_t colon = digits.find(':');
-  return !CarriesCommand(key.code) || colon == std::string_view::npos ||
-         NumberAt(digits.substr(colon + 1)) == key.command;
-}
-
 bool Sends(const Row& row, const RequestKey& key) {
-  if (row.kind == Kind::kMenu) return key.code == 0 && row.code == key.command;
-  if (row.kind != Kind::kHand) {
-    return row.code == key.code && (!CarriesCommand(key.code) || row.first_slot == key.command);
-  }
-  for (std::string_view rest = row.requests; !rest.empty();) {
-    const std::string_view word = rest.substr(0, rest.find(' '));
-    if (word.size() > 1 && WordSends(word, key)) return true;
-    rest.remove_prefix(word.size());
-    while (rest.starts_with(' ')) rest.remove_prefix(1);
+  for (const SentRequest& request : RequestsOf(row)) {
+    if (request.code != key.code) continue;
+    const bool by_command = key.code == 0 || CarriesCommand(key.code);
+    if (!by_command || request.first_slot == key.command) return true;
   }
   return false;
 }
@@ -62,13 +40,6 @@ const Row* Caller(const std::vector<const Row*>& senders, std::string_view calli
     if (row->name == calling) return row;
   }
   return nullptr;
-}
-
-char ShapeOf(std::string_view type) {
-  if (type == "Text" || type == "OptText" || type == "RawText") return 'T';
-  if (type == "WideText") return 'W';
-  if (type == "Handle" || type == "Bytes" || type == "Record") return 'A';
-  return type == "Rest" ? '\0' : 'I';
 }
 
 }  // namespace
@@ -100,7 +71,7 @@ std::string SlotShapes(const RequestKey& key, std::string_view calling) {
   if (row == nullptr) return "";
   std::string shapes = row->kind != Kind::kHand && row->first_slot != kNoFirstSlot ? "I" : "";
   for (const auto& parameter : row->parameters) {
-    if (const char shape = ShapeOf(parameter.type)) shapes += shape;
+    if (const char shape = TypeOf(parameter).shape) shapes += shape;
   }
   return shapes;
 }

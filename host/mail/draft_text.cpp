@@ -92,10 +92,7 @@ std::string ForwardHeaders(std::string_view mail) {
 }
 
 std::string ForwardedText(std::string_view mail) {
-  const std::size_t end = mail.starts_with("\r\n") ? 0 : mail.find("\r\n\r\n");
-  std::string text = "----- Forwarded mail -----\r\n" + DisplayedHeaders(mail) + "\r\n";
-  if (end != mail.npos) text += mail.substr(end + (end == 0 ? 2 : 4));
-  return text;
+  return ("----- Forwarded mail -----\r\n" + DisplayedHeaders(mail) + "\r\n").append(SplitMail(mail).body);
 }
 
 std::string ResentText(std::string_view mail, std::string_view recipient, bool as_bcc) {

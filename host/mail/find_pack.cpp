@@ -19,18 +19,12 @@ bool BeginsWith(std::string_view text, std::string_view wanted) {
   return true;
 }
 
-std::string_view BodyOf(std::string_view mail) {
-  if (mail.starts_with("\r\n")) return mail.substr(2);
-  const std::size_t end = mail.find("\r\n\r\n");
-  return end == mail.npos ? "" : mail.substr(end + 4);
-}
-
 bool ConditionHolds(std::string_view line, std::string_view mail) {
   const std::size_t colon = line.find(':');
   const std::string_view place = colon == line.npos ? "Any" : Trim(line.substr(0, colon));
   const std::string_view wanted = colon == line.npos ? line : Trim(line.substr(colon + 1));
   if (EqualsIgnoringCase(place, "Any")) return HoldsText(mail, wanted);
-  if (EqualsIgnoringCase(place, "Body")) return HoldsText(BodyOf(mail), wanted);
+  if (EqualsIgnoringCase(place, "Body")) return HoldsText(SplitMail(mail).body, wanted);
   for (std::size_t n = 0; const auto value = HeaderValue(mail, place, n); ++n) {
     if (HoldsText(*value, wanted)) return true;
   }

@@ -1,49 +1,11 @@
 #include "host/mail/header_edit.h"
 
-#include <optional>
-
 #include "host/base/ascii.h"
 #include "host/mail/headers.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {
 namespace {
-
-// Where a header stands: from its name to behind the line end of its last line.
-struct Extent {
-  std::size_t at;
-  std::size_t length;
-};
-
-std::string_view WithoutColon(std::string_view name) {
-  if (name.ends_with(':')) name.remove_suffix(1);
-  return name;
-}
-
-// Bytes of the logical header line at `at`, its line end included.
-std::size_t HeaderLength(std::string_view text, std::size_t at) {
-  std::size_t end = at;
-  do {
-    const std::size_t lf = text.find('\n', end);
-    end = lf == std::string_view::npos ? text.size() : lf + 1;
-  } while (end < text.size() && IsBlank(text[end]));
-  return end - at;
-}
-
-bool AtHeaderEnd(std::string_view text, std::size_t at) { return at >= text.size() || IsLineEnd(text[at]); }
-
-std::optional<Extent> FindHeader(std::string_view text, std::string_view name, std::size_t n) {
-  name = WithoutColon(name);
-  for (std::size_t at = 0; !AtHeaderEnd(text, at);) {
-    const std::size_t length = HeaderLength(text, at);
-    const std::string_view header = text.substr(at, length);
-    const std::size_t colon = header.find(':');
-    if (colon != header.npos && EqualsIgnoringCase(header.substr(0, colon), name) && n-- == 0)
-      return Extent{at, length};
-    at += length;
-  }
-  return std::nullopt;
-}
 
 // `value` as folded lines: a line end that no blank follows would begin another header, and becomes a blank.
 std::string Folded(std::string_view value) {
@@ -77,15 +39,15 @@ bool IsReplySubject(std::string_view subject) { return EqualsIgnoringCase(subjec
 void AddHeader(std::string& text, std::string_view name, std::string_view value) {
   if (WithoutColon(name).empty()) return;
   std::size_t at = 0;
-  while (!AtHeaderEnd(text, at)) at += HeaderLength(text, at);
+  while (const auto field = FieldAt(text, at)) at += field->lines.size();
   // The last header of a mail that ends behind it may lack its line end.
   if (at > 0 && text[at - 1] != '\n') text.insert(at, "\r\n"), at += 2;
   text.insert(at, HeaderLine(name, value));
 }
 
 bool SetHeader(std::string& text, std::string_view name, std::string_view value, std::size_t n) {
-  if (const auto found = FindHeader(text, name, n)) {
-    text.replace(found->at, found->length, HeaderLine(name, value));
+  if (const auto found = FindField(text, name, n)) {
+    text.replace(found->at, found->lines.size(), HeaderLine(name, value));
     return true;
   }
   if (WithoutColon(name).empty() || CountHeaders(text, name) != n) return false;
@@ -94,8 +56,8 @@ bool SetHeader(std::string& text, std::string_view name, std::string_view value,
 }
 
 bool DeleteHeader(std::string& text, std::string_view name, std::size_t n) {
-  const auto found = FindHeader(text, name, n);
-  if (found) text.erase(found->at, found->length);
+  const auto found = FindField(text, name, n);
+  if (found) text.erase(found->at, found->lines.size());
   return found.has_value();
 }
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fstream>
 #include <iterator>
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/whole_file.h"
 #include "host/mime/message.h"
 
 namespace wrenfold {
@@ -200,10 +200,9 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file) {
   if (status.type() == fs::file_type::not_found || error) return CannotRead(file, ReasonOf(error));
   if (status.type() != fs::file_type::regular) return CannotRead(file, "not a file");
   errno = 0;
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) return CannotRead(file, ReasonOf(std::error_code(errno, std::generic_category())));
-  std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (stream.bad()) return CannotRead(file, ReasonOf(std::error_code(errno, std::generic_category())));
+  std::optional<std::string> read = ReadWholeFile(file);
+  if (!read) return CannotRead(file, ReasonOf(std::error_code(errno, std::generic_category())));
+  std::string& bytes = *read;
   if (bytes.empty()) return CannotRead(file, "the file is empty");
   std::vector<StoredMail> mails;
   if (IsMbox(bytes)) {

@@ -1,9 +1,8 @@
 #include "host/mapi/outbox.h"
 
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
+#include "host/base/whole_file.h"
 #include "host/mail/mail_store.h"
 
 namespace wrenfold {
@@ -25,18 +24,13 @@ OutgoingFile ReadFile(const CommandLineRequest::File& file) {
   const fs::path path = PathFromUtf8(path_text);
   OutgoingFile read;
   read.name = file.name.empty() ? PathToUtf8(path.filename()) : SystemCharsets().ForeignToUtf8(file.name);
-  std::ifstream stream(path, std::ios::binary);
-  if (stream) read.bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-  read.is_missing = !stream.is_open() || stream.bad();
-  if (read.is_missing) read.name = path_text;
+  if (auto bytes = ReadWholeFile(path)) {
+    read.bytes = *std::move(bytes);
+  } else {
+    read.is_missing = true;
+    read.name = path_text;
+  }
   return read;
-}
-
-bool WriteFile(const fs::path& path, const std::string& bytes) {
-  std::ofstream stream(path, std::ios::binary | std::ios::trunc);
-  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  stream.close();
-  return !stream.fail();
 }
 
 }  // namespace
@@ -51,7 +45,7 @@ std::optional<std::string> PutIntoOutbox(const CommandLineRequest& request, cons
   std::error_code error;
   fs::create_directories(folder, error);
   const fs::path unfinished = folder / PathFromUtf8(stamp.unique + ".tmp");
-  if (!WriteFile(unfinished, ComposeMail(request, files, stamp)))
+  if (!WriteWholeFile(unfinished, ComposeMail(request, files, stamp)))
     return "cannot write " + PathToUtf8(unfinished);
   fs::path finished = unfinished;
   finished.replace_extension(".eml");

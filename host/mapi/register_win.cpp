@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
 #include "src/base/unique_win.h"
 
@@ -16,10 +17,6 @@ constexpr wchar_t kFormerDefault[] = L"FormerDefault";
 constexpr wchar_t kMadeMailKey[] = L"MadeMailKey";
 
 using Key = wfinfo::Unique<wfinfo::PointerTraits<HKEY, &RegCloseKey>>;
-
-std::string Utf8(const std::wstring& wide) {
-  return WideToUtf8({reinterpret_cast<const char16_t*>(wide.data()), wide.size()});
-}
 
 std::string Why(const char* what, LSTATUS status) {
   if (status == ERROR_ACCESS_DENIED)
@@ -48,12 +45,7 @@ LSTATUS Write(HKEY key, const wchar_t* name, const std::wstring& text) {
                         static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
 }
 
-std::wstring LibraryPath() {
-  std::wstring path(32768, L'\0');
-  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-  path.resize(path.find_last_of(L'\\') + 1);
-  return path + L"WFINFO.dll";
-}
+std::wstring LibraryPath() { return OwnFolder() + L"WFINFO.dll"; }
 
 // Fills in our client's key; the first failure counts.
 LSTATUS WriteClient(HKEY client, const std::optional<std::wstring>& former, bool made_mail_key) {
@@ -75,7 +67,7 @@ std::optional<std::string> RegisterMapi(const Consent& consent) {
   const auto former = has_mail_key ? Read(existing.get(), nullptr) : std::nullopt;
   const bool ours_already = former == kClient;
   if (former && !former->empty() && !ours_already &&
-      !consent("The system's mail client is " + Utf8(*former) +
+      !consent("The system's mail client is " + WideToUtf8(Utf16(*former)) +
                ". 32-bit programs cannot use Wrenfold: they will reach no mail client. "
                "Replace it with Wrenfold?")) {
     return "nothing was changed";

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mapi/service_win.h"
@@ -98,10 +99,9 @@ std::string MapiHome(const std::string& given) {
   if (length > 0 && length < room) {
     path.resize(length);
   } else {
-    path.resize(GetModuleFileNameW(nullptr, path.data(), room));
-    path.resize(path.find_last_of(L'\\') + 1);
+    path = OwnFolder();
   }
-  return WideToUtf8({reinterpret_cast<const char16_t*>(path.data()), path.size()});
+  return WideToUtf8(Utf16(path));
 }
 
 int RunMapiServer(const std::string& home, const MapiSettings& settings,

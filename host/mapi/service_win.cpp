@@ -9,11 +9,13 @@
 #include <vector>
 
 #include "host/base/file_names.h"
+#include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mapi/message_image.h"
 #include "host/mapi/outbox.h"
 #include "src/base/unique_win.h"
+#include "src/bridge/host_protocol.h"
 #include "src/mapi/host_blocks.h"
 #include "src/text/host_text.h"
 
@@ -44,9 +46,7 @@ class HandedBlock {
   UniqueView view_;
 };
 
-std::string WideToHost(const std::wstring& wide) {
-  return SystemCharsets().ToHostText({reinterpret_cast<const char16_t*>(wide.data()), wide.size()});
-}
+std::string WideToHost(const std::wstring& wide) { return SystemCharsets().ToHostText(Utf16(wide)); }
 
 // "Fri, 21 Nov 2025 10:00:00 +0900".
 std::string DateHeader(const SYSTEMTIME& now) {
@@ -96,7 +96,8 @@ bool WriteFile(const fs::path& path, const std::string& bytes) {
 std::optional<fs::path> StoreAttachment(const fs::path& folder, const Attachment& attachment) {
   const std::wstring wanted = SafeName(attachment.file_name);
   std::wstring plain = wanted;
-  std::replace_if(plain.begin(), plain.end(), [](wchar_t unit) { return unit > 0x7E; }, L'_');
+  std::replace_if(
+      plain.begin(), plain.end(), [](wchar_t unit) { return unit > 0x7E; }, L'_');
   std::error_code error;
   for (const std::wstring& name : {wanted, plain}) {
     fs::path path = folder / name;
@@ -156,11 +157,11 @@ void MapiService::Behave() const {
 
 std::optional<LRESULT> MapiService::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
-    case kQueryReady:
+    case wfinfo::kHostQueryReady:
       return 1;
-    case kPassCommandLine:
+    case wfinfo::kHostPassCommandLine:
       return TakeCommandLine(reinterpret_cast<HANDLE>(wparam));
-    case kStoreRequest:
+    case wfinfo::kHostStoreRequest:
       AnswerStoreRequest(wparam, reinterpret_cast<HANDLE>(lparam));
       return 0;
     default:

@@ -1,10 +1,9 @@
 #include "host/mapi/store.h"
 
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/whole_file.h"
 #include "host/mail/mail_store.h"
 
 namespace wrenfold {
@@ -15,13 +14,6 @@ namespace fs = std::filesystem;
 constexpr std::size_t kLongestIdentifier = 255;
 
 bool IsMail(const fs::path& path) { return Lower(PathToUtf8(path.extension())) == ".eml"; }
-
-std::optional<std::string> ReadBytes(const fs::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (!stream.is_open() || stream.bad()) return std::nullopt;
-  return bytes;
-}
 
 }  // namespace
 
@@ -51,7 +43,7 @@ std::optional<fs::path> MapiStore::FileOf(std::string_view identifier) const {
 
 std::optional<std::string> MapiStore::Read(std::string_view identifier) const {
   const auto file = FileOf(identifier);
-  return file ? ReadBytes(*file) : std::nullopt;
+  return file ? ReadWholeFile(*file) : std::nullopt;
 }
 
 MapiResult MapiStore::Delete(std::string_view identifier) {

@@ -3,13 +3,12 @@
 #include "host/charset/charsets.h"
 #include "host/library/request_names.h"
 #include "host/terminal/terminal_text.h"
+#include "src/bridge/host_protocol.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {
 namespace {
 
-constexpr int kRunCommand = 12;
-constexpr int kStartCommand = 57;
 constexpr std::size_t kTracedCharacters = 60;         // of one text
 constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is no text
 
@@ -55,7 +54,7 @@ std::string TracedSlots(LPARAM block, std::string_view shapes) {
 
 // Menu command in the first slot of the codes that carry one.
 long long CarriedCommand(int code, LPARAM block) {
-  if (code != kRunCommand && code != kStartCommand) return 0;
+  if (!wfinfo::CarriesCommand(code)) return 0;
   const auto* slots = reinterpret_cast<const Slot*>(block);
   return IsBadReadPtr(slots, sizeof(Slot)) ? 0 : slots[0];
 }

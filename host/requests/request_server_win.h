@@ -47,6 +47,7 @@ class Request {
   std::string_view WholeText() const;
 
   static Answer AnswerNumber(Slot value) { return {value}; }
+  static Answer Done(bool done) { return {done ? 1 : 0}; }
   static Answer NotServed() { return {0, false, false}; }
   // Keeps `text` until the next text answer of the same code.
   Answer AnswerText(std::string text) const;

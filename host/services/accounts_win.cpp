@@ -7,8 +7,6 @@ namespace {
 
 AccountStore& Accounts(Request& request) { return request.state.commands.accounts; }
 
-Answer Done(bool done) { return Request::AnswerNumber(done ? 1 : 0); }
-
 Answer Lend(Request& request) {
   return Request::AnswerNumber(reinterpret_cast<Slot>(Accounts(request).Lend(request.Text(0))));
 }
@@ -16,11 +14,11 @@ Answer Lend(Request& request) {
 // The block is the library's own variable with the address of the record.
 const char* RecordOf(Request& request) { return reinterpret_cast<const char*>(request.Number(0)); }
 
-Answer Save(Request& request) { return Done(Accounts(request).Save(RecordOf(request))); }
+Answer Save(Request& request) { return Request::Done(Accounts(request).Save(RecordOf(request))); }
 
-Answer Release(Request& request) { return Done(Accounts(request).Release(RecordOf(request))); }
+Answer Release(Request& request) { return Request::Done(Accounts(request).Release(RecordOf(request))); }
 
-Answer Create(Request& request) { return Done(Accounts(request).Create(request.Text(0))); }
+Answer Create(Request& request) { return Request::Done(Accounts(request).Create(request.Text(0))); }
 
 // kind, title or lent record (which begins with its title, but that may have been changed)
 Answer LongText(Request& request) {
@@ -31,8 +29,8 @@ Answer LongText(Request& request) {
 
 // kind, title, 0, "", text
 Answer SetLongText(Request& request) {
-  return Done(Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)),
-                                        request.Text(4)));
+  return Request::Done(Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)),
+                                                 request.Text(4)));
 }
 
 constexpr Service kServices[] = {

@@ -3,6 +3,7 @@
 #include "host/base/ascii.h"
 #include "host/charset/charsets.h"
 #include "host/mail/draft_text.h"
+#include "host/mail/headers.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
@@ -12,9 +13,7 @@ namespace {
 
 // The header block of a draft with its empty line.
 std::string_view HeadersOf(std::string_view text) {
-  if (text.starts_with("\r\n")) return text.substr(0, 2);
-  const std::size_t end = text.find("\r\n\r\n");
-  return end == text.npos ? text : text.substr(0, end + 4);
+  return text.substr(0, text.size() - SplitMail(text).body.size());
 }
 
 }  // namespace

@@ -10,13 +10,11 @@
 namespace wrenfold {
 namespace {
 
-Answer Done(bool done) { return Request::AnswerNumber(done ? 1 : 0); }
-
 // --- Beginning ---
 
 Answer NewMail(Request& request) {
   BeginWriting(request, DraftPurpose::kNewMail, "To: \r\nSubject: \r\n\r\n", "");
-  return Done(true);
+  return Request::Done(true);
 }
 
 std::string QuotedBody(Request& request) {
@@ -41,13 +39,13 @@ Answer Reply(Request& request) {
     for (const Attachment& attachment : message.attachments)
       request.state.commands.draft.attachments.push_back(attachment.file_name);
   }
-  return Done(true);
+  return Request::Done(true);
 }
 
 Answer Forward(Request& request) {
   const std::string& text = request.state.Message(request.state.root()).text;
   BeginWriting(request, DraftPurpose::kForward, ForwardHeaders(text), ForwardedText(text));
-  return Done(true);
+  return Request::Done(true);
 }
 
 // The mail goes along as an attachment.
@@ -55,7 +53,7 @@ Answer ForwardAttached(Request& request) {
   const std::size_t root = request.state.root();
   BeginWriting(request, DraftPurpose::kForward, ForwardHeaders(request.state.Message(root).text), "");
   request.state.commands.draft.attachments.push_back(request.state.Header(root, "Subject") + ".eml");
-  return Done(true);
+  return Request::Done(true);
 }
 
 // --- Sending ---
@@ -88,16 +86,16 @@ Answer Send(Request& request) {
     request.state.commands.outbox.push_back(std::move(mail));
   }
   FinishDraft(request);
-  return Done(true);
+  return Request::Done(true);
 }
 
 // What is to be transmitted: there is one account, so any value means all of it.
-Answer SelectTransmit(Request&) { return Done(true); }
+Answer SelectTransmit(Request&) { return Request::Done(true); }
 
 Answer Transmit(Request& request) {
   for (const std::string& mail : request.state.commands.outbox) ShowWouldSend(mail);
   request.state.commands.outbox.clear();
-  return Done(true);
+  return Request::Done(true);
 }
 
 // --- Resending ---
@@ -116,13 +114,13 @@ Answer Resend(Request& request) {
   switch (mode & ~kAsBcc) {
     case kSendNow:
       ShowWouldSend(text);
-      return Done(true);
+      return Request::Done(true);
     case kSendLater:
       request.state.commands.outbox.push_back(std::move(text));
-      return Done(true);
+      return Request::Done(true);
     case kOpen:
       BeginWriting(request, DraftPurpose::kForward, std::move(text), "");
-      return Done(true);
+      return Request::Done(true);
     default:
       return {};
   }

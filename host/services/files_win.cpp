@@ -2,12 +2,10 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <optional>
-#include <system_error>
 
+#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/charset/text_file.h"
 #include "host/mail/mail_store.h"
@@ -22,25 +20,12 @@ namespace {
 // Characters of a file of this size always stand whole in what the limit lets through.
 constexpr std::size_t kLookAhead = 4;
 
-// The first `size` bytes of a file; nullopt when it cannot be read.
-std::optional<std::string> BeginningOfFile(std::string_view host_name, std::size_t size) {
-  const std::filesystem::path path = PathFromUtf8(SystemCharsets().HostToUtf8(host_name));
-  std::error_code failure;
-  const std::uintmax_t whole = std::filesystem::file_size(path, failure);
-  std::ifstream stream(path, std::ios::binary);
-  if (failure || !stream.is_open()) return std::nullopt;
-  std::string bytes(static_cast<std::size_t>(std::min<std::uintmax_t>(size, whole)), '\0');
-  stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (stream.bad()) return std::nullopt;
-  bytes.resize(static_cast<std::size_t>(stream.gcount()));
-  return bytes;
-}
-
 // file name, most bytes to read: the text, 0 when the file cannot be read.
 Answer LoadText(Request& request) {
   constexpr Slot kMost = Slot{256} << 20;
   const auto limit = static_cast<std::size_t>(std::clamp(request.Number(1), Slot{0}, kMost));
-  const auto bytes = BeginningOfFile(request.Text(0), limit + kLookAhead);
+  const std::filesystem::path file = PathFromUtf8(SystemCharsets().HostToUtf8(request.Text(0)));
+  const auto bytes = ReadBeginning(file, limit + kLookAhead);
   if (!bytes) return {};
   return request.AnswerText(HostTextOfFile(*bytes, limit, SystemCharsets()));
 }

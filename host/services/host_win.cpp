@@ -1,6 +1,5 @@
 // What the library asks about the host itself.
-#include <windows.h>
-
+#include "host/base/own_folder_win.h"
 #include "host/base/version.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
@@ -11,11 +10,7 @@ namespace {
 
 // The folder of wrenfold.exe, with its final backslash.
 Answer HomeDir(Request& request) {
-  std::wstring path(32768, L'\0');
-  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-  path.resize(path.find_last_of(L'\\') + 1);
-  return request.AnswerText(
-      SystemCharsets().ToHostText({reinterpret_cast<const char16_t*>(path.data()), path.size()}));
+  return request.AnswerText(SystemCharsets().ToHostText(Utf16(OwnFolder())));
 }
 
 Answer Version(Request&) { return Request::AnswerNumber(kHostVersionNumber); }

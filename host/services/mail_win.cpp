@@ -26,9 +26,7 @@ Answer SmallCurrentHeader(Request& request) {
 
 // The header block up to the empty line.
 Answer AllCurrentHeader(Request& request) {
-  const std::string& text = request.state.CurrentText();
-  const std::size_t end = text.starts_with("\r\n") ? 0 : text.find("\r\n\r\n");
-  return request.AnswerText(text.substr(0, end == 0 || end == text.npos ? end : end + 2));
+  return request.AnswerText(std::string(SplitMail(request.state.CurrentText()).headers));
 }
 
 // name, buffer, its size, occurrence: fills the buffer and answers the length of the whole value.

@@ -7,8 +7,6 @@
 namespace wrenfold {
 namespace {
 
-Answer Done(bool done) { return Request::AnswerNumber(done ? 1 : 0); }
-
 TemplateFolder& Templates(Request& request) { return request.state.commands.templates; }
 std::size_t Kind(Request& request, std::size_t slot) {
   return static_cast<std::size_t>(request.Number(slot));
@@ -41,7 +39,7 @@ Answer SwitchTemplate(Request& request) {
   const std::string sign = Templates(request).Sign(kind, parts.template_name);
   if (!sign.empty()) parts.sign_name = sign;
   ComposeDraft(request);
-  return Done(true);
+  return Request::Done(true);
 }
 
 // "" takes the signature away.
@@ -51,7 +49,7 @@ Answer SwitchSign(Request& request) {
   if (!request.state.HasDraft() || !known) return {};
   request.state.commands.draft.sign_name = name;
   ComposeDraft(request);
-  return Done(true);
+  return Request::Done(true);
 }
 
 template <std::string DraftParts::*kName>
@@ -76,12 +74,12 @@ Answer SetReference(Request& request) {
   const std::string_view name = request.Text(3);
   if (!folder || (!name.empty() && !Templates(request).Has(Kind(request, 2), name))) return {};
   request.state.commands.template_references[{*folder, Kind(request, 2)}] = name;
-  return Done(true);
+  return Request::Done(true);
 }
 
 // Drafts and information stay in memory: the folder only has to exist.
-Answer IsFolder(Request& request) { return Done(FolderOf(request, 0).has_value()); }
-Answer IsFolderPair(Request& request) { return Done(FolderOfPair(request, 0).has_value()); }
+Answer IsFolder(Request& request) { return Request::Done(FolderOf(request, 0).has_value()); }
+Answer IsFolderPair(Request& request) { return Request::Done(FolderOfPair(request, 0).has_value()); }
 
 constexpr Service kServices[] = {
     {113, "II", Name},

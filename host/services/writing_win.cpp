@@ -7,25 +7,23 @@
 namespace wrenfold {
 namespace {
 
-Answer Done(bool done) { return Request::AnswerNumber(done ? 1 : 0); }
-
 // name, value
 Answer Set(Request& request) {
-  return Done(SetHeader(request.state.EditCurrent(), request.Text(0), request.Text(1), 0));
+  return Request::Done(SetHeader(request.state.EditCurrent(), request.Text(0), request.Text(1), 0));
 }
 Answer Add(Request& request) {
   AddHeader(request.state.EditCurrent(), request.Text(0), request.Text(1));
-  return Done(true);
+  return Request::Done(true);
 }
 // name, value, occurrence; a negative occurrence becomes a number behind the last.
 Answer SetOccurrence(Request& request) {
   const auto n = static_cast<std::size_t>(request.Number(2));
-  return Done(SetHeader(request.state.EditCurrent(), request.Text(0), request.Text(1), n));
+  return Request::Done(SetHeader(request.state.EditCurrent(), request.Text(0), request.Text(1), n));
 }
 // name, occurrence
 Answer Delete(Request& request) {
   const auto n = static_cast<std::size_t>(request.Number(1));
-  return Done(DeleteHeader(request.state.EditCurrent(), request.Text(0), n));
+  return Request::Done(DeleteHeader(request.state.EditCurrent(), request.Text(0), n));
 }
 
 Answer Purpose(Request& request) {

@@ -10,7 +10,6 @@
 namespace wrenfold {
 namespace {
 
-constexpr UINT kHostRaiseWindow = 21627;  // wParam: the window to bring to the top
 constexpr UINT kSearchEnds = WM_APP;
 constexpr UINT kPlaceOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
 
@@ -62,7 +61,7 @@ LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM 
       return UpdateHostMenu(reinterpret_cast<HMENU>(wparam), g_server->state()), 0;
     case WM_COMMAND:
       return RunCommand(window, LOWORD(wparam));
-    case kHostRaiseWindow:
+    case wfinfo::kHostRaiseWindow:
       return Raise(reinterpret_cast<HWND>(wparam)), 0;
     case kSearchEnds:
       return g_searching = false, 0;

@@ -21,9 +21,8 @@
 
 namespace wfinfo {
 
-inline constexpr std::size_t kAddressRoom = 512;       // of an address or a display name, terminator included
-inline constexpr std::size_t kEntryLimit = 1024;       // an entry has fewer bytes than this
-inline constexpr std::size_t kAddressErrorRoom = 256;  // for a diagnostic, terminator included
+inline constexpr std::size_t kAddressRoom = 512;  // of an address or a display name, terminator included
+inline constexpr std::size_t kEntryLimit = 1024;  // an entry has fewer bytes than this
 
 inline constexpr unsigned kCodePageShiftJis = 932;
 inline constexpr unsigned kCodePageUtf8 = 65001;
@@ -40,13 +39,6 @@ enum class AddressError {
   kNoComma,          // other text behind ">"
   kAddressTooLong,   // 512 bytes or more
 };
-
-// The text of an error for the user; the Japanese one is host text. Both are "" for kNone and kNoEntry.
-struct AddressMessage {
-  const char* english;
-  const char* japanese;
-};
-AddressMessage MessageOf(AddressError error);
 
 struct AddressSyntax {
   unsigned code_page = kCodePageShiftJis;  // 65001: UTF-8; any other value: Shift-JIS

@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
+#include "src/addresses/address_messages_win.h"
 #include "src/bridge/debug_log_win.h"
 #include "src/bridge/host_protocol.h"
-#include "src/bridge/language_win.h"
 
 namespace wfinfo {
 
@@ -16,8 +16,7 @@ void LogAddressDiagnostic(const char* export_name, const char* diagnostic) {
 }
 
 void LogAddressError(const char* export_name, AddressError error) {
-  const AddressMessage message = MessageOf(error);
-  LogAddressDiagnostic(export_name, Chosen({message.english, message.japanese}));
+  LogAddressDiagnostic(export_name, Chosen(MessageOf(error)));
 }
 
 }  // namespace wfinfo

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "src/addresses/address_entry.h"
-#include "src/bridge/language_win.h"
+#include "src/addresses/address_messages_win.h"
 
 namespace wfinfo {
 
@@ -24,12 +24,11 @@ const char* ParseAddressEntry(const char* text, char* address_out, char* name_ou
   static_cast<void>(reserved);
   AddressParts parts;
   const AddressEntry entry = SplitAddressEntry(EntryWindow(text), &parts, {code_page, decode_words != 0});
-  const AddressMessage message = MessageOf(entry.error);
   if (flags_out != nullptr) *flags_out = 0;
   if (extra_out != nullptr) *extra_out = 0;
   std::strcpy(address_out, parts.address);
   if (name_out != nullptr) std::strcpy(name_out, parts.name);
-  if (error_out != nullptr) std::strcpy(error_out, g_useEnglish != 0 ? message.english : message.japanese);
+  if (error_out != nullptr) std::strcpy(error_out, Chosen(MessageOf(entry.error)));
   return entry.error == AddressError::kNone ? text + entry.next : nullptr;
 }
 

@@ -7,6 +7,7 @@
 #include "src/addresses/address_entry.h"
 #include "src/addresses/address_list.h"
 #include "src/addresses/address_log_win.h"
+#include "src/addresses/address_messages_win.h"
 #include "src/addresses/address_parser_win.h"
 #include "src/addresses/honorific.h"
 #include "src/bridge/report_win.h"

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "src/base/unique_win.h"
+#include "src/bridge/host_protocol.h"
 #include "src/bridge/registry_binding_win.h"
 
 namespace wfinfo {
@@ -12,9 +13,6 @@ namespace wfinfo {
 const void* const* g_hostServices = nullptr;
 
 namespace {
-
-constexpr int kLoggingService = 32;  // index of the logging function in the host's table
-using LoggingService = void (*)(const char* text, unsigned number);
 
 constexpr char kLogName[] = "dump.txt";
 constexpr DWORD kHomeRoom = 160;  // bytes of the home directory's name, as the host stores it
@@ -39,17 +37,17 @@ void Write(HANDLE file, const char* text) {
 }
 
 // The host's logging function; null when the table cannot be read that far or has none.
-LoggingService HostLog() {
-  const void* const* const entry = g_hostServices + kLoggingService;
+LogFunction HostLog() {
+  const void* const* const entry = g_hostServices + kLogEntry;
   if (IsBadReadPtr(entry, sizeof *entry)) return nullptr;
-  return reinterpret_cast<LoggingService>(const_cast<void*>(*entry));
+  return reinterpret_cast<LogFunction>(const_cast<void*>(*entry));
 }
 
 }  // namespace
 
 void WriteDebugLog(const char* text, unsigned number) {
   if (g_hostServices != nullptr) {
-    if (const LoggingService log = HostLog()) log(text, number);
+    if (const LogFunction log = HostLog()) log(text, number);
     return;
   }
   char path[kHomeRoom + sizeof kLogName];

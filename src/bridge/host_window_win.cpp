@@ -1,8 +1,6 @@
 #include "src/bridge/host_window_win.h"
 
-#include <algorithm>
 #include <cstring>
-#include <iterator>
 
 #include "src/bridge/export_call_win.h"
 #include "src/bridge/host_protocol.h"
@@ -14,9 +12,6 @@ namespace wfinfo {
 int g_inExecAt = 0;
 
 namespace {
-
-// Function codes that may be sent while a modal dialog of the host is open.
-constexpr unsigned kAllowedDuringDialog[] = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
 
 constexpr int kClassRoom = 32;       // characters read of an active window's or a dialog's class
 constexpr int kClassRoomWide = 100;  // characters read of an enumerated window's class
@@ -53,11 +48,6 @@ bool BelongsToCaller(HWND window) {
 
 HWND RequestTargetOf(HWND frame) {
   return reinterpret_cast<HWND>(SendMessageA(frame, kHostGetRequestTarget, 0, 0));
-}
-
-bool IsAllowedDuringDialog(unsigned function_code) {
-  return std::find(std::begin(kAllowedDuringDialog), std::end(kAllowedDuringDialog), function_code) !=
-         std::end(kAllowedDuringDialog);
 }
 
 // Shown at once, past the error callback and the log: the host is busy in a dialog. Once in a call of an
@@ -134,7 +124,7 @@ Candidate FindCandidate(SearchMode mode) {
 bool IsRefused(const Candidate& candidate, unsigned function_code) {
   return candidate.outcome == Outcome::kTestModality && candidate.window != nullptr &&
          GetLastActivePopup(candidate.window) != candidate.window && !IsWindowEnabled(candidate.window) &&
-         !IsAllowedDuringDialog(function_code);
+         !IsAllowedDuringDialog(static_cast<int>(function_code));
 }
 
 }  // namespace
@@ -169,7 +159,7 @@ HWND FindActiveFrame(unsigned function_code) {
   if (frame == nullptr || !HasClass(frame, kFrameClass)) frame = FindAnyFrame();
   if (frame == nullptr) return nullptr;
   if (GetLastActivePopup(frame) != frame && !IsWindowEnabled(frame) &&
-      !IsAllowedDuringDialog(function_code)) {
+      !IsAllowedDuringDialog(static_cast<int>(function_code))) {
     RefuseDuringDialog(function_code);
     return nullptr;
   }

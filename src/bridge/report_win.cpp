@@ -12,7 +12,7 @@
 namespace wfinfo {
 
 int g_useEnglish = 0;
-ErrorCallback g_errorCallback = nullptr;
+MessageCallback g_errorCallback = nullptr;
 
 namespace {
 

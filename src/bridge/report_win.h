@@ -1,13 +1,13 @@
 // Telling the user of an error, and the check that every text parameter passes first.
 #pragma once
 
+#include "src/bridge/host_protocol.h"
 #include "src/bridge/language_win.h"
 
 namespace wfinfo {
 
-// A host function that takes a finished message; its result is ignored.
-using ErrorCallback = void (*)(const char* text);
-extern ErrorCallback g_errorCallback;
+// Where the host wants messages to go; null until it says.
+extern MessageCallback g_errorCallback;
 
 // Puts "WFINFO.DLL: " in front of `text`, cuts it to 495 bytes of text without splitting a unit, and hands it
 // to the host's callback, or else writes it to the debug log and shows it in a message box of the host.

@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "src/bridge/host_protocol.h"
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
 #include "src/catalogue/declarations.h"
@@ -12,7 +13,6 @@ using namespace wfinfo;
 
 namespace {
 
-constexpr int kCodeFlags = 15;
 constexpr int kCodeChangeFlags = 97;
 constexpr int kCodeCharSet = 193;
 constexpr UINT kHighPriorityItem = 40129;
@@ -61,15 +61,15 @@ bool IsOn(long long value) {
 int GetMailFlag(const char* name) noexcept {
   const std::uint32_t bit = FlagBit(name, false);
   // The host is asked even for a name that was refused.
-  const bool set = (static_cast<std::uint32_t>(SendHostRequest(kCodeFlags)) & bit) != 0;
-  return (bit == kFoldingOffFlag ? !set : set) ? 1 : 0;
+  const bool set = (static_cast<std::uint32_t>(SendHostRequest(kCodeMailState)) & bit) != 0;
+  return (bit == kStateNoFolding ? !set : set) ? 1 : 0;
 }
 
 long long SetMailFlag(const char* name, int value) noexcept {
   const std::uint32_t bit = FlagBit(name, true);
   if (bit == 0) return 0;
-  const bool set = (value != 0) != (bit == kFoldingOffFlag);
-  Slot block[] = {ToSlot(set ? bit : 0u), ToSlot(bit == kSentUnknownFlag ? bit | kSentUnknownMark : bit)};
+  const bool set = (value != 0) != (bit == kStateNoFolding);
+  Slot block[] = {ToSlot(set ? bit : 0u), ToSlot(bit == kStateSentUnknown ? bit | kSentUnknownMark : bit)};
   return SendHostRequest(kCodeChangeFlags, block);
 }
 
@@ -77,7 +77,7 @@ int IsHighPriority() noexcept {
   const MenuItem item = FrameMenuItem(kHighPriorityItem);
   if (item.IsKnown() && !item.IsGrayed()) return item.IsChecked() ? 1 : 0;
   // Not a mail being written: the flag of the mail shown.
-  return (SendHostRequest(kCodeFlags) & kPriorityFlag) != 0 ? 1 : 0;
+  return (SendHostRequest(kCodeMailState) & kStateHighPriority) != 0 ? 1 : 0;
 }
 
 int IsRequestNotification() noexcept { return FrameMenuItem(kRequestNotificationItem).IsChecked() ? 1 : 0; }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 
+#include "src/bridge/host_protocol.h"
 #include "src/commands/keyword_table.h"
 
 namespace wfinfo {
@@ -14,35 +15,30 @@ struct MailFlagName {
   bool writable;      // SetMailFlag may change it
 };
 
-// Bits that are more than their table row.
-inline constexpr std::uint32_t kPriorityFlag = 0x00008000;
-inline constexpr std::uint32_t kFoldingOffFlag = 0x00004000;  // "orikaeshi": set when folding is off
-inline constexpr std::uint32_t kSentUnknownFlag = 0x00000040;
-inline constexpr std::uint32_t kSentUnknownMark = 0x80000000;  // goes into the mask with the flag above
-
 // Letter case counts. Two pairs of words share a bit: the host gives it its meaning by the kind of folder.
+// "orikaeshi" is set when folding is off.
 inline constexpr MailFlagName kMailFlagNames[] = {
-    {"attach", 0x00010000, false},
-    {"send", 0x00200000, true},
-    {"messageid", 0x01000000, false},
-    {"inreplyid", 0x02000000, false},
-    {"mark", 0x04000000, true},
-    {"cc", 0x08000000, false},
-    {"encoded", 0x10000000, false},
-    {"priority1", kPriorityFlag, false},
-    {"orikaeshi", kFoldingOffFlag, true},
-    {"sent", 0x00400000, true},
-    {"html", 0x00020000, false},
-    {"reply", 0x00040000, true},
-    {"forward", 0x00080000, true},
-    {"unread", 0x00100000, true},
-    {"altered", 0x00001000, true},
-    {"hot", 0x40000000, true},
-    {"memo", 0x00000400, false},
-    {"sentunknown", kSentUnknownFlag, true},
-    {"spam", 0x00000020, false},
-    {"remotemail_wantdownload", 0x00200000, true},
-    {"remotemail_wantdelete", 0x00400000, true},
+    {"attach", kStateAttachment, false},
+    {"send", kStateSend, true},
+    {"messageid", kStateMessageId, false},
+    {"inreplyid", kStateInReplyTo, false},
+    {"mark", kStateMarked, true},
+    {"cc", kStateCc, false},
+    {"encoded", kStateEncoded, false},
+    {"priority1", kStateHighPriority, false},
+    {"orikaeshi", kStateNoFolding, true},
+    {"sent", kStateSent, true},
+    {"html", kStateHtml, false},
+    {"reply", kStateReplied, true},
+    {"forward", kStateForwarded, true},
+    {"unread", kStateUnread, true},
+    {"altered", kStateAltered, true},
+    {"hot", kStateHot, true},
+    {"memo", kStateMemo, false},
+    {"sentunknown", kStateSentUnknown, true},
+    {"spam", kStateSpam, false},
+    {"remotemail_wantdownload", kStateSend, true},
+    {"remotemail_wantdelete", kStateSent, true},
 };
 
 inline const MailFlagName* FindMailFlag(std::string_view text) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "src/base/unique_win.h"
+#include "src/bridge/host_protocol.h"
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/results_win.h"
 #include "src/bridge/system_code_page_win.h"
@@ -15,7 +16,6 @@
 namespace wfinfo {
 namespace {
 
-constexpr int kCodeLoadText = 291;
 constexpr int kSizeLimit = 104'857'600;  // 100 MiB: files are smaller
 constexpr UINT kHostCodePage = 932;
 constexpr char kHostProgram[] = "Wrenfold.exe";

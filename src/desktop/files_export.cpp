@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "src/base/unique_win.h"
+#include "src/bridge/host_protocol.h"
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
 #include "src/bridge/results_win.h"
@@ -21,7 +22,6 @@ using wfinfo::IsTextOrNull;
 using wfinfo::ToSlot;
 using wfinfo::WIDETEXT;
 
-constexpr int kCodeLoadText = 291;
 constexpr int kCodeOpenFileName = 292;
 constexpr int kCodeSaveFileName = 293;
 constexpr wfinfo::Slot kLoadLimit = 65536;  // bytes that LoadStringFromFile asks for
@@ -115,7 +115,7 @@ const char* Bypass_GetSaveFileName(const char* first, const char* second, const 
 const char* LoadStringFromFile(const char* file_name) noexcept {
   if (!IsText(file_name)) return wfinfo::kNoText;
   wfinfo::Slot block[] = {ToSlot(file_name), kLoadLimit};
-  return wfinfo::SendHostRequestStr(kCodeLoadText, block);
+  return wfinfo::SendHostRequestStr(wfinfo::kCodeLoadText, block);
 }
 
 long long SaveStringToFile(const char* file_name, const char* text, int append, int encoding) noexcept {

@@ -81,7 +81,6 @@ class Repetition {
   unsigned limit_ = 1;
 };
 
-constexpr UINT kHostRaiseWindow = 21627;  // to the frame: wParam is the window to bring to the top
 constexpr int kCodeGrepRaised = 264;
 constexpr char kBrowserClass[] = "Internet Explorer_Server";
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "src/bridge/host_protocol.h"
 #include "src/mapi/host_blocks.h"
 
 namespace wfinfo::mapi {
@@ -40,7 +41,7 @@ bool PassCommandLine(HWND host, const SharedBlock& block) {
   if (!in_host) return false;
   DWORD_PTR answer = 0;
   // A host that is slow takes the block, and closes the handle, after this call has given up.
-  SendMessageTimeoutA(host, kPassCommandLine, reinterpret_cast<WPARAM>(in_host.release()), 1, SMTO_BLOCK,
+  SendMessageTimeoutA(host, kHostPassCommandLine, reinterpret_cast<WPARAM>(in_host.release()), 1, SMTO_BLOCK,
                       kPassTimeoutMs, &answer);
   std::uint64_t window = 0;
   std::memcpy(&window, block.bytes(), sizeof window);

@@ -1,17 +1,11 @@
-// What crosses the border between a program that calls Simple MAPI and the host: messages to the host's
-// frame, and blocks of shared memory. All integers are little-endian, all texts zero-terminated host text.
+// What crosses the border between a program that calls Simple MAPI and the host: the blocks of shared memory that
+// kHostPassCommandLine and kHostStoreRequest name. All integers are little-endian, all texts zero-terminated host text.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
 namespace wfinfo::mapi {
-
-// Messages to the frame.
-inline constexpr unsigned kPassCommandLine = 21622;  // wParam: mapping, valid in the host; lParam 1
-inline constexpr unsigned kStoreRequest =
-    21639;  // posted; wParam: StoreRequest; lParam: mapping, valid in the host
-inline constexpr unsigned kQueryReady = 21703;  // non-zero once the host can take requests
 
 inline constexpr unsigned kPassTimeoutMs = 10000;
 inline constexpr unsigned kReadyTimeoutMs = 1000;

@@ -73,7 +73,7 @@ void WaitUntilReady(HWND frame) {
   const DWORD since = GetTickCount();
   for (;;) {
     DWORD_PTR answer = 0;
-    if (SendMessageTimeoutA(frame, kQueryReady, 0, 0, SMTO_BLOCK, kReadyTimeoutMs, &answer) != 0 &&
+    if (SendMessageTimeoutA(frame, kHostQueryReady, 0, 0, SMTO_BLOCK, kReadyTimeoutMs, &answer) != 0 &&
         answer != 0)
       return;
     if (GetTickCount() - since >= kReadyWaitMs) return;

@@ -1,5 +1,6 @@
 #include "src/mapi/store_request_win.h"
 
+#include "src/bridge/host_protocol.h"
 #include "src/mapi/host_launch_win.h"
 #include "src/mapi/launch_dialogs_win.h"
 #include "src/mapi/mapi_log_win.h"
@@ -20,7 +21,7 @@ bool Post(HWND frame, const SharedBlock& block, StoreRequest kind, HANDLE event)
     return false;
   }
   block.as<StoreHead>().event = reinterpret_cast<std::uint64_t>(event_in_host.get());
-  if (!PostMessageA(frame, kStoreRequest, static_cast<WPARAM>(kind),
+  if (!PostMessageA(frame, kHostStoreRequest, static_cast<WPARAM>(kind),
                     reinterpret_cast<LPARAM>(mapping_in_host.get()))) {
     Log("PostMessage failed.");
     return false;

@@ -2,6 +2,7 @@
 // goes to it with which width, and the line ends that tell it what not to fold.
 #include <cstring>
 
+#include "src/bridge/host_protocol.h"
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
 #include "src/bridge/results_win.h"
@@ -14,17 +15,11 @@ using namespace wfinfo;
 namespace {
 
 // Function codes and commands of the host.
-constexpr int kCodeCurrentState = 15;
 constexpr int kCodeRootState = 263;
 constexpr int kCodeQuoteWidth = 262;
 constexpr int kDontFoldCommand = 40179;
 
-// Bits of a mail's state.
-constexpr Slot kFoldingOff = 0x4000;
-constexpr Slot kUnread = 0x100000;
-constexpr Slot kMarked = 0x4000000;
-
-bool StateHas(int code, Slot bit) { return (SendHostRequest(code) & bit) != 0; }
+bool StateHas(int code, MailState bit) { return (SendHostRequest(code) & bit) != 0; }
 
 // `text` with all its line ends in one form. It may be the kept block, which is freed only after the copy.
 const char* WithLineEnds(const char* text, LineEnd form) {
@@ -57,17 +52,17 @@ const char* QuoteWidth(const char* text, long long width) noexcept {
   return SendHostRequestStr(kCodeQuoteWidth, block);
 }
 
-long long IsOrikaeshi() noexcept { return StateHas(kCodeCurrentState, kFoldingOff) ? 0 : 1; }
+long long IsOrikaeshi() noexcept { return StateHas(kCodeMailState, kStateNoFolding) ? 0 : 1; }
 
-long long IsRootOrikaeshi() noexcept { return StateHas(kCodeRootState, kFoldingOff) ? 0 : 1; }
+long long IsRootOrikaeshi() noexcept { return StateHas(kCodeRootState, kStateNoFolding) ? 0 : 1; }
 
-long long IsUnread() noexcept { return StateHas(kCodeCurrentState, kUnread) ? 1 : 0; }
+long long IsUnread() noexcept { return StateHas(kCodeMailState, kStateUnread) ? 1 : 0; }
 
-long long IsMarked() noexcept { return StateHas(kCodeCurrentState, kMarked) ? 1 : 0; }
+long long IsMarked() noexcept { return StateHas(kCodeMailState, kStateMarked) ? 1 : 0; }
 
 long long SyncOrikaeshi() noexcept {
-  const bool root_off = StateHas(kCodeRootState, kFoldingOff);
-  if (root_off != StateHas(kCodeCurrentState, kFoldingOff)) SwitchOrikaeshi();
+  const bool root_off = StateHas(kCodeRootState, kStateNoFolding);
+  if (root_off != StateHas(kCodeMailState, kStateNoFolding)) SwitchOrikaeshi();
   return 0;
 }
 

@@ -16,7 +16,6 @@ constexpr UINT kPatienceMs = 20000;
 // What the host may want after the wait, as flags in its answer.
 constexpr Slot kWantsMessage = 0x100;
 constexpr Slot kWantsCommand = 0x200;
-constexpr UINT kWantedMessage = 21631;
 constexpr WPARAM kWantedCommand = 40365;
 
 bool IsHostWindow(HWND window) {
@@ -27,7 +26,7 @@ Slot Tell(HWND host, int code) { return SendMessageA(host, kHostRequest, static_
 
 void EndWait(HWND host) {
   const Slot wanted = Tell(host, kCodeWaitEnds);
-  if ((wanted & kWantsMessage) != 0) SendMessageA(host, kWantedMessage, 0, 0);
+  if ((wanted & kWantsMessage) != 0) SendMessageA(host, kHostWaitOver, 0, 0);
   if ((wanted & kWantsCommand) != 0) SendMessageA(host, WM_COMMAND, kWantedCommand, 0);
 }
 

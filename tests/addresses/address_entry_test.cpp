@@ -194,33 +194,6 @@ TEST(AddressEntry, LimitsAreExact) {
     EXPECT_EQ(error(entry + tail), AddressError::kEntryTooLong) << tail;
 }
 
-TEST(AddressEntry, EveryErrorHasBothTexts) {
-  const struct {
-    AddressError error;
-    const char* english;
-  } cases[] = {
-      {AddressError::kNone, ""},
-      {AddressError::kNoEntry, ""},
-      {AddressError::kOpenSection, "Double quotations or parentheses mismatch."},
-      {AddressError::kEntryTooLong, "Name+Email address total length too long."},
-      {AddressError::kNameTooLong, "Name length too long."},
-      {AddressError::kNoCommaBetween, "The comma between <...> and <...> seems to be missing."},
-      {AddressError::kBracketMismatch,
-       "Email address specification failed. It seems that '<' and '>' mismatch or separating comma missing."},
-      {AddressError::kFullWidthComma, "Zenkaku comma exists after <...>"},
-      {AddressError::kNoComma, "It seems that email addresses separating comma is missing."},
-      {AddressError::kAddressTooLong, "Email address length too long."},
-  };
-  for (const auto& c : cases) {
-    const AddressMessage message = MessageOf(c.error);
-    EXPECT_STREQ(message.english, c.english);
-    const std::string_view japanese = message.japanese;
-    EXPECT_EQ(japanese.empty(), *c.english == '\0');
-    EXPECT_LT(japanese.size(), kAddressErrorRoom);
-    EXPECT_TRUE(japanese.empty() || japanese.ends_with("\x81\x42")) << "ends in an ideographic full stop";
-  }
-}
-
 struct ListCase {
   std::string list;
   std::vector<std::string> entries;

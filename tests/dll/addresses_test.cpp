@@ -257,6 +257,7 @@ TEST(AddressParser, TellsEveryErrorInBothLanguages) {
     EXPECT_EQ(Parse(c.text.c_str()).error, c.english);
     wfinfo::g_useEnglish = 0;
     EXPECT_EQ(Parse(c.text.c_str()).error, Sjis(c.japanese));
+    EXPECT_LT(Sjis(c.japanese).size(), 256u) << "the room that callers give";
   }
 }
 

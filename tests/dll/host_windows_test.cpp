@@ -99,8 +99,6 @@ TEST(HostWindows, TheWaitCursorIsSetAndTakenBack) {
   EXPECT_EQ(GetCursor(), LoadCursorA(nullptr, IDC_ARROW));
 }
 
-constexpr UINT kRaiseMessage = 21627;
-
 class ViewerFocus : public ::testing::Test {
  protected:
   HWND Child(HWND parent, const char* class_name = "ViewerPart") {
@@ -118,7 +116,7 @@ class WindowsToTheTop : public ::testing::Test {
  protected:
   WindowsToTheTop() {
     host.hook = [this](HWND window, UINT message, WPARAM wparam, LPARAM lparam, LRESULT*) {
-      if (message != kRaiseMessage) return false;
+      if (message != wfinfo::kHostRaiseWindow) return false;
       EXPECT_EQ(lparam, 0);
       raised.emplace_back(window, reinterpret_cast<HWND>(wparam));
       return true;

@@ -10,8 +10,6 @@
 namespace wfinfo_test {
 namespace {
 
-constexpr UINT kRequestMessage = 21623;
-constexpr UINT kWantedMessage = 21631;
 constexpr char kFirstParameterEnglish[] = "The 1st parameter of ExecAt is invalid.";
 constexpr char kTimedOutEnglish[] = "ExecAt dead locked or timed out.";
 
@@ -37,7 +35,7 @@ class ForeignFrame {
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     auto* const self = reinterpret_cast<ForeignFrame*>(GetPropA(window, "self"));
-    if (message == kRequestMessage && self != nullptr) {
+    if (IsRequest(message) && self != nullptr) {
       return self->answer_(static_cast<int>(wparam), reinterpret_cast<const Slot*>(lparam));
     }
     return DefWindowProcA(window, message, wparam, lparam);
@@ -100,7 +98,7 @@ TEST(ExecAt, TheHostMayAskForMoreAfterTheWait) {
     std::vector<std::string> order;
     host.hook = [&](HWND window, UINT message, WPARAM wparam, LPARAM lparam, LRESULT*) {
       if (message == WM_COMMAND) order.emplace_back("command");
-      if (message != kWantedMessage) return false;
+      if (message != wfinfo::kHostWaitOver) return false;
       EXPECT_EQ(window, host.frame());
       EXPECT_EQ(wparam, 0u);
       EXPECT_EQ(lparam, 0);

@@ -299,11 +299,7 @@ void CheckDuplicationForEver(bool english, const char* mode) {
   const Texts message = {"Invalid mode specified in CheckDuplication function.",
                          u8"CheckDuplicationのモード指定がおかしいです。"};
   g_repeated = english ? message.english : Sjis(message.japanese);
-  const struct {
-    unsigned size;
-    unsigned english;
-    void (*callback)(const char*);
-  } info = {16, english ? 1u : 0u, &CountRepetitions};
+  const wfinfo::HandOverRecord info = {sizeof info, english ? 1u : 0u, &CountRepetitions};
   NotifyWrenfoldInfo(&info);
   CheckDuplication(mode, "A", "B", 0, 0);
   _exit(2);

@@ -8,7 +8,6 @@
 namespace wfinfo_test {
 namespace {
 
-constexpr UINT kRequestMessage = 21623;
 constexpr std::size_t kBufferSize = 0x4000;
 constexpr std::size_t kRecordSize = 4896;
 constexpr int kCodeCurrentHeader = 3;
@@ -35,13 +34,13 @@ ForgetfulHost::ForgetfulHost(Forgets forgets) : forgets_(forgets) {
   buffer_ = NewPages();
   NewRecord();
   windows_.hook = [this](HWND, UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
-    const bool command = message == WM_COMMAND && lparam == 0 && HIWORD(wparam) == 0;
+    const bool command = IsMenuCommand(message, wparam, lparam);
     if (command) {
       requests_.push_back("command " + std::to_string(LOWORD(wparam)));
       *result = 1;
     }
-    if (message == kRequestMessage) *result = Answer(static_cast<int>(wparam), lparam);
-    return command || message == kRequestMessage;
+    if (IsRequest(message)) *result = Answer(static_cast<int>(wparam), lparam);
+    return command || IsRequest(message);
   };
 }
 

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <mutex>
 
+#include "src/bridge/host_protocol.h"
+
 namespace wfinfo_test {
 
 using namespace wfinfo::mapi;
@@ -27,13 +29,13 @@ MapiHost::MapiHost() {
 }
 
 bool MapiHost::Receive(UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
-  if (message == kQueryReady) {
+  if (message == wfinfo::kHostQueryReady) {
     ++readiness_queries;
-  } else if (message == kPassCommandLine) {
+  } else if (message == wfinfo::kHostPassCommandLine) {
     EXPECT_EQ(lparam, 1);
     TakeCommandLine(reinterpret_cast<HANDLE>(wparam));
     *result = 1;
-  } else if (message == kStoreRequest) {
+  } else if (message == wfinfo::kHostStoreRequest) {
     TakeStoreRequest(static_cast<unsigned>(wparam), reinterpret_cast<HANDLE>(lparam));
   } else if (message == kClosePopup) {
     EnableWindow(host.frame(), TRUE);

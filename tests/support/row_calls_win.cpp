@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 
+#include "src/catalogue/requests.h"
 #include "tests/support/library.h"
 
 namespace wfinfo_test {
@@ -27,11 +28,14 @@ struct Info {
 } g_info;
 
 Slot DefaultOf(const Parameter& parameter, const CallTargets& targets) {
-  const std::string_view type = parameter.type;
-  if (type == "Text" || type == "OptText" || type == "RawText") return T("text");
-  if (type == "WideText") return Address(L"text");
-  if (type == "Handle") return Address(targets.window);
-  if (type == "Bytes" || type == "Record") return Address(g_zeroes);
+  switch (TypeOf(parameter).shape) {
+    case 'T':
+      return T("text");
+    case 'W':
+      return Address(L"text");
+    case 'A':
+      return Address(parameter.type == "Handle" ? static_cast<const void*>(targets.window) : g_zeroes);
+  }
   return 0;
 }
 

@@ -12,10 +12,6 @@ namespace wfinfo_test {
 
 namespace {
 
-constexpr UINT kRequestMessage = 21623;
-constexpr UINT kGetActiveView = 21701;
-constexpr UINT kGetRequestTarget = 21664;
-
 ScriptedHost* g_host = nullptr;
 std::vector<std::string> g_messages;
 std::mutex g_messagesLock;
@@ -129,11 +125,8 @@ ScriptedHost::~ScriptedHost() {
 
 void ScriptedHost::SetLanguage(Language language) {
   language_ = language;
-  const struct {
-    unsigned size;
-    unsigned english;
-    void (*callback)(const char*);
-  } info = {16, language == Language::kEnglish ? 1u : 0u, &CollectMessage};
+  const wfinfo::HandOverRecord info = {sizeof info, language == Language::kEnglish ? 1u : 0u,
+                                       &CollectMessage};
   NotifyWrenfoldInfo(&info);
 }
 
@@ -221,16 +214,16 @@ LRESULT CALLBACK ScriptedHost::WindowProcedure(HWND window, UINT message, WPARAM
 LRESULT ScriptedHost::Receive(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   LRESULT result = 0;
   if (hook && hook(window, message, wparam, lparam, &result)) return result;
-  if (message == kGetActiveView) {
+  if (message == wfinfo::kHostGetActiveView) {
     ++active_view_queries_;
     return reinterpret_cast<LRESULT>(active_view_);
   }
-  if (message == kGetRequestTarget) {
+  if (message == wfinfo::kHostGetRequestTarget) {
     ++request_target_queries_;
     return reinterpret_cast<LRESULT>(request_target_);
   }
-  const bool command = message == WM_COMMAND && lparam == 0 && HIWORD(wparam) == 0;
-  if (message != kRequestMessage && !command) return DefWindowProcA(window, message, wparam, lparam);
+  const bool command = IsMenuCommand(message, wparam, lparam);
+  if (!IsRequest(message) && !command) return DefWindowProcA(window, message, wparam, lparam);
 
   ++received_;
   const int code = static_cast<int>(wparam);

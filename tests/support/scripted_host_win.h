@@ -15,9 +15,9 @@
 #include <string>
 #include <vector>
 
-namespace wfinfo_test {
+#include "tests/support/slots.h"
 
-using Slot = long long;
+namespace wfinfo_test {
 
 // What a request brought: its code and the address of its argument block.
 struct Request {

@@ -240,7 +240,7 @@ TEST(LongTexts, OfThreeMebibytesWork) {
   ScriptedHost* const windows = &host.windows();
   Slot sent = 0;
   windows->hook = [&](HWND, UINT message, WPARAM wparam, LPARAM lparam, LRESULT* result) {
-    if (message != 21623) return false;
+    if (!IsRequest(message)) return false;
     if (wparam == 297) sent = static_cast<Slot>(std::strlen(reinterpret_cast<const char*>(lparam)));
     *result = 0;
     return true;

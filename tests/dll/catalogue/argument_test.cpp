@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "src/catalogue/rows.h"
+#include "src/catalogue/requests.h"
 #include "tests/support/bad_texts.h"
 #include "tests/support/forgetful_host_win.h"
 #include "tests/support/guarded_win.h"
@@ -129,7 +129,7 @@ std::string TextOf(const Row& row, std::size_t parameter, const std::string& fil
 
 bool IsText(const Row& row, std::size_t parameter) {
   const std::string_view type = row.parameters[parameter].type;
-  if (type == "Text" || type == "OptText" || type == "RawText" || type == "Rest") return true;
+  if (TypeOf(row.parameters[parameter]).shape == 'T' || type == "Rest") return true;
   if (type != "Value") return false;
   for (const Word& word : kWords) {
     if (row.name == word.name && parameter == word.parameter) return true;

@@ -2,8 +2,6 @@
 // once, and only the allowed codes reach the host.
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "tests/support/library.h"
 #include "tests/support/row_calls_win.h"
 #include "tests/support/scripted_host_win.h"
@@ -14,8 +12,6 @@ namespace {
 using wfinfo::catalogue::Kind;
 using wfinfo::catalogue::Row;
 using wfinfo::catalogue::Rows;
-
-const std::set<int> kAllowed = {216, 209, 313, 46, 48, 73, 74, 307, 319, 333};
 
 // Boxes closed so far that refuse because of a dialog.
 std::size_t Refusals(BoxCloser& closer) {
@@ -31,9 +27,8 @@ class DialogRows : public testing::Test {
   DialogRows() {
     targets_ = {host_.OpenWindow("STATIC"), host_.frame()};
     host_.hook = [this](HWND, UINT message, WPARAM wparam, LPARAM lparam, LRESULT* answer) {
-      constexpr UINT kRequest = 21623;
-      const bool command = message == WM_COMMAND && lparam == 0 && HIWORD(wparam) == 0;
-      if (message != kRequest && !command) return false;
+      const bool command = IsMenuCommand(message, wparam, lparam);
+      if (!IsRequest(message) && !command) return false;
       sent_.push_back(command ? -static_cast<int>(wparam) : static_cast<int>(wparam));
       *answer = 0;
       return true;
@@ -63,7 +58,7 @@ class DialogRows : public testing::Test {
 std::size_t BoxesOf(const Row& row) {
   // Without a view a request to one finds no window, and nothing is refused.
   if (row.dispatcher == "View") return 0;
-  return row.kind == Kind::kThin && kAllowed.count(row.code) != 0 ? 0 : 1;
+  return row.kind == Kind::kThin && wfinfo::IsAllowedDuringDialog(row.code) ? 0 : 1;
 }
 
 TEST_F(DialogRows, OneCallShowsOneBoxAtMost) {
@@ -83,7 +78,8 @@ TEST_F(DialogRows, OneCallShowsOneBoxAtMost) {
       }
       for (const int code : sent_) {
         // The macro names the window to ExecAt itself: that request is no matter of the search.
-        EXPECT_TRUE(kAllowed.count(code) != 0 || row.name == "ExecAt") << row.name << " sent " << code;
+        EXPECT_TRUE(wfinfo::IsAllowedDuringDialog(code) || row.name == "ExecAt")
+            << row.name << " sent " << code;
       }
     }
   }
@@ -130,7 +126,7 @@ TEST(DialogCalls, CallsThatTheHostMakesMeanwhileAreTheirOwn) {
   ScriptedHost host;
   BoxCloser closer;
   host.hook = [&](HWND, UINT message, WPARAM wparam, LPARAM, LRESULT* answer) {
-    if (message != 21623) return false;
+    if (!IsRequest(message)) return false;
     *answer = 1;
     if (wparam == 71) {
       const HWND dialog = host.OpenDialog(host.frame(), true);
@@ -189,7 +185,7 @@ TEST_F(DialogLookUps, AFrameThatMayBeTheGrepWindowIsLeftAlone) {
     SetWindowPos(top, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     bool raised = false;
     host_.hook = [&](HWND, UINT message, WPARAM, LPARAM, LRESULT*) {
-      raised = raised || message == 21627;
+      raised = raised || message == wfinfo::kHostRaiseWindow;
       return false;
     };
     EXPECT_EQ(InDialog(MainWnd), nullptr);

@@ -4,8 +4,8 @@
 
 #include <map>
 #include <set>
-#include <sstream>
 
+#include "src/catalogue/requests.h"
 #include "tests/support/library.h"
 #include "tests/support/row_calls_win.h"
 #include "tests/support/scripted_host_win.h"
@@ -21,12 +21,7 @@ using Requests = std::set<std::string>;  // as in the rows: "H1", "F12:40024", "
 
 Requests NamedBy(const Row& row) {
   Requests named;
-  std::istringstream words{std::string(row.requests)};
-  for (std::string word; words >> word;) {
-    if (word.size() > 1 && std::string_view("HFVM").find(word[0]) != std::string_view::npos &&
-        word[1] >= '0' && word[1] <= '9')
-      named.insert(word);
-  }
+  for (const wfinfo::catalogue::SentRequest& request : RequestsOf(row)) named.insert(WordOf(request));
   return named;
 }
 
@@ -78,9 +73,8 @@ class RecordingHost {
 
  private:
   bool Receive(HWND window, UINT message, WPARAM wparam, LPARAM lparam, LRESULT* answer) {
-    constexpr UINT kRequest = 21623;
-    const bool command = message == WM_COMMAND && lparam == 0 && HIWORD(wparam) == 0;
-    if (message != kRequest && !command) return false;
+    const bool command = IsMenuCommand(message, wparam, lparam);
+    if (!IsRequest(message) && !command) return false;
     *answer = 0;
     const int code = static_cast<int>(wparam);
     if (command) {
@@ -90,7 +84,7 @@ class RecordingHost {
     }
     std::string request = (window == host_.frame() ? "F" : "H") + std::to_string(code);
     auto* const block = reinterpret_cast<Slot*>(lparam);
-    if (code == 12 || code == 57) request += ":" + std::to_string(block[0]);
+    if (wfinfo::CarriesCommand(code)) request += ":" + std::to_string(block[0]);
     sent_.insert(request);
     *answer = AnswerTo(code, block);
     return true;

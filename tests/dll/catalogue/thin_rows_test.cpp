@@ -5,7 +5,7 @@
 #include <array>
 #include <deque>
 
-#include "src/catalogue/rows.h"
+#include "src/catalogue/requests.h"
 #include "tests/support/library.h"
 #include "tests/support/scripted_host_win.h"
 
@@ -32,8 +32,8 @@ Slot Call(const Row& row, const Arguments& a) {
   return function(a[0], a[1], a[2], a[3], a[4], a[5], a[6], a[7], a[8], a[9]);
 }
 
-bool IsTextType(std::string_view type) { return type == "Text" || type == "OptText" || type == "RawText"; }
-bool IsChecked(std::string_view type) { return type == "Text" || type == "OptText"; }
+bool IsTextType(const Parameter& parameter) { return TypeOf(parameter).shape == 'T'; }
+bool IsChecked(const Parameter& parameter) { return TypeOf(parameter).checked; }
 bool IsThin(const Row& row) { return row.kind != Kind::kHand; }
 
 // A value of each type whose slot shows how it was widened, with garbage in the half that does not count.
@@ -44,7 +44,7 @@ struct Sample {
 
 Sample SampleOf(const Parameter& parameter, std::deque<std::string>& texts) {
   constexpr Slot kGarbageHigh = 0x7777777700000000;
-  if (IsTextType(parameter.type)) {
+  if (IsTextType(parameter)) {
     texts.push_back("value of " + std::string(parameter.name));
     const auto address = static_cast<Slot>(reinterpret_cast<INT_PTR>(texts.back().c_str()));
     return {address, address};
@@ -136,7 +136,7 @@ TEST_F(ThinRows, GarbageTextsSendNothingAndGiveTheFailureValue) {
     if (!IsThin(row)) continue;
     SCOPED_TRACE(row.name);
     for (std::size_t bad = 0; bad < row.parameters.size(); ++bad) {
-      if (!IsChecked(row.parameters[bad].type)) continue;
+      if (!IsChecked(row.parameters[bad])) continue;
       for (const Slot value : garbage) {
         if (value == 0 && row.parameters[bad].type == "OptText") continue;
         std::deque<std::string> texts;

@@ -4,16 +4,17 @@
 
 #include <cstdlib>
 
+#include "src/bridge/host_protocol.h"
+
 namespace {
 
-constexpr UINT kHostRequest = 21623;
 constexpr WPARAM kCodeExecute = 45;
 constexpr UINT kLifetime = 60000;  // milliseconds
 
 long long g_answer;
 
 LRESULT CALLBACK Frame(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == kHostRequest) return wparam == kCodeExecute && lparam != 0 ? g_answer : -1;
+  if (message == wfinfo::kHostRequest) return wparam == kCodeExecute && lparam != 0 ? g_answer : -1;
   if (message == WM_TIMER || message == WM_CLOSE) PostQuitMessage(0);
   return DefWindowProcA(window, message, wparam, lparam);
 }
@@ -25,10 +26,10 @@ int main(int count, char** arguments) {
   g_answer = std::atoll(arguments[2]);
   WNDCLASSA frame{};
   frame.lpfnWndProc = &Frame;
-  frame.lpszClassName = "WrenfoldFrame";
+  frame.lpszClassName = wfinfo::kFrameClass;
   RegisterClassA(&frame);
   // Hidden: the tests of the caller keep their focus.
-  const HWND window = CreateWindowExA(0, "WrenfoldFrame", arguments[1], WS_OVERLAPPEDWINDOW, 0, 0, 50, 50,
+  const HWND window = CreateWindowExA(0, wfinfo::kFrameClass, arguments[1], WS_OVERLAPPEDWINDOW, 0, 0, 50, 50,
                                       nullptr, nullptr, nullptr, nullptr);
   SetTimer(window, 1, kLifetime, nullptr);
   MSG message;

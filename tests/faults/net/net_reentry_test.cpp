@@ -1,8 +1,8 @@
 // Calls of the HTTP functions from within their own reports and from within WinINet.
-#include <cstdint>
 #include <string>
 #include <utility>
 
+#include "src/bridge/host_protocol.h"
 #include "tests/doubles/net/net_doubles.h"
 
 namespace wfinfo_test {
@@ -20,10 +20,7 @@ class HttpReentry : public HttpDouble {
  protected:
   HttpReentry() {
     g_reports = 0;
-    struct {
-      std::uint32_t size, english;
-      void(CALLBACK* callback)(const char*);
-    } info = {16, 1, &Reported};
+    const wfinfo::HandOverRecord info = {sizeof info, 1, &Reported};
     NotifyWrenfoldInfo(&info);
   }
   ~HttpReentry() override {

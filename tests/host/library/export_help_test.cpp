@@ -27,6 +27,8 @@ TEST(ExportHelp, ShowsTheCallAndWhatItSends) {
   EXPECT_NE(HelpText(*FindRow("NextMail")).find("Sends: code 12 (Host), command 40031"), std::string::npos);
   EXPECT_NE(HelpText(*FindRow("DeleteFolder")).find("Sends: code 246 (Host), code 260 (Host)"),
             std::string::npos);
+  EXPECT_NE(HelpText(*FindRow("CallByEmailList")).find("Sends: what the called export sends\n"),
+            std::string::npos);
 }
 
 TEST(ExportHelp, EachExportHasHelpAndStandsInTheOverview) {

@@ -40,6 +40,41 @@ TEST(HeaderLookup, AnEscapeThatEndsInCrEndsNoLine) {
             "b");
 }
 
+TEST(HeaderLookup, FindsWhereAHeaderStands) {
+  const std::string text = "A: 1\r\n 2\r\nno name\r\nB: 3\r\na: 4\r\n\r\nA: 5\r\n";
+  EXPECT_EQ(FieldAt(text, 0)->lines, "A: 1\r\n 2\r\n");
+  EXPECT_FALSE(FieldAt(text, 10)->Is("")) << "a line without a colon has no name";
+  EXPECT_EQ(FieldAt(text, 10)->Value(), "");
+  EXPECT_EQ(FindField(text, "a:", 1)->lines, "a: 4\r\n");
+  EXPECT_EQ(FindField(text, "a", 1)->at, 25u);
+  EXPECT_FALSE(FindField(text, "A", 2)) << "behind the empty line";
+  EXPECT_FALSE(FieldAt(text, 31)) << "the empty line";
+  EXPECT_FALSE(FieldAt(text, text.size()));
+}
+
+TEST(HeaderLookup, SplitsAMailAtItsFirstEmptyLine) {
+  const struct {
+    const char* text;
+    const char* headers;
+    const char* empty_line;
+    const char* body;
+    const char* why;
+  } cases[] = {
+      {"A: 1\r\nB: 2\r\n\r\nbody\r\n\r\nmore", "A: 1\r\nB: 2\r\n", "\r\n", "body\r\n\r\nmore",
+       "headers and body"},
+      {"\r\nbody\r\n\r\nmore", "", "\r\n", "body\r\n\r\nmore", "no header"},
+      {"A: 1\r\n", "A: 1\r\n", "", "", "no empty line"},
+      {"A: 1\r\n\r\n", "A: 1\r\n", "\r\n", "", "no body"},
+      {"", "", "", "", "nothing"},
+  };
+  for (const auto& c : cases) {
+    const MailText split = SplitMail(c.text);
+    EXPECT_EQ(split.headers, c.headers) << c.why;
+    EXPECT_EQ(split.empty_line, c.empty_line) << c.why;
+    EXPECT_EQ(split.body, c.body) << c.why;
+  }
+}
+
 TEST(HeaderLookup, DisplaysTheHeadersOfAReader) {
   EXPECT_EQ(DisplayedHeaders("Date: d\r\nX: y\r\nSubject: s\r\n t\r\nTo: a\r\nFrom: f\r\nTo: b\r\n\r\n"),
             "From: f\r\nTo: a\r\nTo: b\r\nSubject: s\r\n t\r\nDate: d\r\n");
