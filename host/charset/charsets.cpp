@@ -42,8 +42,8 @@ std::size_t Utf8Ratio(const CharsetName* declared) {
   return IsUnicode(declared->encoding) ? 1 : 4;
 }
 
-// ASCII, half-width katakana; Windows gives the bytes that Shift-JIS leaves free to C1 and private
-// characters.
+// ASCII, half-width katakana; Windows gives the bytes that Shift-JIS leaves free to C1 and
+// private characters.
 constexpr char16_t WideOfSingle(std::size_t byte) {
   if (byte <= 0x80) return static_cast<char16_t>(byte);
   if (byte == 0xA0) return 0xF8F0;

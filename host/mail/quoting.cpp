@@ -47,8 +47,8 @@ std::size_t CharacterColumns(std::string_view character) {
   return character.size() > wfinfo::kEscapeLength ? 2 : UnitColumns(character);
 }
 
-// Bytes of `line` that fit `width` columns, at least one character: up to the last blank when the line goes
-// on.
+// Bytes of `line` that fit `width` columns, at least one character: up to the last blank when
+// the line goes on.
 std::size_t FittingLength(std::string_view line, std::size_t width) {
   std::size_t length = 0;
   std::size_t columns = 0;

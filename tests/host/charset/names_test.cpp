@@ -56,8 +56,8 @@ TEST(CharsetNames, TheirLettersAreThoseOfPython) {
   for (const PythonAlias& alias : PythonAliases()) {
     const CharsetName* const charset = FindCharset(alias.name);
     if (charset == nullptr || charset->encoding != Encoding::kCodePage) continue;
-    // Python's Thai, Icelandic and Hebrew pages are the standards; the system's are what Windows makes of
-    // them.
+    // Python's Thai, Icelandic and Hebrew pages are the standards; the system's are what Windows
+    // makes of them.
     if (!SystemCodePages().ToWide(charset->code_page, "a")) continue;
     compared.insert(alias.codec);
     for (std::size_t i = 0; i < alias.letters.size(); ++i) {
