@@ -42,6 +42,20 @@ const Row* Caller(const std::vector<const Row*>& senders, std::string_view calli
   return nullptr;
 }
 
+// True when what a row says of its parameters is what its request carries: not of a hand-written export that
+// sends several, of which each has slots of its own.
+bool ParametersAreSlots(const Row& row) { return row.kind != Kind::kHand || RequestsOf(row).size() == 1; }
+
+// The row whose parameters tell best what lies in the slots of a request; null when none sends it.
+const Row* SlotsRow(const std::vector<const Row*>& senders, std::string_view calling) {
+  const Row* const caller = Caller(senders, calling);
+  if (caller != nullptr && ParametersAreSlots(*caller)) return caller;
+  for (const Row* row : senders) {
+    if (ParametersAreSlots(*row)) return row;
+  }
+  return caller != nullptr || senders.empty() ? caller : senders[0];
+}
+
 }  // namespace
 
 std::string RequestNames(const RequestKey& key, std::string_view calling) {
@@ -65,9 +79,7 @@ std::string RequestTitle(const RequestKey& key) {
 std::string SlotShapes(const RequestKey& key, std::string_view calling) {
   if (key.code == 0) return "";
   if (CarriesCommand(key.code)) return "I";
-  const std::vector<const Row*> senders = Senders(key);
-  const Row* row = Caller(senders, calling);
-  if (row == nullptr && !senders.empty()) row = senders[0];
+  const Row* const row = SlotsRow(Senders(key), calling);
   if (row == nullptr) return "";
   std::string shapes = row->kind != Kind::kHand && row->first_slot != kNoFirstSlot ? "I" : "";
   for (const auto& parameter : row->parameters) {
