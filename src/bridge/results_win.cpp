@@ -16,6 +16,7 @@ namespace {
 constexpr std::size_t kLargeBlock = 0x10000;
 
 char* g_longResult = nullptr;
+int g_lentResults = 0;         // blocks that were kept before they were lent
 char* g_spareBlock = nullptr;  // the block kept before, while large results of one size follow each other
 
 // Frees the block that was kept before `kept`, or holds it ready for the next result of the same size.
@@ -45,6 +46,8 @@ char* KeepLongResult(char* block) {
 
 char* KeptLongResult() { return g_longResult; }
 
+bool IsLongResultKept() { return g_longResult != nullptr || g_lentResults > 0; }
+
 void DropLongResult() { KeepLongResult(nullptr); }
 
 const char* ReturnLongText(std::string_view text) {
@@ -60,6 +63,41 @@ const char* ReturnText(std::string_view text) {
   std::memmove(g_resultText, text.data(), text.size());
   g_resultText[text.size()] = '\0';
   return g_resultText;
+}
+
+LentText::LentText(const char* text) {
+  if (*text == '\0') return;
+  const std::size_t size = std::strlen(text) + 1;
+  if (text == g_longResult) {
+    block_ = std::exchange(g_longResult, nullptr);
+    was_kept_ = true;
+    ++g_lentResults;
+    text_ = block_;
+  } else {
+    char* const copy = size <= kInlineRoom ? inline_ : block_ = NewResultBlock(size);
+    if (copy == nullptr) return;
+    text_ = static_cast<const char*>(std::memcpy(copy, text, size));
+  }
+  size_ = size;
+}
+
+LentText::~LentText() {
+  if (was_kept_) {
+    --g_lentResults;
+    if (g_longResult == nullptr) std::swap(g_longResult, block_);
+  }
+  LocalFree(block_);
+}
+
+const char* LentText::Answered(const char* answer) {
+  if (answer < text_ || answer >= text_ + size_) return answer;
+  if (was_kept_) {
+    KeepLongResult(std::exchange(block_, nullptr));
+  } else {
+    answer = ReturnText(answer);
+  }
+  g_hostText = answer;
+  return answer;
 }
 
 }  // namespace wfinfo

@@ -35,8 +35,11 @@ char* NewUnwrittenBlock(std::size_t size);
 // Makes `block` the one long-result block that the library keeps, frees the one kept before, and returns it.
 char* KeepLongResult(char* block);
 
-// The kept long-result block, null when there is none.
+// The kept long-result block, null when there is none or while it is lent.
 char* KeptLongResult();
+
+// True when a long-result block is kept, lent or not.
+bool IsLongResultKept();
 
 // Frees the kept block; none is kept afterwards.
 void DropLongResult();
@@ -46,5 +49,40 @@ const char* ReturnLongText(std::string_view text);
 
 // The last text that the host answered, null before any: its memory, valid until its next answer.
 extern const char* g_hostText;
+
+// A text of ours or of the host while it is handed to the host: the macros that the host runs meanwhile make
+// results and requests of their own, which would end it. The kept block is taken out of the library's keeping
+// and is kept again afterwards, unless a newer one is by then; any other text is copied.
+class LentText {
+ public:
+  explicit LentText(const char* text);
+  ~LentText();
+  LentText(const LentText&) = delete;
+  LentText& operator=(const LentText&) = delete;
+
+  // What the host gets: "" when no memory can be had for a copy.
+  const char* text() const { return text_; }
+
+  // The host's answer to the request. An answer that lies in the lent text itself is made a result that
+  // outlives the loan.
+  const char* Answered(const char* answer);
+
+ private:
+  // Names, addresses, subjects and short selections stand here.
+  static constexpr std::size_t kInlineRoom = 512;
+
+  const char* text_ = kNoText;
+  std::size_t size_ = 0;  // of the lent text, terminator included; 0 when it is the constant ""
+  char* block_ = nullptr;
+  bool was_kept_ = false;
+  char inline_[kInlineRoom];
+};
+
+// Lends `text` while `send`, which hands it to the host, works.
+template <class Send>
+const char* WithLentText(const char* text, Send send) {
+  LentText lent(text);
+  return lent.Answered(send(lent.text()));
+}
 
 }  // namespace wfinfo

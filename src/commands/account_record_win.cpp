@@ -1,6 +1,7 @@
 #include "src/commands/account_record_win.h"
 
 #include <cstring>
+#include <utility>
 
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/results_win.h"
@@ -18,12 +19,17 @@ constexpr int kCodeStoreText = 112;
 // Bytes from the title to the next field whose place is the host's own.
 constexpr std::size_t kTitleRoom = 560;
 
-struct AccountPropState {
-  Slot record;  // address of the lent record, 0 when none is; the host is given the address of this slot
-  char title[kTitleRoom];  // of the record when it was lent: the account's name, whatever is written there
-                           // since
+// The texts of an account that do not lie in its record.
+struct CachedTexts {
   unsigned char dirty[kAccountTexts];
   char* texts[kAccountTexts];  // LocalAlloc blocks, null when not cached
+};
+
+struct AccountPropState {
+  Slot record;             // address of the lent record, 0 when none is
+  char title[kTitleRoom];  // of the record when it was lent: the account's name, whatever is written there
+                           // since
+  CachedTexts cached;
 };
 
 constinit AccountPropState g_accountProp = {};
@@ -53,14 +59,19 @@ Slot Lend(const char* name) {
 }
 
 void KeepText(std::size_t kind, char* block) {
-  LocalFree(g_accountProp.texts[kind]);
-  g_accountProp.texts[kind] = block;
+  LocalFree(std::exchange(g_accountProp.cached.texts[kind], block));
 }
 
-void StoreChangedText(std::size_t kind, const char* title) {
-  if (g_accountProp.dirty[kind] == 0 || g_accountProp.texts[kind] == nullptr) return;
+void ForgetTexts(const CachedTexts& cached) {
+  for (char* const text : cached.texts) LocalFree(text);
+}
+
+void GiveBack(Slot record) { SendHostRequest(kCodeRelease, &record); }
+
+void StoreChangedText(const CachedTexts& cached, std::size_t kind, const char* title) {
+  if (cached.dirty[kind] == 0 || cached.texts[kind] == nullptr) return;
   Slot block[] = {ToSlot(static_cast<int>(kind)), ToSlot(title), 0, ToSlot(kNoText),
-                  ToSlot(g_accountProp.texts[kind])};
+                  ToSlot(cached.texts[kind])};
   SendHostRequest(kCodeStoreText, block);
 }
 
@@ -74,27 +85,27 @@ bool IsOfAccount(const char* address) {
   if (!IsAccountLoaded()) return false;
   const char* const record = AccountRecord();
   if (address >= record && address < record + kAccountRecordSize) return true;
-  for (const char* const text : g_accountProp.texts) {
+  for (const char* const text : g_accountProp.cached.texts) {
     if (text != nullptr && text == address) return true;
   }
   return false;
 }
 
 void ReleaseAccount() {
-  if (!IsAccountLoaded()) return;
-  SendHostRequest(kCodeRelease, &g_accountProp.record);
-  g_accountProp.record = 0;
+  // None is lent from here on: a macro that the host runs meanwhile must not give it back again.
+  if (IsAccountLoaded()) GiveBack(std::exchange(g_accountProp.record, 0));
 }
 
 bool BorrowAccount(const char* name) {
-  g_accountProp.record = Lend(name);
-  if (!IsAccountLoaded()) return false;
-  CopyTitle(g_accountProp.record, g_accountProp.title);
-  for (std::size_t kind = 0; kind < kAccountTexts; ++kind) {
-    g_accountProp.dirty[kind] = 0;
-    KeepText(kind, nullptr);
+  const Slot record = Lend(name);
+  // A macro that ran meanwhile may have borrowed one and not given it back.
+  const Slot borrowed_meanwhile = std::exchange(g_accountProp.record, record);
+  if (record != 0) {
+    CopyTitle(record, g_accountProp.title);
+    ForgetTexts(std::exchange(g_accountProp.cached, {}));
   }
-  return true;
+  if (borrowed_meanwhile != 0 && borrowed_meanwhile != record) GiveBack(borrowed_meanwhile);
+  return record != 0;
 }
 
 std::optional<long long> NumberOfAccount(const char* name, const AccountKey& key) {
@@ -108,7 +119,7 @@ std::optional<long long> NumberOfAccount(const char* name, const AccountKey& key
       IsAccountLoaded() && (record == g_accountProp.record || TitleOf(record) == g_accountProp.title);
   const long long number = AccountNumber(key, is_loaded ? AccountRecord() : AddressOf(record));
   // A host that lends the same record twice would take our loan back.
-  if (record != g_accountProp.record) SendHostRequest(kCodeRelease, &record);
+  if (record != g_accountProp.record) GiveBack(record);
   return number;
 }
 
@@ -117,22 +128,25 @@ int SaveAccount() {
   char title[kTitleRoom];
   CopyTitle(g_accountProp.record, title);
 
-  const int saved = static_cast<int>(SendHostRequest(kCodeSave, &g_accountProp.record));
-  for (std::size_t kind = 0; saved != 0 && kind < kAccountTexts; ++kind) {
-    StoreChangedText(kind, title);
-    KeepText(kind, nullptr);
-  }
-  g_accountProp.record = 0;
+  // The loan ends here: a macro that the host runs meanwhile may begin one of its own, with texts of its own.
+  Slot record = std::exchange(g_accountProp.record, 0);
+  const CachedTexts cached = std::exchange(g_accountProp.cached, {});
+  const int saved = static_cast<int>(SendHostRequest(kCodeSave, &record));
+  for (std::size_t kind = 0; saved != 0 && kind < kAccountTexts; ++kind)
+    StoreChangedText(cached, kind, title);
+  // After a failure the texts stay for who still reads them, until the next loan.
+  const bool stay = saved == 0 && !IsAccountLoaded();
+  ForgetTexts(stay ? std::exchange(g_accountProp.cached, cached) : cached);
   return saved;
 }
 
 const char* AccountText(int kind) {
   const auto index = static_cast<std::size_t>(kind);
-  if (g_accountProp.texts[index] == nullptr) {
+  if (g_accountProp.cached.texts[index] == nullptr) {
     Slot block[] = {kind, g_accountProp.record, 0, ToSlot(kNoText)};
-    g_accountProp.texts[index] = NewCopy(SendHostRequestStr(kCodeFetchText, block));
+    g_accountProp.cached.texts[index] = NewCopy(SendHostRequestStr(kCodeFetchText, block));
   }
-  return g_accountProp.texts[index];
+  return g_accountProp.cached.texts[index];
 }
 
 bool SetAccountText(int kind, const char* value) {
@@ -140,7 +154,7 @@ bool SetAccountText(int kind, const char* value) {
   char* const copy = NewCopy(value);
   if (copy == nullptr) return false;
   KeepText(index, copy);
-  g_accountProp.dirty[index] = 1;
+  g_accountProp.cached.dirty[index] = 1;
   return true;
 }
 

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
 #include "src/bridge/results_win.h"
@@ -40,18 +42,22 @@ const char* TextOfTemplate(int code, const char* kind, const char* name) {
   return SendHostRequestStr(code, block);
 }
 
-// Gives the results of the search before back to the host.
-void ForgetBookResults() {
-  if (g_bookResults.texts() == nullptr) return;
-  Slot block[] = {ToSlot(g_bookResults.texts())};
+// Makes `texts` the results of the last search and gives those before back to the host. They are forgotten
+// first: a macro that the host runs meanwhile must neither read them nor give them back again.
+void ReplaceBookResults(const char* texts) {
+  const char* const before = std::exchange(g_bookResults, TextCursor(texts)).texts();
+  if (before == nullptr || before == texts) return;
+  Slot block[] = {ToSlot(before)};
   SendHostRequest(kCodeFreeBlock, block);
-  g_bookResults = TextCursor();
 }
 
+void ForgetBookResults() { ReplaceBookResults(nullptr); }
+
+// Replaces what a macro has found while this search ran.
 int KeepBookResults(Slot answer) {
-  if (answer == kSearchFailed) return 0;
-  g_bookResults = TextCursor(FromSlot<const char*>(answer));
-  return 1;
+  const bool found = answer != kSearchFailed;
+  ReplaceBookResults(found ? FromSlot<const char*>(answer) : nullptr);
+  return found ? 1 : 0;
 }
 
 // Searching from the main window replaces the results shown: an old grep window is closed first. Not while a

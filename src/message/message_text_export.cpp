@@ -41,8 +41,10 @@ const char* ReturnPart(const char* whole, std::string_view part) {
 }
 
 const char* SendText(int code, const char* text) {
-  Slot block[] = {ToSlot(text)};
-  return SendHostRequestStr(code, block);
+  return WithLentText(text, [code](const char* lent) {
+    Slot block[] = {ToSlot(lent)};
+    return SendHostRequestStr(code, block);
+  });
 }
 
 const char* QuoteText(const char* text) { return SendText(kCodeQuote, text); }
@@ -54,7 +56,7 @@ const char* ReturnBodyLine(std::string_view line) {
   if (line.size() >= kShortResultSize) {
     copy = NewResultBlock(line.size() + 1);
     if (copy == nullptr) return kNoText;
-    if (KeptLongResult() != nullptr) KeepLongResult(copy);
+    if (IsLongResultKept()) KeepLongResult(copy);
   }
   std::memcpy(copy, line.data(), line.size());
   copy[line.size()] = '\0';

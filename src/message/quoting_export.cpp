@@ -33,11 +33,16 @@ const char* WithLineEnds(const char* text, LineEnd form) {
   return KeepLongResult(block);
 }
 
-const char* QuoteUnfolded(const char* text) { return QuoteWidth(text, kNoFolding); }
+// The texts that these get are results, which a macro may end while the host works.
+const char* QuoteUnfolded(const char* text) {
+  return WithLentText(text, [](const char* lent) { return QuoteWidth(lent, kNoFolding); });
+}
 
 // Quotes as the root mail is shown: folded or not.
 const char* QuoteAsRoot(const char* text) {
-  return IsRootOrikaeshi() != 0 ? Quote(text) : QuoteUnfolded(text);
+  return WithLentText(text, [](const char* lent) {
+    return IsRootOrikaeshi() != 0 ? Quote(lent) : QuoteWidth(lent, kNoFolding);
+  });
 }
 
 }  // namespace
@@ -84,17 +89,18 @@ const char* QuotedSelectedRootText_NoOrikaeshi() noexcept { return QuoteUnfolded
 const char* QuotedSelectedRootText2_NoOrikaeshi() noexcept { return QuoteUnfolded(SelectedRootText2()); }
 
 const char* CustomRootHeader2(const char* spec) noexcept {
-  return IsText(spec) ? CustomSmallHeader(spec, AllRootHeader()) : kNoText;
+  if (!IsText(spec)) return kNoText;
+  return WithLentText(AllRootHeader(), [spec](const char* lent) { return CustomSmallHeader(spec, lent); });
 }
 
 const char* CustomRootHeader(const char* spec) noexcept {
-  return IsText(spec) ? HeaderOrikaeshi(CustomRootHeader2(spec)) : kNoText;
+  return IsText(spec) ? WithLentText(CustomRootHeader2(spec), HeaderOrikaeshi) : kNoText;
 }
 
 const char* OrikaeshiCustomRootHeader(const char* spec) noexcept { return CustomRootHeader(spec); }
 
 const char* QuotedCustomRootHeader(const char* spec) noexcept {
-  return IsText(spec) ? Quote(CustomRootHeader(spec)) : kNoText;
+  return IsText(spec) ? WithLentText(CustomRootHeader(spec), Quote) : kNoText;
 }
 
-const char* QuotedRootHtml() noexcept { return QuoteHtml(RootHtml()); }
+const char* QuotedRootHtml() noexcept { return WithLentText(RootHtml(), QuoteHtml); }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <set>
 
 #include "tests/support/bad_texts.h"
@@ -129,6 +130,99 @@ TEST_F(Account, LoadingAnotherGivesTheFirstBackUnsaved) {
   EXPECT_EQ(LoadAccountProp("Nobody"), 0);
   loaded_ = false;
   EXPECT_EQ(SaveAccountProp(), 0);
+}
+
+// --- Macros that run while a loan begins or ends ---
+
+TEST_F(Account, ALoanThatAMacroBeginsWhileTheOneBeforeEndsIsGivenBack) {
+  Load();
+  std::vector<char> nested(kRecordSize, '\0');
+  std::vector<char> work(kRecordSize, '\0');
+  host.Expect(77).Int(AsValue(record())).Do([&](const Request&) {
+    ExpectReports(host, {kNotLoadedForGet}, [] { EXPECT_EQ(GetAccountProp("szTitle"), 0); });
+    EXPECT_EQ(SaveAccountProp(), 0) << "it is given back once";
+    host.Expect(75).Text("Nested").Answer(AsValue(nested.data()));
+    EXPECT_EQ(LoadAccountProp("Nested"), 1);
+    EXPECT_EQ(AsText(GetAccountProp("szTitle")), nested.data());
+    host.Expect(75).Text("Work").Answer(AsValue(work.data()));
+    host.Expect(77).Int(AsValue(nested.data()));
+    return 0LL;
+  });
+  EXPECT_EQ(LoadAccountProp("Work"), 1);
+  host.Verify();
+  EXPECT_EQ(AsText(GetAccountProp("szTitle")), work.data());
+  host.Expect(77).Int(AsValue(work.data()));
+  EXPECT_EQ(LoadAccountProp(nullptr), 0);
+  loaded_ = false;
+  host.ExpectMessages({kStringMessageEnglish});
+}
+
+TEST_F(Account, ALoanEndsUnheardOfWhileADialogRefusesRequests) {
+  const struct {
+    const char* why;
+    std::function<int()> call;
+  } cases[] = {{"LoadAccountProp", [] { return LoadAccountProp("Work"); }},
+               {"SaveAccountProp", [] { return SaveAccountProp(); }}};
+  for (const auto& c : cases) {
+    Load();
+    const int before = host.received();
+    const HWND dialog = host.OpenDialog(host.frame(), true);
+    {
+      BoxCloser closer;
+      EXPECT_EQ(c.call(), 0) << c.why;
+      EXPECT_EQ(closer.boxes().size(), 1u) << c.why;
+    }
+    EXPECT_EQ(host.received(), before) << c.why;
+    DestroyWindow(dialog);
+    EnableWindow(host.frame(), TRUE);
+    SetActiveWindow(host.frame());
+    loaded_ = false;
+    ExpectReports(host, {kNotLoadedForGet}, [] { EXPECT_EQ(GetAccountProp("szTitle"), 0); });
+  }
+}
+
+TEST_F(Account, ALoanThatAMacroBeginsWhileAnotherBeginsIsGivenBack) {
+  for (const bool exists : {true, false}) {
+    std::vector<char> nested(kRecordSize, '\0');
+    host.Expect(75).Text("Home").Do([&](const Request&) {
+      host.Expect(75).Text("Nested").Answer(AsValue(nested.data()));
+      EXPECT_EQ(LoadAccountProp("Nested"), 1);
+      host.Expect(77).Int(AsValue(nested.data()));
+      return exists ? AsValue(record()) : 0LL;
+    });
+    EXPECT_EQ(LoadAccountProp("Home"), exists ? 1 : 0);
+    host.Verify();
+    loaded_ = exists;
+    GiveBack();
+  }
+}
+
+TEST_F(Account, ASavedAccountKeepsItsOwnTextsWhenAMacroLoadsAnother) {
+  for (const int code : {76, 112}) {
+    Load();
+    SetAccountProp("szNewTemplate", AsValue("first of Home"));
+    SetAccountProp("szSignature", AsValue("signature of Home"));
+    std::vector<char> work(kRecordSize, '\0');
+    const auto macro = [&](const Request& request) {
+      if (request.code != code) return 1LL;
+      EXPECT_EQ(SaveAccountProp(), 0) << "it is saved once";
+      host.Expect(75).Text("Work").Answer(AsValue(work.data()));
+      EXPECT_EQ(LoadAccountProp("Work"), 1);
+      SetAccountProp("szSignature", AsValue("signature of Work"));
+      if (code == 76) host.Expect(112).Int(0).Text("Home").Null().Text("").Text("first of Home");
+      host.Expect(112).Int(3).Text("Home").Null().Text("").Text("signature of Home");
+      return 1LL;
+    };
+    host.Expect(76).Int(AsValue(record())).Do(macro);
+    if (code == 112) host.Expect(112).Int(0).Text("Home").Null().Text("").Text("first of Home").Do(macro);
+    EXPECT_EQ(SaveAccountProp(), 1);
+    host.Verify();
+    EXPECT_EQ(AsText(GetAccountProp("szTitle")), work.data()) << "the macro's loan stays";
+    EXPECT_STREQ(AsText(GetAccountProp("szSignature")), "signature of Work");
+    host.Expect(76).Int(AsValue(work.data())).Answer(0);
+    EXPECT_EQ(SaveAccountProp(), 0);
+    loaded_ = false;
+  }
 }
 
 // --- IsImapSyncAccount beside a loan ---

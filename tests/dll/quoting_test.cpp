@@ -1,7 +1,9 @@
 // Quoting and line folding: which text goes to the host with which width.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <functional>
 
 #include "tests/support/library.h"
 #include "tests/support/scripted_host_win.h"
@@ -169,6 +171,125 @@ TEST_F(Quoting, CustomHeadersComeFromTheWholeHeader) {
   EXPECT_STREQ(OrikaeshiCustomRootHeader(nullptr), "");
   EXPECT_STREQ(QuotedCustomRootHeader(nullptr), "");
   host_.ExpectMessages(std::vector<std::string>(4, kStringMessageEnglish));
+}
+
+// --- Macros that run while the host quotes ---
+
+const char* AsText(Slot slot) { return reinterpret_cast<const char*>(static_cast<INT_PTR>(slot)); }
+
+// A host that runs a macro inside each request with a text of ours, before it reads the text.
+class MacroInQuoting : public testing::TestWithParam<std::size_t> {
+ protected:
+  MacroInQuoting() {
+    host_.Expect(1).Always().Do([this](const Request&) { return AsNumber(mail_.c_str()); });
+    for (const int code : {47, 2}) {
+      host_.Expect(code).Always().Do([this](const Request&) { return AsNumber(value_.c_str()); });
+    }
+    host_.Expect(263).Always().Do([this](const Request&) {
+      RunMacro();
+      return folding_;
+    });
+    for (const int code : {86, 158, 262}) ReadAfterMacro(code, 0);
+    ReadAfterMacro(285, 1);
+  }
+
+  void ReadAfterMacro(int code, std::size_t slot) {
+    host_.Expect(code).Always().Do([this, slot](const Request& request) {
+      ++handed_over_;
+      RunMacro();
+      EXPECT_TRUE(AsText(request.block[slot]) == wanted_) << "code " << request.code;
+      answer_ = wanted_;
+      return AsNumber(answer_.c_str());
+    });
+  }
+
+  // Results of both kinds, the long ones twice: the second is written to the block that the first replaced.
+  void RunMacro() {
+    const std::string mail = mail_;
+    std::replace(mail_.begin() + 4, mail_.end(), 'v', 'w');
+    for (int i = 0; i < 2; ++i) {
+      nested_ = RootBody();
+      AllRootHeader();
+      RootHeader("H");
+      nested_ = RootBody();
+    }
+    EXPECT_TRUE(nested_ == std::string(value_.size(), 'w'));
+    mail_ = mail;
+  }
+
+  void Check(const char* wanted_of, const std::string& wanted, const std::function<const char*()>& call) {
+    wanted_ = wanted;
+    handed_over_ = 0;
+    EXPECT_TRUE(call() == wanted) << wanted_of;
+    EXPECT_GE(handed_over_, 1) << wanted_of;
+    EXPECT_TRUE(nested_ == std::string(value_.size(), 'w')) << wanted_of << ": the newest result stays";
+  }
+
+  ScriptedHost host_{Language::kEnglish};
+  std::string value_ = std::string(GetParam(), 'v');
+  std::string mail_ = "H: " + value_ + "\r\n\r\n" + value_;
+  std::string wanted_;
+  std::string answer_;
+  const char* nested_ = nullptr;
+  Slot folding_ = 0;
+  int handed_over_ = 0;
+};
+
+TEST_P(MacroInQuoting, EndsNoTextThatTheHostHasYetToRead) {
+  const std::string header = "H: " + value_ + "\r\n";
+  Check("QuotedRootHeader", value_, [] { return QuotedRootHeader("H"); });
+  Check("QuotedRootBody", value_, QuotedRootBody);
+  Check("QuotedAllRootHeader", header, QuotedAllRootHeader);
+  Check("QuotedSelectedRootText", value_, QuotedSelectedRootText);
+  Check("QuotedSelectedRootText2", value_, QuotedSelectedRootText2);
+  Check("QuotedSmallRootHeader", value_, QuotedSmallRootHeader);
+  for (const Slot folding : {Slot{0}, kFoldingOff}) {
+    folding_ = folding;
+    Check("QuotedRootBody_Sync", value_, QuotedRootBody_SyncOrikaeshi);
+    Check("QuotedSelectedRootText_Sync", value_, QuotedSelectedRootText_SyncOrikaeshi);
+    Check("QuotedSelectedRootText2_Sync", value_, QuotedSelectedRootText2_SyncOrikaeshi);
+  }
+  Check("QuotedRootBody_No", value_, QuotedRootBody_NoOrikaeshi);
+  Check("QuotedSelectedRootText_No", value_, QuotedSelectedRootText_NoOrikaeshi);
+  Check("QuotedSelectedRootText2_No", value_, QuotedSelectedRootText2_NoOrikaeshi);
+  Check("CustomRootHeader2", header, [] { return CustomRootHeader2("H"); });
+  Check("CustomRootHeader", header, [] { return CustomRootHeader("H"); });
+  Check("QuotedCustomRootHeader", header, [] { return QuotedCustomRootHeader("H"); });
+}
+
+// Short ones on the stack and in a block, the longest short one, a long one, and blocks that are used again.
+INSTANTIATE_TEST_SUITE_P(Lengths, MacroInQuoting, testing::Values(5, 511, 512, 8191, 8192, 100000));
+
+TEST_F(Quoting, ATextOfTheHostThatItsNextAnswerEndsIsHandedOverAsACopy) {
+  std::string page = "<p>page</p>";
+  host_.Expect(268).Answer(AsNumber(page.c_str()));
+  host_.Expect(269).Do([&page](const Request& request) {
+    std::fill(page.begin(), page.end(), 'x');
+    EXPECT_STREQ(AsText(request.block[0]), "<p>page</p>");
+    return Slot{0};
+  });
+  EXPECT_STREQ(QuotedRootHtml(), "");
+}
+
+TEST_F(Quoting, AHostMayAnswerTheTextThatItWasHanded) {
+  for (const std::size_t length : {5u, 600u, 8191u, 8192u, 100000u}) {
+    const std::string value(length, 'v');
+    const std::string mail = "H: " + value + "\r\n\r\n" + value;
+    const auto same = [](const Request& request) {
+      Orikaeshi("a newer long result");
+      return request.block[0];
+    };
+    host_.Expect(1).Answer(mail);
+    host_.Expect(86).Do(same);
+    const char* quoted = QuotedRootHeader("H");
+    EXPECT_TRUE(quoted == value) << length;
+    host_.Expect(1).Answer(mail);
+    host_.Expect(86).Do(same);
+    quoted = QuotedRootBody();
+    EXPECT_TRUE(quoted == value) << length;
+    EXPECT_TRUE(Orikaeshi(quoted) == value + "\r\n") << length;
+    host_.Verify();
+  }
 }
 
 TEST(QuotedHtml, AnHtmlMailIsQuotedThroughTwoRequests) {

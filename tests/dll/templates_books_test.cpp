@@ -386,6 +386,59 @@ TEST_F(BookSearch, ANewSearchGivesTheOldResultsBackFirst) {
   EXPECT_STREQ(GetGrepResult(2), "third");
 }
 
+// What a macro finds while the host handles a request of an outer search.
+constexpr char kNested[] = "nested\0";
+
+TEST_F(BookSearch, AMacroThatSearchesWhileResultsAreGivenBackDoesNotGiveThemBackAgain) {
+  Search(kThree);
+  host.Expect(74).Pointer(kThree).Do([this](const Request&) {
+    EXPECT_STREQ(GetGrepResult(0), "") << "they are the host's again";
+    host.Expect(143).Text("inner").Int(0).Int(0).Answer(AsValue(kNested));
+    EXPECT_EQ(DoBookGrep("inner", 0, 0), 1);
+    EXPECT_STREQ(GetGrepResult(0), "nested");
+    host.Expect(143).Text("outer").Int(0).Int(0).Answer(AsValue(kThree));
+    host.Expect(74).Pointer(kNested);
+    return 0LL;
+  });
+  EXPECT_EQ(DoBookGrep("outer", 0, 0), 1);
+  host.Verify();
+  EXPECT_STREQ(GetGrepResult(2), "third");
+}
+
+TEST_F(BookSearch, WhatAMacroFindsWhileASearchRunsIsGivenBack) {
+  for (const bool fails : {false, true}) {
+    ExpectRelease();
+    host.Expect(144).Text("outer").Int(0).Text("").Text("").Int(0).Do([this, fails](const Request&) {
+      host.Expect(143).Text("inner").Int(0).Int(0).Answer(AsValue(kNested));
+      EXPECT_EQ(DoBookGrep("inner", 0, 0), 1);
+      host.Expect(74).Pointer(kNested);
+      return fails ? -1LL : AsValue(kThree);
+    });
+    EXPECT_EQ(DoLdapGrep("outer", 0, "", "", 0), fails ? 0 : 1);
+    host.Verify();
+    EXPECT_STREQ(GetGrepResult(0), fails ? "" : "first");
+    block_ = fails ? nullptr : kThree;
+  }
+}
+
+TEST_F(BookSearch, ABlockThatTheHostAnswersTwiceIsNotGivenBack) {
+  host.Expect(143).Text("outer").Int(0).Int(0).Do([this](const Request&) {
+    host.Expect(143).Text("inner").Int(0).Int(0).Answer(AsValue(kThree));
+    DoBookGrep("inner", 0, 0);
+    return AsValue(kThree);
+  });
+  EXPECT_EQ(DoBookGrep("outer", 0, 0), 1);
+  host.Verify();
+  EXPECT_STREQ(GetGrepResult(1), "second");
+  block_ = kThree;
+}
+
+TEST(BookSearchWithoutHost, IsASearchWithoutResults) {
+  EXPECT_EQ(DoBookGrep("text", 0, 0), 1);
+  EXPECT_EQ(DoLdapGrep("text", 0, "", "", 0), 1);
+  EXPECT_STREQ(GetGrepResult(0), "");
+}
+
 TEST_F(BookSearch, RefusedParametersStillGiveTheOldResultsBack) {
   for (const char* bad : BadTexts()) {
     Search(kThree);
