@@ -103,8 +103,6 @@ void Charsets::AddRows(unsigned first_lead, unsigned last_lead) {
   }
 }
 
-bool Charsets::Knows(std::string_view name) const { return FindCharset(name) != nullptr; }
-
 std::u16string Charsets::Decode(std::string_view name, std::string_view bytes) const {
   const CharsetName* charset = FindCharset(name);
   if (charset == nullptr) return DecodeWindows1252(bytes);

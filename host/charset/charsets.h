@@ -34,9 +34,6 @@ class Charsets {
   // Builds the tables of code page 932 from `pages`, which must outlive this object.
   explicit Charsets(const CodePageConverter& pages);
 
-  // True when `name` (as in a mail, any case) is a character set that Decode knows.
-  bool Knows(std::string_view name) const;
-
   // Decodes `bytes`. An unknown or empty name is read as Windows-1252, so that ASCII is never lost.
   std::u16string Decode(std::string_view name, std::string_view bytes) const;
 

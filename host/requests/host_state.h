@@ -55,7 +55,6 @@ class HostState {
   void Import(std::vector<StoredMail> mails, std::size_t folder);
   // Takes a mail out of its folder; its file stays, and so does the root mail.
   void Remove(std::size_t index) { memories_[index].removed = true; }
-  bool IsRemoved(std::size_t index) const { return memories_[index].removed; }
 
   // --- Folders: the mail list shows the mails of the current one ---
 

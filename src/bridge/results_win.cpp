@@ -48,8 +48,6 @@ char* KeptLongResult() { return g_longResult; }
 
 bool IsLongResultKept() { return g_longResult != nullptr || g_lentResults > 0; }
 
-void DropLongResult() { KeepLongResult(nullptr); }
-
 const char* ReturnLongText(std::string_view text) {
   char* const block = NewUnwrittenBlock(text.size() + 1);
   if (block == nullptr) return kNoText;

@@ -41,9 +41,6 @@ char* KeptLongResult();
 // True when a long-result block is kept, lent or not.
 bool IsLongResultKept();
 
-// Frees the kept block; none is kept afterwards.
-void DropLongResult();
-
 // Copies `text` to a new long-result block (also when it is short) and keeps it. "" without memory.
 const char* ReturnLongText(std::string_view text);
 

@@ -141,12 +141,16 @@ int SaveAccount() {
 }
 
 const char* AccountText(int kind) {
-  const auto index = static_cast<std::size_t>(kind);
-  if (g_accountProp.cached.texts[index] == nullptr) {
-    Slot block[] = {kind, g_accountProp.record, 0, ToSlot(kNoText)};
-    g_accountProp.cached.texts[index] = NewCopy(SendHostRequestStr(kCodeFetchText, block));
-  }
-  return g_accountProp.cached.texts[index];
+  char*& cached = g_accountProp.cached.texts[kind];
+  if (cached != nullptr) return cached;
+  const Slot asked = g_accountProp.record;
+  Slot block[] = {kind, asked, 0, ToSlot(kNoText)};
+  char* const text = NewCopy(SendHostRequestStr(kCodeFetchText, block));
+  if (g_accountProp.record == asked && cached == nullptr) return cached = text;
+  // A macro that the host ran meanwhile has fetched it too, or has another account loaded by now.
+  const char* const answer = text != nullptr ? ReturnText(text) : nullptr;
+  LocalFree(text);
+  return answer;
 }
 
 bool SetAccountText(int kind, const char* value) {

@@ -157,6 +157,25 @@ TEST_F(Account, ALoanThatAMacroBeginsWhileTheOneBeforeEndsIsGivenBack) {
   host.ExpectMessages({kStringMessageEnglish});
 }
 
+TEST_F(Account, ATextThatComesAfterAMacroHasLoadedAnotherAccountIsNotTheOtherOnes) {
+  Load();
+  std::vector<char> work(kRecordSize, '\0');
+  char text_of_home[] = "signature of Home";
+  host.Expect(111).Int(3).Pointer(record()).Null().Text("").Do([&](const Request&) {
+    host.Expect(77).Int(AsValue(record()));
+    host.Expect(75).Text("Work").Answer(AsValue(work.data()));
+    EXPECT_EQ(LoadAccountProp("Work"), 1);
+    return AsValue(text_of_home);
+  });
+  EXPECT_STREQ(AsText(GetAccountProp("szSignature")), text_of_home);
+  host.Expect(111).Int(3).Pointer(work.data()).Null().Text("").Answer("signature of Work");
+  EXPECT_STREQ(AsText(GetAccountProp("szSignature")), "signature of Work");
+  host.Verify();
+  host.Expect(76).Int(AsValue(work.data())).Answer(0);
+  EXPECT_EQ(SaveAccountProp(), 0);
+  loaded_ = false;
+}
+
 TEST_F(Account, ALoanEndsUnheardOfWhileADialogRefusesRequests) {
   const struct {
     const char* why;
