@@ -36,7 +36,7 @@ TEST(RequestNames, KnowsTheSlots) {
   EXPECT_EQ(SlotShapes({248, 0}, "GetTabCount"), "I");
   EXPECT_EQ(SlotShapes({0, 40002}, ""), "");
   EXPECT_EQ(SlotShapes({105, 0}, "PgpEncrypt"), "A") << "the window alone, not what PgpEncrypt was given";
-  EXPECT_EQ(SlotShapes({129, 0}, "DoGrep"), "") << "sent without a block on the way";
+  EXPECT_EQ(SlotShapes({129, 0}, "DoGrep"), "I") << "the sub-command of GrepWnd";
   EXPECT_EQ(SlotShapes({256, 0}, "StartDoGrep"), "");
 }
 
