@@ -6,6 +6,7 @@
 #include "src/bridge/host_protocol.h"
 #include "src/bridge/language_win.h"
 #include "src/bridge/report_win.h"
+#include "src/bridge/top_level_walk_win.h"
 
 namespace wfinfo {
 
@@ -107,12 +108,15 @@ Candidate FromTopLevelWindow(HWND window, SearchMode mode) {
 }
 
 Candidate FromEnumeration(SearchMode mode) {
-  for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
-    if (!BelongsToCaller(window)) continue;
+  Candidate found{Outcome::kTestModality, nullptr};
+  WalkTopLevelWindows([&](HWND window) {
+    if (!BelongsToCaller(window)) return false;
     const Candidate candidate = FromTopLevelWindow(window, mode);
-    if (candidate.outcome != Outcome::kSearchOn) return candidate;
-  }
-  return {Outcome::kTestModality, nullptr};
+    if (candidate.outcome == Outcome::kSearchOn) return false;
+    found = candidate;
+    return true;
+  });
+  return found;
 }
 
 Candidate FindCandidate(SearchMode mode) {
@@ -180,21 +184,25 @@ bool HasClass(HWND window, const char* name) {
 
 HWND* ListThreadDialogs() {
   const DWORD thread = GetCurrentThreadId();
-  const auto each = [thread](auto&& visit) {
-    for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
-      if (GetWindowThreadProcessId(window, nullptr) == thread && HasClass(window, kDialogClass))
-        visit(window);
-    }
+  const auto each = [thread](auto&& visit, auto&& restart) {
+    WalkTopLevelWindows(
+        [&](HWND window) {
+          if (GetWindowThreadProcessId(window, nullptr) == thread && HasClass(window, kDialogClass))
+            visit(window);
+          return false;
+        },
+        restart);
   };
   SIZE_T count = 0;
-  each([&count](HWND) { ++count; });
+  each([&](HWND) { ++count; }, [&] { count = 0; });
   if (count == 0) return nullptr;
   auto* dialogs = static_cast<HWND*>(LocalAlloc(LPTR, (count + 1) * sizeof(HWND)));
   if (dialogs == nullptr) return nullptr;
   SIZE_T filled = 0;
-  each([&](HWND window) {
+  const auto add = [&](HWND window) {
     if (filled < count) dialogs[filled++] = window;
-  });
+  };
+  each(add, [&] { filled = 0; });
   return dialogs;
 }
 

@@ -6,6 +6,7 @@
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/host_window_win.h"
 #include "src/bridge/report_win.h"
+#include "src/bridge/top_level_walk_win.h"
 #include "src/catalogue/declarations.h"
 #include "src/desktop/main_window_win.h"
 
@@ -31,15 +32,24 @@ bool IsHostWindow(HWND window) {
 
 // The nearest other host window from `start` in the given z-order direction, searched around the end.
 HWND NeighbourOf(HWND start, UINT direction) {
-  const UINT far_end = direction == GW_HWNDNEXT ? GW_HWNDFIRST : GW_HWNDLAST;
-  for (HWND window = GetWindow(start, direction); window != nullptr; window = GetWindow(window, direction)) {
-    if (IsHostWindow(window)) return window;
-  }
-  for (HWND window = GetWindow(start, far_end); window != nullptr && window != start;
-       window = GetWindow(window, direction)) {
-    if (IsHostWindow(window)) return window;
-  }
-  return nullptr;
+  HWND nearest[2] = {};  // before and behind `start`
+  bool behind = false;
+  const auto clear = [&] {
+    nearest[0] = nearest[1] = nullptr;
+    behind = false;
+  };
+  WalkTopLevelWindows(
+      [&](HWND window) {
+        if (window == start) {
+          behind = true;
+        } else if ((nearest[behind] == nullptr || direction == GW_HWNDPREV) && IsHostWindow(window)) {
+          nearest[behind] = window;
+        }
+        return false;
+      },
+      clear);
+  const bool preferred = direction == GW_HWNDNEXT;
+  return nearest[preferred] != nullptr ? nearest[preferred] : nearest[!preferred];
 }
 
 int ActivateNeighbour(UINT direction) {

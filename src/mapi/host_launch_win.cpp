@@ -5,6 +5,7 @@
 #include "src/bridge/host_protocol.h"
 #include "src/bridge/language_win.h"
 #include "src/bridge/module_win.h"
+#include "src/bridge/top_level_walk_win.h"
 #include "src/mapi/host_blocks.h"
 #include "src/mapi/mapi_log_win.h"
 
@@ -42,12 +43,13 @@ DWORD Launch() {
 }
 
 bool ShowsWindow(DWORD process) {
-  for (HWND window = GetTopWindow(nullptr); window != nullptr; window = GetWindow(window, GW_HWNDNEXT)) {
+  bool shows = false;
+  WalkTopLevelWindows([&](HWND window) {
     DWORD owner = 0;
     GetWindowThreadProcessId(window, &owner);
-    if (owner == process && IsWindowVisible(window)) return true;
-  }
-  return false;
+    return shows = owner == process && IsWindowVisible(window);
+  });
+  return shows;
 }
 
 // Any window that the starting host shows (a question, a password prompt) keeps the wait alive.

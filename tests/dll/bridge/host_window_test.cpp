@@ -1,6 +1,7 @@
 // Which window a request reaches, and when it is refused.
 #include <gtest/gtest.h>
 
+#include "tests/support/import_patch_win.h"
 #include "tests/support/library.h"
 #include "tests/support/scripted_host_win.h"
 
@@ -26,6 +27,38 @@ HWND ActivateStranger(ScriptedHost& host) {
   const HWND stranger = host.OpenWindow("STATIC");
   SetActiveWindow(stranger);
   return stranger;
+}
+
+HWND g_vanishing = nullptr;  // goes away when its neighbour is asked for
+
+HWND WINAPI GetWindowOfAVanishingOne(HWND window, UINT direction) {
+  if (window == g_vanishing) DestroyWindow(window);
+  return GetWindow(window, direction);
+}
+
+TEST(HostWindow, AWindowThatGoesAwayUnderTheSearchDoesNotHideTheHost) {
+  ScriptedHost host;
+  ActivateStranger(host);
+  g_vanishing = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  Raise(g_vanishing);
+  const ImportPatch patch("USER32.dll", "GetWindow", &GetWindowOfAVanishingOne);
+  host.Expect(kHostCode).Answer(1);
+  EXPECT_EQ(IsTransmitting(), 1);
+  EXPECT_FALSE(IsWindow(g_vanishing));
+}
+
+TEST(HostWindow, AWindowThatGoesAwayUnderTheWalkDoesNotHideTheNextOne) {
+  ScriptedHost host;
+  const HWND view = host.OpenWindow("WrenfoldOuterView");
+  SetWindowLongPtrA(view, GWLP_USERDATA, 1);
+  ShowWindow(view, SW_SHOWNOACTIVATE);
+  SetActiveWindow(host.frame());
+  g_vanishing = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+  SetWindowPos(g_vanishing, host.frame(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  const ImportPatch patch("USER32.dll", "GetWindow", &GetWindowOfAVanishingOne);
+  EXPECT_EQ(NextTamWren(), 1);
+  EXPECT_FALSE(IsWindow(g_vanishing));
+  EXPECT_EQ(GetActiveWindow(), view);
 }
 
 TEST(HostWindow, AnActiveFrameIsAskedForItsRequestTargetOnce) {
