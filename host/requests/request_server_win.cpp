@@ -101,6 +101,11 @@ Answer Request::AnswerKept(const std::string& text) {
   return {reinterpret_cast<Slot>(text.c_str()), true, true};
 }
 
+Answer Request::Fail(std::string why) const {
+  state.failure = std::move(why);
+  return {.failed = true};
+}
+
 // --- Tables ---
 
 const Service* RequestServer::FindService(int code) const {
@@ -164,8 +169,9 @@ Slot RequestServer::ServeCommand(int id) {
 void RequestServer::Trace(const std::string& names, const std::string& title, const std::string& slots,
                           Answer answer) {
   const bool is_text = answer.is_text && answer.value != 0;
-  const std::string shown =
+  std::string shown =
       is_text ? TracedText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
+  if (answer.failed) shown += " (" + state_.failure + ")";
   trace_("trace: " + names + ": " + title + slots + " -> " + shown + "\n");
 }
 

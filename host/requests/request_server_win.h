@@ -21,7 +21,8 @@ using Slot = long long;
 struct Answer {
   Slot value = 0;
   bool is_text = false;
-  bool served = true;  // false: the handler knows only other forms of this request
+  bool served = true;   // false: the handler knows only other forms of this request
+  bool failed = false;  // the value says so, and HostState::failure why
 };
 
 class RequestServer;
@@ -49,6 +50,9 @@ class Request {
   static Answer AnswerNumber(Slot value) { return {value}; }
   static Answer Done(bool done) { return {done ? 1 : 0}; }
   static Answer NotServed() { return {0, false, false}; }
+  // 0, because of `why`: one line of UTF-8 without a full stop that names the value at fault. The trace and the
+  // macro can ask for it.
+  Answer Fail(std::string why) const;
   // Keeps `text` until the next text answer of the same code.
   Answer AnswerText(std::string text) const;
   // For a text that the host keeps anyway.
@@ -68,24 +72,27 @@ struct Service {
   // nullptr: as the catalogue says.
   const char* shapes;
   Handler handler;
+  // What it answers and does, for the table in docs/small-host.md: no capital in front, no full stop behind.
+  const char* doc = "";
 };
 
 // Runs `kAnswer` when there is a root mail; else the answer is 0.
 template <Handler kAnswer>
 Answer WithRoot(Request& request) {
-  return request.state.HasRoot() ? kAnswer(request) : Answer{};
+  return request.state.HasRoot() ? kAnswer(request) : request.Fail("no mail is open");
 }
 
 // Runs `kAnswer` when there is a current mail.
 template <Handler kAnswer>
 Answer WithCurrent(Request& request) {
-  return request.state.HasCurrent() ? kAnswer(request) : Answer{};
+  return request.state.HasCurrent() ? kAnswer(request) : request.Fail("no mail is open or being written");
 }
 
 // A menu command, which comes as WM_COMMAND or in the first slot of codes 12 and 57.
 struct Command {
   int id;
   Handler handler;
+  const char* doc = "";  // as above
 };
 
 // What one file of services answers. Objects of this type are constants that live for ever.
