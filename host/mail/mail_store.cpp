@@ -8,6 +8,7 @@
 #include "host/base/ascii.h"
 #include "host/base/whole_file.h"
 #include "host/mime/message.h"
+#include "host/terminal/progress.h"
 
 namespace wrenfold {
 namespace {
@@ -185,7 +186,9 @@ std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, Unreada
   std::error_code error;
   const std::vector<fs::path> entries = Entries(folder, error);
   if (error) return CannotRead(folder, ReasonOf(error));
+  Progress progress("reading mails", entries.size());
   for (const fs::path& entry : entries) {
+    progress.Step();
     if (!IsMailFile(entry) || IsFolder(entry)) continue;
     auto failure = AddFile(entry);
     if (failure && unreadable == Unreadable::kRefuse) return failure;

@@ -9,6 +9,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/progress.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -30,9 +31,11 @@ void FindMails(Request& request) {
   std::vector<std::size_t>& found = state.commands.found;
   const auto folder = FolderOfPair(request, 0);
   const bool all = (request.Number(2) & kAllFolders) != 0;
+  Progress progress("searching mails");
   for (std::size_t i = 0; i < state.folders().size(); ++i) {
     if (!all && folder != i) continue;
     for (const std::size_t mail : state.MailsOf(i)) {
+      progress.Step();
       const bool is_new = std::find(found.begin(), found.end(), mail) == found.end();
       if (is_new && Finds(state.commands.find_pack, state.Message(mail).text)) found.push_back(mail);
     }

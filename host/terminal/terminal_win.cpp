@@ -44,6 +44,14 @@ void Terminal::Write(const Stream& stream, std::string_view utf8) {
   }
 }
 
+void Terminal::ShowPassing(std::string_view utf8) {
+  if (utf8.empty() && passing_ == 0) return;
+  // ASCII: a column is a byte. Blanks wipe what a longer line left.
+  const std::size_t rest = passing_ > utf8.size() ? passing_ - utf8.size() : 0;
+  Write(error_, "\r" + std::string(utf8) + std::string(rest, ' ') + (utf8.empty() ? "\r" : ""));
+  passing_ = utf8.size();
+}
+
 std::optional<std::string> Terminal::ReadLine(std::string_view mark) {
   if (in_is_console_) Out(mark);
   std::size_t end;

@@ -14,8 +14,19 @@ class Terminal {
   Terminal();
 
   // As they are: '\n' ends a line everywhere.
-  void Out(std::string_view utf8) { Write(out_, utf8); }
-  void Error(std::string_view utf8) { Write(error_, utf8); }
+  void Out(std::string_view utf8) {
+    ShowPassing("");
+    Write(out_, utf8);
+  }
+  void Error(std::string_view utf8) {
+    ShowPassing("");
+    Write(error_, utf8);
+  }
+
+  // Whether standard error is a terminal, and a line on it that the next one takes the place of. It is taken away
+  // before anything else is written.
+  bool ShowsErrors() const { return error_.is_console; }
+  void ShowPassing(std::string_view utf8);
 
   bool IsInteractive() const { return in_is_console_; }
   // One line without its end; nullopt at the end of the input. `mark` shows only on a terminal.
@@ -35,7 +46,8 @@ class Terminal {
   HANDLE in_;
   bool in_is_console_;
   bool ended_ = false;
-  std::string pending_;  // read, but not yet given out
+  std::size_t passing_ = 0;  // columns of the passing line
+  std::string pending_;      // read, but not yet given out
 };
 
 // The one of this program.
