@@ -1,0 +1,101 @@
+#include "host/mail/send_program_win.h"
+
+#include <windows.h>
+
+#include <vector>
+
+#include "host/charset/charsets.h"
+#include "host/mail/mail_store.h"
+#include "host/mail/program_line.h"
+#include "src/base/unique_win.h"
+
+namespace wrenfold {
+namespace {
+
+using wfinfo::UniqueHandle;
+
+constexpr DWORD kMostMs = 10 * 60 * 1000;  // as long as RFC 5321 lets a client wait for a server's last word
+
+// A handle that the child inherits; null when there is none.
+UniqueHandle Inheritable(HANDLE handle) {
+  HANDLE copy = nullptr;
+  if (handle == nullptr || handle == INVALID_HANDLE_VALUE) return UniqueHandle();
+  DuplicateHandle(GetCurrentProcess(), handle, GetCurrentProcess(), &copy, 0, TRUE, DUPLICATE_SAME_ACCESS);
+  return UniqueHandle(copy);
+}
+
+// Only these handles go to the child, whatever else in this process can be inherited.
+class HandleList {
+ public:
+  explicit HandleList(std::vector<HANDLE> handles) : handles_(std::move(handles)) {
+    SIZE_T size = 0;
+    InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+    bytes_.resize(size);
+    if (!InitializeProcThreadAttributeList(list(), 1, 0, &size)) return;
+    is_made_ = true;
+    UpdateProcThreadAttribute(list(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
+                              handles_.size() * sizeof(HANDLE), nullptr, nullptr);
+  }
+  ~HandleList() {
+    if (is_made_) DeleteProcThreadAttributeList(list());
+  }
+  HandleList(const HandleList&) = delete;
+  HandleList& operator=(const HandleList&) = delete;
+
+  LPPROC_THREAD_ATTRIBUTE_LIST list() { return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(bytes_.data()); }
+
+ private:
+  std::vector<HANDLE> handles_;
+  std::vector<char> bytes_;
+  bool is_made_ = false;
+};
+
+std::string Code(DWORD code) { return std::to_string(code); }
+
+// The child, waited for.
+std::optional<std::string> Wait(const UniqueHandle& process, const std::string& name) {
+  if (WaitForSingleObject(process.get(), kMostMs) != WAIT_OBJECT_0) {
+    TerminateProcess(process.get(), 1);
+    WaitForSingleObject(process.get(), INFINITE);
+    return name + " did not end within ten minutes";
+  }
+  DWORD code = 1;
+  GetExitCodeProcess(process.get(), &code);
+  if (code == 0) return std::nullopt;
+  return name + " ended with exit code " + Code(code);
+}
+
+}  // namespace
+
+std::optional<std::string> SendWithProgram(const std::string& line, const std::filesystem::path& file) {
+  const auto program = ParseProgramLine(line);
+  if (!program) return "no program in '" + line + "'";
+  const std::string& name = program->arguments[0];
+  const auto command = SystemLine(*program, PathToUtf8(file));
+  if (!command) return "the file's name cannot be given to the batch file " + name;
+  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+  const wchar_t* const in_path = program->wants_file ? L"NUL" : file.c_str();
+  const HANDLE opened = CreateFileW(in_path, GENERIC_READ, FILE_SHARE_READ, &inherited, OPEN_EXISTING, 0, nullptr);
+  if (opened == INVALID_HANDLE_VALUE) return "cannot open the mail, error " + Code(GetLastError());
+  const UniqueHandle in(opened);
+  UniqueHandle out = Inheritable(GetStdHandle(STD_ERROR_HANDLE));
+  if (!out) out.reset(CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_WRITE, &inherited, OPEN_EXISTING, 0, nullptr));
+  HandleList handles({in.get(), out.get()});
+  STARTUPINFOEXW start{};
+  start.StartupInfo.cb = sizeof start;
+  start.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+  start.StartupInfo.hStdInput = in.get();
+  start.StartupInfo.hStdOutput = out.get();
+  start.StartupInfo.hStdError = out.get();
+  start.lpAttributeList = handles.list();
+  PROCESS_INFORMATION child{};
+  std::u16string wide = Utf8ToWide(*command);
+  if (!CreateProcessW(nullptr, reinterpret_cast<wchar_t*>(wide.data()), nullptr, nullptr, TRUE,
+                      EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr, &start.StartupInfo, &child)) {
+    return "cannot start " + name + ", error " + Code(GetLastError());
+  }
+  CloseHandle(child.hThread);
+  return Wait(UniqueHandle(child.hProcess), name);
+}
+
+}  // namespace wrenfold
