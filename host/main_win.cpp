@@ -33,6 +33,7 @@ int Run(const std::vector<std::string>& arguments) {
   if (options.help) return TheTerminal().Out(kUsage), kFine;
   if (options.version) return PrintVersion();
   if (options.register_mapi || options.unregister_mapi) return RegisterAsMailClient(options);
+  if (options.stop) return StopServing();
   if (options.serve) return ServeMails(options);
   return RunMacroSession(options);
 }

@@ -225,6 +225,18 @@ void AddWishes(std::string& mail, const CommandLineRequest& request, const Chars
   AddHeader(mail, "X-Wrenfold-Options", options);
 }
 
+// A line for each file that the reader misses.
+std::string MissingFiles(std::string_view body, const std::vector<OutgoingFile>& files) {
+  std::string lines;
+  for (const OutgoingFile& file : files) {
+    if (!file.is_missing) continue;
+    const std::size_t name = file.name.find_last_of("/\\");
+    lines += "[missing attachment: " + OneLine(std::string_view(file.name).substr(name + 1)) + "]\r\n";
+  }
+  const bool on_new_line = body.empty() || body.ends_with('\n');
+  return lines.empty() || on_new_line ? lines : "\r\n" + lines;
+}
+
 void AddBody(std::string& mail, std::string_view text, const std::vector<OutgoingFile>& files,
              const MailStamp& stamp) {
   const bool attached = std::ranges::any_of(files, [](const OutgoingFile& file) { return !file.is_missing; });
@@ -259,7 +271,8 @@ std::string ComposeMail(const CommandLineRequest& request, const std::vector<Out
   for (const OutgoingFile& file : files) {
     if (file.is_missing) AddHeader(mail, "X-Wrenfold-Missing-File", Unstructured(file.name));
   }
-  AddBody(mail, charsets.HostToUtf8(request.body.value_or("")), files, stamp);
+  const std::string body = charsets.HostToUtf8(request.body.value_or(""));
+  AddBody(mail, body + MissingFiles(body, files), files, stamp);
   return mail;
 }
 

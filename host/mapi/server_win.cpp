@@ -21,6 +21,8 @@ constexpr DWORD kPollMs = 100;
 constexpr UINT kShowBox = WM_APP + 1;
 constexpr UINT kShowAlert = WM_APP + 2;
 constexpr UINT_PTR kBoxTimer = 1;
+constexpr DWORD kStopWaitMs = 10000;
+constexpr char kServes[] = "WrenfoldServes";  // property of a server's frame: one that runs macros has none
 
 MapiService* g_service = nullptr;
 void (*g_complain)(const std::string& line) = nullptr;
@@ -75,7 +77,7 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lpar
   if (message == kShowBox) return ShowBox(window), 0;
   if (message == kShowAlert) return ShowAlert(window), 0;
   if (message == WM_TIMER && wparam == kBoxTimer) return CloseBox(window), 0;
-  if (message == WM_DESTROY) return PostQuitMessage(0), 0;
+  if (message == WM_DESTROY) return RemovePropA(window, kServes), PostQuitMessage(0), 0;
   return DefWindowProcA(window, message, wparam, lparam);
 }
 
@@ -85,8 +87,18 @@ HWND CreateFrame() {
   window_class.hInstance = GetModuleHandleA(nullptr);
   window_class.lpszClassName = wfinfo::kFrameClass;
   if (RegisterClassA(&window_class) == 0) return nullptr;
-  return CreateWindowExA(0, wfinfo::kFrameClass, "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 320, 200, nullptr,
-                         nullptr, window_class.hInstance, nullptr);
+  const HWND frame = CreateWindowExA(0, wfinfo::kFrameClass, "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 320, 200,
+                                     nullptr, nullptr, window_class.hInstance, nullptr);
+  if (frame != nullptr) SetPropA(frame, kServes, reinterpret_cast<HANDLE>(1));
+  return frame;
+}
+
+HWND FindServer() {
+  HWND frame = nullptr;
+  while ((frame = FindWindowExA(nullptr, frame, wfinfo::kFrameClass, nullptr)) != nullptr) {
+    if (GetPropA(frame, kServes) != nullptr) return frame;
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -127,6 +139,24 @@ int RunMapiServer(const std::string& home, const MapiSettings& settings,
   g_service = nullptr;
   ReleaseMutex(server.get());
   return kFine;
+}
+
+std::optional<std::string> StopMapiServer() {
+  const HWND frame = FindServer();
+  if (frame == nullptr) return "no host serves on this desktop";
+  DWORD id = 0;
+  GetWindowThreadProcessId(frame, &id);
+  const wfinfo::UniqueHandle process(OpenProcess(SYNCHRONIZE, FALSE, id));
+  if (!PostMessageA(frame, WM_CLOSE, 0, 0)) {
+    return GetLastError() == ERROR_ACCESS_DENIED ? "the serving host runs as an administrator: stop it as one"
+                                                 : "the serving host takes no message";
+  }
+  // A process that cannot be opened is known by its window.
+  for (DWORD waited = 0; waited < kStopWaitMs; waited += kPollMs) {
+    if (process ? WaitForSingleObject(process.get(), kPollMs) == WAIT_OBJECT_0 : !IsWindow(frame)) return std::nullopt;
+    if (!process) Sleep(kPollMs);
+  }
+  return "the serving host (process " + std::to_string(id) + ") does not end";
 }
 
 }  // namespace wrenfold

@@ -2,6 +2,7 @@
 // library, waiting.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/mapi/settings.h"
@@ -16,5 +17,8 @@ std::string MapiHome(const std::string& given);
 // Returns the exit code.
 int RunMapiServer(const std::string& home, const MapiSettings& settings,
                   void (*complain)(const std::string& line));
+
+// Has the server of this desktop end, and waits until it has. Returns why it does not, else nullopt.
+std::optional<std::string> StopMapiServer();
 
 }  // namespace wrenfold

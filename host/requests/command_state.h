@@ -9,8 +9,10 @@
 #include <utility>
 #include <vector>
 
+#include "host/mail/post_office.h"
 #include "host/user/accounts.h"
 #include "host/user/address_book.h"
+#include "host/user/application_state.h"
 #include "host/user/templates.h"
 
 namespace wrenfold {
@@ -30,7 +32,8 @@ struct CommandState {
   AddressBook book;
 
   DraftParts draft;
-  std::vector<std::string> outbox;  // mails that wait for the next transmission, as host text
+  PostOffice post;
+  ApplicationState application;
 
   // Template of a folder and kind, by macro; kept while the program runs.
   std::map<std::pair<std::size_t, std::size_t>, std::string> template_references;

@@ -35,6 +35,9 @@ class Request {
 
   HostState& state;
 
+  // The code that came; 0 for a menu command.
+  int code() const { return code_; }
+
   // Slots, read with care: 0 or "" for what is not there.
   Slot Number(std::size_t slot) const;
   std::string_view Text(std::size_t slot) const;

@@ -1,4 +1,5 @@
 // Accounts: lending and saving the record of one, its long texts, new accounts.
+#include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 
@@ -7,18 +8,35 @@ namespace {
 
 AccountStore& Accounts(Request& request) { return request.state.commands.accounts; }
 
+Answer NoAccount(Request& request, std::string_view name) {
+  return request.Fail("no account '" + SystemCharsets().HostToUtf8(name) + "'");
+}
+
 Answer Lend(Request& request) {
-  return Request::AnswerNumber(reinterpret_cast<Slot>(Accounts(request).Lend(request.Text(0))));
+  const char* const record = Accounts(request).Lend(request.Text(0));
+  if (record == nullptr) return NoAccount(request, request.Text(0));
+  return Request::AnswerNumber(reinterpret_cast<Slot>(record));
 }
 
 // The block is the library's own variable with the address of the record.
 const char* RecordOf(Request& request) { return reinterpret_cast<const char*>(request.Number(0)); }
 
-Answer Save(Request& request) { return Request::Done(Accounts(request).Save(RecordOf(request))); }
+Answer Save(Request& request) {
+  if (!Accounts(request).LentName(RecordOf(request))) return request.Fail("the record is not lent");
+  const bool saved = Accounts(request).Save(RecordOf(request));
+  return saved ? Request::Done(true)
+               : request.Fail("the account is not saved: its title is empty or in use, or the file cannot be written");
+}
 
-Answer Release(Request& request) { return Request::Done(Accounts(request).Release(RecordOf(request))); }
+Answer Release(Request& request) {
+  return Accounts(request).Release(RecordOf(request)) ? Request::Done(true) : request.Fail("the record is not lent");
+}
 
-Answer Create(Request& request) { return Request::Done(Accounts(request).Create(request.Text(0))); }
+Answer Create(Request& request) {
+  if (Accounts(request).Create(request.Text(0))) return Request::Done(true);
+  return request.Fail("no account '" + SystemCharsets().HostToUtf8(request.Text(0)) +
+                      "' can be made: the name is in use or cannot be one, or the file cannot be written");
+}
 
 // kind, title or lent record (which begins with its title, but that may have been changed)
 Answer LongText(Request& request) {
@@ -29,13 +47,18 @@ Answer LongText(Request& request) {
 
 // kind, title, 0, "", text
 Answer SetLongText(Request& request) {
-  return Request::Done(Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)),
-                                                 request.Text(4)));
+  const bool set =
+      Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)), request.Text(4));
+  return set ? Request::Done(true) : NoAccount(request, request.Text(1));
 }
 
 constexpr Service kServices[] = {
-    {75, "T", Lend},   {76, "A", Save},         {77, "A", Release},
-    {78, "T", Create}, {111, "ITIT", LongText}, {112, "ITITT", SetLongText},
+    {75, "T", Lend, "lends the record of an [account](#accounts); each loan is a copy of its own"},
+    {76, "A", Save, "saves a lent record to the file of accounts"},
+    {77, "A", Release, "takes a lent record back unsaved"},
+    {78, "T", Create, "adds an account: 1, 0 when the name is in use"},
+    {111, "ITIT", LongText, "signature or template of an account, read from the file"},
+    {112, "ITITT", SetLongText, "signature or template of an account, written to the file"},
 };
 
 }  // namespace

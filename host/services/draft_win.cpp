@@ -1,11 +1,7 @@
 #include "host/services/draft_win.h"
 
-#include "host/base/ascii.h"
-#include "host/charset/charsets.h"
 #include "host/mail/draft_text.h"
 #include "host/mail/headers.h"
-#include "host/terminal/terminal_text.h"
-#include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -44,21 +40,10 @@ void ComposeDraft(Request& request) {
   state.BeginDraft(state.draft_purpose(), std::string(HeadersOf(state.CurrentText())) + body);
 }
 
-std::string OwnAddress(Request& request) {
-  const AccountStore& accounts = request.state.commands.accounts;
+std::string OwnAddress(const HostState& state) {
+  const AccountStore& accounts = state.commands.accounts;
   const std::vector<std::string> names = accounts.Names();
   return names.empty() ? "" : accounts.Value(names[0], "szMailFromSpecify");
-}
-
-void ShowWouldSend(std::string_view mail) {
-  const std::string shown = Printable(SystemCharsets().HostToUtf8(mail));
-  std::string lines = "would send:\n";
-  for (std::string_view rest = shown; !rest.empty();) {
-    const LineLength length = FirstLine(rest);
-    lines += "| " + std::string(rest.substr(0, length.text)) + "\n";
-    rest.remove_prefix(length.with_end);
-  }
-  TheTerminal().Error(lines);
 }
 
 }  // namespace wrenfold

@@ -15,9 +15,6 @@ void BeginWriting(Request& request, DraftPurpose purpose, std::string headers, s
 void ComposeDraft(Request& request);
 
 // One's own address: "szMailFromSpecify" of the first account, "" without one.
-std::string OwnAddress(Request& request);
-
-// Shows on standard error what a transmission would send; nothing leaves the machine.
-void ShowWouldSend(std::string_view mail);
+std::string OwnAddress(const HostState& state);
 
 }  // namespace wrenfold

@@ -2,10 +2,12 @@
 // machine, what would be sent is shown.
 #include "host/mail/draft_text.h"
 #include "host/mail/header_edit.h"
+#include "host/mail/outgoing_text.h"
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/services/transmission_win.h"
 
 namespace wrenfold {
 namespace {
@@ -29,7 +31,7 @@ std::string QuotedBody(Request& request) {
 Answer Reply(Request& request) {
   const HostMessage& message = request.state.Message(request.state.root());
   const Recipients recipients =
-      ReplyRecipients(message.text, static_cast<ReplyKind>(request.Number(1)), OwnAddress(request));
+      ReplyRecipients(message.text, static_cast<ReplyKind>(request.Number(1)), OwnAddress(request.state));
   std::string headers = ReplyTo(message.text, "");
   SetHeader(headers, "To", recipients.to, 0);
   if (!recipients.cc.empty()) SetHeader(headers, "Cc", recipients.cc, 0);
@@ -78,24 +80,15 @@ void FinishDraft(Request& request) {
 
 template <bool kAtOnce>
 Answer Send(Request& request) {
-  if (!request.state.HasDraft()) return {};
-  std::string mail = WithAttachments(request.state.CurrentText(), request.state.commands.draft);
-  if (kAtOnce) {
-    ShowWouldSend(mail);
-  } else {
-    request.state.commands.outbox.push_back(std::move(mail));
-  }
-  FinishDraft(request);
-  return Request::Done(true);
-}
-
-// What is to be transmitted: there is one account, so any value means all of it.
-Answer SelectTransmit(Request&) { return Request::Done(true); }
-
-Answer Transmit(Request& request) {
-  for (const std::string& mail : request.state.commands.outbox) ShowWouldSend(mail);
-  request.state.commands.outbox.clear();
-  return Request::Done(true);
+  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
+  const std::string mail =
+      MailOfHostText(WithAttachments(request.state.CurrentText(), request.state.commands.draft));
+  if (kAtOnce && !HasRecipients(mail)) return request.Fail("the mail has no recipient");
+  const std::size_t before = request.state.commands.post.put;
+  const Answer answer = kAtOnce ? PostNow(request, mail) : PostLater(request, mail);
+  // A mail that lies in the outbox is no draft, whether it could be sent or not.
+  if (request.state.commands.post.put > before) FinishDraft(request);
+  return answer;
 }
 
 // --- Resending ---
@@ -107,29 +100,30 @@ constexpr Slot kAsBcc = 0x80000000;
 
 // recipient, mode, 1 = as in the log (which is the same mail here)
 Answer Resend(Request& request) {
-  if (!request.HasText(0)) return {};
+  if (!request.HasText(0)) return request.Fail("no recipient to resend to");
   const Slot mode = request.Number(1);
-  std::string text =
-      ResentText(request.state.Message(request.state.root()).text, request.Text(0), (mode & kAsBcc) != 0);
+  const bool as_bcc = (mode & kAsBcc) != 0;
+  const std::size_t root = request.state.root();
+  // The mail goes on as it came, byte by byte; a draft is its text.
+  const std::string raw = HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + request.state.Mail(root).raw;
+  std::string text = ResentText(request.state.Message(root).text, request.Text(0), as_bcc);
   switch (mode & ~kAsBcc) {
     case kSendNow:
-      ShowWouldSend(text);
-      return Request::Done(true);
+      return PostNow(request, raw);
     case kSendLater:
-      request.state.commands.outbox.push_back(std::move(text));
-      return Request::Done(true);
+      return PostLater(request, raw);
     case kOpen:
       BeginWriting(request, DraftPurpose::kForward, std::move(text), "");
       return Request::Done(true);
     default:
-      return {};
+      return request.Fail("no way to resend: " + std::to_string(mode));
   }
 }
 
-constexpr Service kServices[] = {{71, nullptr, SelectTransmit}, {104, "TII", WithRoot<Resend>}};
+constexpr Service kServices[] = {{104, "TII", WithRoot<Resend>}};
 
 constexpr Command kCommands[] = {
-    {40002, NewMail},     {40019, WithRoot<Reply>}, {40022, WithRoot<Forward>},         {40024, Transmit},
+    {40002, NewMail},     {40019, WithRoot<Reply>}, {40022, WithRoot<Forward>},
     {40087, Send<false>}, {40104, Send<true>},      {40185, WithRoot<ForwardAttached>},
 };
 

@@ -8,11 +8,12 @@
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/charset/text_file.h"
+#include "host/mail/file_reasons.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/questions_win.h"
 #include "host/terminal/terminal_text.h"
-#include "host/terminal/terminal_win.h"
 
 namespace wrenfold {
 namespace {
@@ -26,7 +27,7 @@ Answer LoadText(Request& request) {
   const auto limit = static_cast<std::size_t>(std::clamp(request.Number(1), Slot{0}, kMost));
   const std::filesystem::path file = PathFromUtf8(SystemCharsets().HostToUtf8(request.Text(0)));
   const auto bytes = ReadBeginning(file, limit + kLookAhead);
-  if (!bytes) return {};
+  if (!bytes) return request.Fail(WhyUnreadable(file));
   return request.AnswerText(HostTextOfFile(*bytes, limit, SystemCharsets()));
 }
 
@@ -46,12 +47,12 @@ Answer ToUtf8(Request& request) {
 // What the user writes on one line, host text; `otherwise` for an empty line or at the end of the input.
 std::string AskForName(Request& request, std::string_view otherwise) {
   const std::string question = Printable(SystemCharsets().HostToUtf8(request.Text(0)));
-  const auto line = TheTerminal().ReadLine(question.empty() ? "file: " : question + " ");
+  const auto line = AskUser(question.empty() ? "file:" : question);
   return line && !line->empty() ? SystemCharsets().Utf8ToHost(*line) : std::string(otherwise);
 }
 
 Answer AnswerName(Request& request, std::string name) {
-  return name.empty() ? Answer{} : request.AnswerText(std::move(name));
+  return name.empty() ? request.Fail("no file was named") : request.AnswerText(std::move(name));
 }
 
 // question, and two texts that a question on the terminal has no use for
@@ -61,8 +62,11 @@ Answer OpenFileName(Request& request) { return AnswerName(request, AskForName(re
 Answer SaveFileName(Request& request) { return AnswerName(request, AskForName(request, request.Text(3))); }
 
 constexpr Service kServices[] = {
-    {290, "TII", ToUtf16},       {291, "TI", LoadText}, {292, "TTT", OpenFileName},
-    {293, "TTTT", SaveFileName}, {307, "TII", ToUtf8},
+    {290, "TII", ToUtf16, "the text in UTF-16"},
+    {291, "TI", LoadText, "text of a file in UTF-8, UTF-16 or Shift-JIS, up to 256 MiB; 0 when it cannot be read"},
+    {292, "TTT", OpenFileName, "asks for a name; 0 for an empty line"},
+    {293, "TTTT", SaveFileName, "asks for a name; an empty line takes the one that was proposed"},
+    {307, "TII", ToUtf8, "the text in UTF-8"},
 };
 
 }  // namespace

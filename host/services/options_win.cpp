@@ -25,7 +25,7 @@ Answer SwitchPriority(Request& request) {
 }
 
 Answer SwitchNotification(Request& request) {
-  const std::string own = OwnAddress(request);
+  const std::string own = OwnAddress(request.state);
   const bool on = !AsksForNotification(request.state.CurrentText());
   return SwitchHeader(request, kNotificationHeader, own.empty() ? "local@localhost" : own, on);
 }

@@ -8,7 +8,8 @@ constexpr const ServiceFamily* kAll[] = {
     &kFoldersServices,  &kGrepServices,       &kHostServices,      &kMacrosServices,   &kMailListServices,
     &kMailServices,     &kNavigationServices, &kNoticesServices,   &kOptionsServices,  &kQuotingServices,
     &kSettingsServices, &kSmimeServices,      &kTemplatesServices, &kTransferServices, &kViewServices,
-    &kWritingServices,
+    &kWritingServices,    &kApplicationServices, &kCsvServices, &kDialUpServices, &kPrintingServices, &kRemoteServices,
+    &kTransmissionServices,
 };
 
 }  // namespace

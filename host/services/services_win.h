@@ -9,7 +9,10 @@ namespace wrenfold {
 
 // The families, each in the file of its name.
 extern const ServiceFamily kAccountsServices;
+extern const ServiceFamily kApplicationServices;
 extern const ServiceFamily kBookServices;
+extern const ServiceFamily kCsvServices;
+extern const ServiceFamily kDialUpServices;
 extern const ServiceFamily kDraftsServices;
 extern const ServiceFamily kExternalServices;
 extern const ServiceFamily kFilesServices;
@@ -22,11 +25,14 @@ extern const ServiceFamily kMailServices;
 extern const ServiceFamily kNavigationServices;
 extern const ServiceFamily kNoticesServices;
 extern const ServiceFamily kOptionsServices;
+extern const ServiceFamily kPrintingServices;
 extern const ServiceFamily kQuotingServices;
+extern const ServiceFamily kRemoteServices;
 extern const ServiceFamily kSettingsServices;
 extern const ServiceFamily kSmimeServices;
 extern const ServiceFamily kTemplatesServices;
 extern const ServiceFamily kTransferServices;
+extern const ServiceFamily kTransmissionServices;
 extern const ServiceFamily kViewServices;
 extern const ServiceFamily kWritingServices;
 

@@ -2,6 +2,7 @@
 // sets, one asks.
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
+#include "host/services/transmission_win.h"
 
 namespace wrenfold {
 namespace {
@@ -18,8 +19,8 @@ Answer Kept(Request& request) {
   return Request::AnswerNumber(request.state.Setting(kAskingCode));
 }
 
-// There is one account.
-Answer Account(Request& request) { return request.AnswerText("local"); }
+// The first account is the current one.
+Answer Account(Request& request) { return request.AnswerText(AccountNames(request.state)[0]); }
 
 constexpr int kThreadView = 25;
 constexpr int kSortMethod = 26;
@@ -27,8 +28,8 @@ constexpr int kViewArea = 28;
 constexpr int kPane = 89;
 
 constexpr Service kServices[] = {
-    {5, nullptr, Account},
-    {6, nullptr, Account},
+    {5, nullptr, Account, "name of the first account; `local` without one"},
+    {6, nullptr, Account, "as 5"},
     {18, nullptr, Keep<kPane>},
     {24, nullptr, Keep<kThreadView>},
     {kThreadView, nullptr, Kept<kThreadView>},

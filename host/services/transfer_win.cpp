@@ -1,15 +1,21 @@
 // Import, export and the check for duplicates.
 #include <algorithm>
+#include <iterator>
+#include <system_error>
+#include <variant>
 
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/duplicates.h"
+#include "host/mail/file_reasons.h"
 #include "host/mail/headers.h"
 #include "host/mail/mail_exchange.h"
+#include "host/mail/outbox_folder.h"
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/progress.h"
 #include "src/addresses/address_entry.h"
 
 namespace wrenfold {
@@ -21,19 +27,49 @@ std::filesystem::path PathOf(std::string_view host) {
 
 // --- Import ---
 
+bool IsImportType(Slot type) {
+  return type >= static_cast<Slot>(ImportType::kAuto) && type <= static_cast<Slot>(ImportType::kOwn);
+}
+
+// The mails of a file, or why there are none.
+std::variant<std::vector<StoredMail>, std::string> MailsAt(const std::filesystem::path& path, ImportType type) {
+  const auto bytes = ReadWholeFile(path);
+  if (!bytes) return WhyUnreadable(path);
+  auto mails = MailsOfFile(*bytes, type);
+  if (!mails) return PathToUtf8(path) + " is no file of the type asked for";
+  for (StoredMail& mail : *mails) mail.source = path;
+  return *std::move(mails);
+}
+
+// The mails of a file or of the .eml files of a folder, or why there are none.
+std::variant<std::vector<StoredMail>, std::string> MailsToImport(const std::filesystem::path& path,
+                                                                 ImportType type) {
+  std::error_code error;
+  if (!std::filesystem::is_directory(path, error)) return MailsAt(path, type);
+  const std::vector<std::filesystem::path> files = MailFilesOf(path);
+  if (files.empty()) return "no .eml file in the folder " + PathToUtf8(path);
+  std::vector<StoredMail> all;
+  Progress progress("importing mails", files.size());
+  for (const std::filesystem::path& file : files) {
+    progress.Step();
+    auto mails = MailsAt(file, type);
+    if (std::holds_alternative<std::string>(mails)) return mails;
+    std::ranges::move(std::get<std::vector<StoredMail>>(mails), std::back_inserter(all));
+  }
+  return all;
+}
+
 // path, file type, 1 = as just received, four options that are not looked at. Answers the number of mails.
 Answer Import(Request& request) {
-  if (!request.state.HasRoot()) return {};
-  const std::filesystem::path path = PathOf(request.Text(0));
-  const auto bytes = ReadWholeFile(path);
-  auto mails = bytes ? MailsOfFile(*bytes, static_cast<ImportType>(request.Number(1))) : std::nullopt;
-  if (!mails) return {};
-  for (StoredMail& mail : *mails) {
-    mail.source = path;
+  if (!IsImportType(request.Number(1))) return request.Fail("no file type " + std::to_string(request.Number(1)));
+  auto read = MailsToImport(PathOf(request.Text(0)), static_cast<ImportType>(request.Number(1)));
+  if (const auto* reason = std::get_if<std::string>(&read)) return request.Fail(*reason);
+  auto& mails = std::get<std::vector<StoredMail>>(read);
+  for (StoredMail& mail : mails) {
     if (request.Number(2) == 1) mail.flags &= ~(kMailRead | kMailOld);
   }
-  const std::size_t count = mails->size();
-  request.state.Import(std::move(*mails), request.state.folder());
+  const std::size_t count = mails.size();
+  request.state.Import(std::move(mails), request.state.folder());
   return Request::AnswerNumber(static_cast<Slot>(count));
 }
 
@@ -59,7 +95,10 @@ std::string BytesOf(Request& request, std::size_t mail, Slot encoding, bool fold
 
 std::vector<ExportedMail> MailsToExport(Request& request) {
   std::vector<ExportedMail> mails;
-  for (const std::size_t mail : request.state.MailsOf(request.state.folder())) {
+  const std::vector<std::size_t> list = request.state.MailsOf(request.state.folder());
+  Progress progress("exporting mails", list.size());
+  for (const std::size_t mail : list) {
+    progress.Step();
     ExportedMail exported;
     exported.bytes = BytesOf(request, mail, request.Number(3), request.Number(4) == 1);
     exported.from = AddressOf(request.state.Header(mail, "From"));
@@ -71,19 +110,30 @@ std::vector<ExportedMail> MailsToExport(Request& request) {
   return mails;
 }
 
+// Why nothing can be written, if nothing is.
+std::string WhyNotExported(const ExportPlan& plan) {
+  std::error_code error;
+  const bool to_folder = plan.type == ExportType::kEml || plan.type == ExportType::kText;
+  if (!to_folder && plan.write == ExportWrite::kNew && std::filesystem::is_regular_file(plan.path, error))
+    return PathToUtf8(plan.path) + " is there already: \"append\" adds to it, \"truncate\" replaces it";
+  return WhyUnwritable(to_folder ? plan.path / "mail" : plan.path);
+}
+
 // path, type, naming, encoding, 1 = fold, new / append / truncate, 1 = time stamp (not looked at). The counts
 // go into the first two slots; the answer is the first.
 Answer Export(Request& request) {
+  const ExportPlan plan{PathOf(request.Text(0)), static_cast<ExportType>(request.Number(1)),
+                        static_cast<ExportNaming>(request.Number(2)),
+                        static_cast<ExportWrite>(request.Number(5))};
   ExportResult result;
+  std::string reason = "no mail is open";
   if (request.state.HasRoot()) {
-    const ExportPlan plan{PathOf(request.Text(0)), static_cast<ExportType>(request.Number(1)),
-                          static_cast<ExportNaming>(request.Number(2)),
-                          static_cast<ExportWrite>(request.Number(5))};
+    reason = WhyNotExported(plan);  // while a file that was there before can be told from one of this export
     result = ExportMails(plan, MailsToExport(request));
   }
   request.SetLowNumber(0, result.written);
   request.SetLowNumber(1, result.failed);
-  return Request::AnswerNumber(result.written);
+  return result.written > 0 ? Request::AnswerNumber(result.written) : request.Fail(reason);
 }
 
 // --- Duplicates ---
@@ -123,7 +173,11 @@ std::vector<std::size_t> MailsToCompare(Request& request) {
 // they are taken out of their folders, with nobody to ask only then. Answers their number.
 Answer CheckDuplicates(Request& request) {
   std::vector<ComparedMail> mails;
-  for (const std::size_t mail : MailsToCompare(request)) mails.push_back(Compared(request, mail));
+  Progress progress("comparing mails");
+  for (const std::size_t mail : MailsToCompare(request)) {
+    progress.Step();
+    mails.push_back(Compared(request, mail));
+  }
   CommandState& commands = request.state.commands;
   const Slot mode = request.Number(2);
   commands.found = FindDuplicates(mails, mode, commands.duplicate_options);
@@ -144,10 +198,14 @@ Answer SetOptions(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {119, "TIIIIII", Import},
-    {120, "TIIIIII", Export},
-    {126, "TTIII", WithRoot<CheckDuplicates>},
-    {229, "ITI", SetOptions},
+    {119, "TIIIIII", WithRoot<Import>,
+     "number of mails read from the file, or the .eml files of the folder, into the open mail's folder, in memory; "
+     "\"auto\" looks at the file; \"recv\" makes them unread; other options are not looked at"},
+    {120, "TIIIIII", Export,
+     "number of mails of the open mail's folder that were [written](#export); the counts are those of "
+     "`Export_SuccessCount`, `Export_FailedCount`"},
+    {126, "TTIII", WithRoot<CheckDuplicates>, "number of [copies](#duplicates)"},
+    {229, "ITI", SetOptions, "1; what the next check compares and keeps"},
 };
 
 }  // namespace

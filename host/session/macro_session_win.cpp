@@ -13,12 +13,14 @@
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
+#include "host/services/transmission_win.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt_side_win.h"
 #include "host/session/work_files_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/progress_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 
@@ -37,11 +39,20 @@ bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LA
 
 // --- The run ---
 
-int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter) {
+int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
   for (const LoadedMacro& loaded : macros) {
-    if (const auto problem = interpreter.Run(loaded.program)) return Fail(Located(loaded.file, *problem));
+    const auto problem = interpreter.Run(loaded.program);
+    if (state.commands.application.exit_asked) return kFine;
+    if (problem) return Fail(Located(loaded.file, *problem));
   }
   return kFine;
+}
+
+// What the end of the program must not lose: a transmission that still runs, and mails that nobody sent.
+void EndTransmission(HostState& state) {
+  FinishTransmission(state);
+  const std::string waiting = WaitingMails(state);
+  if (!waiting.empty()) Complain(waiting);
 }
 
 void Summarise(const RequestServer& server, bool trace) {
@@ -60,8 +71,10 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
   LibraryHost host(library, server);
   const OtherWindowsMacros other_windows(host);
   macro::Interpreter interpreter(host);
-  int result = RunMacros(macros, interpreter);
-  if (result == kFine && options.prompt) result = RunPrompt(interpreter, state);
+  int result = RunMacros(macros, interpreter, state);
+  const bool goes_on = result == kFine && !state.commands.application.exit_asked;
+  if (goes_on && options.prompt) result = RunPrompt(interpreter, state);
+  EndTransmission(state);
   Summarise(server, options.trace);
   return result;
 }
@@ -75,6 +88,7 @@ int RunMacroSession(const Options& options) {
     if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason);
     macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
   }
+  ShowProgressOnTerminal();
   HostState state;
   if (const auto reason = OpenWorkFiles(options, state)) return Fail(*reason);
   auto library = Library::Load();

@@ -40,6 +40,12 @@ int ServeMails(const Options& options) {
   return RunMapiServer(home, std::get<MapiSettings>(settings), Complain);
 }
 
+int StopServing() {
+  if (const auto reason = StopMapiServer()) return Fail(*reason);
+  TheTerminal().Out("The serving host has ended.\n");
+  return kFine;
+}
+
 int RegisterAsMailClient(const Options& options) {
   const Consent consent = options.yes ? Consent([](const std::string&) { return true; }) : Consent(Agrees);
   const auto reason = options.register_mapi ? RegisterMapi(consent) : UnregisterMapi();

@@ -5,8 +5,10 @@
 
 namespace wrenfold {
 
-// Both return the exit code.
+// All return the exit code.
 int ServeMails(const Options& options);
+// Ends a host that serves.
+int StopServing();
 int RegisterAsMailClient(const Options& options);
 
 }  // namespace wrenfold

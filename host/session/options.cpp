@@ -29,6 +29,11 @@ constexpr OptionRow kOptions[] = {
     {"--accounts", &Options::accounts, nullptr},
     {"--templates", &Options::templates, nullptr},
     {"--book", &Options::books, nullptr},
+    {"--inbox", &Options::inboxes, nullptr, nullptr, "a folder"},
+    {"--outbox", &Options::outboxes, nullptr, nullptr, "a folder"},
+    {"--imap", &Options::imaps, nullptr, nullptr, "a folder"},
+    {"--send-with", &Options::send_with, nullptr, nullptr, "a program"},
+    {"--answer", &Options::answers, nullptr},
     {"--strict-mails", nullptr, [](Options& options) { options.strict_mails = true; }},
     {"--trace", nullptr, [](Options& options) { options.trace = true; }},
     {"--prompt", nullptr, [](Options& options) { options.prompt = true; }},
@@ -43,6 +48,7 @@ constexpr OptionRow kOptions[] = {
      [](Options& o, const std::string& v) { return TakeMilliseconds(o.modal_ms, v); }, "milliseconds"},
     {"--deaf", nullptr, [](Options& options) { options.deaf = true; }},
     {"--die", nullptr, [](Options& options) { options.die = true; }},
+    {"--stop", nullptr, [](Options& options) { options.stop = true; }},
     {"--register-mapi", nullptr, [](Options& options) { options.register_mapi = true; }},
     {"--unregister-mapi", nullptr, [](Options& options) { options.unregister_mapi = true; }},
     {"--yes", nullptr, [](Options& options) { options.yes = true; }},
@@ -72,10 +78,16 @@ const std::string_view kUsage =
     "  --macro FILE   runs a macro file (UTF-8); may be given more than once\n"
     "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
     "  --templates DIR   templates and signatures; --book FILE: an address book\n"
+    "  --inbox DIR    folder that mails are received from, in place of a server\n"
+    "  --outbox DIR   folder of mails to be sent; else wrenfold/outbox beside the mails\n"
+    "  --send-with \"PROGRAM ARGS\"   really sends: hands each mail to a program; else nothing leaves\n"
+    "  --imap DIR     folder in place of an IMAP server\n"
+    "  --answer FILE  answers to questions, a line each; --yes: takes what is proposed\n"
     "  --prompt       then asks for calls, line by line: > RootHeader(\"Subject\")\n"
     "  --trace        tells each request of the library and its answer on standard error\n"
     "  --english      the library speaks English; --japanese: Japanese; else as the system\n"
     "  --serve        serves programs that send mail through the system (also without any option)\n"
+    "  --stop         ends a host that serves\n"
     "  --home FOLDER  with --serve: where outbox, mails and settings.txt are\n"
     "  --slow MS, --modal MS, --deaf, --die\n"
     "                 with --serve: misbehaves, for tests of callers\n"
@@ -104,7 +116,7 @@ std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> 
     if (row->take == nullptr) (options.*row->values).push_back(value);
   }
   const bool works = options.help || options.version || options.prompt || !options.macros.empty() ||
-                     options.serve || options.register_mapi || options.unregister_mapi;
+                     options.serve || options.stop || options.register_mapi || options.unregister_mapi;
   if (!works) return UsageError{"nothing to do: give --macro FILE or --prompt"};
   return options;
 }

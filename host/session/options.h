@@ -17,6 +17,11 @@ struct Options {
   std::vector<std::string> accounts;   // file
   std::vector<std::string> templates;  // folder
   std::vector<std::string> books;      // address book, file
+  std::vector<std::string> inboxes;    // these three: folder
+  std::vector<std::string> outboxes;
+  std::vector<std::string> imaps;
+  std::vector<std::string> send_with;  // command line
+  std::vector<std::string> answers;    // to questions, file
   bool strict_mails = false;           // a file in a folder that cannot be read is an error
   bool trace = false;
   bool prompt = false;
@@ -33,6 +38,7 @@ struct Options {
   bool die = false;
   bool register_mapi = false;
   bool unregister_mapi = false;
+  bool stop = false;
   bool yes = false;  // do not ask
 };
 

@@ -22,6 +22,7 @@ class TerminalSide : public PromptSide {
 
   std::optional<std::string> ReadLine(std::string_view mark) override {
     Windows::Pump();
+    if (state_.commands.application.exit_asked) return std::nullopt;
     return TheTerminal().ReadLine(mark);
   }
   void Write(std::string_view text) override { TheTerminal().Out(text); }

@@ -5,11 +5,18 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/whole_file.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/program_line.h"
+#include "host/mapi/server_win.h"
+#include "host/services/application_win.h"
 #include "host/terminal/failure_win.h"
+#include "host/terminal/questions_win.h"
 
 namespace wrenfold {
 namespace {
+
+namespace fs = std::filesystem;
 
 std::optional<std::string> OpenMails(const Options& options, HostState& state) {
   const auto unreadable =
@@ -50,11 +57,55 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
   return std::nullopt;
 }
 
+// Where inbox, outbox and settings are unless an option says so: "wrenfold" beside the first mail or folder of
+// mails; without mails the home, whose outbox is that of the mails of other programs.
+fs::path PostFolder(const Options& options) {
+  if (options.mails.empty()) return PathFromUtf8(MapiHome(options.home));
+  const fs::path mails = PathFromUtf8(options.mails[0]);
+  const fs::path named = mails.has_filename() ? mails : mails.parent_path();
+  return (named.filename() == "." || named.filename() == ".." ? named / ".." : named.parent_path()) / "wrenfold";
+}
+
+fs::path LastOr(const std::vector<std::string>& given, const fs::path& otherwise) {
+  return given.empty() ? otherwise : PathFromUtf8(given.back());
+}
+
+std::optional<std::string> OpenPostOffice(const Options& options, HostState& state) {
+  PostOffice& post = state.commands.post;
+  const fs::path folder = PostFolder(options);
+  const fs::path outbox = LastOr(options.outboxes, folder / "outbox");
+  post.inbox = LastOr(options.inboxes, folder / "inbox");
+  post.imap = LastOr(options.imaps, "");
+  post.mails = folder / "mails";
+  post.outbox.Open(outbox, (outbox.has_filename() ? outbox : outbox.parent_path()).parent_path() / "Sent");
+  std::error_code error;
+  for (const auto& given : {options.inboxes, options.imaps}) {
+    if (!given.empty() && !fs::is_directory(PathFromUtf8(given.back()), error))
+      return "there is no folder " + given.back();
+  }
+  if (!options.send_with.empty()) {
+    post.send_with = options.send_with.back();
+    if (!ParseProgramLine(post.send_with)) return "no program in --send-with '" + post.send_with + "'";
+  }
+  state.commands.application.config_file = folder / "config.txt";
+  return ReadConfig(state);
+}
+
+std::optional<std::string> OpenAnswers(const Options& options) {
+  if (options.answers.empty()) return SetAnswers(ScriptedAnswers(), options.yes), std::nullopt;
+  const auto script = ReadWholeFile(PathFromUtf8(options.answers.back()));
+  if (!script) return "cannot read the answers " + options.answers.back();
+  SetAnswers(ScriptedAnswers(*script), options.yes);
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<std::string> OpenWorkFiles(const Options& options, HostState& state) {
   if (auto reason = OpenMails(options, state)) return reason;
-  return OpenCommandFiles(options, state.commands);
+  if (auto reason = OpenCommandFiles(options, state.commands)) return reason;
+  if (auto reason = OpenPostOffice(options, state)) return reason;
+  return OpenAnswers(options);
 }
 
 }  // namespace wrenfold

@@ -20,6 +20,9 @@ class AccountStore {
   // file cannot be used.
   std::optional<std::string> Open(const std::filesystem::path& file);
 
+  // The same of the file that was opened last, which somebody else may have changed.
+  std::optional<std::string> Reload() { return Open(std::filesystem::path(file_)); }
+
   // Names (host text) in the order of the file.
   std::vector<std::string> Names() const;
   // Text `key` of the account as host text, "" when it has none.

@@ -209,7 +209,7 @@ TEST(OutgoingMail, AttachmentsComeBackAsTheyWere) {
   for (int i = 0; i < 1000; ++i) bytes += static_cast<char>(i * 7);
   const HostMessage read = MakeHostMessage(
       Composed(request, {{"a \xE6\x97\xA5.bin", bytes, false}, {"b.txt", "", false}, {"gone", "", true}}));
-  EXPECT_EQ(read.text.substr(read.body_offset), "see\r\n");
+  EXPECT_EQ(read.text.substr(read.body_offset), "see\r\n[missing attachment: gone]\r\n");
   ASSERT_EQ(read.attachments.size(), 2u);
   EXPECT_EQ(read.attachments[0].file_name, "a \x93\xFA.bin");
   EXPECT_EQ(read.attachments[0].bytes, bytes);

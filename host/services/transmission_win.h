@@ -1,0 +1,30 @@
+// Mails into the outbox and out of it, for the services that write mails.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/requests/request_server_win.h"
+
+namespace wrenfold {
+
+// Puts a finished mail (RFC 5322) into the outbox. Answers 1, or 0 with the reason.
+Answer PostLater(Request& request, std::string_view mail);
+
+// The same, and sends it at once; a mail that cannot be sent waits in the outbox.
+Answer PostNow(Request& request, std::string_view mail);
+
+// Carries a transmission that was begun in the background to its end: before another one, and before the
+// program ends.
+void FinishTransmission(HostState& state);
+
+// What the user must know when the program ends: "1 mail waits in ...". "" for nothing.
+std::string WaitingMails(HostState& state);
+
+inline constexpr char kNoImap[] = "no IMAP server: --imap DIR names a folder that stands for one";
+
+// The accounts' names as host text; "local" when there are none. The first one is the current account.
+std::vector<std::string> AccountNames(const HostState& state);
+
+}  // namespace wrenfold

@@ -1,0 +1,17 @@
+// What a macro switches of the program itself.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+namespace wrenfold {
+
+struct ApplicationState {
+  bool quiet = false;  // no questions, no sounds
+  bool japanese_code_page = false;
+  bool exit_asked = false;
+  bool printing = false;               // between EnterPrintMulti and LeavePrintMulti
+  std::filesystem::path config_file;   // where SaveConfig writes; "" : nowhere
+};
+
+}  // namespace wrenfold

@@ -1,0 +1,256 @@
+"""Mails in and out of the small host: inbox and outbox folders, a program that really sends, the end of a server."""
+import email
+import email.policy
+import os
+import pathlib
+import subprocess
+import time
+import unittest
+
+import host
+from host import HostTest, run
+
+BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows"))
+PEER = BUILD / "doubles/send_peer.exe"
+
+
+
+def windows_path(path):
+    return str(path) if os.name == "nt" else "Z:" + str(path).replace("/", "\\")
+
+
+WRITE = 'NewMail()\nSetHeader("To", "Zoë <zoe@example.com>")\nSetHeader("Subject", "日本語の件名")\n'
+
+
+class TransmissionTest(HostTest):
+    def setUp(self):
+        super().setUp()
+        self.mails = self.folder / "mails"
+        self.mails.mkdir()
+        self.write("mails/a.eml", "From: Alice <alice@example.com>\r\nSubject: a\r\n\r\na\r\n")
+        self.outbox = self.folder / "wrenfold/outbox"
+        self.sent = self.folder / "wrenfold/Sent"
+
+    def run_here(self, source, *options):
+        return run("--english", "--mail", "mails", "--macro", self.write("test.macro", source), *options, folder=self.folder)
+
+    def names(self, folder):
+        return sorted(file.name for file in folder.iterdir()) if folder.is_dir() else []
+
+    def only(self, folder):
+        files = list(folder.iterdir())
+        self.assertEqual(len(files), 1, files)
+        return email.message_from_bytes(files[0].read_bytes(), policy=email.policy.default)
+
+
+class Outbox(TransmissionTest):
+    def test_a_written_mail_outlives_the_program(self):
+        result = self.run_here(WRITE + "print SendLater()\n")
+        self.assertEqual((result.out, result.code), ("1\n", 0))
+        self.assertRegex(result.err, r"^wrenfold: 1 mail waits in wrenfold.outbox; TransmitCustom\(0\) or SendRemain\(\) "
+                                     r"sends it\n$")
+        self.assertEqual(len(self.names(self.outbox)), 1)
+        result = self.run_here("print SendRemain(), SentMailCount()\n")
+        self.assertEqual((result.out, result.code), ("11\n", 0))
+        self.assertIn("would send:\n| To: Zoë <zoe@example.com>\n| Subject: 日本語の件名\n", result.err)
+        self.assertNotIn("waits", result.err)
+        self.assertEqual(self.names(self.outbox), [])
+        mail = self.only(self.sent)
+        self.assertEqual((mail["To"], mail["Subject"]), ("Zoë <zoe@example.com>", "日本語の件名"))
+        self.assertTrue(mail["Date"].datetime)
+        self.assertRegex(mail["Message-ID"], r"^<[\w.-]+@wrenfold\.invalid>$")
+
+    def test_the_sender_is_the_first_account(self):
+        accounts = self.write("accounts.txt", "[me]\nszMailFromSpecify = me@example.com\n")
+        self.run_here(WRITE + "SendNow()\n", "--accounts", accounts)
+        self.assertEqual(self.only(self.sent)["From"], "me@example.com")
+
+    def test_a_resent_mail_keeps_what_it_had(self):
+        (self.mails / "a.eml").write_bytes(
+            b"From: alice@example.com\r\nMessage-ID: <1@x>\r\nDate: Mon, 2 Jun 2025 09:00:00 +0000\r\n"
+            b"Content-Transfer-Encoding: base64\r\n\r\naGVsbG8=\r\n")
+        self.run_here('print MakeResentForward("dave@example.com", "sendnow", "", "")\n')
+        mail = self.only(self.sent)
+        self.assertEqual((mail["Message-ID"], mail["Resent-To"]), ("<1@x>", "dave@example.com"))
+        self.assertTrue(mail["Resent-Date"] and mail["Resent-Message-ID"])
+        self.assertEqual(mail.get_payload(), "aGVsbG8=\r\n")
+
+    def test_mails_without_recipient_are_refused_and_unsent_ones_wait(self):
+        self.outbox.mkdir(parents=True)
+        (self.outbox / "1.eml").write_bytes(b"Subject: nobody\r\n\r\n")
+        (self.outbox / "2.eml").write_bytes(b"To: a@example.com\r\nX-Unsent: 1\r\n\r\n")
+        (self.outbox / "3.eml").write_bytes(b"To: a@example.com\r\n\r\n")
+        result = self.run_here("print SendRemainAll(), TransmitError(), SentMailCount()\n")
+        self.assertEqual((result.out, result.code), ("011\n", 0))
+        self.assertIn("transmission: 1.eml has no recipient\n", result.err)
+        self.assertEqual((self.names(self.outbox), self.names(self.sent)), (["1.eml", "2.eml"], ["3.eml"]))
+
+    def test_an_outbox_that_cannot_be_written_loses_nothing(self):
+        self.write("blocked", "a file in the place of the folder")
+        result = self.run_here(WRITE + 'print SendLater(), SendNow(), CurrentHeader("Subject")\n',
+                               "--outbox", "blocked/outbox", "--trace")
+        self.assertEqual((result.out, result.code), ("00日本語の件名\n", 0))
+        self.assertIn("(cannot write blocked", result.err)
+
+
+class Inbox(TransmissionTest):
+    def test_mails_come_to_the_folder_of_their_account(self):
+        (self.folder / "inbox/work").mkdir(parents=True)
+        (self.mails / "work").mkdir()
+        (self.mails / "work/w.eml").write_bytes(b"Subject: w\r\n\r\n")
+        (self.folder / "inbox/a.eml").write_bytes(b"Subject: new\r\n\r\n")
+        (self.folder / "inbox/work/b.eml").write_bytes(b"Subject: work\r\n\r\n")
+        accounts = self.write("accounts.txt", "[first]\n[work]\n")
+        result = self.run_here("print ReceiveAll(), MailCount()\n", "--inbox", "inbox", "--accounts", accounts)
+        self.assert_output(result._replace(err=""), "12\n")
+        # The mail that was there, and the received one under a free name.
+        self.assertEqual(self.names(self.mails), ["a-2.eml", "a.eml", "work"])
+        self.assertEqual(self.names(self.mails / "work"), ["b.eml", "w.eml"])
+
+    def test_without_mails_the_received_ones_are_the_first(self):
+        (self.folder / "home/inbox").mkdir(parents=True)
+        (self.folder / "home/inbox/a.eml").write_bytes(b"Subject: first\r\n\r\n")
+        result = run("--english", "--home", "home", "--macro",
+                     self.write("test.macro", "print Receive(), MailCount(), Subject()\n"), folder=self.folder)
+        self.assertEqual((result.out, result.err, result.code), ("11first\n", "sound: mail received\n", 0))
+        self.assertEqual(self.names(self.folder / "home/mails"), ["a.eml"])
+
+    def test_a_folder_that_is_none_is_told_before_anything_runs(self):
+        for option in ("--inbox", "--imap"):
+            result = self.run_here("print 1\n", option, "none")
+            self.assertEqual((result.out, result.err, result.code), ("", "wrenfold: there is no folder none\n", 1))
+
+    def test_failures_say_why(self):
+        result = self.run_here("Receive()\nImapSync()\nImapUpload()\nHangup()\nStopSound()\nRemoteMailDelete()\n"
+                               'LoadStringFromFile("none.txt")\nImport("none.mbox", "auto", "", "")\n'
+                               'Export("no/such.mbox", "mbox", "encode", "", "", "")\n', "--trace")
+        for reason in (r"nothing to receive from: there is no folder wrenfold.inbox \(--inbox DIR names another\)",
+                       "no IMAP server: --imap DIR names a folder that stands for one",
+                       "no dial-up connection is open", "no sound plays", "none of the selected mails is on the server",
+                       "cannot read none.txt: no such file or folder", "cannot read none.mbox: no such file or folder",
+                       "cannot write no/such.mbox: there is no folder no"):
+            self.assertRegex(result.err, r"-> 0 \(" + reason + r"\)\n")
+
+
+class ReallySending(TransmissionTest):
+    """send_peer.exe OUT CODE [FILE]: keeps its standard input, or FILE, and ends with the code."""
+
+    def peer(self, *words):
+        return f'"{windows_path(PEER)}" ' + " ".join(str(word) for word in words)
+
+    def test_the_program_gets_the_finished_mail_on_its_standard_input(self):
+        result = self.run_here(WRITE + "print SendNow(), SentMailCount()\n", "--send-with", self.peer("got.eml", 0))
+        self.assertEqual((result.out, result.code), ("11\n", 0))
+        self.assertNotIn("would send", result.err)
+        self.assertIn("send_peer: 2 words\n", result.err)
+        got = (self.folder / "got.eml").read_bytes()
+        self.assertEqual([got], [file.read_bytes() for file in self.sent.iterdir()])
+        self.assertTrue(email.message_from_bytes(got)["Message-ID"])
+
+    def test_or_the_name_of_the_file_and_each_word_as_it_was_written(self):
+        outbox = self.folder / "out & box"
+        result = self.run_here(WRITE + "print SendNow()\n", "--outbox", outbox, "--send-with",
+                               self.peer("got.eml", 0, "{file}", '"two words & | > x.txt"', "%PATH%"))
+        self.assertEqual((result.out, result.code), ("1\n", 0), result.err)
+        self.assertIn("word 4: two words & | > x.txt\nword 5: %PATH%\n", result.err)
+        self.assertIn(b"zoe@example.com", (self.folder / "got.eml").read_bytes())
+        self.assertFalse((self.folder / "x.txt").exists())
+
+    def test_a_program_that_fails_leaves_the_mail_with_its_message_id(self):
+        for line, reason in ((self.peer("got.eml", 3), "ended with exit code 3"),
+                             ("no-such-program.exe -t", "cannot start no-such-program.exe, error 2")):
+            result = self.run_here(WRITE + "print SendNow(), TransmitError()\n", "--send-with", line)
+            self.assertEqual((result.out, result.code), ("01\n", 0))
+            self.assertIn(reason, result.err)
+            self.assertIn("1 mail waits" if "3" in reason else "2 mails wait", result.err)
+        first = email.message_from_bytes((self.folder / "got.eml").read_bytes())["Message-ID"]
+        self.assertEqual((len(self.names(self.outbox)), self.names(self.sent)), (2, []))
+        self.run_here("SendRemain()\n", "--send-with", self.peer("got.eml", 0))
+        self.assertIn(first, [email.message_from_bytes(file.read_bytes())["Message-ID"] for file in self.sent.iterdir()])
+
+    def test_killed_in_the_middle_the_outbox_stays_whole(self):
+        macro = self.write("test.macro", WRITE + "SendNow()\n")
+        arguments = ["--english", "--mail", "mails", "--macro", str(macro), "--send-with", self.peer("got.eml", "sleep")]
+        process = subprocess.Popen(host.command() + arguments, cwd=self.folder, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        deadline = time.monotonic() + host.TIMEOUT_SECONDS
+        while not (self.folder / "got.eml").exists():
+            self.assertLess(time.monotonic(), deadline, "the program was never started")
+            time.sleep(0.1)
+        process.kill()
+        process.wait()
+        (self.folder / "stop").touch()
+        waiting = self.only(self.outbox)
+        self.assertEqual((waiting["Subject"], self.names(self.sent)), ("日本語の件名", []))
+        self.run_here("SendRemain()\n", "--send-with", self.peer("again.eml", 0))
+        self.assertEqual(self.only(self.sent)["Message-ID"], waiting["Message-ID"])
+
+    def test_a_line_without_a_program_is_told_before_anything_runs(self):
+        result = self.run_here("print 1\n", "--send-with", '"open')
+        self.assertEqual((result.out, result.code), ("", 1))
+        self.assertIn("no program in --send-with", result.err)
+
+
+class Questions(TransmissionTest):
+    MACRO = ('print Bypass_GetOpenFileName("open what?", "", ""), Bypass_GetSaveFileName("save where?", "", "", "here")\n'
+             'print DialupSelect(null), CurrentDialup()\n')
+
+    def test_are_answered_by_a_file_then_by_what_is_proposed(self):
+        answers = self.write("answers.txt", "見積書.txt\r\n\r\n")
+        result = self.run_here(self.MACRO, "--answer", answers, "--yes")
+        self.assertEqual((result.out, result.code), ("見積書.txthere\n1simulated\n", 0))
+        self.assertEqual(result.err, "asked: open what? 見積書.txt\nasked: save where?\nasked: connection:\n")
+
+    def test_behind_the_file_the_terminal_asks(self):
+        result = run("--english", "--macro", self.write("test.macro", self.MACRO), "--answer",
+                     self.write("answers.txt", "a\n"), input="b\nwork\n", folder=self.folder)
+        self.assertEqual((result.out, result.code), ("ab\n1work\n", 0))
+
+    def test_a_file_that_is_none_is_told(self):
+        result = self.run_here("print 1\n", "--answer", "none.txt")
+        self.assertEqual((result.out, result.err, result.code), ("", "wrenfold: cannot read the answers none.txt\n", 1))
+
+
+class Ending(TransmissionTest):
+    def test_exit_ends_the_macro_and_the_prompt_without_an_error(self):
+        self.assert_output(self.run_here("print 1\nExit()\nprint 2\n", "--prompt"), "1\n")
+        self.assertEqual(self.prompt("1", "Exit()", "2").out, "1\n1\n")
+
+    def test_a_transmission_in_the_background_is_carried_to_its_end(self):
+        (self.folder / "inbox").mkdir()
+        for name in "bcdef":
+            (self.folder / f"inbox/{name}.eml").write_bytes(b"Subject: x\r\n\r\n")
+        self.assertEqual(self.run_here("print StartReceive()\n", "--inbox", "inbox").out, "1\n")
+        self.assertEqual(self.names(self.mails), [f"{name}.eml" for name in "abcdef"])
+        self.assertEqual(self.names(self.folder / "inbox"), [])
+
+
+class Stopping(HostTest):
+    def test_a_serving_host_ends_and_one_that_runs_macros_does_not(self):
+        self.assertEqual(run("--stop"), host.Result("", "wrenfold: no host serves on this desktop\n", 1))
+        macro = self.write("test.macro", "i = 0\nwhile i == i\ni = i + 1\nend\n")
+        busy = subprocess.Popen(host.command() + ["--macro", str(macro)], stdin=subprocess.DEVNULL,
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        serving = subprocess.Popen(host.command() + ["--serve", "--home", str(self.folder)], stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        try:
+            self.assertIn(b"serving", serving.stderr.readline())
+            self.assertEqual(run("--stop"), host.Result("The serving host has ended.\n", "", 0))
+            self.assertEqual(serving.wait(timeout=host.TIMEOUT_SECONDS), 0)
+            self.assertIsNone(busy.poll())
+        finally:
+            for process in (busy, serving):
+                process.kill()
+                process.wait()
+            serving.stderr.close()
+
+
+class Progress(TransmissionTest):
+    def test_never_shows_in_a_pipe(self):
+        for i in range(1500):
+            (self.mails / f"{i}.eml").write_bytes(b"Subject: x\r\n\r\n" + b"x" * 2000 + b"\r\n")
+        self.assert_output(self.run_here("print MailCount()\n"), "1501\n")
+
+
+if __name__ == "__main__":
+    unittest.main()
