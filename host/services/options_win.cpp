@@ -60,11 +60,20 @@ Answer SelectCharset(Request& request) {
   return {};
 }
 
-constexpr Service kServices[] = {{193, "II", SelectCharset}, {329, "", Menu}};
+constexpr Service kServices[] = {
+    {193, "II", SelectCharset,
+     "sets the Content-Type of the mail being written: 1, 0 for an unknown charset; a received mail shows in "
+     "the character set that it declares"},
+    {329, "", Menu, "the frame's menu, for a mail in a window of its own"},
+};
 
 constexpr Command kCommands[] = {
-    {kNotificationCommand, WithCurrent<SwitchNotification>},
-    {kPriorityCommand, WithCurrent<SwitchPriority>},
+    {kNotificationCommand, WithCurrent<SwitchNotification>,
+     "item of the frame's menu bar that sets and removes `Disposition-Notification-To` of the mail being "
+     "written; greyed without one"},
+    {kPriorityCommand, WithCurrent<SwitchPriority>,
+     "item of the frame's menu bar that sets and removes `X-Priority` of the mail being written; greyed "
+     "without one"},
 };
 
 }  // namespace
