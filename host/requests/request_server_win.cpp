@@ -2,6 +2,7 @@
 
 #include "host/charset/charsets.h"
 #include "host/library/request_names.h"
+#include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_text.h"
 #include "src/bridge/host_protocol.h"
 #include "src/text/host_text.h"
@@ -106,6 +107,13 @@ Answer Request::Fail(std::string why) const {
   return {.failed = true};
 }
 
+Answer Request::FailWithoutMail(std::string why) const {
+  if (state.mail_count() > 0) return Fail(std::move(why));
+  if (!state.told_no_mails) Complain("there are no mails; --mail MAIL gives some");
+  state.told_no_mails = true;
+  return Fail("there are no mails");
+}
+
 // --- Tables ---
 
 const Service* RequestServer::FindService(int code) const {
@@ -173,6 +181,11 @@ void RequestServer::Trace(const std::string& names, const std::string& title, co
       is_text ? TracedText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
   if (answer.failed) shown += " (" + state_.failure + ")";
   trace_("trace: " + names + ": " + title + slots + " -> " + shown + "\n");
+}
+
+void RequestServer::NoteFailure(std::string why) {
+  state_.failure = std::move(why);
+  if (trace_ != nullptr) trace_("trace: " + state_.failure + "\n");
 }
 
 void RequestServer::NoteUnserved(const std::string& names, const std::string& title) {

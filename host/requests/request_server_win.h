@@ -56,6 +56,8 @@ class Request {
   // 0, because of `why`: one line of UTF-8 without a full stop that names the value at fault. The trace and the
   // macro can ask for it.
   Answer Fail(std::string why) const;
+  // The same for a request that needs a mail. That there are none at all is also told on standard error, once.
+  Answer FailWithoutMail(std::string why) const;
   // Keeps `text` until the next text answer of the same code.
   Answer AnswerText(std::string text) const;
   // For a text that the host keeps anyway.
@@ -82,13 +84,13 @@ struct Service {
 // Runs `kAnswer` when there is a root mail; else the answer is 0.
 template <Handler kAnswer>
 Answer WithRoot(Request& request) {
-  return request.state.HasRoot() ? kAnswer(request) : request.Fail("no mail is open");
+  return request.state.HasRoot() ? kAnswer(request) : request.FailWithoutMail("no mail is open");
 }
 
 // Runs `kAnswer` when there is a current mail.
 template <Handler kAnswer>
 Answer WithCurrent(Request& request) {
-  return request.state.HasCurrent() ? kAnswer(request) : request.Fail("no mail is open or being written");
+  return request.state.HasCurrent() ? kAnswer(request) : request.FailWithoutMail("no mail is open or being written");
 }
 
 // A menu command, which comes as WM_COMMAND or in the first slot of codes 12 and 57.
@@ -119,6 +121,9 @@ class RequestServer {
   Slot Serve(int code, LPARAM block);
   // Answers a menu command.
   Slot ServeCommand(int id);
+
+  // Why the export that was just called failed, where no request could say it.
+  void NoteFailure(std::string why);
 
   // The export that the macro is calling, for the trace; "" between calls.
   void set_calling(std::string_view name) { calling_ = name; }

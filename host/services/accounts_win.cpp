@@ -54,11 +54,12 @@ Answer SetLongText(Request& request) {
 
 constexpr Service kServices[] = {
     {75, "T", Lend, "lends the record of an [account](#accounts); each loan is a copy of its own"},
-    {76, "A", Save, "saves a lent record to the file of accounts"},
-    {77, "A", Release, "takes a lent record back unsaved"},
+    {76, "A", Save, "saves a lent record to the file: 1 when it was done"},
+    {77, "A", Release, "takes a lent record back"},
     {78, "T", Create, "adds an account: 1, 0 when the name is in use"},
-    {111, "ITIT", LongText, "signature or template of an account, read from the file"},
-    {112, "ITITT", SetLongText, "signature or template of an account, written to the file"},
+    {111, "ITIT", LongText, "a long text of an [account](#accounts), such as its signature"},
+    {112, "ITITT", SetLongText,
+     "writes a long text of an [account](#accounts) to the file: 1 when it was done"},
 };
 
 }  // namespace

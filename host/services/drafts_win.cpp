@@ -120,11 +120,24 @@ Answer Resend(Request& request) {
   }
 }
 
-constexpr Service kServices[] = {{104, "TII", WithRoot<Resend>}};
+constexpr Service kServices[] = {
+    {104, "TII", WithRoot<Resend>,
+     "the first parameter is the recipient: the root mail with `Resent-To` or `Resent-Bcc` in front, opened, "
+     "sent or put into the outbox as it came"},
+};
 
 constexpr Command kCommands[] = {
-    {40002, NewMail},     {40019, WithRoot<Reply>}, {40022, WithRoot<Forward>},
-    {40087, Send<false>}, {40104, Send<true>},      {40185, WithRoot<ForwardAttached>},
+    {40002, NewMail, "a mail with empty To and Subject becomes the current one"},
+    {40019, WithRoot<Reply>,
+     "To, Cc, Subject, In-Reply-To, References and the quoted body of the root mail ([replies](#replies))"},
+    {40022, WithRoot<Forward>, "empty To, the subject with `Fwd:`, headers and body of the root mail"},
+    {40087, Send<false>,
+     "puts the mail being written into the [outbox](#transmission); then the open mail is the current one again, "
+     "answered or forwarded"},
+    {40104, Send<true>,
+     "[sends](#transmission) the mail being written at once; then the open mail is the current one again, "
+     "answered or forwarded; 0 without a recipient, and when it could not be sent and waits in the outbox"},
+    {40185, WithRoot<ForwardAttached>, "empty To, the subject with `Fwd:`, the root mail as an attachment"},
 };
 
 }  // namespace

@@ -205,7 +205,7 @@ constexpr Service kServices[] = {
      "number of mails of the open mail's folder that were [written](#export); the counts are those of "
      "`Export_SuccessCount`, `Export_FailedCount`"},
     {126, "TTIII", WithRoot<CheckDuplicates>, "number of [copies](#duplicates)"},
-    {229, "ITI", SetOptions, "1; what the next check compares and keeps"},
+    {229, "ITI", SetOptions, "keeps the options of the check for [copies](#duplicates): 1"},
 };
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include "host/library/export_caller_win.h"
 #include "host/library/export_help.h"
 #include "host/library/host_functions_win.h"
+#include "host/mail/file_reasons.h"
+#include "host/mail/mail_store.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/terminal_win.h"
@@ -25,7 +27,17 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Call(const std::string
   server_.set_calling(name);
   auto result = CallExport(library_, name, parameters);
   server_.set_calling("");
+  NoteFileFailure(name, parameters, result);
   return result;
+}
+
+// What the library writes itself, without asking the host.
+void LibraryHost::NoteFileFailure(const std::string& name, std::span<const macro::Value> parameters,
+                                  const std::variant<macro::Value, macro::Complaint>& result) {
+  const auto* const value = std::get_if<macro::Value>(&result);
+  const bool failed = value != nullptr && value->IsNumber() && value->Number() == 0;
+  if (name != "SaveStringToFile" || !failed || parameters.empty() || !parameters[0].IsText()) return;
+  server_.NoteFailure(WhyUnwritable(PathFromUtf8(SystemCharsets().HostToUtf8(parameters[0].Text()))));
 }
 
 bool LibraryHost::HasFunction(std::string_view name) const {

@@ -32,6 +32,9 @@ class LibraryHost : public macro::MacroHost {
   bool MayGoOn() override;
 
  private:
+  void NoteFileFailure(const std::string& name, std::span<const macro::Value> parameters,
+                       const std::variant<macro::Value, macro::Complaint>& result);
+
   const Library& library_;
   RequestServer& server_;
   macro::Turns turns_;

@@ -1,10 +1,9 @@
 #include "host/session/work_files_win.h"
 
-#include <windows.h>
-
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/own_folder_win.h"
 #include "host/base/whole_file.h"
 #include "host/mail/mail_store.h"
 #include "host/mail/program_line.h"
@@ -32,11 +31,7 @@ std::optional<std::string> OpenMails(const Options& options, HostState& state) {
 std::filesystem::path DefaultAccounts(const Options& options) {
   constexpr char kName[] = "accounts.txt";
   std::error_code error;
-  if (options.mails.empty()) {
-    std::wstring program(32768, L'\0');
-    program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
-    return std::filesystem::path(program).parent_path() / kName;
-  }
+  if (options.mails.empty()) return std::filesystem::path(OwnFolder()) / kName;
   const std::filesystem::path mails = PathFromUtf8(options.mails[0]);
   return (std::filesystem::is_directory(mails, error) ? mails : mails.parent_path()) / kName;
 }
