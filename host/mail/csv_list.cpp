@@ -11,9 +11,9 @@ struct ColumnRow {
 };
 
 constexpr ColumnRow kColumns[] = {
-    {CsvColumn::kDate, "date"},     {CsvColumn::kFrom, "from"}, {CsvColumn::kTo, "to"},
+    {CsvColumn::kDate, "date"},     {CsvColumn::kFrom, "from"},       {CsvColumn::kTo, "to"},
     {CsvColumn::kCc, "cc"},         {CsvColumn::kSubject, "subject"}, {CsvColumn::kSize, "size"},
-    {CsvColumn::kFolder, "folder"}, {CsvColumn::kFile, "file"}, {CsvColumn::kUnread, "unread"},
+    {CsvColumn::kFolder, "folder"}, {CsvColumn::kFile, "file"},       {CsvColumn::kUnread, "unread"},
 };
 
 std::optional<CsvColumn> ColumnOf(std::string_view word) {

@@ -25,8 +25,9 @@ bool MakeFolder(const fs::path& folder) {
 }  // namespace
 
 std::optional<fs::path> AccountFolder(const fs::path& server, std::string_view account) {
-  const bool is_name = !account.empty() && account.find_first_of("/\\:*?\"<>|") == account.npos && account != "." &&
-                       account != ".." && !EqualsIgnoringCase(account, kDeleted);
+  const bool is_name = !account.empty() && account.find_first_of("/\\:*?\"<>|") == account.npos &&
+                       account != "." && account != ".." && !EqualsIgnoringCase(account, kDeleted) &&
+                       !account.ends_with(' ') && !account.ends_with('.');  // Windows drops these
   if (!is_name) return std::nullopt;
   return server / PathFromUtf8(account);
 }

@@ -16,7 +16,8 @@
 namespace wrenfold {
 
 // The folder of an account (UTF-8) below the server's; nullopt for a name that no folder can have.
-std::optional<std::filesystem::path> AccountFolder(const std::filesystem::path& server, std::string_view account);
+std::optional<std::filesystem::path> AccountFolder(const std::filesystem::path& server,
+                                                   std::string_view account);
 
 // Moves a mail into `folder`, which is made if need be, under a name that is free there. Gives its new path, or
 // why it stays: it cannot be read, is empty, or cannot be moved.

@@ -65,7 +65,8 @@ void OutboxFolder::Open(fs::path outbox, fs::path sent) {
   sent_ = std::move(sent);
 }
 
-std::optional<std::string> OutboxFolder::Add(std::string_view mail, const std::string& unique, fs::path& file) const {
+std::optional<std::string> OutboxFolder::Add(std::string_view mail, const std::string& unique,
+                                             fs::path& file) const {
   if (!MakeFolder(outbox_)) return CannotWrite(outbox_);
   file = FreePath(outbox_, unique + ".eml");
   return ReplaceFile(file, mail) ? std::nullopt : std::optional(CannotWrite(file));

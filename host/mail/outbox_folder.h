@@ -20,7 +20,8 @@ namespace wrenfold {
 class OutboxFolder {
  public:
   // Hands a finished mail on; returns why that failed, else nullopt.
-  using Hand = std::function<std::optional<std::string>(const std::filesystem::path& file, const std::string& mail)>;
+  using Hand =
+      std::function<std::optional<std::string>(const std::filesystem::path& file, const std::string& mail)>;
 
   // The folders are made when the first mail comes.
   void Open(std::filesystem::path outbox, std::filesystem::path sent);
@@ -29,13 +30,15 @@ class OutboxFolder {
   const std::filesystem::path& sent() const { return sent_; }
 
   // Puts a mail (RFC 5322) into the outbox, as <unique>.eml; `file` names it. Returns why it cannot be written.
-  std::optional<std::string> Add(std::string_view mail, const std::string& unique, std::filesystem::path& file) const;
+  std::optional<std::string> Add(std::string_view mail, const std::string& unique,
+                                 std::filesystem::path& file) const;
 
   // The mails that are to be sent, in order of their names; those with "X-Unsent: 1" wait for their writer.
   std::vector<std::filesystem::path> Waiting() const;
 
   // Fills in what the mail lacks, hands it on, and moves it to the sent ones. Returns why it stays.
-  std::optional<std::string> Send(const std::filesystem::path& file, const OutgoingStamp& stamp, const Hand& hand) const;
+  std::optional<std::string> Send(const std::filesystem::path& file, const OutgoingStamp& stamp,
+                                  const Hand& hand) const;
 
  private:
   std::filesystem::path outbox_;

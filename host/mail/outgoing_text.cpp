@@ -1,37 +1,17 @@
 #include "host/mail/outgoing_text.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <vector>
 
 #include "host/base/ascii.h"
 #include "host/mail/headers.h"
+#include "host/mime/mail_encoding.h"
 #include "host/mime/message.h"
-#include "src/addresses/address_entry.h"
 
 namespace wrenfold {
 namespace {
 
-constexpr std::size_t kWordBytes = 45;     // of an encoded word: 60 digits and 12 bytes around them
-constexpr std::size_t kLineBytes = 57;     // of a base64 line: 76 digits
-constexpr std::size_t kLongestLine = 998;  // without its end
-
 bool IsAscii(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-std::string Base64(std::string_view bytes) {
-  static constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  for (; !bytes.empty(); bytes.remove_prefix(std::min<std::size_t>(3, bytes.size()))) {
-    std::uint32_t bits = 0;
-    for (std::size_t i = 0; i < 3; ++i) {
-      bits = bits << 8 | (i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U);
-    }
-    for (std::size_t i = 0; i < 4; ++i)
-      text += i <= bytes.size() ? kDigits[bits >> (18 - 6 * i) & 0x3F] : '=';
-  }
-  return text;
 }
 
 // One line without folds.
@@ -43,88 +23,19 @@ std::string Unfolded(std::string_view value) {
   return line;
 }
 
-// "=?UTF-8?B?...?=" words, one a line, each of whole characters.
-std::string EncodedWords(std::string_view utf8) {
-  std::string words;
-  while (!utf8.empty()) {
-    std::size_t length = std::min(utf8.size(), kWordBytes);
-    while (length < utf8.size() && (static_cast<unsigned char>(utf8[length]) & 0xC0) == 0x80) --length;
-    if (!words.empty()) words += "\r\n ";
-    words += "=?UTF-8?B?" + Base64(utf8.substr(0, length)) + "?=";
-    utf8.remove_prefix(length);
-  }
-  return words;
-}
+constexpr std::string_view kAddressHeaders[] = {"From",      "Sender",     "Reply-To",    "To",
+                                                "Cc",        "Bcc",        "Resent-From", "Resent-To",
+                                                "Resent-Cc", "Resent-Bcc", "Errors-To"};
 
-constexpr std::string_view kAddressHeaders[] = {"From",     "Sender",      "Reply-To",  "To",        "Cc",
-                                                "Bcc",      "Resent-From", "Resent-To", "Resent-Cc", "Resent-Bcc",
-                                                "Errors-To"};
-
-std::string_view WithoutQuotes(std::string_view name) {
-  const bool quoted = name.size() >= 2 && name.front() == '"' && name.back() == '"';
-  return quoted ? name.substr(1, name.size() - 2) : name;
-}
-
-// The list with its names as encoded words; what cannot be taken apart stays in UTF-8.
-std::string EncodedList(std::string_view host, const Charsets& charsets) {
-  const std::string list = Unfolded(host);
-  std::string encoded;
-  for (std::size_t at = 0; at < list.size();) {
-    const wfinfo::AddressEntry entry = wfinfo::ScanAddressEntry(list, at);
-    if (entry.error == wfinfo::AddressError::kNoEntry) break;
-    if (entry.error != wfinfo::AddressError::kNone || entry.next <= at) return charsets.HostToUtf8(list);
-    const std::string name = charsets.HostToUtf8(entry.name);
-    if (!encoded.empty()) encoded += ",\r\n ";
-    if (IsAscii(name)) {
-      encoded += charsets.HostToUtf8(entry.text);
-    } else {
-      encoded += EncodedWords(WithoutQuotes(name)) + " <" + charsets.HostToUtf8(entry.address) + ">";
-    }
-    at = entry.next;
-  }
-  return encoded;
-}
-
-// A header with its line end.
+// A header with its line end. What is in ASCII stays as it was folded.
 std::string EncodedHeader(const TextHeader& header, const Charsets& charsets) {
-  if (IsAscii(header.lines) && header.lines.find('\x1A') == header.lines.npos) return std::string(header.lines);
+  if (IsAscii(header.lines) && header.lines.find('\x1A') == header.lines.npos)
+    return std::string(header.lines);
   const std::string_view name = header.lines.substr(0, header.lines.find(':'));
   const bool is_list = std::ranges::any_of(
       kAddressHeaders, [name](std::string_view known) { return EqualsIgnoringCase(name, known); });
-  return std::string(name) + ": " +
-         (is_list ? EncodedList(header.Value(), charsets)
-                  : EncodedWords(charsets.HostToUtf8(Unfolded(header.Value())))) +
-         "\r\n";
-}
-
-std::string WithCrLf(std::string_view text) {
-  std::string lines;
-  lines.reserve(text.size() + text.size() / 32);
-  while (!text.empty()) {
-    const LineLength line = FirstLine(text);
-    lines.append(text.substr(0, line.text));
-    if (line.with_end > line.text) lines.append("\r\n");
-    text.remove_prefix(line.with_end);
-  }
-  return lines;
-}
-
-bool FitsSevenBits(std::string_view text) {
-  if (!IsAscii(text) || text.find('\0') != text.npos) return false;
-  while (!text.empty()) {
-    const LineLength line = FirstLine(text);
-    if (line.text > kLongestLine) return false;
-    text.remove_prefix(line.with_end);
-  }
-  return true;
-}
-
-std::string Base64Lines(std::string_view bytes) {
-  std::string lines;
-  for (std::size_t at = 0; at < bytes.size(); at += kLineBytes) {
-    lines += Base64(bytes.substr(at, kLineBytes)) + "\r\n";
-  }
-  return lines;
+  const std::string value = charsets.HostToUtf8(Unfolded(header.Value()));
+  return std::string(name) + ": " + (is_list ? AddressListValue(value) : UnstructuredValue(value)) + "\r\n";
 }
 
 // --- Finishing ---
@@ -161,12 +72,10 @@ std::string MailOfHostText(std::string_view host, const Charsets& charsets) {
     other_type = other_type || is_type;
     mail += EncodedHeader(*header, charsets);
   }
-  const std::string body = WithCrLf(charsets.HostToUtf8(text.body));
+  const std::string body = charsets.HostToUtf8(text.body);
   mail += "MIME-Version: 1.0\r\n";
-  if (other_type) return mail + "Content-Transfer-Encoding: 8bit\r\n\r\n" + body;
-  const bool plain = FitsSevenBits(body);
-  mail += "Content-Type: text/plain; charset=UTF-8\r\nContent-Transfer-Encoding: ";
-  return mail + (plain ? "7bit\r\n\r\n" + body : "base64\r\n\r\n" + Base64Lines(body));
+  if (other_type) return mail + "Content-Transfer-Encoding: 8bit\r\n\r\n" + WithCrLf(body);
+  return mail + TextPart(body);
 }
 
 std::string HeaderOfHostText(std::string_view line, const Charsets& charsets) {

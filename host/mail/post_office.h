@@ -11,11 +11,6 @@
 
 namespace wrenfold {
 
-struct ReceivedMail {
-  std::size_t mail = 0;  // its index
-  std::string account;   // host text
-};
-
 // A connection by telephone that nobody dials: only what a host would say of it.
 struct DialUp {
   std::string entry = "simulated";  // chosen connection, host text
@@ -24,14 +19,13 @@ struct DialUp {
 
 struct PostOffice {
   OutboxFolder outbox;
-  std::filesystem::path inbox;   // stands for the mail server
-  std::filesystem::path imap;    // stands for the IMAP server; "" without one
-  std::filesystem::path mails;   // for received mails while there is no folder
-  std::string send_with;         // command line of a program that really sends, UTF-8; "" : nothing leaves
-  std::size_t put = 0;           // mails that this run has put into the outbox
+  std::filesystem::path inbox;  // stands for the mail server
+  std::filesystem::path imap;   // stands for the IMAP server; "" without one
+  std::filesystem::path mails;  // for received mails while there is no folder
+  std::string send_with;        // command line of a program that really sends, UTF-8; "" : nothing leaves
+  std::size_t put = 0;          // mails that this run has put into the outbox
 
   Transmission transmission;
-  std::vector<ReceivedMail> received;         // by the last transmission that received
   std::vector<std::filesystem::path> remote;  // mails on the server, as last listed
   DialUp dial_up;
   bool sound_plays = false;

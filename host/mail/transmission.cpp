@@ -37,6 +37,8 @@ std::string Transmission::Summary() const {
   return text;
 }
 
-std::string MailsInWords(std::size_t count) { return std::to_string(count) + (count == 1 ? " mail" : " mails"); }
+std::string MailsInWords(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " mail" : " mails");
+}
 
 }  // namespace wrenfold

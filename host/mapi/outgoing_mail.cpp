@@ -37,7 +37,7 @@ std::string MissingFiles(std::string_view body, const std::vector<OutgoingFile>&
   for (const OutgoingFile& file : files) {
     if (!file.is_missing) continue;
     const std::size_t name = file.name.find_last_of("/\\");
-    lines += "[missing attachment: " + OneLine(std::string_view(file.name).substr(name + 1)) + "]\r\n";
+    lines += "[missing attachment: " + file.name.substr(name + 1) + "]\r\n";
   }
   const bool on_new_line = body.empty() || body.ends_with('\n');
   return lines.empty() || on_new_line ? lines : "\r\n" + lines;

@@ -153,7 +153,8 @@ std::optional<std::string> StopMapiServer() {
   }
   // A process that cannot be opened is known by its window.
   for (DWORD waited = 0; waited < kStopWaitMs; waited += kPollMs) {
-    if (process ? WaitForSingleObject(process.get(), kPollMs) == WAIT_OBJECT_0 : !IsWindow(frame)) return std::nullopt;
+    if (process ? WaitForSingleObject(process.get(), kPollMs) == WAIT_OBJECT_0 : !IsWindow(frame))
+      return std::nullopt;
     if (!process) Sleep(kPollMs);
   }
   return "the serving host (process " + std::to_string(id) + ") does not end";

@@ -12,6 +12,7 @@
 
 #include "host/mail/mail_state.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/reception.h"
 #include "host/mime/message.h"
 #include "host/requests/command_state.h"
 
@@ -83,6 +84,7 @@ class HostState {
   std::vector<std::size_t>& locked_selection() { return locked_selection_; }
   bool all_selected = false;    // else the mails found, or the root mail alone
   bool found_selected = false;  // commands.found is the selection
+  Reception reception;
   bool told_no_mails = false;   // the user, that there are none
   // Why the last request that failed did, as UTF-8; "" before the first.
   std::string failure;

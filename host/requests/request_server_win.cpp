@@ -1,5 +1,7 @@
 #include "host/requests/request_server_win.h"
 
+#include <algorithm>
+
 #include "host/charset/charsets.h"
 #include "host/library/request_names.h"
 #include "host/terminal/failure_win.h"
@@ -103,6 +105,9 @@ Answer Request::AnswerKept(const std::string& text) {
 }
 
 Answer Request::Fail(std::string why) const {
+  // What it names may come from a macro.
+  std::replace_if(
+      why.begin(), why.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
   state.failure = std::move(why);
   return {.failed = true};
 }

@@ -25,11 +25,13 @@ Answer Save(Request& request) {
   if (!Accounts(request).LentName(RecordOf(request))) return request.Fail("the record is not lent");
   const bool saved = Accounts(request).Save(RecordOf(request));
   return saved ? Request::Done(true)
-               : request.Fail("the account is not saved: its title is empty or in use, or the file cannot be written");
+               : request.Fail(
+                     "the account is not saved: its title is empty or in use, or the file cannot be written");
 }
 
 Answer Release(Request& request) {
-  return Accounts(request).Release(RecordOf(request)) ? Request::Done(true) : request.Fail("the record is not lent");
+  return Accounts(request).Release(RecordOf(request)) ? Request::Done(true)
+                                                      : request.Fail("the record is not lent");
 }
 
 Answer Create(Request& request) {
@@ -47,8 +49,8 @@ Answer LongText(Request& request) {
 
 // kind, title, 0, "", text
 Answer SetLongText(Request& request) {
-  const bool set =
-      Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)), request.Text(4));
+  const bool set = Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)),
+                                             request.Text(4));
   return set ? Request::Done(true) : NoAccount(request, request.Text(1));
 }
 

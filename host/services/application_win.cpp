@@ -48,7 +48,8 @@ Answer SaveConfig(Request& request) {
   const fs::path& file = state.commands.application.config_file;
   SettingsText settings(ReadWholeFile(file).value_or(""));
   if (!settings.HasSection(kSection)) settings.AddSection(kSection);
-  for (const NumberRow& row : kNumbers) settings.Set(kSection, row.key, std::to_string(state.Setting(row.code)));
+  for (const NumberRow& row : kNumbers)
+    settings.Set(kSection, row.key, std::to_string(state.Setting(row.code)));
   settings.Set(kSection, kCodePageKey, state.commands.application.japanese_code_page ? "1" : "0");
   settings.Set(kSection, kDialUpKey, SystemCharsets().HostToUtf8(state.commands.post.dial_up.entry));
   std::error_code error;
@@ -138,7 +139,8 @@ constexpr Service kServices[] = {
     {254, nullptr, EnvChanged, "as 70"},
     {280, "I", SetCodePageMode, "kept, and saved by 192; host text is code page 932 in either mode"},
     {304, nullptr, StopSound, "ends the sound of received mails: prints `sound: stopped`; 0 when none plays"},
-    {312, nullptr, StatusBar, "what the last transmission did, before the first the number of mails of the list"},
+    {312, nullptr, StatusBar,
+     "what the last transmission did, before the first the number of mails of the list"},
 };
 
 constexpr Command kCommands[] = {

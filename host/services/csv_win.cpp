@@ -58,9 +58,11 @@ std::string ValueOf(HostState& state, std::size_t mail, CsvColumn column) {
   return "";
 }
 
-std::string Table(HostState& state, const std::vector<std::size_t>& mails, const std::vector<CsvColumn>& columns) {
+std::string Table(HostState& state, const std::vector<std::size_t>& mails,
+                  const std::vector<CsvColumn>& columns) {
   std::vector<std::string> values(columns.size());
-  std::ranges::transform(columns, values.begin(), [](CsvColumn column) { return std::string(NameOf(column)); });
+  std::ranges::transform(columns, values.begin(),
+                         [](CsvColumn column) { return std::string(NameOf(column)); });
   std::string table = CsvLine(values);
   Progress progress("exporting mails", mails.size());
   for (const std::size_t mail : mails) {
@@ -75,11 +77,14 @@ std::string Table(HostState& state, const std::vector<std::size_t>& mails, const
 // file, which mails, encoding, columns joined by "+" or nothing. Answers the number of mails.
 Answer Export(Request& request) {
   HostState& state = request.state;
-  if (!request.HasText(0) || request.Text(0).empty()) return request.Fail("CsvExport needs the name of a file");
+  if (!request.HasText(0) || request.Text(0).empty())
+    return request.Fail("CsvExport needs the name of a file");
   const Slot which = request.Number(1);
   const Slot encoding = request.Number(2);
-  if (which > kAllFolders) return request.Fail("no mails are meant by " + std::to_string(which));
-  if (encoding > kHostText) return request.Fail("no encoding has the number " + std::to_string(encoding));
+  if (which < kList || which > kAllFolders)
+    return request.Fail("no mails are meant by " + std::to_string(which));
+  if (encoding < kUtf8WithMark || encoding > kHostText)
+    return request.Fail("no encoding has the number " + std::to_string(encoding));
   if (request.Number(3) != 0 && !request.HasText(3)) return request.Fail("the columns cannot be read");
   const auto columns = ParseCsvColumns(SystemCharsets().HostToUtf8(request.Text(3)));
   if (const auto* word = std::get_if<std::string>(&columns)) return request.Fail("no column '" + *word + "'");
@@ -93,7 +98,8 @@ Answer Export(Request& request) {
 
 constexpr Service kServices[] = {
     {142, "TIIT", WithRoot<Export>,
-     "number of mails written to the CSV file of the first parameter: 0 of the list, 1 selected, 2 of all folders; 0 "
+     "number of mails written to the CSV file of the first parameter: 0 of the list, 1 selected, 2 of all "
+     "folders; 0 "
      "as UTF-8, 1 as host text; columns such as `date+subject`, or 0"},
 };
 

@@ -49,7 +49,8 @@ Answer IsDialledUp(Request& request) { return Request::Done(State(request).onlin
 
 constexpr Service kServices[] = {
     {63, nullptr, IsOnline, "1: the folders that stand for the server can always be reached"},
-    {64, "T", Dial, "opens the dial-up connection, simulated: prints `dial-up (simulated): connected by NAME`"},
+    {64, "T", Dial,
+     "opens the dial-up connection, simulated: prints `dial-up (simulated): connected by NAME`"},
     {65, "T", Choose, "chooses the connection; with null asks for it"},
     {66, nullptr, HangUp, "ends the connection that 64 opened; 0 when none is open"},
     {67, nullptr, Chosen, "name of the chosen connection, `simulated` at first"},

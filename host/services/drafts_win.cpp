@@ -105,7 +105,8 @@ Answer Resend(Request& request) {
   const bool as_bcc = (mode & kAsBcc) != 0;
   const std::size_t root = request.state.root();
   // The mail goes on as it came, byte by byte; a draft is its text.
-  const std::string raw = HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + request.state.Mail(root).raw;
+  const std::string raw =
+      HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + request.state.Mail(root).raw;
   std::string text = ResentText(request.state.Message(root).text, request.Text(0), as_bcc);
   switch (mode & ~kAsBcc) {
     case kSendNow:
@@ -132,7 +133,8 @@ constexpr Command kCommands[] = {
      "To, Cc, Subject, In-Reply-To, References and the quoted body of the root mail ([replies](#replies))"},
     {40022, WithRoot<Forward>, "empty To, the subject with `Fwd:`, headers and body of the root mail"},
     {40087, Send<false>,
-     "puts the mail being written into the [outbox](#transmission); then the open mail is the current one again, "
+     "puts the mail being written into the [outbox](#transmission); then the open mail is the current one "
+     "again, "
      "answered or forwarded"},
     {40104, Send<true>,
      "[sends](#transmission) the mail being written at once; then the open mail is the current one again, "

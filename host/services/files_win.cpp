@@ -63,7 +63,8 @@ Answer SaveFileName(Request& request) { return AnswerName(request, AskForName(re
 
 constexpr Service kServices[] = {
     {290, "TII", ToUtf16, "the text in UTF-16"},
-    {291, "TI", LoadText, "text of a file in UTF-8, UTF-16 or Shift-JIS, up to 256 MiB; 0 when it cannot be read"},
+    {291, "TI", LoadText,
+     "text of a file in UTF-8, UTF-16 or Shift-JIS, up to 256 MiB; 0 when it cannot be read"},
     {292, "TTT", OpenFileName, "asks for a name; 0 for an empty line"},
     {293, "TTTT", SaveFileName, "asks for a name; an empty line takes the one that was proposed"},
     {307, "TII", ToUtf8, "the text in UTF-8"},

@@ -41,7 +41,8 @@ Answer AttachmentList(Request& request) {
 constexpr Service kServices[] = {
     {178, nullptr, Begin, "begins a print job; 0 when one has begun"},
     {179, nullptr, End, "ends it: prints `would print: SUBJECT` on standard error for each selected mail"},
-    {298, nullptr, WithRoot<AttachmentList>, "names of the open mail's attachments, with commas between them"},
+    {298, nullptr, WithRoot<AttachmentList>,
+     "names of the open mail's attachments, with commas between them"},
 };
 
 }  // namespace

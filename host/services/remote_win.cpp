@@ -70,7 +70,8 @@ constexpr Slot kStartUpload = 1;
 
 Answer Upload(Request& request) {
   const Slot form = request.Number(0);
-  if (form != kUpload && form != kStartUpload) return request.Fail("no way to upload: " + std::to_string(form));
+  if (form != kUpload && form != kStartUpload)
+    return request.Fail("no way to upload: " + std::to_string(form));
   if (Post(request).imap.empty()) return request.Fail(kNoImap);
   HostState& state = request.state;
   std::size_t count = 0;
@@ -82,14 +83,16 @@ Answer Upload(Request& request) {
     ++count;
   }
   if (count == 0) return request.Fail("no mail is selected");
-  Tell(request, "imap (simulated): " + MailsInWords(count) + " uploaded to " + PathToUtf8(Post(request).imap));
+  Tell(request,
+       "imap (simulated): " + MailsInWords(count) + " uploaded to " + PathToUtf8(Post(request).imap));
   return Request::Done(true);
 }
 
 constexpr Service kServices[] = {
     {155, nullptr, Reload, "lists the mails of the inbox folder, which stands for the server"},
     {156, nullptr, DeleteRemote,
-     "number of mails there with the Message-ID of a selected mail, which are moved to the folder's `deleted`"},
+     "number of mails there with the Message-ID of a selected mail, which are moved to the folder's "
+     "`deleted`"},
     {299, "I", Upload, "copies the selected mails into the folder of `--imap`; both forms at once"},
 };
 

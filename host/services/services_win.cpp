@@ -4,12 +4,12 @@ namespace wrenfold {
 namespace {
 
 constexpr const ServiceFamily* kAll[] = {
-    &kAccountsServices, &kBookServices,       &kDraftsServices,    &kExternalServices, &kFilesServices,
-    &kFoldersServices,  &kGrepServices,       &kHostServices,      &kMacrosServices,   &kMailListServices,
-    &kMailServices,     &kNavigationServices, &kNoticesServices,   &kOptionsServices,  &kQuotingServices,
-    &kSettingsServices, &kSmimeServices,      &kTemplatesServices, &kTransferServices, &kViewServices,
-    &kWritingServices,    &kApplicationServices, &kCsvServices, &kDialUpServices, &kPrintingServices, &kRemoteServices,
-    &kTransmissionServices,
+    &kAccountsServices, &kBookServices,         &kDraftsServices,    &kExternalServices, &kFilesServices,
+    &kFoldersServices,  &kGrepServices,         &kHostServices,      &kMacrosServices,   &kMailListServices,
+    &kMailServices,     &kNavigationServices,   &kNoticesServices,   &kOptionsServices,  &kQuotingServices,
+    &kSettingsServices, &kSmimeServices,        &kTemplatesServices, &kTransferServices, &kViewServices,
+    &kWritingServices,  &kApplicationServices,  &kCsvServices,       &kDialUpServices,   &kPrintingServices,
+    &kRemoteServices,   &kTransmissionServices,
 };
 
 }  // namespace

@@ -32,7 +32,8 @@ bool IsImportType(Slot type) {
 }
 
 // The mails of a file, or why there are none.
-std::variant<std::vector<StoredMail>, std::string> MailsAt(const std::filesystem::path& path, ImportType type) {
+std::variant<std::vector<StoredMail>, std::string> MailsAt(const std::filesystem::path& path,
+                                                           ImportType type) {
   const auto bytes = ReadWholeFile(path);
   if (!bytes) return WhyUnreadable(path);
   auto mails = MailsOfFile(*bytes, type);
@@ -61,7 +62,8 @@ std::variant<std::vector<StoredMail>, std::string> MailsToImport(const std::file
 
 // path, file type, 1 = as just received, four options that are not looked at. Answers the number of mails.
 Answer Import(Request& request) {
-  if (!IsImportType(request.Number(1))) return request.Fail("no file type " + std::to_string(request.Number(1)));
+  if (!IsImportType(request.Number(1)))
+    return request.Fail("no file type " + std::to_string(request.Number(1)));
   auto read = MailsToImport(PathOf(request.Text(0)), static_cast<ImportType>(request.Number(1)));
   if (const auto* reason = std::get_if<std::string>(&read)) return request.Fail(*reason);
   auto& mails = std::get<std::vector<StoredMail>>(read);
@@ -199,7 +201,8 @@ Answer SetOptions(Request& request) {
 
 constexpr Service kServices[] = {
     {119, "TIIIIII", WithRoot<Import>,
-     "number of mails read from the file, or the .eml files of the folder, into the open mail's folder, in memory; "
+     "number of mails read from the file, or the .eml files of the folder, into the open mail's folder, in "
+     "memory; "
      "\"auto\" looks at the file; \"recv\" makes them unread; other options are not looked at"},
     {120, "TIIIIII", Export,
      "number of mails of the open mail's folder that were [written](#export); the counts are those of "

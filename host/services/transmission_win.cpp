@@ -86,10 +86,11 @@ std::optional<std::string> Receive(HostState& state, const TransmissionStep& ste
   const auto brought = Bring(state, step);
   if (const auto* reason = std::get_if<std::string>(&brought)) return *reason;
   const std::size_t first = state.mail_count();
-  if (auto reason = state.AddMails(std::get<fs::path>(brought), MailStore::Unreadable::kRefuse)) return reason;
+  if (auto reason = state.AddMails(std::get<fs::path>(brought), MailStore::Unreadable::kRefuse))
+    return reason;
   for (std::size_t mail = first; mail < state.mail_count(); ++mail) {
     state.Mail(mail).flags &= ~(kMailRead | kMailOld);
-    Post(state).received.push_back({mail, step.account});
+    state.reception.Add(mail, step.account);
   }
   return std::nullopt;
 }
@@ -106,13 +107,17 @@ void AddMailsOf(HostState& state, std::vector<TransmissionStep>& steps, Kind kin
   }
 }
 
+// Begins a reception.
 std::vector<TransmissionStep> StepsToReceive(HostState& state, Kind kind, bool all_accounts) {
   std::vector<TransmissionStep> steps;
+  state.reception.Begin();
   const std::vector<std::string> accounts = AccountNames(state);
   const fs::path& server = kind == Kind::kFetch ? Post(state).imap : Post(state).inbox;
   AddMailsOf(state, steps, kind, server, accounts[0]);
   for (const std::string& account : accounts) {
-    if (const auto folder = AccountFolder(server, Utf8(account))) AddMailsOf(state, steps, kind, *folder, account);
+    state.reception.Ask(account);
+    if (const auto folder = AccountFolder(server, Utf8(account)))
+      AddMailsOf(state, steps, kind, *folder, account);
     if (!all_accounts) break;
   }
   return steps;
@@ -213,12 +218,10 @@ Answer Outcome(Request& request) {
   return Request::Done(true);
 }
 
-// The menu command, or the one in the first slot of codes 12 and 57.
+// Carries the steps out: waits for the end, or goes on in the background when code 57 brought the command. Nothing
+// else may be under way.
 Answer Transmit(Request& request, Slot command, std::vector<TransmissionStep> steps) {
   HostState& state = request.state;
-  FinishTransmission(state);
-  const bool receives = std::ranges::any_of(steps, [](const auto& step) { return step.kind != Kind::kSend; });
-  if (receives) Post(state).received.clear();
   Post(state).transmission.Start(command, std::move(steps));
   if (!Post(state).transmission.IsRunning()) Post(state).status = Post(state).transmission.Summary();
   if (request.code() == kStartCode) {
@@ -238,26 +241,31 @@ Answer NoInbox(Request& request) {
 
 template <Slot kCommand, bool kAll>
 Answer ReceiveMails(Request& request) {
+  FinishTransmission(request.state);
   if (!IsRealFolder(Post(request.state).inbox)) return NoInbox(request);
   return Transmit(request, kCommand, StepsToReceive(request.state, Kind::kReceive, kAll));
 }
 
 template <Slot kCommand, bool kAll>
 Answer SyncImap(Request& request) {
+  FinishTransmission(request.state);
   const fs::path& server = Post(request.state).imap;
   if (server.empty()) return request.Fail(kNoImap);
   if (!IsRealFolder(server)) return request.Fail("no IMAP server: there is no folder " + PathToUtf8(server));
   std::vector<TransmissionStep> steps = StepsToReceive(request.state, Kind::kFetch, kAll);
-  Tell(request.state, "imap (simulated): " + MailsInWords(steps.size()) + " to fetch from " + PathToUtf8(server));
+  Tell(request.state,
+       "imap (simulated): " + MailsInWords(steps.size()) + " to fetch from " + PathToUtf8(server));
   return Transmit(request, kCommand, std::move(steps));
 }
 
 template <Slot kCommand>
 Answer SendMails(Request& request) {
+  FinishTransmission(request.state);
   return Transmit(request, kCommand, StepsToSend(request.state));
 }
 
 Answer TransmitAll(Request& request) {
+  FinishTransmission(request.state);
   std::vector<TransmissionStep> steps = StepsToReceive(request.state, Kind::kReceive, true);
   std::vector<TransmissionStep> to_send = StepsToSend(request.state);
   std::ranges::move(to_send, std::back_inserter(steps));
@@ -291,10 +299,12 @@ constexpr Service kServices[] = {
     {35, nullptr, SentCount, "mails that the last transmission sent"},
     {36, nullptr, WasCancelled, "1 when the last transmission was cancelled before its end"},
     {37, nullptr, Failed, "1 when a mail of the last transmission stayed where it was"},
-    {41, nullptr, SetCancel, "asks the running transmission to end before its next mail; the next one forgets it"},
+    {41, nullptr, SetCancel,
+     "asks the running transmission to end before its next mail; the next one forgets it"},
     {71, nullptr, SelectTransmit, "1; whatever is chosen, the next transmission receives and sends all"},
     {80, nullptr, GetCancel, "1 when a cancel was asked for"},
-    {182, nullptr, LastCommand, "menu command of the running transmission, else of the last, 0 before the first"},
+    {182, nullptr, LastCommand,
+     "menu command of the running transmission, else of the last, 0 before the first"},
 };
 
 constexpr Command kCommands[] = {
@@ -305,7 +315,8 @@ constexpr Command kCommands[] = {
     {kReceiveAll, ReceiveMails<kReceiveAll, true>, "as 40003, for all accounts"},
     {kSendRemainAll, SendMails<kSendRemainAll>, "as 40059: all accounts have one outbox"},
     {kImapSync, SyncImap<kImapSync, false>,
-     "copies the mails of the folder of `--imap` that the account's folder does not have; says that it is simulated"},
+     "copies the mails of the folder of `--imap` that the account's folder does not have; says that it is "
+     "simulated"},
     {kImapSyncAll, SyncImap<kImapSyncAll, true>, "as 40407, for all accounts"},
 };
 
@@ -335,6 +346,7 @@ Answer PostNow(Request& request, std::string_view mail) {
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
+  FinishTransmission(request.state);
   return Transmit(request, kSendNow, {{Kind::kSend, file, ""}});
 }
 

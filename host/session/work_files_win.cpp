@@ -58,7 +58,8 @@ fs::path PostFolder(const Options& options) {
   if (options.mails.empty()) return PathFromUtf8(MapiHome(options.home));
   const fs::path mails = PathFromUtf8(options.mails[0]);
   const fs::path named = mails.has_filename() ? mails : mails.parent_path();
-  return (named.filename() == "." || named.filename() == ".." ? named / ".." : named.parent_path()) / "wrenfold";
+  return (named.filename() == "." || named.filename() == ".." ? named / ".." : named.parent_path()) /
+         "wrenfold";
 }
 
 fs::path LastOr(const std::vector<std::string>& given, const fs::path& otherwise) {

@@ -10,8 +10,8 @@ struct ApplicationState {
   bool quiet = false;  // no questions, no sounds
   bool japanese_code_page = false;
   bool exit_asked = false;
-  bool printing = false;               // between EnterPrintMulti and LeavePrintMulti
-  std::filesystem::path config_file;   // where SaveConfig writes; "" : nowhere
+  bool printing = false;              // between EnterPrintMulti and LeavePrintMulti
+  std::filesystem::path config_file;  // where SaveConfig writes; "" : nowhere
 };
 
 }  // namespace wrenfold

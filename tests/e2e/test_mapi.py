@@ -192,7 +192,9 @@ class Sending(MapiTest):
 
     def test_a_file_that_is_not_there_does_not_keep_the_mail_back(self):
         self.send(0, "s", "t", "to", "-", text_hex("a@x.jp"), "file", text_hex("C:\\gone.txt"), "-")
-        self.assertEqual(self.sent()[0]["X-Wrenfold-Missing-File"], "C:\\gone.txt")
+        mail = self.sent()[0]
+        self.assertEqual(mail["X-Wrenfold-Missing-File"], "C:\\gone.txt")
+        self.assertEqual(mail.get_content().splitlines(), ["t", "[missing attachment: gone.txt]"])
 
     def test_documents_open_a_new_mail(self):
         files = [self.write("a b.txt", "one"), self.write("c.txt", "two")]

@@ -132,6 +132,18 @@ class Inbox(TransmissionTest):
             self.assertRegex(result.err, r"-> 0 \(" + reason + r"\)\n")
 
 
+    def test_without_mails_a_macro_learns_that_there_are_none_once(self):
+        result = self.run_macro('print RootHeader("Subject"), RootBody(), Import("x", "auto", "", "")\n')
+        self.assertEqual(result, host.Result("0\n", "wrenfold: there are no mails; --mail MAIL gives some\n", 0))
+
+    def test_what_the_library_writes_itself_says_why_too(self):
+        result = self.run_here('print SaveStringToFile("no/such/a.txt", "x", 0, 2), SaveStringToFile("a.txt", "x", 0, 2)\n',
+                               "--trace")
+        self.assertEqual((result.out, result.code), ("01\n", 0))
+        self.assertIn("trace: cannot write no/such/a.txt: there is no folder no/such\n", result.err)
+        self.assertEqual(result.err.count("cannot write"), 1)
+
+
 class ReallySending(TransmissionTest):
     """send_peer.exe OUT CODE [FILE]: keeps its standard input, or FILE, and ends with the code."""
 
@@ -168,7 +180,7 @@ class ReallySending(TransmissionTest):
         self.run_here("SendRemain()\n", "--send-with", self.peer("got.eml", 0))
         self.assertIn(first, [email.message_from_bytes(file.read_bytes())["Message-ID"] for file in self.sent.iterdir()])
 
-    def test_killed_in_the_middle_the_outbox_stays_whole(self):
+    def test_while_one_host_sends_a_mail_no_other_does_and_killed_it_leaves_the_outbox_whole(self):
         macro = self.write("test.macro", WRITE + "SendNow()\n")
         arguments = ["--english", "--mail", "mails", "--macro", str(macro), "--send-with", self.peer("got.eml", "sleep")]
         process = subprocess.Popen(host.command() + arguments, cwd=self.folder, stdin=subprocess.DEVNULL,
@@ -177,9 +189,15 @@ class ReallySending(TransmissionTest):
         while not (self.folder / "got.eml").exists():
             self.assertLess(time.monotonic(), deadline, "the program was never started")
             time.sleep(0.1)
+        second = self.run_here("print SendRemain()\n", "--send-with", self.peer("twice.eml", 0))
+        self.assertEqual(second.out, "0\n")
+        self.assertIn("another program is sending it\n", second.err)
         process.kill()
         process.wait()
         (self.folder / "stop").touch()
+        self.assertFalse((self.folder / "twice.eml").exists())
+        for claim in self.outbox.glob("*.sending"):
+            claim.unlink()
         waiting = self.only(self.outbox)
         self.assertEqual((waiting["Subject"], self.names(self.sent)), ("日本語の件名", []))
         self.run_here("SendRemain()\n", "--send-with", self.peer("again.eml", 0))
@@ -216,6 +234,13 @@ class Ending(TransmissionTest):
         self.assert_output(self.run_here("print 1\nExit()\nprint 2\n", "--prompt"), "1\n")
         self.assertEqual(self.prompt("1", "Exit()", "2").out, "1\n1\n")
 
+    def test_one_in_the_background_ends_before_another_begins(self):
+        (self.folder / "inbox").mkdir()
+        for name in "bcdef":
+            (self.folder / f"inbox/{name}.eml").write_bytes(b"Subject: x\r\n\r\n")
+        result = self.run_here("print StartReceive(), ReceiveAll(), TransmitError(), MailCount()\n", "--inbox", "inbox")
+        self.assertEqual((result.out, result.code), ("1106\n", 0), result.err)
+
     def test_a_transmission_in_the_background_is_carried_to_its_end(self):
         (self.folder / "inbox").mkdir()
         for name in "bcdef":
@@ -243,6 +268,20 @@ class Stopping(HostTest):
                 process.kill()
                 process.wait()
             serving.stderr.close()
+
+
+    def test_one_that_does_not_answer_is_told(self):
+        deaf = subprocess.Popen(host.command() + ["--serve", "--deaf", "--home", str(self.folder)],
+                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        try:
+            self.assertIn(b"serving", deaf.stderr.readline())
+            result = run("--stop")
+            self.assertEqual((result.out, result.code), ("", 1))
+            self.assertRegex(result.err, r"^wrenfold: the serving host \(process \d+\) does not end\n$")
+        finally:
+            deaf.kill()
+            deaf.wait()
+            deaf.stderr.close()
 
 
 class Progress(TransmissionTest):

@@ -2,12 +2,12 @@
  *
  * Writes FILE, or its standard input, to OUT, tells its words on standard output and ends with CODE. With the word
  * "sleep" for CODE it waits for a file "stop" in its folder, at most a minute. */
+#include <fcntl.h>
+#include <io.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <windows.h>
-#include <fcntl.h>
-#include <io.h>
 
 static int Keep(FILE* from, const char* to) {
   FILE* out = fopen(to, "wb");

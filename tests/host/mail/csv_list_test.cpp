@@ -8,7 +8,8 @@ namespace {
 using Columns = std::vector<CsvColumn>;
 
 TEST(CsvList, ColumnsAreNamedInAnyCaseAndOrder) {
-  EXPECT_EQ(std::get<Columns>(ParseCsvColumns("Subject + date")), (Columns{CsvColumn::kSubject, CsvColumn::kDate}));
+  EXPECT_EQ(std::get<Columns>(ParseCsvColumns("Subject + date")),
+            (Columns{CsvColumn::kSubject, CsvColumn::kDate}));
   EXPECT_EQ(std::get<Columns>(ParseCsvColumns("")).size(), 6u);
   EXPECT_EQ(std::get<std::string>(ParseCsvColumns("date+colour")), "colour");
   EXPECT_EQ(std::get<std::string>(ParseCsvColumns("date+")), "");
@@ -21,7 +22,8 @@ TEST(CsvList, EveryColumnHasItsOwnName) {
 }
 
 TEST(CsvList, ValuesAreQuotedWhereTheyMustBe) {
-  EXPECT_EQ(CsvLine({"a", "b, c", "say \"x\"", "", "two\nlines"}), "a,\"b, c\",\"say \"\"x\"\"\",,\"two\nlines\"\r\n");
+  EXPECT_EQ(CsvLine({"a", "b, c", "say \"x\"", "", "two\nlines"}),
+            "a,\"b, c\",\"say \"\"x\"\"\",,\"two\nlines\"\r\n");
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <fstream>
 
 #include "host/base/whole_file.h"
-#include "host/mail/inbox_folder.h"
 #include "host/mail/file_reasons.h"
+#include "host/mail/inbox_folder.h"
 
 namespace wrenfold {
 namespace {
@@ -19,8 +19,9 @@ const OutgoingStamp kStamp{"d", "u", "b@x"};
 class Folders : public testing::Test {
  protected:
   void SetUp() override {
-    root_ = fs::temp_directory_path() / ("outbox-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                                         testing::UnitTest::GetInstance()->current_test_info()->name());
+    root_ = fs::temp_directory_path() /
+            ("outbox-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+             testing::UnitTest::GetInstance()->current_test_info()->name());
     fs::remove_all(root_);
     outbox_.Open(root_ / "outbox", root_ / "Sent");
   }
@@ -46,11 +47,13 @@ TEST_F(Outbox, AMailWaitsUntilItIsSent) {
   ASSERT_EQ(outbox_.Add(kMail, "u-1", file), std::nullopt);
   EXPECT_EQ(outbox_.Waiting(), std::vector<fs::path>{root_ / "outbox/u-1.eml"});
   std::string handed;
-  ASSERT_EQ(outbox_.Send(file, kStamp, [&](const fs::path& given, const std::string& mail) {
-    handed = mail;
-    EXPECT_EQ(Bytes(given), mail) << "the file has what is handed on";
-    return std::optional<std::string>();
-  }), std::nullopt);
+  ASSERT_EQ(outbox_.Send(file, kStamp,
+                         [&](const fs::path& given, const std::string& mail) {
+                           handed = mail;
+                           EXPECT_EQ(Bytes(given), mail) << "the file has what is handed on";
+                           return std::optional<std::string>();
+                         }),
+            std::nullopt);
   EXPECT_EQ(handed, FinishMail(kMail, kStamp));
   EXPECT_TRUE(outbox_.Waiting().empty());
   EXPECT_EQ(Bytes(root_ / "Sent/u-1.eml"), handed);
@@ -72,7 +75,8 @@ TEST_F(Outbox, WhatCannotBeSentIsToldAndStays) {
   EXPECT_EQ(outbox_.Send(gone, kStamp, Taken), "cannot read " + gone.string());
   EXPECT_EQ(Bytes(root_ / "outbox/a.eml"), "Subject: s\r\n\r\n");
   Put("Sent", "a file in the place of the folder");
-  EXPECT_EQ(outbox_.Send(Put("outbox/b.eml", kMail), kStamp, Taken), "cannot write " + (root_ / "Sent").string());
+  EXPECT_EQ(outbox_.Send(Put("outbox/b.eml", kMail), kStamp, Taken),
+            "cannot write " + (root_ / "Sent").string());
   EXPECT_TRUE(fs::exists(root_ / "outbox/b.eml"));
 }
 
@@ -137,7 +141,8 @@ TEST_F(Inbox, WhatCannotBeTakenStaysAndIsTold) {
 
 TEST_F(Inbox, AnAccountsFolderLiesBelowTheServers) {
   EXPECT_EQ(AccountFolder(root_, "work"), root_ / "work");
-  for (const char* name : {"", ".", "..", "a/b", "a\\b", "c:", "Deleted"}) EXPECT_FALSE(AccountFolder(root_, name)) << name;
+  for (const char* name : {"", ".", "..", "a/b", "a\\b", "c:", "Deleted", " ", "a."})
+    EXPECT_FALSE(AccountFolder(root_, name)) << name;
 }
 
 TEST_F(Inbox, OnlyTheMailsMeantAreDeletedOnTheServer) {
@@ -157,7 +162,8 @@ TEST_F(FileReasons, NameWhatIsWrong) {
   const std::string root = root_.string();
   EXPECT_EQ(WhyUnreadable(root_ / "none"), "cannot read " + root + "/none: no such file or folder");
   EXPECT_EQ(WhyUnreadable(root_), "cannot read " + root + ": it is a folder");
-  EXPECT_EQ(WhyUnwritable(root_ / "none/b"), "cannot write " + root + "/none/b: there is no folder " + root + "/none");
+  EXPECT_EQ(WhyUnwritable(root_ / "none/b"),
+            "cannot write " + root + "/none/b: there is no folder " + root + "/none");
   EXPECT_EQ(WhyUnwritable(root_), "cannot write " + root + ": it is a folder");
   EXPECT_EQ(WhyUnwritable(""), "cannot write a file without a name");
   EXPECT_EQ(WriteSafely(root_ / "c", "1"), std::nullopt);

@@ -16,17 +16,20 @@ TEST(FinishedMail, GetsWhatItLacksAndLosesOurOwnHeaders) {
     const char* why;
   } cases[] = {
       {"To: a@x\r\n\r\nt\r\n",
-       "From: bob@example.com\r\nDate: Sat, 22 Nov 2025 10:00:00 +0900\r\nMessage-ID: <u-1@wrenfold.invalid>\r\n"
+       "From: bob@example.com\r\nDate: Sat, 22 Nov 2025 10:00:00 +0900\r\nMessage-ID: "
+       "<u-1@wrenfold.invalid>\r\n"
        "To: a@x\r\n\r\nt\r\n",
        "all three"},
       {"To: a@x\nFrom: c@x\nDate: d\nMessage-ID: <m>\n\none\ntwo",
-       "To: a@x\r\nFrom: c@x\r\nDate: d\r\nMessage-ID: <m>\r\n\r\none\r\ntwo", "none, but the line ends"},
-      {"From: c@x\r\nDate: d\r\nMessage-ID: <m>\r\nX-Unsent: 0\r\nX-Wrenfold-Missing-File: C:\\a\r\n b\r\nTo: a@x\r\n"
+       "To: a@x\r\nFrom: c@x\r\nDate: d\r\nMessage-ID: <m>\r\n\r\none\r\ntwo\r\n", "none, but the line ends"},
+      {"From: c@x\r\nDate: d\r\nMessage-ID: <m>\r\nX-Unsent: 0\r\nX-Wrenfold-Missing-File: C:\\a\r\n "
+       "b\r\nTo: a@x\r\n"
        "\r\n",
        "From: c@x\r\nDate: d\r\nMessage-ID: <m>\r\nTo: a@x\r\n\r\n", "with their folded lines"},
       {"Resent-To: e@x\r\nFrom: c@x\r\nTo: a@x\r\n\r\nX-Unsent: 1\r\n",
        "Resent-From: bob@example.com\r\nResent-Date: Sat, 22 Nov 2025 10:00:00 +0900\r\n"
-       "Resent-Message-ID: <u-1@wrenfold.invalid>\r\nResent-To: e@x\r\nFrom: c@x\r\nTo: a@x\r\n\r\nX-Unsent: 1\r\n",
+       "Resent-Message-ID: <u-1@wrenfold.invalid>\r\nResent-To: e@x\r\nFrom: c@x\r\nTo: a@x\r\n\r\nX-Unsent: "
+       "1\r\n",
        "a resent mail keeps its own date; the body is no header"},
       {"From: c@x\r\nDate: d\r\nMessage-ID: <m>\r\nTo: a@x",
        "From: c@x\r\nDate: d\r\nMessage-ID: <m>\r\nTo: a@x\r\n\r\n", "a mail without its empty line"},
@@ -42,9 +45,10 @@ TEST(FinishedMail, HasRecipientsWhenAnAddressIsNamed) {
     const char* raw;
     bool expected;
   } cases[] = {
-      {"To: a@x\r\n\r\n", true},         {"Cc: a@x\r\n\r\n", true},   {"bcc: a@x\r\n\r\n", true},
-      {"To: \r\nCc:\r\n\r\nTo: a@x", false}, {"To: Jo:;\r\n\r\n", false}, {"Subject: a@x\r\n\r\n", false},
-      {"Resent-To: a@x\r\n\r\n", true},  {"", false},
+      {"To: a@x\r\n\r\n", true},        {"Cc: a@x\r\n\r\n", true},
+      {"bcc: a@x\r\n\r\n", true},       {"To: \r\nCc:\r\n\r\nTo: a@x", false},
+      {"To: Jo:;\r\n\r\n", false},      {"Subject: a@x\r\n\r\n", false},
+      {"Resent-To: a@x\r\n\r\n", true}, {"", false},
   };
   for (const auto& [raw, expected] : cases) EXPECT_EQ(HasRecipients(raw), expected) << raw;
 }

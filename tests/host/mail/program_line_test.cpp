@@ -29,7 +29,8 @@ TEST(ProgramLine, IsTakenApartAtBlanksOutsideQuotes) {
 }
 
 TEST(ProgramLine, NeedsAProgramAndClosedQuotes) {
-  for (const char* line : {"", "  ", "\"\"", "\"\" -t", "send \"mail"}) EXPECT_FALSE(ParseProgramLine(line)) << line;
+  for (const char* line : {"", "  ", "\"\"", "\"\" -t", "send \"mail"})
+    EXPECT_FALSE(ParseProgramLine(line)) << line;
 }
 
 TEST(ProgramLine, EachArgumentArrivesAsItWasWritten) {

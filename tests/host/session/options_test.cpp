@@ -32,6 +32,18 @@ TEST(CommandLine, TakesTheFilesOfTheKeywordCommands) {
   EXPECT_EQ(options.books, Arguments{"b"});
 }
 
+TEST(CommandLine, TakesWhatTransmissionsNeed) {
+  const Options options = Parsed({"--inbox", "i", "--outbox", "o", "--imap", "m", "--send-with",
+                                  "sendmail -t", "--answer", "a", "--yes", "--prompt"});
+  EXPECT_EQ(options.inboxes, Arguments{"i"});
+  EXPECT_EQ(options.outboxes, Arguments{"o"});
+  EXPECT_EQ(options.imaps, Arguments{"m"});
+  EXPECT_EQ(options.send_with, Arguments{"sendmail -t"});
+  EXPECT_EQ(options.answers, Arguments{"a"});
+  EXPECT_TRUE(options.yes);
+  EXPECT_TRUE(Parsed({"--stop"}).stop);
+}
+
 TEST(CommandLine, SkipsMailsUnlessToldOtherwise) {
   EXPECT_FALSE(Parsed({"--prompt"}).strict_mails);
   EXPECT_TRUE(Parsed({"--prompt", "--strict-mails"}).strict_mails);
