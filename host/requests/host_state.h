@@ -85,7 +85,7 @@ class HostState {
   bool all_selected = false;    // else the mails found, or the root mail alone
   bool found_selected = false;  // commands.found is the selection
   Reception reception;
-  bool told_no_mails = false;   // the user, that there are none
+  bool told_no_mails = false;  // the user, that there are none
   // Why the last request that failed did, as UTF-8; "" before the first.
   std::string failure;
   // What the keyword commands work with: accounts, templates, address book, ...
