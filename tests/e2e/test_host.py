@@ -134,8 +134,9 @@ class Requests(HostTest):
         self.assert_output(self.run_macro("print WrenfoldVersion(), TamarinMailVersionBeta()\nprint HomeDir() != \"\"\n"),
                            "1000\n1\n")
 
-    def test_without_a_mail_the_answers_are_empty(self):
-        self.assert_output(self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()'), "[]000\n")
+    def test_without_a_mail_the_answers_are_empty_and_the_user_learns_why(self):
+        self.assertEqual(self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()'), host.Result(
+            "[]000\n", "wrenfold: there are no mails; --mail MAIL gives some\n", 0))
 
     def test_a_request_that_is_not_served_is_answered_0_and_counted(self):
         self.assertEqual(self.run_macro("print OpenReplyMail(), RefreshMailList(), RefreshMailList()"), host.Result(
