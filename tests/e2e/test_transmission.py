@@ -95,17 +95,17 @@ class Outbox(TransmissionTest):
 
 class Inbox(TransmissionTest):
     def test_mails_come_to_the_folder_of_their_account(self):
-        (self.folder / "inbox/work").mkdir(parents=True)
-        (self.mails / "work").mkdir()
-        (self.mails / "work/w.eml").write_bytes(b"Subject: w\r\n\r\n")
+        (self.folder / "inbox/office").mkdir(parents=True)
+        (self.mails / "office").mkdir()
+        (self.mails / "office/w.eml").write_bytes(b"Subject: w\r\n\r\n")
         (self.folder / "inbox/a.eml").write_bytes(b"Subject: new\r\n\r\n")
-        (self.folder / "inbox/work/b.eml").write_bytes(b"Subject: work\r\n\r\n")
-        accounts = self.write("accounts.txt", "[first]\n[work]\n")
+        (self.folder / "inbox/office/b.eml").write_bytes(b"Subject: work\r\n\r\n")
+        accounts = self.write("accounts.txt", "[first]\n[office]\n")
         result = self.run_here("print ReceiveAll(), MailCount()\n", "--inbox", "inbox", "--accounts", accounts)
         self.assert_output(result._replace(err=""), "12\n")
         # The mail that was there, and the received one under a free name.
-        self.assertEqual(self.names(self.mails), ["a-2.eml", "a.eml", "work"])
-        self.assertEqual(self.names(self.mails / "work"), ["b.eml", "w.eml"])
+        self.assertEqual(self.names(self.mails), ["a-2.eml", "a.eml", "office"])
+        self.assertEqual(self.names(self.mails / "office"), ["b.eml", "w.eml"])
 
     def test_without_mails_the_received_ones_are_the_first(self):
         (self.folder / "home/inbox").mkdir(parents=True)
