@@ -61,6 +61,30 @@ TEST(HostWindow, AWindowThatGoesAwayUnderTheWalkDoesNotHideTheNextOne) {
   EXPECT_EQ(GetActiveWindow(), view);
 }
 
+HWND WINAPI FindWindowBehindAVanishingOne(HWND parent, HWND after, LPCSTR name, LPCSTR title) {
+  if (after != nullptr && after == g_vanishing) DestroyWindow(after);
+  return FindWindowExA(parent, after, name, title);
+}
+
+// As if another program's frame stood in front and went away.
+DWORD WINAPI ProcessOfNone(HWND window, DWORD* process) {
+  const DWORD thread = GetWindowThreadProcessId(window, process);
+  if (window == g_vanishing && process != nullptr) *process = 0;
+  return thread;
+}
+
+TEST(HostWindow, AFrameThatGoesAwayUnderTheSearchDoesNotHideTheHost) {
+  ScriptedHost host;
+  g_vanishing = host.OpenWindow("WrenfoldFrame");
+  ActivateStranger(host);
+  Raise(g_vanishing);
+  const ImportPatch next("USER32.dll", "FindWindowExA", &FindWindowBehindAVanishingOne);
+  const ImportPatch process("USER32.dll", "GetWindowThreadProcessId", &ProcessOfNone);
+  host.Expect(kFrameCode).Answer(3).At(host.frame());
+  EXPECT_EQ(MailCount(), 3);
+  EXPECT_FALSE(IsWindow(g_vanishing));
+}
+
 TEST(HostWindow, AnActiveFrameIsAskedForItsRequestTargetOnce) {
   ScriptedHost host;
   const HWND target = host.OpenWindow("WrenfoldView", host.frame(), WS_CHILD | WS_VISIBLE);
