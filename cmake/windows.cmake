@@ -4,13 +4,15 @@
 find_program(WFINFO_NATIVE_CXX NAMES g++ c++ REQUIRED)
 set(printer ${CMAKE_BINARY_DIR}/print_catalogue)
 file(GLOB catalogue_rows CONFIGURE_DEPENDS catalogue/*.def)
+file(GLOB examples CONFIGURE_DEPENDS examples/*.macro)
 add_custom_command(
   OUTPUT ${printer}
   COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}
           ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp
           ${CMAKE_SOURCE_DIR}/src/catalogue/requests.cpp -o ${printer}
   DEPENDS tools/print_catalogue.cpp src/catalogue/rows.cpp src/catalogue/rows.h src/catalogue/row_macros.h
-          src/catalogue/requests.cpp src/catalogue/requests.h src/bridge/host_protocol.h ${catalogue_rows}
+          src/catalogue/requests.cpp src/catalogue/requests.h src/bridge/host_protocol.h tools/examples.h
+          ${catalogue_rows}
   COMMENT "Building the catalogue printer")
 set(printed ${WFINFO_OUT}/WFINFO.def ${WFINFO_OUT}/wfinfo.h ${WFINFO_OUT}/reference.md ${WFINFO_OUT}/reference.json)
 add_custom_command(
@@ -18,9 +20,9 @@ add_custom_command(
   COMMAND ${CMAKE_COMMAND} -E make_directory ${WFINFO_OUT}
   COMMAND ${printer} def > ${WFINFO_OUT}/WFINFO.def
   COMMAND ${printer} header > ${WFINFO_OUT}/wfinfo.h
-  COMMAND ${printer} markdown > ${WFINFO_OUT}/reference.md
-  COMMAND ${printer} json > ${WFINFO_OUT}/reference.json
-  DEPENDS ${printer}
+  COMMAND ${printer} markdown ${CMAKE_SOURCE_DIR}/examples > ${WFINFO_OUT}/reference.md
+  COMMAND ${printer} json ${CMAKE_SOURCE_DIR}/examples > ${WFINFO_OUT}/reference.json
+  DEPENDS ${printer} ${examples}
   COMMENT "Printing definition file, header and reference")
 add_custom_target(catalogue_files DEPENDS ${printed})
 
