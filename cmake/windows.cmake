@@ -55,11 +55,15 @@ set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREF
 file(GLOB_RECURSE host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
 if(host_sources)
   include(cmake/gumbo.cmake)
-  add_executable(wrenfold ${host_sources} src/base/stack_guard_win.cpp)
+  # Everything but the roof, which tests of the services link too.
+  list(FILTER host_sources EXCLUDE REGEX "/host/main_win\\.cpp$")
+  add_library(host_rooms OBJECT ${host_sources})
   # GCC 12 warns of overlapping copies inside its own operator+ of a literal and a string: a false alarm.
-  target_compile_options(wrenfold PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
-  target_compile_definitions(wrenfold PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-  target_link_libraries(wrenfold PRIVATE wfinfo_pure gumbo)
+  target_compile_options(host_rooms PUBLIC $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+  target_compile_definitions(host_rooms PUBLIC WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+  target_link_libraries(host_rooms PUBLIC wfinfo_pure gumbo)
+  add_executable(wrenfold host/main_win.cpp src/base/stack_guard_win.cpp)
+  target_link_libraries(wrenfold PRIVATE host_rooms)
   target_link_options(wrenfold PRIVATE ${hardening} -municode)
   set_target_properties(wrenfold PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT}/host)
   add_custom_command(TARGET wrenfold POST_BUILD

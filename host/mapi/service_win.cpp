@@ -12,6 +12,7 @@
 #include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
+#include "host/mapi/handed_block_win.h"
 #include "host/mapi/message_image.h"
 #include "host/mapi/outbox.h"
 #include "src/base/unique_win.h"
@@ -25,26 +26,8 @@ namespace {
 namespace fs = std::filesystem;
 using namespace wfinfo::mapi;
 using wfinfo::UniqueHandle;
-using UniqueView = wfinfo::Unique<wfinfo::PointerTraits<void*, &UnmapViewOfFile>>;
 
 constexpr UINT kDyingExitCode = 9;
-
-// A block that another program handed over, and its handle in this process, which is ours to close.
-class HandedBlock {
- public:
-  explicit HandedBlock(HANDLE mapping) : mapping_(mapping) {
-    if (mapping_) view_.reset(MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, 0));
-  }
-  char* bytes() const { return static_cast<char*>(view_.get()); }
-  std::size_t size() const {
-    MEMORY_BASIC_INFORMATION region{};
-    return VirtualQuery(view_.get(), &region, sizeof region) == 0 ? 0 : region.RegionSize;
-  }
-
- private:
-  UniqueHandle mapping_;
-  UniqueView view_;
-};
 
 std::string WideToHost(const std::wstring& wide) { return SystemCharsets().ToHostText(Utf16(wide)); }
 

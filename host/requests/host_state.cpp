@@ -1,14 +1,10 @@
 #include "host/requests/host_state.h"
 
 #include "host/mail/headers.h"
+#include "host/mail/priority.h"
 
 namespace wrenfold {
 namespace {
-
-// The priority headers that mail programs write: "X-Priority: 1 (Highest)", "Importance: high".
-bool SaysHighPriority(std::string_view priority, std::string_view importance) {
-  return priority.starts_with('1') || importance.starts_with("high") || importance.starts_with("High");
-}
 
 std::uint32_t If(bool condition, std::uint32_t bit) { return condition ? bit : 0; }
 
@@ -42,10 +38,9 @@ std::uint32_t HostState::StateWord(std::size_t index) {
   const std::uint32_t flags = Mail(index).flags;
   const HostMessage& message = Message(index);
   const std::uint32_t found =
-      If(SaysHighPriority(Header(index, "X-Priority"), Header(index, "Importance")), kStateHighPriority) |
-      If(!message.attachments.empty(), kStateAttachment) | If(message.body_was_html, kStateHtml) |
-      If((flags & kMailReplied) != 0, kStateReplied) | If((flags & kMailForwarded) != 0, kStateForwarded) |
-      If((flags & kMailRead) == 0, kStateUnread) |
+      If(IsUrgent(message.text), kStateHighPriority) | If(!message.attachments.empty(), kStateAttachment) |
+      If(message.body_was_html, kStateHtml) | If((flags & kMailReplied) != 0, kStateReplied) |
+      If((flags & kMailForwarded) != 0, kStateForwarded) | If((flags & kMailRead) == 0, kStateUnread) |
       If(CountHeaders(message.text, "Message-ID") > 0, kStateMessageId) |
       If(CountHeaders(message.text, "In-Reply-To") > 0, kStateInReplyTo) |
       If((flags & kMailMarked) != 0, kStateMarked) | If(CountHeaders(message.text, "Cc") > 0, kStateCc);

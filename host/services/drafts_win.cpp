@@ -126,11 +126,26 @@ Answer Resend(Request& request) {
   }
 }
 
-constexpr Service kServices[] = {{71, nullptr, SelectTransmit}, {104, "TII", WithRoot<Resend>}};
+constexpr Service kServices[] = {
+    {71, nullptr, SelectTransmit, "1; whatever is chosen, all waiting mails are meant"},
+    {104, "TII", WithRoot<Resend>,
+     "the first parameter is the recipient: the root mail with `Resent-To` or `Resent-Bcc` in front, opened, "
+     "shown or kept for the next transmission"},
+};
 
 constexpr Command kCommands[] = {
-    {40002, NewMail},     {40019, WithRoot<Reply>}, {40022, WithRoot<Forward>},         {40024, Transmit},
-    {40087, Send<false>}, {40104, Send<true>},      {40185, WithRoot<ForwardAttached>},
+    {40002, NewMail, "a mail with empty To and Subject becomes the current one"},
+    {40019, WithRoot<Reply>,
+     "To, Cc, Subject, In-Reply-To, References and the quoted body of the root mail ([replies](#replies))"},
+    {40022, WithRoot<Forward>, "empty To, the subject with `Fwd:`, headers and body of the root mail"},
+    {40024, Transmit, "shows the mails that wait on standard error, as `would send:`, and forgets them"},
+    {40087, Send<false>,
+     "keeps the mail being written for the next transmission; then the open mail is the current one again, "
+     "answered or forwarded"},
+    {40104, Send<true>,
+     "shows the mail being written at once; then the open mail is the current one again, answered or "
+     "forwarded"},
+    {40185, WithRoot<ForwardAttached>, "empty To, the subject with `Fwd:`, the root mail as an attachment"},
 };
 
 }  // namespace

@@ -48,12 +48,18 @@ Answer Go(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {7, nullptr, WithRoot<Current>},  {8, "ITT", Select},
-    {42, nullptr, WithRoot<Current>}, {137, nullptr, Neighbour<1>},
-    {138, nullptr, Neighbour<-1>},    {174, nullptr, WithRoot<Current>},
+    {7, nullptr, WithRoot<Current>, "full path of the folder or mbox file of the open mail"},
+    {8, "ITT", Select, "opens the first mail of a folder, named by its full path or name: 1"},
+    {42, nullptr, WithRoot<Current>, "full path of the folder or mbox file of the root mail"},
+    {137, nullptr, Neighbour<1>, "path of the folder behind, \"\" behind the last"},
+    {138, nullptr, Neighbour<-1>, "path of the folder in front, \"\" before the first"},
+    {174, nullptr, WithRoot<Current>, "full path of the folder or mbox file of the root mail"},
 };
 
-constexpr Command kCommands[] = {{40126, Go<1>}, {40127, Go<-1>}};
+constexpr Command kCommands[] = {
+    {40126, Go<1>, "opens the first mail of the folder behind"},
+    {40127, Go<-1>, "opens the first mail of the folder in front"},
+};
 
 }  // namespace
 

@@ -56,8 +56,11 @@ Answer CarryOutPosted(Request&) {
 }
 
 constexpr Service kServices[] = {
-    {45, "T", RunHere},       {160, "T", RunInMain},     {278, "", NothingWanted},
-    {279, "", NothingWanted}, {319, "", CarryOutPosted},
+    {45, "T", RunHere, "[runs the macro](#macros-in-other-windows) in the window asked"},
+    {160, "T", RunInMain, "[runs the macro](#macros-in-other-windows) in the frame"},
+    {278, "", NothingWanted, "0: nothing is to be done before a macro waits for another window"},
+    {279, "", NothingWanted, "0: nothing is to be done after a macro waited for another window"},
+    {319, "", CarryOutPosted, "carries out what waits in the message queue: 1"},
 };
 
 }  // namespace

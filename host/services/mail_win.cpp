@@ -60,20 +60,28 @@ Answer FileOffset(Request& request) { return Request::AnswerNumber(static_cast<S
 Answer Size(Request& request) { return Request::AnswerNumber(static_cast<Slot>(Root(request).raw.size())); }
 
 constexpr Service kServices[] = {
-    {1, nullptr, WithRoot<RootMail>},
-    {2, nullptr, WithRoot<SmallHeader>},
-    {3, "TAII", WithCurrent<CurrentHeader>},
-    {4, "TAI", WithCurrent<CountCurrentHeader>},
-    {15, "", WithRoot<State>},
-    {16, nullptr, WithRoot<MailType>},
-    {47, nullptr, WithRoot<Selection>},
-    {52, nullptr, WithRoot<FileName>},
-    {53, nullptr, WithRoot<FilePath>},
-    {130, nullptr, WithRoot<FileOffset>},
-    {240, nullptr, WithCurrent<AllCurrentHeader>},
-    {241, nullptr, WithCurrent<SmallCurrentHeader>},
-    {183, nullptr, WithRoot<Size>},
-    {263, "", WithRoot<State>},
+    {1, nullptr, WithRoot<RootMail>,
+     "the root mail as host text: decoded headers, empty line, body ([mail files](mail-files.md))"},
+    {2, nullptr, WithRoot<SmallHeader>,
+     "the From, To, Cc, Subject and Date lines of the root mail, as far as it has them"},
+    {3, "TAII", WithCurrent<CurrentHeader>,
+     "fills the buffer with the value of a header of the current mail, cut to whole characters; answers its "
+     "full length"},
+    {4, "TAI", WithCurrent<CountCurrentHeader>, "number of headers of that name in the current mail"},
+    {15, "", WithRoot<State>,
+     "the state word of the open mail: folding off 0x4000, high priority 0x8000, attachments 0x10000, "
+     "replied 0x40000, forwarded 0x80000, unread 0x100000, Message-ID 0x1000000, In-Reply-To 0x2000000, "
+     "marked 0x4000000, Cc 0x8000000"},
+    {16, nullptr, WithRoot<MailType>, "1: every mail is a received one"},
+    {47, nullptr, WithRoot<Selection>, "\"\": there is nothing to select in"},
+    {52, nullptr, WithRoot<FileName>, "name of the file that holds the root mail"},
+    {53, nullptr, WithRoot<FilePath>, "full path of the file that holds the root mail"},
+    {130, nullptr, WithRoot<FileOffset>, "offset of the root mail in its file: 0 but in an mbox"},
+    {240, nullptr, WithCurrent<AllCurrentHeader>, "header block of the current mail"},
+    {241, nullptr, WithCurrent<SmallCurrentHeader>,
+     "the From, To, Cc, Subject and Date lines of the current mail, as far as it has them"},
+    {183, nullptr, WithRoot<Size>, "bytes of the root mail in its file"},
+    {263, "", WithRoot<State>, "the state word of the root mail, as 15"},
 };
 
 }  // namespace

@@ -74,15 +74,19 @@ Answer DecodedLog(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {61, "I", WithRoot<ToUnread<true>>},
-    {62, "I", WithRoot<ToUnread<false>>},
-    {91, "IIIII", WithRoot<NextPrev>},
+    {61, "I", WithRoot<ToUnread<true>>,
+     "opens the next unread mail on the [way](#moving-over-the-end-of-a-folder): 1 when there is one"},
+    {62, "I", WithRoot<ToUnread<false>>,
+     "opens the unread mail before on the [way](#moving-over-the-end-of-a-folder): 1 when there is one"},
+    {91, "IIIII", WithRoot<NextPrev>,
+     "goes to a mail of a kind on the [way](#moving-over-the-end-of-a-folder); a page is a whole mail, "
+     "\"findflag\" means the mails of the last search"},
 };
 
 constexpr Command kCommands[] = {
-    {40100, WithRoot<Log>},
-    {40308, WithRoot<DirectLog>},
-    {40309, WithRoot<DecodedLog>},
+    {40100, WithRoot<Log>, "file, place and size of the open mail, on standard error"},
+    {40308, WithRoot<DirectLog>, "bytes of the open mail as they came, on standard error"},
+    {40309, WithRoot<DecodedLog>, "host text of the open mail, on standard error"},
 };
 
 }  // namespace

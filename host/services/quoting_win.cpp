@@ -39,8 +39,12 @@ Answer QuoteUnfolded(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {86, "T", Quote},        {87, "TT", QuoteWithMark}, {158, "T", FoldHeader},
-    {262, "TI", QuoteWidth}, {297, "P", QuoteUnfolded},
+    {86, "T", Quote,
+     "each line with `> ` in front, folded at 72 columns unless the root mail's folding is off"},
+    {87, "TT", QuoteWithMark, "the same as 86 with the second text as the mark"},
+    {158, "T", FoldHeader, "folded at 72 columns unless the root mail's folding is off, no mark"},
+    {262, "TI", QuoteWidth, "`> ` and folding at that width; 0 means 72, 9999 no folding"},
+    {297, "P", QuoteUnfolded, "`> ` in front of each line, never folded"},
 };
 
 }  // namespace

@@ -27,17 +27,17 @@ constexpr int kViewArea = 28;
 constexpr int kPane = 89;
 
 constexpr Service kServices[] = {
-    {5, nullptr, Account},
-    {6, nullptr, Account},
-    {18, nullptr, Keep<kPane>},
-    {24, nullptr, Keep<kThreadView>},
-    {kThreadView, nullptr, Kept<kThreadView>},
-    {kSortMethod, nullptr, Kept<kSortMethod>},
-    {27, nullptr, Keep<kSortMethod>},
-    {kViewArea, nullptr, Kept<kViewArea>},
-    {29, nullptr, Keep<kViewArea>},
-    {kPane, nullptr, Kept<kPane>},
-    {225, nullptr, Kept<kPane>},
+    {5, nullptr, Account, "\"local\": there is one account"},
+    {6, nullptr, Account, "\"local\": there is one account"},
+    {18, nullptr, Keep<kPane>, "keeps the number of the pane: 1"},
+    {24, nullptr, Keep<kThreadView>, "keeps the number of the thread view: 1"},
+    {kThreadView, nullptr, Kept<kThreadView>, "the thread view that was set, 0 at first"},
+    {kSortMethod, nullptr, Kept<kSortMethod>, "the sort method that was set, 0 at first"},
+    {27, nullptr, Keep<kSortMethod>, "keeps the number of the sort method: 1"},
+    {kViewArea, nullptr, Kept<kViewArea>, "the view area that was set, 0 at first"},
+    {29, nullptr, Keep<kViewArea>, "keeps the number of the view area: 1"},
+    {kPane, nullptr, Kept<kPane>, "the pane that was set, 0 at first"},
+    {225, nullptr, Kept<kPane>, "the pane that was set, 0 at first"},
 };
 
 }  // namespace

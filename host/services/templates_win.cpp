@@ -82,17 +82,19 @@ Answer IsFolder(Request& request) { return Request::Done(FolderOf(request, 0).ha
 Answer IsFolderPair(Request& request) { return Request::Done(FolderOfPair(request, 0).has_value()); }
 
 constexpr Service kServices[] = {
-    {113, "II", Name},
-    {114, "IT", Load},
-    {115, "IT", Sign},
-    {116, "T", SwitchTemplate},
-    {117, "T", SwitchSign},
-    {118, "T", IsFolder},
-    {151, "", CurrentName<&DraftParts::template_name>},
-    {152, "", CurrentName<&DraftParts::sign_name>},
-    {153, "TTI", Reference},
-    {154, "TTIT", SetReference},
-    {200, "TT", IsFolderPair},
+    {113, "II", Name, "name of a template of a kind by its number, \"\" behind the last"},
+    {114, "IT", Load, "text of a template, \"\" when there is none"},
+    {115, "IT", Sign, "name of the signature that comes with a template"},
+    {116, "T", SwitchTemplate, "1 when the mail being written has the template now"},
+    {117, "T", SwitchSign, "1 when the mail being written has the signature now; \"\" takes it away"},
+    {118, "T", IsFolder, "1 when there is such a folder; nothing is kept in it"},
+    {151, "", CurrentName<&DraftParts::template_name>,
+     "template of the mail being written, \"\" without one"},
+    {152, "", CurrentName<&DraftParts::sign_name>, "signature of the mail being written, \"\" without one"},
+    {153, "TTI", Reference, "template with which new mails, replies (1) or forwards (2) in a folder begin"},
+    {154, "TTIT", SetReference,
+     "sets the template of a folder and kind, kept while the program runs; \"\" takes it away"},
+    {200, "TT", IsFolderPair, "1 when there is such a folder; nothing is kept in it"},
 };
 
 }  // namespace

@@ -144,10 +144,14 @@ Answer SetOptions(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {119, "TIIIIII", Import},
-    {120, "TIIIIII", Export},
-    {126, "TTIII", WithRoot<CheckDuplicates>},
-    {229, "ITI", SetOptions},
+    {119, "TIIIIII", Import,
+     "number of mails read from the file into the open mail's folder, in memory; \"auto\" looks at the file; "
+     "\"recv\" makes them unread; other options are not looked at"},
+    {120, "TIIIIII", Export,
+     "number of mails of the open mail's folder that were [written](#export); the counts are those of "
+     "`Export_SuccessCount`, `Export_FailedCount`"},
+    {126, "TTIII", WithRoot<CheckDuplicates>, "number of [copies](#duplicates)"},
+    {229, "ITI", SetOptions, "keeps the options of the check for [copies](#duplicates): 1"},
 };
 
 }  // namespace

@@ -13,8 +13,8 @@ Answer OpenView(Request& request) {
 }
 
 constexpr Command kCommands[] = {
-    {40038, OpenView},
-    {40134, OpenView},
+    {40038, OpenView, "from then on the outer view is asked, no longer the frame"},
+    {40134, OpenView, "from then on the outer view is asked, no longer the frame"},
 };
 
 }  // namespace

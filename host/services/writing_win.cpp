@@ -32,8 +32,12 @@ Answer Purpose(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {43, "TT", WithCurrent<Set>},    {44, "TT", WithCurrent<Add>}, {90, "TTI", WithCurrent<SetOccurrence>},
-    {94, "TI", WithCurrent<Delete>}, {169, nullptr, Purpose},
+    {43, "TT", WithCurrent<Set>, "sets a header of the current mail in memory: 1 when it was done"},
+    {44, "TT", WithCurrent<Add>, "adds a header to the current mail in memory: 1"},
+    {90, "TTI", WithCurrent<SetOccurrence>,
+     "sets one of several headers of a name: 1 when it was done; the number of the last plus one adds one"},
+    {94, "TI", WithCurrent<Delete>, "removes a header of the current mail in memory: 1 when it was done"},
+    {169, nullptr, Purpose, "what the mail being written is: 0 new mail, 1 reply, 2 forward"},
 };
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/mapi/refusal_win.h"
+#include "host/terminal/failure_win.h"
 #include "host/windows/menu_win.h"
 #include "src/bridge/host_protocol.h"
 
@@ -50,6 +52,7 @@ void Forget(HWND window) {
 // Frames and the outer view answer alike.
 LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (g_server == nullptr) return DefWindowProcA(window, message, wparam, lparam);
+  if (const auto refused = RefuseOtherProgram(message, wparam, lparam, Complain)) return *refused;
   switch (message) {
     case wfinfo::kHostRequest:
       return Serve(window, static_cast<int>(wparam), lparam);

@@ -147,53 +147,12 @@ class Documents(unittest.TestCase):
         self.assertEqual([line for line in wrong if "host/wrenfold.exe" not in line], [])
 
 
-class Services(unittest.TestCase):
-    """What the small host answers, by its tables and by its document."""
-
-    @staticmethod
-    def served():
-        found = collections.Counter()
-        for name in NAMES:
-            if re.fullmatch(r"host/services/\w+_win\.cpp", name):
-                constants = dict(re.findall(r"\b(k\w+) = (\d+)[,;]", house.read("host/windows/menu_win.h") + house.read(name)))
-                for table, rows in re.findall(r"\b(kServices|kCommands)\[\] = \{(.*?)\};\n", house.read(name), re.S):
-                    for number in re.findall(r"\{(\w+), ", rows):
-                        found[table, int(constants.get(number, number))] += 1
-        return found
-
-    @staticmethod
-    def documented():
-        found, table = collections.Counter(), None
-        for line in house.read("docs/small-host.md").splitlines():
-            heads = {"| code |": "kServices", "| menu command |": "kCommands"}
-            table = next((kind for head, kind in heads.items() if line.startswith(head)), table if line.startswith("|") else None)
-            numbers = re.match(r"\| (\d[\d, to]*) \|", line)
-            if table and numbers:
-                for first, last in re.findall(r"(\d+)(?: to (\d+))?", numbers[1]):
-                    found.update((table, number) for number in range(int(first), int(last or first) + 1))
-        return found
-
-    def test_each_code_is_served_once_and_documented_once(self):
-        served, documented = self.served(), self.documented()
-        self.assertGreater(len(served), 100)
-        for counted in (served, documented):
-            self.assertEqual([key for key, count in counted.items() if count > 1], [])
-        carried = {("kServices", 12), ("kServices", 57)}  # they carry menu commands: no rows of their own
-        self.assertEqual(set(served), set(documented) - carried)
-
-    def test_every_family_is_in_the_list(self):
-        listed = re.findall(r"&(k\w+)", house.read("host/services/services_win.cpp"))
-        families = [name for path in NAMES if path.startswith("host/services/")
-                    for name in re.findall(r"^const ServiceFamily (\w+) =", house.read(path), re.M)]
-        self.assertEqual(sorted(listed), sorted(families))
-
-
 class Picture(unittest.TestCase):
     def test_the_picture_of_the_house_is_drawn_from_the_includes(self):
         drawn = subprocess.run([sys.executable, str(house.SOURCE / "tools/draw_architecture.py")], capture_output=True,
                                text=True, check=True, env={**os.environ, "PYTHONDONTWRITEBYTECODE": "1"}).stdout
         self.assertTrue(drawn == house.read("docs/architecture.svg"),
-                        "run: python3 tools/draw_architecture.py > docs/architecture.svg")
+                        "run ./dev docs")
 
 
 class Comments(unittest.TestCase):
