@@ -14,6 +14,7 @@
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/message.h"
+#include "host/mime/sections.h"
 #include "src/text/host_text.h"
 
 namespace {
