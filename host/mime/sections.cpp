@@ -2,27 +2,8 @@
 
 #include <algorithm>
 
-#include "host/base/ascii.h"
-
 namespace wrenfold {
 namespace {
-
-// Length of the logical header line that `text` begins with, its continuation lines included.
-LineLength FirstHeader(std::string_view text) {
-  LineLength header = FirstLine(text);
-  while (header.with_end < text.size() && IsBlank(text[header.with_end])) {
-    const LineLength next = FirstLine(text.substr(header.with_end));
-    header = {header.with_end + next.text, header.with_end + next.with_end};
-  }
-  return header;
-}
-
-HeaderField FieldOf(std::string_view line) {
-  const std::string_view first = line.substr(0, FirstLine(line).text);
-  const std::size_t colon = first.find(':');
-  if (colon == first.npos) return {{}, line, false};
-  return {line.substr(0, colon), line.substr(colon + 1), true};
-}
 
 // True when `text` begins with "Name:"; names are printable ASCII without blanks.
 bool BeginsWithName(std::string_view text) {
@@ -41,9 +22,25 @@ bool IsHeaderOfPart(std::string_view raw) {
 
 }  // namespace
 
+LineLength FirstHeader(std::string_view text, LineRule line) {
+  LineLength header = line(text);
+  while (header.with_end < text.size() && IsBlank(text[header.with_end])) {
+    const LineLength next = line(text.substr(header.with_end));
+    header = {header.with_end + next.text, header.with_end + next.with_end};
+  }
+  return header;
+}
+
+HeaderField FieldOf(std::string_view header, LineRule line) {
+  const std::string_view first = header.substr(0, line(header).text);
+  const std::size_t colon = first.find(':');
+  if (colon == first.npos) return {{}, header, false};
+  return {header.substr(0, colon), header.substr(colon + 1), true};
+}
+
 MessageParts SplitMessage(std::string_view raw) {
   MessageParts message;
-  while (!raw.empty() && !IsLineEnd(raw[0])) {
+  while (!HeadersEndAt(raw)) {
     const LineLength header = FirstHeader(raw);
     message.headers.push_back(FieldOf(raw.substr(0, header.text)));
     raw.remove_prefix(header.with_end);
@@ -55,12 +52,12 @@ MessageParts SplitMessage(std::string_view raw) {
 
 MessageParts SplitPart(std::string_view raw) {
   MessageParts part;
-  while (!raw.empty() && !IsLineEnd(raw[0]) && IsHeaderOfPart(raw)) {
+  while (!HeadersEndAt(raw) && IsHeaderOfPart(raw)) {
     const LineLength header = FirstHeader(raw);
     part.headers.push_back(FieldOf(raw.substr(0, header.text)));
     raw.remove_prefix(header.with_end);
   }
-  if (!raw.empty() && IsLineEnd(raw[0])) raw.remove_prefix(FirstLine(raw).with_end);
+  if (HeadersEndAt(raw)) raw.remove_prefix(FirstLine(raw).with_end);
   part.body = raw;
   return part;
 }
