@@ -68,8 +68,8 @@ HWND WaitForFrame(DWORD process) {
   return nullptr;
 }
 
-// Asks until the host is ready, for 3 seconds at most; without a frame too: every round fails then, which is
-// kept so.
+// Asks until the host is ready, for 3 seconds at most; without a frame too, where every round fails: a caller
+// hears of a host without a window three seconds after the user.
 void WaitUntilReady(HWND frame) {
   const DWORD since = GetTickCount();
   for (;;) {
