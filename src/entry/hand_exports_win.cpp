@@ -33,18 +33,8 @@ using wfinfo::catalogue::CopiesTexts;
 
 // The place of each hand-written row.
 enum Place : int {
-#define FAMILY(title)
-#define THIN(result, name, dispatcher, code, params, doc)
-#define THIN_INFERRED(result, name, dispatcher, code, params, doc)
-#define THIN_SUB(result, name, dispatcher, code, sub, params, doc)
-#define COMMAND(name, dispatcher, command, doc)
-#define START(name, command, doc)
-#define MENU(name, command, doc)
 #define HAND(result, name, requests, params, doc) kPlaceOf##name,
-#define HAND_INFERRED(result, name, requests, params, doc) kPlaceOf##name,
-#define HAND_VARIADIC(result, name, requests, params, doc)
-#include "catalogue/all.def"
-#include "src/catalogue/undefine_rows.h"
+#include "src/catalogue/hand_rows.h"
   kPlaces
 };
 static_assert(kPlaces <= wfinfo::kMostHandExports);
@@ -125,20 +115,10 @@ constexpr Result ResultOf(std::string_view kind) {
 namespace {
 
 constexpr HandExport kHandExports[] = {
-#define FAMILY(title)
-#define THIN(result, name, dispatcher, code, params, doc)
-#define THIN_INFERRED(result, name, dispatcher, code, params, doc)
-#define THIN_SUB(result, name, dispatcher, code, sub, params, doc)
-#define COMMAND(name, dispatcher, command, doc)
-#define START(name, command, doc)
-#define MENU(name, command, doc)
 #define HAND(result, name, requests, params, doc)                      \
   {&CallerOf<&name>::Call, WFINFO_BITS(Kind::kText, requests, params), \
    WFINFO_BITS(Kind::kTextOrNumber, requests, params), ResultOf<WFINFO_RESULT_##result>(#result)},
-#define HAND_INFERRED(result, name, requests, params, doc) HAND(result, name, requests, params, doc)
-#define HAND_VARIADIC(result, name, requests, params, doc)
-#include "catalogue/all.def"
-#include "src/catalogue/undefine_rows.h"
+#include "src/catalogue/hand_rows.h"
 };
 
 Slot Call(Place place, const Slot* slots) {
@@ -176,18 +156,8 @@ Slot Enter(Place place, ...) {
 
 }  // namespace
 
-#define FAMILY(title)
-#define THIN(result, name, dispatcher, code, params, doc)
-#define THIN_INFERRED(result, name, dispatcher, code, params, doc)
-#define THIN_SUB(result, name, dispatcher, code, sub, params, doc)
-#define COMMAND(name, dispatcher, command, doc)
-#define START(name, command, doc)
-#define MENU(name, command, doc)
 #define HAND(result, name, requests, params, doc)                                          \
   extern "C" WFINFO_RESULT_##result Entered_##name WFINFO_C_PARAMETERS(params) noexcept {  \
     return ParameterOf<WFINFO_RESULT_##result>(Enter(kPlaceOf##name WFINFO_SLOTS params)); \
   }
-#define HAND_INFERRED(result, name, requests, params, doc) HAND(result, name, requests, params, doc)
-#define HAND_VARIADIC(result, name, requests, params, doc)
-#include "catalogue/all.def"
-#include "src/catalogue/undefine_rows.h"
+#include "src/catalogue/hand_rows.h"
