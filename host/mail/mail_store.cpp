@@ -7,7 +7,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/whole_file.h"
-#include "host/mime/message.h"
+#include "host/mime/sections.h"
 
 namespace wrenfold {
 namespace {

@@ -1,6 +1,7 @@
 #include "host/mapi/service_win.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -17,6 +18,7 @@
 #include "host/mapi/outbox.h"
 #include "src/base/unique_win.h"
 #include "src/bridge/host_protocol.h"
+#include "src/dates/date_format.h"
 #include "src/mapi/host_blocks.h"
 #include "src/text/host_text.h"
 
@@ -33,18 +35,11 @@ std::string WideToHost(const std::wstring& wide) { return SystemCharsets().ToHos
 
 // "Fri, 21 Nov 2025 10:00:00 +0900".
 std::string DateHeader(const SYSTEMTIME& now) {
-  static constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-  static constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
   TIME_ZONE_INFORMATION zone{};
-  const DWORD season = GetTimeZoneInformation(&zone);
-  const LONG west = zone.Bias + (season == TIME_ZONE_ID_DAYLIGHT ? zone.DaylightBias : 0);
-  const LONG minutes = west < 0 ? -west : west;
-  char text[64];
-  std::snprintf(text, sizeof text, "%s, %02u %s %04u %02u:%02u:%02u %c%02ld%02ld", kDays[now.wDayOfWeek],
-                now.wDay, kMonths[now.wMonth - 1], now.wYear, now.wHour, now.wMinute, now.wSecond,
-                west > 0 ? '-' : '+', minutes / 60, minutes % 60);
-  return text;
+  const DWORD answer = GetTimeZoneInformation(&zone);
+  const std::int64_t bias = wfinfo::MachineBias({answer, zone.Bias, zone.StandardBias, zone.DaylightBias});
+  char text[wfinfo::kDefaultFormRoom];
+  return {text, wfinfo::DefaultDateForm(std::bit_cast<wfinfo::CivilTime>(now), bias, text)};
 }
 
 // A name that no other mail of this folder has: time, process and a number of its own. Names sort by time.

@@ -66,6 +66,12 @@ class Names(unittest.TestCase):
                     wrong.append(f"{name}: {target}")
         self.assertEqual(wrong, [])
 
+    def test_no_source_is_longer_than_600_lines(self):
+        for name in NAMES:
+            if name.endswith((".cpp", ".h", ".c", ".py", ".def")):
+                with self.subTest(name):
+                    self.assertLessEqual(house.read(name).count("\n"), 600)
+
     def test_nothing_strays_in_the_root(self):
         self.assertEqual({name.split("/")[0] for name in NAMES} - house.IN_THE_ROOT, set())
 
