@@ -151,6 +151,15 @@ class Completeness(unittest.TestCase):
         reference = [row["name"] for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))]
         self.assertEqual(sorted(names), sorted(reference))
 
+    def test_the_reference_shows_each_example(self):
+        reference = {row["name"]: row["example"] for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))}
+        for path in example_files():
+            mark, _ = form_of(path)
+            for heading, lines in examples_of(path)[1]:
+                for name in heading[len(mark):].split(", "):
+                    with self.subTest(name):
+                        self.assertEqual(reference[name].strip("\n"), lines.strip("\n"))
+
     def test_each_example_says_what_it_is_for_and_prints_something(self):
         for path in example_files():
             _, mark = form_of(path)
