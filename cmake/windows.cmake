@@ -4,7 +4,7 @@
 find_program(WFINFO_NATIVE_CXX NAMES g++ c++ REQUIRED)
 set(printer ${CMAKE_BINARY_DIR}/print_catalogue)
 file(GLOB catalogue_rows CONFIGURE_DEPENDS catalogue/*.def)
-file(GLOB examples CONFIGURE_DEPENDS examples/*.macro)
+file(GLOB examples CONFIGURE_DEPENDS examples/*.macro examples/*.c)
 add_custom_command(
   OUTPUT ${printer}
   COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}
