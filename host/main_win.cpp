@@ -27,9 +27,11 @@
 #include "host/mapi/server_win.h"
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/draft_side_win.h"
 #include "host/services/services_win.h"
 #include "host/session/options.h"
 #include "host/session/prompt.h"
+#include "host/session/written_mails_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
@@ -196,8 +198,9 @@ int PrintVersion() {
   return kFine;
 }
 
-int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter) {
+int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
   for (const LoadedMacro& loaded : macros) {
+    state.writing.macro = loaded.file;
     if (const auto problem = interpreter.Run(loaded.program)) return Fail(Located(loaded.file, *problem));
   }
   return kFine;
@@ -225,9 +228,12 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server);
   const OtherWindowsMacros other_windows(host);
+  const WrittenMail written_mail(state);
   macro::Interpreter interpreter(host);
-  int result = RunMacros(macros, interpreter);
+  int result = RunMacros(macros, interpreter, state);
+  state.writing.macro.clear();
   if (result == kFine && options.prompt) result = RunPrompt(interpreter, state);
+  if (!KeepAtEnd(state)) result = kFailed;
   Summarise(server, options.trace);
   return result;
 }
@@ -288,8 +294,8 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
   const auto accounts =
       options.accounts.empty() ? DefaultAccounts(options) : PathFromUtf8(options.accounts.back());
   if (auto reason = commands.accounts.Open(accounts)) return reason;
-  if (!options.books.empty()) {
-    if (auto reason = commands.book.Open(PathFromUtf8(options.books.back()))) return reason;
+  for (const std::string& book : options.books) {
+    if (auto reason = commands.books.Open(PathFromUtf8(book))) return reason;
   }
   if (options.templates.empty()) return std::nullopt;
   const std::filesystem::path folder = PathFromUtf8(options.templates.back());
@@ -322,6 +328,7 @@ int Run(const std::vector<std::string>& arguments) {
   for (const std::string& mail : options.mails) {
     if (const auto reason = state.AddMails(PathFromUtf8(mail), unreadable)) return Fail(*reason);
   }
+  if (const auto reason = OpenDrafts(options, state)) return Fail(*reason);
   for (const std::string& reason : state.skipped_mails()) Complain(reason + " (skipped)");
   if (const auto reason = OpenCommandFiles(options, state.commands)) return Fail(*reason);
   auto library = Library::Load();

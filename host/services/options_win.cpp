@@ -14,7 +14,7 @@ namespace wrenfold {
 namespace {
 
 Answer SwitchHeader(Request& request, std::string_view name, std::string_view value, bool on) {
-  if (!request.state.HasDraft()) return {};
+  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   std::string& text = request.state.EditCurrent();
   return Request::AnswerNumber((on ? SetHeader(text, name, value, 0) : DeleteHeader(text, name, 0)) ? 1 : 0);
 }
@@ -25,7 +25,7 @@ Answer SwitchPriority(Request& request) {
 }
 
 Answer SwitchNotification(Request& request) {
-  const std::string own = OwnAddress(request);
+  const std::string own = OwnAddress(request.state);
   const bool on = !AsksForNotification(request.state.CurrentText());
   return SwitchHeader(request, kNotificationHeader, own.empty() ? "local@localhost" : own, on);
 }
@@ -52,6 +52,7 @@ Answer SelectCharset(Request& request) {
   for (const CharsetRow& row : kCharsetRows) {
     if (row.command != request.Number(0)) continue;
     if (request.state.HasDraft()) {
+      request.state.writing.draft->charset = row.name;
       SetHeader(request.state.EditCurrent(), "Content-Type", "text/plain; charset=" + std::string(row.name),
                 0);
     }
