@@ -221,6 +221,16 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file) {
   return std::nullopt;
 }
 
+std::size_t MailStore::AddWritten(const fs::path& file, std::string raw) {
+  StoredMail mail;
+  mail.raw = std::move(raw);
+  std::vector<StoredMail> mails;
+  mails.push_back(std::move(mail));
+  AddMails(file, std::move(mails), FolderOf(file.parent_path(), FolderName(file.parent_path())));
+  mails_.back().flags |= kMailRead;
+  return mails_.size() - 1;
+}
+
 void MailStore::AddMails(const fs::path& file, std::vector<StoredMail> mails, std::size_t folder) {
   for (StoredMail& mail : mails) {
     mail.source = file;

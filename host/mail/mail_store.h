@@ -45,6 +45,9 @@ class MailStore {
   std::optional<std::string> Add(const std::filesystem::path& path,
                                  Unreadable unreadable = Unreadable::kSkip);
 
+  // Adds a mail that the host itself wrote to a file of its own, as one that was read. Gives its index.
+  std::size_t AddWritten(const std::filesystem::path& file, std::string raw);
+
   // Why files of folders were skipped, each "cannot read X: ...".
   const std::vector<std::string>& skipped() const { return skipped_; }
 

@@ -15,6 +15,8 @@ struct Attachment {
   std::string file_name;     // host text, never empty, without folders
   std::string content_type;  // "image/png"
   std::string bytes;         // decoded content
+
+  bool operator==(const Attachment&) const = default;
 };
 
 // What the host holds of a mail.

@@ -79,21 +79,33 @@ std::size_t HostState::ListPosition() const {
 }
 
 const std::string& HostState::CurrentText() {
-  if (draft_) return *draft_;
+  if (HasDraft()) return writing.draft->text;
   const std::optional<std::string>& edited = memories_[root_].edited;
   return edited ? *edited : Message(root_).text;
 }
 
-std::string& HostState::EditCurrent() {
-  if (draft_) return *draft_;
-  std::optional<std::string>& edited = memories_[root_].edited;
-  if (!edited) edited = Message(root_).text;
+std::string& HostState::EditText(std::size_t index) {
+  std::optional<std::string>& edited = memories_[index].edited;
+  if (!edited) edited = Message(index).text;
   return *edited;
 }
 
-void HostState::BeginDraft(DraftPurpose purpose, std::string text) {
-  draft_ = std::move(text);
-  draft_purpose_ = purpose;
+void HostState::TakeRewritten(std::size_t index, std::string raw, std::int64_t moved_bytes) {
+  StoredMail& mail = Mail(index);
+  mail.raw = std::move(raw);
+  memories_[index].message.reset();
+  memories_[index].edited.reset();
+  for (StoredMail& other : store_.mails()) {
+    if (other.source == mail.source && other.offset > mail.offset) {
+      other.offset = static_cast<std::uint64_t>(static_cast<std::int64_t>(other.offset) + moved_bytes);
+    }
+  }
+}
+
+std::size_t HostState::AddWritten(const std::filesystem::path& file, std::string raw) {
+  const std::size_t index = store_.AddWritten(file, std::move(raw));
+  memories_.resize(mail_count());
+  return index;
 }
 
 }  // namespace wrenfold

@@ -12,13 +12,11 @@
 
 #include "host/mail/mail_state.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/writing_state.h"
 #include "host/mime/message.h"
 #include "host/requests/command_state.h"
 
 namespace wrenfold {
-
-// What the mail being written was begun for, as code 169 answers.
-enum class DraftPurpose : std::int64_t { kNewMail = 0, kReply = 1, kForward = 2 };
 
 class HostState {
  public:
@@ -66,15 +64,28 @@ class HostState {
 
   // --- The current mail: the one being written, else the root mail ---
 
-  bool HasCurrent() const { return draft_ || HasRoot(); }
+  bool HasCurrent() const { return HasDraft() || HasRoot(); }
   const std::string& CurrentText();
   // The same text to be changed. Changes to a received mail show in the current mail only: the root mail
-  // stays as it came.
-  std::string& EditCurrent();
-  void BeginDraft(DraftPurpose purpose, std::string text);
-  void EndDraft() { draft_.reset(); }
-  bool HasDraft() const { return draft_.has_value(); }
-  DraftPurpose draft_purpose() const { return draft_purpose_; }
+  // stays as it came until it is saved.
+  std::string& EditCurrent() { return HasDraft() ? writing.draft->text : EditText(root_); }
+  bool HasDraft() const { return writing.draft.has_value(); }
+  DraftPurpose draft_purpose() const { return HasDraft() ? writing.draft->purpose : DraftPurpose::kNewMail; }
+  WritingState writing;
+
+  // --- Changes to received mails ---
+
+  // The text of a mail with its changes; nullopt when it was not changed.
+  const std::optional<std::string>& Changes(std::size_t index) const { return memories_[index].edited; }
+  void SetChanges(std::size_t index, std::optional<std::string> text) {
+    memories_[index].edited = std::move(text);
+  }
+  std::string& EditText(std::size_t index);
+  // A mail has other bytes in its file: what was decoded of the old ones and the changes are forgotten.
+  // In an mbox the mails behind it move.
+  void TakeRewritten(std::size_t index, std::string raw, std::int64_t moved_bytes);
+  // A mail was written to a file of its own, in a folder that becomes one of the host's. Gives its index.
+  std::size_t AddWritten(const std::filesystem::path& file, std::string raw);
 
   // --- What is only remembered ---
 
@@ -102,8 +113,6 @@ class HostState {
   MailStore store_;
   std::size_t root_ = 0;
   std::vector<Memory> memories_;
-  std::optional<std::string> draft_;
-  DraftPurpose draft_purpose_ = DraftPurpose::kNewMail;
   std::map<int, std::int64_t> settings_;
   std::vector<std::size_t> locked_selection_;
 };

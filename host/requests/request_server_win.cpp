@@ -1,5 +1,7 @@
 #include "host/requests/request_server_win.h"
 
+#include <algorithm>
+
 #include "host/charset/charsets.h"
 #include "host/library/request_names.h"
 #include "host/terminal/terminal_text.h"
@@ -102,6 +104,9 @@ Answer Request::AnswerKept(const std::string& text) {
 }
 
 Answer Request::Fail(std::string why) const {
+  // What a macro named may hold line ends.
+  std::replace_if(
+      why.begin(), why.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
   state.failure = std::move(why);
   return {.failed = true};
 }

@@ -4,11 +4,12 @@ namespace wrenfold {
 namespace {
 
 constexpr const ServiceFamily* kAll[] = {
-    &kAccountsServices, &kBookServices,       &kDraftsServices,    &kExternalServices, &kFilesServices,
-    &kFoldersServices,  &kGrepServices,       &kHostServices,      &kMacrosServices,   &kMailListServices,
-    &kMailServices,     &kNavigationServices, &kNoticesServices,   &kOptionsServices,  &kQuotingServices,
-    &kSettingsServices, &kSmimeServices,      &kTemplatesServices, &kTransferServices, &kViewServices,
-    &kWritingServices,
+    &kAccountsServices, &kAttachmentsServices, &kBookServices,      &kBookWindowsServices, &kDraftsServices,
+    &kEditorServices,   &kExternalServices,    &kFilesServices,     &kFoldersServices,     &kGrepServices,
+    &kHostServices,     &kHtmlServices,        &kMacrosServices,    &kMailEditingServices, &kMailListServices,
+    &kMailServices,     &kNavigationServices,  &kNoticesServices,   &kOptionsServices,     &kQuotingServices,
+    &kSettingsServices, &kSmimeServices,       &kTemplatesServices, &kTransferServices,    &kUploadsServices,
+    &kViewServices,     &kWritingServices,
 };
 
 }  // namespace

@@ -12,11 +12,13 @@
 #include "host/macro/run.h"
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/draft_side_win.h"
 #include "host/services/services_win.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt_side_win.h"
 #include "host/session/work_files_win.h"
+#include "host/session/written_mails_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/terminal_win.h"
@@ -37,8 +39,9 @@ bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LA
 
 // --- The run ---
 
-int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter) {
+int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
   for (const LoadedMacro& loaded : macros) {
+    state.writing.macro = loaded.file;
     if (const auto problem = interpreter.Run(loaded.program)) return Fail(Located(loaded.file, *problem));
   }
   return kFine;
@@ -59,9 +62,12 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server);
   const OtherWindowsMacros other_windows(host);
+  const WrittenMail written_mail(state);
   macro::Interpreter interpreter(host);
-  int result = RunMacros(macros, interpreter);
+  int result = RunMacros(macros, interpreter, state);
+  state.writing.macro.clear();
   if (result == kFine && options.prompt) result = RunPrompt(interpreter, state);
+  if (!KeepAtEnd(state)) result = kFailed;
   Summarise(server, options.trace);
   return result;
 }

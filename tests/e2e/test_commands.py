@@ -3,6 +3,8 @@
 What each prints stands in tests/e2e/expected/NAME.txt: standard output, then a line "--- standard error ---" and
 standard error.
 """
+import email
+import email.policy
 import shutil
 import unittest
 
@@ -58,6 +60,20 @@ szCcEmail = archive@example.com
 
     def test_reply_with_date(self):
         self.run_sample("reply_with_date", "--mail", "samples/mails/japanese-iso-2022-jp.eml")
+
+    def test_answer_as_draft(self):
+        self.run_sample("answer_as_draft", "--mail", "samples/mails/plain-ascii.eml", "--accounts", "samples/accounts.txt", "--templates",
+                        "samples/templates")
+
+    def test_mails_from_csv(self):
+        self.run_sample("mails_from_csv", "--mail", "samples/mails/plain-ascii.eml", "--accounts", "samples/accounts.txt")
+        drafts = [email.message_from_bytes(file.read_bytes(), policy=email.policy.default)
+                  for file in sorted((self.folder / "samples/mails/Drafts").glob("*.eml"))]
+        self.assertEqual([[a.addr_spec for a in draft["To"].addresses] for draft in drafts],
+                         [["jane@example.com"], ["taro@example.co.jp"]])
+        self.assertIn("Dear 山田 太郎,\r\n", drafts[1].get_body().get_content())
+        contacts = (self.folder / "samples/data/contacts.csv").read_bytes()
+        self.assertEqual([a.get_payload(decode=True) for a in drafts[0].iter_attachments()], [contacts])
 
     def test_templates(self):
         self.run_sample("templates", "--mail", "samples/mails", "--templates", "samples/templates")
@@ -169,7 +185,8 @@ class Writing(HostTest):
         mail = self.write("a.eml", self.MAIL)
         self.assert_output(self.run_macro(
             'print MakeResentForward("c@example.com", "open", "log", ""), CurrentHeader("Resent-To")\n'
-            'print MakeResentForward(5, "open", "", "")\n', "--mail", mail), "1c@example.com\n0\n")
+            'print MakeResentForward(5, "open", "", "")\n', "--mail", mail), "1c@example.com\n0\n",
+            'wrenfold: kept as a draft in Drafts: "s" to b@example.com\n')
 
     def test_logs_show_the_mail(self):
         mail = self.write("a.eml", b"Subject: =?us-ascii?Q?s?=\r\n\r\nx\r\n")
