@@ -12,6 +12,7 @@ namespace wrenfold {
 namespace {
 
 constexpr std::size_t kTracedCharacters = 60;         // of one text
+constexpr std::size_t kLongestReason = 500;           // characters
 constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is no text
 
 // The text at an address that a macro may have made up; nullptr when none is readable there.
@@ -103,11 +104,8 @@ Answer Request::AnswerKept(const std::string& text) {
   return {reinterpret_cast<Slot>(text.c_str()), true, true};
 }
 
-Answer Request::Fail(std::string why) const {
-  // What a macro named may hold line ends.
-  std::replace_if(
-      why.begin(), why.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
-  state.failure = std::move(why);
+Answer Request::Fail(std::string_view why) const {
+  state.failure = OnOneLine(why, kLongestReason);
   return {.failed = true};
 }
 
