@@ -117,6 +117,7 @@ endforeach()
 file(GLOB further_programs CONFIGURE_DEPENDS tests/doubles/*/CMakeLists.txt tests/faults/*/CMakeLists.txt
   tests/inside/*/CMakeLists.txt bench/windows/CMakeLists.txt tools/*/CMakeLists.txt)
 include_directories(${CMAKE_SOURCE_DIR})
+include(cmake/inside_tests.cmake)
 foreach(program ${further_programs})
   get_filename_component(folder ${program} DIRECTORY)
   add_subdirectory(${folder})
