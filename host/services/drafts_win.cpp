@@ -184,8 +184,7 @@ constexpr Command kCommands[] = {
      "forwarded"},
     {40185, WithRoot<ForwardAttached<false>>,
      "empty To, the subject with `Fwd:`, the root mail as an attachment"},
-    {40354, WithRoot<ForwardAttached<true>>,
-     "as 40185, the root mail as it came in its file"},
+    {40354, WithRoot<ForwardAttached<true>>, "as 40185, the root mail as it came in its file"},
 };
 
 }  // namespace
