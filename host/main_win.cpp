@@ -196,9 +196,18 @@ int PrintVersion() {
   return kFine;
 }
 
-int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter) {
+// Does what a macro asked for the time when it ends.
+void EndMacro(HostState& state) {
+  std::optional<std::string>& pack = state.folder_state().find_pack_to_restore;
+  if (pack) state.commands.find_pack = *std::move(pack);
+  pack.reset();
+}
+
+int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
   for (const LoadedMacro& loaded : macros) {
-    if (const auto problem = interpreter.Run(loaded.program)) return Fail(Located(loaded.file, *problem));
+    const auto problem = interpreter.Run(loaded.program);
+    EndMacro(state);
+    if (problem) return Fail(Located(loaded.file, *problem));
   }
   return kFine;
 }
@@ -226,7 +235,7 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
   LibraryHost host(library, server);
   const OtherWindowsMacros other_windows(host);
   macro::Interpreter interpreter(host);
-  int result = RunMacros(macros, interpreter);
+  int result = RunMacros(macros, interpreter, state);
   if (result == kFine && options.prompt) result = RunPrompt(interpreter, state);
   Summarise(server, options.trace);
   return result;
@@ -317,6 +326,7 @@ int Run(const std::vector<std::string>& arguments) {
     macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
   }
   HostState state;
+  state.set_read_only(options.read_only);
   const auto unreadable =
       options.strict_mails ? MailStore::Unreadable::kRefuse : MailStore::Unreadable::kSkip;
   for (const std::string& mail : options.mails) {

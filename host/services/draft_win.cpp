@@ -22,6 +22,8 @@ void BeginWriting(Request& request, DraftPurpose purpose, std::string headers, s
   HostState& state = request.state;
   DraftParts& parts = state.commands.draft;
   parts = DraftParts{};
+  state.folder_state().sent_folder.reset();
+  state.folder_state().keep_root_flags = false;
   parts.body = std::move(body);
   parts.answered = state.root();
   state.BeginDraft(purpose, headers + parts.body);

@@ -1,11 +1,16 @@
 // New mails, replies, forwards and resent mails, and what happens when they are sent: nothing leaves the
 // machine, what would be sent is shown.
+#include <optional>
+#include <utility>
+
+#include "host/charset/charsets.h"
 #include "host/mail/draft_text.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/terminal_win.h"
 
 namespace wrenfold {
 namespace {
@@ -65,14 +70,26 @@ std::string WithAttachments(const std::string& mail, const DraftParts& parts) {
   return text;
 }
 
+// A copy for the folder that a macro chose for sent mails.
+void KeepSent(Request& request, std::string mail) {
+  std::optional<std::size_t>& folder = request.state.folder_state().sent_folder;
+  if (!folder) return;
+  SetHeader(mail, "Content-Type", "text/plain; charset=utf-8", 0);
+  const std::string reason = request.state.AddMail(SystemCharsets().HostToUtf8(mail), *folder, kMailRead);
+  if (!reason.empty()) TheTerminal().Error("wrenfold: no copy of the sent mail is kept: " + reason + "\n");
+  folder.reset();
+}
+
 // Marks what the mail being written answers or forwards, and closes it.
 void FinishDraft(Request& request) {
+  KeepSent(request, request.state.CurrentText());
   const DraftPurpose purpose = request.state.draft_purpose();
   std::uint32_t mark = 0;
   if (purpose == DraftPurpose::kReply) mark = kStateReplied;
   if (purpose == DraftPurpose::kForward) mark = kStateForwarded;
   const std::size_t answered = request.state.commands.draft.answered;
-  if (answered < request.state.mail_count()) request.state.ChangeState(answered, mark, mark);
+  const bool keeps_flags = std::exchange(request.state.folder_state().keep_root_flags, false);
+  if (!keeps_flags && answered < request.state.mail_count()) request.state.ChangeState(answered, mark, mark);
   request.state.EndDraft();
 }
 

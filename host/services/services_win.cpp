@@ -4,10 +4,12 @@ namespace wrenfold {
 namespace {
 
 constexpr const ServiceFamily* kAll[] = {
-    &kAccountsServices, &kBookServices,       &kDraftsServices,    &kExternalServices, &kFilesServices,
-    &kFoldersServices,  &kGrepServices,       &kHostServices,      &kMacrosServices,   &kMailListServices,
-    &kMailServices,     &kNavigationServices, &kNoticesServices,   &kOptionsServices,  &kQuotingServices,
-    &kSettingsServices, &kSmimeServices,      &kTemplatesServices, &kTransferServices, &kViewServices,
+    &kAccountsServices, &kBookServices,          &kDraftsServices,           &kExternalServices,
+    &kFilesServices,    &kFilingServices,        &kFolderPropertiesServices, &kFoldersServices,
+    &kGrepServices,     &kHostServices,          &kMacrosServices,           &kMailListServices,
+    &kMailServices,     &kNavigationServices,    &kNoticesServices,          &kOptionsServices,
+    &kQuotingServices,  &kSearchFoldersServices, &kSettingsServices,         &kSmimeServices,
+    &kTabsServices,     &kTemplatesServices,     &kTransferServices,         &kViewServices,
     &kWritingServices,
 };
 
