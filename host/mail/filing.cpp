@@ -41,16 +41,28 @@ ExportedMail AsExported(const StoredMail& mail) {
   return exported;
 }
 
-// `file`, or the same with a number that no file there has.
+fs::path Numbered(const fs::path& file, std::size_t number) {
+  fs::path numbered = file.parent_path() / file.stem();
+  numbered += " (" + std::to_string(number) + ")";
+  return numbered += file.extension();
+}
+
+// `file`, or the same with a number that no file there has. Numbers in use mostly lie together, so the gap behind them
+// is found by halving: thousands of mails of one date would ask the system millions of times.
 fs::path FreeName(const fs::path& file) {
   std::error_code error;
-  fs::path free = file;
-  for (std::size_t n = 2; fs::exists(free, error); ++n) {
-    free = file.parent_path() / file.stem();
-    free += " (" + std::to_string(n) + ")";
-    free += file.extension();
+  if (!fs::exists(file, error)) return file;
+  std::size_t used = 1;
+  std::size_t free = 2;
+  while (fs::exists(Numbered(file, free), error)) {
+    used = free;
+    free *= 2;
   }
-  return free;
+  while (free - used > 1) {
+    const std::size_t middle = used + (free - used) / 2;
+    (fs::exists(Numbered(file, middle), error) ? used : free) = middle;
+  }
+  return Numbered(file, free);
 }
 
 fs::path NewFile(const StoredMail& mail, const MailFolder& target) {

@@ -142,10 +142,10 @@ std::optional<std::string> MailStore::Add(const fs::path& path, Unreadable unrea
   const std::size_t trees_before = trees_.size();
   const std::size_t skipped_before = skipped_.size();
   known_ = KnownFiles();
-  met_known_ = false;
+  nothing_new_ = false;
   std::optional<std::string> failure =
       IsFolder(path) ? AddTree(path, unreadable) : AddFile(path, TreeOf(FolderOfFile(path)));
-  if (!failure && mails_.size() == mails_before && !met_known_) {
+  if (!failure && mails_.size() == mails_before && !nothing_new_) {
     failure = skipped_.size() > skipped_before ? skipped_.back()
                                                : CannotRead(path, "no .eml or .mbox file in this folder");
   }
@@ -200,12 +200,6 @@ std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::si
   if (error) return CannotRead(folder, ReasonOf(error));
   for (const fs::path& entry : entries) {
     if (!IsMailFile(entry) || IsFolder(entry)) continue;
-    // What filing leaves of an mbox when all its mails went elsewhere.
-    if (ExtensionOf(entry) == ".mbox" && fs::is_regular_file(entry, error) &&
-        fs::file_size(entry, error) == 0) {
-      AddFolder({PathToUtf8(entry.stem()), Normal(entry), FolderKind::kMbox, tree});
-      continue;
-    }
     auto failure = AddFile(entry, tree);
     if (failure && unreadable == Unreadable::kRefuse) return failure;
     if (failure) skipped_.push_back(*std::move(failure));
@@ -218,11 +212,16 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file, std::size_t 
   const fs::file_status status = fs::status(file, error);
   if (status.type() == fs::file_type::not_found || error) return CannotRead(file, ReasonOf(error));
   if (status.type() != fs::file_type::regular) return CannotRead(file, "not a file");
-  if (!known_.empty() && known_.contains(FileKey(file))) return met_known_ = true, std::nullopt;
+  if (!known_.empty() && known_.contains(FileKey(file))) return nothing_new_ = true, std::nullopt;
   errno = 0;
   std::optional<std::string> read = ReadWholeFile(file);
   if (!read) return CannotRead(file, ReasonOf(std::error_code(errno, std::generic_category())));
   std::string& bytes = *read;
+  // What filing leaves of an mbox when all its mails went elsewhere is a folder still.
+  if (bytes.empty() && ExtensionOf(file) == ".mbox") {
+    AddFolder({PathToUtf8(file.stem()), Normal(file), FolderKind::kMbox, tree});
+    return nothing_new_ = true, std::nullopt;
+  }
   if (bytes.empty()) return CannotRead(file, "the file is empty");
   std::vector<StoredMail> mails;
   if (IsMbox(bytes)) {

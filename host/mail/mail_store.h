@@ -116,7 +116,7 @@ class MailStore {
   std::vector<std::filesystem::path> folder_keys_;  // of each folder: its path without "..", links and such
   std::vector<MailTree> trees_;
   std::set<std::filesystem::path> known_;  // files that were read before, while others are being read
-  bool met_known_ = false;
+  bool nothing_new_ = false;               // a file was read that gave no mail, rightly
   std::vector<std::string> skipped_;
   bool read_only_ = false;
 };

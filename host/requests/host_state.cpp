@@ -32,9 +32,8 @@ bool HostState::Open(std::size_t index) {
   root_ = index;
   all_selected = found_selected = false;
   // A search folder stays while its own mails are opened.
-  const std::vector<std::size_t> list = MailsOf(folder_);
-  const bool listed = folders()[folder_].kind == FolderKind::kSearch &&
-                      std::find(list.begin(), list.end(), index) != list.end();
+  const bool listed =
+      folders()[folder_].kind == FolderKind::kSearch && std::ranges::count(MailsOf(folder_), index) > 0;
   if (!listed && !memories_[index].removed) folder_ = Mail(index).folder;
   return true;
 }

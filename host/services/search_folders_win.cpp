@@ -77,16 +77,6 @@ Answer RestoreFindPackAtEnd(Request& request) {
   return Request::Done(true);
 }
 
-// --- The mail that a search found, in its own folder ---
-
-Answer ShowInOwnFolder(Request& request) {
-  HostState& state = request.state;
-  const std::size_t root = state.root();
-  if (state.IsRemoved(root)) return request.Fail("the mail lies in no folder");
-  state.ShowFolder(state.Mail(root).folder);
-  return Request::Done(state.Open(root));
-}
-
 constexpr Service kServices[] = {
     {249, nullptr, Make,
      "makes a [grep folder](#grep-folders) of that path (first text) that searches the second folder, or "
@@ -102,12 +92,8 @@ constexpr Service kServices[] = {
     {305, nullptr, RestoreFindPackAtEnd, "when the macro ends, the find pack becomes what it is now"},
 };
 
-constexpr Command kCommands[] = {
-    {40202, WithRoot<ShowInOwnFolder>, "shows the root mail in the folder where it lies"},
-};
-
 }  // namespace
 
-const ServiceFamily kSearchFoldersServices = {kServices, kCommands};
+const ServiceFamily kSearchFoldersServices = {kServices, {}};
 
 }  // namespace wrenfold

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "host/mail/filing.h"
 #include "tests/host/mail/mail_folder_fixture.h"
 
@@ -63,6 +65,18 @@ TEST_F(HostFiling, ANameInUseGetsANumber) {
   EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kA}}, Folder("out")).failure, "");
   EXPECT_EQ(Source(kA), "out/a (3).eml");
   EXPECT_EQ(Read("out/a.eml") + Read("out/a (2).eml"), "anotherone more");
+}
+
+TEST_F(HostFiling, ManyMailsOfOneNameAreAllKept) {
+  for (int i = 0; i < 40; ++i) {
+    EXPECT_EQ(CopyMails(store_, std::vector{std::size_t{kM2}}, Folder("out")).failure, "");
+  }
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(root_ / "out"))
+    names.insert(entry.path().filename().string());
+  EXPECT_EQ(names.size(), 40u);
+  EXPECT_TRUE(names.contains("20250602-090000.eml"));
+  EXPECT_TRUE(names.contains("20250602-090000 (40).eml"));
 }
 
 TEST_F(HostFiling, AMailOfAnMboxIsLeftOutOfIt) {

@@ -79,6 +79,16 @@ TEST_F(HostMailStore, ATreeIsReadInOrderAllTheWayDown) {
   EXPECT_TRUE(store.skipped().empty()) << "what filing leaves of an mbox is no broken one";
 }
 
+TEST_F(HostMailStore, AnMboxWithoutMailsIsAnEmptyFolder) {
+  MailStore store;
+  EXPECT_EQ(store.Add(Write("used-up.mbox", "")), std::nullopt);
+  EXPECT_TRUE(store.mails().empty());
+  ASSERT_EQ(store.folders().size(), 1u);
+  EXPECT_EQ(store.folders()[0].name, "used-up");
+  EXPECT_EQ(store.Add(Write("empty.eml", "")),
+            "cannot read " + (root_ / "empty.eml").string() + ": the file is empty");
+}
+
 TEST_F(HostMailStore, AFileIsReadOnceHoweverItIsNamed) {
   Write("a.eml", "a");
   Write("sub/b.eml", "b");
