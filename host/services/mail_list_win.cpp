@@ -1,6 +1,7 @@
 // The list of mails: how many there are, which is open, moving between them, and their marks. The mails are
 // listed in the order in which they were read; the open one is the root mail and the current one.
 #include "host/requests/request_server_win.h"
+#include "host/services/selection_win.h"
 #include "host/services/services_win.h"
 
 namespace wrenfold {
@@ -135,5 +136,9 @@ constexpr Command kCommands[] = {
 }  // namespace
 
 const ServiceFamily kMailListServices = {kServices, kCommands};
+
+std::vector<std::size_t> SelectedMails(Request& request) {
+  return request.state.HasRoot() ? Selection(request) : std::vector<std::size_t>{};
+}
 
 }  // namespace wrenfold

@@ -4,12 +4,22 @@ namespace wrenfold {
 namespace {
 
 constexpr const ServiceFamily* kAll[] = {
-    &kAccountsServices, &kAttachmentsServices, &kBookServices,      &kBookWindowsServices, &kDraftsServices,
-    &kEditorServices,   &kExternalServices,    &kFilesServices,     &kFoldersServices,     &kGrepServices,
-    &kHostServices,     &kHtmlServices,        &kMacrosServices,    &kMailEditingServices, &kMailListServices,
-    &kMailServices,     &kNavigationServices,  &kNoticesServices,   &kOptionsServices,     &kQuotingServices,
-    &kSettingsServices, &kSmimeServices,       &kTemplatesServices, &kTransferServices,    &kUploadsServices,
-    &kViewServices,     &kWritingServices,
+    &kAccountsServices,      &kAttachmentsServices,
+    &kBookServices,          &kBookWindowsServices,
+    &kDraftsServices,        &kEditorServices,
+    &kExternalServices,      &kFilesServices,
+    &kFilingServices,        &kFolderPropertiesServices,
+    &kFoldersServices,       &kGrepServices,
+    &kHostServices,          &kHtmlServices,
+    &kMacrosServices,        &kMailEditingServices,
+    &kMailListServices,      &kMailServices,
+    &kNavigationServices,    &kNoticesServices,
+    &kOptionsServices,       &kQuotingServices,
+    &kSearchFoldersServices, &kSettingsServices,
+    &kSmimeServices,         &kTabsServices,
+    &kTemplatesServices,     &kTransferServices,
+    &kUploadsServices,       &kViewServices,
+    &kWritingServices,
 };
 
 }  // namespace

@@ -113,6 +113,8 @@ std::vector<std::size_t> MailsToCompare(Request& request) {
   const bool all = (request.Number(2) & kDuplicatesUnder) != 0;
   for (std::size_t folder = 0; folder < request.state.folders().size(); ++folder) {
     if (!all && first != folder && second != folder) continue;
+    // Its mails lie in other folders: none is a copy of itself.
+    if (all && request.state.folders()[folder].kind == FolderKind::kSearch) continue;
     const std::vector<std::size_t> list = request.state.MailsOf(folder);
     mails.insert(mails.end(), list.begin(), list.end());
   }

@@ -87,6 +87,16 @@ szCcEmail = archive@example.com
     def test_duplicates(self):
         self.run_sample("duplicates", "--mail", "samples/copies")
 
+    def test_file_newsletters(self):
+        self.run_sample("file_newsletters", "--mail", "samples/mails")
+        mails = self.folder / "samples/mails"
+        self.assertEqual(sorted(file.name for file in (mails / "lists").iterdir()), ["20250602-090000.eml", "euc-jp.eml"])
+        self.assertEqual([file.name for file in (mails / "newsletter").iterdir()], ["koi8-r.eml"])
+        self.assertNotIn(b"List-Id", (mails / "mailing-list.mbox").read_bytes())
+        # What is filed already is not filed again.
+        again = run("--mail", mails, "--macro", "samples/macros/file_newsletters.macro", folder=self.folder)
+        self.assertEqual(again, host.Result("0 mails filed\n", "", 0))
+
     def test_import_export(self):
         self.run_sample("import_export", "--mail", "samples/mails")
         self.assertEqual(sorted(file.name for file in (self.folder / "exported").iterdir()), [

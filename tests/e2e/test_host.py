@@ -218,8 +218,8 @@ class Trace(HostTest):
                          "trace: SetMailIndex: code 33 (-1) -> 0\n"
                          "trace: NextMail: code 12, command 40031 (40031) -> 0\n"
                          "trace: not served: menu command 40135 (OpenReplyMail) -> 0\n"
-                         "trace: not served: code 248 (SetTabTitle) -> 0\n"
-                         "trace: 6 requests, 3 not served: code 248 (SetTabTitle), menu command 40135 (OpenReplyMail) 2 times\n")
+                         'trace: SetTabTitle: code 248 (5, 3, "日本😀\\r\\n") -> 0 (no tab 3)\n'
+                         "trace: 6 requests, 2 not served: menu command 40135 (OpenReplyMail) 2 times\n")
 
     def test_cuts_long_texts(self):
         mail = self.write("first.eml", MAIL.replace(b"First", b"x" * 100))
