@@ -24,7 +24,9 @@ std::optional<std::string> HostState::AddMails(const std::filesystem::path& path
 bool HostState::Open(std::size_t index) {
   if (index >= mail_count()) return false;
   root_ = index;
-  all_selected = found_selected = false;
+  selection.SelectOpenMail();
+  view.first_line = 0;
+  view.all_text_selected = false;
   return true;
 }
 
@@ -67,20 +69,17 @@ void HostState::Import(std::vector<StoredMail> mails, std::size_t folder) {
   memories_.resize(mail_count());
 }
 
+void HostState::Remove(std::size_t index) {
+  memories_[index].removed = true;
+  selection.Forget(index);
+}
+
 std::vector<std::size_t> HostState::MailsOf(std::size_t folder) const {
   std::vector<std::size_t> indices;
   for (std::size_t i = 0; i < mail_count(); ++i) {
     if (store_.mails()[i].folder == folder && !memories_[i].removed) indices.push_back(i);
   }
   return indices;
-}
-
-std::size_t HostState::ListPosition() const {
-  std::size_t position = 0;
-  for (std::size_t i = 0; i < root_; ++i) {
-    position += store_.mails()[i].folder == folder() && !memories_[i].removed ? 1 : 0;
-  }
-  return position;
 }
 
 const std::string& HostState::CurrentText() {

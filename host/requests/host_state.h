@@ -10,8 +10,11 @@
 #include <string_view>
 #include <vector>
 
+#include "host/mail/list_view.h"
 #include "host/mail/mail_state.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/reception.h"
+#include "host/mail/selection.h"
 #include "host/mime/message.h"
 #include "host/requests/command_state.h"
 
@@ -54,15 +57,14 @@ class HostState {
   // Adds mails to a folder while the program runs; no file of that folder changes.
   void Import(std::vector<StoredMail> mails, std::size_t folder);
   // Takes a mail out of its folder; its file stays, and so does the root mail.
-  void Remove(std::size_t index) { memories_[index].removed = true; }
+  void Remove(std::size_t index);
 
-  // --- Folders: the mail list shows the mails of the current one ---
+  // --- Folders: the mail list shows the mails of the current one (shown_list.h) ---
 
   const std::vector<MailFolder>& folders() const { return store_.folders(); }
   std::size_t folder() const { return HasRoot() ? store_.mails()[root_].folder : 0; }
+  // In the order in which they were read.
   std::vector<std::size_t> MailsOf(std::size_t folder) const;
-  // Place of the root mail among the mails of its folder.
-  std::size_t ListPosition() const;
 
   // --- The current mail: the one being written, else the root mail ---
 
@@ -80,9 +82,10 @@ class HostState {
 
   // A number that one code sets and another asks for (pane, sort method, ...), 0 at first.
   std::int64_t& Setting(int code) { return settings_[code]; }
-  std::vector<std::size_t>& locked_selection() { return locked_selection_; }
-  bool all_selected = false;    // else the mails found, or the root mail alone
-  bool found_selected = false;  // commands.found is the selection
+  Selection selection;
+  ListView list;
+  MailView view;
+  Reception reception;
   // Why the last request that failed did, as UTF-8; "" before the first.
   std::string failure;
   // What the keyword commands work with: accounts, templates, address book, ...
@@ -105,7 +108,6 @@ class HostState {
   std::optional<std::string> draft_;
   DraftPurpose draft_purpose_ = DraftPurpose::kNewMail;
   std::map<int, std::int64_t> settings_;
-  std::vector<std::size_t> locked_selection_;
 };
 
 }  // namespace wrenfold

@@ -59,9 +59,10 @@ Answer Balloon(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {135, "TT", Notify},
-    {282, "TT", Balloon<2>},
-    {317, "TTT", Balloon<3>},
+    {135, "TT", Notify,
+     "prints `notice: text: text` on standard error; a hidden window stands for it until it is closed"},
+    {282, "TT", Balloon<2>, "prints `balloon: text: text` on standard error"},
+    {317, "TTT", Balloon<3>, "the same, with a third text when there is one"},
 };
 
 }  // namespace

@@ -4,11 +4,11 @@ namespace wrenfold {
 namespace {
 
 constexpr const ServiceFamily* kAll[] = {
-    &kAccountsServices, &kBookServices,       &kDraftsServices,    &kExternalServices, &kFilesServices,
-    &kFoldersServices,  &kGrepServices,       &kHostServices,      &kMacrosServices,   &kMailListServices,
-    &kMailServices,     &kNavigationServices, &kNoticesServices,   &kOptionsServices,  &kQuotingServices,
-    &kSettingsServices, &kSmimeServices,      &kTemplatesServices, &kTransferServices, &kViewServices,
-    &kWritingServices,
+    &kAccountsServices,  &kBookServices,      &kDraftsServices,   &kExternalServices,    &kFilesServices,
+    &kFoldersServices,   &kGrepServices,      &kHostServices,     &kHostWindowsServices, &kListViewServices,
+    &kMacrosServices,    &kMailFactsServices, &kMailListServices, &kMailServices,        &kNavigationServices,
+    &kNoticesServices,   &kOptionsServices,   &kQuotingServices,  &kReceptionServices,   &kSmimeServices,
+    &kTemplatesServices, &kTransferServices,  &kViewServices,     &kWritingServices,
 };
 
 }  // namespace

@@ -1,0 +1,17 @@
+// Paths as a macro is given them.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "host/charset/charsets.h"
+#include "host/mail/mail_store.h"
+
+namespace wrenfold {
+
+// The full path as host text.
+inline std::string HostPath(const std::filesystem::path& path) {
+  return SystemCharsets().Utf8ToHost(PathToUtf8(std::filesystem::absolute(path)));
+}
+
+}  // namespace wrenfold
