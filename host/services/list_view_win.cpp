@@ -7,6 +7,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
 #include "host/services/folder_lookup_win.h"
+#include "host/services/folder_paths_win.h"
 #include "host/services/services_win.h"
 #include "host/windows/list_window_win.h"
 #include "src/dates/date_format.h"
@@ -105,7 +106,7 @@ Answer SwitchThreadOperation(Request& request) {
 
 Answer Remake(Request& request) {
   const auto folder = FolderOfPair(request, 0);
-  if (!folder) return request.Fail("no such folder");
+  if (!folder) return NoSuchFolder(request, 0);
   RemakeList(request.state, *folder);
   DrawTitleList(request.state);
   return Request::Done(true);
