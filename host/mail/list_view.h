@@ -44,7 +44,7 @@ struct ListView {
   bool highlights_found = true;  // in the lines of the list
   bool speaks = false;
   bool draws = true;
-  std::set<std::size_t> folded;  // mails whose answers are hidden while threads show
+  std::set<std::size_t> turned;  // mails that are folded while others are not, or the other way round
 
   std::map<std::size_t, FolderList> folders;
 
@@ -58,6 +58,12 @@ struct ListView {
   std::optional<Place> before_sync;
 
   std::vector<std::size_t> history;  // mails that were visited, the last one last
+
+  // Whether the answers to a mail are hidden; means something while threads show.
+  bool IsFolded(std::size_t mail) const { return (threads == ThreadView::kFolded) != turned.contains(mail); }
+  void Fold(std::size_t mail, bool fold) {
+    if (IsFolded(mail) != fold && turned.erase(mail) == 0) turned.insert(mail);
+  }
 };
 
 // What is kept of the window that shows the open mail.

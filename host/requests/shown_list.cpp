@@ -103,7 +103,7 @@ std::vector<std::size_t> ShownLines(HostState& state, const std::vector<ThreadLi
     folded_level.reset();
     if (!IsInArea(state, lines[i].mail)) continue;
     shown.push_back(i);
-    if (state.list.folded.contains(lines[i].mail)) folded_level = lines[i].level;
+    if (state.list.IsFolded(lines[i].mail)) folded_level = lines[i].level;
   }
   return shown;
 }
@@ -186,11 +186,11 @@ void RemakeLists(HostState& state) { state.list.folders.clear(); }
 
 std::vector<std::size_t> SelectedMails(HostState& state) {
   const std::vector<std::size_t> selected = state.selection.Mails(state.root());
-  if (!state.list.whole_threads || state.list.folded.empty()) return selected;
+  if (!state.list.whole_threads || state.list.threads == ThreadView::kOff) return selected;
   std::vector<std::size_t> mails;
   for (const std::size_t mail : selected) {
     if (!PlaceIn(mails, mail)) mails.push_back(mail);
-    if (!state.list.folded.contains(mail)) continue;
+    if (!state.list.IsFolded(mail)) continue;
     const std::vector<ThreadLine>& lines = ListOf(state, state.Mail(mail).folder).lines;
     auto line = std::ranges::find(lines, mail, &ThreadLine::mail);
     if (line == lines.end()) continue;

@@ -46,14 +46,10 @@ Answer Sort(Request& request) { return Request::AnswerNumber(request.state.list.
 
 Answer SetThreads(Request& request) {
   ListView& list = request.state.list;
-  list.folded.clear();
-  list.threads = request.Number(0) == 0 ? ThreadView::kOff : ThreadView::kOn;
-  RemakeLists(request.state);
-  if (request.Number(0) == static_cast<Slot>(ThreadView::kFolded) && request.state.HasRoot()) {
-    for (const ThreadLine& line : ListOf(request.state, request.state.folder()).lines) {
-      if (line.children > 0) list.folded.insert(line.mail);
-    }
-  }
+  const Slot view = request.Number(0);
+  const bool folded = view == static_cast<Slot>(ThreadView::kFolded);
+  list.threads = view == 0 ? ThreadView::kOff : folded ? ThreadView::kFolded : ThreadView::kOn;
+  list.turned.clear();
   return Relist(request);
 }
 
@@ -92,7 +88,7 @@ Answer IsFolded(Request& request) {
   const Slot place = request.Number(0);
   const ThreadLine* line = LineAt(request.state, static_cast<std::size_t>(place));
   if (line == nullptr) return request.Fail("the list has no mail " + std::to_string(place));
-  return Request::Done(line->children > 0 && request.state.list.folded.contains(line->mail));
+  return Request::Done(line->children > 0 && request.state.list.IsFolded(line->mail));
 }
 
 // The argument switches the operations on threads off.

@@ -100,7 +100,8 @@ Answer Sync(Request& request) {
   if (!PlaceIn(ShownMails(state, state.folder()), state.root())) {
     state.list.area = ViewArea::kAll;
     state.list.found_only = false;
-    state.list.folded.clear();
+    state.list.turned.clear();
+    if (state.list.threads == ThreadView::kFolded) state.list.threads = ThreadView::kOn;
     RemakeLists(state);
   }
   const auto place = PlaceIn(ShownMails(state, state.folder()), state.root());

@@ -16,7 +16,7 @@ WNDPROC g_list_box = nullptr;  // of the system's list boxes
 
 void Fold(HostState& state, bool fold) {
   if (!state.HasRoot()) return;
-  fold ? (void)state.list.folded.insert(state.root()) : (void)state.list.folded.erase(state.root());
+  state.list.Fold(state.root(), fold);
   RemakeLists(state);
   DrawTitleList(state);
 }
