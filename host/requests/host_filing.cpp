@@ -5,6 +5,7 @@
 #include "host/mail/filing.h"
 #include "host/mail/find_pack.h"
 #include "host/requests/host_state.h"
+#include "host/requests/shown_list.h"
 
 namespace wrenfold {
 namespace {
@@ -32,18 +33,16 @@ std::vector<std::size_t> HostState::MailsOf(std::size_t folder) const {
   return indices;
 }
 
-std::size_t HostState::ListPosition() const { return PlaceInList().position; }
-
 void HostState::ShowFolder(std::size_t folder) {
   EnsureSearched(folder);
   folder_ = folder;
-  const std::vector<std::size_t> list = MailsOf(folder);
+  const std::vector<std::size_t> list = OrderedMails(*this, folder);
   root_ = list.empty() ? kNoMail : list[0];
-  all_selected = found_selected = false;
+  selection.SelectOpenMail();
 }
 
-HostState::ListPlace HostState::PlaceInList() const {
-  ListPlace place{MailsOf(folder_), 0, false};
+HostState::ListPlace HostState::PlaceInList() {
+  ListPlace place{OrderedMails(*this, folder_), 0, false};
   const auto at = std::find(place.list.begin(), place.list.end(), root_);
   place.root_listed = at != place.list.end();
   // A mail of no folder stands where it would, had it come in the order of reading.
@@ -56,9 +55,9 @@ HostState::ListPlace HostState::PlaceInList() const {
 
 void HostState::ReturnTo(const ListPlace& place) {
   EnsureSearched(folder_);
-  const std::vector<std::size_t> list = MailsOf(folder_);
+  const std::vector<std::size_t> list = OrderedMails(*this, folder_);
   if (!place.root_listed || Holds(list, root_)) return;
-  all_selected = found_selected = false;
+  selection.SelectOpenMail();
   // The first one behind that is still listed, else the last one in front.
   for (std::size_t i = place.position; i < place.list.size(); ++i) {
     if (Holds(list, place.list[i])) return void(root_ = place.list[i]);
@@ -126,7 +125,7 @@ std::string HostState::MoveMails(std::span<const std::size_t> mails, std::size_t
   std::string failure;
   const Filed filed = wrenfold::MoveMails(store_, Filable(mails, failure), target);
   MailsChanged();
-  if (!filed.mails.empty()) all_selected = found_selected = false;
+  if (!filed.mails.empty()) selection.SelectOpenMail();
   ReturnTo(place);
   return filed.failure.empty() ? failure : filed.failure;
 }
@@ -170,7 +169,7 @@ std::string HostState::DeleteMails(std::span<const std::size_t> mails) {
   }
   const Filed gone = EraseMails(store_, erased);
   for (const std::size_t i : gone.mails) memories_[i].removed = true;
-  if (!gone.mails.empty()) all_selected = found_selected = false;
+  if (!gone.mails.empty()) selection.SelectOpenMail();
   MailsChanged();
   ReturnTo(place);
   return failure.empty() ? gone.failure : failure;

@@ -26,7 +26,9 @@ std::optional<std::string> HostState::AddMails(const std::filesystem::path& path
 bool HostState::Open(std::size_t index) {
   if (index >= mail_count()) return false;
   root_ = index;
-  all_selected = found_selected = false;
+  selection.SelectOpenMail();
+  view.first_line = 0;
+  view.all_text_selected = false;
   // A search folder stays while its own mails are opened.
   const bool listed =
       folders()[folder_].kind == FolderKind::kSearch && std::ranges::count(MailsOf(folder_), index) > 0;
@@ -71,6 +73,11 @@ void HostState::Import(std::vector<StoredMail> mails, std::size_t folder) {
   }
   memories_.resize(mail_count());
   MailsChanged();
+}
+
+void HostState::Remove(std::size_t index) {
+  memories_[index].removed = true;
+  selection.Forget(index);
 }
 
 const std::string& HostState::CurrentText() {

@@ -5,10 +5,13 @@
 #include <vector>
 
 #include "host/requests/request_server_win.h"
+#include "host/requests/shown_list.h"
 
 namespace wrenfold {
 
-// All mails of the list, those found, or the root mail alone; none without a root mail.
-std::vector<std::size_t> SelectedMails(Request& request);
+// Those of the list; none without a root mail.
+inline std::vector<std::size_t> SelectedMails(Request& request) {
+  return request.state.HasRoot() ? SelectedMails(request.state) : std::vector<std::size_t>{};
+}
 
 }  // namespace wrenfold

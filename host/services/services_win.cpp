@@ -4,22 +4,15 @@ namespace wrenfold {
 namespace {
 
 constexpr const ServiceFamily* kAll[] = {
-    &kAccountsServices,      &kAttachmentsServices,
-    &kBookServices,          &kBookWindowsServices,
-    &kDraftsServices,        &kEditorServices,
-    &kExternalServices,      &kFilesServices,
-    &kFilingServices,        &kFolderPropertiesServices,
-    &kFoldersServices,       &kGrepServices,
-    &kHostServices,          &kHtmlServices,
-    &kMacrosServices,        &kMailEditingServices,
-    &kMailListServices,      &kMailServices,
-    &kNavigationServices,    &kNoticesServices,
-    &kOptionsServices,       &kQuotingServices,
-    &kSearchFoldersServices, &kSettingsServices,
-    &kSmimeServices,         &kTabsServices,
-    &kTemplatesServices,     &kTransferServices,
-    &kUploadsServices,       &kViewServices,
-    &kWritingServices,
+    &kAccountsServices, &kAttachmentsServices,      &kBookServices,          &kBookWindowsServices,
+    &kDraftsServices,   &kEditorServices,           &kExternalServices,      &kFilesServices,
+    &kFilingServices,   &kFolderPropertiesServices, &kFoldersServices,       &kGrepServices,
+    &kHostServices,     &kHostWindowsServices,      &kHtmlServices,          &kListViewServices,
+    &kMacrosServices,   &kMailEditingServices,      &kMailFactsServices,     &kMailListServices,
+    &kMailServices,     &kNavigationServices,       &kNoticesServices,       &kOptionsServices,
+    &kQuotingServices,  &kReceptionServices,        &kSearchFoldersServices, &kSmimeServices,
+    &kTabsServices,     &kTemplatesServices,        &kTransferServices,      &kUploadsServices,
+    &kViewServices,     &kWritingServices,
 };
 
 }  // namespace

@@ -109,15 +109,6 @@ Answer IsBookmarked(Request& request) {
   return Request::Done(request.state.folder_state().bookmarks.contains(request.state.root()));
 }
 
-// --- Found words ---
-
-Answer HighlightFound(Request& request) {
-  const bool on = request.Number(0) != 0;
-  request.state.Setting(300) = on ? 1 : 0;
-  TheTerminal().Error(std::string("found words are ") + (on ? "highlighted" : "shown as they are") + "\n");
-  return Request::Done(true);
-}
-
 constexpr Service kServices[] = {
     {248, nullptr, Tabs,
      "each `--mail` has a tab with the name of its folder and shows the folder that was open in it; titles, "
@@ -126,8 +117,6 @@ constexpr Service kServices[] = {
     {286, nullptr, WithRoot<AddBookmark>, "bookmarks the root mail while the program runs"},
     {287, nullptr, WithRoot<DeleteBookmark>, "1 when the root mail had a bookmark"},
     {288, nullptr, WithRoot<IsBookmarked>, "1 when the root mail has a bookmark"},
-    {300, nullptr, HighlightFound,
-     "tells on standard error whether found words are highlighted: no mail shows on the terminal"},
 };
 
 }  // namespace

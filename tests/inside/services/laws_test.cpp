@@ -28,7 +28,12 @@ constexpr std::size_t kLongestFailure = 3000;  // bytes
 constexpr int kMixed = 24;                     // blocks of mixed garbage for each form
 constexpr std::size_t kNamedSlots = 6;         // of them in the message of a failure
 
-bool IsTextResult(const Form& form) { return form.result == "Str" || form.result == "OptStr"; }
+// The one text whose address macros get as a number.
+constexpr char kTextAsNumber[] = "GetTabTitle";
+
+bool IsTextResult(const Form& form) {
+  return form.result == "Str" || form.result == "OptStr" || form.exports == kTextAsNumber;
+}
 
 // --- What is served ---
 
