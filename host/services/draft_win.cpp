@@ -62,6 +62,7 @@ void DeleteStored(HostState& state, std::size_t mail) {
 }
 
 void MarkAnswered(HostState& state, const Draft& draft) {
+  if (std::exchange(state.folder_state().keep_root_flags, false)) return;
   if (draft.purpose == DraftPurpose::kNewMail) return;
   const std::uint32_t mark = draft.purpose == DraftPurpose::kReply ? kStateReplied : kStateForwarded;
   if (draft.answered < state.mail_count()) return state.ChangeState(draft.answered, mark, mark);
@@ -89,6 +90,8 @@ Answer BeginWriting(Request& request, Draft draft) {
     draft.sign_name = state.commands.templates.Sign(kind, reference->second);
     ChangeFrame(draft, {}, FrameOf(state, draft));
   }
+  state.folder_state().sent_folder.reset();
+  state.folder_state().keep_root_flags = false;
   state.writing.kept.reset();
   state.writing.draft = std::move(draft);
   Windows::OpenView();

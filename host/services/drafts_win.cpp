@@ -1,6 +1,7 @@
 // New mails, replies, forwards and resent mails, and what happens when they are sent: nothing leaves the
 // machine, what would be sent is shown.
 #include "host/base/ascii.h"
+#include "host/mail/draft_file.h"
 #include "host/mail/draft_text.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
@@ -10,6 +11,7 @@
 #include "host/services/draft_win.h"
 #include "host/services/macros_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/terminal_win.h"
 
 namespace wrenfold {
 namespace {
@@ -103,6 +105,16 @@ std::optional<std::string> PrepareSending(HostState& state) {
   return std::nullopt;
 }
 
+// A copy for the folder that a macro chose for sent mails.
+void KeepSent(HostState& state) {
+  std::optional<std::size_t>& folder = state.folder_state().sent_folder;
+  if (!folder) return;
+  const std::string reason =
+      state.AddMail(FinishedMail(*state.writing.draft, NewStamp(state)), *folder, kMailRead);
+  if (!reason.empty()) Tell("no copy of the sent mail is kept: " + reason);
+  folder.reset();
+}
+
 template <bool kAtOnce>
 Answer Send(Request& request) {
   HostState& state = request.state;
@@ -114,6 +126,7 @@ Answer Send(Request& request) {
   } else {
     state.commands.outbox.push_back(std::move(mail));
   }
+  KeepSent(state);
   FinishDraft(state);
   return Request::Done(true);
 }

@@ -4,11 +4,14 @@ namespace wrenfold {
 namespace {
 
 constexpr const ServiceFamily* kAll[] = {
-    &kAccountsServices, &kAttachmentsServices, &kBookServices,      &kBookWindowsServices, &kDraftsServices,
-    &kEditorServices,   &kExternalServices,    &kFilesServices,     &kFoldersServices,     &kGrepServices,
-    &kHostServices,     &kHtmlServices,        &kMacrosServices,    &kMailEditingServices, &kMailListServices,
-    &kMailServices,     &kNavigationServices,  &kNoticesServices,   &kOptionsServices,     &kQuotingServices,
-    &kSettingsServices, &kSmimeServices,       &kTemplatesServices, &kTransferServices,    &kUploadsServices,
+    &kAccountsServices, &kAttachmentsServices,      &kBookServices,          &kBookWindowsServices,
+    &kDraftsServices,   &kEditorServices,           &kExternalServices,      &kFilesServices,
+    &kFilingServices,   &kFolderPropertiesServices, &kFoldersServices,       &kGrepServices,
+    &kHostServices,     &kHostWindowsServices,      &kHtmlServices,          &kListViewServices,
+    &kMacrosServices,   &kMailEditingServices,      &kMailFactsServices,     &kMailListServices,
+    &kMailServices,     &kNavigationServices,       &kNoticesServices,       &kOptionsServices,
+    &kQuotingServices,  &kReceptionServices,        &kSearchFoldersServices, &kSmimeServices,
+    &kTabsServices,     &kTemplatesServices,        &kTransferServices,      &kUploadsServices,
     &kViewServices,     &kWritingServices,
 };
 

@@ -6,7 +6,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/draft_win.h"
 #include "host/services/mail_editing_win.h"
-#include "host/services/selected_mails_win.h"
+#include "host/services/selection_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/terminal_text.h"
 
@@ -62,7 +62,7 @@ Answer Delete(Request& request) {
 // name, value: in each selected mail, in memory until it is saved.
 Answer SetInSelected(Request& request) {
   if (WithoutColon(Name(request)).empty()) return request.Fail("a header needs a name");
-  const std::vector<std::size_t> mails = SelectedMails(request.state);
+  const std::vector<std::size_t> mails = SelectedMails(request);
   if (mails.empty()) return request.Fail("no mail is selected");
   for (const std::size_t mail : mails) {
     SetHeader(request.state.EditText(mail), Name(request), request.Text(1), 0);

@@ -39,10 +39,19 @@ bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LA
 
 // --- The run ---
 
+// Does what a macro asked for the time when it ends.
+void EndMacro(HostState& state) {
+  std::optional<std::string>& pack = state.folder_state().find_pack_to_restore;
+  if (pack) state.commands.find_pack = *std::move(pack);
+  pack.reset();
+}
+
 int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
   for (const LoadedMacro& loaded : macros) {
     state.writing.macro = loaded.file;
-    if (const auto problem = interpreter.Run(loaded.program)) return Fail(Located(loaded.file, *problem));
+    const auto problem = interpreter.Run(loaded.program);
+    EndMacro(state);
+    if (problem) return Fail(Located(loaded.file, *problem));
   }
   return kFine;
 }
@@ -82,6 +91,7 @@ int RunMacroSession(const Options& options) {
     macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
   }
   HostState state;
+  state.set_read_only(options.read_only);
   if (const auto reason = OpenWorkFiles(options, state)) return Fail(*reason);
   auto library = Library::Load();
   if (const auto* reason = std::get_if<std::string>(&library)) return Fail(*reason);

@@ -32,6 +32,7 @@ constexpr OptionRow kOptions[] = {
     {"--drafts", &Options::drafts, nullptr},
     {"--send-macro", &Options::send_macros, nullptr},
     {"--strict-mails", nullptr, [](Options& options) { options.strict_mails = true; }},
+    {"--read-only", nullptr, [](Options& options) { options.read_only = true; }},
     {"--trace", nullptr, [](Options& options) { options.trace = true; }},
     {"--prompt", nullptr, [](Options& options) { options.prompt = true; }},
     {"--english", nullptr, [](Options& options) { options.english = true; }},
@@ -71,6 +72,7 @@ const std::string_view kUsage =
     "\n"
     "  --mail MAIL    an .eml or mbox file, or a folder of them; the first mail is opened\n"
     "  --strict-mails    a file in such a folder that cannot be read is an error; else it is skipped\n"
+    "  --read-only    macros that file mails change no file: the mails move in memory alone\n"
     "  --macro FILE   runs a macro file (UTF-8); may be given more than once\n"
     "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
     "  --templates DIR   templates and signatures; --book FILE: an address book\n"

@@ -20,6 +20,7 @@ struct Options {
   std::vector<std::string> drafts;       // folder
   std::vector<std::string> send_macros;  // run before a mail is sent
   bool strict_mails = false;             // a file in a folder that cannot be read is an error
+  bool read_only = false;                // filing changes no file
   bool trace = false;
   bool prompt = false;
   bool help = false;

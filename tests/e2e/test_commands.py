@@ -84,8 +84,28 @@ szCcEmail = archive@example.com
     def test_grep(self):
         self.run_sample("grep", "--mail", "samples/mails")
 
+    def test_list_mails(self):
+        self.run_sample("list_mails", "--mail", "samples/mails")
+
+    def test_export_sender(self):
+        self.run_sample("export_sender", "--mail", "samples/mails")
+        self.assertEqual(sorted(file.name for file in (self.folder / "alice").iterdir()),
+                         ["20250303-091500.eml", "20250602-090000.eml", "20250603-080000.eml"])
+        self.assertEqual((self.folder / "alice/20250303-091500.eml").read_bytes(),
+                         (self.folder / "samples/mails/plain-ascii.eml").read_bytes())
+
     def test_duplicates(self):
         self.run_sample("duplicates", "--mail", "samples/copies")
+
+    def test_file_newsletters(self):
+        self.run_sample("file_newsletters", "--mail", "samples/mails")
+        mails = self.folder / "samples/mails"
+        self.assertEqual(sorted(file.name for file in (mails / "lists").iterdir()), ["20250602-090000.eml", "euc-jp.eml"])
+        self.assertEqual([file.name for file in (mails / "newsletter").iterdir()], ["koi8-r.eml"])
+        self.assertNotIn(b"List-Id", (mails / "mailing-list.mbox").read_bytes())
+        # What is filed already is not filed again.
+        again = run("--mail", mails, "--macro", "samples/macros/file_newsletters.macro", folder=self.folder)
+        self.assertEqual(again, host.Result("0 mails filed\n", "", 0))
 
     def test_import_export(self):
         self.run_sample("import_export", "--mail", "samples/mails")
@@ -133,6 +153,25 @@ class Accounts(HostTest):
         self.assertEqual((self.folder / "accounts.txt").read_bytes(), b"[local]\r\n")
         self.assert_output(self.run_macro(self.LOAD, "--mail", self.folder), "1\n")
 
+    def test_a_mail_belongs_to_the_account_that_it_is_addressed_to(self):
+        mails = self.folder / "mails"
+        mails.mkdir()
+        for name, header in (("1", "To: Bob <bob@example.com>"), ("2", "Cc: x@example.com, AT.WORK@example.com"),
+                             ("3", "Delivered-To: old@example.com"), ("4", "To: notbob@example.com.au")):
+            (mails / f"{name}.eml").write_text(header + "\n\n")
+        accounts = self.write("accounts.txt", "[first]\nszMailFromSpecify = me@example.com\n"
+                              "[home]\nszMailFromSpecify = bob@example.com\nszEmailAlias = old@example.com\ngroup = Private\n"
+                              "[work]\nszMailFromSpecify = at.work@example.com\ngroup = Office\n")
+        self.assert_output(self.run_macro(
+            'i = 0\nwhile SetMailIndex(i)\nprint Account(), " ", CurrentAccount(), " [", CurrentAccountGroup(), "]"\n'
+            'i = i + 1\nend\n', "--mail", mails, "--accounts", accounts),
+            "first home [Private]\nfirst work [Office]\nfirst home [Private]\nfirst first []\n")
+
+    def test_without_accounts_there_is_a_local_one(self):
+        mail = self.write("a.eml", "Subject: x\r\n\r\n")
+        self.assert_output(self.run_macro('print Account(), CurrentAccount(), "[", CurrentAccountGroup(), "]"', "--mail", mail),
+                           "locallocal[]\n")
+
     def test_accounts_that_cannot_be_read(self):
         result = self.run_macro(self.LOAD, "--accounts", self.folder)
         self.assertEqual((result.out, result.code), ("", 1))
@@ -166,6 +205,22 @@ class Accounts(HostTest):
             'print AddString(GetAccountProp("szSignature")), " ", AddString(GetAccountProp("szNewTemplate"))\n',
             "--accounts", accounts), "1\nBob\n101\nBob Hello\n")
         self.assertEqual(accounts.read_text(), "[home]\nszSignature = Bob\nszNewTemplate = Hello\n")
+
+
+class LockedSelection(HostTest):
+    def test_export_writes_the_locked_mails_until_they_are_unlocked(self):
+        mails = self.folder / "mails"
+        mails.mkdir()
+        for name in "abcd":
+            (mails / f"{name}.eml").write_text(f"Subject: {name}\n\n")
+        result = run("--english", "--mail", mails, "--macro", self.write(
+            "test.macro", 'SetFindPack("Subject: b")\nDoGrep2("", "", 0, 0)\nSetFindPack("Subject: d")\n'
+            'DoGrepAppend("", "", 0, 0)\nLockSelection()\nEnumSelection(1)\n'
+            'print Export("locked", "eml-subject", "encode", "", "", "")\n'
+            'UnlockSelection()\nprint Export("all", "eml-subject", "encode", "", "", "")\n'), folder=self.folder)
+        self.assertEqual(result, host.Result("2\n4\n", "", 0))
+        self.assertEqual(sorted(file.name for file in (self.folder / "locked").iterdir()), ["b.eml", "d.eml"])
+        self.assertEqual(len(list((self.folder / "all").iterdir())), 4)
 
 
 class Writing(HostTest):

@@ -179,9 +179,8 @@ def write(path):
     print(first, end="")
 
 
+if __name__ == "__main__" and sys.argv[1:2] == ["--write"]:
+    sys.exit(write(sys.argv[2]))
+
 if __name__ == "__main__":
-    if len(sys.argv) == 3 and sys.argv[1] == "--write":
-        for file in EXAMPLES.glob(sys.argv[2] + ".*"):
-            write(file)
-    else:
-        unittest.main()
+    unittest.main()

@@ -28,6 +28,9 @@ constexpr std::size_t kLongestFailure = 3000;  // bytes
 constexpr int kMixed = 24;                     // blocks of mixed garbage for each form
 constexpr std::size_t kNamedSlots = 6;         // of them in the message of a failure
 
+// The one text whose address macros get as a number.
+constexpr char kTextAsNumber[] = "GetTabTitle";
+
 bool IsTextResult(const Form& form) { return form.result == "Str" || form.result == "OptStr"; }
 
 // --- What is served ---
@@ -79,7 +82,8 @@ TEST(Services, AnswerTextsForTextsAndNumbersForNumbers) {
       stage.Set(situation);
       const auto called = stage.CallPlain(form);
       if (!called.served || called.value == 0) continue;
-      EXPECT_EQ(called.answered_text, IsTextResult(form)) << form.exports << ": " << called.trace;
+      EXPECT_EQ(called.answered_text, IsTextResult(form) || form.exports == kTextAsNumber)
+          << form.exports << ": " << called.trace;
     }
   }
 }
