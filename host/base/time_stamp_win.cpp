@@ -2,25 +2,22 @@
 
 #include <windows.h>
 
+#include <bit>
+#include <cstdint>
 #include <cstdio>
+
+#include "src/dates/date_format.h"
 
 namespace wrenfold {
 
 std::string DateHeaderNow() {
-  static constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-  static constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
   SYSTEMTIME now;
   GetLocalTime(&now);
   TIME_ZONE_INFORMATION zone{};
-  const DWORD season = GetTimeZoneInformation(&zone);
-  const LONG west = zone.Bias + (season == TIME_ZONE_ID_DAYLIGHT ? zone.DaylightBias : 0);
-  const LONG minutes = west < 0 ? -west : west;
-  char text[64];
-  std::snprintf(text, sizeof text, "%s, %02u %s %04u %02u:%02u:%02u %c%02ld%02ld", kDays[now.wDayOfWeek],
-                now.wDay, kMonths[now.wMonth - 1], now.wYear, now.wHour, now.wMinute, now.wSecond,
-                west > 0 ? '-' : '+', minutes / 60, minutes % 60);
-  return text;
+  const DWORD answer = GetTimeZoneInformation(&zone);
+  const std::int64_t bias = wfinfo::MachineBias({answer, zone.Bias, zone.StandardBias, zone.DaylightBias});
+  char text[wfinfo::kDefaultFormRoom];
+  return {text, wfinfo::DefaultDateForm(std::bit_cast<wfinfo::CivilTime>(now), bias, text)};
 }
 
 std::string UniqueNameNow() {

@@ -5,9 +5,10 @@
 
 #include "host/base/ascii.h"
 #include "host/base/whole_file.h"
+#include "host/mail/filing.h"
 #include "host/mail/mail_store.h"
 #include "host/mail/outbox_folder.h"
-#include "host/mime/message.h"
+#include "host/mime/sections.h"
 
 namespace wrenfold {
 namespace {
@@ -15,12 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kDeleted = "deleted";
-
-bool MakeFolder(const fs::path& folder) {
-  std::error_code error;
-  fs::create_directories(folder, error);
-  return fs::is_directory(folder, error);
-}
 
 }  // namespace
 
@@ -32,29 +27,15 @@ std::optional<fs::path> AccountFolder(const fs::path& server, std::string_view a
   return server / PathFromUtf8(account);
 }
 
-std::variant<fs::path, std::string> TakeMail(const fs::path& file, const fs::path& folder) {
-  const auto raw = ReadWholeFile(file);
-  if (!raw) return "cannot read " + PathToUtf8(file);
-  if (raw->empty()) return "cannot read " + PathToUtf8(file) + ": the file is empty";
-  if (!MakeFolder(folder)) return "cannot make the folder " + PathToUtf8(folder);
-  fs::path target = FreePath(folder, file.filename());
-  if (auto reason = MoveFileTo(file, target)) return *std::move(reason);
-  return target;
-}
-
-std::optional<std::string> CopyMail(std::string_view raw, const fs::path& folder, const fs::path& name) {
-  if (!MakeFolder(folder)) return "cannot make the folder " + PathToUtf8(folder);
-  if (!ReplaceFile(folder / name, raw)) return "cannot write " + PathToUtf8(folder / name);
-  return std::nullopt;
-}
-
 std::size_t DeleteOnServer(const fs::path& server, const std::vector<std::string>& ids) {
   std::size_t count = 0;
+  std::error_code error;
   for (const fs::path& file : MailFilesOf(server)) {
     const auto raw = ReadWholeFile(file);
     const std::string id(raw ? Trim(FindHeader(SplitMessage(*raw), "Message-ID")) : "");
     if (id.empty() || std::ranges::find(ids, id) == ids.end()) continue;
-    count += std::holds_alternative<fs::path>(TakeMail(file, server / kDeleted)) ? 1 : 0;
+    fs::create_directories(server / kDeleted, error);
+    count += MoveFileTo(file, FreeName(server / kDeleted / file.filename())) ? 0 : 1;
   }
   return count;
 }

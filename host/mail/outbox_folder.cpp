@@ -6,7 +6,9 @@
 
 #include "host/base/ascii.h"
 #include "host/base/whole_file.h"
+#include "host/mail/filing.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/safe_saving.h"
 
 namespace wrenfold {
 namespace {
@@ -35,17 +37,6 @@ std::vector<fs::path> MailFilesOf(const fs::path& folder) {
   return files;
 }
 
-fs::path FreePath(const fs::path& folder, const fs::path& name) {
-  std::error_code error;
-  fs::path path = folder / name;
-  for (int number = 2; fs::exists(path, error); ++number) {
-    path = folder / name.stem();
-    path += "-" + std::to_string(number);
-    path += name.extension();
-  }
-  return path;
-}
-
 std::optional<std::string> MoveFileTo(const fs::path& from, const fs::path& to) {
   std::error_code error;
   fs::rename(from, to, error);
@@ -67,22 +58,21 @@ void OutboxFolder::Open(fs::path outbox, fs::path sent) {
 
 std::optional<std::string> OutboxFolder::Add(std::string_view mail, const std::string& unique,
                                              fs::path& file) const {
-  if (!MakeFolder(outbox_)) return CannotWrite(outbox_);
-  file = FreePath(outbox_, unique + ".eml");
-  return ReplaceFile(file, mail) ? std::nullopt : std::optional(CannotWrite(file));
+  file = FreeName(outbox_ / (unique + ".eml"));
+  return SaveSafely(file, mail);
 }
 
-std::vector<fs::path> OutboxFolder::Waiting() const {
+std::vector<fs::path> OutboxFolder::Waiting(std::string_view now) const {
   std::vector<fs::path> files = MailFilesOf(outbox_);
   // One that cannot be read is tried, so that its failure is told.
-  std::erase_if(files, [](const fs::path& file) {
+  std::erase_if(files, [now](const fs::path& file) {
     const auto raw = ReadWholeFile(file);
-    return raw && !IsToBeSent(*raw);
+    return raw && !(IsToBeSent(*raw) && IsDue(*raw, now));
   });
   return files;
 }
 
-std::optional<std::string> OutboxFolder::Send(const fs::path& file, const OutgoingStamp& stamp,
+std::optional<std::string> OutboxFolder::Send(const fs::path& file, const MailStamp& stamp,
                                               const Hand& hand) const {
   const auto raw = ReadWholeFile(file);
   if (!raw || raw->empty()) return "cannot read " + PathToUtf8(file);
@@ -93,7 +83,7 @@ std::optional<std::string> OutboxFolder::Send(const fs::path& file, const Outgoi
   if (mail != *raw && !ReplaceFile(file, mail)) return CannotWrite(file);
   if (!MakeFolder(sent_)) return CannotWrite(sent_);
   if (auto reason = hand(file, mail)) return name + ": " + *reason;
-  return MoveFileTo(file, FreePath(sent_, file.filename()));
+  return MoveFileTo(file, FreeName(sent_ / file.filename()));
 }
 
 }  // namespace wrenfold

@@ -33,11 +33,12 @@ class OutboxFolder {
   std::optional<std::string> Add(std::string_view mail, const std::string& unique,
                                  std::filesystem::path& file) const;
 
-  // The mails that are to be sent, in order of their names; those with "X-Unsent: 1" wait for their writer.
-  std::vector<std::filesystem::path> Waiting() const;
+  // The mails that are to be sent, in order of their names; those with "X-Unsent: 1" wait for their writer. With
+  // `now`, as in a Date header, only those that are due then.
+  std::vector<std::filesystem::path> Waiting(std::string_view now = "") const;
 
   // Fills in what the mail lacks, hands it on, and moves it to the sent ones. Returns why it stays.
-  std::optional<std::string> Send(const std::filesystem::path& file, const OutgoingStamp& stamp,
+  std::optional<std::string> Send(const std::filesystem::path& file, const MailStamp& stamp,
                                   const Hand& hand) const;
 
  private:
@@ -47,9 +48,6 @@ class OutboxFolder {
 
 // The .eml files of a folder in order of their names; none when it cannot be read.
 std::vector<std::filesystem::path> MailFilesOf(const std::filesystem::path& folder);
-
-// A path in `folder` that no file has: `name`, or with a number in front of its extension.
-std::filesystem::path FreePath(const std::filesystem::path& folder, const std::filesystem::path& name);
 
 // Moves a file, also to another volume; a failure leaves the file where it was. Returns why.
 std::optional<std::string> MoveFileTo(const std::filesystem::path& from, const std::filesystem::path& to);

@@ -4,22 +4,12 @@
 #include <string>
 #include <string_view>
 
-#include "host/charset/charsets.h"
+#include "host/mail/mail_stamp.h"
 
 namespace wrenfold {
 
-// What differs from mail to mail whatever is in it.
-struct OutgoingStamp {
-  std::string date;    // as in a Date header
-  std::string unique;  // letters, digits, "-" and "."
-  std::string from;    // one's own address, "" when unknown
-};
-
-// The mail file of a mail that was written as host text: RFC 5322 with MIME, UTF-8 where ASCII does not do.
-std::string MailOfHostText(std::string_view host, const Charsets& charsets = SystemCharsets());
-
-// One header of host text with its line end, as it stands in such a file.
-std::string HeaderOfHostText(std::string_view line, const Charsets& charsets = SystemCharsets());
+// One header of host text with its line end, as it stands in a mail file.
+std::string HeaderOfHostText(std::string_view line);
 
 // Whether somebody is named who is to get it: To, Cc or Bcc, or their Resent- kin when there is one.
 bool HasRecipients(std::string_view raw);
@@ -27,8 +17,12 @@ bool HasRecipients(std::string_view raw);
 // False for a mail that waits for its writer: "X-Unsent: 1".
 bool IsToBeSent(std::string_view raw);
 
+// Whether the time of its Deferred-Delivery (RFC 2156) has come, if it has one that is a date; one without a zone is
+// on the clock of `now`, which is as in a Date header.
+bool IsDue(std::string_view raw, std::string_view now);
+
 // The mail as it leaves: lines end with CR LF; From, Date and Message-ID (of a resent mail their Resent- kin)
 // are added where they are missing; our own headers, X-Unsent and X-Wrenfold-..., are taken out.
-std::string FinishMail(std::string_view raw, const OutgoingStamp& stamp);
+std::string FinishMail(std::string_view raw, const MailStamp& stamp);
 
 }  // namespace wrenfold

@@ -13,6 +13,7 @@ namespace wrenfold {
 namespace {
 
 constexpr std::size_t kTracedCharacters = 60;         // of one text
+constexpr std::size_t kLongestReason = 500;           // characters
 constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is no text
 
 // The text at an address that a macro may have made up; nullptr when none is readable there.
@@ -104,16 +105,13 @@ Answer Request::AnswerKept(const std::string& text) {
   return {reinterpret_cast<Slot>(text.c_str()), true, true};
 }
 
-Answer Request::Fail(std::string why) const {
-  // What it names may come from a macro.
-  std::replace_if(
-      why.begin(), why.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
-  state.failure = std::move(why);
+Answer Request::Fail(std::string_view why) const {
+  state.failure = OnOneLine(why, kLongestReason);
   return {.failed = true};
 }
 
-Answer Request::FailWithoutMail(std::string why) const {
-  if (state.mail_count() > 0) return Fail(std::move(why));
+Answer Request::FailWithoutMail(std::string_view why) const {
+  if (state.mail_count() > 0) return Fail(why);
   if (!state.told_no_mails) Complain("there are no mails; --mail MAIL gives some");
   state.told_no_mails = true;
   return Fail("there are no mails");

@@ -5,18 +5,24 @@
 
 #include <charconv>
 #include <filesystem>
+#include <limits>
 #include <system_error>
 
 #include "host/base/settings_text.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/file_reasons.h"
+#include "host/mail/list_view.h"
+#include "host/mail/mail_order.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/safe_saving.h"
 #include "host/requests/request_server_win.h"
+#include "host/requests/shown_list.h"
 #include "host/services/services_win.h"
 #include "host/services/transmission_win.h"
 #include "host/terminal/questions_win.h"
 #include "host/terminal/terminal_win.h"
+#include "host/windows/list_window_win.h"
 
 namespace wrenfold {
 namespace {
@@ -27,12 +33,31 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kSection = "settings";
 
-// Numbers that are kept under the code that asks for them (settings_win.cpp).
+constexpr int kPaneCode = 89;  // that asks for it
+
+// How the mail list shows, and the pane that has the focus.
 struct NumberRow {
   std::string_view key;
-  int code;
+  std::int64_t (*get)(HostState& state);
+  void (*set)(HostState& state, std::int64_t number);
+  std::int64_t last;  // of those from 0 on
 };
-constexpr NumberRow kNumbers[] = {{"thread_view", 25}, {"sort_method", 26}, {"view_area", 28}, {"pane", 89}};
+
+constexpr NumberRow kNumbers[] = {
+    {"thread_view", [](HostState& state) { return static_cast<std::int64_t>(state.list.threads); },
+     [](HostState& state, std::int64_t number) { state.list.threads = static_cast<ThreadView>(number); },
+     static_cast<std::int64_t>(ThreadView::kFolded)},
+    {"sort_method", [](HostState& state) { return state.list.sort; },
+     [](HostState& state, std::int64_t number) {
+       if (SortMethodOf(number)) state.list.sort = number;
+     },
+     std::numeric_limits<std::int64_t>::max()},
+    {"view_area", [](HostState& state) { return static_cast<std::int64_t>(state.list.area); },
+     [](HostState& state, std::int64_t number) { state.list.area = static_cast<ViewArea>(number); },
+     kLastViewArea},
+    {"pane", [](HostState& state) { return state.Setting(kPaneCode); },
+     [](HostState& state, std::int64_t number) { state.Setting(kPaneCode) = number; }, 2},
+};
 
 constexpr std::string_view kCodePageKey = "japanese_code_page";
 constexpr std::string_view kDialUpKey = "dial_up";
@@ -48,20 +73,20 @@ Answer SaveConfig(Request& request) {
   const fs::path& file = state.commands.application.config_file;
   SettingsText settings(ReadWholeFile(file).value_or(""));
   if (!settings.HasSection(kSection)) settings.AddSection(kSection);
-  for (const NumberRow& row : kNumbers)
-    settings.Set(kSection, row.key, std::to_string(state.Setting(row.code)));
+  for (const NumberRow& row : kNumbers) settings.Set(kSection, row.key, std::to_string(row.get(state)));
   settings.Set(kSection, kCodePageKey, state.commands.application.japanese_code_page ? "1" : "0");
   settings.Set(kSection, kDialUpKey, SystemCharsets().HostToUtf8(state.commands.post.dial_up.entry));
-  std::error_code error;
-  fs::create_directories(file.parent_path(), error);
-  if (auto reason = WriteSafely(file, settings.Text())) return request.Fail(*std::move(reason));
+  if (const auto reason = SaveSafely(file, settings.Text())) return request.Fail(*reason);
   return Request::Done(true);
 }
 
 // The files of accounts and settings, which a macro has changed.
 std::optional<std::string> ReadAnew(HostState& state) {
   if (auto reason = state.commands.accounts.Reload()) return reason;
-  return ReadConfig(state);
+  auto reason = ReadConfig(state);
+  RemakeLists(state);
+  DrawTitleList(state);
+  return reason;
 }
 
 Answer EnvChanged(Request& request) {
@@ -106,10 +131,9 @@ Answer StatusBar(Request& request) {
   return request.AnswerText(status.empty() ? MailsInList(request.state) : status);
 }
 
-// A mail shows whole: nothing is scrolled away above it.
-Answer FirstLineShown(Request&) { return Request::AnswerNumber(0); }
-
-Answer IsTrayIcon(Request&) { return Request::Done(false); }
+Answer FirstLineShown(Request& request) {
+  return Request::AnswerNumber(static_cast<Slot>(request.state.view.first_line));
+}
 
 // --- The end ---
 
@@ -131,9 +155,9 @@ Answer Restart(Request& request) {
 
 constexpr Service kServices[] = {
     {11, nullptr, Exit, "ends the macro behind this statement, and the program"},
-    {39, nullptr, IsTrayIcon, "0: the small host has no icon in the tray"},
     {70, nullptr, EnvChanged, "reads accounts and settings anew from their files"},
-    {164, nullptr, FirstLineShown, "0: a mail shows whole, from its first line"},
+    {164, nullptr, FirstLineShown,
+     "line of the open mail that is at the top of its window, which 40042 and 40043 scroll"},
     {168, "I", SetQuietMode, "on: questions take what they propose, sounds are not told"},
     {192, nullptr, SaveConfig, "writes the settings to their file; 0 when it cannot be written"},
     {254, nullptr, EnvChanged, "as 70"},
@@ -158,7 +182,9 @@ std::optional<std::string> ReadConfig(HostState& state) {
   if (!text) return WhyUnreadable(file);
   const SettingsText settings(*text);
   for (const NumberRow& row : kNumbers) {
-    if (const auto value = settings.Value(kSection, row.key)) state.Setting(row.code) = NumberOf(*value);
+    const auto value = settings.Value(kSection, row.key);
+    const std::int64_t number = value ? NumberOf(*value) : -1;
+    if (number >= 0 && number <= row.last) row.set(state, number);
   }
   if (const auto value = settings.Value(kSection, kCodePageKey))
     state.commands.application.japanese_code_page = *value == "1";

@@ -7,7 +7,7 @@
 #include "host/mail/file_reasons.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/selected_mails_win.h"
+#include "host/services/selection_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/progress.h"
 
@@ -17,8 +17,9 @@ namespace {
 enum Which : Slot { kList = 0, kSelected = 1, kAllFolders = 2 };
 enum Encoding : Slot { kUtf8WithMark = 0, kHostText = 1 };
 
-std::vector<std::size_t> MailsOf(HostState& state, Slot which) {
-  if (which == kSelected) return SelectedMails(state);
+std::vector<std::size_t> MailsOf(Request& request, Slot which) {
+  HostState& state = request.state;
+  if (which == kSelected) return SelectedMails(request);
   if (which == kList) return state.MailsOf(state.folder());
   std::vector<std::size_t> mails;
   for (std::size_t folder = 0; folder < state.folders().size(); ++folder) {
@@ -88,7 +89,7 @@ Answer Export(Request& request) {
   if (request.Number(3) != 0 && !request.HasText(3)) return request.Fail("the columns cannot be read");
   const auto columns = ParseCsvColumns(SystemCharsets().HostToUtf8(request.Text(3)));
   if (const auto* word = std::get_if<std::string>(&columns)) return request.Fail("no column '" + *word + "'");
-  const std::vector<std::size_t> mails = MailsOf(state, which);
+  const std::vector<std::size_t> mails = MailsOf(request, which);
   std::string table = Table(state, mails, std::get<std::vector<CsvColumn>>(columns));
   table = encoding == kHostText ? SystemCharsets().Utf8ToHost(table) : "\xEF\xBB\xBF" + table;
   const std::filesystem::path file = PathFromUtf8(SystemCharsets().HostToUtf8(request.Text(0)));

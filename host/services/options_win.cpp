@@ -52,6 +52,7 @@ Answer SelectCharset(Request& request) {
   for (const CharsetRow& row : kCharsetRows) {
     if (row.command != request.Number(0)) continue;
     if (request.state.HasDraft()) {
+      request.state.writing.draft->charset = row.name;
       SetHeader(request.state.EditCurrent(), "Content-Type", "text/plain; charset=" + std::string(row.name),
                 0);
     }

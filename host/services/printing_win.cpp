@@ -1,6 +1,6 @@
 // Printing: no printer is used, what would be printed is listed on standard error.
 #include "host/requests/request_server_win.h"
-#include "host/services/selected_mails_win.h"
+#include "host/services/selection_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/terminal_win.h"
@@ -26,7 +26,7 @@ Answer End(Request& request) {
   HostState& state = request.state;
   if (!state.commands.application.printing) return request.Fail("no print job was begun");
   state.commands.application.printing = false;
-  for (const std::size_t mail : SelectedMails(state)) {
+  for (const std::size_t mail : SelectedMails(request)) {
     const std::string names = AttachmentNames(state, mail);
     TheTerminal().Error("would print: " + ShownHostText(state.Header(mail, "Subject")) +
                         (names.empty() ? "" : " (attachments: " + ShownHostText(names) + ")") + "\n");

@@ -3,11 +3,13 @@
 #include <system_error>
 
 #include "host/charset/charsets.h"
+#include "host/mail/filing.h"
 #include "host/mail/inbox_folder.h"
 #include "host/mail/mail_store.h"
 #include "host/mail/outbox_folder.h"
+#include "host/mail/safe_saving.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/selected_mails_win.h"
+#include "host/services/selection_win.h"
 #include "host/services/services_win.h"
 #include "host/services/transmission_win.h"
 #include "host/terminal/terminal_win.h"
@@ -53,7 +55,7 @@ Answer Reload(Request& request) {
 // Those that are the same mails as the selected ones, by their Message-IDs.
 Answer DeleteRemote(Request& request) {
   std::vector<std::string> ids;
-  for (const std::size_t mail : SelectedMails(request.state)) {
+  for (const std::size_t mail : SelectedMails(request)) {
     ids.push_back(request.state.Header(mail, "Message-ID"));
   }
   std::size_t count = 0;
@@ -75,11 +77,10 @@ Answer Upload(Request& request) {
   if (Post(request).imap.empty()) return request.Fail(kNoImap);
   HostState& state = request.state;
   std::size_t count = 0;
-  for (const std::size_t mail : SelectedMails(state)) {
+  for (const std::size_t mail : SelectedMails(request)) {
     const fs::path name = state.Mail(mail).source.stem();
-    const fs::path file = FreePath(Post(request).imap, PathFromUtf8(PathToUtf8(name) + ".eml"));
-    if (auto reason = CopyMail(state.Mail(mail).raw, Post(request).imap, file.filename()))
-      return request.Fail(*std::move(reason));
+    const fs::path file = FreeName(Post(request).imap / PathFromUtf8(PathToUtf8(name) + ".eml"));
+    if (const auto reason = SaveSafely(file, state.Mail(mail).raw)) return request.Fail(*reason);
     ++count;
   }
   if (count == 0) return request.Fail("no mail is selected");

@@ -13,6 +13,7 @@
 #include "host/mail/outbox_folder.h"
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
+#include "host/requests/shown_list.h"
 #include "host/services/folder_lookup_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/progress.h"
@@ -60,6 +61,13 @@ std::variant<std::vector<StoredMail>, std::string> MailsToImport(const std::file
   return all;
 }
 
+// The mails from `first` on were received by this import.
+void NoteReception(HostState& state, std::size_t first) {
+  state.reception.Begin();
+  for (std::size_t mail = first; mail < state.mail_count(); ++mail)
+    state.reception.Add(mail, AccountOf(state, mail));
+}
+
 // path, file type, 1 = as just received, four options that are not looked at. Answers the number of mails.
 Answer Import(Request& request) {
   if (!IsImportType(request.Number(1)))
@@ -70,9 +78,13 @@ Answer Import(Request& request) {
   for (StoredMail& mail : mails) {
     if (request.Number(2) == 1) mail.flags &= ~(kMailRead | kMailOld);
   }
-  const std::size_t count = mails.size();
-  request.state.Import(std::move(mails), request.state.folder());
-  return Request::AnswerNumber(static_cast<Slot>(count));
+  const std::size_t first = request.state.mail_count();
+  const std::string failure = request.state.Import(std::move(mails), request.state.folder());
+  if (request.Number(2) == 1) NoteReception(request.state, first);
+  // Those that could be written stay.
+  Answer answer = failure.empty() ? Answer{} : request.Fail(failure);
+  answer.value = static_cast<Slot>(request.state.mail_count() - first);
+  return answer;
 }
 
 // --- Export ---
@@ -95,9 +107,12 @@ std::string BytesOf(Request& request, std::size_t mail, Slot encoding, bool fold
   return encoding == kUtf8 ? SystemCharsets().HostToUtf8(text) : text;
 }
 
+// While a selection is locked its mails, else those of the folder.
 std::vector<ExportedMail> MailsToExport(Request& request) {
+  const Selection& selection = request.state.selection;
   std::vector<ExportedMail> mails;
-  const std::vector<std::size_t> list = request.state.MailsOf(request.state.folder());
+  const std::vector<std::size_t> list =
+      selection.IsLocked() ? selection.Locked() : request.state.MailsOf(request.state.folder());
   Progress progress("exporting mails", list.size());
   for (const std::size_t mail : list) {
     progress.Step();
@@ -165,6 +180,8 @@ std::vector<std::size_t> MailsToCompare(Request& request) {
   const bool all = (request.Number(2) & kDuplicatesUnder) != 0;
   for (std::size_t folder = 0; folder < request.state.folders().size(); ++folder) {
     if (!all && first != folder && second != folder) continue;
+    // Its mails lie in other folders: none is a copy of itself.
+    if (all && request.state.folders()[folder].kind == FolderKind::kSearch) continue;
     const std::vector<std::size_t> list = request.state.MailsOf(folder);
     mails.insert(mails.end(), list.begin(), list.end());
   }
@@ -189,7 +206,7 @@ Answer CheckDuplicates(Request& request) {
     for (const std::size_t mail : commands.found) request.state.Remove(mail);
     commands.found.clear();
   }
-  request.state.found_selected = !remove && count > 0;
+  if (!remove && count > 0) request.state.selection.Select(commands.found);
   return Request::AnswerNumber(static_cast<Slot>(count));
 }
 
@@ -201,9 +218,8 @@ Answer SetOptions(Request& request) {
 
 constexpr Service kServices[] = {
     {119, "TIIIIII", WithRoot<Import>,
-     "number of mails read from the file, or the .eml files of the folder, into the open mail's folder, in "
-     "memory; "
-     "\"auto\" looks at the file; \"recv\" makes them unread; other options are not looked at"},
+     "number of mails read from the file, or the .eml files of the folder, and written into the current "
+     "folder; \"auto\" looks at the file; \"recv\" makes them unread; other options are not looked at"},
     {120, "TIIIIII", Export,
      "number of mails of the open mail's folder that were [written](#export); the counts are those of "
      "`Export_SuccessCount`, `Export_FailedCount`"},

@@ -8,9 +8,9 @@
 #include <filesystem>
 #include <iterator>
 #include <optional>
-#include <variant>
 #include <vector>
 
+#include "host/base/ascii.h"
 #include "host/base/time_stamp_win.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
@@ -18,6 +18,7 @@
 #include "host/mail/inbox_folder.h"
 #include "host/mail/mail_store.h"
 #include "host/mail/send_program_win.h"
+#include "host/requests/shown_list.h"
 #include "host/services/draft_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/host_text.h"
@@ -59,50 +60,50 @@ bool IsRealFolder(const fs::path& path) {
   return fs::is_directory(path, error);
 }
 
-// Where a mail of an account comes to: the folder that is named like the account, else the open one; for an
-// mbox, whose file stays as it is, the folder that holds it.
-fs::path FolderFor(HostState& state, const std::string& account) {
-  const std::string name = Utf8(account);
-  for (const MailFolder& folder : state.folders()) {
-    if (folder.name == name && IsRealFolder(folder.path)) return folder.path;
-  }
-  if (state.folders().empty()) return Post(state).mails;
-  const fs::path open = state.folders()[state.folder()].path;
-  if (IsRealFolder(open)) return open;
-  return open.has_parent_path() ? open.parent_path() : fs::path(".");
-}
+bool HoldsMails(const MailFolder& folder) { return !folder.removed && folder.kind != FolderKind::kSearch; }
 
-// The mail moved, or fetched, to its folder: its path there, or why there is none.
-std::variant<fs::path, std::string> Bring(HostState& state, const TransmissionStep& step) {
-  const fs::path folder = FolderFor(state, step.account);
-  if (step.kind == Kind::kReceive) return TakeMail(step.file, folder);
-  const auto raw = ReadWholeFile(step.file);
-  if (!raw || raw->empty()) return "cannot read " + PathToUtf8(step.file);
-  if (auto reason = CopyMail(*raw, folder, step.file.filename())) return *std::move(reason);
-  return folder / step.file.filename();
+// Where a mail of an account comes to: the folder that is named like the account, else the open one; while that shows
+// what a search finds, the first.
+std::size_t FolderFor(HostState& state, const std::string& account) {
+  const std::vector<MailFolder>& folders = state.folders();
+  const std::string name = Utf8(account);
+  const auto named = std::ranges::find_if(
+      folders, [&](const MailFolder& folder) { return HoldsMails(folder) && folder.name == name; });
+  if (named != folders.end()) return static_cast<std::size_t>(named - folders.begin());
+  if (state.folder() < folders.size() && HoldsMails(folders[state.folder()])) return state.folder();
+  const auto first = std::ranges::find_if(folders, HoldsMails);
+  if (first != folders.end()) return static_cast<std::size_t>(first - folders.begin());
+  std::error_code error;
+  fs::create_directories(Post(state).mails, error);
+  return state.FolderAt(Post(state).mails);
 }
 
 std::optional<std::string> Receive(HostState& state, const TransmissionStep& step) {
-  const auto brought = Bring(state, step);
-  if (const auto* reason = std::get_if<std::string>(&brought)) return *reason;
   const std::size_t first = state.mail_count();
-  if (auto reason = state.AddMails(std::get<fs::path>(brought), MailStore::Unreadable::kRefuse))
-    return reason;
-  for (std::size_t mail = first; mail < state.mail_count(); ++mail) {
-    state.Mail(mail).flags &= ~(kMailRead | kMailOld);
-    state.reception.Add(mail, step.account);
-  }
-  return std::nullopt;
+  const std::string reason =
+      state.Receive(step.file, FolderFor(state, step.account), step.kind == Kind::kFetch);
+  for (std::size_t mail = first; mail < state.mail_count(); ++mail) state.reception.Add(mail, step.account);
+  return reason.empty() ? std::nullopt : std::optional(reason);
+}
+
+// Whether a folder has a mail of the server: under the same name, or in an mbox with the same bytes.
+bool Has(HostState& state, std::size_t folder, const fs::path& file) {
+  std::error_code error;
+  const MailFolder& here = state.folders()[folder];
+  if (here.kind == FolderKind::kFolder) return fs::exists(here.path / file.filename(), error);
+  const std::string raw = ReadWholeFile(file).value_or("");
+  return std::ranges::any_of(state.MailsOf(folder), [&](std::size_t mail) {
+    return Trim(state.Mail(mail).raw) == Trim(raw);  // an mbox ends each mail with a line end
+  });
 }
 
 // What the folder of the server has for an account. Of mails that stay there, only those that the account's
-// folder does not have under the same name.
+// folder does not have.
 void AddMailsOf(HostState& state, std::vector<TransmissionStep>& steps, Kind kind, const fs::path& server,
                 const std::string& account) {
-  const fs::path folder = FolderFor(state, account);
-  std::error_code error;
+  const std::size_t folder = FolderFor(state, account);
   for (fs::path& file : MailFilesOf(server)) {
-    if (kind == Kind::kFetch && fs::exists(folder / file.filename(), error)) continue;
+    if (kind == Kind::kFetch && Has(state, folder, file)) continue;
     steps.push_back({kind, std::move(file), account});
   }
 }
@@ -125,17 +126,20 @@ std::vector<TransmissionStep> StepsToReceive(HostState& state, Kind kind, bool a
 
 // --- Sending ---
 
-// What a reader sees of a mail, without the headers that only say how it is packed.
+// What a reader sees of a mail, without the headers that only say how it is packed, and the stamp that we gave it.
 void ShowWouldSend(const std::string& raw) {
   const HostMessage message = MakeHostMessage(raw);
+  const bool stamped =
+      Trim(HeaderValue(message.text, "Message-ID").value_or("")).ends_with("@wrenfold.invalid>");
   std::string shown;
   for (std::size_t at = 0;;) {
     const auto header = FieldAt(message.text, at);
     if (!header) break;
     at += header->lines.size();
-    const bool packing =
-        header->Is("MIME-Version") || header->Is("Content-Type") || header->Is("Content-Transfer-Encoding");
-    if (!packing) shown += header->lines;
+    const bool left_out = header->Is("MIME-Version") || header->Is("Content-Type") ||
+                          header->Is("Content-Transfer-Encoding") ||
+                          (stamped && (header->Is("Date") || header->Is("Message-ID")));
+    if (!left_out) shown += header->lines;
   }
   shown += "\r\n" + message.text.substr(message.body_offset);
   for (const Attachment& attachment : message.attachments) {
@@ -155,7 +159,7 @@ void ShowWouldSend(const std::string& raw) {
 std::optional<std::string> Send(HostState& state, const TransmissionStep& step) {
   const PostOffice& post = Post(state);
   const auto before = ReadWholeFile(step.file);
-  const OutgoingStamp stamp{DateHeaderNow(), UniqueNameNow(), Utf8(OwnAddress(state))};
+  const MailStamp stamp{DateHeaderNow(), UniqueNameNow(), Utf8(OwnAddress(state))};
   return post.outbox.Send(step.file, stamp, [&](const fs::path& file, const std::string&) {
     if (!post.send_with.empty()) return SendWithProgram(post.send_with, file);
     ShowWouldSend(*before);
@@ -165,7 +169,8 @@ std::optional<std::string> Send(HostState& state, const TransmissionStep& step) 
 
 std::vector<TransmissionStep> StepsToSend(HostState& state) {
   std::vector<TransmissionStep> steps;
-  for (fs::path& file : Post(state).outbox.Waiting()) steps.push_back({Kind::kSend, std::move(file), ""});
+  for (fs::path& file : Post(state).outbox.Waiting(DateHeaderNow()))
+    steps.push_back({Kind::kSend, std::move(file), ""});
   return steps;
 }
 
@@ -324,9 +329,9 @@ constexpr Command kCommands[] = {
 
 // --- For other services ---
 
-std::vector<std::string> AccountNames(const HostState& state) {
+std::vector<std::string> AccountNames(HostState& state) {
   std::vector<std::string> names = state.commands.accounts.Names();
-  if (names.empty()) names.emplace_back("local");
+  if (names.empty()) names.push_back(FirstAccount(state));
   return names;
 }
 
@@ -346,6 +351,10 @@ Answer PostNow(Request& request, std::string_view mail) {
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
+  if (!IsDue(mail, DateHeaderNow())) {
+    Tell(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
+    return Request::Done(true);
+  }
   FinishTransmission(request.state);
   return Transmit(request, kSendNow, {{Kind::kSend, file, ""}});
 }
@@ -354,8 +363,10 @@ std::string WaitingMails(HostState& state) {
   const PostOffice& post = Post(state);
   const std::size_t count = post.put > 0 ? post.outbox.Waiting().size() : 0;
   if (count == 0) return "";
+  const std::size_t deferred = count - post.outbox.Waiting(DateHeaderNow()).size();
   return MailsInWords(count) + (count == 1 ? " waits in " : " wait in ") + PathToUtf8(post.outbox.folder()) +
-         "; TransmitCustom(0) or SendRemain() sends " + (count == 1 ? "it" : "them");
+         "; TransmitCustom(0) or SendRemain() sends " + (count == 1 ? "it" : "them") +
+         (deferred > 0 ? ", " + std::to_string(deferred) + " not before Deferred-Delivery" : "");
 }
 
 const ServiceFamily kTransmissionServices = {kServices, kCommands};

@@ -25,6 +25,6 @@ std::string WaitingMails(HostState& state);
 inline constexpr char kNoImap[] = "no IMAP server: --imap DIR names a folder that stands for one";
 
 // The accounts' names as host text; "local" when there are none. The first one is the current account.
-std::vector<std::string> AccountNames(const HostState& state);
+std::vector<std::string> AccountNames(HostState& state);
 
 }  // namespace wrenfold

@@ -12,12 +12,14 @@
 #include "host/macro/run.h"
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/draft_side_win.h"
 #include "host/services/services_win.h"
 #include "host/services/transmission_win.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt_side_win.h"
 #include "host/session/work_files_win.h"
+#include "host/session/written_mails_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/progress_win.h"
@@ -39,9 +41,18 @@ bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LA
 
 // --- The run ---
 
+// Does what a macro asked for the time when it ends.
+void EndMacro(HostState& state) {
+  std::optional<std::string>& pack = state.folder_state().find_pack_to_restore;
+  if (pack) state.commands.find_pack = *std::move(pack);
+  pack.reset();
+}
+
 int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
   for (const LoadedMacro& loaded : macros) {
+    state.writing.macro = loaded.file;
     const auto problem = interpreter.Run(loaded.program);
+    EndMacro(state);
     if (state.commands.application.exit_asked) return kFine;
     if (problem) return Fail(Located(loaded.file, *problem));
   }
@@ -70,11 +81,14 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server);
   const OtherWindowsMacros other_windows(host);
+  const WrittenMail written_mail(state);
   macro::Interpreter interpreter(host);
   int result = RunMacros(macros, interpreter, state);
+  state.writing.macro.clear();
   const bool goes_on = result == kFine && !state.commands.application.exit_asked;
   if (goes_on && options.prompt) result = RunPrompt(interpreter, state);
   EndTransmission(state);
+  if (!KeepAtEnd(state)) result = kFailed;
   Summarise(server, options.trace);
   return result;
 }
@@ -90,6 +104,7 @@ int RunMacroSession(const Options& options) {
   }
   ShowProgressOnTerminal();
   HostState state;
+  state.set_read_only(options.read_only);
   if (const auto reason = OpenWorkFiles(options, state)) return Fail(*reason);
   auto library = Library::Load();
   if (const auto* reason = std::get_if<std::string>(&library)) return Fail(*reason);

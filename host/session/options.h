@@ -14,15 +14,18 @@ struct Options {
   std::vector<std::string> mails;   // files and folders, UTF-8
   std::vector<std::string> macros;  // run in this order
   // Of several the last counts.
-  std::vector<std::string> accounts;   // file
-  std::vector<std::string> templates;  // folder
-  std::vector<std::string> books;      // address book, file
-  std::vector<std::string> inboxes;    // these three: folder
+  std::vector<std::string> accounts;     // file
+  std::vector<std::string> templates;    // folder
+  std::vector<std::string> books;        // address books, files; all count, the last is selected
+  std::vector<std::string> drafts;       // folder
+  std::vector<std::string> send_macros;  // run before a mail is sent
+  std::vector<std::string> inboxes;      // these three: folder
   std::vector<std::string> outboxes;
   std::vector<std::string> imaps;
   std::vector<std::string> send_with;  // command line
   std::vector<std::string> answers;    // to questions, file
   bool strict_mails = false;           // a file in a folder that cannot be read is an error
+  bool read_only = false;              // filing changes no file
   bool trace = false;
   bool prompt = false;
   bool help = false;

@@ -9,6 +9,7 @@
 #include "host/mail/program_line.h"
 #include "host/mapi/server_win.h"
 #include "host/services/application_win.h"
+#include "host/session/written_mails_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/questions_win.h"
 
@@ -23,7 +24,6 @@ std::optional<std::string> OpenMails(const Options& options, HostState& state) {
   for (const std::string& mail : options.mails) {
     if (auto reason = state.AddMails(PathFromUtf8(mail), unreadable)) return reason;
   }
-  for (const std::string& reason : state.skipped_mails()) Complain(reason + " (skipped)");
   return std::nullopt;
 }
 
@@ -41,8 +41,8 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
   const auto accounts =
       options.accounts.empty() ? DefaultAccounts(options) : PathFromUtf8(options.accounts.back());
   if (auto reason = commands.accounts.Open(accounts)) return reason;
-  if (!options.books.empty()) {
-    if (auto reason = commands.book.Open(PathFromUtf8(options.books.back()))) return reason;
+  for (const std::string& book : options.books) {
+    if (auto reason = commands.books.Open(PathFromUtf8(book))) return reason;
   }
   if (options.templates.empty()) return std::nullopt;
   const std::filesystem::path folder = PathFromUtf8(options.templates.back());
@@ -52,18 +52,25 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
   return std::nullopt;
 }
 
-// Where inbox, outbox and settings are unless an option says so: "wrenfold" beside the first mail or folder of
+// Where inbox, outbox and settings are unless an option says so: kOwnFolder beside the first mail or folder of
 // mails; without mails the home, whose outbox is that of the mails of other programs.
 fs::path PostFolder(const Options& options) {
   if (options.mails.empty()) return PathFromUtf8(MapiHome(options.home));
   const fs::path mails = PathFromUtf8(options.mails[0]);
   const fs::path named = mails.has_filename() ? mails : mails.parent_path();
   return (named.filename() == "." || named.filename() == ".." ? named / ".." : named.parent_path()) /
-         "wrenfold";
+         kOwnFolder;
 }
 
 fs::path LastOr(const std::vector<std::string>& given, const fs::path& otherwise) {
   return given.empty() ? otherwise : PathFromUtf8(given.back());
+}
+
+// Where mails wait is no folder of mails, also where --mail names the folder around it.
+void LeaveOutPostFolders(const Options& options, HostState& state) {
+  for (const std::vector<std::string>* given : {&options.inboxes, &options.outboxes, &options.imaps}) {
+    if (!given->empty()) state.LeaveOut(PathFromUtf8(given->back()));
+  }
 }
 
 std::optional<std::string> OpenPostOffice(const Options& options, HostState& state) {
@@ -98,7 +105,10 @@ std::optional<std::string> OpenAnswers(const Options& options) {
 }  // namespace
 
 std::optional<std::string> OpenWorkFiles(const Options& options, HostState& state) {
+  LeaveOutPostFolders(options, state);
   if (auto reason = OpenMails(options, state)) return reason;
+  if (auto reason = OpenDrafts(options, state)) return reason;
+  for (const std::string& reason : state.skipped_mails()) Complain(reason + " (skipped)");
   if (auto reason = OpenCommandFiles(options, state.commands)) return reason;
   if (auto reason = OpenPostOffice(options, state)) return reason;
   return OpenAnswers(options);

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "host/base/ascii.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 
@@ -36,6 +37,17 @@ std::optional<std::string> AskUser(std::string_view question) {
   const std::string shown = answer->empty() ? "" : " " + Printable(*answer);
   TheTerminal().Error("asked: " + std::string(question) + shown + "\n");
   return answer;
+}
+
+bool UserAgrees(std::string_view question) {
+  Asking& asking = TheAsking();
+  std::optional<std::string> answer = asking.quiet ? std::string() : asking.script.Next();
+  const std::string shown = answer && !answer->empty() ? " " + Printable(*answer) : "";
+  TheTerminal().Error(std::string(question) + " [y/N]" + shown + "\n");
+  if (!answer && asking.proposals_only) return true;
+  if (!answer) answer = TheTerminal().ReadLine("");
+  const std::string word = Lower(Trim(answer.value_or("")));
+  return word == "y" || word == "yes";
 }
 
 }  // namespace wrenfold

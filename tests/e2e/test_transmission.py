@@ -90,7 +90,35 @@ class Outbox(TransmissionTest):
         result = self.run_here(WRITE + 'print SendLater(), SendNow(), CurrentHeader("Subject")\n',
                                "--outbox", "blocked/outbox", "--trace")
         self.assertEqual((result.out, result.code), ("00日本語の件名\n", 0))
-        self.assertIn("(cannot write blocked", result.err)
+        self.assertIn("(cannot make the folder blocked/outbox)", result.err)
+
+
+    def test_a_deferred_mail_waits_for_its_time(self):
+        defer = 'SetMailTransmitDate("{}")\n'
+        result = self.run_here(WRITE + defer.format("1 Jan 2125 10:00:00 +0900") + "print SendNow(), SendRemain(), SentMailCount()\n")
+        self.assertEqual((result.out, result.code), ("110\n", 0))
+        self.assertIn("the mail waits in the outbox for the time of its Deferred-Delivery\n", result.err)
+        self.assertIn("1 mail waits in", result.err)
+        self.assertIn("sends it, 1 not before Deferred-Delivery\n", result.err)
+        self.assertNotIn("would send", result.err)
+        self.assertEqual((len(self.names(self.outbox)), self.names(self.sent)), (1, []))
+        result = self.run_here(WRITE + defer.format("1 Jan 2025 10:00:00 +0900") + "print SendNow(), SentMailCount()\n")
+        self.assertEqual((result.out, result.code), ("11\n", 0))
+        self.assertEqual(self.only(self.sent)["Deferred-Delivery"], "1 Jan 2025 10:00:00 +0900")
+
+    def test_the_copy_of_a_sent_mail_is_the_mail_that_was_sent(self):
+        self.run_here(WRITE + 'MakeFolder("kept", null)\nSetSentFolder("kept", null)\nprint SendNow()\n')
+        kept = [file.read_bytes() for file in (self.mails / "kept").iterdir()]
+        self.assertEqual(kept, [file.read_bytes() for file in self.sent.iterdir()])
+
+    def test_where_mails_wait_is_no_folder_of_mails(self):
+        (self.mails / "sub/wrenfold/inbox").mkdir(parents=True)
+        (self.mails / "sub/wrenfold/inbox/x.eml").write_bytes(b"Subject: x\r\n\r\n")
+        (self.mails / "server").mkdir()
+        (self.mails / "server/y.eml").write_bytes(b"Subject: y\r\n\r\n")
+        macro = 'print SelectFolder("wrenfold"), SelectFolder("inbox"), SelectFolder("server"), SelectFolder("sub")\n'
+        self.assertEqual(self.run_here(macro).out, "0011\n")
+        self.assertEqual(self.run_here(macro, "--inbox", "mails/server").out, "0001\n")
 
 
 class Inbox(TransmissionTest):
@@ -104,7 +132,7 @@ class Inbox(TransmissionTest):
         result = self.run_here("print ReceiveAll(), MailCount()\n", "--inbox", "inbox", "--accounts", accounts)
         self.assert_output(result._replace(err=""), "12\n")
         # The mail that was there, and the received one under a free name.
-        self.assertEqual(self.names(self.mails), ["a-2.eml", "a.eml", "office"])
+        self.assertEqual(self.names(self.mails), ["a (2).eml", "a.eml", "office"])
         self.assertEqual(self.names(self.mails / "office"), ["b.eml", "w.eml"])
 
     def test_without_mails_the_received_ones_are_the_first(self):

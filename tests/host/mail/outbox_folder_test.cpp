@@ -14,7 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kMail[] = "To: a@x\r\n\r\nt\r\n";
-const OutgoingStamp kStamp{"d", "u", "b@x"};
+const MailStamp kStamp{"d", "u", "b@x"};
 
 class Folders : public testing::Test {
  protected:
@@ -88,56 +88,35 @@ TEST_F(Outbox, SendsInOrderOfNamesAndNotWhatIsUnfinishedOrUnsent) {
   EXPECT_EQ(outbox_.Waiting(), (std::vector<fs::path>{root_ / "outbox/a.EML", root_ / "outbox/b.eml"}));
 }
 
+TEST_F(Outbox, ADeferredMailWaitsForItsTime) {
+  Put("outbox/a.eml", std::string("Deferred-Delivery: Sat, 22 Nov 2025 10:00:00 +0900\r\n") + kMail);
+  Put("outbox/b.eml", kMail);
+  const fs::path deferred = root_ / "outbox/a.eml";
+  const fs::path other = root_ / "outbox/b.eml";
+  EXPECT_EQ(outbox_.Waiting("Sat, 22 Nov 2025 00:59:59 +0000"), std::vector<fs::path>{other});
+  EXPECT_EQ(outbox_.Waiting("Sat, 22 Nov 2025 01:00:00 +0000"), (std::vector<fs::path>{deferred, other}));
+  EXPECT_EQ(outbox_.Waiting(), (std::vector<fs::path>{deferred, other})) << "whatever the time is";
+}
+
 TEST_F(Outbox, NoMailTakesThePlaceOfAnother) {
   fs::path first;
   fs::path second;
   outbox_.Add("To: 1@x\r\n\r\n", "u", first);
   outbox_.Add("To: 2@x\r\n\r\n", "u", second);
-  EXPECT_EQ(second.filename(), "u-2.eml");
+  EXPECT_EQ(second.filename(), "u (2).eml");
   Put("Sent/u.eml", "older");
   outbox_.Send(first, kStamp, Taken);
   EXPECT_EQ(Bytes(root_ / "Sent/u.eml"), "older");
-  EXPECT_NE(Bytes(root_ / "Sent/u-2.eml").find("1@x"), std::string::npos);
+  EXPECT_NE(Bytes(root_ / "Sent/u (2).eml").find("1@x"), std::string::npos);
 }
 
 TEST_F(Outbox, TellsWhyItCannotBeWritten) {
   Put("outbox", "a file in the place of the folder");
   fs::path file;
-  EXPECT_EQ(outbox_.Add(kMail, "u", file), "cannot write " + (root_ / "outbox").string());
+  EXPECT_EQ(outbox_.Add(kMail, "u", file), "cannot make the folder " + (root_ / "outbox").string());
 }
 
 using Inbox = Folders;
-
-TEST_F(Inbox, AMailMovesWhole) {
-  const fs::path file = Put("inbox/a.eml", kMail);
-  const auto taken = TakeMail(file, root_ / "mails");
-  ASSERT_TRUE(std::holds_alternative<fs::path>(taken));
-  EXPECT_EQ(std::get<fs::path>(taken), root_ / "mails/a.eml");
-  EXPECT_EQ(Bytes(root_ / "mails/a.eml"), kMail);
-  EXPECT_FALSE(fs::exists(file));
-}
-
-TEST_F(Inbox, AMailOfTheSameNameStays) {
-  Put("mails/a.eml", "older");
-  TakeMail(Put("inbox/a.eml", kMail), root_ / "mails");
-  EXPECT_EQ(Bytes(root_ / "mails/a.eml"), "older");
-  EXPECT_EQ(Bytes(root_ / "mails/a-2.eml"), kMail);
-}
-
-TEST_F(Inbox, WhatCannotBeTakenStaysAndIsTold) {
-  const fs::path empty = Put("inbox/empty.eml", "");
-  fs::create_directories(root_ / "inbox/folder.eml");
-  EXPECT_EQ(std::get<std::string>(TakeMail(empty, root_ / "mails")),
-            "cannot read " + empty.string() + ": the file is empty");
-  EXPECT_EQ(std::get<std::string>(TakeMail(root_ / "inbox/folder.eml", root_ / "mails")),
-            "cannot read " + (root_ / "inbox/folder.eml").string());
-  const fs::path file = Put("inbox/a.eml", kMail);
-  Put("mails", "a file in the place of the folder");
-  EXPECT_EQ(std::get<std::string>(TakeMail(file, root_ / "mails")),
-            "cannot make the folder " + (root_ / "mails").string());
-  EXPECT_TRUE(fs::exists(empty));
-  EXPECT_EQ(Bytes(file), kMail);
-}
 
 TEST_F(Inbox, AnAccountsFolderLiesBelowTheServers) {
   EXPECT_EQ(AccountFolder(root_, "work"), root_ / "work");

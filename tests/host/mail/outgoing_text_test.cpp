@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "host/mime/message.h"
+#include <string>
 
 namespace wrenfold {
 namespace {
 
-const OutgoingStamp kStamp{"Sat, 22 Nov 2025 10:00:00 +0900", "u-1", "bob@example.com"};
+const MailStamp kStamp{"Sat, 22 Nov 2025 10:00:00 +0900", "u-1", "bob@example.com"};
 
 TEST(FinishedMail, GetsWhatItLacksAndLosesOurOwnHeaders) {
   const struct {
@@ -59,25 +59,32 @@ TEST(FinishedMail, WaitsForItsWriterWhenItSaysSo) {
   EXPECT_TRUE(IsToBeSent("To: a@x\r\n\r\nX-Unsent: 1\r\n"));
 }
 
-// Read back by the host's own reader: Shift-JIS text, an escape, a name with a comma, a folded header.
-TEST(WrittenMail, ReadsBackAsItWasWritten) {
-  const std::string host =
-      "To: \"\x93\xFA, \x1A\xE9\x80\x85\" <a@x.jp>, b@x\r\nSubject: \x93\xFA\x96\x7B\r\n \x8C\xEA\r\n"
-      "X-Plain: one\r\n two\r\n\r\n\x96\x7B\x95\xB6\r\nASCII\r\n";
-  const std::string mail = MailOfHostText(host);
-  for (const char c : mail) EXPECT_LT(static_cast<unsigned char>(c), 0x80);
-  const HostMessage read = MakeHostMessage(mail);
-  EXPECT_EQ(read.text.substr(read.body_offset), "\x96\x7B\x95\xB6\r\nASCII\r\n");
-  EXPECT_NE(read.text.find("\x1A\xE9\x80\x85"), std::string::npos) << read.text;
-  EXPECT_NE(read.text.find("<a@x.jp>,\r\n b@x\r\n"), std::string::npos) << read.text;
-  EXPECT_NE(read.text.find("Subject: \x93\xFA\x96\x7B \x8C\xEA\r\n"), std::string::npos) << read.text;
-  EXPECT_NE(read.text.find("X-Plain: one\r\n two\r\n"), std::string::npos) << read.text;
+TEST(DeferredMail, IsDueWhenItsTimeHasCome) {
+  const struct {
+    const char* header;
+    bool expected;
+    const char* why;
+  } cases[] = {
+      {"Deferred-Delivery: Sat, 22 Nov 2025 09:59:59 +0900", true, "a second ago"},
+      {"Deferred-Delivery: Sat, 22 Nov 2025 10:00:00 +0900", true, "just now"},
+      {"Deferred-Delivery: Sat, 22 Nov 2025 10:00:01 +0900", false, "in a second"},
+      {"deferred-delivery: Sat, 22 Nov 2025 00:00:00 -0200", false, "an hour to go in another zone"},
+      {"Deferred-Delivery: 22 Nov 2025 10:00:01", false, "without a zone, on this clock"},
+      {"Deferred-Delivery: 2025/11/22 10:00:00", true, "in another form"},
+      {"Deferred-Delivery: tomorrow", true, "no date"},
+      {"Subject: s", true, "not deferred"},
+  };
+  for (const auto& [header, expected, why] : cases) {
+    EXPECT_EQ(IsDue(std::string(header) + "\r\n\r\n", kStamp.date), expected) << why;
+  }
+  EXPECT_TRUE(IsDue("Deferred-Delivery: Sat, 22 Nov 2125 10:00:00 +0900\r\n\r\n", ""))
+      << "no time to compare with";
 }
 
-TEST(WrittenMail, OfAsciiStaysReadable) {
-  EXPECT_EQ(MailOfHostText("To: a@x\r\nContent-Type: text/plain; charset=iso-2022-jp\r\n\r\nhello\r\n"),
-            "To: a@x\r\nMIME-Version: 1.0\r\nContent-Type: text/plain; charset=UTF-8\r\n"
-            "Content-Transfer-Encoding: 7bit\r\n\r\nhello\r\n");
+TEST(ResentMail, NamesItsRecipientInAscii) {
+  EXPECT_EQ(HeaderOfHostText("Resent-To: a@x\r\n"), "Resent-To: a@x\r\n");
+  EXPECT_EQ(HeaderOfHostText("Resent-To: \x93\xFA <a@x.jp>\r\n"), "Resent-To: =?UTF-8?B?5pel?= <a@x.jp>\r\n");
+  EXPECT_EQ(HeaderOfHostText(""), "");
 }
 
 }  // namespace

@@ -22,10 +22,14 @@ using wfinfo::catalogue::kNoFirstSlot;
 using wfinfo_test::Guarded;
 using wrenfold::Slot;
 
-constexpr std::size_t kSlots = 16;        // more than any request has
-constexpr std::size_t kLongText = 70000;  // bytes
-constexpr int kMixed = 24;                // blocks of mixed garbage for each form
-constexpr std::size_t kNamedSlots = 6;    // of them in the message of a failure
+constexpr std::size_t kSlots = 16;             // more than any request has
+constexpr std::size_t kLongText = 70000;       // bytes
+constexpr std::size_t kLongestFailure = 3000;  // bytes
+constexpr int kMixed = 24;                     // blocks of mixed garbage for each form
+constexpr std::size_t kNamedSlots = 6;         // of them in the message of a failure
+
+// The one text whose address macros get as a number.
+constexpr char kTextAsNumber[] = "GetTabTitle";
 
 bool IsTextResult(const Form& form) { return form.result == "Str" || form.result == "OptStr"; }
 
@@ -50,9 +54,8 @@ TEST(Services, AnswerEveryRequestOfTheCatalogue) {
   }
   std::istringstream listed(kNotServed);
   const std::vector<std::string> expected{std::istream_iterator<std::string>(listed), {}};
-  EXPECT_THAT(not_served, testing::ElementsAreArray(expected))
-      << "not_served.h has to hold these " << not_served.size() << " words:\n"
-      << Lines(not_served);
+  if (not_served == expected) return;
+  FAIL() << "not_served.h has to hold these " << not_served.size() << " words:\n" << Lines(not_served);
 }
 
 TEST(Services, AnswerCommandsWhicheverWayTheyCome) {
@@ -79,7 +82,8 @@ TEST(Services, AnswerTextsForTextsAndNumbersForNumbers) {
       stage.Set(situation);
       const auto called = stage.CallPlain(form);
       if (!called.served || called.value == 0) continue;
-      EXPECT_EQ(called.answered_text, IsTextResult(form)) << form.exports << ": " << called.trace;
+      EXPECT_EQ(called.answered_text, IsTextResult(form) || form.exports == kTextAsNumber)
+          << form.exports << ": " << called.trace;
     }
   }
 }
@@ -159,7 +163,8 @@ void Check(const Form& form, const Stage::Called& called, const std::string& how
   EXPECT_EQ(called.trace.find(" ()\n"), std::string::npos) << "a failure without a reason";
   EXPECT_TRUE(wrenfold::IsValidUtf8(called.failure)) << called.failure;
   EXPECT_EQ(called.failure.find_first_of("\r\n"), std::string::npos) << called.failure;
-  EXPECT_FALSE(called.failure.ends_with('.')) << called.failure;
+  EXPECT_FALSE(called.failure.ends_with('.') && !called.failure.ends_with("...")) << called.failure;
+  EXPECT_LE(called.failure.size(), kLongestFailure) << called.failure;
 }
 
 class ServicesWith : public testing::TestWithParam<Situation> {
