@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/macro/check.h"
 #include "host/macro/run.h"
 #include "host/macro/syntax.h"
 
@@ -34,10 +35,24 @@ void CheckPlace(const Problem& problem, std::string_view source) {
   if (problem.text.empty()) std::abort();
 }
 
+std::optional<std::string> CheckHostCall(const std::string& name, std::size_t,
+                                         std::span<const std::string_view>) {
+  return name.size() % 7 == 5 ? std::optional<std::string>("unknown") : std::nullopt;
+}
+
+void CheckNames(const Program& program, std::string_view source) {
+  KnownNames known;
+  const HostNames host{CheckHostCall, [](std::string_view name) { return name.size() % 2 == 0; }};
+  const auto problem = CheckProgram(program, host, known);
+  if (problem) CheckPlace(*problem, source);
+}
+
 std::string RunOnce(const Program& program, std::string_view source) {
   EchoHost host;
   Interpreter interpreter(host, Limits{2000, 4096});
-  if (const auto problem = interpreter.Run(program)) CheckPlace(*problem, source);
+  const auto problem = interpreter.Run(program);
+  if (problem) CheckPlace(*problem, source);
+  CheckNames(program, source);
   return host.printed;
 }
 

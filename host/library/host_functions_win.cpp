@@ -78,12 +78,6 @@ Result ReportText(Parameters given) {
   return Value(std::move(text));
 }
 
-struct HostFunction {
-  std::string_view name;
-  std::size_t parameters;
-  Result (*call)(Parameters given);
-};
-
 constexpr HostFunction kFunctions[] = {
     {"HostReadSmime", 1, ReadSmime},          {"HostSmimeMessage", 0, Message},
     {"HostSmimeMessageSize", 0, MessageSize}, {"HostSmimeContent", 0, Content},
@@ -100,6 +94,10 @@ const HostFunction* Find(std::string_view name) {
 
 }  // namespace
 
+std::span<const HostFunction> HostFunctions() { return kFunctions; }
+
+void SetHostReason(std::string_view utf8) { Reason() = SystemCharsets().Utf8ToHost(utf8); }
+
 bool IsHostFunction(std::string_view name) { return Find(name) != nullptr; }
 
 std::optional<std::string> CheckHostFunction(std::string_view name, std::size_t parameters) {
@@ -112,6 +110,11 @@ std::optional<std::string> CheckHostFunction(std::string_view name, std::size_t 
 std::variant<Value, Complaint> CallHostFunction(std::string_view name, Parameters parameters) {
   const HostFunction* const function = Find(name);
   if (const auto wrong = CheckHostFunction(name, parameters.size())) return Complaint{*wrong};
+  for (const Value& value : parameters) {
+    if (value.IsList() || value.IsTable())
+      return Complaint{std::string(name) + " takes texts and numbers, and " + std::string(value.Kind()) +
+                       " was given"};
+  }
   return function->call(parameters);
 }
 

@@ -2,6 +2,7 @@
 // some exports, and a macro cannot, since its texts hold no zero bytes.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -11,6 +12,17 @@
 #include "host/macro/run.h"
 
 namespace wrenfold {
+
+struct HostFunction {
+  std::string_view name;
+  std::size_t parameters;
+  std::variant<macro::Value, macro::Complaint> (*call)(std::span<const macro::Value> given);
+};
+
+std::span<const HostFunction> HostFunctions();
+
+// Why the function called last failed, UTF-8; "" when it did not.
+void SetHostReason(std::string_view utf8);
 
 bool IsHostFunction(std::string_view name);
 

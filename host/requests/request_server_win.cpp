@@ -1,29 +1,19 @@
 #include "host/requests/request_server_win.h"
 
-#include "host/charset/charsets.h"
 #include "host/library/request_names.h"
-#include "host/terminal/terminal_text.h"
+#include "host/terminal/host_text.h"
 #include "src/bridge/host_protocol.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {
 namespace {
 
-constexpr std::size_t kTracedCharacters = 60;         // of one text
 constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is no text
 
 // The text at an address that a macro may have made up; nullptr when none is readable there.
 const char* ReadableText(Slot address) {
   const auto* text = reinterpret_cast<const char*>(address);
   return IsBadStringPtrA(text, kLongestText) ? nullptr : text;
-}
-
-std::string TracedText(std::string_view text) {
-  // Only the beginning is converted; a mail can be large.
-  const std::string_view beginning = text.substr(0, wfinfo::CutLength(text, 8 * kTracedCharacters));
-  std::string shown = Quoted(SystemCharsets().HostToUtf8(beginning), kTracedCharacters);
-  if (shown.ends_with("...")) shown += " (" + std::to_string(text.size()) + " bytes)";
-  return shown;
 }
 
 std::string TracedAddress(Slot value) {
@@ -36,7 +26,7 @@ std::string TracedSlot(Slot value, char shape) {
   if (shape == 'I') return std::to_string(value);
   if (value == 0) return "null";
   const char* text = shape == 'T' ? ReadableText(value) : nullptr;
-  return text != nullptr ? TracedText(text) : TracedAddress(value);
+  return text != nullptr ? QuotedHostText(text) : TracedAddress(value);
 }
 
 std::string TracedSlots(LPARAM block, std::string_view shapes) {
@@ -128,6 +118,11 @@ const Command* RequestServer::FindCommand(long long id) const {
 
 // --- Server ---
 
+CallUnderWay RequestServer::BeginCall(std::string name) {
+  state_.failure.clear();
+  return std::exchange(call_, {std::move(name), ""});
+}
+
 Slot RequestServer::Serve(int code, LPARAM block) {
   ++requests_;
   const RequestKey key{code, CarriedCommand(code, block)};
@@ -139,16 +134,16 @@ Slot RequestServer::Serve(int code, LPARAM block) {
   std::string slots;
   if (trace_ != nullptr) {
     const std::string shapes =
-        service != nullptr && service->shapes != nullptr ? service->shapes : SlotShapes(key, calling_);
+        service != nullptr && service->shapes != nullptr ? service->shapes : SlotShapes(key, call_.name);
     slots = TracedSlots(block, shapes);  // before the handler writes to them
   }
   Request request(*this, state_, code, reinterpret_cast<Slot*>(block));
   const Answer answer = handler != nullptr ? handler(request) : Request::NotServed();
   if (!answer.served) {
-    NoteUnserved(RequestNames(key, calling_), RequestTitle(key));
+    NoteUnserved(RequestNames(key, call_.name), RequestTitle(key));
     return 0;
   }
-  if (trace_ != nullptr) Trace(RequestNames(key, calling_), RequestTitle(key), slots, answer);
+  if (trace_ != nullptr) Trace(RequestNames(key, call_.name), RequestTitle(key), slots, answer);
   return answer.value;
 }
 
@@ -157,12 +152,12 @@ Slot RequestServer::ServeCommand(int id) {
   const RequestKey key{0, id};
   const Command* command = FindCommand(id);
   if (command == nullptr) {
-    NoteUnserved(RequestNames(key, calling_), RequestTitle(key));
+    NoteUnserved(RequestNames(key, call_.name), RequestTitle(key));
     return 0;
   }
   Request request(*this, state_, 0, nullptr);
   const Answer answer = command->handler(request);
-  if (trace_ != nullptr) Trace(RequestNames(key, calling_), RequestTitle(key), "", answer);
+  if (trace_ != nullptr) Trace(RequestNames(key, call_.name), RequestTitle(key), "", answer);
   return answer.value;
 }
 
@@ -170,12 +165,13 @@ void RequestServer::Trace(const std::string& names, const std::string& title, co
                           Answer answer) {
   const bool is_text = answer.is_text && answer.value != 0;
   std::string shown =
-      is_text ? TracedText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
+      is_text ? QuotedHostText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
   if (answer.failed) shown += " (" + state_.failure + ")";
   trace_("trace: " + names + ": " + title + slots + " -> " + shown + "\n");
 }
 
 void RequestServer::NoteUnserved(const std::string& names, const std::string& title) {
+  if (call_.unserved.empty()) call_.unserved = title;
   Unserved& unserved = unserved_[title];
   if (++unserved.count > 1) return;
   unserved.title = title + " (" + names + ")";

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/requests/host_state.h"
 
@@ -104,6 +105,12 @@ struct ServiceFamily {
 // Where the trace goes, line by line, as UTF-8.
 using TraceLine = void (*)(std::string_view line);
 
+// The call of a macro that requests come from.
+struct CallUnderWay {
+  std::string name;      // of the export; "" between calls
+  std::string unserved;  // its first request that is not served: "code 96"; "" without one
+};
+
 class RequestServer {
  public:
   // `families` outlive the server. `trace` is null when nothing is to be traced.
@@ -117,8 +124,10 @@ class RequestServer {
   // Answers a menu command.
   Slot ServeCommand(int id);
 
-  // The export that the macro is calling, for the trace; "" between calls.
-  void set_calling(std::string_view name) { calling_ = name; }
+  // Around each call of an export by a macro; a call may lead to others. HostState::failure is that of the call.
+  // Begin gives what End takes: the call around this one. End gives what came of this one.
+  CallUnderWay BeginCall(std::string name);
+  CallUnderWay EndCall(CallUnderWay outer) { return std::exchange(call_, std::move(outer)); }
 
   const std::string& Keep(int code, std::string text) { return kept_[code] = std::move(text); }
 
@@ -140,7 +149,7 @@ class RequestServer {
   HostState& state_;
   std::span<const ServiceFamily* const> families_;
   TraceLine trace_;
-  std::string calling_;
+  CallUnderWay call_;
   std::uint64_t requests_ = 0;
   std::map<std::string, Unserved> unserved_;
   std::map<int, std::string> kept_;

@@ -19,6 +19,7 @@
 #include "host/session/work_files_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/interrupt_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 
@@ -27,7 +28,6 @@ namespace {
 
 // --- What the library calls ---
 
-void ShowMessage(const char* text) { TheTerminal().Error(ShownHostText(text) + "\n"); }
 void ShowLogLine(const char* text, unsigned number) {
   TheTerminal().Error("log " + std::to_string(number) + ": " + ShownHostText(text) + "\n");
 }
@@ -38,8 +38,10 @@ bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LA
 // --- The run ---
 
 int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter) {
+  const Interruptible interruptible;
   for (const LoadedMacro& loaded : macros) {
-    if (const auto problem = interpreter.Run(loaded.program)) return Fail(Located(loaded.file, *problem));
+    if (const auto problem = interpreter.Run(loaded.program))
+      return Fail(Located(loaded.file, *problem), IsInterrupted() ? kInterrupted : kFailed);
   }
   return kFine;
 }
@@ -52,16 +54,17 @@ void Summarise(const RequestServer& server, bool trace) {
   }
 }
 
-int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostState& state, Library& library) {
-  library.HandOver(options.english.value_or(!SystemIsJapanese()), ShowMessage, ShowLogLine);
+int Work(const Options& options, const std::vector<LoadedMacro>& macros, const macro::KnownNames& known,
+         HostState& state, Library& library) {
+  library.HandOver(options.english.value_or(!SystemIsJapanese()), LibraryHost::ShowMessage, ShowLogLine);
   RequestServer server(state, AllServices(), options.trace ? ShowTraceLine : nullptr);
   const Windows windows(server);
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
-  LibraryHost host(library, server);
-  const OtherWindowsMacros other_windows(host);
+  LibraryHost host(library, server, options.strict);
+  const OtherWindowsMacros other_windows(host, state);
   macro::Interpreter interpreter(host);
   int result = RunMacros(macros, interpreter);
-  if (result == kFine && options.prompt) result = RunPrompt(interpreter, state);
+  if (result == kFine && options.prompt) result = RunPrompt(interpreter, known, state);
   Summarise(server, options.trace);
   return result;
 }
@@ -70,8 +73,9 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
 
 int RunMacroSession(const Options& options) {
   std::vector<LoadedMacro> macros;
+  macro::KnownNames known;
   for (const std::string& file : options.macros) {
-    auto loaded = LoadMacro(file, CheckMacroCall);
+    auto loaded = LoadMacro(file, kMacroNames, known);
     if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason);
     macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
   }
@@ -79,7 +83,7 @@ int RunMacroSession(const Options& options) {
   if (const auto reason = OpenWorkFiles(options, state)) return Fail(*reason);
   auto library = Library::Load();
   if (const auto* reason = std::get_if<std::string>(&library)) return Fail(*reason);
-  return Work(options, macros, state, std::get<Library>(library));
+  return Work(options, macros, known, state, std::get<Library>(library));
 }
 
 }  // namespace wrenfold

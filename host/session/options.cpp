@@ -30,6 +30,7 @@ constexpr OptionRow kOptions[] = {
     {"--templates", &Options::templates, nullptr},
     {"--book", &Options::books, nullptr},
     {"--strict-mails", nullptr, [](Options& options) { options.strict_mails = true; }},
+    {"--strict", nullptr, [](Options& options) { options.strict = true; }},
     {"--trace", nullptr, [](Options& options) { options.trace = true; }},
     {"--prompt", nullptr, [](Options& options) { options.prompt = true; }},
     {"--english", nullptr, [](Options& options) { options.english = true; }},
@@ -73,6 +74,7 @@ const std::string_view kUsage =
     "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
     "  --templates DIR   templates and signatures; --book FILE: an address book\n"
     "  --prompt       then asks for calls, line by line: > RootHeader(\"Subject\")\n"
+    "  --strict       a call that is not served or fails stops the macro\n"
     "  --trace        tells each request of the library and its answer on standard error\n"
     "  --english      the library speaks English; --japanese: Japanese; else as the system\n"
     "  --serve        serves programs that send mail through the system (also without any option)\n"

@@ -18,6 +18,7 @@ struct Options {
   std::vector<std::string> templates;  // folder
   std::vector<std::string> books;      // address book, file
   bool strict_mails = false;           // a file in a folder that cannot be read is an error
+  bool strict = false;                 // a call that fails stops the macro
   bool trace = false;
   bool prompt = false;
   bool help = false;

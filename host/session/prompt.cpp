@@ -58,9 +58,11 @@ bool Prompt::Run() {
 // Reads on while an if or while is open. False at the end of the input.
 bool Prompt::Statement(std::string source) {
   while (true) {
-    const auto parsed = macro::Parse(source, {to_host_, true});
+    const auto parsed = macro::Parse(source, {words_.to_host, true});
     if (const auto* program = std::get_if<macro::Program>(&parsed)) {
-      if (const auto problem = interpreter_.Run(*program)) {
+      if (const auto wrong = macro::CheckProgram(*program, words_.host, words_.known)) {
+        Explain(*wrong);
+      } else if (const auto problem = interpreter_.Run(*program)) {
         Explain(*problem);
       } else if (interpreter_.last_value() && !interpreter_.last_value()->IsNull()) {
         side_.Write(side_.PrintValue(*interpreter_.last_value()));
@@ -80,8 +82,9 @@ bool Prompt::Statement(std::string source) {
 
 void Prompt::Explain(const macro::Problem& problem) {
   all_well_ = false;
+  const std::string file = problem.file.empty() ? "" : problem.file + ", ";
   const std::string line = problem.place.line > 1 ? "line " + std::to_string(problem.place.line) + ", " : "";
-  side_.Complain(line + "column " + std::to_string(problem.place.column) + ": " + problem.text);
+  side_.Complain(file + line + "column " + std::to_string(problem.place.column) + ": " + problem.text);
 }
 
 void Prompt::Help(std::string_view name) {

@@ -5,7 +5,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "host/macro/check.h"
 #include "host/macro/run.h"
 
 namespace wrenfold {
@@ -25,10 +27,17 @@ class PromptSide {
   virtual std::string PrintValue(const macro::Value& value) = 0;
 };
 
+// What statements are read with.
+struct PromptWords {
+  std::string (*to_host)(std::string_view utf8);
+  const macro::HostNames& host;
+  macro::KnownNames known;  // by what ran before
+};
+
 class Prompt {
  public:
-  Prompt(macro::Interpreter& interpreter, PromptSide& side, std::string (*to_host)(std::string_view utf8))
-      : interpreter_(interpreter), side_(side), to_host_(to_host) {}
+  Prompt(macro::Interpreter& interpreter, PromptSide& side, PromptWords words)
+      : interpreter_(interpreter), side_(side), words_(std::move(words)) {}
 
   // Until "quit" or the end of the input. False when a line went wrong.
   bool Run();
@@ -41,7 +50,7 @@ class Prompt {
 
   macro::Interpreter& interpreter_;
   PromptSide& side_;
-  std::string (*to_host_)(std::string_view utf8);
+  PromptWords words_;
   bool all_well_ = true;
 };
 

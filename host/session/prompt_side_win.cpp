@@ -6,10 +6,12 @@
 #include <string_view>
 
 #include "host/mail/mail_store.h"
+#include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/interrupt_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 
@@ -22,7 +24,13 @@ class TerminalSide : public PromptSide {
 
   std::optional<std::string> ReadLine(std::string_view mark) override {
     Windows::Pump();
-    return TheTerminal().ReadLine(mark);
+    // Ctrl+C empties the line at a terminal, and ends a statement that runs.
+    interruptible_.reset();
+    if (TheTerminal().IsInteractive()) interruptible_.emplace();
+    auto line = TheTerminal().ReadLine(mark);
+    interruptible_.reset();
+    interruptible_.emplace();
+    return line;
   }
   void Write(std::string_view text) override { TheTerminal().Out(text); }
   void Complain(std::string_view line) override { TheTerminal().Error(std::string(line) + "\n"); }
@@ -52,13 +60,14 @@ class TerminalSide : public PromptSide {
   }
 
   HostState& state_;
+  std::optional<Interruptible> interruptible_;
 };
 
 }  // namespace
 
-int RunPrompt(macro::Interpreter& interpreter, HostState& state) {
+int RunPrompt(macro::Interpreter& interpreter, const macro::KnownNames& known, HostState& state) {
   TerminalSide side(state);
-  const bool all_well = Prompt(interpreter, side, MacroTextToHost).Run();
+  const bool all_well = Prompt(interpreter, side, {MacroTextToHost, kMacroNames, known}).Run();
   return all_well || TheTerminal().IsInteractive() ? kFine : kFailed;
 }
 

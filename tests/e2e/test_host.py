@@ -135,11 +135,17 @@ class Requests(HostTest):
                            "1000\n1\n")
 
     def test_without_a_mail_the_answers_are_empty(self):
-        self.assert_output(self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()'), "[]000\n")
+        result = self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()\nMailFileName()\n')
+        self.assertEqual(result, host.Result(
+            "[]000\n", f"wrenfold: {self.folder}/test.macro:1:12: no mails were given: --mail MAIL\n", 0))
 
     def test_a_request_that_is_not_served_is_answered_0_and_counted(self):
-        self.assertEqual(self.run_macro("print OpenReplyMail(), RefreshMailList(), RefreshMailList()"), host.Result(
-            "000\n", "wrenfold: 3 requests, 3 not served: code 68 (RefreshMailList) 2 times, "
+        macro = f"wrenfold: {self.folder}/test.macro"
+        self.assertEqual(self.run_macro("print OpenReplyMail(), RefreshMailList()\nRefreshMailList()"), host.Result(
+            "00\n", f"{macro}:1:7: OpenReplyMail is not served by the small host (menu command 40135)\n"
+            f"{macro}:1:24: RefreshMailList is not served by the small host (code 68)\n"
+            f"{macro}:2:1: RefreshMailList is not served by the small host (code 68)\n"
+            "wrenfold: 3 requests, 3 not served: code 68 (RefreshMailList) 2 times, "
             "menu command 40135 (OpenReplyMail)\n", 0))
 
     def test_a_mail_in_a_window_of_its_own_is_asked_there(self):
@@ -259,12 +265,14 @@ class Messages(HostTest):
 
     def test_the_library_speaks_english_on_standard_error(self):
         self.assertEqual(self.run_macro(self.NUMBER_FOR_TEXT), host.Result(
-            "\n", "WFINFO.DLL: String parameter missing or numeric parameter specified that should be string.\n", 0))
+            "\n", "WFINFO.DLL: String parameter missing or numeric parameter specified that should be string.\n"
+            f"  in {self.folder}/test.macro:1:7: DecodeHeader(5)\n", 0))
 
     def test_the_library_speaks_japanese_on_standard_error(self):
         result = run("--macro", self.write("m.macro", self.NUMBER_FOR_TEXT), "--japanese")
         self.assertEqual(result, host.Result(
-            "\n", "WFINFO.DLL: 文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。\n", 0))
+            "\n", "WFINFO.DLL: 文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。\n"
+            f"  in {self.folder}/m.macro:1:7: DecodeHeader(5)\n", 0))
 
     def test_log_lines_come_with_their_number(self):
         self.assertEqual(self.run_macro('print DumpSmall("ログ😀")'), host.Result("1\n", "log 7178: ログ😀\n", 0))

@@ -53,6 +53,12 @@ class FakeSide : public PromptSide {
   std::string out;
 };
 
+std::optional<std::string> CheckCall(const std::string& name, std::size_t,
+                                     std::span<const std::string_view>) {
+  return name == "Text" || name == "Nothing" ? std::nullopt : std::optional(UnknownExport(name));
+}
+const macro::HostNames kNames = {CheckCall, [](std::string_view) { return false; }};
+
 struct Conversation {
   std::string out;
   std::string marks;
@@ -64,7 +70,7 @@ Conversation Talk(std::deque<std::string> lines) {
   side.lines = std::move(lines);
   FakeHost host(side.out);
   macro::Interpreter interpreter(host);
-  const bool all_well = Prompt(interpreter, side, Same).Run();
+  const bool all_well = Prompt(interpreter, side, {Same, kNames, {}}).Run();
   return {side.out, side.marks, all_well};
 }
 
