@@ -158,7 +158,7 @@ std::optional<std::string> CheckCallForm(const std::string& name, std::size_t pa
   if (row == nullptr) return UnknownExport(name, others);
   if (Holds(kHostOnly, name)) return name + " is called by the host itself, once, after loading";
   if (parameters >= Needed(*row) && parameters <= Most(*row)) return std::nullopt;
-  return name + " takes " + CountText(*row) + ", " + std::to_string(parameters) + " given; see help " + name;
+  return name + " takes " + CountText(*row) + ", " + std::to_string(parameters) + " given: " + CallForm(*row);
 }
 
 std::optional<std::string> CheckCall(const Row& row, std::span<const macro::Value> parameters) {
@@ -174,7 +174,7 @@ std::optional<std::string> CheckCall(const Row& row, std::span<const macro::Valu
     if (fits) continue;
     return "parameter " + std::to_string(i + 1) + " (" + std::string(parameter.name) + ") of " + name +
            " is a " + std::string(type.call_meaning) + ", and " + std::string(value.Kind()) +
-           " was given; see help " + name;
+           " was given: " + CallForm(row);
   }
   return std::nullopt;
 }

@@ -17,6 +17,8 @@ struct HostFunction {
   std::string_view name;
   std::size_t parameters;
   std::variant<macro::Value, macro::Complaint> (*call)(std::span<const macro::Value> given);
+  std::string_view form = "";  // as help shows it
+  std::string_view doc = "";
 };
 
 std::span<const HostFunction> HostFunctions();

@@ -4,7 +4,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
 
+#include "host/library/host_functions_win.h"
 #include "host/mail/mail_store.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
@@ -45,6 +49,21 @@ class TerminalSide : public PromptSide {
     if (number == 0 || !state_.Open(number - 1)) return std::nullopt;
     return Line(number - 1);
   }
+  std::string FolderList() override {
+    std::string list;
+    for (std::size_t i = 0; i < state_.folders().size(); ++i) {
+      list += i == state_.folder() && state_.HasRoot() ? "* " : "  ";
+      list += PathToUtf8(state_.folders()[i].path) + " (" + std::to_string(state_.MailsOf(i).size()) + ")\n";
+    }
+    return list.empty() ? "no folders; give --mail\n" : list;
+  }
+  std::variant<macro::Program, std::string> LoadMacro(const std::string& file,
+                                                      macro::KnownNames& known) override {
+    auto loaded = wrenfold::LoadMacro(file, kMacroNames, known);
+    if (const auto* reason = std::get_if<std::string>(&loaded)) return *reason;
+    return std::get<LoadedMacro>(std::move(loaded)).program;
+  }
+  std::size_t PageLines() override { return TheTerminal().IsInteractive() ? TheTerminal().Lines() - 1 : 0; }
 
  private:
   // "* 3  Subject (file.eml)"; the star marks the open one.
@@ -67,7 +86,10 @@ class TerminalSide : public PromptSide {
 
 int RunPrompt(macro::Interpreter& interpreter, const macro::KnownNames& known, HostState& state) {
   TerminalSide side(state);
-  const bool all_well = Prompt(interpreter, side, {MacroTextToHost, kMacroNames, known}).Run();
+  std::vector<HelpEntry> host_help;
+  for (const HostFunction& function : HostFunctions())
+    host_help.push_back({function.name, function.form, function.doc});
+  const bool all_well = Prompt(interpreter, side, {MacroTextToHost, kMacroNames, known, host_help}).Run();
   return all_well || TheTerminal().IsInteractive() ? kFine : kFailed;
 }
 

@@ -44,6 +44,12 @@ void Terminal::Write(const Stream& stream, std::string_view utf8) {
   }
 }
 
+std::size_t Terminal::Lines() const {
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (!GetConsoleScreenBufferInfo(out_.handle, &info)) return 24;
+  return static_cast<std::size_t>(std::max(2, info.srWindow.Bottom - info.srWindow.Top + 1));
+}
+
 std::optional<std::string> Terminal::ReadLine(std::string_view mark) {
   if (in_is_console_) Out(mark);
   std::size_t end;

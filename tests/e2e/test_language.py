@@ -34,7 +34,7 @@ class BeforeTheRun(HostTest):
     def test_an_export_takes_no_list(self):
         macro = self.write("m.macro", "x = []\nprint ToUpper(x)\n")
         self.assertEqual(run("--macro", macro).err, f"wrenfold: {macro}:2:7: parameter 1 (text) of ToUpper is a text, and a "
-                         "list was given; see help ToUpper\n")
+                         "list was given: ToUpper(text)\n")
 
     def test_a_problem_in_a_function_names_its_file(self):
         first, second = self.write("a.macro", "function f(n)\n  return 1 / n\nend\n"), self.write("b.macro", "\n\nf(0)\n")
