@@ -132,7 +132,7 @@ Slot RequestServer::Serve(int code, LPARAM block) {
                           : command != nullptr ? command->handler
                                                : nullptr;
   std::string slots;
-  if (trace_ != nullptr) {
+  if (trace_.IsOn()) {
     const std::string shapes =
         service != nullptr && service->shapes != nullptr ? service->shapes : SlotShapes(key, call_.name);
     slots = TracedSlots(block, shapes);  // before the handler writes to them
@@ -140,10 +140,10 @@ Slot RequestServer::Serve(int code, LPARAM block) {
   Request request(*this, state_, code, reinterpret_cast<Slot*>(block));
   const Answer answer = handler != nullptr ? handler(request) : Request::NotServed();
   if (!answer.served) {
-    NoteUnserved(RequestNames(key, call_.name), RequestTitle(key));
+    NoteUnserved(key);
     return 0;
   }
-  if (trace_ != nullptr) Trace(RequestNames(key, call_.name), RequestTitle(key), slots, answer);
+  if (trace_.IsOn()) Show(key, slots, answer);
   return answer.value;
 }
 
@@ -152,30 +152,32 @@ Slot RequestServer::ServeCommand(int id) {
   const RequestKey key{0, id};
   const Command* command = FindCommand(id);
   if (command == nullptr) {
-    NoteUnserved(RequestNames(key, call_.name), RequestTitle(key));
+    NoteUnserved(key);
     return 0;
   }
   Request request(*this, state_, 0, nullptr);
   const Answer answer = command->handler(request);
-  if (trace_ != nullptr) Trace(RequestNames(key, call_.name), RequestTitle(key), "", answer);
+  if (trace_.IsOn()) Show(key, "", answer);
   return answer.value;
 }
 
-void RequestServer::Trace(const std::string& names, const std::string& title, const std::string& slots,
-                          Answer answer) {
+void RequestServer::Show(const RequestKey& key, const std::string& slots, Answer answer) {
   const bool is_text = answer.is_text && answer.value != 0;
-  std::string shown =
+  const std::string shown =
       is_text ? QuotedHostText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
-  if (answer.failed) shown += " (" + state_.failure + ")";
-  trace_("trace: " + names + ": " + title + slots + " -> " + shown + "\n");
+  const std::string reason = answer.failed ? state_.failure : "";
+  if (trace_.Request(call_.name, {RequestNames(key, call_.name), key, slots, shown, reason}))
+    call_.traced = true;
 }
 
-void RequestServer::NoteUnserved(const std::string& names, const std::string& title) {
+void RequestServer::NoteUnserved(const RequestKey& key) {
+  const std::string title = RequestTitle(key);
   if (call_.unserved.empty()) call_.unserved = title;
   Unserved& unserved = unserved_[title];
   if (++unserved.count > 1) return;
+  const std::string names = RequestNames(key, call_.name);
   unserved.title = title + " (" + names + ")";
-  if (trace_ != nullptr) trace_("trace: not served: " + unserved.title + " -> 0\n");
+  if (trace_.IsOn() && trace_.Request(call_.name, {names, key, "", "0", "", false})) call_.traced = true;
 }
 
 std::uint64_t RequestServer::not_served() const {

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "host/requests/host_state.h"
+#include "host/requests/trace.h"
 
 namespace wrenfold {
 
@@ -102,22 +103,21 @@ struct ServiceFamily {
   std::span<const Command> commands;
 };
 
-// Where the trace goes, line by line, as UTF-8.
-using TraceLine = void (*)(std::string_view line);
-
 // The call of a macro that requests come from.
 struct CallUnderWay {
   std::string name;      // of the export; "" between calls
   std::string unserved;  // its first request that is not served: "code 96"; "" without one
+  bool traced = false;   // one of its requests was shown
 };
 
 class RequestServer {
  public:
-  // `families` outlive the server. `trace` is null when nothing is to be traced.
-  RequestServer(HostState& state, std::span<const ServiceFamily* const> families, TraceLine trace)
+  // `families` and `trace` outlive the server.
+  RequestServer(HostState& state, std::span<const ServiceFamily* const> families, const Trace& trace)
       : state_(state), families_(families), trace_(trace) {}
 
   HostState& state() { return state_; }
+  const Trace& trace() const { return trace_; }
 
   // Answers a host request: `block` is lParam, 0 without a block.
   Slot Serve(int code, LPARAM block);
@@ -140,15 +140,15 @@ class RequestServer {
     std::string title;  // "code 96 (SetMailColor)"
     std::uint64_t count = 0;
   };
-  void Trace(const std::string& names, const std::string& title, const std::string& slots, Answer answer);
-  void NoteUnserved(const std::string& names, const std::string& title);
+  void Show(const RequestKey& key, const std::string& slots, Answer answer);
+  void NoteUnserved(const RequestKey& key);
 
   const Service* FindService(int code) const;
   const Command* FindCommand(long long id) const;
 
   HostState& state_;
   std::span<const ServiceFamily* const> families_;
-  TraceLine trace_;
+  const Trace& trace_;
   CallUnderWay call_;
   std::uint64_t requests_ = 0;
   std::map<std::string, Unserved> unserved_;

@@ -42,20 +42,6 @@ namespace {
 // Whom the library's messages are told.
 LibraryHost* g_host = nullptr;
 
-std::string Shown(const macro::Value& value) {
-  return value.IsText() ? QuotedHostText(value.Text()) : value.Printed();
-}
-
-std::string Shown(std::string_view name, std::span<const macro::Value> parameters) {
-  std::string text(name);
-  const char* before = "(";
-  for (const macro::Value& parameter : parameters) {
-    text += before + Shown(parameter);
-    before = ", ";
-  }
-  return text + (parameters.empty() ? "()" : ")");
-}
-
 }  // namespace
 
 LibraryHost::LibraryHost(const Library& library, RequestServer& server, bool strict)
@@ -85,7 +71,7 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Finished(const Made& m
   if (!call.unserved.empty()) reason = call.unserved + " is not served by the small host";
   if (reason.empty()) reason = made.message;
   if (strict_ && !reason.empty()) return macro::Complaint{made.name + ": " + reason + " (--strict)"};
-  if (!call.unserved.empty())
+  if (!call.unserved.empty() && !server_.trace().ShowsEverything())
     TellUnserved(made.name + " is not served by the small host (" + call.unserved + ")");
   TellNoMails(reason);
   if (reason.empty()) reason = WrongDate(made, result);
@@ -95,6 +81,9 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Finished(const Made& m
     if (reason.empty() && row->result != "Void") reason = result.WhyNull();
   }
   SetHostReason(reason);
+  if (server_.trace().IsOn()) {
+    server_.trace().Call({made.name, calling_at(), made.parameters, result, reason}, call.traced);
+  }
   return result;
 }
 
@@ -107,17 +96,12 @@ std::string LibraryHost::WrongDate(const Made& made, const macro::Value& result)
     const macro::Value asked[] = {made.parameters[*at], macro::Value(std::string("YYYY"))};
     const auto year = CallExport(library_, "FormatDate", asked);
     const auto* text = std::get_if<macro::Value>(&year);
-    if (text != nullptr && !text->IsTrue()) return Shown(made.parameters[*at]) + " is no date";
+    if (text != nullptr && !text->IsTrue()) return ShownValue(made.parameters[*at]) + " is no date";
   }
   return "";
 }
 
-std::string LibraryHost::Where() const {
-  if (!calling_at() || calling_at()->file.empty()) return "";
-  const macro::Location& at = *calling_at();
-  return std::string(at.file) + ":" + std::to_string(at.place.line) + ":" + std::to_string(at.place.column) +
-         ": ";
-}
+std::string LibraryHost::Where() const { return ShownLocation(calling_at()); }
 
 // Once for each place; at the prompt each time.
 void LibraryHost::TellUnserved(const std::string& reason) {
@@ -137,7 +121,7 @@ void LibraryHost::ShowMessage(const char* text) {
   std::string call;
   if (g_host != nullptr && g_host->made_ != nullptr) {
     Made& made = *g_host->made_;
-    call = "  in " + g_host->Where() + Shown(made.name, made.parameters) + "\n";
+    call = "  in " + g_host->Where() + ShownCall(made.name, made.parameters) + "\n";
     constexpr std::string_view kFrom = "WFINFO.DLL: ";
     if (made.message.empty()) made.message = message.substr(message.starts_with(kFrom) ? kFrom.size() : 0);
   }

@@ -10,8 +10,10 @@
 
 #include "host/library/library_win.h"
 #include "host/macro/run.h"
+#include "host/mail/mail_store.h"
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
+#include "host/requests/trace.h"
 #include "host/services/services_win.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
@@ -31,9 +33,33 @@ namespace {
 void ShowLogLine(const char* text, unsigned number) {
   TheTerminal().Error("log " + std::to_string(number) + ": " + ShownHostText(text) + "\n");
 }
-void ShowTraceLine(std::string_view line) { TheTerminal().Error(line); }
 
 bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_JAPANESE; }
+
+// Whole lines as they come, so that a run that ends early leaves what it did.
+class TraceFile {
+ public:
+  TraceFile() = default;
+  ~TraceFile() {
+    if (IsOpen()) CloseHandle(file_);
+  }
+  TraceFile(const TraceFile&) = delete;
+  TraceFile& operator=(const TraceFile&) = delete;
+
+  bool Open(const std::string& name) {
+    file_ = CreateFileW(PathFromUtf8(name).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                        FILE_ATTRIBUTE_NORMAL, nullptr);
+    return IsOpen();
+  }
+  bool IsOpen() const { return file_ != INVALID_HANDLE_VALUE; }
+  void Write(std::string_view line) {
+    DWORD written = 0;
+    WriteFile(file_, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+  }
+
+ private:
+  HANDLE file_ = INVALID_HANDLE_VALUE;
+};
 
 // --- The run ---
 
@@ -57,7 +83,13 @@ void Summarise(const RequestServer& server, bool trace) {
 int Work(const Options& options, const std::vector<LoadedMacro>& macros, const macro::KnownNames& known,
          HostState& state, Library& library) {
   library.HandOver(options.english.value_or(!SystemIsJapanese()), LibraryHost::ShowMessage, ShowLogLine);
-  RequestServer server(state, AllServices(), options.trace ? ShowTraceLine : nullptr);
+  TraceFile json;
+  if (!options.trace_json.empty() && !json.Open(options.trace_json.back()))
+    return Fail("cannot write the trace " + options.trace_json.back());
+  const Trace trace(options.trace ? [](std::string_view line) { TheTerminal().Error(line); } : Trace::Line(),
+                    json.IsOpen() ? [&json](std::string_view line) { json.Write(line); } : Trace::Line(),
+                    options.traced);
+  RequestServer server(state, AllServices(), trace);
   const Windows windows(server);
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server, options.strict);

@@ -20,6 +20,8 @@ struct Options {
   bool strict_mails = false;           // a file in a folder that cannot be read is an error
   bool strict = false;                 // a call that fails stops the macro
   bool trace = false;
+  std::vector<std::string> traced;      // exports and codes that the trace is limited to
+  std::vector<std::string> trace_json;  // file
   bool prompt = false;
   bool help = false;
   bool version = false;
