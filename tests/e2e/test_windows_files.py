@@ -69,7 +69,7 @@ class GrepWindows(HostTest):
     def test_during_a_search_windows_stay(self):
         self.assertEqual(self.run_macro('print StartDoGrep("", "", 0), CloseGrepWnd(0)'),
                          host.Result("10\n", "WFINFO.DLL: Cannot call CloseGrepWnd in grep processing.\n"
-                                     f"  in {self.folder}/test.macro:1:33: CloseGrepWnd(0)\n", 0))
+                                     f"  in {self.folder}/test.macro:1:31: CloseGrepWnd(0)\n", 0))
 
     def test_a_raised_one_acts_for_the_host_until_it_closes(self):
         self.assert_output(self.run_macro(
