@@ -4,13 +4,15 @@
 find_program(WFINFO_NATIVE_CXX NAMES g++ c++ REQUIRED)
 set(printer ${CMAKE_BINARY_DIR}/print_catalogue)
 file(GLOB catalogue_rows CONFIGURE_DEPENDS catalogue/*.def)
+file(GLOB examples CONFIGURE_DEPENDS examples/*.macro examples/*.c)
 add_custom_command(
   OUTPUT ${printer}
   COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}
           ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp
           ${CMAKE_SOURCE_DIR}/src/catalogue/requests.cpp -o ${printer}
   DEPENDS tools/print_catalogue.cpp src/catalogue/rows.cpp src/catalogue/rows.h src/catalogue/row_macros.h
-          src/catalogue/requests.cpp src/catalogue/requests.h src/bridge/host_protocol.h ${catalogue_rows}
+          src/catalogue/requests.cpp src/catalogue/requests.h src/bridge/host_protocol.h tools/examples.h
+          ${catalogue_rows}
   COMMENT "Building the catalogue printer")
 set(printed ${WFINFO_OUT}/WFINFO.def ${WFINFO_OUT}/wfinfo.h ${WFINFO_OUT}/reference.md ${WFINFO_OUT}/reference.json)
 add_custom_command(
@@ -18,9 +20,9 @@ add_custom_command(
   COMMAND ${CMAKE_COMMAND} -E make_directory ${WFINFO_OUT}
   COMMAND ${printer} def > ${WFINFO_OUT}/WFINFO.def
   COMMAND ${printer} header > ${WFINFO_OUT}/wfinfo.h
-  COMMAND ${printer} markdown > ${WFINFO_OUT}/reference.md
-  COMMAND ${printer} json > ${WFINFO_OUT}/reference.json
-  DEPENDS ${printer}
+  COMMAND ${printer} markdown ${CMAKE_SOURCE_DIR}/examples > ${WFINFO_OUT}/reference.md
+  COMMAND ${printer} json ${CMAKE_SOURCE_DIR}/examples > ${WFINFO_OUT}/reference.json
+  DEPENDS ${printer} ${examples}
   COMMENT "Printing definition file, header and reference")
 add_custom_target(catalogue_files DEPENDS ${printed})
 
@@ -43,7 +45,8 @@ file(GLOB resource_parts CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*)
 set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;65001"
   OBJECT_DEPENDS "${resource_parts}")
 target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options}>)
+# The hot loops are pure code: what -O3 unrolls and copies of the rest only makes the library larger.
+target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options};-O2>)
 target_link_libraries(WFINFO PRIVATE wfinfo_pure)
 target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong)
 set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREFIX lib
@@ -53,11 +56,15 @@ set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREF
 file(GLOB_RECURSE host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
 if(host_sources)
   include(cmake/gumbo.cmake)
-  add_executable(wrenfold ${host_sources} src/base/stack_guard_win.cpp)
+  # Everything but the roof, which tests of the services link too.
+  list(FILTER host_sources EXCLUDE REGEX "/host/main_win\\.cpp$")
+  add_library(host_rooms OBJECT ${host_sources})
   # GCC 12 warns of overlapping copies inside its own operator+ of a literal and a string: a false alarm.
-  target_compile_options(wrenfold PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
-  target_compile_definitions(wrenfold PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-  target_link_libraries(wrenfold PRIVATE wfinfo_pure gumbo)
+  target_compile_options(host_rooms PUBLIC $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+  target_compile_definitions(host_rooms PUBLIC WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+  target_link_libraries(host_rooms PUBLIC wfinfo_pure gumbo)
+  add_executable(wrenfold host/main_win.cpp src/base/stack_guard_win.cpp)
+  target_link_libraries(wrenfold PRIVATE host_rooms)
   # Macros in macros (20) times calls of functions in one another (2,000 levels); only what is used takes memory.
   target_link_options(wrenfold PRIVATE ${hardening} -municode -Wl,--stack,134217728)
   set_target_properties(wrenfold PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT}/host)
@@ -111,6 +118,7 @@ endforeach()
 file(GLOB further_programs CONFIGURE_DEPENDS tests/doubles/*/CMakeLists.txt tests/faults/*/CMakeLists.txt
   tests/inside/*/CMakeLists.txt bench/windows/CMakeLists.txt tools/*/CMakeLists.txt)
 include_directories(${CMAKE_SOURCE_DIR})
+include(cmake/inside_tests.cmake)
 foreach(program ${further_programs})
   get_filename_component(folder ${program} DIRECTORY)
   add_subdirectory(${folder})

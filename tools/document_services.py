@@ -192,6 +192,10 @@ def all_senders():
 # --- The page ---
 
 
+# Exports that add their parameter to a command: the first one, and how many the host has.
+FURTHER_COMMANDS = {40044: 3}  # SwitchHeaderView
+
+
 def named(exports):
     shown = exports if len(exports) <= MOST_NAMES else exports[:MOST_NAMES - 1]
     text = ", ".join(f"`{name}`" for name in shown)
@@ -201,6 +205,9 @@ def named(exports):
 def table(kind, head, services, senders):
     lines = [head, "|---|---|---|"]
     for key in sorted(key for key in services if key[0] == kind):
+        for first, count in FURTHER_COMMANDS.items():
+            if kind == "Command" and first < key[1] < first + count:
+                senders.setdefault(key, senders[kind, first])
         if key not in senders:
             raise NotUnderstood(f"{kind} {key[1]}: no export sends it")
         lines.append(f"| {key[1]} | {named(senders[key])} | {services[key]} |")

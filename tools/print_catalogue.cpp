@@ -1,13 +1,15 @@
 // Prints from the catalogue what must never drift from it: the module-definition file, the public C header,
-// and the reference as Markdown and JSON.
+// and the reference as Markdown and JSON, with the examples of a folder.
 //
-//   print_catalogue def|header|markdown|json > file
+//   print_catalogue def|header > file
+//   print_catalogue markdown|json EXAMPLES > file
 #include <cstdio>
 #include <string>
 #include <string_view>
 
 #include "src/bridge/host_protocol.h"
 #include "src/catalogue/requests.h"
+#include "tools/examples.h"
 
 namespace {
 
@@ -159,7 +161,7 @@ std::string MarkdownCell(std::string_view text) {
   return cell;
 }
 
-int PrintMarkdown() {
+int PrintMarkdown(const wfinfo::Examples& examples) {
   std::printf("# Reference of all exports\n\nPrinted from the catalogue. %zu exports.\n", Rows().size());
   std::string_view family;
   for (const Row& row : Rows()) {
@@ -182,6 +184,8 @@ int PrintMarkdown() {
     if (!sent.empty())
       std::printf("- Sends: %s.\n- While a dialog shows: %s.\n", sent.c_str(), DialogText(row).c_str());
     if (row.inferred) std::printf("- The parameter list is inferred.\n");
+    if (const auto example = examples.find(row.name); example != examples.end())
+      std::printf("\n```\n%s```\n", example->second.c_str());
   }
   return 0;
 }
@@ -199,7 +203,7 @@ std::string JsonText(std::string_view text) {
   return json += '"';
 }
 
-int PrintJson() {
+int PrintJson(const wfinfo::Examples& examples) {
   std::printf("[\n");
   bool first_row = true;
   for (const Row& row : Rows()) {
@@ -214,9 +218,11 @@ int PrintJson() {
                   JsonText(TypeOf(parameter).c_type).c_str(), JsonText(parameter.doc).c_str());
       first = false;
     }
-    std::printf("], \"sends\": %s, \"during_dialog\": %s, \"inferred\": %s, \"doc\": %s}",
+    const auto example = examples.find(row.name);
+    std::printf("], \"sends\": %s, \"during_dialog\": %s, \"inferred\": %s, \"doc\": %s, \"example\": %s}",
                 JsonText(SentText(row)).c_str(), JsonText(DialogText(row)).c_str(),
-                row.inferred ? "true" : "false", JsonText(row.doc).c_str());
+                row.inferred ? "true" : "false", JsonText(row.doc).c_str(),
+                JsonText(example == examples.end() ? "" : example->second).c_str());
   }
   std::printf("\n]\n");
   return 0;
@@ -225,11 +231,13 @@ int PrintJson() {
 }  // namespace
 
 int main(int argument_count, char** arguments) {
-  const std::string_view form = argument_count == 2 ? arguments[1] : "";
-  if (form == "def") return PrintDefinitionFile();
-  if (form == "header") return PrintHeader();
-  if (form == "markdown") return PrintMarkdown();
-  if (form == "json") return PrintJson();
-  std::fprintf(stderr, "usage: print_catalogue def|header|markdown|json > file\n");
+  const std::string_view form = argument_count > 1 ? arguments[1] : "";
+  if (argument_count == 2 && form == "def") return PrintDefinitionFile();
+  if (argument_count == 2 && form == "header") return PrintHeader();
+  if (argument_count == 3 && form == "markdown") return PrintMarkdown(wfinfo::ReadExamples(arguments[2]));
+  if (argument_count == 3 && form == "json") return PrintJson(wfinfo::ReadExamples(arguments[2]));
+  std::fprintf(stderr,
+               "usage: print_catalogue def|header > file\n"
+               "       print_catalogue markdown|json EXAMPLES > file\n");
   return 2;
 }

@@ -48,10 +48,6 @@ constexpr BinaryRow kBinaries[] = {
     {"%", Operator::kRemainder, 5},
 };
 
-constexpr std::string_view kKeywords[] = {"if", "else",  "end",      "while",    "for",
-                                          "in", "break", "continue", "null",     "and",
-                                          "or", "not",   "print",    "function", "return"};
-
 bool IsKeyword(const Token& token) {
   return token.kind == Token::Kind::kName &&
          std::find(std::begin(kKeywords), std::end(kKeywords), token.text) != std::end(kKeywords);
@@ -536,8 +532,6 @@ std::string WrongCount(const std::string& name, std::size_t takes, std::size_t g
   return name + " takes " + std::to_string(takes) + (takes == 1 ? " parameter, " : " parameters, ") +
          std::to_string(given) + " given";
 }
-
-std::span<const std::string_view> Keywords() { return kKeywords; }
 
 std::variant<Program, Problem> Parse(std::string_view source, const SyntaxOptions& options) {
   return Parser(source, options).Run();

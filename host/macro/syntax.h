@@ -6,7 +6,6 @@
 #include <memory>
 #include <optional>
 #include <set>
-#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -115,9 +114,6 @@ struct SyntaxOptions {
 
 // "greet takes 2 parameters, 1 given"
 std::string WrongCount(const std::string& name, std::size_t takes, std::size_t given);
-
-// Words that cannot be names.
-std::span<const std::string_view> Keywords();
 
 // Reads `source` (UTF-8, with or without byte order mark, any line ends).
 std::variant<Program, Problem> Parse(std::string_view source, const SyntaxOptions& options);

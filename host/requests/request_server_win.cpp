@@ -2,12 +2,14 @@
 
 #include "host/library/request_names.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/terminal_text.h"
 #include "src/bridge/host_protocol.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {
 namespace {
 
+constexpr std::size_t kLongestReason = 500;           // characters
 constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is no text
 
 // The text at an address that a macro may have made up; nullptr when none is readable there.
@@ -91,9 +93,14 @@ Answer Request::AnswerKept(const std::string& text) {
   return {reinterpret_cast<Slot>(text.c_str()), true, true};
 }
 
-Answer Request::Fail(std::string why) const {
-  state.failure = std::move(why);
-  return {.failed = true};
+Answer Request::Fail(std::string_view why) const {
+  server_.NoteFailure();
+  return None(why);
+}
+
+Answer Request::None(std::string_view why) const {
+  state.failure = OnOneLine(why, kLongestReason);
+  return {.explained = true};
 }
 
 // --- Tables ---
@@ -165,7 +172,7 @@ void RequestServer::Show(const RequestKey& key, const std::string& slots, Answer
   const bool is_text = answer.is_text && answer.value != 0;
   const std::string shown =
       is_text ? QuotedHostText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
-  const std::string reason = answer.failed ? state_.failure : "";
+  const std::string reason = answer.explained ? state_.failure : "";
   if (trace_.Request(call_.name, {RequestNames(key, call_.name), key, slots, shown, reason}))
     call_.traced = true;
 }

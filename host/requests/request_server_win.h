@@ -23,8 +23,8 @@ using Slot = long long;
 struct Answer {
   Slot value = 0;
   bool is_text = false;
-  bool served = true;   // false: the handler knows only other forms of this request
-  bool failed = false;  // the value says so, and HostState::failure why
+  bool served = true;      // false: the handler knows only other forms of this request
+  bool explained = false;  // HostState::failure tells why it is 0
 };
 
 class RequestServer;
@@ -53,8 +53,12 @@ class Request {
   static Answer Done(bool done) { return {done ? 1 : 0}; }
   static Answer NotServed() { return {0, false, false}; }
   // 0, because of `why`: one line of UTF-8 without a full stop that names the value at fault. The trace and the
-  // macro can ask for it.
-  Answer Fail(std::string why) const;
+  // macro can ask for it; what in a value would break the line or command a terminal is made visible there.
+  Answer Fail(std::string_view why) const;
+  // The same where 0 is a plain answer and nothing went wrong, as at the end of a walk: `--strict` lets it pass.
+  Answer None(std::string_view why) const;
+  // For a number that a list does not have: a walk ends behind the last, and no walk comes before the first.
+  Answer NoNumber(Slot number, std::string_view why) const { return number < 0 ? Fail(why) : None(why); }
   // Keeps `text` until the next text answer of the same code.
   Answer AnswerText(std::string text) const;
   // For a text that the host keeps anyway.
@@ -107,6 +111,7 @@ struct ServiceFamily {
 struct CallUnderWay {
   std::string name;      // of the export; "" between calls
   std::string unserved;  // its first request that is not served: "code 96"; "" without one
+  bool failed = false;   // one of its requests did
   bool traced = false;   // one of its requests was shown
 };
 
@@ -128,6 +133,8 @@ class RequestServer {
   // Begin gives what End takes: the call around this one. End gives what came of this one.
   CallUnderWay BeginCall(std::string name);
   CallUnderWay EndCall(CallUnderWay outer) { return std::exchange(call_, std::move(outer)); }
+
+  void NoteFailure() { call_.failed = true; }
 
   const std::string& Keep(int code, std::string text) { return kept_[code] = std::move(text); }
 

@@ -8,6 +8,7 @@
 #include "host/mail/find_pack.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/folder_lookup_win.h"
+#include "host/services/list_moves_win.h"
 #include "host/services/services_win.h"
 #include "host/windows/frame_win.h"
 
@@ -37,8 +38,7 @@ void FindMails(Request& request) {
       if (is_new && Finds(state.commands.find_pack, state.Message(mail).text)) found.push_back(mail);
     }
   }
-  state.all_selected = false;
-  state.found_selected = true;
+  state.selection.Select(found);
 }
 
 Answer Search(Request& request) {
@@ -101,15 +101,12 @@ Answer PushFindPack(Request& request) {
 template <bool kForwards, bool kInclude>
 Answer Find(Request& request) {
   HostState& state = request.state;
-  const std::vector<std::size_t> list = state.MailsOf(state.folder());
-  std::size_t place = state.ListPosition();
-  // Stepping back from 0 wraps to a place behind the list.
-  if (!kInclude) place += kForwards ? 1 : static_cast<std::size_t>(-1);
-  for (; place < list.size(); place += kForwards ? 1 : static_cast<std::size_t>(-1)) {
-    const bool finds = Finds(state.commands.find_pack, state.Message(list[place]).text);
-    if (finds) return Request::AnswerNumber(state.Open(list[place]) ? 1 : 0);
-  }
-  return {};
+  const auto finds = [&](std::size_t mail) {
+    return Finds(state.commands.find_pack, state.Message(mail).text);
+  };
+  if (kInclude && finds(state.root())) return Request::Done(true);
+  return MoveInList(request, kForwards, finds) ? Request::Done(true)
+                                               : request.None("the find pack finds no mail on the way");
 }
 
 // --- Counters of a folder ---

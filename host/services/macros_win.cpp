@@ -1,11 +1,13 @@
 // Macros run in another window, and commands posted to the host.
 #include <windows.h>
 
+#include <utility>
 #include <vector>
 
+#include "host/charset/charsets.h"
 #include "host/library/export_caller_win.h"
-#include "host/macro/runner.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/macros_win.h"
 #include "host/services/services_win.h"
 #include "host/windows/frame_win.h"
 
@@ -13,7 +15,6 @@ namespace wrenfold {
 
 namespace {
 
-MacroRunner* g_runner = nullptr;
 int g_depth = 0;
 
 constexpr int kMostDepth = 20;  // macros within macros
@@ -34,15 +35,35 @@ std::vector<macro::Value> Parameters(const Request& request) {
 }
 
 Answer RunIn(HWND window, Request& request) {
-  if (g_runner == nullptr || g_depth >= kMostDepth) return {};
+  if (!request.state.run_macro || g_depth >= kMostDepth) return {};
   const Windows::Acting acting(window);
   ++g_depth;
   const std::string macro(request.Text(0));
-  const auto value = g_runner->RunMacro(macro, Parameters(request));
+  const auto value = request.state.run_macro(macro, Parameters(request));
   --g_depth;
   if (!value) return {};
   return Request::AnswerNumber(value->IsNumber() ? value->Number() : 1);
 }
+
+// The reason and the name that macros ask for, while one runs.
+class RunningFor {
+ public:
+  RunningFor(WritingState& writing, MacroReason reason, std::string macro)
+      : writing_(writing),
+        reason_(std::exchange(writing.reason, reason)),
+        macro_(std::exchange(writing.macro, std::move(macro))) {}
+  ~RunningFor() {
+    writing_.reason = reason_;
+    writing_.macro = std::move(macro_);
+  }
+  RunningFor(const RunningFor&) = delete;
+  RunningFor& operator=(const RunningFor&) = delete;
+
+ private:
+  WritingState& writing_;
+  MacroReason reason_;
+  std::string macro_;
+};
 
 Answer RunHere(Request& request) { return RunIn(Windows::Receiver(), request); }
 Answer RunInMain(Request& request) { return RunIn(Windows::Frame(), request); }
@@ -67,6 +88,15 @@ constexpr Service kServices[] = {
 
 const ServiceFamily kMacrosServices = {kServices, {}};
 
-void SetMacroRunner(MacroRunner* runner) { g_runner = runner; }
+std::optional<std::int64_t> RunBeforeSending(HostState& state) {
+  const std::string file = state.writing.send_macro;
+  if (!state.run_macro || g_depth >= kMostDepth) return std::nullopt;
+  const RunningFor running(state.writing, MacroReason::kBeforeSending, file);
+  ++g_depth;
+  const auto value = state.run_macro(SystemCharsets().Utf8ToHost(file), {});
+  --g_depth;
+  if (!value) return std::nullopt;
+  return value->IsNumber() ? value->Number() : 1;
+}
 
 }  // namespace wrenfold

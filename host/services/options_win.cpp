@@ -26,7 +26,7 @@ Answer SwitchNotification(Request& request) {
   if (!request.state.HasDraft()) return request.Fail(kNoMail);
   std::string& text = request.state.EditCurrent();
   if (AsksForNotification(text)) return Request::Done(DeleteHeader(text, kNotificationHeader, 0));
-  const std::string own = OwnAddress(request);
+  const std::string own = OwnAddress(request.state);
   return Request::Done(SetHeader(text, kNotificationHeader, own.empty() ? "local@localhost" : own, 0));
 }
 
@@ -52,6 +52,7 @@ Answer SelectCharset(Request& request) {
   for (const CharsetRow& row : kCharsetRows) {
     if (row.command != request.Number(0)) continue;
     if (request.state.HasDraft()) {
+      request.state.writing.draft->charset = row.name;
       SetHeader(request.state.EditCurrent(), "Content-Type", "text/plain; charset=" + std::string(row.name),
                 0);
     }

@@ -42,6 +42,10 @@ namespace {
 // Whom the library's messages are told.
 LibraryHost* g_host = nullptr;
 
+macro::Complaint Stopped(const std::string& name, const std::string& reason) {
+  return {name + ": " + reason + " (--strict)"};
+}
+
 }  // namespace
 
 LibraryHost::LibraryHost(const Library& library, RequestServer& server, bool strict)
@@ -54,7 +58,7 @@ LibraryHost::~LibraryHost() { g_host = nullptr; }
 std::variant<macro::Value, macro::Complaint> LibraryHost::Call(const std::string& name,
                                                                std::span<const macro::Value> parameters) {
   turns_.Called();
-  if (IsHostFunction(name)) return CallHostFunction(name, parameters);
+  if (IsHostFunction(name)) return CallOwn(name, parameters);
   Made made{name, parameters, ""};
   Made* const outer_made = std::exchange(made_, &made);
   CallUnderWay outer = server_.BeginCall(name);
@@ -65,12 +69,27 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Call(const std::string
   return Finished(made, call, std::get<macro::Value>(std::move(result)));
 }
 
+std::variant<macro::Value, macro::Complaint> LibraryHost::CallOwn(const std::string& name,
+                                                                  std::span<const macro::Value> parameters) {
+  std::string& last_reason = server_.state().failure;
+  HostCall call{parameters, last_reason};
+  auto result = CallHostFunction(name, call);
+  const auto* value = std::get_if<macro::Value>(&result);
+  if (value == nullptr) return result;
+  if (strict_ && call.failed) return Stopped(name, call.reason);
+  if (server_.trace().IsOn())
+    server_.trace().Call({name, calling_at(), parameters, *value, call.reason}, false);
+  if (!call.asks_reason) last_reason = std::move(call.reason);
+  return result;
+}
+
 std::variant<macro::Value, macro::Complaint> LibraryHost::Finished(const Made& made, const CallUnderWay& call,
                                                                    macro::Value result) {
   std::string reason = server_.state().failure;
   if (!call.unserved.empty()) reason = call.unserved + " is not served by the small host";
   if (reason.empty()) reason = made.message;
-  if (strict_ && !reason.empty()) return macro::Complaint{made.name + ": " + reason + " (--strict)"};
+  const bool failed = call.failed || !call.unserved.empty() || !made.message.empty();
+  if (strict_ && failed) return Stopped(made.name, reason);
   if (!call.unserved.empty() && !server_.trace().ShowsEverything())
     TellUnserved(made.name + " is not served by the small host (" + call.unserved + ")");
   TellNoMails(reason);
@@ -80,7 +99,7 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Finished(const Made& m
     result = macro::Value::NullBecause(WhyNull(*row, reason));
     if (reason.empty() && row->result != "Void") reason = result.WhyNull();
   }
-  SetHostReason(reason);
+  server_.state().failure = reason;
   if (server_.trace().IsOn()) {
     server_.trace().Call({made.name, calling_at(), made.parameters, result, reason}, call.traced);
   }
@@ -111,7 +130,8 @@ void LibraryHost::TellUnserved(const std::string& reason) {
 
 // Once: a macro that reads mails where none were given has only empty answers to show.
 void LibraryHost::TellNoMails(const std::string& reason) {
-  if (server_.state().mail_count() > 0 || !reason.starts_with("no mail is open")) return;
+  const bool lacks_mails = reason.starts_with("no mail is open") || reason.starts_with("no mails are open");
+  if (server_.state().mail_count() > 0 || !lacks_mails) return;
   const std::string line = "no mails were given: --mail MAIL";
   if (told_.insert(line).second) Fail(Where() + line);
 }
@@ -140,8 +160,8 @@ std::string LibraryHost::StopReason() const { return IsInterrupted() ? "stopped 
 
 // --- Macros of other windows ---
 
-std::optional<macro::Value> OtherWindowsMacros::RunMacro(std::string_view macro,
-                                                         std::span<const macro::Value> parameters) {
+std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
+                                                    std::span<const macro::Value> parameters) {
   macro::KnownNames known;
   for (std::size_t i = 0; i < parameters.size(); ++i) known.variables.insert("p" + std::to_string(i + 1));
   const auto loaded = Load(SystemCharsets().HostToUtf8(macro), known);

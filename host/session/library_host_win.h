@@ -46,6 +46,9 @@ class LibraryHost : public macro::MacroHost {
     std::span<const macro::Value> parameters;
     std::string message;  // of the library, UTF-8
   };
+  // A function that is no export.
+  std::variant<macro::Value, macro::Complaint> CallOwn(const std::string& name,
+                                                       std::span<const macro::Value> parameters);
   std::variant<macro::Value, macro::Complaint> Finished(const Made& made, const CallUnderWay& call,
                                                         macro::Value result);
   std::string WrongDate(const Made& made, const macro::Value& result) const;
@@ -63,17 +66,17 @@ class LibraryHost : public macro::MacroHost {
 };
 
 // What a macro has another window run: a macro of its own, with variables of its own.
-class OtherWindowsMacros : public MacroRunner {
+class OtherWindowsMacros {
  public:
   OtherWindowsMacros(macro::MacroHost& host, HostState& state) : host_(host), state_(state) {
-    SetMacroRunner(this);
+    state.run_macro = [this](std::string_view macro, auto parameters) { return Run(macro, parameters); };
   }
-  ~OtherWindowsMacros() override { SetMacroRunner(nullptr); }
-
-  std::optional<macro::Value> RunMacro(std::string_view macro,
-                                       std::span<const macro::Value> parameters) override;
+  ~OtherWindowsMacros() { state_.run_macro = nullptr; }
+  OtherWindowsMacros(const OtherWindowsMacros&) = delete;
+  OtherWindowsMacros& operator=(const OtherWindowsMacros&) = delete;
 
  private:
+  std::optional<macro::Value> Run(std::string_view macro, std::span<const macro::Value> parameters);
   static MacroOrReason Load(const std::string& text, macro::KnownNames& known);
 
   macro::MacroHost& host_;

@@ -14,11 +14,13 @@
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/trace.h"
+#include "host/services/draft_side_win.h"
 #include "host/services/services_win.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt_side_win.h"
 #include "host/session/work_files_win.h"
+#include "host/session/written_mails_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/interrupt_win.h"
@@ -63,11 +65,20 @@ class TraceFile {
 
 // --- The run ---
 
-int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter) {
+// Does what a macro asked for the time when it ends.
+void EndMacro(HostState& state) {
+  std::optional<std::string>& pack = state.folder_state().find_pack_to_restore;
+  if (pack) state.commands.find_pack = *std::move(pack);
+  pack.reset();
+}
+
+int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
   const Interruptible interruptible;
   for (const LoadedMacro& loaded : macros) {
-    if (const auto problem = interpreter.Run(loaded.program))
-      return Fail(Located(loaded.file, *problem), IsInterrupted() ? kInterrupted : kFailed);
+    state.writing.macro = loaded.file;
+    const auto problem = interpreter.Run(loaded.program);
+    EndMacro(state);
+    if (problem) return Fail(Located(loaded.file, *problem), IsInterrupted() ? kInterrupted : kFailed);
   }
   return kFine;
 }
@@ -94,9 +105,12 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server, options.strict);
   const OtherWindowsMacros other_windows(host, state);
+  const WrittenMail written_mail(state);
   macro::Interpreter interpreter(host);
-  int result = RunMacros(macros, interpreter);
+  int result = RunMacros(macros, interpreter, state);
+  state.writing.macro.clear();
   if (result == kFine && options.prompt) result = RunPrompt(interpreter, known, state);
+  if (!KeepAtEnd(state)) result = kFailed;
   Summarise(server, options.trace);
   return result;
 }
@@ -112,6 +126,7 @@ int RunMacroSession(const Options& options) {
     macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
   }
   HostState state;
+  state.set_read_only(options.read_only);
   if (const auto reason = OpenWorkFiles(options, state)) return Fail(*reason);
   auto library = Library::Load();
   if (const auto* reason = std::get_if<std::string>(&library)) return Fail(*reason);

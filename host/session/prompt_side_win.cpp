@@ -42,7 +42,9 @@ class TerminalSide : public PromptSide {
 
   std::string MailList() override {
     std::string list;
-    for (std::size_t i = 0; i < state_.mail_count(); ++i) list += Line(i);
+    for (std::size_t i = 0; i < state_.mail_count(); ++i) {
+      if (!state_.IsRemoved(i)) list += Line(i);
+    }
     return list.empty() ? "no mails; give --mail\n" : list;
   }
   std::optional<std::string> OpenMail(std::size_t number) override {

@@ -5,6 +5,7 @@
 
 #include "host/base/own_folder_win.h"
 #include "host/mail/mail_store.h"
+#include "host/session/written_mails_win.h"
 #include "host/terminal/failure_win.h"
 
 namespace wrenfold {
@@ -16,7 +17,6 @@ std::optional<std::string> OpenMails(const Options& options, HostState& state) {
   for (const std::string& mail : options.mails) {
     if (auto reason = state.AddMails(PathFromUtf8(mail), unreadable)) return reason;
   }
-  for (const std::string& reason : state.skipped_mails()) Complain(reason + " (skipped)");
   return std::nullopt;
 }
 
@@ -34,8 +34,8 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
   const auto accounts =
       options.accounts.empty() ? DefaultAccounts(options) : PathFromUtf8(options.accounts.back());
   if (auto reason = commands.accounts.Open(accounts)) return reason;
-  if (!options.books.empty()) {
-    if (auto reason = commands.book.Open(PathFromUtf8(options.books.back()))) return reason;
+  for (const std::string& book : options.books) {
+    if (auto reason = commands.books.Open(PathFromUtf8(book))) return reason;
   }
   if (options.templates.empty()) return std::nullopt;
   const std::filesystem::path folder = PathFromUtf8(options.templates.back());
@@ -49,6 +49,8 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
 
 std::optional<std::string> OpenWorkFiles(const Options& options, HostState& state) {
   if (auto reason = OpenMails(options, state)) return reason;
+  if (auto reason = OpenDrafts(options, state)) return reason;
+  for (const std::string& reason : state.skipped_mails()) Complain(reason + " (skipped)");
   return OpenCommandFiles(options, state.commands);
 }
 

@@ -149,13 +149,16 @@ HostSearch SearchHostWindow(unsigned function_code) {
 
 HWND FindAnyFrame() {
   HWND first = nullptr;
-  for (HWND frame = nullptr; (frame = FindWindowExA(nullptr, frame, kFrameClass, nullptr)) != nullptr;) {
+  HWND own = nullptr;
+  const auto note = [&](HWND frame) {
     DWORD process = 0;
     GetWindowThreadProcessId(frame, &process);
-    if (process == GetCurrentProcessId()) return frame;
+    if (process == GetCurrentProcessId()) own = frame;
     if (first == nullptr) first = frame;
-  }
-  return first;
+    return own != nullptr;
+  };
+  WalkFrames(note, [&] { first = nullptr; });
+  return own != nullptr ? own : first;
 }
 
 HWND FindActiveFrame(unsigned function_code) {

@@ -3,6 +3,7 @@
 #include "src/bridge/host_protocol.h"
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/host_window_win.h"
+#include "src/bridge/top_level_walk_win.h"
 
 namespace wfinfo {
 namespace {
@@ -36,12 +37,15 @@ HWND MainFrame() {
 }
 
 HWND FirstOwnFrame(HWND except) {
-  for (HWND frame = nullptr; (frame = FindWindowExA(nullptr, frame, kFrameClass, nullptr)) != nullptr;) {
+  HWND own = nullptr;
+  const auto note = [&](HWND frame) {
     DWORD process = 0;
     GetWindowThreadProcessId(frame, &process);
-    if (process == GetCurrentProcessId() && frame != except) return frame;
-  }
-  return nullptr;
+    if (process == GetCurrentProcessId() && frame != except) own = frame;
+    return own != nullptr;
+  };
+  WalkFrames(note, [] {});
+  return own;
 }
 
 }  // namespace wfinfo

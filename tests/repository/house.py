@@ -33,11 +33,11 @@ HOST = [
 # What the small host takes of the library's sources: the protocol, and ground that knows no Windows.
 HOST_MAY_TAKE = re.compile(r"src/(bridge/host_protocol\.h|(base|text|dates|addresses|catalogue)/|commands/account_fields\.h|"
                            r"mapi/(host_blocks|mapi_records)\.h)")
-INCLUDE_ROOTS = ("src/", "host/", "tests/", "catalogue/", "resources/", "bench/", "fuzz/")
+INCLUDE_ROOTS = ("src/", "host/", "tests/", "catalogue/", "resources/", "bench/", "fuzz/", "tools/")
 GENERATED = ("wfinfo.h",)  # stands in out/
 IN_THE_ROOT = {".ci", ".clang-format", ".gitattributes", ".gitignore", "CHANGELOG.md", "CMakeLists.txt",
-               "CMakePresets.json", "CONTRIBUTING.md", "README.md", "bench", "catalogue", "cmake", "dev", "docs", "fuzz",
-               "host", "resources", "samples", "src", "tests", "tools"}
+               "CMakePresets.json", "CONTRIBUTING.md", "README.md", "bench", "catalogue", "cmake", "dev", "docs", "examples",
+               "fuzz", "host", "resources", "samples", "src", "tests", "tools"}
 
 FLOOR = {f"{house}/{room}": floor for house, floors in (("src", LIBRARY), ("host", HOST))
          for floor, rooms in enumerate(floors) for room in rooms}

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "host/library/export_help.h"
+#include "host/macro/tokens.h"
 #include "host/session/prompt.h"
 #include "src/catalogue/rows.h"
 
@@ -173,7 +174,7 @@ TEST(Prompt, HelpsByWord) {
 }
 
 TEST(Prompt, EachWordOfTheLanguageHasHelp) {
-  for (const std::string_view word : macro::Keywords()) {
+  for (const std::string_view word : macro::kKeywords) {
     EXPECT_TRUE(Talk({"help " + std::string(word)}).all_well) << word;
     EXPECT_EQ(Talk({"help " + std::string(word)}).out.find("    "), std::string::npos)
         << word << ": found by search only";
