@@ -27,7 +27,7 @@ int PrintVersion() {
 int Run(const std::vector<std::string>& arguments) {
   const auto parsed = ParseCommandLine(arguments);
   if (const auto* wrong = std::get_if<UsageError>(&parsed)) {
-    return Fail(wrong->text + "\n" + std::string(kUsage), kWrongUsage);
+    return Fail(wrong->text + "; wrenfold --help lists the options", kWrongUsage);
   }
   const auto& options = std::get<Options>(parsed);
   if (options.help) return TheTerminal().Out(kUsage), kFine;

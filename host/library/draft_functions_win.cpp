@@ -9,8 +9,6 @@ namespace {
 
 using macro::Complaint;
 using macro::Value;
-using Result = std::variant<Value, Complaint>;
-using Parameters = std::span<const Value>;
 
 DraftSide* g_side = nullptr;
 
@@ -20,32 +18,35 @@ constexpr char kNoDraft[] = "no mail is being written";
 std::string_view TextOf(const Value& value) { return value.IsText() ? std::string_view(value.Text()) : ""; }
 
 // 1, or 0 with the reason.
-Result Done(const std::optional<std::string>& reason) {
-  SetHostReason(reason.value_or(""));
-  return Value(std::int64_t{reason ? 0 : 1});
+HostResult Done(HostCall& call, std::optional<std::string> reason) {
+  if (reason) call.Fail(*std::move(reason));
+  return Value(std::int64_t{call.failed ? 0 : 1});
 }
 
-Result TextOr(std::optional<std::string> text, const char* reason) {
-  SetHostReason(text ? "" : reason);
+HostResult TextOr(HostCall& call, std::optional<std::string> text, const char* reason) {
+  if (!text) call.Fail(reason);
   return Value(std::move(text).value_or(""));
 }
 
-Result Body(Parameters) { return TextOr(g_side == nullptr ? std::nullopt : g_side->Body(), kNoMail); }
-
-Result SetBody(Parameters given) {
-  if (!given[0].IsText()) return Complaint{"HostSetBody takes a text"};
-  return Done(g_side == nullptr ? kNoMail : g_side->SetBody(given[0].Text()));
+HostResult Body(HostCall& call) {
+  return TextOr(call, g_side == nullptr ? std::nullopt : g_side->Body(), kNoMail);
 }
 
-Result Html(Parameters) { return TextOr(g_side == nullptr ? std::nullopt : g_side->Html(), kNoDraft); }
-
-Result SetHtml(Parameters given) {
-  if (!given[0].IsText()) return Complaint{"HostSetHtml takes a text"};
-  return Done(g_side == nullptr ? kNoDraft : g_side->SetHtml(given[0].Text()));
+HostResult SetBody(HostCall& call) {
+  if (!call.given[0].IsText()) return Complaint{"HostSetBody takes a text"};
+  return Done(call, g_side == nullptr ? kNoMail : g_side->SetBody(call.given[0].Text()));
 }
 
-// One name on each line.
-Result Attachments(Parameters) {
+HostResult Html(HostCall& call) {
+  return TextOr(call, g_side == nullptr ? std::nullopt : g_side->Html(), kNoDraft);
+}
+
+HostResult SetHtml(HostCall& call) {
+  if (!call.given[0].IsText()) return Complaint{"HostSetHtml takes a text"};
+  return Done(call, g_side == nullptr ? kNoDraft : g_side->SetHtml(call.given[0].Text()));
+}
+
+HostResult Attachments(HostCall&) {
   std::string names;
   if (g_side != nullptr) {
     for (const std::string& name : g_side->Attachments()) names += (names.empty() ? "" : "\n") + name;
@@ -53,33 +54,45 @@ Result Attachments(Parameters) {
   return Value(std::move(names));
 }
 
-// The first line is 0.
-Result GoToLine(Parameters given) {
-  if (given[0].IsText() || given[0].Number() < 0)
+HostResult GoToLine(HostCall& call) {
+  const Value& line = call.given[0];
+  if (line.IsText() || line.Number() < 0)
     return Complaint{"HostGoToLine takes the number of a line, 0 for the first"};
-  return Done(g_side == nullptr ? kNoDraft : g_side->GoToLine(static_cast<std::size_t>(given[0].Number())));
+  return Done(call, g_side == nullptr ? kNoDraft : g_side->GoToLine(static_cast<std::size_t>(line.Number())));
 }
 
-Result Address(Parameters given) {
-  if (given[1].IsText() && !given[1].Text().empty()) {
-    return Value(NamedAddress(TextOf(given[0]), given[1].Text()));
+HostResult Address(HostCall& call) {
+  const Value& address = call.given[1];
+  if (address.IsText() && !address.Text().empty()) {
+    return Value(NamedAddress(TextOf(call.given[0]), address.Text()));
   }
   return Complaint{"HostAddress takes a name, which may be \"\", and an address"};
 }
 
 // Bytes of another program, such as a page that Inet_Read gave.
-Result Decode(Parameters given) {
-  const std::string charset = SystemCharsets().HostToUtf8(TextOf(given[1]));
+HostResult Decode(HostCall& call) {
+  const std::string charset = SystemCharsets().HostToUtf8(TextOf(call.given[1]));
   if (!charset.empty() && FindCharset(charset) == nullptr) {
-    return TextOr(std::nullopt, ("no such character set: " + charset).c_str());
+    return TextOr(call, std::nullopt, ("no such character set: " + charset).c_str());
   }
-  return TextOr(SystemCharsets().ToHostText(SystemCharsets().DecodeDeclared(charset, TextOf(given[0]))), "");
+  const std::string_view bytes = TextOf(call.given[0]);
+  return Value(SystemCharsets().ToHostText(SystemCharsets().DecodeDeclared(charset, bytes)));
 }
 
 constexpr HostFunction kFunctions[] = {
-    {"HostBody", 0, Body},       {"HostSetBody", 1, SetBody},         {"HostHtml", 0, Html},
-    {"HostSetHtml", 1, SetHtml}, {"HostAttachments", 0, Attachments}, {"HostGoToLine", 1, GoToLine},
-    {"HostAddress", 2, Address}, {"HostDecode", 2, Decode},
+    {"HostBody", 0, Body, "HostBody()", "Text of the mail being written, else of the open mail."},
+    {"HostSetBody", 1, SetBody, "HostSetBody(text)",
+     "Gives the mail being written, or the received mail that is being edited, another text; 1, or 0."},
+    {"HostHtml", 0, Html, "HostHtml()", "The HTML beside the text of the mail being written, \"\" for none."},
+    {"HostSetHtml", 1, SetHtml, "HostSetHtml(html)", "Gives it other HTML; the text follows it."},
+    {"HostAttachments", 0, Attachments, "HostAttachments()",
+     "Names of the attachments of the mail being written, one on each line."},
+    {"HostGoToLine", 1, GoToLine, "HostGoToLine(line)",
+     "Moves the cursor in the text of the mail being written, 0 for the first line."},
+    {"HostAddress", 2, Address, "HostAddress(name, address)", "One recipient, whatever is in the name."},
+    {"HostDecode", 2, Decode, "HostDecode(bytes, charset)",
+     "Host text of the bytes of another program, such as a page that Inet_Read gave; with \"\" as a mail "
+     "would be read."},
 };
 
 }  // namespace

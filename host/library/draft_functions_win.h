@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/library/host_functions_win.h"
+#include "host/library/host_function.h"
 
 namespace wrenfold {
 

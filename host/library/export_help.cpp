@@ -146,18 +146,19 @@ std::string HelpOverview() {
   return text + "\n";
 }
 
-std::string UnknownExport(std::string_view name) {
-  std::vector<std::string_view> names;
+std::string UnknownExport(std::string_view name, std::span<const std::string_view> others) {
+  std::vector<std::string_view> names(others.begin(), others.end());
   for (const Row& row : wfinfo::catalogue::Rows()) names.push_back(row.name);
   return "no export '" + std::string(name) + "'" + DidYouMean(name, names);
 }
 
-std::optional<std::string> CheckCallForm(const std::string& name, std::size_t parameters) {
+std::optional<std::string> CheckCallForm(const std::string& name, std::size_t parameters,
+                                         std::span<const std::string_view> others) {
   const Row* row = wfinfo::catalogue::FindRow(name);
-  if (row == nullptr) return UnknownExport(name);
+  if (row == nullptr) return UnknownExport(name, others);
   if (Holds(kHostOnly, name)) return name + " is called by the host itself, once, after loading";
   if (parameters >= Needed(*row) && parameters <= Most(*row)) return std::nullopt;
-  return name + " takes " + CountText(*row) + ", " + std::to_string(parameters) + " given; see help " + name;
+  return name + " takes " + CountText(*row) + ", " + std::to_string(parameters) + " given: " + CallForm(*row);
 }
 
 std::optional<std::string> CheckCall(const Row& row, std::span<const macro::Value> parameters) {
@@ -167,11 +168,13 @@ std::optional<std::string> CheckCall(const Row& row, std::span<const macro::Valu
     const Parameter& parameter = row.parameters[std::min(i, row.parameters.size() - 1)];
     const ParameterType& type = TypeOf(parameter);
     const macro::Value& value = parameters[i];
-    const bool fits = value.IsText() ? type.takes_text : type.takes_number || value.Number() == 0;
+    const bool fits = value.IsText()                       ? type.takes_text
+                      : value.IsNumber() || value.IsNull() ? type.takes_number || value.Number() == 0
+                                                           : false;
     if (fits) continue;
     return "parameter " + std::to_string(i + 1) + " (" + std::string(parameter.name) + ") of " + name +
            " is a " + std::string(type.call_meaning) + ", and " + std::string(value.Kind()) +
-           " was given; see help " + name;
+           " was given: " + CallForm(row);
   }
   return std::nullopt;
 }

@@ -25,12 +25,13 @@ std::string HelpText(const wfinfo::catalogue::Row& row);
 // All names by family, for "help" alone.
 std::string HelpOverview();
 
-// Why `name` is unknown, with the nearest names.
-std::string UnknownExport(std::string_view name);
+// Why `name` is unknown, with the nearest names; `others` are functions that are no exports.
+std::string UnknownExport(std::string_view name, std::span<const std::string_view> others = {});
 
 // Why `name` cannot be called with so many parameters, whatever they are: unknown, the host's own, or the
 // wrong count.
-std::optional<std::string> CheckCallForm(const std::string& name, std::size_t parameters);
+std::optional<std::string> CheckCallForm(const std::string& name, std::size_t parameters,
+                                         std::span<const std::string_view> others = {});
 
 // What is wrong with calling the export of `row` like this; nullopt when nothing is. A number where a text
 // belongs is let through when the library itself checks it.

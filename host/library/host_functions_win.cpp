@@ -16,8 +16,6 @@ namespace {
 
 using macro::Complaint;
 using macro::Value;
-using Result = std::variant<Value, Complaint>;
-using Parameters = std::span<const Value>;
 
 // The S/MIME part of the mail that HostReadSmime read last; its addresses are good until the next.
 SmimeMail& Mail() {
@@ -25,53 +23,49 @@ SmimeMail& Mail() {
   return mail;
 }
 
-// Why the function called last failed; host text.
-std::string& Reason() {
-  static std::string reason;
-  return reason;
-}
-
-Value Failed(const std::string& reason) {
-  Reason() = SystemCharsets().Utf8ToHost(reason);
-  return Value(-1);
-}
-
 Value AddressOf(const std::string& bytes) {
   return bytes.empty() ? Value(std::int64_t{0}) : Value(reinterpret_cast<std::int64_t>(bytes.data()));
 }
 
-Result ReadSmime(Parameters given) {
-  const std::string name = SystemCharsets().HostToUtf8(given[0].IsText() ? given[0].Text() : "");
+HostResult ReadSmime(HostCall& call) {
+  const Value& file = call.given[0];
+  const std::string name = SystemCharsets().HostToUtf8(file.IsText() ? file.Text() : "");
   const auto raw = ReadWholeFile(PathFromUtf8(name));
   Mail() = {};
-  Reason().clear();
-  if (!raw) return Failed("cannot read the mail " + name);
+  if (!raw) return call.Fail("cannot read the mail " + name), Value(-1);
   auto mail = ReadSmimeMail(*raw);
-  if (!mail) return Failed(name + " is no S/MIME mail");
+  if (!mail) {
+    call.reason = name + " is no S/MIME mail";
+    return Value(-1);
+  }
   Mail() = *std::move(mail);
   return Value(std::int64_t{Mail().is_detached});
 }
 
-Result LastReason(Parameters) { return Value(Reason()); }
-Result Message(Parameters) { return AddressOf(Mail().message); }
-Result MessageSize(Parameters) { return Value(static_cast<std::int64_t>(Mail().message.size())); }
-Result Content(Parameters) { return AddressOf(Mail().content); }
-Result ContentSize(Parameters) { return Value(static_cast<std::int64_t>(Mail().content.size())); }
+HostResult LastReason(HostCall& call) {
+  call.asks_reason = true;
+  return Value(SystemCharsets().Utf8ToHost(call.last_reason));
+}
+
+HostResult Message(HostCall&) { return AddressOf(Mail().message); }
+HostResult MessageSize(HostCall&) { return Value(static_cast<std::int64_t>(Mail().message.size())); }
+HostResult Content(HostCall&) { return AddressOf(Mail().content); }
+HostResult ContentSize(HostCall&) { return Value(static_cast<std::int64_t>(Mail().content.size())); }
 
 // An edit control that shows `text`, with the caret at its end: what the host shows a report in.
-Result NewReport(Parameters given) {
+HostResult NewReport(HostCall& call) {
+  const Value& text = call.given[0];
   const HWND control =
       CreateWindowExA(0, "EDIT", "", WS_POPUP | ES_MULTILINE | ES_AUTOVSCROLL | ES_AUTOHSCROLL, 0, 0, 400,
                       300, nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
   if (control == nullptr) return Complaint{"no window could be made for the report"};
-  SendMessageA(control, WM_SETTEXT, 0,
-               reinterpret_cast<LPARAM>(given[0].IsText() ? given[0].Text().c_str() : ""));
+  SendMessageA(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.IsText() ? text.Text().c_str() : ""));
   SendMessageA(control, EM_SETSEL, 0x7FFFFFFF, 0x7FFFFFFF);
   return Value(std::int64_t{wfinfo::ToSlot(control)});
 }
 
-Result ReportText(Parameters given) {
-  const auto control = wfinfo::FromSlot<HWND>(given[0].Number());
+HostResult ReportText(HostCall& call) {
+  const auto control = wfinfo::FromSlot<HWND>(call.given[0].Number());
   if (!IsWindow(control)) return Complaint{"HostReportText needs what HostNewReport gave"};
   std::string text(static_cast<std::size_t>(SendMessageA(control, WM_GETTEXTLENGTH, 0, 0)) * 2 + 2, '\0');
   text.resize(static_cast<std::size_t>(
@@ -80,25 +74,35 @@ Result ReportText(Parameters given) {
 }
 
 constexpr HostFunction kFunctions[] = {
-    {"HostReadSmime", 1, ReadSmime},          {"HostSmimeMessage", 0, Message},
-    {"HostSmimeMessageSize", 0, MessageSize}, {"HostSmimeContent", 0, Content},
-    {"HostSmimeContentSize", 0, ContentSize}, {"HostNewReport", 1, NewReport},
-    {"HostReportText", 1, ReportText},        {"HostReason", 0, LastReason},
+    {"HostReadSmime", 1, ReadSmime, "HostReadSmime(file)",
+     "Reads the S/MIME part of a mail file: 1 a detached signature, 0 another S/MIME mail, -1 any other "
+     "file."},
+    {"HostSmimeMessage", 0, Message, "HostSmimeMessage()", "Address of that part, decoded."},
+    {"HostSmimeMessageSize", 0, MessageSize, "HostSmimeMessageSize()", "Its bytes."},
+    {"HostSmimeContent", 0, Content, "HostSmimeContent()", "Address of what a detached signature signs."},
+    {"HostSmimeContentSize", 0, ContentSize, "HostSmimeContentSize()", "Its bytes."},
+    {"HostNewReport", 1, NewReport, "HostNewReport(text)",
+     "An edit control with this text, for SMIMEVerifyRevocation."},
+    {"HostReportText", 1, ReportText, "HostReportText(control)", "What the control holds."},
+    {"HostReason", 0, LastReason, "HostReason()", "Why the call before failed, \"\" when it did not."},
 };
 
 const HostFunction* Find(std::string_view name) {
-  for (const HostFunction& function : kFunctions) {
-    if (function.name == name) return &function;
-  }
-  for (const HostFunction& function : DraftFunctions()) {
-    if (function.name == name) return &function;
+  for (const auto functions : {std::span<const HostFunction>(kFunctions), DraftFunctions()}) {
+    for (const HostFunction& function : functions) {
+      if (function.name == name) return &function;
+    }
   }
   return nullptr;
 }
 
 }  // namespace
 
-void SetHostReason(std::string_view utf8) { Reason() = SystemCharsets().Utf8ToHost(utf8); }
+std::vector<HostFunction> HostFunctions() {
+  std::vector<HostFunction> functions(std::begin(kFunctions), std::end(kFunctions));
+  functions.insert(functions.end(), DraftFunctions().begin(), DraftFunctions().end());
+  return functions;
+}
 
 bool IsHostFunction(std::string_view name) { return Find(name) != nullptr; }
 
@@ -109,10 +113,15 @@ std::optional<std::string> CheckHostFunction(std::string_view name, std::size_t 
          (function->parameters == 1 ? "" : "s");
 }
 
-std::variant<Value, Complaint> CallHostFunction(std::string_view name, Parameters parameters) {
+HostResult CallHostFunction(std::string_view name, HostCall& call) {
   const HostFunction* const function = Find(name);
-  if (const auto wrong = CheckHostFunction(name, parameters.size())) return Complaint{*wrong};
-  return function->call(parameters);
+  if (const auto wrong = CheckHostFunction(name, call.given.size())) return Complaint{*wrong};
+  for (const Value& value : call.given) {
+    if (value.IsList() || value.IsTable())
+      return Complaint{std::string(name) + " takes texts and numbers, and " + std::string(value.Kind()) +
+                       " was given"};
+  }
+  return function->call(call);
 }
 
 }  // namespace wrenfold

@@ -2,31 +2,24 @@
 // some exports, and a macro cannot, since its texts hold no zero bytes.
 #pragma once
 
+#include <cstddef>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
-#include <variant>
+#include <vector>
 
-#include "host/macro/run.h"
+#include "host/library/host_function.h"
 
 namespace wrenfold {
 
-struct HostFunction {
-  std::string_view name;
-  std::size_t parameters;
-  std::variant<macro::Value, macro::Complaint> (*call)(std::span<const macro::Value> given);
-};
-
-// Why the function called last failed, UTF-8; "" when it did not.
-void SetHostReason(std::string_view utf8);
+// All of them.
+std::vector<HostFunction> HostFunctions();
 
 bool IsHostFunction(std::string_view name);
 
 // Why a call with so many parameters cannot be made; nullopt for a fitting one.
 std::optional<std::string> CheckHostFunction(std::string_view name, std::size_t parameters);
 
-std::variant<macro::Value, macro::Complaint> CallHostFunction(std::string_view name,
-                                                              std::span<const macro::Value> parameters);
+HostResult CallHostFunction(std::string_view name, HostCall& call);
 
 }  // namespace wrenfold

@@ -1,17 +1,23 @@
 // Parser by recursive descent; binary operators by precedence.
 //
-//   program    = { line }
-//   line       = [ statement ] line-end
+//   program    = { [ statement ] line-end }
 //   statement  = name "=" expression
+//              | place "=" expression                     place = name "[" expression "]" { "[" expression "]" }
 //              | "print" [ expression { "," expression } ]
 //              | if
-//              | "while" expression line-end { line } "end"
+//              | "while" expression block
+//              | "for" name "in" expression block
+//              | "break" | "continue"                     inside of a while or for
+//              | "function" name "(" [ name { "," name } ] ")" block          not inside of any other statement
+//              | "return" [ expression ]                  inside of a function
 //              | call                                     at the prompt: any expression
-//   if         = "if" expression line-end { line } ( "else" ( if | line-end { line } "end" ) | "end" )
+//   if         = "if" expression line-end program ( "else" ( if | block ) | "end" )
+//   block      = line-end program "end"
 //   expression = unary { operator unary }                or < and < == != < <= > >= < + - < * / %
-//   unary      = "not" unary | "-" unary | primary
-//   primary    = number | text | "null" | name | name "(" [ expression { "," expression } ] ")"
-//              | "(" expression ")"
+//   unary      = "not" unary | "-" unary | primary { "[" expression "]" }
+//   primary    = number | text | "null" | name | name "(" [ list ] ")" | "(" expression ")" | "[" [ list ] "]"
+//              | "{" [ entry { "," entry } ] "}"          entry = expression ":" expression
+//   list       = expression { "," expression }
 #include "host/macro/syntax.h"
 
 #include <algorithm>
@@ -42,8 +48,6 @@ constexpr BinaryRow kBinaries[] = {
     {"%", Operator::kRemainder, 5},
 };
 
-constexpr std::string_view kKeywords[] = {"if", "else", "end", "while", "print", "null", "and", "or", "not"};
-
 bool IsKeyword(const Token& token) {
   return token.kind == Token::Kind::kName &&
          std::find(std::begin(kKeywords), std::end(kKeywords), token.text) != std::end(kKeywords);
@@ -72,13 +76,17 @@ class Parser {
   }
 
   std::variant<Program, Problem> Run() {
-    Program program = Lines();
+    program_.file = options_.file;
+    program_.statements = Lines();
     if (!problem_ && !AtEnd()) {
-      Complain(token_.place, "'" + token_.text + "' without an if or while before it");
+      Complain(token_.place, "'" + token_.text + "' without an if, while, for or function before it");
     }
     if (!problem_) problem_ = tokens_.problem();
-    if (problem_) return *problem_;
-    return program;
+    if (problem_) {
+      problem_->file = options_.file;
+      return *problem_;
+    }
+    return std::move(program_);
   }
 
  private:
@@ -90,7 +98,11 @@ class Parser {
     while (!problem_) {
       while (token_.kind == Token::Kind::kLineEnd) Take();
       if (AtEnd() || token_.IsWord("end") || token_.IsWord("else")) break;
-      statements.push_back(OneStatement());
+      if (token_.IsWord("function")) {
+        FunctionDefinition();
+      } else {
+        statements.push_back(OneStatement());
+      }
       ExpectLineEnd();
     }
     return statements;
@@ -105,6 +117,12 @@ class Parser {
       If(statement);
     } else if (token_.IsWord("while")) {
       While(statement);
+    } else if (token_.IsWord("for")) {
+      For(statement);
+    } else if (token_.IsWord("break") || token_.IsWord("continue")) {
+      LeaveLoop(statement);
+    } else if (token_.IsWord("return")) {
+      Return(statement);
     } else if (token_.IsWord("print")) {
       Print(statement);
     } else if (token_.kind == Token::Kind::kName && next_.IsSign("=")) {
@@ -141,8 +159,77 @@ class Parser {
 
   void While(Statement& statement) {
     const Place place = statement.place;
+    ++loops_;
     Condition(statement, Statement::Kind::kWhile);
+    --loops_;
     ExpectBlockEnd("while", place);
+  }
+
+  void For(Statement& statement) {
+    statement.kind = Statement::Kind::kFor;
+    Take();
+    statement.name = NewName("a name is missing behind for; write for name in list");
+    if (!problem_ && !token_.IsWord("in"))
+      return Complain(token_.place, "'in' is missing before " + Shown(token_) + "; write for name in list");
+    Take();
+    statement.expressions.push_back(Whole());
+    ExpectLineEnd();
+    ++loops_;
+    statement.body = Lines();
+    --loops_;
+    ExpectBlockEnd("for", statement.place);
+  }
+
+  void LeaveLoop(Statement& statement) {
+    statement.kind = token_.IsWord("break") ? Statement::Kind::kBreak : Statement::Kind::kContinue;
+    if (loops_ == 0) return Complain(token_.place, "'" + token_.text + "' belongs inside of a while or for");
+    Take();
+  }
+
+  void Return(Statement& statement) {
+    statement.kind = Statement::Kind::kReturn;
+    if (function_ == nullptr) return Complain(token_.place, "'return' belongs inside of a function");
+    Take();
+    if (token_.kind != Token::Kind::kLineEnd && !AtEnd()) statement.expressions.push_back(Whole());
+  }
+
+  void FunctionDefinition() {
+    const Place place = token_.place;
+    if (depth_ > 0 || function_ != nullptr)
+      return Complain(place, "a function stands by itself, not inside of another statement");
+    auto function = std::make_shared<Function>();
+    function->place = next_.place;
+    function->file = options_.file;
+    function_ = function.get();
+    Take();
+    function->name = token_.text;
+    if (!TakeName("a name is missing behind function; write function name(a, b)")) return;
+    Parameters(*function);
+    ExpectLineEnd();
+    const int outer_loops = std::exchange(loops_, 0);
+    function->body = Lines();
+    loops_ = outer_loops;
+    function_ = nullptr;
+    ExpectBlockEnd("function", place);
+    if (problem_) return;
+    if (!program_.functions.emplace(function->name, function).second)
+      Complain(function->place, "there is another function '" + function->name + "' in this macro");
+  }
+
+  void Parameters(Function& function) {
+    const Place place = token_.place;
+    if (!token_.IsSign("("))
+      return Complain(place, "a ( is missing before " + Shown(token_) + "; write function name(a, b)");
+    Take();
+    while (!problem_ && !token_.IsSign(")")) {
+      if (function.parameters.size() == kMostParameters) Complain(token_.place, "too many parameters");
+      if (function.own.contains(token_.text))
+        Complain(token_.place, "there is another parameter '" + token_.text + "'");
+      function.parameters.push_back(NewName("the name of a parameter is missing"));
+      if (!token_.IsSign(",")) break;
+      Take();
+    }
+    ExpectClosing(place, "(", ")");
   }
 
   void Print(Statement& statement) {
@@ -157,11 +244,8 @@ class Parser {
   }
 
   void Assign(Statement& statement) {
-    if (IsKeyword(token_))
-      return Complain(token_.place, "'" + token_.text + "' is a word of the language, not a name");
     statement.kind = Statement::Kind::kAssign;
-    statement.name = token_.text;
-    Take();
+    statement.name = NewName("");
     Take();
     statement.expressions.push_back(Whole());
   }
@@ -169,6 +253,12 @@ class Parser {
   void Evaluate(Statement& statement) {
     statement.kind = Statement::Kind::kEvaluate;
     statement.expressions.push_back(Whole());
+    if (!problem_ && token_.IsSign("=") && IsPlace(statement.expressions[0])) {
+      statement.kind = Statement::Kind::kAssignInside;
+      Take();
+      statement.expressions.push_back(Whole());
+      return;
+    }
     if (problem_ || options_.bare_expressions) return;
     if (statement.expressions[0].kind != Expression::Kind::kCall) {
       Complain(statement.place, "this line does nothing; write name = ..., print ..., or a call Name(...)");
@@ -224,7 +314,7 @@ class Parser {
 
   Expression Unary() {
     const bool negate = token_.IsSign("-");
-    if (!negate && !token_.IsWord("not")) return Primary();
+    if (!negate && !token_.IsWord("not")) return Indexed();
     if (negate && next_.kind == Token::Kind::kNumber) return NegativeNumber();
     Expression whole = Node(Expression::Kind::kUnary);
     whole.op = negate ? Operator::kNegate : Operator::kNot;
@@ -248,11 +338,32 @@ class Parser {
     return number;
   }
 
+  Expression Indexed() {
+    Expression whole = Primary();
+    while (!problem_ && token_.IsSign("[")) {
+      Expression index = Node(Expression::Kind::kIndex);
+      if (++operators_ > kMostOperators) {
+        Complain(token_.place, "this expression is too long; put a part of it into a variable");
+        break;
+      }
+      index.parts.push_back(std::move(whole));
+      if (!Deeper()) return index;
+      Take();
+      index.parts.push_back(Binary(1));
+      ExpectClosing(index.place, "[", "]");
+      --depth_;
+      whole = std::move(index);
+    }
+    return whole;
+  }
+
   Expression Primary() {
     if (token_.kind == Token::Kind::kNumber) return Number();
     if (token_.kind == Token::Kind::kText) return Literal(Value(token_.text));
     if (token_.IsWord("null")) return Literal(Value());
     if (token_.IsSign("(")) return Parenthesised();
+    if (token_.IsSign("[")) return Several(Node(Expression::Kind::kList), "[", "]");
+    if (token_.IsSign("{")) return Table();
     if (token_.kind == Token::Kind::kName && !IsKeyword(token_)) {
       return next_.IsSign("(") ? Call() : Variable();
     }
@@ -287,7 +398,7 @@ class Parser {
     if (!Deeper()) return Expression();
     Take();
     Expression inner = Binary(1);
-    ExpectClosing(place);
+    ExpectClosing(place, "(", ")");
     --depth_;
     return inner;
   }
@@ -295,19 +406,47 @@ class Parser {
   Expression Call() {
     Expression call = Variable();
     call.kind = Expression::Kind::kCall;
+    return Several(std::move(call), "(", ")");
+  }
+
+  // Expressions with commas between them become the parts of `whole`.
+  Expression Several(Expression whole, std::string_view open, std::string_view close) {
     const Place place = token_.place;
-    if (!Deeper()) return call;
+    if (!Deeper()) return whole;
     Take();
-    while (!problem_ && !token_.IsSign(")")) {
-      if (call.parts.size() == kMostParameters) Complain(token_.place, "too many parameters");
-      call.parts.push_back(Binary(1));
-      if (!token_.IsSign(",")) break;
-      Take();
-      if (token_.IsSign(")")) Complain(token_.place, "a value is missing after the comma");
+    while (!problem_ && !token_.IsSign(close)) {
+      if (open == "(" && whole.parts.size() == kMostParameters) Complain(token_.place, "too many parameters");
+      whole.parts.push_back(Binary(1));
+      if (!AnotherAfterComma(close)) break;
     }
-    ExpectClosing(place);
+    ExpectClosing(place, open, close);
     --depth_;
-    return call;
+    return whole;
+  }
+
+  Expression Table() {
+    Expression table = Node(Expression::Kind::kTable);
+    const Place place = token_.place;
+    if (!Deeper()) return table;
+    Take();
+    while (!problem_ && !token_.IsSign("}")) {
+      table.parts.push_back(Binary(1));
+      if (!problem_ && !token_.IsSign(":"))
+        Complain(token_.place, "a : is missing before " + Shown(token_) + "; write {\"name\": value}");
+      Take();
+      table.parts.push_back(Binary(1));
+      if (!AnotherAfterComma("}")) break;
+    }
+    ExpectClosing(place, "{", "}");
+    --depth_;
+    return table;
+  }
+
+  bool AnotherAfterComma(std::string_view close) {
+    if (!token_.IsSign(",")) return false;
+    Take();
+    if (token_.IsSign(close)) Complain(token_.place, "a value is missing after the comma");
+    return true;
   }
 
   bool Deeper() {
@@ -316,16 +455,36 @@ class Parser {
     return false;
   }
 
-  void ExpectClosing(Place open) {
+  void ExpectClosing(Place place, std::string_view open, std::string_view close) {
     if (problem_) return;
-    if (token_.IsSign(")")) return Take();
+    if (token_.IsSign(close)) return Take();
+    const std::string sign(close);
     if (token_.kind == Token::Kind::kLineEnd || AtEnd()) {
-      return Complain(open, "this ( has no ) on its line");
+      return Complain(place, "this " + std::string(open) + " has no " + sign + " on its line");
     }
-    Complain(token_.place, "a comma or ) is missing before " + Shown(token_));
+    Complain(token_.place, "a comma or " + sign + " is missing before " + Shown(token_));
   }
 
   // --- Tools ---
+
+  // The name at hand, for a variable that begins to be one here.
+  std::string NewName(const char* missing) {
+    std::string name = token_.text;
+    if (TakeName(missing) && function_ != nullptr) function_->own.insert(name);
+    return name;
+  }
+
+  bool TakeName(const char* missing) {
+    if (problem_) return false;
+    if (IsKeyword(token_)) {
+      Complain(token_.place, "'" + token_.text + "' is a word of the language, not a name");
+    } else if (token_.kind != Token::Kind::kName) {
+      Complain(token_.place, missing);
+    } else {
+      Take();
+    }
+    return !problem_;
+  }
 
   Expression Node(Expression::Kind kind) const {
     Expression node;
@@ -354,12 +513,25 @@ class Parser {
   const SyntaxOptions& options_;
   Token token_;
   Token next_;
+  Program program_;
+  Function* function_ = nullptr;  // the one that is being read
+  int loops_ = 0;                 // while and for that are open in it
   int depth_ = 0;
   int operators_ = 0;
   std::optional<Problem> problem_;
 };
 
 }  // namespace
+
+bool IsPlace(const Expression& expression) {
+  return expression.kind == Expression::Kind::kVariable ||
+         (expression.kind == Expression::Kind::kIndex && IsPlace(expression.parts[0]));
+}
+
+std::string WrongCount(const std::string& name, std::size_t takes, std::size_t given) {
+  return name + " takes " + std::to_string(takes) + (takes == 1 ? " parameter, " : " parameters, ") +
+         std::to_string(given) + " given";
+}
 
 std::variant<Program, Problem> Parse(std::string_view source, const SyntaxOptions& options) {
   return Parser(source, options).Run();

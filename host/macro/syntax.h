@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
+#include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -22,7 +25,8 @@ struct Place {
 struct Problem {
   Place place;
   std::string text;         // UTF-8
-  bool incomplete = false;  // the source ended inside an if or while: more lines may complete it
+  bool incomplete = false;  // the source ended inside an if, a while and so on: more lines may complete it
+  std::string file = {};    // where it is known
 };
 
 enum class Operator {
@@ -44,26 +48,60 @@ enum class Operator {
 };
 
 struct Expression {
-  enum class Kind { kLiteral, kVariable, kCall, kUnary, kBinary };
+  enum class Kind { kLiteral, kVariable, kCall, kUnary, kBinary, kIndex, kList, kTable };
   Kind kind = Kind::kLiteral;
   Place place;
   Value value;                    // kLiteral
   std::string name;               // kVariable, kCall
   Operator op = Operator::kPlus;  // kUnary, kBinary
-  std::vector<Expression> parts;  // operands, or the parameters of a call
+  // Operands, the parameters of a call, a list or table and what stands in [ ] behind it, the items of a list, or
+  // name and value of each entry of a table.
+  std::vector<Expression> parts;
 };
 
+// True for a variable, and for what stands in the lists and tables of one.
+bool IsPlace(const Expression& expression);
+
 struct Statement {
-  enum class Kind { kAssign, kPrint, kIf, kWhile, kEvaluate };
+  enum class Kind {
+    kAssign,
+    kAssignInside,
+    kPrint,
+    kIf,
+    kWhile,
+    kFor,
+    kBreak,
+    kContinue,
+    kReturn,
+    kEvaluate
+  };
   Kind kind = Kind::kEvaluate;
   Place place;
-  std::string name;                     // kAssign
-  std::vector<Expression> expressions;  // the value, the printed values, or the condition
+  std::string name;  // kAssign, kFor
+  // The value, the printed values, the condition, or what is gone through; for kAssignInside place and value; for
+  // kReturn the value or nothing.
+  std::vector<Expression> expressions;
   std::vector<Statement> body;
   std::vector<Statement> otherwise;  // kIf
 };
 
-using Program = std::vector<Statement>;
+struct Function {
+  std::string name;
+  Place place;
+  std::string file;
+  std::vector<std::string> parameters;
+  std::vector<Statement> body;
+  // Parameters, and what the body assigns: they are the function's own, in each call anew.
+  std::set<std::string, std::less<>> own;
+};
+
+using Functions = std::map<std::string, std::shared_ptr<const Function>, std::less<>>;
+
+struct Program {
+  std::string file;
+  std::vector<Statement> statements;
+  Functions functions;
+};
 
 struct SyntaxOptions {
   // Turns the UTF-8 of a quoted text into host text.
@@ -71,7 +109,11 @@ struct SyntaxOptions {
   // At the prompt any expression may stand alone; in a file only a call may, since anything else
   // does nothing.
   bool bare_expressions = false;
+  std::string file = {};  // as problems name it
 };
+
+// "greet takes 2 parameters, 1 given"
+std::string WrongCount(const std::string& name, std::size_t takes, std::size_t given);
 
 // Reads `source` (UTF-8, with or without byte order mark, any line ends).
 std::variant<Program, Problem> Parse(std::string_view source, const SyntaxOptions& options);

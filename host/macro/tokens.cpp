@@ -14,9 +14,6 @@ bool IsNameStart(char c) { return IsLetter(c) || c == '_'; }
 bool IsNamePart(char c) { return IsNameStart(c) || IsDigit(c); }
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
-constexpr std::string_view kSigns[] = {"==", "!=", "<=", ">=", "<", ">", "=", "+",
-                                       "-",  "*",  "/",  "%",  "(", ")", ","};
-
 struct EscapeRow {
   char letter;
   char meaning;

@@ -1,4 +1,4 @@
-// Words of the macro language.
+// What a source text of the macro language is made of: names and words, numbers, quoted texts, signs, line ends.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,17 @@
 
 namespace wrenfold::macro {
 
+// Words that cannot be names.
+inline constexpr std::string_view kKeywords[] = {"if", "else",  "end",      "while",    "for",
+                                                 "in", "break", "continue", "null",     "and",
+                                                 "or", "not",   "print",    "function", "return"};
+
+// Of two that begin alike the longer one stands first.
+inline constexpr std::string_view kSigns[] = {"==", "!=", "<=", ">=", "<", ">", "=", "+", "-", "*",
+                                              "/",  "%",  "(",  ")",  ",", "[", "]", "{", "}", ":"};
+
 struct Token {
-  enum class Kind { kName, kNumber, kText, kSign, kLineEnd, kEnd };
+  enum class Kind { kName, kNumber, kText, kSign, kLineEnd, kEnd };  // kName: a name or a keyword
   Kind kind = Kind::kEnd;
   Place place;
   std::string text;             // name or sign as written; the value of a quoted text, as host text

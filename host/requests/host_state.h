@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/macro/runner.h"
 #include "host/mail/folder_tree.h"
 #include "host/mail/list_view.h"
 #include "host/mail/mail_state.h"
@@ -134,9 +135,10 @@ class HostState {
   ListView list;
   MailView view;
   Reception reception;
-  bool told_no_mails = false;  // the user, that there are none
-  // Why the last request that failed did, as UTF-8; "" before the first.
+  // Why the last request, or the last call of a macro, failed, as UTF-8; "" when it did not.
   std::string failure;
+  // Runs macros in other windows and before a mail is sent; empty: nobody does, and those requests are answered 0.
+  MacroRunner run_macro;
   // What the keyword commands work with: accounts, templates, address book, ...
   CommandState commands;
 

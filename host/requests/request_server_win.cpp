@@ -1,10 +1,7 @@
 #include "host/requests/request_server_win.h"
 
-#include <algorithm>
-
-#include "host/charset/charsets.h"
 #include "host/library/request_names.h"
-#include "host/terminal/failure_win.h"
+#include "host/terminal/host_text.h"
 #include "host/terminal/terminal_text.h"
 #include "src/bridge/host_protocol.h"
 #include "src/text/host_text.h"
@@ -12,7 +9,6 @@
 namespace wrenfold {
 namespace {
 
-constexpr std::size_t kTracedCharacters = 60;         // of one text
 constexpr std::size_t kLongestReason = 500;           // characters
 constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is no text
 
@@ -20,14 +16,6 @@ constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is 
 const char* ReadableText(Slot address) {
   const auto* text = reinterpret_cast<const char*>(address);
   return IsBadStringPtrA(text, kLongestText) ? nullptr : text;
-}
-
-std::string TracedText(std::string_view text) {
-  // Only the beginning is converted; a mail can be large.
-  const std::string_view beginning = text.substr(0, wfinfo::CutLength(text, 8 * kTracedCharacters));
-  std::string shown = Quoted(SystemCharsets().HostToUtf8(beginning), kTracedCharacters);
-  if (shown.ends_with("...")) shown += " (" + std::to_string(text.size()) + " bytes)";
-  return shown;
 }
 
 std::string TracedAddress(Slot value) {
@@ -40,7 +28,7 @@ std::string TracedSlot(Slot value, char shape) {
   if (shape == 'I') return std::to_string(value);
   if (value == 0) return "null";
   const char* text = shape == 'T' ? ReadableText(value) : nullptr;
-  return text != nullptr ? TracedText(text) : TracedAddress(value);
+  return text != nullptr ? QuotedHostText(text) : TracedAddress(value);
 }
 
 std::string TracedSlots(LPARAM block, std::string_view shapes) {
@@ -106,15 +94,13 @@ Answer Request::AnswerKept(const std::string& text) {
 }
 
 Answer Request::Fail(std::string_view why) const {
-  state.failure = OnOneLine(why, kLongestReason);
-  return {.failed = true};
+  server_.NoteFailure();
+  return None(why);
 }
 
-Answer Request::FailWithoutMail(std::string_view why) const {
-  if (state.mail_count() > 0) return Fail(why);
-  if (!state.told_no_mails) Complain("there are no mails; --mail MAIL gives some");
-  state.told_no_mails = true;
-  return Fail("there are no mails");
+Answer Request::None(std::string_view why) const {
+  state.failure = OnOneLine(why, kLongestReason);
+  return {.explained = true};
 }
 
 // --- Tables ---
@@ -139,6 +125,11 @@ const Command* RequestServer::FindCommand(long long id) const {
 
 // --- Server ---
 
+CallUnderWay RequestServer::BeginCall(std::string name) {
+  state_.failure.clear();
+  return std::exchange(call_, {std::move(name), ""});
+}
+
 Slot RequestServer::Serve(int code, LPARAM block) {
   ++requests_;
   const RequestKey key{code, CarriedCommand(code, block)};
@@ -148,18 +139,18 @@ Slot RequestServer::Serve(int code, LPARAM block) {
                           : command != nullptr ? command->handler
                                                : nullptr;
   std::string slots;
-  if (trace_ != nullptr) {
+  if (trace_.IsOn()) {
     const std::string shapes =
-        service != nullptr && service->shapes != nullptr ? service->shapes : SlotShapes(key, calling_);
+        service != nullptr && service->shapes != nullptr ? service->shapes : SlotShapes(key, call_.name);
     slots = TracedSlots(block, shapes);  // before the handler writes to them
   }
   Request request(*this, state_, code, reinterpret_cast<Slot*>(block));
   const Answer answer = handler != nullptr ? handler(request) : Request::NotServed();
   if (!answer.served) {
-    NoteUnserved(RequestNames(key, calling_), RequestTitle(key));
+    NoteUnserved(key);
     return 0;
   }
-  if (trace_ != nullptr) Trace(RequestNames(key, calling_), RequestTitle(key), slots, answer);
+  if (trace_.IsOn()) Show(key, slots, answer);
   return answer.value;
 }
 
@@ -168,34 +159,32 @@ Slot RequestServer::ServeCommand(int id) {
   const RequestKey key{0, id};
   const Command* command = FindCommand(id);
   if (command == nullptr) {
-    NoteUnserved(RequestNames(key, calling_), RequestTitle(key));
+    NoteUnserved(key);
     return 0;
   }
   Request request(*this, state_, 0, nullptr);
   const Answer answer = command->handler(request);
-  if (trace_ != nullptr) Trace(RequestNames(key, calling_), RequestTitle(key), "", answer);
+  if (trace_.IsOn()) Show(key, "", answer);
   return answer.value;
 }
 
-void RequestServer::Trace(const std::string& names, const std::string& title, const std::string& slots,
-                          Answer answer) {
+void RequestServer::Show(const RequestKey& key, const std::string& slots, Answer answer) {
   const bool is_text = answer.is_text && answer.value != 0;
-  std::string shown =
-      is_text ? TracedText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
-  if (answer.failed) shown += " (" + state_.failure + ")";
-  trace_("trace: " + names + ": " + title + slots + " -> " + shown + "\n");
+  const std::string shown =
+      is_text ? QuotedHostText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
+  const std::string reason = answer.explained ? state_.failure : "";
+  if (trace_.Request(call_.name, {RequestNames(key, call_.name), key, slots, shown, reason}))
+    call_.traced = true;
 }
 
-void RequestServer::NoteFailure(std::string why) {
-  state_.failure = std::move(why);
-  if (trace_ != nullptr) trace_("trace: " + state_.failure + "\n");
-}
-
-void RequestServer::NoteUnserved(const std::string& names, const std::string& title) {
+void RequestServer::NoteUnserved(const RequestKey& key) {
+  const std::string title = RequestTitle(key);
+  if (call_.unserved.empty()) call_.unserved = title;
   Unserved& unserved = unserved_[title];
   if (++unserved.count > 1) return;
+  const std::string names = RequestNames(key, call_.name);
   unserved.title = title + " (" + names + ")";
-  if (trace_ != nullptr) trace_("trace: not served: " + unserved.title + " -> 0\n");
+  if (trace_.IsOn() && trace_.Request(call_.name, {names, key, "", "0", "", false})) call_.traced = true;
 }
 
 std::uint64_t RequestServer::not_served() const {

@@ -9,8 +9,10 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/requests/host_state.h"
+#include "host/requests/trace.h"
 
 namespace wrenfold {
 
@@ -21,8 +23,8 @@ using Slot = long long;
 struct Answer {
   Slot value = 0;
   bool is_text = false;
-  bool served = true;   // false: the handler knows only other forms of this request
-  bool failed = false;  // the value says so, and HostState::failure why
+  bool served = true;      // false: the handler knows only other forms of this request
+  bool explained = false;  // HostState::failure tells why it is 0
 };
 
 class RequestServer;
@@ -56,8 +58,10 @@ class Request {
   // 0, because of `why`: one line of UTF-8 without a full stop that names the value at fault. The trace and the
   // macro can ask for it; what in a value would break the line or command a terminal is made visible there.
   Answer Fail(std::string_view why) const;
-  // The same for a request that needs a mail. That there are none at all is also told on standard error, once.
-  Answer FailWithoutMail(std::string_view why) const;
+  // The same where 0 is a plain answer and nothing went wrong, as at the end of a walk: `--strict` lets it pass.
+  Answer None(std::string_view why) const;
+  // For a number that a list does not have: a walk ends behind the last, and no walk comes before the first.
+  Answer NoNumber(Slot number, std::string_view why) const { return number < 0 ? Fail(why) : None(why); }
   // Keeps `text` until the next text answer of the same code.
   Answer AnswerText(std::string text) const;
   // For a text that the host keeps anyway.
@@ -84,14 +88,14 @@ struct Service {
 // Runs `kAnswer` when there is a root mail; else the answer is 0.
 template <Handler kAnswer>
 Answer WithRoot(Request& request) {
-  return request.state.HasRoot() ? kAnswer(request) : request.FailWithoutMail("no mail is open");
+  return request.state.HasRoot() ? kAnswer(request) : request.Fail("no mail is open");
 }
 
 // Runs `kAnswer` when there is a current mail.
 template <Handler kAnswer>
 Answer WithCurrent(Request& request) {
   return request.state.HasCurrent() ? kAnswer(request)
-                                    : request.FailWithoutMail("no mail is open or being written");
+                                    : request.Fail("no mail is open or being written");
 }
 
 // A menu command, which comes as WM_COMMAND or in the first slot of codes 12 and 57.
@@ -107,27 +111,34 @@ struct ServiceFamily {
   std::span<const Command> commands;
 };
 
-// Where the trace goes, line by line, as UTF-8.
-using TraceLine = void (*)(std::string_view line);
+// The call of a macro that requests come from.
+struct CallUnderWay {
+  std::string name;      // of the export; "" between calls
+  std::string unserved;  // its first request that is not served: "code 96"; "" without one
+  bool failed = false;   // one of its requests did
+  bool traced = false;   // one of its requests was shown
+};
 
 class RequestServer {
  public:
-  // `families` outlive the server. `trace` is null when nothing is to be traced.
-  RequestServer(HostState& state, std::span<const ServiceFamily* const> families, TraceLine trace)
+  // `families` and `trace` outlive the server.
+  RequestServer(HostState& state, std::span<const ServiceFamily* const> families, const Trace& trace)
       : state_(state), families_(families), trace_(trace) {}
 
   HostState& state() { return state_; }
+  const Trace& trace() const { return trace_; }
 
   // Answers a host request: `block` is lParam, 0 without a block.
   Slot Serve(int code, LPARAM block);
   // Answers a menu command.
   Slot ServeCommand(int id);
 
-  // Why the export that was just called failed, where no request could say it.
-  void NoteFailure(std::string why);
+  // Around each call of an export by a macro; a call may lead to others. HostState::failure is that of the call.
+  // Begin gives what End takes: the call around this one. End gives what came of this one.
+  CallUnderWay BeginCall(std::string name);
+  CallUnderWay EndCall(CallUnderWay outer) { return std::exchange(call_, std::move(outer)); }
 
-  // The export that the macro is calling, for the trace; "" between calls.
-  void set_calling(std::string_view name) { calling_ = name; }
+  void NoteFailure() { call_.failed = true; }
 
   const std::string& Keep(int code, std::string text) { return kept_[code] = std::move(text); }
 
@@ -140,16 +151,16 @@ class RequestServer {
     std::string title;  // "code 96 (SetMailColor)"
     std::uint64_t count = 0;
   };
-  void Trace(const std::string& names, const std::string& title, const std::string& slots, Answer answer);
-  void NoteUnserved(const std::string& names, const std::string& title);
+  void Show(const RequestKey& key, const std::string& slots, Answer answer);
+  void NoteUnserved(const RequestKey& key);
 
   const Service* FindService(int code) const;
   const Command* FindCommand(long long id) const;
 
   HostState& state_;
   std::span<const ServiceFamily* const> families_;
-  TraceLine trace_;
-  std::string calling_;
+  const Trace& trace_;
+  CallUnderWay call_;
   std::uint64_t requests_ = 0;
   std::map<std::string, Unserved> unserved_;
   std::map<int, std::string> kept_;

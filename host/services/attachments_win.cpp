@@ -75,7 +75,7 @@ Answer Delete(Request& request) {
 Answer AddOfRoot(Request& request) {
   if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   const auto& files = request.state.Message(request.state.root()).attachments;
-  if (files.empty()) return request.Fail("the open mail has no attachments");
+  if (files.empty()) return request.None("the open mail has no attachments");
   Attachments(request).insert(Attachments(request).end(), files.begin(), files.end());
   return Request::AnswerNumber(static_cast<Slot>(files.size()));
 }
@@ -96,7 +96,7 @@ Answer FileName(Request& request) {
   const ParameterizedValue parsed = ParseParameters(value, SystemCharsets());
   const std::u16string* file_name = FindParameter(parsed, "filename");
   if (file_name == nullptr) file_name = FindParameter(parsed, "name");
-  if (file_name == nullptr) return request.Fail("names no file: " + Quoted(ToUtf8(value), 60));
+  if (file_name == nullptr) return request.None("names no file: " + Quoted(ToUtf8(value), 60));
   return request.AnswerText(SystemCharsets().ToHostText(*file_name));
 }
 

@@ -124,7 +124,7 @@ Answer RoleFolder(Request& request) {
     HostState& state = request.state;
     const std::size_t tree = state.folders().empty() ? 0 : state.folders()[state.folder()].tree;
     const auto folder = state.folders().empty() ? std::nullopt : state.tree().WithRole(tree, kRole.name);
-    if (!folder) return request.Fail(std::string("there is no folder \"") + kRole.name + "\"");
+    if (!folder) return request.None(std::string("there is no folder \"") + kRole.name + "\"");
     return request.AnswerText(FolderPath(request, *folder));
   });
 }

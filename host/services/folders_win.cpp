@@ -78,7 +78,7 @@ Answer NeighbourPath(Request& request, std::size_t folder) {
 template <int kStep>
 Answer Go(Request& request) {
   const auto neighbour = Neighbour(request, request.state.folder(), kStep);
-  return neighbour ? Show(request, *neighbour) : request.Fail("there is no folder that way");
+  return neighbour ? Show(request, *neighbour) : request.None("there is no folder that way");
 }
 
 // --- Making and deleting ---

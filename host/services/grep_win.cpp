@@ -109,7 +109,7 @@ Answer Find(Request& request) {
   };
   if (kInclude && finds(state.root())) return Request::Done(true);
   return MoveInList(request, kForwards, finds) ? Request::Done(true)
-                                               : request.Fail("the find pack finds no mail on the way");
+                                               : request.None("the find pack finds no mail on the way");
 }
 
 // --- Counters of a folder ---

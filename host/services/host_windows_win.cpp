@@ -17,7 +17,7 @@ Answer NoTrayIcon(Request&) { return Request::AnswerNumber(0); }
 // One mail is written at a time, in the outer view.
 Answer Editor(Request& request) {
   if (request.Number(0) == 0 && request.state.HasDraft()) return Window(Windows::View());
-  return request.Fail("no editor " + std::to_string(request.Number(0)) + " is open");
+  return request.NoNumber(request.Number(0), "no editor " + std::to_string(request.Number(0)) + " is open");
 }
 
 Answer Viewer(Request& request) { return Window(HtmlViewer(request.state)); }

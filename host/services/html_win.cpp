@@ -19,7 +19,7 @@ Answer AnswerWide(Request& request, std::u16string_view text) {
 
 Answer RootHtml(Request& request) {
   const auto html = HtmlOfMail(SplitMessage(request.state.Mail(request.state.root()).raw));
-  return html ? AnswerWide(request, *html) : request.Fail("the open mail has no HTML");
+  return html ? AnswerWide(request, *html) : request.None("the open mail has no HTML");
 }
 
 Answer Quote(Request& request) {

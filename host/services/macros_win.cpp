@@ -6,7 +6,6 @@
 
 #include "host/charset/charsets.h"
 #include "host/library/export_caller_win.h"
-#include "host/macro/runner.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/macros_win.h"
 #include "host/services/services_win.h"
@@ -16,7 +15,6 @@ namespace wrenfold {
 
 namespace {
 
-MacroRunner* g_runner = nullptr;
 int g_depth = 0;
 
 constexpr int kMostDepth = 20;  // macros within macros
@@ -37,11 +35,11 @@ std::vector<macro::Value> Parameters(const Request& request) {
 }
 
 Answer RunIn(HWND window, Request& request) {
-  if (g_runner == nullptr || g_depth >= kMostDepth) return {};
+  if (!request.state.run_macro || g_depth >= kMostDepth) return {};
   const Windows::Acting acting(window);
   ++g_depth;
   const std::string macro(request.Text(0));
-  const auto value = g_runner->RunMacro(macro, Parameters(request));
+  const auto value = request.state.run_macro(macro, Parameters(request));
   --g_depth;
   if (!value) return {};
   return Request::AnswerNumber(value->IsNumber() ? value->Number() : 1);
@@ -92,15 +90,13 @@ const ServiceFamily kMacrosServices = {kServices, {}};
 
 std::optional<std::int64_t> RunBeforeSending(HostState& state) {
   const std::string file = state.writing.send_macro;
-  if (g_runner == nullptr || g_depth >= kMostDepth) return std::nullopt;
+  if (!state.run_macro || g_depth >= kMostDepth) return std::nullopt;
   const RunningFor running(state.writing, MacroReason::kBeforeSending, file);
   ++g_depth;
-  const auto value = g_runner->RunMacro(SystemCharsets().Utf8ToHost(file), {});
+  const auto value = state.run_macro(SystemCharsets().Utf8ToHost(file), {});
   --g_depth;
   if (!value) return std::nullopt;
   return value->IsNumber() ? value->Number() : 1;
 }
-
-void SetMacroRunner(MacroRunner* runner) { g_runner = runner; }
 
 }  // namespace wrenfold

@@ -27,8 +27,8 @@ Answer SetIndex(Request& request) {
   const std::vector<std::size_t> list = Shown(request);
   const Slot place = request.Number(0);
   if (place < 0 || place >= static_cast<Slot>(list.size())) {
-    return request.Fail("the list has no mail " + std::to_string(place) + "; it shows " +
-                        std::to_string(list.size()));
+    return request.NoNumber(
+        place, "the list has no mail " + std::to_string(place) + "; it shows " + std::to_string(list.size()));
   }
   return OpenInList(request, list[static_cast<std::size_t>(place)]);
 }
@@ -40,7 +40,7 @@ Answer Move(Request& request) {
     return !kUnreadOnly || (request.state.StateWord(mail) & kStateUnread) != 0;
   });
   return found ? Request::Done(true)
-               : request.Fail(kStep > 0 ? "no such mail behind the open one"
+               : request.None(kStep > 0 ? "no such mail behind the open one"
                                         : "no such mail before the open one");
 }
 
@@ -69,8 +69,8 @@ Answer EnumSelection(Request& request) {
   const std::vector<std::size_t> locked = request.state.selection.Locked();
   const Slot place = request.Number(0);
   if (place < 0 || place >= static_cast<Slot>(locked.size())) {
-    return request.Fail("no mail " + std::to_string(place) + " is locked; LockSelection took " +
-                        std::to_string(locked.size()));
+    return request.NoNumber(place, "no mail " + std::to_string(place) + " is locked; LockSelection took " +
+                                       std::to_string(locked.size()));
   }
   return Request::Done(request.state.Open(locked[static_cast<std::size_t>(place)]));
 }

@@ -46,7 +46,7 @@ Answer Go(Request& request, Slot target, bool forwards, Slot roll) {
     if (PlaceIn(folders[here], mail) && !PlaceIn(shown, mail)) continue;
     if (IsTarget(request, target, mail)) return OpenInList(request, mail);
   }
-  return request.Fail("no such mail on the way");
+  return request.None("no such mail on the way");
 }
 
 // --- Pages of the open mail ---
@@ -66,7 +66,7 @@ bool TurnPage(Request& request, bool forwards) {
 }
 
 Answer NextPage(Request& request) {
-  return TurnPage(request, true) ? Request::Done(true) : request.Fail("this is the mail's last page");
+  return TurnPage(request, true) ? Request::Done(true) : request.None("this is the mail's last page");
 }
 
 template <bool kForwards>

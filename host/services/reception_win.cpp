@@ -25,8 +25,8 @@ Answer CountOf(const std::vector<std::size_t>& mails) {
 
 Answer SelectOf(Request& request, const std::vector<std::size_t>& mails, Slot index) {
   if (index < 0 || index >= static_cast<Slot>(mails.size())) {
-    return request.Fail("no received mail " + std::to_string(index) + "; there are " +
-                        std::to_string(mails.size()));
+    return request.NoNumber(
+        index, "no received mail " + std::to_string(index) + "; there are " + std::to_string(mails.size()));
   }
   return Request::Done(request.state.Open(mails[static_cast<std::size_t>(index)]));
 }
@@ -98,8 +98,8 @@ Answer FactOf(Request& request) {
   const auto& received = state.reception.mails();
   const Slot index = request.Number(1);
   if (index < 0 || index >= static_cast<Slot>(received.size())) {
-    return request.Fail("no received mail " + std::to_string(index) + "; there are " +
-                        std::to_string(received.size()));
+    return request.NoNumber(index, "no received mail " + std::to_string(index) + "; there are " +
+                                       std::to_string(received.size()));
   }
   const Reception::Mail& one = received[static_cast<std::size_t>(index)];
   switch (request.Number(0)) {

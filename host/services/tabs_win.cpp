@@ -89,7 +89,8 @@ Answer Tabs(Request& request) {
   if (request.Number(0) == kCount) return Request::AnswerNumber(static_cast<Slot>(kept.tabs.size()));
   if (request.Number(0) == kCurrent) return Request::AnswerNumber(static_cast<Slot>(kept.tab));
   const auto tab = static_cast<std::size_t>(request.Number(1));
-  if (tab >= kept.tabs.size()) return request.Fail("no tab " + std::to_string(request.Number(1)));
+  if (tab >= kept.tabs.size())
+    return request.NoNumber(request.Number(1), "no tab " + std::to_string(request.Number(1)));
   return WithTab(request, kept, tab);
 }
 
@@ -102,7 +103,7 @@ Answer AddBookmark(Request& request) {
 
 Answer DeleteBookmark(Request& request) {
   const bool was = request.state.folder_state().bookmarks.erase(request.state.root()) > 0;
-  return was ? Request::Done(true) : request.Fail("the open mail has no bookmark");
+  return was ? Request::Done(true) : request.None("the open mail has no bookmark");
 }
 
 Answer IsBookmarked(Request& request) {

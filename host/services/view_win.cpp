@@ -58,7 +58,7 @@ template <bool (*kHasToDo)(HostState&, std::size_t, const std::string&)>
 Answer OpenRelated(Request& request) {
   HostState& state = request.state;
   const std::vector<std::string> ids = MessageIds(state.Header(state.root(), "Message-ID"));
-  if (ids.empty()) return request.Fail("the open mail has no Message-ID");
+  if (ids.empty()) return request.None("the open mail has no Message-ID");
   for (std::size_t folder = 0; folder < state.folders().size(); ++folder) {
     for (const std::size_t mail : state.MailsOf(folder)) {
       if (mail == state.root() || !kHasToDo(state, mail, ids[0])) continue;
@@ -66,7 +66,7 @@ Answer OpenRelated(Request& request) {
       return OpenView(request);
     }
   }
-  return request.Fail("no mail that has to do with " + ids[0] + " in this way");
+  return request.None("no mail that has to do with " + ids[0] + " in this way");
 }
 
 constexpr Command kCommands[] = {

@@ -100,7 +100,7 @@ Answer AlterSave(Request& request) {
     return Save(request);
   }
   if (!state.HasRoot()) return request.Fail("no mail is open or being written");
-  if (!state.Changes(state.root())) return request.Fail("the mail was not changed");
+  if (!state.Changes(state.root())) return request.None("the mail was not changed");
   if (const auto reason = SaveChanges(state, state.root())) return request.Fail(*reason);
   return Request::Done(true);
 }

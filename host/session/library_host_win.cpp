@@ -1,34 +1,75 @@
 #include "host/session/library_host_win.h"
 
+#include <utility>
+#include <vector>
+
 #include "host/charset/charsets.h"
 #include "host/library/export_caller_win.h"
 #include "host/library/export_help.h"
+#include "host/library/failure_reason.h"
 #include "host/library/host_functions_win.h"
 #include "host/mail/file_reasons.h"
 #include "host/mail/mail_store.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/interrupt_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 #include "src/catalogue/rows.h"
 
 namespace wrenfold {
 
-std::optional<std::string> CheckMacroCall(const std::string& name, std::size_t parameters) {
-  return IsHostFunction(name) ? CheckHostFunction(name, parameters) : CheckCallForm(name, parameters);
+namespace {
+
+std::optional<std::string> CheckMacroCall(const std::string& name, std::size_t parameters,
+                                          std::span<const std::string_view> others) {
+  if (IsHostFunction(name)) return CheckHostFunction(name, parameters);
+  std::vector<std::string_view> names(others.begin(), others.end());
+  for (const HostFunction& function : HostFunctions()) names.push_back(function.name);
+  return CheckCallForm(name, parameters, names);
 }
 
+bool HasMacroFunction(std::string_view name) {
+  return IsHostFunction(name) || wfinfo::catalogue::FindRow(name) != nullptr;
+}
+
+}  // namespace
+
+const macro::HostNames kMacroNames = {CheckMacroCall, HasMacroFunction};
+
 // --- Calls ---
+
+namespace {
+
+// Whom the library's messages are told.
+LibraryHost* g_host = nullptr;
+
+macro::Complaint Stopped(const std::string& name, const std::string& reason) {
+  return {name + ": " + reason + " (--strict)"};
+}
+
+}  // namespace
+
+LibraryHost::LibraryHost(const Library& library, RequestServer& server, bool strict)
+    : library_(library), server_(server), strict_(strict) {
+  g_host = this;
+}
+
+LibraryHost::~LibraryHost() { g_host = nullptr; }
 
 std::variant<macro::Value, macro::Complaint> LibraryHost::Call(const std::string& name,
                                                                std::span<const macro::Value> parameters) {
   turns_.Called();
-  if (IsHostFunction(name)) return CallHostFunction(name, parameters);
-  server_.set_calling(name);
+  if (IsHostFunction(name)) return CallOwn(name, parameters);
+  Made made{name, parameters, ""};
+  Made* const outer_made = std::exchange(made_, &made);
+  CallUnderWay outer = server_.BeginCall(name);
   auto result = CallExport(library_, name, parameters);
-  server_.set_calling("");
   NoteFileFailure(name, parameters, result);
-  return result;
+  const CallUnderWay call = server_.EndCall(std::move(outer));
+  made_ = outer_made;
+  if (std::holds_alternative<macro::Complaint>(result)) return result;
+  return Finished(made, call, std::get<macro::Value>(std::move(result)));
 }
 
 // What the library writes itself, without asking the host.
@@ -37,35 +78,123 @@ void LibraryHost::NoteFileFailure(const std::string& name, std::span<const macro
   const auto* const value = std::get_if<macro::Value>(&result);
   const bool failed = value != nullptr && value->IsNumber() && value->Number() == 0;
   if (name != "SaveStringToFile" || !failed || parameters.empty() || !parameters[0].IsText()) return;
-  server_.NoteFailure(WhyUnwritable(PathFromUtf8(SystemCharsets().HostToUtf8(parameters[0].Text()))));
+  server_.state().failure = WhyUnwritable(PathFromUtf8(SystemCharsets().HostToUtf8(parameters[0].Text())));
+  server_.NoteFailure();
 }
 
-bool LibraryHost::HasFunction(std::string_view name) const {
-  return IsHostFunction(name) || wfinfo::catalogue::FindRow(name) != nullptr;
+std::variant<macro::Value, macro::Complaint> LibraryHost::CallOwn(const std::string& name,
+                                                                  std::span<const macro::Value> parameters) {
+  std::string& last_reason = server_.state().failure;
+  HostCall call{parameters, last_reason};
+  auto result = CallHostFunction(name, call);
+  const auto* value = std::get_if<macro::Value>(&result);
+  if (value == nullptr) return result;
+  if (strict_ && call.failed) return Stopped(name, call.reason);
+  if (server_.trace().IsOn())
+    server_.trace().Call({name, calling_at(), parameters, *value, call.reason}, false);
+  if (!call.asks_reason) last_reason = std::move(call.reason);
+  return result;
 }
+
+std::variant<macro::Value, macro::Complaint> LibraryHost::Finished(const Made& made, const CallUnderWay& call,
+                                                                   macro::Value result) {
+  std::string reason = server_.state().failure;
+  if (!call.unserved.empty()) reason = call.unserved + " is not served by the small host";
+  if (reason.empty()) reason = made.message;
+  const bool failed = call.failed || !call.unserved.empty() || !made.message.empty();
+  if (strict_ && failed) return Stopped(made.name, reason);
+  if (!call.unserved.empty() && !server_.trace().ShowsEverything())
+    TellUnserved(made.name + " is not served by the small host (" + call.unserved + ")");
+  TellNoMails(reason);
+  if (reason.empty()) reason = WrongDate(made, result);
+  const auto* row = wfinfo::catalogue::FindRow(made.name);
+  if (result.IsNull() && row != nullptr) {
+    result = macro::Value::NullBecause(WhyNull(*row, reason));
+    if (reason.empty() && row->result != "Void") reason = result.WhyNull();
+  }
+  server_.state().failure = reason;
+  if (server_.trace().IsOn()) {
+    server_.trace().Call({made.name, calling_at(), made.parameters, result, reason}, call.traced);
+  }
+  return result;
+}
+
+// Why an export of dates gave "" or 0: the first parameter that FormatDate makes nothing of.
+std::string LibraryHost::WrongDate(const Made& made, const macro::Value& result) const {
+  const auto* row = wfinfo::catalogue::FindRow(made.name);
+  if (row == nullptr) return "";
+  for (auto at = NextDate(*row, result, 0); at && *at < made.parameters.size();
+       at = NextDate(*row, result, *at + 1)) {
+    const macro::Value asked[] = {made.parameters[*at], macro::Value(std::string("YYYY"))};
+    const auto year = CallExport(library_, "FormatDate", asked);
+    const auto* text = std::get_if<macro::Value>(&year);
+    if (text != nullptr && !text->IsTrue()) return ShownValue(made.parameters[*at]) + " is no date";
+  }
+  return "";
+}
+
+std::string LibraryHost::Where() const { return ShownLocation(calling_at()); }
+
+// Once for each place; at the prompt each time.
+void LibraryHost::TellUnserved(const std::string& reason) {
+  const std::string line = Where() + reason;
+  if (told_.insert(line).second || Where().empty()) Fail(line);
+}
+
+// Once: a macro that reads mails where none were given has only empty answers to show.
+void LibraryHost::TellNoMails(const std::string& reason) {
+  const bool lacks_mails = reason.starts_with("no mail is open") || reason.starts_with("no mails are open");
+  if (server_.state().mail_count() > 0 || !lacks_mails) return;
+  const std::string line = "no mails were given: --mail MAIL";
+  if (told_.insert(line).second) Fail(Where() + line);
+}
+
+void LibraryHost::ShowMessage(const char* text) {
+  const std::string message = ShownHostText(text);
+  std::string call;
+  if (g_host != nullptr && g_host->made_ != nullptr) {
+    Made& made = *g_host->made_;
+    call = "  in " + g_host->Where() + ShownCall(made.name, made.parameters) + "\n";
+    constexpr std::string_view kFrom = "WFINFO.DLL: ";
+    if (made.message.empty()) made.message = message.substr(message.starts_with(kFrom) ? kFrom.size() : 0);
+  }
+  TheTerminal().Error(message + "\n" + call);
+}
+
+bool LibraryHost::HasFunction(std::string_view name) const { return HasMacroFunction(name); }
 
 void LibraryHost::Print(std::string_view line) { TheTerminal().Out(ShownHostText(line) + "\n"); }
 
-bool LibraryHost::MayGoOn() { return !turns_.IsDue(GetTickCount64()) || Windows::Pump(); }
+bool LibraryHost::MayGoOn() {
+  return !IsInterrupted() && (!turns_.IsDue(GetTickCount64()) || Windows::Pump());
+}
+
+std::string LibraryHost::StopReason() const { return IsInterrupted() ? "stopped by Ctrl+C" : "stopped"; }
 
 // --- Macros of other windows ---
 
-std::optional<macro::Value> OtherWindowsMacros::RunMacro(std::string_view macro,
-                                                         std::span<const macro::Value> parameters) {
-  const auto loaded = Load(SystemCharsets().HostToUtf8(macro));
+std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
+                                                    std::span<const macro::Value> parameters) {
+  macro::KnownNames known;
+  for (std::size_t i = 0; i < parameters.size(); ++i) known.variables.insert("p" + std::to_string(i + 1));
+  const auto loaded = Load(SystemCharsets().HostToUtf8(macro), known);
   if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason), std::nullopt;
   const auto& [file, program] = std::get<LoadedMacro>(loaded);
   macro::Interpreter interpreter(host_);
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     interpreter.SetVariable("p" + std::to_string(i + 1), parameters[i]);
   }
-  if (const auto problem = interpreter.Run(program)) return Fail(Located(file, *problem)), std::nullopt;
+  // What failed in it is not a failure of the call that has it run.
+  const std::string failure = std::exchange(state_.failure, "");
+  const auto problem = interpreter.Run(program);
+  state_.failure = failure;
+  if (problem) return Fail(Located(file, *problem)), std::nullopt;
   return interpreter.last_value().value_or(macro::Value(1));
 }
 
-MacroOrReason OtherWindowsMacros::Load(const std::string& text) {
-  return text.ends_with(".macro") ? LoadMacro(text, CheckMacroCall)
-                                  : ReadMacro("macro", text, CheckMacroCall, true);
+MacroOrReason OtherWindowsMacros::Load(const std::string& text, macro::KnownNames& known) {
+  return text.ends_with(".macro") ? LoadMacro(text, kMacroNames, known)
+                                  : ReadMacro("macro", text, kMacroNames, known, true);
 }
 
 }  // namespace wrenfold

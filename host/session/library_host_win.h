@@ -1,8 +1,10 @@
-// What macros reach: the exports of the library, the host's own functions, and macros of other windows.
+// What macros reach: the exports of the library, the host's own functions, and macros of other windows. And what is
+// said of a call that went wrong.
 #pragma once
 
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,12 +19,14 @@
 
 namespace wrenfold {
 
-// Whether a call in a macro can be right: of an export, or of one of the host's own functions.
-std::optional<std::string> CheckMacroCall(const std::string& name, std::size_t parameters);
+// The exports, and the host's own functions.
+extern const macro::HostNames kMacroNames;
 
 class LibraryHost : public macro::MacroHost {
  public:
-  LibraryHost(const Library& library, RequestServer& server) : library_(library), server_(server) {}
+  // `strict`: a call that is not served, that fails in the host or that the library complains of stops the macro.
+  LibraryHost(const Library& library, RequestServer& server, bool strict);
+  ~LibraryHost() override;
 
   std::variant<macro::Value, macro::Complaint> Call(const std::string& name,
                                                     std::span<const macro::Value> parameters) override;
@@ -30,29 +34,56 @@ class LibraryHost : public macro::MacroHost {
   void Print(std::string_view line) override;
   // Timers and posted messages of the library have their turn between statements.
   bool MayGoOn() override;
+  std::string StopReason() const override;
+
+  // The library's error callback: shows its message (host text), and the call that it is about.
+  static void ShowMessage(const char* text);
 
  private:
+  // A call of an export as the macro made it.
+  struct Made {
+    const std::string& name;
+    std::span<const macro::Value> parameters;
+    std::string message;  // of the library, UTF-8
+  };
+  // A function that is no export.
+  std::variant<macro::Value, macro::Complaint> CallOwn(const std::string& name,
+                                                       std::span<const macro::Value> parameters);
+  std::variant<macro::Value, macro::Complaint> Finished(const Made& made, const CallUnderWay& call,
+                                                        macro::Value result);
+  // Says why the library could not write a file.
   void NoteFileFailure(const std::string& name, std::span<const macro::Value> parameters,
                        const std::variant<macro::Value, macro::Complaint>& result);
+  std::string WrongDate(const Made& made, const macro::Value& result) const;
+  // "m.macro:3:1: " of the call under way; "" at the prompt.
+  std::string Where() const;
+  void TellUnserved(const std::string& reason);
+  void TellNoMails(const std::string& reason);
 
   const Library& library_;
   RequestServer& server_;
+  bool strict_;
   macro::Turns turns_;
+  Made* made_ = nullptr;  // the call under way
+  std::set<std::string> told_;
 };
 
 // What a macro has another window run: a macro of its own, with variables of its own.
-class OtherWindowsMacros : public MacroRunner {
+class OtherWindowsMacros {
  public:
-  explicit OtherWindowsMacros(macro::MacroHost& host) : host_(host) { SetMacroRunner(this); }
-  ~OtherWindowsMacros() override { SetMacroRunner(nullptr); }
-
-  std::optional<macro::Value> RunMacro(std::string_view macro,
-                                       std::span<const macro::Value> parameters) override;
+  OtherWindowsMacros(macro::MacroHost& host, HostState& state) : host_(host), state_(state) {
+    state.run_macro = [this](std::string_view macro, auto parameters) { return Run(macro, parameters); };
+  }
+  ~OtherWindowsMacros() { state_.run_macro = nullptr; }
+  OtherWindowsMacros(const OtherWindowsMacros&) = delete;
+  OtherWindowsMacros& operator=(const OtherWindowsMacros&) = delete;
 
  private:
-  static MacroOrReason Load(const std::string& text);
+  std::optional<macro::Value> Run(std::string_view macro, std::span<const macro::Value> parameters);
+  static MacroOrReason Load(const std::string& text, macro::KnownNames& known);
 
   macro::MacroHost& host_;
+  HostState& state_;
 };
 
 }  // namespace wrenfold

@@ -19,11 +19,12 @@ struct LoadedMacro {
 using MacroOrReason = std::variant<LoadedMacro, std::string>;
 
 // `source` is UTF-8, `file` what its problems name. `bare_expressions`: any expression may stand alone.
-MacroOrReason ReadMacro(const std::string& file, const std::string& source, macro::CallCheck check,
-                        bool bare_expressions);
-MacroOrReason LoadMacro(const std::string& file, macro::CallCheck check);
+// `known` holds what macros that run before leave behind, and then what this one leaves.
+MacroOrReason ReadMacro(const std::string& file, const std::string& source, const macro::HostNames& host,
+                        macro::KnownNames& known, bool bare_expressions);
+MacroOrReason LoadMacro(const std::string& file, const macro::HostNames& host, macro::KnownNames& known);
 
-// "file:line:column: reason"
+// "file:line:column: reason"; the problem may stand in a function of another file.
 std::string Located(const std::string& file, const macro::Problem& problem);
 
 // What texts in macros are made into.

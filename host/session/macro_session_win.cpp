@@ -10,8 +10,10 @@
 
 #include "host/library/library_win.h"
 #include "host/macro/run.h"
+#include "host/mail/mail_store.h"
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
+#include "host/requests/trace.h"
 #include "host/services/draft_side_win.h"
 #include "host/services/services_win.h"
 #include "host/services/transmission_win.h"
@@ -23,6 +25,7 @@
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/progress_win.h"
+#include "host/terminal/interrupt_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 
@@ -31,13 +34,36 @@ namespace {
 
 // --- What the library calls ---
 
-void ShowMessage(const char* text) { TheTerminal().Error(ShownHostText(text) + "\n"); }
 void ShowLogLine(const char* text, unsigned number) {
   TheTerminal().Error("log " + std::to_string(number) + ": " + ShownHostText(text) + "\n");
 }
-void ShowTraceLine(std::string_view line) { TheTerminal().Error(line); }
 
 bool SystemIsJapanese() { return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_JAPANESE; }
+
+// Whole lines as they come, so that a run that ends early leaves what it did.
+class TraceFile {
+ public:
+  TraceFile() = default;
+  ~TraceFile() {
+    if (IsOpen()) CloseHandle(file_);
+  }
+  TraceFile(const TraceFile&) = delete;
+  TraceFile& operator=(const TraceFile&) = delete;
+
+  bool Open(const std::string& name) {
+    file_ = CreateFileW(PathFromUtf8(name).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                        FILE_ATTRIBUTE_NORMAL, nullptr);
+    return IsOpen();
+  }
+  bool IsOpen() const { return file_ != INVALID_HANDLE_VALUE; }
+  void Write(std::string_view line) {
+    DWORD written = 0;
+    WriteFile(file_, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+  }
+
+ private:
+  HANDLE file_ = INVALID_HANDLE_VALUE;
+};
 
 // --- The run ---
 
@@ -49,12 +75,13 @@ void EndMacro(HostState& state) {
 }
 
 int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
+  const Interruptible interruptible;
   for (const LoadedMacro& loaded : macros) {
     state.writing.macro = loaded.file;
     const auto problem = interpreter.Run(loaded.program);
     EndMacro(state);
     if (state.commands.application.exit_asked) return kFine;
-    if (problem) return Fail(Located(loaded.file, *problem));
+    if (problem) return Fail(Located(loaded.file, *problem), IsInterrupted() ? kInterrupted : kFailed);
   }
   return kFine;
 }
@@ -74,19 +101,26 @@ void Summarise(const RequestServer& server, bool trace) {
   }
 }
 
-int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostState& state, Library& library) {
-  library.HandOver(options.english.value_or(!SystemIsJapanese()), ShowMessage, ShowLogLine);
-  RequestServer server(state, AllServices(), options.trace ? ShowTraceLine : nullptr);
+int Work(const Options& options, const std::vector<LoadedMacro>& macros, const macro::KnownNames& known,
+         HostState& state, Library& library) {
+  library.HandOver(options.english.value_or(!SystemIsJapanese()), LibraryHost::ShowMessage, ShowLogLine);
+  TraceFile json;
+  if (!options.trace_json.empty() && !json.Open(options.trace_json.back()))
+    return Fail("cannot write the trace " + options.trace_json.back());
+  const Trace trace(options.trace ? [](std::string_view line) { TheTerminal().Error(line); } : Trace::Line(),
+                    json.IsOpen() ? [&json](std::string_view line) { json.Write(line); } : Trace::Line(),
+                    options.traced);
+  RequestServer server(state, AllServices(), trace);
   const Windows windows(server);
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
-  LibraryHost host(library, server);
-  const OtherWindowsMacros other_windows(host);
+  LibraryHost host(library, server, options.strict);
+  const OtherWindowsMacros other_windows(host, state);
   const WrittenMail written_mail(state);
   macro::Interpreter interpreter(host);
   int result = RunMacros(macros, interpreter, state);
   state.writing.macro.clear();
   const bool goes_on = result == kFine && !state.commands.application.exit_asked;
-  if (goes_on && options.prompt) result = RunPrompt(interpreter, state);
+  if (goes_on && options.prompt) result = RunPrompt(interpreter, known, state);
   EndTransmission(state);
   if (!KeepAtEnd(state)) result = kFailed;
   Summarise(server, options.trace);
@@ -97,8 +131,9 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, HostSta
 
 int RunMacroSession(const Options& options) {
   std::vector<LoadedMacro> macros;
+  macro::KnownNames known;
   for (const std::string& file : options.macros) {
-    auto loaded = LoadMacro(file, CheckMacroCall);
+    auto loaded = LoadMacro(file, kMacroNames, known);
     if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason);
     macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
   }
@@ -108,7 +143,7 @@ int RunMacroSession(const Options& options) {
   if (const auto reason = OpenWorkFiles(options, state)) return Fail(*reason);
   auto library = Library::Load();
   if (const auto* reason = std::get_if<std::string>(&library)) return Fail(*reason);
-  return Work(options, macros, state, std::get<Library>(library));
+  return Work(options, macros, known, state, std::get<Library>(library));
 }
 
 }  // namespace wrenfold

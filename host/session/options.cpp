@@ -37,6 +37,8 @@ constexpr OptionRow kOptions[] = {
     {"--send-with", &Options::send_with, nullptr, nullptr, "a program"},
     {"--answer", &Options::answers, nullptr},
     {"--strict-mails", nullptr, [](Options& options) { options.strict_mails = true; }},
+    {"--strict", nullptr, [](Options& options) { options.strict = true; }},
+    {"--trace-json", &Options::trace_json, nullptr},
     {"--read-only", nullptr, [](Options& options) { options.read_only = true; }},
     {"--trace", nullptr, [](Options& options) { options.trace = true; }},
     {"--prompt", nullptr, [](Options& options) { options.prompt = true; }},
@@ -58,6 +60,17 @@ constexpr OptionRow kOptions[] = {
     {"--help", nullptr, [](Options& options) { options.help = true; }},
     {"--version", nullptr, [](Options& options) { options.version = true; }},
 };
+
+constexpr std::string_view kTraceOnly = "--trace=";
+
+// The names of "SetHeader,44".
+void AddNames(std::vector<std::string>& names, std::string_view list) {
+  while (!list.empty()) {
+    const std::size_t end = std::min(list.find(','), list.size());
+    if (end > 0) names.emplace_back(list.substr(0, end));
+    list.remove_prefix(std::min(end + 1, list.size()));
+  }
+}
 
 UsageError Unknown(std::string_view argument) {
   if (!argument.starts_with("-")) {
@@ -90,7 +103,10 @@ const std::string_view kUsage =
     "  --imap DIR     folder in place of an IMAP server\n"
     "  --answer FILE  answers to questions, a line each; --yes: takes what is proposed\n"
     "  --prompt       then asks for calls, line by line: > RootHeader(\"Subject\")\n"
-    "  --trace        tells each request of the library and its answer on standard error\n"
+    "  --strict       a call that is not served or fails stops the macro\n"
+    "  --trace        tells each call and each request of the library on standard error\n"
+    "  --trace=LIST   those of some exports and codes: --trace=SetHeader,44\n"
+    "  --trace-json FILE   writes them as lines of JSON\n"
     "  --english      the library speaks English; --japanese: Japanese; else as the system\n"
     "  --serve        serves programs that send mail through the system (also without any option)\n"
     "  --stop         ends a host that serves\n"
@@ -109,6 +125,11 @@ std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> 
   Options options;
   options.serve = arguments.empty();
   for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (arguments[i].starts_with(kTraceOnly)) {
+      options.trace = true;
+      AddNames(options.traced, std::string_view(arguments[i]).substr(kTraceOnly.size()));
+      continue;
+    }
     const auto* row = std::find_if(std::begin(kOptions), std::end(kOptions),
                                    [&](const OptionRow& r) { return r.name == arguments[i]; });
     if (row == std::end(kOptions)) return Unknown(arguments[i]);

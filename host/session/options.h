@@ -26,7 +26,10 @@ struct Options {
   std::vector<std::string> answers;    // to questions, file
   bool strict_mails = false;           // a file in a folder that cannot be read is an error
   bool read_only = false;              // filing changes no file
+  bool strict = false;                 // a call that fails stops the macro
   bool trace = false;
+  std::vector<std::string> traced;      // exports and codes that the trace is limited to
+  std::vector<std::string> trace_json;  // file
   bool prompt = false;
   bool help = false;
   bool version = false;

@@ -4,12 +4,18 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
 
+#include "host/library/host_functions_win.h"
 #include "host/mail/mail_store.h"
+#include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/interrupt_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 
@@ -23,7 +29,13 @@ class TerminalSide : public PromptSide {
   std::optional<std::string> ReadLine(std::string_view mark) override {
     Windows::Pump();
     if (state_.commands.application.exit_asked) return std::nullopt;
-    return TheTerminal().ReadLine(mark);
+    // Ctrl+C empties the line at a terminal, and ends a statement that runs.
+    interruptible_.reset();
+    if (TheTerminal().IsInteractive()) interruptible_.emplace();
+    auto line = TheTerminal().ReadLine(mark);
+    interruptible_.reset();
+    interruptible_.emplace();
+    return line;
   }
   void Write(std::string_view text) override { TheTerminal().Out(text); }
   void Complain(std::string_view line) override { TheTerminal().Error(std::string(line) + "\n"); }
@@ -40,6 +52,21 @@ class TerminalSide : public PromptSide {
     if (number == 0 || !state_.Open(number - 1)) return std::nullopt;
     return Line(number - 1);
   }
+  std::string FolderList() override {
+    std::string list;
+    for (std::size_t i = 0; i < state_.folders().size(); ++i) {
+      list += i == state_.folder() && state_.HasRoot() ? "* " : "  ";
+      list += PathToUtf8(state_.folders()[i].path) + " (" + std::to_string(state_.MailsOf(i).size()) + ")\n";
+    }
+    return list.empty() ? "no folders; give --mail\n" : list;
+  }
+  std::variant<macro::Program, std::string> LoadMacro(const std::string& file,
+                                                      macro::KnownNames& known) override {
+    auto loaded = wrenfold::LoadMacro(file, kMacroNames, known);
+    if (const auto* reason = std::get_if<std::string>(&loaded)) return *reason;
+    return std::get<LoadedMacro>(std::move(loaded)).program;
+  }
+  std::size_t PageLines() override { return TheTerminal().IsInteractive() ? TheTerminal().Lines() - 1 : 0; }
 
  private:
   // "* 3  Subject (file.eml)"; the star marks the open one.
@@ -55,13 +82,17 @@ class TerminalSide : public PromptSide {
   }
 
   HostState& state_;
+  std::optional<Interruptible> interruptible_;
 };
 
 }  // namespace
 
-int RunPrompt(macro::Interpreter& interpreter, HostState& state) {
+int RunPrompt(macro::Interpreter& interpreter, const macro::KnownNames& known, HostState& state) {
   TerminalSide side(state);
-  const bool all_well = Prompt(interpreter, side, MacroTextToHost).Run();
+  std::vector<HelpEntry> host_help;
+  for (const HostFunction& function : HostFunctions())
+    host_help.push_back({function.name, function.form, function.doc});
+  const bool all_well = Prompt(interpreter, side, {MacroTextToHost, kMacroNames, known, host_help}).Run();
   return all_well || TheTerminal().IsInteractive() ? kFine : kFailed;
 }
 

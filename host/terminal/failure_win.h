@@ -8,6 +8,7 @@ namespace wrenfold {
 inline constexpr int kFine = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongUsage = 2;
+inline constexpr int kInterrupted = 130;  // as a shell says of a program that Ctrl+C ended
 
 // "wrenfold: REASON" on standard error; returns `code`. May be several lines.
 int Fail(const std::string& reason, int code = kFailed);

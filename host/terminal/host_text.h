@@ -9,4 +9,7 @@ namespace wrenfold {
 // As UTF-8, with what could command the terminal made visible.
 std::string ShownHostText(std::string_view host_text);
 
+// On one line and in double quotes; of a long text the beginning, and its length in bytes.
+std::string QuotedHostText(std::string_view host_text);
+
 }  // namespace wrenfold

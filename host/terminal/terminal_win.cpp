@@ -52,6 +52,12 @@ void Terminal::ShowPassing(std::string_view utf8) {
   passing_ = utf8.size();
 }
 
+std::size_t Terminal::Lines() const {
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (!GetConsoleScreenBufferInfo(out_.handle, &info)) return 24;
+  return static_cast<std::size_t>(std::max(2, info.srWindow.Bottom - info.srWindow.Top + 1));
+}
+
 std::optional<std::string> Terminal::ReadLine(std::string_view mark) {
   if (in_is_console_) Out(mark);
   std::size_t end;
@@ -68,7 +74,14 @@ bool Terminal::ReadMore() {
   DWORD count = 0;
   if (in_is_console_) {
     wchar_t wide[1024];
-    if (ReadConsoleW(in_, wide, 1024, &count, nullptr)) {
+    SetLastError(ERROR_SUCCESS);
+    const bool read = ReadConsoleW(in_, wide, 1024, &count, nullptr) != 0;
+    if (count == 0 && GetLastError() == ERROR_OPERATION_ABORTED) {
+      // Ctrl+C: what was typed is gone, and the prompt goes on.
+      pending_ = "\n";
+      return true;
+    }
+    if (read) {
       pending_ += WideToUtf8({reinterpret_cast<const char16_t*>(wide), count});
       // Ctrl+Z at the start of a line ends the input, as everywhere on Windows.
       const std::size_t end = pending_.find('\x1A');

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,8 @@ class Terminal {
   void ShowPassing(std::string_view utf8);
 
   bool IsInteractive() const { return in_is_console_; }
+  // Lines that the terminal shows, at least 2; 24 where that is not known.
+  std::size_t Lines() const;
   // One line without its end; nullopt at the end of the input. `mark` shows only on a terminal.
   std::optional<std::string> ReadLine(std::string_view mark);
 

@@ -81,6 +81,9 @@ szCcEmail = archive@example.com
     def test_address_book(self):
         self.run_sample("address_book", "--mail", "samples/mails/plain-ascii.eml", "--book", "samples/address-book.csv")
 
+    def test_who_wrote(self):
+        self.run_sample("who_wrote", "--mail", "samples/mails")
+
     def test_grep(self):
         self.run_sample("grep", "--mail", "samples/mails")
 

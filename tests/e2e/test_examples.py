@@ -48,6 +48,10 @@ def example_files():
     return sorted([*EXAMPLES.glob("*.macro"), *EXAMPLES.glob("*.c")])
 
 
+def names_of(heading, path):
+    return heading[len(form_of(path)[0]):].split(", ")
+
+
 def examples_of(path):
     """The file's head, then for each example its heading and its lines."""
     heading, _ = form_of(path)
@@ -71,9 +75,11 @@ def run_macros(path, folder):
     for file in STAND_INS.get(path.stem, []):
         shutil.copy(BUILD / file, folder)
     macros = []
-    for number, (heading, lines) in enumerate(examples):
-        macro = folder / f"{number:03}.example"
-        macro.write_text(f'print "{heading}"\n{without("#>", lines)}\n', encoding="utf-8")
+    for heading, lines in examples:
+        # The host names the place of what it complains of: an example has its own name there, and its own lines, of
+        # which the first is a comment.
+        macro = folder / f"{names_of(heading, path)[0]}.example"
+        macro.write_text(f'print "{heading}"\n{without("#>", lines).partition(chr(10))[2]}\n', encoding="utf-8")
         macros += ["--macro", macro.name]
     typed = "".join(line + "\n" for _, lines in examples for line in marked("#<", lines))
     with open(folder / "printed", "wb") as printed:
@@ -142,8 +148,7 @@ class Completeness(unittest.TestCase):
             with self.subTest(family):
                 shown = []
                 for path in EXAMPLES.glob(family + ".*"):
-                    heading, _ = form_of(path)
-                    shown += [name for line, _ in examples_of(path)[1] for name in line[len(heading):].split(", ")]
+                    shown += [name for heading, _ in examples_of(path)[1] for name in names_of(heading, path)]
                 self.assertEqual(sorted(shown), sorted(families.get(family, [])))
 
     def test_the_catalogue_was_read_whole(self):
@@ -154,9 +159,8 @@ class Completeness(unittest.TestCase):
     def test_the_reference_shows_each_example(self):
         reference = {row["name"]: row["example"] for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))}
         for path in example_files():
-            mark, _ = form_of(path)
             for heading, lines in examples_of(path)[1]:
-                for name in heading[len(mark):].split(", "):
+                for name in names_of(heading, path):
                     with self.subTest(name):
                         self.assertEqual(reference[name].strip("\n"), lines.strip("\n"))
 

@@ -1,4 +1,5 @@
 """The small host itself: command line, macros, prompt, trace, and what it says about bad input."""
+import json
 import shutil
 import unittest
 
@@ -21,14 +22,14 @@ class CommandLine(HostTest):
         self.assertEqual((result.err, result.code), ("", 0))
         self.assertTrue(result.out.startswith("wrenfold --mail MAIL"))
 
-    def test_a_wrong_command_line_shows_the_usage_and_ends_with_2(self):
+    def test_a_wrong_command_line_is_told_in_one_line_and_ends_with_2(self):
         for arguments, reason in ((["--english"], "nothing to do: give --macro FILE or --prompt"),
                                   (["--promt"], "unknown option '--promt'; did you mean --prompt?"),
                                   (["--macro"], "--macro needs a file name behind it")):
             with self.subTest(arguments):
                 result = run(*arguments)
                 self.assertEqual((result.out, result.code), ("", 2))
-                self.assertTrue(result.err.startswith("wrenfold: " + reason + "\nwrenfold --mail MAIL"), result.err)
+                self.assertEqual(result.err, f"wrenfold: {reason}; wrenfold --help lists the options\n")
 
     def test_runs_several_macros_and_then_asks(self):
         first, second = self.write("a.macro", "x = 1\nprint x"), self.write("b.macro", "x = x + 1\nprint x")
@@ -78,13 +79,13 @@ class BadInput(HostTest):
     def test_a_wrong_number_of_parameters_is_told_before_anything_runs(self):
         macro = self.write("m.macro", "print 1\nprint SetMailIndex()\n")
         self.assert_refused(run("--macro", macro),
-                            f"{macro}:2:7: SetMailIndex takes 1 parameter (index), 0 given; see help SetMailIndex")
+                            f"{macro}:2:7: SetMailIndex takes 1 parameter (index), 0 given: SetMailIndex(index)")
 
     def test_an_error_while_running_stops_there(self):
         macro = self.write("m.macro", "print 1\nprint SetMailIndex(\"x\")\nprint 2\n")
         self.assertEqual(run("--macro", macro), host.Result(
-            "1\n", f"wrenfold: {macro}:2:7: parameter 1 (index) of SetMailIndex is a number, and a text was given; "
-            "see help SetMailIndex\n", 1))
+            "1\n", f"wrenfold: {macro}:2:7: parameter 1 (index) of SetMailIndex is a number, and a text was given: "
+            "SetMailIndex(index)\n", 1))
 
     def copied_host(self, library):
         executable = shutil.copy(host.EXECUTABLE, self.folder / "wrenfold.exe")
@@ -134,14 +135,19 @@ class Requests(HostTest):
         self.assert_output(self.run_macro("print WrenfoldVersion(), TamarinMailVersionBeta()\nprint HomeDir() != \"\"\n"),
                            "1000\n1\n")
 
-    def test_without_a_mail_the_answers_are_empty_and_the_user_learns_why(self):
-        self.assertEqual(self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()'), host.Result(
-            "[]000\n", "wrenfold: there are no mails; --mail MAIL gives some\n", 0))
+    def test_without_a_mail_the_answers_are_empty(self):
+        result = self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()\nMailFileName()\n')
+        self.assertEqual(result, host.Result(
+            "[]000\n", f"wrenfold: {self.folder}/test.macro:1:12: no mails were given: --mail MAIL\n", 0))
 
     def test_a_request_that_is_not_served_is_answered_0_and_counted(self):
+        macro = f"wrenfold: {self.folder}/test.macro"
         # There are three header views.
-        self.assertEqual(self.run_macro("print SwitchHeaderView(9), SwitchHeaderView(8), SwitchHeaderView(8)"), host.Result(
-            "000\n", "wrenfold: 3 requests, 3 not served: menu command 40052 (SwitchHeaderView) 2 times, "
+        self.assertEqual(self.run_macro("print SwitchHeaderView(9), SwitchHeaderView(8)\nSwitchHeaderView(8)"), host.Result(
+            "00\n", f"{macro}:1:7: SwitchHeaderView is not served by the small host (menu command 40053)\n"
+            f"{macro}:1:28: SwitchHeaderView is not served by the small host (menu command 40052)\n"
+            f"{macro}:2:1: SwitchHeaderView is not served by the small host (menu command 40052)\n"
+            "wrenfold: 3 requests, 3 not served: menu command 40052 (SwitchHeaderView) 2 times, "
             "menu command 40053 (SwitchHeaderView)\n", 0))
 
     def test_a_mail_in_a_window_of_its_own_is_asked_there(self):
@@ -210,17 +216,54 @@ class Trace(HostTest):
     def trace(self, source, *arguments):
         result = self.run_macro(source, "--trace", *arguments)
         self.assertEqual(result.code, 0, result.err)
-        return result.err
+        return result.err.replace(f"{self.folder}/test.macro", "test.macro")
+
+    def test_shows_exports_that_ask_nobody(self):
+        self.assertEqual(self.trace('x = ToUpper(LeftStr("abc", 2))\n'),
+                         'trace: test.macro:1:13: LeftStr("abc", 2) -> "ab"\n'
+                         'trace: test.macro:1:5: ToUpper("ab") -> "AB"\n'
+                         "trace: 0 requests, 0 not served\n")
+
+    def test_can_be_limited_to_exports_and_codes(self):
+        mail = self.write("first.eml", MAIL)
+        source = 'x = MailFileName()\nx = ToUpper("a")\nx = MailCount()\nx = MailFileOffset()\n'
+        result = self.run_macro(source, "--trace=ToUpper,30", "--mail", mail)
+        self.assertEqual(result.err.replace(f"{self.folder}/", ""),
+                         'trace: test.macro:2:5: ToUpper("a") -> "A"\n'
+                         "trace: MailCount: code 30 -> 1\n"
+                         "trace: test.macro:3:5: MailCount() -> 1\n"
+                         "trace: 3 requests, 0 not served\n")
+
+    def test_is_written_as_json(self):
+        mail = self.write("first.eml", MAIL)
+        self.assert_output(self.run_macro('x = MailFileName()\nx = FormatDate("日\\x01\\"", "DD")\n', "--mail", mail, "--trace-json",
+                                          self.folder / "trace.jsonl"), "")
+        lines = [json.loads(line) for line in (self.folder / "trace.jsonl").read_text(encoding="utf-8").splitlines()]
+        macro = str(self.folder / "test.macro")
+        self.assertEqual(lines, [
+            {"request": "MailFileName", "code": 52, "command": 0, "slots": "", "answer": '"first.eml"', "served": True, "reason": ""},
+            {"call": "MailFileName", "file": macro, "line": 1, "column": 5, "parameters": [], "result": "first.eml", "reason": ""},
+            {"call": "FormatDate", "file": macro, "line": 2, "column": 5, "parameters": ['日\x01"', "DD"], "result": "",
+             "reason": '"日\\x01\\"" is no date'}])
+        result = self.run_macro("print 1\n", "--trace-json", self.folder / "none" / "t.jsonl")
+        self.assertEqual((result.out, result.code), ("", 1))
+        self.assertIn("wrenfold: cannot write the trace ", result.err)
 
     def test_shows_names_codes_slots_and_answers(self):
         mail = self.write("first.eml", MAIL)
         self.assertEqual(self.trace('x = MailFileName()\nx = SetMailIndex(-1)\nNextMail()\nx = Quote("日本😀")\n'
                                     "SwitchHeaderView(9)\nSwitchHeaderView(9)\n", "--mail", mail),
                          'trace: MailFileName: code 52 -> "first.eml"\n'
+                         'trace: test.macro:1:5: MailFileName() -> "first.eml"\n'
                          "trace: SetMailIndex: code 33 (-1) -> 0 (the list has no mail -1; it shows 1)\n"
+                         "trace: test.macro:2:5: SetMailIndex(-1) -> 0 (the list has no mail -1; it shows 1)\n"
                          "trace: NextMail: code 12, command 40031 (40031) -> 0 (no such mail behind the open one)\n"
+                         "trace: test.macro:3:1: NextMail() -> 0 (no such mail behind the open one)\n"
                          'trace: Quote: code 86 ("日本😀") -> "> 日本😀"\n'
+                         'trace: test.macro:4:5: Quote("日本😀") -> "> 日本😀"\n'
                          "trace: not served: menu command 40053 (SwitchHeaderView) -> 0\n"
+                         "trace: test.macro:5:1: SwitchHeaderView(9) -> 0 (menu command 40053 is not served by the small host)\n"
+                         "trace: test.macro:6:1: SwitchHeaderView(9) -> 0 (menu command 40053 is not served by the small host)\n"
                          "trace: 6 requests, 2 not served: menu command 40053 (SwitchHeaderView) 2 times\n")
 
     def test_cuts_long_texts(self):
@@ -261,12 +304,14 @@ class Messages(HostTest):
 
     def test_the_library_speaks_english_on_standard_error(self):
         self.assertEqual(self.run_macro(self.NUMBER_FOR_TEXT), host.Result(
-            "\n", "WFINFO.DLL: String parameter missing or numeric parameter specified that should be string.\n", 0))
+            "\n", "WFINFO.DLL: String parameter missing or numeric parameter specified that should be string.\n"
+            f"  in {self.folder}/test.macro:1:7: DecodeHeader(5)\n", 0))
 
     def test_the_library_speaks_japanese_on_standard_error(self):
         result = run("--macro", self.write("m.macro", self.NUMBER_FOR_TEXT), "--japanese")
         self.assertEqual(result, host.Result(
-            "\n", "WFINFO.DLL: 文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。\n", 0))
+            "\n", "WFINFO.DLL: 文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。\n"
+            f"  in {self.folder}/m.macro:1:7: DecodeHeader(5)\n", 0))
 
     def test_log_lines_come_with_their_number(self):
         self.assertEqual(self.run_macro('print DumpSmall("ログ😀")'), host.Result("1\n", "log 7178: ログ😀\n", 0))

@@ -159,10 +159,9 @@ class Inbox(TransmissionTest):
                        "cannot write no/such.mbox: there is no folder no"):
             self.assertRegex(result.err, r"-> 0 \(" + reason + r"\)\n")
 
-
     def test_without_mails_a_macro_learns_that_there_are_none_once(self):
         result = self.run_macro('print RootHeader("Subject"), RootBody(), Import("x", "auto", "", "")\n')
-        self.assertEqual(result, host.Result("0\n", "wrenfold: there are no mails; --mail MAIL gives some\n", 0))
+        self.assertEqual(result, host.Result("0\n", f"wrenfold: {self.folder}/test.macro:1:7: no mails were given: --mail MAIL\n", 0))
 
     def test_what_the_library_writes_itself_says_why_too(self):
         result = self.run_here('print SaveStringToFile("no/such/a.txt", "x", 0, 2), SaveStringToFile("a.txt", "x", 0, 2)\n',

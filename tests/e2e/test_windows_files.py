@@ -50,7 +50,8 @@ class OtherWindows(HostTest):
 
     def test_a_wrong_window_is_reported(self):
         self.assertEqual(self.run_macro('print ExecAt(1, "1")'),
-                         host.Result("0\n", "WFINFO.DLL: The 1st parameter of ExecAt is invalid.\n", 0))
+                         host.Result("0\n", "WFINFO.DLL: The 1st parameter of ExecAt is invalid.\n"
+                                     f'  in {self.folder}/test.macro:1:7: ExecAt(1, "1")\n', 0))
 
 
 class GrepWindows(HostTest):
@@ -67,7 +68,8 @@ class GrepWindows(HostTest):
 
     def test_during_a_search_windows_stay(self):
         self.assertEqual(self.run_macro('print StartDoGrep("", "", 0), CloseGrepWnd(0)'),
-                         host.Result("10\n", "WFINFO.DLL: Cannot call CloseGrepWnd in grep processing.\n", 0))
+                         host.Result("10\n", "WFINFO.DLL: Cannot call CloseGrepWnd in grep processing.\n"
+                                     f"  in {self.folder}/test.macro:1:31: CloseGrepWnd(0)\n", 0))
 
     def test_a_raised_one_acts_for_the_host_until_it_closes(self):
         self.assert_output(self.run_macro(

@@ -7,59 +7,13 @@
 #include "host/base/nearest_names.h"
 #include "host/macro/run.h"
 #include "host/macro/syntax.h"
+#include "tests/host/macro/run_macro.h"
 
 namespace wrenfold::macro {
 namespace {
 
-std::string Same(std::string_view utf8) { return std::string(utf8); }
 // Shows where quoted text is converted: each converted piece stands in brackets.
 std::string Bracketed(std::string_view utf8) { return utf8.empty() ? "" : "[" + std::string(utf8) + "]"; }
-
-// Answers a few calls and keeps what is printed.
-class FakeHost : public MacroHost {
- public:
-  std::variant<Value, Complaint> Call(const std::string& name, std::span<const Value> parameters) override {
-    std::string call = name + "(";
-    for (const Value& parameter : parameters) call += parameter.Printed() + ";";
-    calls.push_back(call + ")");
-    if (name == "Text") return Value(std::string("text"));
-    if (name == "Count") return Value(static_cast<std::int64_t>(parameters.size()));
-    if (name == "Null") return Value();
-    return Complaint{"no function '" + name + "'"};
-  }
-  bool HasFunction(std::string_view name) const override { return name == "Text" || name == "Count"; }
-  void Print(std::string_view line) override { printed += std::string(line) + "\n"; }
-  bool MayGoOn() override { return patience-- > 0; }
-
-  std::vector<std::string> calls;
-  std::string printed;
-  int patience = 100000;
-};
-
-std::string Located(const Problem& problem) {
-  return std::to_string(problem.place.line) + ":" + std::to_string(problem.place.column) + ": " +
-         problem.text;
-}
-
-// What the macro prints, with the problem that stops it as the last line.
-std::string RunMacro(std::string_view source, Limits limits = {}) {
-  const auto parsed = Parse(source, {Same, false});
-  if (const auto* problem = std::get_if<Problem>(&parsed)) return Located(*problem);
-  FakeHost host;
-  Interpreter interpreter(host, limits);
-  const auto problem = interpreter.Run(std::get<Program>(parsed));
-  return host.printed + (problem ? Located(*problem) : "");
-}
-
-struct Case {
-  std::string source;
-  std::string expected;
-  const char* why;
-};
-
-void Check(const std::vector<Case>& cases) {
-  for (const Case& c : cases) EXPECT_EQ(RunMacro(c.source), c.expected) << c.why << "\n" << c.source;
-}
 
 TEST(MacroLanguage, ReadsNumbersAndTexts) {
   Check({
@@ -175,7 +129,7 @@ TEST(MacroLanguage, TellsWhereSyntaxIsWrong) {
       {"print -9223372036854775809", "1:8: this number does not fit 64 bits with a sign", "one too small"},
       {"print 99999999999999999999", "1:7: this number has more than 64 bits", "far too large"},
       {"while 1\nprint 1", "1:1: this while has no end; write end on a line of its own", "no end"},
-      {"print 1\nend", "2:1: 'end' without an if or while before it", "a stray end"},
+      {"print 1\nend", "2:1: 'end' without an if, while, for or function before it", "a stray end"},
       {"while 1\nelse\nend", "2:1: 'else' belongs to an if", "else of a while"},
       {"if = 3",
        "1:4: a value is missing before '='; write a number, a \"text\", a variable or a call Name(...)",
@@ -245,7 +199,8 @@ TEST(MacroLanguage, AtThePromptExpressionsStandAloneAndBlocksGoOn) {
   EXPECT_FALSE(interpreter.Run(std::get<Program>(Parse("x", {Same, true}))));
   EXPECT_EQ(interpreter.last_value(), Value(1)) << "variables stay";
 
-  for (const char* open : {"if 1", "while 1\nprint 1", "if 1\nelse", "if 1\nif 2\nend"}) {
+  for (const char* open :
+       {"if 1", "while 1\nprint 1", "if 1\nelse", "if 1\nif 2\nend", "for i in 3", "function f()"}) {
     EXPECT_TRUE(std::get<Problem>(Parse(open, {Same, true})).incomplete) << open;
   }
   for (const char* wrong : {"if", "if 1 2", "end", "print \"a", "if 1\nprint \"a"}) {

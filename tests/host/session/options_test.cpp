@@ -82,6 +82,16 @@ TEST(CommandLine, RegistersAndUndoesIt) {
   EXPECT_TRUE(Parsed({"--unregister-mapi"}).unregister_mapi);
 }
 
+TEST(CommandLine, LimitsTheTrace) {
+  EXPECT_TRUE(Parsed({"--trace=SetHeader,44", "--prompt"}).trace);
+  EXPECT_EQ(Parsed({"--trace=SetHeader,44", "--trace=,5,", "--prompt"}).traced,
+            (std::vector<std::string>{"SetHeader", "44", "5"}));
+  EXPECT_TRUE(Parsed({"--trace", "--prompt"}).traced.empty());
+  EXPECT_TRUE(Parsed({"--strict", "--prompt"}).strict);
+  EXPECT_EQ(Parsed({"--trace-json", "t.jsonl", "--prompt"}).trace_json,
+            (std::vector<std::string>{"t.jsonl"}));
+}
+
 TEST(CommandLine, SaysWhatIsWrong) {
   struct Case {
     Arguments arguments;
@@ -106,9 +116,10 @@ TEST(CommandLine, SaysWhatIsWrong) {
 }
 
 TEST(CommandLine, TheUsageNamesEachOption) {
-  for (const char* option : {"--mail", "--macro", "--prompt", "--trace", "--english", "--japanese", "--help",
-                             "--version", "--serve", "--home", "--slow", "--modal", "--deaf", "--die",
-                             "--register-mapi", "--unregister-mapi", "--yes"}) {
+  for (const char* option :
+       {"--mail",          "--macro",           "--prompt", "--trace",  "--english", "--japanese",  "--help",
+        "--version",       "--serve",           "--home",   "--slow",   "--modal",   "--deaf",      "--die",
+        "--register-mapi", "--unregister-mapi", "--yes",    "--strict", "--trace=",  "--trace-json"}) {
     EXPECT_NE(kUsage.find(option), std::string_view::npos) << option;
   }
 }

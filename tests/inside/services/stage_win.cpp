@@ -83,12 +83,12 @@ std::string NameOf(Situation situation) {
   return "";
 }
 
-Stage::Stage() {
+Stage::Stage() : trace_(KeepTrace, {}, {}) {
   SetUnhandledExceptionFilter(TellCrash);
   CloseHandle(CreateThread(nullptr, 0, WatchTime, nullptr, 0, nullptr));
   hook_ = SetWindowsHookExA(WH_CBT, RefuseBoxes, nullptr, GetCurrentThreadId());
   state_.emplace();
-  server_.emplace(*state_, wrenfold::AllServices(), KeepTrace);
+  server_.emplace(*state_, wrenfold::AllServices(), trace_);
   windows_.emplace(*server_);
   EXPECT_TRUE(windows_->IsComplete());
 }

@@ -51,6 +51,7 @@ class Stage {
   wfinfo_test::TempFolder folder_;
   int generation_ = 0;
   std::optional<wrenfold::HostState> state_;  // always at the same address, which the server knows
+  const wrenfold::Trace trace_;
   std::optional<wrenfold::RequestServer> server_;
   std::optional<wrenfold::Windows> windows_;
   HHOOK hook_ = nullptr;

@@ -1,0 +1,98 @@
+#include "host/requests/trace.h"
+
+#include "host/charset/charsets.h"
+#include "host/terminal/host_text.h"
+
+namespace wrenfold {
+namespace {
+
+std::string JsonText(std::string_view utf8) {
+  constexpr char kHex[] = "0123456789abcdef";
+  std::string text = "\"";
+  for (const char c : utf8) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '"' || c == '\\') {
+      text.append("\\").append(1, c);
+    } else if (byte < 0x20) {
+      text.append("\\u00").append(1, kHex[byte >> 4]).append(1, kHex[byte & 15]);
+    } else {
+      text += c;
+    }
+  }
+  return text += '"';
+}
+
+std::string JsonValue(const macro::Value& value) {
+  return value.IsText() ? JsonText(SystemCharsets().HostToUtf8(value.Text())) : value.Printed();
+}
+
+std::string JsonRequest(const TracedRequest& request) {
+  return "{\"request\":" + JsonText(request.names) + ",\"code\":" + std::to_string(request.key.code) +
+         ",\"command\":" + std::to_string(request.key.command) + ",\"slots\":" + JsonText(request.slots) +
+         ",\"answer\":" + JsonText(request.answer) + ",\"served\":" + (request.served ? "true" : "false") +
+         ",\"reason\":" + JsonText(request.reason) + "}";
+}
+
+std::string JsonCall(const TracedCall& call) {
+  std::string parameters;
+  for (const macro::Value& parameter : call.parameters) {
+    parameters += (parameters.empty() ? "" : ",") + JsonValue(parameter);
+  }
+  std::string text = "{\"call\":" + JsonText(call.name);
+  if (call.at) {
+    text += ",\"file\":" + JsonText(call.at->file) + ",\"line\":" + std::to_string(call.at->place.line) +
+            ",\"column\":" + std::to_string(call.at->place.column);
+  }
+  return text + ",\"parameters\":[" + parameters + "],\"result\":" + JsonValue(call.result) +
+         ",\"reason\":" + JsonText(call.reason) + "}";
+}
+
+std::string TextRequest(const TracedRequest& request) {
+  const std::string title = RequestTitle(request.key);
+  if (!request.served) return "not served: " + title + " (" + request.names + ") -> 0";
+  const std::string reason = request.reason.empty() ? "" : " (" + request.reason + ")";
+  return request.names + ": " + title + request.slots + " -> " + request.answer + reason;
+}
+
+}  // namespace
+
+bool Trace::Request(std::string_view calling, const TracedRequest& request) const {
+  const bool shown = Shows(calling) || Shows(std::to_string(request.key.code)) ||
+                     (request.key.command != 0 && Shows(std::to_string(request.key.command)));
+  if (!shown) return false;
+  if (text_) text_("trace: " + TextRequest(request) + "\n");
+  if (json_) json_(JsonRequest(request) + "\n");
+  return true;
+}
+
+void Trace::Call(const TracedCall& call, bool by_request) const {
+  if (!by_request && !Shows(call.name)) return;
+  const std::string reason = call.reason.empty() ? "" : " (" + std::string(call.reason) + ")";
+  if (text_) {
+    text_("trace: " + ShownLocation(call.at) + ShownCall(call.name, call.parameters) + " -> " +
+          ShownValue(call.result) + reason + "\n");
+  }
+  if (json_) json_(JsonCall(call) + "\n");
+}
+
+std::string ShownValue(const macro::Value& value) {
+  return value.IsText() ? QuotedHostText(value.Text()) : value.Printed();
+}
+
+std::string ShownCall(std::string_view name, std::span<const macro::Value> parameters) {
+  std::string text(name);
+  const char* before = "(";
+  for (const macro::Value& parameter : parameters) {
+    text += before + ShownValue(parameter);
+    before = ", ";
+  }
+  return text + (parameters.empty() ? "()" : ")");
+}
+
+std::string ShownLocation(const std::optional<macro::Location>& at) {
+  if (!at || at->file.empty()) return "";
+  return std::string(at->file) + ":" + std::to_string(at->place.line) + ":" +
+         std::to_string(at->place.column) + ": ";
+}
+
+}  // namespace wrenfold
