@@ -1,5 +1,6 @@
 #include "host/session/library_host_win.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -156,7 +157,11 @@ void LibraryHost::ShowMessage(const char* text) {
     Made& made = *g_host->made_;
     call = "  in " + g_host->Where() + ShownCall(made.name, made.parameters) + "\n";
     constexpr std::string_view kFrom = "WFINFO.DLL: ";
-    if (made.message.empty()) made.message = message.substr(message.starts_with(kFrom) ? kFrom.size() : 0);
+    if (made.message.empty()) {
+      made.message = message.substr(message.starts_with(kFrom) ? kFrom.size() : 0);
+      // A reason is one line.
+      std::replace(made.message.begin(), made.message.end(), '\n', ' ');
+    }
   }
   TheTerminal().Error(message + "\n" + call);
 }

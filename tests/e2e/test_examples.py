@@ -173,7 +173,9 @@ class Completeness(unittest.TestCase):
                     self.assertTrue(any(marked(mark, lines)))
 
 
-def write(path):
+def write(family):
+    """Writes what the macros of a family print into its file."""
+    path = EXAMPLES / f"{family}.macro"
     _, mark = form_of(path)
     with tempfile.TemporaryDirectory(prefix="examples-") as folder:
         first, printed = run_file(path, pathlib.Path(folder))

@@ -87,6 +87,11 @@ class Reasons(HostTest):
         self.assertEqual(err, "WFINFO.DLL: String parameter missing or numeric parameter specified that should be string.\n"
                          "  in test.macro:1:11: DecodeHeader(5)\n")
 
+    def test_a_message_of_two_lines_is_a_reason_of_one(self):
+        out, err = self.reasons('x = SetMailFlag("none", 1)\nprint HostReason()\n', *self.mail())
+        self.assertEqual(out, "Invalid flag parameter in GetMailFlag series function. flag name = none\n")
+        self.assertIn("WFINFO.DLL: Invalid flag parameter in GetMailFlag series function.\nflag name = none\n  in ", err)
+
     def test_a_text_that_is_no_date_is_named(self):
         out, err = self.reasons(
             'd = "Tue, 5 Mar 2024 09:07:03 +0900"\n'
