@@ -123,7 +123,7 @@ def services_of(source, constants, where):
 def all_services():
     """{(kind, number): doc} of all files."""
     found = {}
-    for path in sorted((ROOT / "host/services").glob("*.cpp")):
+    for path in sorted((ROOT / "host/services").rglob("*.cpp")):
         name = path.relative_to(ROOT).as_posix()
         for kind, number, doc in services_of(path.read_text(encoding="utf-8"), constants_of(name), name):
             if (kind, number) in found:

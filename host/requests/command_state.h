@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/mail/post_office.h"
+#include "host/post/post_office.h"
 #include "host/user/accounts.h"
 #include "host/user/address_book.h"
 #include "host/user/application_state.h"

@@ -3,9 +3,9 @@
 
 #include "host/base/whole_file.h"
 #include "host/mail/file_reasons.h"
-#include "host/mail/filing.h"
+#include "host/folders/filing.h"
 #include "host/mail/find_pack.h"
-#include "host/mail/mail_exchange.h"
+#include "host/folders/mail_exchange.h"
 #include "host/requests/host_state.h"
 #include "host/requests/shown_list.h"
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "host/base/ascii.h"
-#include "host/mail/mail_order.h"
+#include "host/list/mail_order.h"
 #include "src/addresses/address_entry.h"
 #include "src/dates/date_format.h"
 #include "src/dates/date_parse.h"

@@ -7,7 +7,7 @@
 #include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
-#include "host/services/draft_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 

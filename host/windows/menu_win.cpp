@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "host/mail/mail_options.h"
+#include "host/writing/mail_options.h"
 #include "host/mail/priority.h"
 
 namespace wrenfold {

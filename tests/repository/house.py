@@ -23,6 +23,8 @@ HOST = [
     ["charset", "macro"],
     ["terminal", "mime"],
     ["mail"],
+    ["facts", "folders", "list", "writing"],
+    ["post"],
     ["library", "user", "mapi"],
     ["requests"],
     ["windows"],

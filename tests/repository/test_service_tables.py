@@ -29,7 +29,7 @@ class Page(unittest.TestCase):
 
     def test_every_family_is_in_the_list(self):
         listed = re.findall(r"&(k\w+)", (SOURCE / "host/services/services_win.cpp").read_text(encoding="utf-8"))
-        families = [name for path in (SOURCE / "host/services").glob("*.cpp")
+        families = [name for path in (SOURCE / "host/services").rglob("*.cpp")
                     for name in re.findall(r"^const ServiceFamily (\w+) =", path.read_text(encoding="utf-8"), re.M)]
         self.assertEqual(sorted(listed), sorted(families))
 

@@ -5,7 +5,7 @@
 
 #include "host/base/file_names.h"
 #include "host/charset/charsets.h"
-#include "host/mail/mail_exchange.h"
+#include "host/folders/mail_exchange.h"
 #include "host/mime/message.h"
 
 namespace wrenfold {

@@ -1,0 +1,182 @@
+#include "host/folders/mail_exchange.h"
+
+#include <cstdio>
+#include <iterator>
+#include <system_error>
+
+#include "host/base/ascii.h"
+#include "host/base/file_names.h"
+#include "host/base/whole_file.h"
+#include "host/charset/charsets.h"
+#include "src/dates/date_parse.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLongestName = 60;  // characters
+
+// --- Import ---
+
+// The last line is "." alone.
+bool EndsInPeriod(std::string_view bytes) {
+  bytes = Trim(bytes);
+  return bytes == "." || bytes.ends_with("\n.");
+}
+
+std::vector<StoredMail> SplitPeriods(std::string_view bytes) {
+  std::vector<StoredMail> mails;
+  std::string raw;
+  std::size_t begin = 0;
+  for (std::size_t at = 0; at < bytes.size();) {
+    const LineLength length = FirstLine(bytes.substr(at));
+    std::string_view line = bytes.substr(at, length.with_end);
+    const bool ends = bytes.substr(at, length.text) == ".";
+    at += length.with_end;
+    if (line.starts_with('.')) line.remove_prefix(1);
+    if (!ends) raw += line;
+    const bool at_end = at >= bytes.size();
+    if ((ends || at_end) && !Trim(raw).empty())
+      mails.emplace_back().raw = std::move(raw), mails.back().offset = begin;
+    if (ends) raw.clear(), begin = at;
+  }
+  return mails;
+}
+
+std::vector<StoredMail> OneMail(std::string_view bytes) {
+  std::vector<StoredMail> mails(Trim(bytes).empty() ? 0 : 1);
+  if (!mails.empty()) mails[0].raw = bytes;
+  return mails;
+}
+
+// --- Export ---
+
+wfinfo::CivilTime TimeOf(const ExportedMail& mail) {
+  const auto date = wfinfo::ReadHeaderDate(mail.date);
+  const auto time = date ? wfinfo::CivilFromTicks(date->wall_clock) : std::nullopt;
+  return time.value_or(wfinfo::CivilTime{1970, 1, 4, 1, 0, 0, 0, 0});  // a mail without a date
+}
+
+// "Mon Mar  3 09:15:00 2025"
+std::string MboxDate(const ExportedMail& mail) {
+  constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+  constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                     "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  const wfinfo::CivilTime time = TimeOf(mail);
+  char text[40];
+  std::snprintf(text, sizeof text, "%s %s %2d %02d:%02d:%02d %d", kDays[time.weekday % 7],
+                kMonths[(time.month - 1) % 12], time.day, time.hour, time.minute, time.second, time.year);
+  return text;
+}
+
+std::string FileDate(const ExportedMail& mail) {
+  const wfinfo::CivilTime time = TimeOf(mail);
+  char text[40];
+  std::snprintf(text, sizeof text, "%04d%02d%02d-%02d%02d%02d", time.year, time.month, time.day, time.hour,
+                time.minute, time.second);
+  return text;
+}
+
+// Calls `visit` with each line and its end; a last line without one gets CR LF.
+template <class Visit>
+void EachLine(std::string_view bytes, Visit visit) {
+  while (!bytes.empty()) {
+    const LineLength length = FirstLine(bytes);
+    visit(std::string(bytes.substr(0, length.with_end)) + (length.with_end == length.text ? "\r\n" : ""));
+    bytes.remove_prefix(length.with_end);
+  }
+}
+
+// "mail" for a name that nothing is left of.
+std::string SafeName(std::string_view utf8) {
+  const std::u16string safe = CleanFileName(Utf8ToWide(utf8), kLongestName);
+  return safe.empty() ? "mail" : WideToUtf8(safe);
+}
+
+// The name with a number behind it until nothing has it.
+fs::path FreeName(const ExportPlan& plan, const std::string& name, std::set<std::string>& used) {
+  const char* extension = plan.type == ExportType::kText ? ".txt" : ".eml";
+  for (std::size_t n = 1;; ++n) {
+    const std::string numbered = (n == 1 ? name : name + " (" + std::to_string(n) + ")") + extension;
+    const fs::path path = plan.path / PathFromUtf8(numbered);
+    std::error_code error;
+    const bool taken = plan.write != ExportWrite::kTruncate && fs::exists(path, error);
+    // Names that differ in case only are one on Windows.
+    if (!taken && used.insert(Lower(numbered)).second) return path;
+  }
+}
+
+ExportResult ExportToFolder(const ExportPlan& plan, std::span<const ExportedMail> mails) {
+  ExportResult result;
+  std::error_code error;
+  fs::create_directories(plan.path, error);
+  std::set<std::string> used;
+  for (std::size_t i = 0; i < mails.size(); ++i) {
+    const fs::path file = FreeName(plan, ExportName(mails[i], plan.naming, i), used);
+    ++(ReplaceFile(file, mails[i].bytes) ? result.written : result.failed);
+  }
+  return result;
+}
+
+ExportResult ExportToFile(const ExportPlan& plan, std::span<const ExportedMail> mails) {
+  std::string text;
+  for (const ExportedMail& mail : mails) {
+    text += plan.type == ExportType::kPeriod ? PeriodEntry(mail) : MboxEntry(mail);
+  }
+  std::error_code error;
+  const bool refused = plan.write == ExportWrite::kNew && fs::exists(plan.path, error);
+  const bool done = !refused && (plan.write == ExportWrite::kAppend ? AppendToFile(plan.path, text)
+                                                                    : ReplaceFile(plan.path, text));
+  const auto count = static_cast<std::uint32_t>(mails.size());
+  return done ? ExportResult{count, 0} : ExportResult{0, count};
+}
+
+}  // namespace
+
+std::optional<std::vector<StoredMail>> MailsOfFile(std::string_view bytes, ImportType type) {
+  if (type == ImportType::kAuto) {
+    type = IsMbox(bytes) ? ImportType::kMbox : EndsInPeriod(bytes) ? ImportType::kPeriod : ImportType::kEml;
+  }
+  const bool as_mbox = type == ImportType::kMbox || type == ImportType::kOwn;
+  if (as_mbox && !IsMbox(bytes)) return std::nullopt;
+  std::vector<StoredMail> mails = as_mbox                       ? SplitMbox(bytes)
+                                  : type == ImportType::kPeriod ? SplitPeriods(bytes)
+                                                                : OneMail(bytes);
+  if (mails.empty()) return std::nullopt;
+  for (StoredMail& mail : mails) mail.flags = FlagsOf(mail.raw);
+  return mails;
+}
+
+std::string MboxEntry(const ExportedMail& mail) {
+  std::string text = "From " + (mail.from.empty() ? "unknown" : mail.from) + " " + MboxDate(mail) + "\r\n";
+  EachLine(mail.bytes, [&text](const std::string& line) {
+    const std::size_t marks = line.find_first_not_of('>');
+    if (marks != line.npos && std::string_view(line).substr(marks).starts_with("From ")) text += '>';
+    text += line;
+  });
+  return text + "\r\n";
+}
+
+std::string PeriodEntry(const ExportedMail& mail) {
+  std::string text;
+  EachLine(mail.bytes,
+           [&text](const std::string& line) { text += (line.starts_with('.') ? "." : "") + line; });
+  return text + ".\r\n";
+}
+
+std::string ExportName(const ExportedMail& mail, ExportNaming naming, std::size_t number) {
+  if (naming == ExportNaming::kSubject) return SafeName(mail.subject);
+  if (naming == ExportNaming::kDate) return FileDate(mail);
+  if (naming == ExportNaming::kFileName) return SafeName(mail.file);
+  char text[24];
+  std::snprintf(text, sizeof text, "%04zu", number + 1);
+  return text;
+}
+
+ExportResult ExportMails(const ExportPlan& plan, std::span<const ExportedMail> mails) {
+  const bool own_files = plan.type == ExportType::kEml || plan.type == ExportType::kText;
+  return own_files ? ExportToFolder(plan, mails) : ExportToFile(plan, mails);
+}
+
+}  // namespace wrenfold

@@ -1,0 +1,89 @@
+#include "host/post/outbox_folder.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "host/base/ascii.h"
+#include "host/base/whole_file.h"
+#include "host/folders/filing.h"
+#include "host/mail/mail_store.h"
+#include "host/mail/safe_saving.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string CannotWrite(const fs::path& path) { return "cannot write " + PathToUtf8(path); }
+
+// Makes the folder if need be; false when there is none then.
+bool MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  return fs::is_directory(folder, error);
+}
+
+}  // namespace
+
+std::vector<fs::path> MailFilesOf(const fs::path& folder) {
+  std::vector<fs::path> files;
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    if (Lower(PathToUtf8(entry->path().extension())) == ".eml") files.push_back(entry->path());
+  }
+  std::ranges::sort(files);
+  return files;
+}
+
+std::optional<std::string> MoveFileTo(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  fs::rename(from, to, error);
+  if (!error) return std::nullopt;
+  // Another volume, perhaps.
+  const auto bytes = ReadWholeFile(from);
+  if (!bytes || !ReplaceFile(to, *bytes)) return CannotWrite(to);
+  fs::remove(from, error);
+  if (!error) return std::nullopt;
+  std::error_code ignored;
+  fs::remove(to, ignored);
+  return "cannot move " + PathToUtf8(from);
+}
+
+void OutboxFolder::Open(fs::path outbox, fs::path sent) {
+  outbox_ = std::move(outbox);
+  sent_ = std::move(sent);
+}
+
+std::optional<std::string> OutboxFolder::Add(std::string_view mail, const std::string& unique,
+                                             fs::path& file) const {
+  file = FreeName(outbox_ / (unique + ".eml"));
+  return SaveSafely(file, mail);
+}
+
+std::vector<fs::path> OutboxFolder::Waiting(std::string_view now) const {
+  std::vector<fs::path> files = MailFilesOf(outbox_);
+  // One that cannot be read is tried, so that its failure is told.
+  std::erase_if(files, [now](const fs::path& file) {
+    const auto raw = ReadWholeFile(file);
+    return raw && !(IsToBeSent(*raw) && IsDue(*raw, now));
+  });
+  return files;
+}
+
+std::optional<std::string> OutboxFolder::Send(const fs::path& file, const MailStamp& stamp,
+                                              const Hand& hand) const {
+  const auto raw = ReadWholeFile(file);
+  if (!raw || raw->empty()) return "cannot read " + PathToUtf8(file);
+  const std::string name = PathToUtf8(file.filename());
+  if (!HasRecipients(*raw)) return name + " has no recipient";
+  // The Message-ID is in the file before anybody has the mail: sent twice, it is known for the same.
+  const std::string mail = FinishMail(*raw, stamp);
+  if (mail != *raw && !ReplaceFile(file, mail)) return CannotWrite(file);
+  if (!MakeFolder(sent_)) return CannotWrite(sent_);
+  if (auto reason = hand(file, mail)) return name + ": " + *reason;
+  return MoveFileTo(file, FreeName(sent_ / file.filename()));
+}
+
+}  // namespace wrenfold

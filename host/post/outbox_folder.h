@@ -1,0 +1,55 @@
+// The mails that wait to be sent, and those that were: two folders of .eml files, which outlive the program.
+//
+//   outbox/NAME.eml.new --rename--> outbox/NAME.eml --sent--> Sent/NAME.eml
+//
+// A mail is whole at any time: an interrupted run leaves it in the outbox, from where it is sent again, with
+// the Message-ID that it had.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/writing/outgoing_text.h"
+
+namespace wrenfold {
+
+class OutboxFolder {
+ public:
+  // Hands a finished mail on; returns why that failed, else nullopt.
+  using Hand =
+      std::function<std::optional<std::string>(const std::filesystem::path& file, const std::string& mail)>;
+
+  // The folders are made when the first mail comes.
+  void Open(std::filesystem::path outbox, std::filesystem::path sent);
+
+  const std::filesystem::path& folder() const { return outbox_; }
+  const std::filesystem::path& sent() const { return sent_; }
+
+  // Puts a mail (RFC 5322) into the outbox, as <unique>.eml; `file` names it. Returns why it cannot be written.
+  std::optional<std::string> Add(std::string_view mail, const std::string& unique,
+                                 std::filesystem::path& file) const;
+
+  // The mails that are to be sent, in order of their names; those with "X-Unsent: 1" wait for their writer. With
+  // `now`, as in a Date header, only those that are due then.
+  std::vector<std::filesystem::path> Waiting(std::string_view now = "") const;
+
+  // Fills in what the mail lacks, hands it on, and moves it to the sent ones. Returns why it stays.
+  std::optional<std::string> Send(const std::filesystem::path& file, const MailStamp& stamp,
+                                  const Hand& hand) const;
+
+ private:
+  std::filesystem::path outbox_;
+  std::filesystem::path sent_;
+};
+
+// The .eml files of a folder in order of their names; none when it cannot be read.
+std::vector<std::filesystem::path> MailFilesOf(const std::filesystem::path& folder);
+
+// Moves a file, also to another volume; a failure leaves the file where it was. Returns why.
+std::optional<std::string> MoveFileTo(const std::filesystem::path& from, const std::filesystem::path& to);
+
+}  // namespace wrenfold

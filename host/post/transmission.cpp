@@ -1,0 +1,44 @@
+#include "host/post/transmission.h"
+
+#include <utility>
+
+namespace wrenfold {
+
+void Transmission::Start(std::int64_t command, std::vector<TransmissionStep> steps) {
+  result_ = {};
+  result_.command = command;
+  steps_ = std::move(steps);
+  next_ = 0;
+  running_ = !steps_.empty();
+  cancel_asked = false;
+}
+
+void Transmission::Advance(const Carry& carry) {
+  if (!running_) return;
+  if (next_ < steps_.size() && cancel_asked) result_.cancelled = true;
+  if (next_ >= steps_.size() || cancel_asked) {
+    running_ = false;
+    return;
+  }
+  const TransmissionStep& step = steps_[next_++];
+  if (auto failure = carry(step)) {
+    result_.failures.push_back(*std::move(failure));
+  } else {
+    ++(step.kind == TransmissionStep::Kind::kSend ? result_.sent : result_.received);
+  }
+  running_ = next_ < steps_.size();
+}
+
+std::string Transmission::Summary() const {
+  std::string text = "received " + MailsInWords(result_.received) + ", sent " + MailsInWords(result_.sent);
+  const std::size_t failures = result_.failures.size();
+  if (failures > 0) text += ", " + std::to_string(failures) + (failures == 1 ? " failure" : " failures");
+  if (result_.cancelled) text += ", cancelled";
+  return text;
+}
+
+std::string MailsInWords(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " mail" : " mails");
+}
+
+}  // namespace wrenfold

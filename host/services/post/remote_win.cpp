@@ -1,0 +1,104 @@
+// Mails on the server: remote mail, and what is uploaded there. The server is a folder.
+#include <filesystem>
+#include <system_error>
+
+#include "host/charset/charsets.h"
+#include "host/folders/filing.h"
+#include "host/post/inbox_folder.h"
+#include "host/mail/mail_store.h"
+#include "host/post/outbox_folder.h"
+#include "host/mail/safe_saving.h"
+#include "host/requests/request_server_win.h"
+#include "host/services/list/selection_win.h"
+#include "host/services/services_win.h"
+#include "host/services/post/transmission_win.h"
+#include "host/terminal/terminal_win.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+PostOffice& Post(Request& request) { return request.state.commands.post; }
+
+void Tell(Request& request, const std::string& line) {
+  Post(request).status = SystemCharsets().Utf8ToHost(line);
+  TheTerminal().Error(line + "\n");
+}
+
+// The server's folders: its own and those of the accounts.
+std::vector<fs::path> ServerFolders(Request& request) {
+  std::vector<fs::path> folders = {Post(request).inbox};
+  for (const std::string& account : AccountNames(request.state)) {
+    if (auto folder = AccountFolder(Post(request).inbox, SystemCharsets().HostToUtf8(account)))
+      folders.push_back(*std::move(folder));
+  }
+  return folders;
+}
+
+// --- Remote mail ---
+
+Answer Reload(Request& request) {
+  std::error_code error;
+  if (!fs::is_directory(Post(request).inbox, error)) {
+    return request.Fail("no server: there is no folder " + PathToUtf8(Post(request).inbox));
+  }
+  std::vector<fs::path>& remote = Post(request).remote;
+  remote.clear();
+  for (const fs::path& folder : ServerFolders(request)) {
+    for (fs::path& file : MailFilesOf(folder)) remote.push_back(std::move(file));
+  }
+  Tell(request, "server (simulated): " + MailsInWords(remote.size()));
+  return Request::Done(true);
+}
+
+// Those that are the same mails as the selected ones, by their Message-IDs.
+Answer DeleteRemote(Request& request) {
+  std::vector<std::string> ids;
+  for (const std::size_t mail : SelectedMails(request)) {
+    ids.push_back(request.state.Header(mail, "Message-ID"));
+  }
+  std::size_t count = 0;
+  for (const fs::path& folder : ServerFolders(request)) count += DeleteOnServer(folder, ids);
+  if (count == 0) return request.Fail("none of the selected mails is on the server");
+  Tell(request, "server (simulated): " + MailsInWords(count) + " deleted");
+  return Request::AnswerNumber(static_cast<Slot>(count));
+}
+
+// --- IMAP upload ---
+
+constexpr Slot kUpload = 0;  // waits for the end
+constexpr Slot kStartUpload = 1;
+
+Answer Upload(Request& request) {
+  const Slot form = request.Number(0);
+  if (form != kUpload && form != kStartUpload)
+    return request.Fail("no way to upload: " + std::to_string(form));
+  if (Post(request).imap.empty()) return request.Fail(kNoImap);
+  HostState& state = request.state;
+  std::size_t count = 0;
+  for (const std::size_t mail : SelectedMails(request)) {
+    const fs::path name = state.Mail(mail).source.stem();
+    const fs::path file = FreeName(Post(request).imap / PathFromUtf8(PathToUtf8(name) + ".eml"));
+    if (const auto reason = SaveSafely(file, state.Mail(mail).raw)) return request.Fail(*reason);
+    ++count;
+  }
+  if (count == 0) return request.Fail("no mail is selected");
+  Tell(request,
+       "imap (simulated): " + MailsInWords(count) + " uploaded to " + PathToUtf8(Post(request).imap));
+  return Request::Done(true);
+}
+
+constexpr Service kServices[] = {
+    {155, nullptr, Reload, "lists the mails of the inbox folder, which stands for the server"},
+    {156, nullptr, DeleteRemote,
+     "number of mails there with the Message-ID of a selected mail, which are moved to the folder's "
+     "`deleted`"},
+    {299, "I", Upload, "copies the selected mails into the folder of `--imap`; both forms at once"},
+};
+
+}  // namespace
+
+const ServiceFamily kRemoteServices = {kServices, {}};
+
+}  // namespace wrenfold

@@ -1,0 +1,188 @@
+// New mails, replies, forwards and resent mails, and what becomes of a written one: it goes to the outbox.
+#include "host/base/ascii.h"
+#include "host/writing/draft_file.h"
+#include "host/writing/draft_text.h"
+#include "host/mail/header_edit.h"
+#include "host/mail/headers.h"
+#include "host/writing/mail_rewrite.h"
+#include "host/writing/outgoing_text.h"
+#include "host/writing/quoting.h"
+#include "host/requests/request_server_win.h"
+#include "host/services/writing/draft_win.h"
+#include "host/services/desktop/macros_win.h"
+#include "host/services/services_win.h"
+#include "host/services/post/transmission_win.h"
+#include "host/terminal/terminal_win.h"
+
+namespace wrenfold {
+namespace {
+
+// --- Beginning ---
+
+Answer NewMail(Request& request) {
+  Draft draft;
+  draft.text = "To: \r\nSubject: \r\n\r\n";
+  return BeginWriting(request, std::move(draft));
+}
+
+std::string QuotedBody(Request& request) {
+  const std::size_t root = request.state.root();
+  const HostMessage& message = request.state.Message(root);
+  const std::size_t width = request.state.Folds(root) ? kDefaultWidth : kNoFolding;
+  return FoldAndQuote(std::string_view(message.text).substr(message.body_offset), kQuoteMark, width);
+}
+
+// As a menu command without parameters; else 40019, kind, 1 = copy the attachments, mode for several mails,
+// option. The last two are not looked at: one mail is open.
+Answer Reply(Request& request) {
+  const HostMessage& message = request.state.Message(request.state.root());
+  const Recipients recipients =
+      ReplyRecipients(message.text, static_cast<ReplyKind>(request.Number(1)), OwnAddress(request.state));
+  Draft draft;
+  draft.purpose = DraftPurpose::kReply;
+  draft.text = ReplyTo(message.text, "");
+  SetHeader(draft.text, "To", recipients.to, 0);
+  if (!recipients.cc.empty()) SetHeader(draft.text, "Cc", recipients.cc, 0);
+  draft.text += QuotedBody(request);
+  if (request.Number(2) == 1) draft.attachments = message.attachments;
+  return BeginWriting(request, std::move(draft));
+}
+
+Draft ForwardOf(const std::string& text) {
+  Draft draft;
+  draft.purpose = DraftPurpose::kForward;
+  draft.text = ForwardHeaders(text);
+  return draft;
+}
+
+// The files of the mail go along.
+Answer Forward(Request& request) {
+  const HostMessage& message = request.state.Message(request.state.root());
+  Draft draft = ForwardOf(message.text);
+  draft.text += ForwardedText(message.text);
+  draft.attachments = message.attachments;
+  return BeginWriting(request, std::move(draft));
+}
+
+// The mail goes along as an attachment: with the changes that were made to it, or as it came.
+template <bool kAsItCame>
+Answer ForwardAttached(Request& request) {
+  HostState& state = request.state;
+  const std::size_t root = state.root();
+  Draft draft = ForwardOf(state.Message(root).text);
+  std::string raw = state.Mail(root).raw;
+  if (const auto& changed = state.Changes(root); changed && !kAsItCame) {
+    raw = RewrittenMail(raw, state.Message(root).text, *changed, "=_" + NewStamp(state).unique);
+  }
+  const std::string subject = state.Header(root, "Subject");
+  draft.attachments.push_back(
+      {(subject.empty() ? "mail" : subject) + ".eml", "message/rfc822", std::move(raw)});
+  return BeginWriting(request, std::move(draft));
+}
+
+// --- Sending ---
+
+// The user's macro has its turn, and the mail is looked at once more.
+std::optional<std::string> PrepareSending(HostState& state) {
+  if (!state.writing.send_macro.empty()) {
+    const auto value = RunBeforeSending(state);
+    if (!value) return "the macro before sending, " + state.writing.send_macro + ", cannot be run";
+    if (*value == 0) return "the macro before sending, " + state.writing.send_macro + ", refused the mail";
+    if (!state.HasDraft())
+      return "the macro before sending, " + state.writing.send_macro + ", closed the mail";
+  }
+  if (!state.writing.quiet_subject &&
+      Trim(HeaderValue(state.CurrentText(), "Subject").value_or("")).empty()) {
+    Tell("the mail has no subject (NoWarningNoSubject() leaves this out)");
+  }
+  return std::nullopt;
+}
+
+// A copy for the folder that a macro chose for sent mails.
+void KeepSent(HostState& state, const std::string& mail) {
+  std::optional<std::size_t>& folder = state.folder_state().sent_folder;
+  if (!folder) return;
+  const std::string reason = state.AddMail(mail, *folder, kMailRead);
+  if (!reason.empty()) Tell("no copy of the sent mail is kept: " + reason);
+  folder.reset();
+}
+
+template <bool kAtOnce>
+Answer Send(Request& request) {
+  HostState& state = request.state;
+  if (!state.HasDraft()) return request.Fail("no mail is being written");
+  if (const auto reason = PrepareSending(state)) return request.Fail(*reason);
+  const std::string mail = FinishedMail(*state.writing.draft, NewStamp(state));
+  const std::size_t before = state.commands.post.put;
+  const Answer answer = kAtOnce ? PostNow(request, mail) : PostLater(request, mail);
+  // A mail that lies in the outbox is no draft, whether it could be sent or not.
+  if (state.commands.post.put == before) return answer;
+  KeepSent(state, mail);
+  FinishDraft(state);
+  return answer;
+}
+
+// --- Resending ---
+
+constexpr Slot kSendNow = 53;
+constexpr Slot kSendLater = 54;
+constexpr Slot kOpen = 101;
+constexpr Slot kAsBcc = 0x80000000;
+
+// The mail and its files; the multipart around them is made anew.
+Answer OpenResent(Request& request, std::string text) {
+  Draft draft;
+  draft.purpose = DraftPurpose::kForward;
+  draft.text = std::move(text);
+  draft.attachments = request.state.Message(request.state.root()).attachments;
+  return BeginWriting(request, std::move(draft));
+}
+
+// recipient, mode, 1 = as in the log (which is the same mail here)
+Answer Resend(Request& request) {
+  if (!request.HasText(0)) return request.Fail("no recipient to resend the mail to");
+  HostState& state = request.state;
+  const Slot mode = request.Number(1);
+  const bool as_bcc = (mode & kAsBcc) != 0;
+  // The mail goes on as it came, byte by byte; a draft is its text.
+  const std::string raw =
+      HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + state.Mail(state.root()).raw;
+  switch (mode & ~kAsBcc) {
+    case kSendNow:
+      return PostNow(request, raw);
+    case kSendLater:
+      return PostLater(request, raw);
+    case kOpen:
+      return OpenResent(request, ResentText(state.Message(state.root()).text, request.Text(0), as_bcc));
+    default:
+      return request.Fail("no such way to resend: " + std::to_string(mode));
+  }
+}
+
+constexpr Service kServices[] = {
+    {104, "TII", WithRoot<Resend>,
+     "the first parameter is the recipient: the root mail with `Resent-To` or `Resent-Bcc` in front, opened, "
+     "sent or put into the outbox as it came"},
+};
+
+constexpr Command kCommands[] = {
+    {40002, NewMail, "a mail with empty To and Subject becomes the current one"},
+    {40019, WithRoot<Reply>,
+     "To, Cc, Subject, In-Reply-To, References and the quoted body of the root mail ([replies](#replies))"},
+    {40022, WithRoot<Forward>, "empty To, the subject with `Fwd:`, headers and body of the root mail"},
+    {40087, Send<false>,
+     "puts the mail being written into the [outbox](#transmission); then the open mail is the current one "
+     "again, answered or forwarded"},
+    {40104, Send<true>,
+     "[sends](#transmission) the mail being written at once; then the open mail is the current one again, "
+     "answered or forwarded; 0 without a recipient, and when it could not be sent and waits in the outbox"},
+    {40185, WithRoot<ForwardAttached<false>>,
+     "empty To, the subject with `Fwd:`, the root mail as an attachment"},
+    {40354, WithRoot<ForwardAttached<true>>, "as 40185, the root mail as it came in its file"},
+};
+
+}  // namespace
+
+const ServiceFamily kDraftsServices = {kServices, kCommands};
+
+}  // namespace wrenfold

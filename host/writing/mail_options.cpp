@@ -1,0 +1,9 @@
+#include "host/writing/mail_options.h"
+
+#include "host/mail/headers.h"
+
+namespace wrenfold {
+
+bool AsksForNotification(std::string_view text) { return HeaderValue(text, kNotificationHeader).has_value(); }
+
+}  // namespace wrenfold
