@@ -6,8 +6,8 @@
 
 #include "host/base/ascii.h"
 #include "host/facts/countries.h"
-#include "host/mail/headers.h"
 #include "host/facts/network_address.h"
+#include "host/mail/headers.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {

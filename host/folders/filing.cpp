@@ -8,6 +8,8 @@
 #include <utility>
 #include <variant>
 
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/folders/mail_exchange.h"
 #include "host/mail/mbox.h"

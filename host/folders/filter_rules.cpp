@@ -3,10 +3,10 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/find_pack.h"
-#include "host/mail/mail_store.h"
 
 namespace wrenfold {
 namespace {

@@ -6,6 +6,8 @@
 
 #include "host/base/ascii.h"
 #include "host/base/file_names.h"
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
 
 namespace wrenfold {

@@ -6,6 +6,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/file_names.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "src/dates/date_parse.h"

@@ -4,10 +4,10 @@
 
 #include <cstdint>
 
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/library/draft_functions_win.h"
-#include "host/mail/mail_store.h"
 #include "host/mime/smime_mail.h"
 #include "src/base/slot.h"
 

@@ -6,6 +6,8 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/mail/mbox.h"
 #include "host/mime/message.h"
@@ -16,20 +18,6 @@ namespace wrenfold {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Reason {
-  std::errc code;
-  const char* text;
-};
-
-// The system's own texts are in the user's language or none at all under some C libraries; these are ours.
-constexpr Reason kReasons[] = {
-    {std::errc::no_such_file_or_directory, "no such file or folder"},
-    {std::errc::not_a_directory, "no such file or folder"},
-    {std::errc::permission_denied, "access denied"},
-    {std::errc::operation_not_permitted, "access denied"},
-    {std::errc::filename_too_long, "the name is too long"},
-};
 
 std::string ExtensionOf(const fs::path& path) { return Lower(PathToUtf8(path.extension())); }
 
@@ -94,17 +82,6 @@ fs::path FileKey(const fs::path& file) { return Key(FolderOfFile(file)) / file.f
 
 }  // namespace
 
-std::string CannotRead(const fs::path& path, const std::string& reason) {
-  return "cannot read " + PathToUtf8(path) + ": " + reason;
-}
-
-std::string ReasonOf(const std::error_code& error) {
-  for (const Reason& row : kReasons) {
-    if (error == row.code) return row.text;
-  }
-  return error ? error.message() : "the file cannot be opened";
-}
-
 std::uint32_t FlagsOf(std::string_view raw) {
   const MessageParts parts = SplitMessage(raw);
   const std::string letters =
@@ -115,13 +92,6 @@ std::uint32_t FlagsOf(std::string_view raw) {
   }
   return flags;
 }
-
-std::string PathToUtf8(const fs::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
-fs::path PathFromUtf8(std::string_view utf8) { return std::u8string(utf8.begin(), utf8.end()); }
 
 std::vector<StoredMail> SplitMbox(std::string_view bytes) {
   std::vector<StoredMail> mails;

@@ -141,12 +141,4 @@ std::vector<StoredMail> SplitMbox(std::string_view bytes);
 // The flags that the Status and X-Status headers of a mail's bytes tell.
 std::uint32_t FlagsOf(std::string_view raw);
 
-// "cannot read X: no such file or folder", with our own words for the usual errors.
-std::string CannotRead(const std::filesystem::path& path, const std::string& reason);
-std::string ReasonOf(const std::error_code& error);
-
-// A path for messages; and one from UTF-8.
-std::string PathToUtf8(const std::filesystem::path& path);
-std::filesystem::path PathFromUtf8(std::string_view utf8);
-
 }  // namespace wrenfold

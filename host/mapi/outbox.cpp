@@ -2,8 +2,8 @@
 
 #include <system_error>
 
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
-#include "host/mail/mail_store.h"
 
 namespace wrenfold {
 namespace {

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "host/base/own_folder_win.h"
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
-#include "host/mail/mail_store.h"
 #include "host/mapi/service_win.h"
 #include "src/base/unique_win.h"
 #include "src/bridge/host_protocol.h"

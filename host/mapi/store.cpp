@@ -3,8 +3,8 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
-#include "host/mail/mail_store.h"
 #include "host/mime/sections.h"
 
 namespace wrenfold {

@@ -4,11 +4,11 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/folders/filing.h"
-#include "host/mail/mail_store.h"
-#include "host/post/outbox_folder.h"
 #include "host/mime/sections.h"
+#include "host/post/outbox_folder.h"
 
 namespace wrenfold {
 namespace {

@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
+#include "host/base/safe_saving.h"
 #include "host/base/whole_file.h"
 #include "host/folders/filing.h"
-#include "host/mail/mail_store.h"
-#include "host/mail/safe_saving.h"
 
 namespace wrenfold {
 namespace {

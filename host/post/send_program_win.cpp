@@ -7,8 +7,8 @@
 #include <variant>
 #include <vector>
 
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
-#include "host/mail/mail_store.h"
 #include "host/post/program_line.h"
 #include "src/base/unique_win.h"
 

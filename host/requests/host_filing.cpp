@@ -1,11 +1,12 @@
 // The half of HostState that knows folders: which mails each shows, and what filing changes.
 #include <algorithm>
 
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
-#include "host/mail/file_reasons.h"
 #include "host/folders/filing.h"
-#include "host/mail/find_pack.h"
 #include "host/folders/mail_exchange.h"
+#include "host/mail/find_pack.h"
 #include "host/requests/host_state.h"
 #include "host/requests/shown_list.h"
 

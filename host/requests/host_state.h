@@ -11,17 +11,17 @@
 #include <string_view>
 #include <vector>
 
-#include "host/macro/runner.h"
 #include "host/folders/folder_tree.h"
 #include "host/list/list_view.h"
+#include "host/list/selection.h"
+#include "host/macro/runner.h"
 #include "host/mail/mail_state.h"
 #include "host/mail/mail_store.h"
-#include "host/post/reception.h"
-#include "host/list/selection.h"
-#include "host/writing/writing_state.h"
 #include "host/mime/message.h"
+#include "host/post/reception.h"
 #include "host/requests/command_state.h"
 #include "host/requests/folder_state.h"
+#include "host/writing/writing_state.h"
 
 namespace wrenfold {
 

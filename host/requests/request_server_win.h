@@ -94,8 +94,7 @@ Answer WithRoot(Request& request) {
 // Runs `kAnswer` when there is a current mail.
 template <Handler kAnswer>
 Answer WithCurrent(Request& request) {
-  return request.state.HasCurrent() ? kAnswer(request)
-                                    : request.Fail("no mail is open or being written");
+  return request.state.HasCurrent() ? kAnswer(request) : request.Fail("no mail is open or being written");
 }
 
 // A menu command, which comes as WM_COMMAND or in the first slot of codes 12 and 57.

@@ -4,13 +4,13 @@
 #include <utility>
 #include <vector>
 
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/library/export_caller_win.h"
 #include "host/library/export_help.h"
 #include "host/library/failure_reason.h"
 #include "host/library/host_functions_win.h"
-#include "host/mail/file_reasons.h"
-#include "host/mail/mail_store.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/interrupt_win.h"

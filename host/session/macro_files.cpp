@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
-#include "host/mail/mail_store.h"
 
 namespace wrenfold {
 

@@ -8,15 +8,15 @@
 #include <variant>
 #include <vector>
 
+#include "host/base/paths.h"
 #include "host/library/library_win.h"
 #include "host/macro/run.h"
-#include "host/mail/mail_store.h"
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/trace.h"
-#include "host/services/writing/draft_side_win.h"
-#include "host/services/services_win.h"
 #include "host/services/post/transmission_win.h"
+#include "host/services/services_win.h"
+#include "host/services/writing/draft_side_win.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt_side_win.h"
@@ -24,8 +24,8 @@
 #include "host/session/written_mails_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
-#include "host/terminal/progress_win.h"
 #include "host/terminal/interrupt_win.h"
+#include "host/terminal/progress_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <variant>
 
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
-#include "host/mail/mail_store.h"
 #include "host/mapi/register_win.h"
 #include "host/mapi/server_win.h"
 #include "host/terminal/failure_win.h"

@@ -8,8 +8,8 @@
 #include <variant>
 #include <vector>
 
+#include "host/base/paths.h"
 #include "host/library/host_functions_win.h"
-#include "host/mail/mail_store.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt.h"

@@ -4,10 +4,11 @@
 #include <system_error>
 
 #include "host/base/own_folder_win.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/mail/mail_store.h"
-#include "host/post/program_line.h"
 #include "host/mapi/server_win.h"
+#include "host/post/program_line.h"
 #include "host/services/desktop/application_win.h"
 #include "host/session/written_mails_win.h"
 #include "host/terminal/failure_win.h"

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "host/base/own_folder_win.h"
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/services/writing/draft_win.h"

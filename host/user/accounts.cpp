@@ -5,9 +5,9 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
-#include "host/mail/mail_store.h"
 #include "src/commands/account_fields.h"
 
 namespace wrenfold {

@@ -4,10 +4,10 @@
 #include <iterator>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/find_pack.h"
-#include "host/mail/mail_store.h"
 #include "host/mail/named_address.h"
 #include "host/terminal/terminal_text.h"
 #include "src/addresses/address_entry.h"

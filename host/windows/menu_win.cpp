@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "host/writing/mail_options.h"
 #include "host/mail/priority.h"
+#include "host/writing/mail_options.h"
 
 namespace wrenfold {
 namespace {

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "host/base/ascii.h"
-#include "host/writing/draft_text.h"
 #include "host/mail/headers.h"
-#include "host/writing/quoting.h"
 #include "host/mime/html_text.h"
 #include "host/mime/html_write.h"
+#include "host/writing/draft_text.h"
+#include "host/writing/quoting.h"
 
 namespace wrenfold {
 namespace {

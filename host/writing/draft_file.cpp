@@ -6,11 +6,11 @@
 #include "host/charset/encode.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
-#include "host/writing/quoting.h"
 #include "host/mime/html_write.h"
 #include "host/mime/mail_encoding.h"
 #include "host/mime/parameters.h"
 #include "host/mime/sections.h"
+#include "host/writing/quoting.h"
 
 namespace wrenfold {
 namespace {

@@ -12,8 +12,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/writing/draft.h"
 #include "host/mail/mail_stamp.h"
+#include "host/writing/draft.h"
 
 namespace wrenfold {
 

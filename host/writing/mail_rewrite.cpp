@@ -3,13 +3,13 @@
 #include <vector>
 
 #include "host/base/ascii.h"
-#include "host/writing/draft_file.h"
 #include "host/mail/headers.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/html_write.h"
 #include "host/mime/mail_encoding.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
+#include "host/writing/draft_file.h"
 
 namespace wrenfold {
 namespace {

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "host/base/ascii.h"
-#include "host/writing/draft_file.h"
 #include "host/mail/headers.h"
 #include "host/mime/mail_encoding.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
+#include "host/writing/draft_file.h"
 #include "src/dates/date_parse.h"
 
 namespace wrenfold {

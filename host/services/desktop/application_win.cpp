@@ -8,18 +8,18 @@
 #include <limits>
 #include <system_error>
 
+#include "host/base/file_reasons.h"
+#include "host/base/safe_saving.h"
 #include "host/base/settings_text.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
-#include "host/mail/file_reasons.h"
 #include "host/list/list_view.h"
 #include "host/list/mail_order.h"
 #include "host/mail/mail_store.h"
-#include "host/mail/safe_saving.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
-#include "host/services/services_win.h"
 #include "host/services/post/transmission_win.h"
+#include "host/services/services_win.h"
 #include "host/terminal/questions_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/list_window_win.h"

@@ -3,13 +3,13 @@
 #include <string_view>
 
 #include "host/mail/header_edit.h"
-#include "host/writing/mail_options.h"
 #include "host/mail/priority.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/windows/frame_win.h"
 #include "host/windows/menu_win.h"
+#include "host/writing/mail_options.h"
 
 namespace wrenfold {
 namespace {

@@ -4,10 +4,11 @@
 #include <iterator>
 #include <map>
 
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/folders/filter_rules.h"
-#include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/list/selection_win.h"

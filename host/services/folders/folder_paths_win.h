@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <string>
 
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
-#include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 
 namespace wrenfold {

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"

@@ -1,8 +1,8 @@
 // Tabs, of which each tree of folders has one; bookmarks; what the list shows of a search.
 #include <filesystem>
 
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
-#include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/terminal_win.h"

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <variant>
 
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/list/csv_list.h"
-#include "host/mail/file_reasons.h"
-#include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/list/selection_win.h"
 #include "host/services/services_win.h"

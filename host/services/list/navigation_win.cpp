@@ -2,9 +2,10 @@
 // mail; the log.
 #include <algorithm>
 
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
-#include "host/mail/headers.h"
 #include "host/list/list_walk.h"
+#include "host/mail/headers.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"

@@ -1,15 +1,15 @@
 // Mails in a window of their own: the open one, its answer, the mail that forwarded it.
 #include <algorithm>
 
-#include "host/writing/draft_file.h"
 #include "host/list/mail_order.h"
 #include "host/list/threads.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/windows/frame_win.h"
+#include "host/writing/draft_file.h"
 
 namespace wrenfold {
 namespace {

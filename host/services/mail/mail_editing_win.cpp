@@ -1,16 +1,17 @@
 // A received mail that is changed: its text may be edited between beginning and saving, and saving writes the
 // mail's file anew.
 #include "host/services/mail/mail_editing_win.h"
+#include "host/base/paths.h"
 
+#include "host/base/safe_saving.h"
 #include "host/base/time_stamp_win.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
-#include "host/writing/mail_rewrite.h"
-#include "host/mail/safe_saving.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/terminal/terminal_text.h"
+#include "host/writing/mail_rewrite.h"
 
 namespace wrenfold {
 namespace {

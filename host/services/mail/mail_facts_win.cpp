@@ -4,15 +4,15 @@
 #include "host/charset/charsets.h"
 #include "host/charset/imap_utf7.h"
 #include "host/facts/countries.h"
-#include "host/writing/draft_file.h"
+#include "host/facts/received_lines.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
-#include "host/facts/received_lines.h"
 #include "host/mime/header_words.h"
 #include "host/mime/message.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
+#include "host/writing/draft_file.h"
 #include "src/dates/date_parse.h"
 
 namespace wrenfold {

@@ -1,4 +1,5 @@
 // What the library asks about the mail that is open: its text, headers, files and state.
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/mail/headers.h"
 #include "host/mail/mail_store.h"

@@ -2,16 +2,16 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/paths.h"
+#include "host/base/safe_saving.h"
 #include "host/charset/charsets.h"
 #include "host/folders/filing.h"
 #include "host/post/inbox_folder.h"
-#include "host/mail/mail_store.h"
 #include "host/post/outbox_folder.h"
-#include "host/mail/safe_saving.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/list/selection_win.h"
-#include "host/services/services_win.h"
 #include "host/services/post/transmission_win.h"
+#include "host/services/services_win.h"
 #include "host/terminal/terminal_win.h"
 
 namespace wrenfold {

@@ -4,19 +4,20 @@
 #include <system_error>
 #include <variant>
 
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
-#include "host/list/duplicates.h"
-#include "host/mail/file_reasons.h"
-#include "host/mail/headers.h"
 #include "host/folders/mail_exchange.h"
+#include "host/list/duplicates.h"
+#include "host/mail/headers.h"
 #include "host/post/outbox_folder.h"
-#include "host/writing/quoting.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/progress.h"
+#include "host/writing/quoting.h"
 #include "src/addresses/address_entry.h"
 
 namespace wrenfold {

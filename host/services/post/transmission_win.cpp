@@ -1,6 +1,7 @@
 // Transmission: mails are received from a folder that stands for the server, and sent out of the outbox. Nothing
 // leaves the machine unless the user named a program that sends.
 #include "host/services/post/transmission_win.h"
+#include "host/base/paths.h"
 
 #include <windows.h>
 
@@ -15,12 +16,12 @@
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/headers.h"
-#include "host/post/inbox_folder.h"
 #include "host/mail/mail_store.h"
+#include "host/post/inbox_folder.h"
 #include "host/post/send_program_win.h"
 #include "host/requests/shown_list.h"
-#include "host/services/writing/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"

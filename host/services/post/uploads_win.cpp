@@ -2,13 +2,13 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/paths.h"
+#include "host/base/safe_saving.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
-#include "host/mail/mail_store.h"
-#include "host/mail/safe_saving.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/terminal/terminal_text.h"
 
 namespace wrenfold {

@@ -3,15 +3,15 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
-#include "host/writing/draft.h"
-#include "host/mail/mail_store.h"
 #include "host/mime/mail_encoding.h"
 #include "host/mime/parameters.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/terminal_text.h"
+#include "host/writing/draft.h"
 
 namespace wrenfold {
 namespace {

@@ -4,17 +4,18 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
+#include "host/base/safe_saving.h"
 #include "host/base/time_stamp_win.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
-#include "host/writing/draft_file.h"
-#include "host/writing/draft_text.h"
 #include "host/mail/headers.h"
-#include "host/mail/safe_saving.h"
 #include "host/mime/sections.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
+#include "host/writing/draft_file.h"
+#include "host/writing/draft_text.h"
 
 namespace wrenfold {
 namespace {

@@ -1,18 +1,18 @@
 // New mails, replies, forwards and resent mails, and what becomes of a written one: it goes to the outbox.
 #include "host/base/ascii.h"
-#include "host/writing/draft_file.h"
-#include "host/writing/draft_text.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
+#include "host/requests/request_server_win.h"
+#include "host/services/desktop/macros_win.h"
+#include "host/services/post/transmission_win.h"
+#include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
+#include "host/terminal/terminal_win.h"
+#include "host/writing/draft_file.h"
+#include "host/writing/draft_text.h"
 #include "host/writing/mail_rewrite.h"
 #include "host/writing/outgoing_text.h"
 #include "host/writing/quoting.h"
-#include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
-#include "host/services/desktop/macros_win.h"
-#include "host/services/services_win.h"
-#include "host/services/post/transmission_win.h"
-#include "host/terminal/terminal_win.h"
 
 namespace wrenfold {
 namespace {

@@ -2,14 +2,14 @@
 #include "host/base/ascii.h"
 #include "host/base/time_stamp_win.h"
 #include "host/charset/charsets.h"
-#include "host/writing/draft.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/terminal/questions_win.h"
 #include "host/terminal/terminal_text.h"
+#include "host/writing/draft.h"
 
 namespace wrenfold {
 namespace {

@@ -1,12 +1,12 @@
 // HTML and character sets of mails.
 #include "host/base/ascii.h"
 #include "host/charset/charsets.h"
-#include "host/writing/draft_file.h"
 #include "host/mime/html_text.h"
 #include "host/mime/html_write.h"
 #include "host/mime/sections.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
+#include "host/writing/draft_file.h"
 
 namespace wrenfold {
 namespace {

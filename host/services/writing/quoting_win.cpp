@@ -1,10 +1,10 @@
 // How the host folds and quotes texts.
 #include "host/mail/custom_header.h"
+#include "host/requests/request_server_win.h"
+#include "host/services/services_win.h"
 #include "host/writing/draft.h"
 #include "host/writing/kinsoku.h"
 #include "host/writing/quoting.h"
-#include "host/requests/request_server_win.h"
-#include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {

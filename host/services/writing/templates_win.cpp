@@ -2,11 +2,12 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/terminal/terminal_text.h"
 
 namespace wrenfold {

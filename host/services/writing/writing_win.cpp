@@ -1,14 +1,14 @@
 // The headers of the current mail, and the drafts of mails being written.
 #include "host/charset/charsets.h"
-#include "host/writing/draft_file.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/writing/draft_win.h"
-#include "host/services/mail/mail_editing_win.h"
 #include "host/services/list/selection_win.h"
+#include "host/services/mail/mail_editing_win.h"
 #include "host/services/services_win.h"
+#include "host/services/writing/draft_win.h"
 #include "host/terminal/terminal_text.h"
+#include "host/writing/draft_file.h"
 
 namespace wrenfold {
 namespace {

@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include "host/base/whole_file.h"
-#include "host/list/duplicates.h"
 #include "host/folders/mail_exchange.h"
+#include "host/list/duplicates.h"
 #include "host/requests/host_state.h"
 
 namespace wrenfold {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "host/mail/mail_store.h"
+#include "host/base/paths.h"
 
 namespace wrenfold {
 

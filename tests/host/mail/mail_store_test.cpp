@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "host/base/paths.h"
 #include "host/mail/mail_store.h"
 
 namespace wrenfold {

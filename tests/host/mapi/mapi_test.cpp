@@ -8,7 +8,7 @@
 #include <fstream>
 #include <memory>
 
-#include "host/mail/mail_store.h"
+#include "host/base/paths.h"
 #include "host/mapi/mail_command.h"
 #include "host/mapi/message_image.h"
 #include "host/mapi/outbox.h"

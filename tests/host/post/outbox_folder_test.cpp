@@ -4,8 +4,8 @@
 
 #include <fstream>
 
+#include "host/base/file_reasons.h"
 #include "host/base/whole_file.h"
-#include "host/mail/file_reasons.h"
 #include "host/post/inbox_folder.h"
 
 namespace wrenfold {

@@ -1,9 +1,9 @@
 // A mail that is being written: its body, template, HTML and lines, and its file.
 #include <gtest/gtest.h>
 
+#include "host/mail/headers.h"
 #include "host/writing/draft.h"
 #include "host/writing/draft_file.h"
-#include "host/mail/headers.h"
 
 namespace wrenfold {
 namespace {

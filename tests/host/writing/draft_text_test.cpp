@@ -1,8 +1,8 @@
 // Whom replies go to, what forwards hold, and the order in which mails are visited.
 #include <gtest/gtest.h>
 
-#include "host/writing/draft_text.h"
 #include "host/list/list_walk.h"
+#include "host/writing/draft_text.h"
 
 namespace wrenfold {
 namespace {

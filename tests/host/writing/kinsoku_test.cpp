@@ -3,8 +3,8 @@
 
 #include "host/charset/charsets.h"
 #include "host/mail/custom_header.h"
-#include "host/writing/kinsoku.h"
 #include "host/mail/named_address.h"
+#include "host/writing/kinsoku.h"
 #include "host/writing/quoting.h"
 
 namespace wrenfold {

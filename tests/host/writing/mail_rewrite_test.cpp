@@ -3,9 +3,9 @@
 
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
-#include "host/writing/mail_rewrite.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/message.h"
+#include "host/writing/mail_rewrite.h"
 
 namespace wrenfold {
 namespace {

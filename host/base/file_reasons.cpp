@@ -1,14 +1,28 @@
-#include "host/mail/file_reasons.h"
+#include "host/base/file_reasons.h"
 
 #include <system_error>
 
+#include "host/base/paths.h"
 #include "host/base/whole_file.h"
-#include "host/mail/mail_store.h"
 
 namespace wrenfold {
 namespace {
 
 namespace fs = std::filesystem;
+
+struct Reason {
+  std::errc code;
+  const char* text;
+};
+
+// The system's own texts are in the user's language or none at all under some C libraries; these are ours.
+constexpr Reason kReasons[] = {
+    {std::errc::no_such_file_or_directory, "no such file or folder"},
+    {std::errc::not_a_directory, "no such file or folder"},
+    {std::errc::permission_denied, "access denied"},
+    {std::errc::operation_not_permitted, "access denied"},
+    {std::errc::filename_too_long, "the name is too long"},
+};
 
 bool Exists(const fs::path& path) {
   std::error_code error;
@@ -22,11 +36,21 @@ bool IsFolder(const fs::path& path) {
 
 }  // namespace
 
+std::string CannotRead(const fs::path& path, const std::string& reason) {
+  return "cannot read " + PathToUtf8(path) + ": " + reason;
+}
+
+std::string ReasonOf(const std::error_code& error) {
+  for (const Reason& row : kReasons) {
+    if (error == row.code) return row.text;
+  }
+  return error ? error.message() : "the file cannot be opened";
+}
+
 std::string WhyUnreadable(const fs::path& file) {
-  const std::string begin = "cannot read " + PathToUtf8(file) + ": ";
   if (file.empty()) return "cannot read a file without a name";
-  if (IsFolder(file)) return begin + "it is a folder";
-  return begin + (Exists(file) ? "access denied" : "no such file or folder");
+  if (IsFolder(file)) return CannotRead(file, "it is a folder");
+  return CannotRead(file, Exists(file) ? "access denied" : "no such file or folder");
 }
 
 std::string WhyUnwritable(const fs::path& file) {

@@ -1,9 +1,9 @@
-#include "host/mail/safe_saving.h"
+#include "host/base/safe_saving.h"
 
 #include <system_error>
 
-#include "host/mail/file_reasons.h"
-#include "host/mail/mail_store.h"
+#include "host/base/file_reasons.h"
+#include "host/base/paths.h"
 
 namespace wrenfold {
 

@@ -6,8 +6,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace wrenfold {
+
+// "cannot read X: no such file or folder", with our own words for the usual errors.
+std::string CannotRead(const std::filesystem::path& path, const std::string& reason);
+std::string ReasonOf(const std::error_code& error);
 
 // "cannot read X: no such file or folder"
 std::string WhyUnreadable(const std::filesystem::path& file);
