@@ -118,6 +118,7 @@ class Names(unittest.TestCase):
 
 class Documents(unittest.TestCase):
     PAGES = [name for name in NAMES if name.endswith(".md")]
+    FOLDERS = sorted({name.split("/")[0] for name in NAMES if "/" in name})
 
     @staticmethod
     def anchors(name):
@@ -147,8 +148,7 @@ class Documents(unittest.TestCase):
         for name in self.PAGES:
             if name == "CHANGELOG.md":
                 continue  # tells of files as they were
-            for path in re.findall(r"`((?:src|host|tests|tools|docs|catalogue|fuzz|bench|resources|samples|cmake)/[^`\s]*)`",
-                                   house.read(name)):
+            for path in re.findall(rf"`((?:{'|'.join(map(re.escape, self.FOLDERS))})/[^`\s]*)`", house.read(name)):
                 pattern = re.sub(r"<[^>]+>|(?<![A-Z])(?:NAME|FAMILY)(?![A-Z])", "*", path).rstrip("/")
                 if not (house.SOURCE / pattern).exists() and not list(house.SOURCE.glob(pattern)):
                     wrong.append(f"{name}: {path}")
