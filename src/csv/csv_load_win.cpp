@@ -11,6 +11,7 @@
 #include "src/bridge/results_win.h"
 #include "src/bridge/system_code_page_win.h"
 #include "src/bridge/wide_text_win.h"
+#include "src/text/shift_jis_text.h"
 #include "src/text/utf8_text.h"
 
 namespace wfinfo {

@@ -33,8 +33,4 @@ std::size_t Utf8ToHostRoom(std::string_view text);
 // U+FEFF is dropped; a sequence that the end of the text cuts short ends the conversion.
 std::size_t Utf8ToHostMbcs(std::string_view text, char* out, const CodePage& code_page);
 
-// The Shift-JIS test: all bytes form characters of code page 932, and rare ones (lead byte from 0x99 on) are
-// at most twice as many as common ones. An empty text passes.
-bool LooksLikeShiftJis(std::string_view text, const CodePage& code_page);
-
 }  // namespace wfinfo
