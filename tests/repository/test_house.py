@@ -11,17 +11,27 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 import house  # noqa: E402
 
+sys.path.insert(0, str(house.SOURCE / "tools"))
+import document_exports as exports  # noqa: E402
+
 NAMES = house.repository_files()
 CODE = [name for name in NAMES if name.endswith((".cpp", ".h", ".c", ".rc", ".def", ".inc"))]
 
 
+def rows_like(pattern):
+    """{family: what the pattern finds in its file}"""
+    return {pathlib.Path(name).stem: re.findall(pattern, house.read(name), re.M)
+            for name in NAMES if re.fullmatch(r"catalogue/(?!all)\w+\.def", name)}
+
+
+def all_rows():
+    """{family: names of its exports}"""
+    return rows_like(r"^(?!FAMILY)[A-Z_]+\((?:(?:Int|Int32|UInt32|Str|OptStr|Handle|Void), )?(\w+),")
+
+
 def hand_rows():
     """{family: names of its exports that are written by hand}"""
-    rows = {}
-    for name in NAMES:
-        if re.fullmatch(r"catalogue/(?!all)\w+\.def", name):
-            rows[pathlib.Path(name).stem] = re.findall(r"^HAND\w*\(\w+, (\w+),", house.read(name), re.M)
-    return rows
+    return rows_like(r"^HAND\w*\(\w+, (\w+),")
 
 
 class Floors(unittest.TestCase):
@@ -154,20 +164,18 @@ class Documents(unittest.TestCase):
                     wrong.append(f"{name}: {path}")
         self.assertEqual([line for line in wrong if "host/wrenfold.exe" not in line], [])
 
+    def test_the_page_of_a_family_names_each_of_its_exports(self):
+        pages = exports.pages()
+        self.assertEqual(set(pages) - set(all_rows()), set())
+        for family, page in pages.items():
+            with self.subTest(family):
+                self.assertEqual([name for name in all_rows()[family] if f"`{name}`" not in house.read(page)], [])
 
-    def test_families_have_the_pages_that_the_architecture_says(self):
-        table = house.read("docs/architecture.md").split("| families | page |\n|---|---|\n")[1].split("\n\n")[0]
-        families = {pathlib.Path(name).stem for name in NAMES if name.startswith("catalogue/")}
-        for line in table.splitlines():
-            listed, pages = line.strip("| ").split(" | ")
-            exports = {family: re.findall(r"^[A-Z_]+\((?:\w+, )?(\w+)", house.read(f"catalogue/{family}.def"), re.M)
-                       for family in listed.split(", ") if family in families}
-            self.assertEqual(set(listed.split(", ")) - families, set())
-            text = " ".join(house.read(f"docs/{page}") for page in re.findall(r"\((\S+\.md)\)", pages))
-            words = set(re.findall(r"\w+", text))
-            for family, names in exports.items():
-                with self.subTest(family):
-                    self.assertTrue(words & set(names), "no export of it is named in its page")
+    def test_the_tables_of_exports_are_those_of_the_rows(self):
+        for page in set(exports.pages().values()):
+            with self.subTest(page):
+                self.assertTrue(exports.documented(page) == house.read(page), "run ./dev docs")
+
 
 
 class Picture(unittest.TestCase):
