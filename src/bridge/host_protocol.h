@@ -33,6 +33,10 @@ inline constexpr int kCodeStartCommand = 57;     // start a menu command, do not
 inline constexpr int kCodeLoadText = 291;        // a file as host text
 inline constexpr int kCodeMainWindowTest = 333;  // passed by window look-ups of the main window
 
+// Menu commands used in more than one place.
+inline constexpr unsigned kMenuRequestNotification = 40128;
+inline constexpr unsigned kMenuHighPriority = 40129;
+
 // True for the codes whose first slot is the menu command to run.
 constexpr bool CarriesCommand(int code) { return code == kCodeRunCommand || code == kCodeStartCommand; }
 
@@ -72,6 +76,12 @@ enum MailState : std::uint32_t {
 
 // Goes into the mask together with kStateSentUnknown when that bit is changed.
 inline constexpr std::uint32_t kSentUnknownMark = 0x80000000;
+
+// Added to the mode in which a mail is sent on (code 104): its recipients go to Bcc.
+inline constexpr std::int64_t kResendAsBcc = 0x80000000;
+
+// A line width, in single-byte columns, from which on lines are not folded.
+inline constexpr std::int64_t kUnfoldedWidth = 9999;
 
 // Takes a finished message, host text; what it does with it is the host's affair.
 using MessageCallback = void (*)(const char* text);

@@ -15,8 +15,6 @@ namespace {
 
 constexpr int kCodeChangeFlags = 97;
 constexpr int kCodeCharSet = 193;
-constexpr UINT kHighPriorityItem = 40129;
-constexpr UINT kRequestNotificationItem = 40128;
 
 constexpr std::size_t kMessageRoom = 256;
 constexpr std::size_t kShownName = 63;  // bytes of a wrong flag name that the message shows
@@ -74,20 +72,20 @@ long long SetMailFlag(const char* name, int value) noexcept {
 }
 
 int IsHighPriority() noexcept {
-  const MenuItem item = FrameMenuItem(kHighPriorityItem);
+  const MenuItem item = FrameMenuItem(kMenuHighPriority);
   if (item.IsKnown() && !item.IsGrayed()) return item.IsChecked() ? 1 : 0;
   // Not a mail being written: the flag of the mail shown.
   return (SendHostRequest(kCodeMailState) & kStateHighPriority) != 0 ? 1 : 0;
 }
 
-int IsRequestNotification() noexcept { return FrameMenuItem(kRequestNotificationItem).IsChecked() ? 1 : 0; }
+int IsRequestNotification() noexcept { return FrameMenuItem(kMenuRequestNotification).IsChecked() ? 1 : 0; }
 
 int SetHighPriority(long long value) noexcept {
-  return ToggleMenuItem(FrameMenuItem(kHighPriorityItem), IsOn(value)) ? 1 : 0;
+  return ToggleMenuItem(FrameMenuItem(kMenuHighPriority), IsOn(value)) ? 1 : 0;
 }
 
 int SetRequestNotification(long long value) noexcept {
-  return ToggleMenuItem(FrameMenuItem(kRequestNotificationItem), IsOn(value)) ? 1 : 0;
+  return ToggleMenuItem(FrameMenuItem(kMenuRequestNotification), IsOn(value)) ? 1 : 0;
 }
 
 long long SetCharSet(const char* charset, int second) noexcept {

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "src/addresses/address_entry.h"
+#include "src/addresses/address_list.h"
 #include "src/addresses/address_log_win.h"
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/module_win.h"
@@ -57,7 +58,6 @@ const char* SpamFilterText(int table_offset) {
 using ListedExport = const char* (*)(const char*, long long, long long, long long, long long, long long,
                                      long long, long long, long long);
 
-constexpr std::size_t kAddressTextRoom = 512;  // as GetEmailList gives it, terminator included
 constexpr std::size_t kRoom = 65536;
 constexpr std::size_t kFull = 65520;  // an answer and its terminator end here at the latest
 constexpr std::string_view kSeparator = ", ";
@@ -171,7 +171,7 @@ const char* CallByEmailList(const char* export_name, const char* address_list, l
   char* const block = NewResultBlock(kRoom);
   if (block == nullptr) return kNoText;
   Answers answers(block);
-  char address[kAddressTextRoom];
+  char address[kListedAddressRoom];
   do {
     CopyWithinLimit(address, reader.entry().text, sizeof address);
     const char* const answer = function(address, a2, a3, a4, a5, a6, a7, a8, a9);
