@@ -1,4 +1,4 @@
-// What the library and the host agree on: window classes, private messages, function codes with a meaning beyond
+// What the library and the host agree on: window classes, private messages, codes with a meaning beyond
 // their catalogue row, the words of a mail's state, the hand-over. All numbers are the host's contract.
 #pragma once
 
@@ -50,8 +50,8 @@ constexpr bool IsAllowedDuringDialog(int code) {
   return false;
 }
 
-// Bits of the mail-state word that codes 15 and 263 answer. "Send" and "sent" mean, in a folder of remote mail,
-// that the mail is to be downloaded and to be deleted.
+// Bits of the mail-state word that codes 15 and 263 answer. "Send" and "sent" mean, in a folder of remote
+// mail, that the mail is to be downloaded and to be deleted.
 enum MailState : std::uint32_t {
   kStateSpam = 0x00000020,
   kStateSentUnknown = 0x00000040,

@@ -7,8 +7,8 @@
 
 namespace wfinfo::smime {
 
-// True when the two are one address. Letters A to Z count as a to z; every other character as itself, the halves
-// of a double-byte character too.
+// True when the two are one address. Letters A to Z count as a to z; every other character as itself, the
+// halves of a double-byte character too.
 bool IsSameAddress(std::string_view a, std::string_view b);
 
 // A recipient list is split at single blanks: "a  b" holds "a", "" and "b"; "" holds one empty item.

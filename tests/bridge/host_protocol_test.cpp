@@ -1,5 +1,5 @@
-// The numbers of the protocol, written out a second time: library, small host and tests all take them from the
-// header, so that a slip there would be noticed by none of them.
+// The numbers of the protocol, written out a second time: library, small host and tests all take them from
+// the header, so that a slip there would be noticed by none of them.
 #include "src/bridge/host_protocol.h"
 
 #include <gtest/gtest.h>

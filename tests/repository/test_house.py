@@ -15,6 +15,7 @@ sys.path.insert(0, str(house.SOURCE / "tools"))
 import document_exports as exports  # noqa: E402
 
 NAMES = house.repository_files()
+WIDTH = int(re.search(r"^ColumnLimit: (\d+)", house.read(".clang-format"), re.M)[1])
 CODE = [name for name in NAMES if name.endswith((".cpp", ".h", ".c", ".rc", ".def", ".inc"))]
 
 
@@ -187,6 +188,12 @@ class Picture(unittest.TestCase):
 
 
 class Comments(unittest.TestCase):
+    def test_no_line_of_the_library_is_wider_than_the_format(self):
+        # The formatter breaks code, and leaves comments as they are.
+        wide = [f"{name}:{number}" for name in house.sources(NAMES, "src/", "bench/", "fuzz/")
+                for number, line in enumerate(house.read(name).splitlines(), 1) if len(line) > WIDTH]
+        self.assertEqual(wide, [])
+
     def test_no_comment_ends_in_a_line_of_one_word(self):
         # What a formatter leaves that breaks lines: a full line, and behind it one of a single word.
         wrong = []
