@@ -16,6 +16,7 @@ import document_exports as exports  # noqa: E402
 
 NAMES = house.repository_files()
 WIDTH = int(re.search(r"^ColumnLimit: (\d+)", house.read(".clang-format"), re.M)[1])
+HELPER_LINES = 8
 CODE = [name for name in NAMES if name.endswith((".cpp", ".h", ".c", ".rc", ".def", ".inc"))]
 
 
@@ -94,6 +95,21 @@ class Names(unittest.TestCase):
         families = {family for family, exports in hand_rows().items() if exports}
         self.assertEqual(set(files), families, "a file without a family, or a family without a file")
         self.assertEqual([paths for paths in files.values() if len(paths) > 1], [])
+
+    def test_export_files_hold_exports_and_little_else(self):
+        # A helper that checks or asks is at most a few lines; a class or real work is in a file that says its subject.
+        wrong = []
+        for name in NAMES:
+            if not name.endswith("_export.cpp"):
+                continue
+            anonymous = re.findall(r"^namespace \{$(.*?)^\}  // namespace$", house.read(name), re.M | re.S)
+            text = "\n".join(anonymous)
+            wrong += [f"{name}: {found}" for found in re.findall(r"^(?:class|struct|union) \w+", house.read(name), re.M)]
+            for function in re.findall(r"^(?=[^\s/}#])(?!constexpr|constinit|enum|template|using)(.*?)^\}$", text, re.M | re.S):
+                lines = function[function.index("{\n"):].count("\n") - 1 if "{\n" in function else 0
+                if lines > HELPER_LINES:
+                    wrong.append(f"{name}: {lines} lines in {function.strip().splitlines()[0]}")
+        self.assertEqual(wrong, [])
 
     def test_each_export_stands_in_the_file_of_its_family(self):
         rows = hand_rows()
