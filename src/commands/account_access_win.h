@@ -15,8 +15,8 @@ long long JoinedAccountText(const SplitText& split);
 // The value of a key: a number, or the address of a text; 0 after a report for one that is a secret.
 long long ReadAccountKey(const AccountKey& key);
 
-// 1, or 0 when the key takes no such value, after a report where the user can help it. `spelled`: the key as the
-// macro wrote it.
+// 1, or 0 when the key takes no such value, after a report where the user can help it. `spelled`: the key
+// as the macro wrote it.
 int WriteAccountKey(const AccountKey& key, const char* spelled, long long value);
 
 }  // namespace wfinfo

@@ -19,8 +19,9 @@ const char* ReturnDefaultForm(const CivilTime& time, std::int64_t bias);
 // times and the printed zone agree even while summer time begins.
 std::optional<FileTicks> MachineTime(const char* text, std::int64_t bias);
 
-// The mail date `date` by a format. One with an "o" (for "original") in front shows the clock as it is written. `default_ticks`: the time
-// of a text that cannot be a date, or was one before 1601, if such a text has one.
+// The mail date `date` by a format. One with an "o" (for "original") in front shows the clock as it is
+// written. `default_ticks`: the time of a text that cannot be a date, or was one before 1601, if such a
+// text has one.
 const char* ReturnMailDate(const char* date, std::string_view format, std::optional<FileTicks> default_ticks);
 
 }  // namespace wfinfo

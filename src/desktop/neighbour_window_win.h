@@ -5,8 +5,8 @@
 
 namespace wfinfo {
 
-// Activates the nearest other window of the host, GW_HWNDNEXT behind or GW_HWNDPREV before the active one (a frame or
-// outer view that shows); searched around the end. 0 when there is none.
+// Activates the nearest other window of the host, GW_HWNDNEXT behind or GW_HWNDPREV before the active one
+// (a frame or outer view that shows); searched around the end. 0 when there is none.
 int ActivateNeighbour(UINT direction);
 
 }  // namespace wfinfo

@@ -8,8 +8,8 @@ namespace wfinfo {
 
 inline constexpr std::size_t kJoinedAnswersRoom = 65536;
 
-// Joins texts with ", " in a block. An answer whose end, its terminator counted, would pass byte 65520 has no place:
-// the mark stands in its place, in the room that is left behind that.
+// Joins texts with ", " in a block. An answer whose end, its terminator counted, would pass byte 65520 has
+// no place: the mark stands in its place, in the room that is left behind that.
 class JoinedAnswers {
  public:
   // `block`: kJoinedAnswersRoom zeros.

@@ -5,8 +5,8 @@
 
 namespace wfinfo::mapi {
 
-// Writes a record of the one address that `name` holds, which the caller frees with MAPIFreeBuffer. kUnknownRecipient
-// when it holds none, and for pointers that are none.
+// Writes a record of the one address that `name` holds, which the caller frees with MAPIFreeBuffer.
+// kUnknownRecipient when it holds none, and for pointers that are none.
 unsigned ResolveName(const char* name, Recipient** recipient);
 
 }  // namespace wfinfo::mapi

@@ -9,8 +9,8 @@ struct HeaderSource {
   const char* (*value)(const char* name, int n) noexcept;
 };
 
-// All values joined by `given_separator`, ", " for null. The header may change between the two passes that this
-// takes: what does not fit any more is left out, after a report.
+// All values joined by `given_separator`, ", " for null. The header may change between the two passes that
+// this takes: what does not fit any more is left out, after a report.
 const char* JoinHeaders(const HeaderSource& source, const char* name, const char* given_separator);
 
 }  // namespace wfinfo
