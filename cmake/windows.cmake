@@ -45,8 +45,9 @@ file(GLOB resource_parts CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*)
 set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;65001"
   OBJECT_DEPENDS "${resource_parts}")
 target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-# The hot loops are pure code: what -O3 unrolls and copies of the rest only makes the library larger.
-target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options};-O2>)
+# The hot loops are pure code: what -O3 unrolls and copies of the rest only makes the library larger, and so does
+# the compiler's name in each object.
+target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options};-O2;-fno-ident>)
 target_link_libraries(WFINFO PRIVATE wfinfo_pure)
 target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong)
 set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREFIX lib

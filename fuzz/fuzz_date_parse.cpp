@@ -23,6 +23,8 @@ std::string UpperCase(std::string text) {
   return text;
 }
 
+constexpr int kLastMailYear = 9999;  // the last year that four digits can write
+
 void CheckRange(const HeaderDate& date) {
   constexpr FileTicks kEnd = DayNumber(10'000, 1, 1) * kTicksPerDay;
   Demand(date.wall_clock >= 0 && date.wall_clock <= kEnd && date.wall_clock % kTicksPerSecond == 0);

@@ -7,6 +7,7 @@
 
 #include "fuzz/demand.h"
 #include "src/text/host_text.h"
+#include "src/text/shift_jis_text.h"
 #include "src/text/utf8_text.h"
 #include "src/text/wide_text.h"
 #include "tests/support/iconv_code_page.h"

@@ -217,7 +217,7 @@ def table(kind, head, services, senders):
 def between_marks(page, name, text):
     first, last = f"<!-- {name}: written by ./dev docs -->", f"<!-- end of {name} -->"
     if page.count(first) != 1 or page.count(last) != 1:
-        raise NotUnderstood(f"{PAGE} has no marks around the {name}")
+        raise NotUnderstood(f"the page has no marks around the {name}")
     before, rest = page.split(first)
     return f"{before}{first}\n\n{text}\n\n{last}{rest.split(last)[1]}"
 

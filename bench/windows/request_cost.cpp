@@ -1,6 +1,6 @@
 // request_cost host|frame COUNT   sends COUNT requests, for a trace of the Windows server to be counted
-// request_cost time               prints nanoseconds for a request and for the bare calls that it demands, and
-//                                 for exports that are written by hand
+// request_cost time               prints nanoseconds for a request, for the bare calls that it demands,
+//                                 and for exports that are written by hand
 #include <windows.h>
 
 #include <cstdio>

@@ -18,14 +18,12 @@
 #include <string_view>
 
 #include "src/addresses/address_bytes.h"
+#include "src/text/code_page.h"
 
 namespace wfinfo {
 
 inline constexpr std::size_t kAddressRoom = 512;  // of an address or a display name, terminator included
 inline constexpr std::size_t kEntryLimit = 1024;  // an entry has fewer bytes than this
-
-inline constexpr unsigned kCodePageShiftJis = 932;
-inline constexpr unsigned kCodePageUtf8 = 65001;
 
 enum class AddressError {
   kNone,

@@ -16,6 +16,9 @@ struct AddressCount {
 // Entries of `list` up to its end or the first malformed entry. An empty entry between two separators counts.
 AddressCount CountAddresses(std::string_view list);
 
+// Bytes of an entry that macros get, terminator included.
+inline constexpr std::size_t kListedAddressRoom = 512;
+
 struct ListedAddress {
   std::string_view text;  // as it stands in the list, without its separator and surrounding blanks
   AddressError error;     // kNoEntry: the list ends before it; else that of an entry up to it

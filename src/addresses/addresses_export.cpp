@@ -23,11 +23,10 @@ using wfinfo::AddressParts;
 using wfinfo::IsText;
 using wfinfo::kNoText;
 
-constexpr std::size_t kEntryTextRoom = 512;
 constexpr std::size_t kSpareBytes = 10;  // zeros behind what AddString returns
 
 // What GetEmailList returns: apart from the short-result buffer, so that a macro may keep one of each.
-char g_entryText[kEntryTextRoom];
+char g_entryText[wfinfo::kListedAddressRoom];
 
 // The first entry of `list`, for the export of this name; false when there is none or it is malformed.
 bool ReadFirst(const char* export_name, const char* list, AddressParts* parts) {
@@ -68,7 +67,7 @@ const char* GetEmailList(const char* list, int n) noexcept {
     wfinfo::LogAddressError("GetEmailList", entry.error);
     return kNoText;
   }
-  const std::size_t length = wfinfo::CutLength(entry.text, kEntryTextRoom);
+  const std::size_t length = wfinfo::CutLength(entry.text, wfinfo::kListedAddressRoom);
   // The list may be an earlier result of this function.
   std::memmove(g_entryText, entry.text.data(), length);
   g_entryText[length] = '\0';

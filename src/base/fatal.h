@@ -1,4 +1,4 @@
-// Ending the process on purpose.
+// Ending the process where going on would write over memory.
 #pragma once
 
 namespace wfinfo {

@@ -1,4 +1,4 @@
-// What the library and the host agree on: window classes, private messages, function codes with a meaning beyond
+// What the library and the host agree on: window classes, private messages, codes with a meaning beyond
 // their catalogue row, the words of a mail's state, the hand-over. All numbers are the host's contract.
 #pragma once
 
@@ -33,6 +33,10 @@ inline constexpr int kCodeStartCommand = 57;     // start a menu command, do not
 inline constexpr int kCodeLoadText = 291;        // a file as host text
 inline constexpr int kCodeMainWindowTest = 333;  // passed by window look-ups of the main window
 
+// Menu commands used in more than one place.
+inline constexpr unsigned kMenuRequestNotification = 40128;
+inline constexpr unsigned kMenuHighPriority = 40129;
+
 // True for the codes whose first slot is the menu command to run.
 constexpr bool CarriesCommand(int code) { return code == kCodeRunCommand || code == kCodeStartCommand; }
 
@@ -46,8 +50,8 @@ constexpr bool IsAllowedDuringDialog(int code) {
   return false;
 }
 
-// Bits of the mail-state word that codes 15 and 263 answer. "Send" and "sent" mean, in a folder of remote mail,
-// that the mail is to be downloaded and to be deleted.
+// Bits of the mail-state word that codes 15 and 263 answer. "Send" and "sent" mean, in a folder of remote
+// mail, that the mail is to be downloaded and to be deleted.
 enum MailState : std::uint32_t {
   kStateSpam = 0x00000020,
   kStateSentUnknown = 0x00000040,
@@ -72,6 +76,12 @@ enum MailState : std::uint32_t {
 
 // Goes into the mask together with kStateSentUnknown when that bit is changed.
 inline constexpr std::uint32_t kSentUnknownMark = 0x80000000;
+
+// Added to the mode in which a mail is sent on (code 104): its recipients go to Bcc.
+inline constexpr std::int64_t kResendAsBcc = 0x80000000;
+
+// A line width, in single-byte columns, from which on lines are not folded.
+inline constexpr std::int64_t kUnfoldedWidth = 9999;
 
 // Takes a finished message, host text; what it does with it is the host's affair.
 using MessageCallback = void (*)(const char* text);

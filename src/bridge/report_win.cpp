@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "src/bridge/debug_log_win.h"
@@ -35,6 +36,13 @@ void ReportError(const char* text) {
   }
   WriteDebugLog(message, kLogGeneral);
   MessageBoxA(MessageBoxOwner(), message, nullptr, MB_ICONHAND);
+}
+
+void ReportErrorAbout(const Message& message, const char* name, std::size_t shown) {
+  char text[kMessageRoom];
+  const std::size_t length = CopyWithinLimit(text, Chosen(message), sizeof text);
+  CopyWithinLimit(text + length, name, std::min(shown + 1, sizeof text - length));
+  ReportError(text);
 }
 
 bool IsReadableText(const void* text) {

@@ -1,6 +1,8 @@
 // Telling the user of an error, and the check that every text parameter passes first.
 #pragma once
 
+#include <cstddef>
+
 #include "src/bridge/host_protocol.h"
 #include "src/bridge/language_win.h"
 
@@ -13,6 +15,9 @@ extern MessageCallback g_errorCallback;
 // to the host's callback, or else writes it to the debug log and shows it in a message box of the host.
 void ReportError(const char* text);
 inline void ReportError(const Message& message) { ReportError(Chosen(message)); }
+
+// The same with `name` behind the message, at most `shown` bytes of it: which one of the caller's is meant.
+void ReportErrorAbout(const Message& message, const char* name, std::size_t shown = 511);
 
 // 0 when `text` is a readable zero-terminated text; 1, after reporting, when it is not (null included). A
 // text of any length is looked through to its terminator: one that runs into memory that cannot be read

@@ -5,8 +5,6 @@
 namespace wfinfo {
 namespace {
 
-constexpr UINT kHostCodePage = 932;
-
 // Filling a table happens in the middle of somebody else's call: the caller must not see its failures.
 class KeepLastError {
  public:
@@ -21,13 +19,13 @@ class KeepLastError {
 
 int ToWide(const char* bytes, int length, char16_t* units) {
   const KeepLastError keep;
-  return MultiByteToWideChar(kHostCodePage, 0, bytes, length, reinterpret_cast<wchar_t*>(units), 2);
+  return MultiByteToWideChar(kCodePageShiftJis, 0, bytes, length, reinterpret_cast<wchar_t*>(units), 2);
 }
 
 bool IsPair(const char* bytes) {
   const KeepLastError keep;
   wchar_t units[2];
-  return MultiByteToWideChar(kHostCodePage, MB_ERR_INVALID_CHARS, bytes, 2, units, 2) > 0;
+  return MultiByteToWideChar(kCodePageShiftJis, MB_ERR_INVALID_CHARS, bytes, 2, units, 2) > 0;
 }
 
 int ToHost(char16_t unit, char* bytes, bool* default_used) {
@@ -35,7 +33,7 @@ int ToHost(char16_t unit, char* bytes, bool* default_used) {
   const auto wide = static_cast<wchar_t>(unit);
   BOOL used = FALSE;
   const int count =
-      WideCharToMultiByte(kHostCodePage, WC_NO_BEST_FIT_CHARS, &wide, 1, bytes, 4, nullptr, &used);
+      WideCharToMultiByte(kCodePageShiftJis, WC_NO_BEST_FIT_CHARS, &wide, 1, bytes, 4, nullptr, &used);
   *default_used = used != FALSE;
   return count;
 }

@@ -10,9 +10,9 @@ namespace wfinfo {
 constexpr int kWalkAttempts = 100;
 constexpr int kWalkSteps = 65536;  // more windows than a desktop can hold: the order changes under the walk
 
-// Gives each window to `visit` until it returns true: first next(nullptr), then the next of each. A window that
-// goes away just when its neighbour is asked for would end the walk early, as would the end: then everything
-// begins again, after `restart`.
+// Gives each window to `visit` until it returns true: first next(nullptr), then the next of each. A window
+// that goes away just when its neighbour is asked for would end the walk early, as would the end: then
+// everything begins again, after `restart`.
 template <typename Next, typename Visit, typename Restart>
 void WalkWindows(Next next, Visit visit, Restart restart) {
   for (int attempt = 0; attempt < kWalkAttempts; ++attempt) {

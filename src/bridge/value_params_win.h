@@ -5,12 +5,9 @@
 
 namespace wfinfo {
 
-// A line width in single-byte columns; kNoFolding and more mean that lines are not folded.
-inline constexpr long long kNoFolding = 9999;
-
-// The width that `value` gives: the number itself, or the leading decimal digits of the text that a value
-// above 9999 points to (no digits: 0). A value above 9999 that is no readable text is reported and gives
-// 9999. Widths from 1 to 40 become 40.
+// The line width that `value` gives: the number itself, or the leading decimal digits of the text that a
+// value above 9999 points to (no digits: 0). A value above 9999 that is no readable text is reported and
+// gives 9999. Widths from 1 to 40 become 40.
 long long WidthOf(long long value);
 
 // A count: a value from -65535 to 65535 is the number itself; any other is the address of decimal digits. A

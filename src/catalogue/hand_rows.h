@@ -1,5 +1,5 @@
-// Expands the hand-written rows that have an entry, by the macro HAND that is defined ahead of it; all others become
-// nothing. Included for each expansion, so without an include guard.
+// Expands the hand-written rows that have an entry, by the macro HAND that is defined ahead of it; all others
+// become nothing. Included for each expansion, so without an include guard.
 #define FAMILY(title)
 #define THIN(result, name, dispatcher, code, params, doc)
 #define THIN_INFERRED(result, name, dispatcher, code, params, doc)

@@ -1,5 +1,5 @@
-// What the rows say in words, taken apart: the requests that an export sends, and the types of its parameters and
-// its result.
+// What the rows say in words, taken apart: the requests that an export sends, and the types of its parameters
+// and its result.
 #pragma once
 
 #include <string>

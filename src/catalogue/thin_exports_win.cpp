@@ -1,5 +1,6 @@
-// The thin exports: each catalogue row but the hand-written ones becomes a function here. It only puts what is
-// sent, and which of its parameters are texts, before its parameters: one function checks and sends them all.
+// The thin exports: each catalogue row but the hand-written ones becomes a function here. It only puts
+// what is sent, and which of its parameters are texts, before its parameters: one function checks and
+// sends them all.
 #include <cstdarg>
 #include <cstdint>
 #include <initializer_list>

@@ -91,7 +91,6 @@ constexpr AccountKey kKeys[] = {
     {"cPopLoginDelay", 2059, kByteKind},
     {"nProjType", 2060, kByteKind},
 };
-constexpr std::size_t kProvisionalKeys = 6;
 
 constexpr SplitText kSplitTexts[] = {
     {"szPop3Password", 560, 80, 4520, 128, 0},
@@ -109,8 +108,6 @@ constexpr AccountText kTexts[kAccountTexts] = {
 }  // namespace
 
 std::span<const AccountKey> AccountKeys() { return kKeys; }
-
-std::span<const AccountKey> ProvisionalAccountKeys() { return std::span(kKeys).last(kProvisionalKeys); }
 
 const AccountKey* FindAccountKey(std::string_view text) {
   return FindWord(AccountKeys(), text, LetterCase::kIgnored);

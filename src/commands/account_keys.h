@@ -38,7 +38,6 @@ struct AccountKey {
 
 // All keys. Those from the provisional block on have places that this library chose.
 std::span<const AccountKey> AccountKeys();
-std::span<const AccountKey> ProvisionalAccountKeys();
 
 // The key named `text`, letter case ignored, or null.
 const AccountKey* FindAccountKey(std::string_view text);

@@ -43,7 +43,6 @@ inline constexpr KeywordTable kMultiReplies{kMultiReplyRows};
 
 inline constexpr Keyword kResendModeRows[] = {{"sendlater", 54}, {"sendnow", 53}, {"open", 101}};
 inline constexpr KeywordTable kResendModes{kResendModeRows};
-inline constexpr long long kResendAsBcc = 0x80000000;  // added to the mode
 
 // Menu commands; any other text opens the log folder.
 inline constexpr Keyword kLogKindRows[] = {{"direct", 40308}, {"decode", 40309}};

@@ -1,20 +1,17 @@
-#include <utility>
-
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
 #include "src/bridge/results_win.h"
 #include "src/catalogue/declarations.h"
+#include "src/commands/book_results_win.h"
 #include "src/commands/folder_pair_win.h"
 #include "src/commands/keyword_parameter_win.h"
 #include "src/commands/template_words.h"
-#include "src/commands/text_cursor.h"
 #include "src/text/host_text.h"
 
 using namespace wfinfo;
 
 namespace {
 
-constexpr int kCodeFreeBlock = 74;
 constexpr int kCodeFindPack = 81;
 constexpr int kCodeTemplateName = 113;
 constexpr int kCodeLoadTemplate = 114;
@@ -24,10 +21,6 @@ constexpr int kCodeBookSearch = 143;
 constexpr int kCodeLdapSearch = 144;
 constexpr int kCodeTemplateReference = 153;
 constexpr int kCodeSetTemplateReference = 154;
-constexpr Slot kSearchFailed = -1;
-
-// The host's block with the results of the last address-book search.
-constinit TextCursor g_bookResults;
 
 std::optional<Slot> TemplateKind(const char* kind) {
   return CodeOrReport(kTemplateKinds, TextOrEmpty(kind),
@@ -40,24 +33,6 @@ const char* TextOfTemplate(int code, const char* kind, const char* name) {
   if (!kind_code || !IsText(name)) return kNoText;
   Slot block[] = {*kind_code, ToSlot(name)};
   return SendHostRequestStr(code, block);
-}
-
-// Makes `texts` the results of the last search and gives those before back to the host. They are forgotten
-// first: a macro that the host runs meanwhile must neither read them nor give them back again.
-void ReplaceBookResults(const char* texts) {
-  const char* const before = std::exchange(g_bookResults, TextCursor(texts)).texts();
-  if (before == nullptr || before == texts) return;
-  Slot block[] = {ToSlot(before)};
-  SendHostRequest(kCodeFreeBlock, block);
-}
-
-void ForgetBookResults() { ReplaceBookResults(nullptr); }
-
-// Replaces what a macro has found while this search ran.
-int KeepBookResults(Slot answer) {
-  const bool found = answer != kSearchFailed;
-  ReplaceBookResults(found ? FromSlot<const char*>(answer) : nullptr);
-  return found ? 1 : 0;
 }
 
 // Searching from the main window replaces the results shown: an old grep window is closed first. Not while a
@@ -133,4 +108,4 @@ int DoLdapGrep(const char* text, int a, const char* s1, const char* s2, int b) n
   return KeepBookResults(SendHostRequest(kCodeLdapSearch, block));
 }
 
-const char* GetGrepResult(int index) noexcept { return g_bookResults.Text(index); }
+const char* GetGrepResult(int index) noexcept { return BookResult(index); }

@@ -11,13 +11,14 @@
 #include "src/bridge/results_win.h"
 #include "src/bridge/system_code_page_win.h"
 #include "src/bridge/wide_text_win.h"
+#include "src/text/code_page.h"
+#include "src/text/shift_jis_text.h"
 #include "src/text/utf8_text.h"
 
 namespace wfinfo {
 namespace {
 
 constexpr int kSizeLimit = 104'857'600;  // 100 MiB: files are smaller
-constexpr UINT kHostCodePage = 932;
 constexpr char kHostProgram[] = "Wrenfold.exe";
 
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
@@ -62,7 +63,8 @@ char* FromUtf16(const FileBytes& bytes) {
   const int units = bytes.size / 2 - 2;
   if (text && units > 0) {
     const auto* const wide = reinterpret_cast<const wchar_t*>(Chars(bytes.block) + kUtf16Mark.size());
-    WideCharToMultiByte(kHostCodePage, 0, wide, units, Chars(text), bytes.size + kSpare, nullptr, nullptr);
+    WideCharToMultiByte(kCodePageShiftJis, 0, wide, units, Chars(text), bytes.size + kSpare, nullptr,
+                        nullptr);
   }
   return static_cast<char*>(text.release());
 }
@@ -76,9 +78,9 @@ char* FromUtf8(FileBytes& bytes, std::string_view utf8) {
     const UniqueLocal wide(LocalAlloc(LMEM_FIXED, utf8.size() * sizeof(wchar_t)));
     if (!wide) return nullptr;
     auto* const units = static_cast<wchar_t*>(wide.get());
-    const int unit_count = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), length, units, length);
-    count = WideCharToMultiByte(kHostCodePage, 0, units, unit_count, Chars(bytes.block), bytes.size, nullptr,
-                                nullptr);
+    const int unit_count = MultiByteToWideChar(kCodePageUtf8, 0, utf8.data(), length, units, length);
+    count = WideCharToMultiByte(kCodePageShiftJis, 0, units, unit_count, Chars(bytes.block), bytes.size,
+                                nullptr, nullptr);
   }
   Chars(bytes.block)[count] = '\0';
   return static_cast<char*>(bytes.block.release());

@@ -17,7 +17,6 @@ inline constexpr FileTicks kTicksPerHour = 60 * kTicksPerMinute;
 inline constexpr FileTicks kTicksPerDay = 24 * kTicksPerHour;
 
 inline constexpr int kFirstYear = 1601;
-inline constexpr int kLastMailYear = 9999;  // the last year that four digits can write
 
 // The system's broken-down time record, field for field.
 struct CivilTime {

@@ -12,83 +12,26 @@
 #include "src/catalogue/declarations.h"
 #include "src/dates/date_format.h"
 #include "src/dates/date_parse.h"
+#include "src/dates/date_results_win.h"
 #include "src/dates/date_shift.h"
+#include "src/dates/machine_clock_win.h"
 
 namespace {
 
 using wfinfo::CivilTime;
+using wfinfo::CurrentBias;
 using wfinfo::DateShift;
 using wfinfo::FileTicks;
 using wfinfo::IsText;
 using wfinfo::kNoText;
-
-static_assert(sizeof(SYSTEMTIME) == sizeof(CivilTime) &&
-              offsetof(SYSTEMTIME, wDayOfWeek) == offsetof(CivilTime, weekday) &&
-              offsetof(SYSTEMTIME, wMilliseconds) == offsetof(CivilTime, milliseconds));
+using wfinfo::LocalNow;
+using wfinfo::MachineTime;
+using wfinfo::ReturnDefaultForm;
+using wfinfo::ReturnFormatted;
+using wfinfo::ReturnMailDate;
 
 constexpr std::size_t kLongestCurrentFormat = 4096;
 constexpr long long kMostDays = 65535;  // a shift beyond is the address of a text
-
-std::int64_t CurrentBias() {
-  TIME_ZONE_INFORMATION zone = {};
-  const DWORD answer = GetTimeZoneInformation(&zone);
-  return wfinfo::MachineBias({static_cast<std::uint32_t>(answer), static_cast<std::int32_t>(zone.Bias),
-                              static_cast<std::int32_t>(zone.StandardBias),
-                              static_cast<std::int32_t>(zone.DaylightBias)});
-}
-
-CivilTime LocalNow() {
-  SYSTEMTIME now;
-  GetLocalTime(&now);
-  CivilTime time;
-  std::memcpy(&time, &now, sizeof time);
-  return time;
-}
-
-// Built beside the results, since the format may lie in one of them. What a short result cannot hold becomes
-// a long one.
-const char* ReturnFormatted(std::string_view format, const CivilTime& time) {
-  char text[wfinfo::kShortResultSize];
-  const std::size_t length = wfinfo::FormatDateText(format, time, text, sizeof text);
-  if (length < sizeof text) return wfinfo::ReturnText({text, length});
-  char* const block = wfinfo::NewResultBlock(length + 1);
-  if (block == nullptr) return kNoText;
-  wfinfo::FormatDateText(format, time, block, length);
-  return wfinfo::KeepLongResult(block);
-}
-
-const char* ReturnDefaultForm(const CivilTime& time, std::int64_t bias) {
-  char text[wfinfo::kDefaultFormRoom];
-  return wfinfo::ReturnText({text, wfinfo::DefaultDateForm(time, bias, text)});
-}
-
-// The file time of a date text: this machine's clock. `bias` is asked for once in an export, so that all its
-// times and the printed zone agree even while summer time begins.
-std::optional<FileTicks> MachineTime(const char* text, std::int64_t bias) {
-  const std::optional<wfinfo::HeaderDate> date = wfinfo::ReadHeaderDate(text);
-  if (!date) return std::nullopt;
-  return wfinfo::OnMachineClock(*date, bias);
-}
-
-// The same on the clock as it is written.
-std::optional<FileTicks> WrittenTime(const char* text) {
-  const std::optional<wfinfo::HeaderDate> date = wfinfo::ReadHeaderDate(text);
-  if (!date) return std::nullopt;
-  return date->wall_clock;
-}
-
-// A format with an "o" (for "original") in front shows the clock as it is written. `default_ticks`: the time
-// of a text that cannot be a date, or was one before 1601, if such a text has one.
-const char* ReturnMailDate(const char* date, std::string_view format,
-                           std::optional<FileTicks> default_ticks) {
-  const bool as_written = format.starts_with('o');
-  if (as_written) format.remove_prefix(1);
-  std::optional<FileTicks> ticks = as_written ? WrittenTime(date) : MachineTime(date, CurrentBias());
-  if (!ticks || *ticks < 0) ticks = default_ticks;
-  if (!ticks) return kNoText;
-  const std::optional<CivilTime> time = wfinfo::CivilFromTicks(*ticks);
-  return time ? ReturnFormatted(format, *time) : kNoText;
-}
 
 // The shift of a number or a text that has been checked.
 std::optional<DateShift> ShiftOf(long long shift, bool is_days) {

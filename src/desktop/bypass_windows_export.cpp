@@ -2,18 +2,17 @@
 // on the caller's thread. The system's answer is returned as it is, structures packed into one number.
 #include <windows.h>
 
-#include <atomic>
 #include <cstdint>
 #include <cwchar>
 #include <initializer_list>
 
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/language_win.h"
-#include "src/bridge/module_win.h"
 #include "src/bridge/report_win.h"
 #include "src/bridge/results_win.h"
 #include "src/bridge/wide_text_win.h"
 #include "src/catalogue/declarations.h"
+#include "src/desktop/shell_binding_win.h"
 
 using namespace wfinfo;
 
@@ -35,27 +34,6 @@ RECT FrameOf(void* window) {
   RECT rectangle{};
   GetWindowRect(WindowOf(window), &rectangle);
   return rectangle;
-}
-
-using ShellExecuteFunction = HINSTANCE(WINAPI*)(HWND window, const wchar_t* operation, const wchar_t* file,
-                                                const wchar_t* parameters, const wchar_t* directory,
-                                                int show);
-
-struct ShellBinding {
-  HMODULE module;  // held for the life of the process
-  ShellExecuteFunction execute;
-};
-std::atomic<const ShellBinding*> g_shell = nullptr;
-
-// Bound at the first use: shell32 brings much with it. Null when it cannot be.
-ShellExecuteFunction BoundShellExecute() {
-  const ShellBinding* bound = g_shell.load(std::memory_order_acquire);
-  if (bound == nullptr) {
-    const HMODULE module = LoadSystemLibrary("SHELL32.DLL");
-    if (module == nullptr) return nullptr;
-    bound = PublishFirst(g_shell, {module, ProcOf<ShellExecuteFunction>(module, "ShellExecuteW")});
-  }
-  return bound != nullptr ? bound->execute : nullptr;
 }
 
 // UTF-16 that the system can show: null, or readable up to its end.

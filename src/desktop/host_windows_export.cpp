@@ -6,9 +6,10 @@
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/host_window_win.h"
 #include "src/bridge/report_win.h"
-#include "src/bridge/top_level_walk_win.h"
 #include "src/catalogue/declarations.h"
+#include "src/desktop/grep_window_win.h"
 #include "src/desktop/main_window_win.h"
+#include "src/desktop/neighbour_window_win.h"
 
 using namespace wfinfo;
 
@@ -20,76 +21,6 @@ int ShowMainWindow(int command) {
   ShowWindow(window, command);
   return 1;
 }
-
-// The host's visible top-level windows: frames and used outer views of this process.
-bool IsHostWindow(HWND window) {
-  DWORD process = 0;
-  GetWindowThreadProcessId(window, &process);
-  if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return false;
-  return HasClass(window, kFrameClass) ||
-         (HasClass(window, kOuterViewClass) && GetWindowLongPtrA(window, GWLP_USERDATA) != 0);
-}
-
-// The nearest other host window from `start` in the given z-order direction, searched around the end.
-HWND NeighbourOf(HWND start, UINT direction) {
-  HWND nearest[2] = {};  // before and behind `start`
-  bool behind = false;
-  const auto clear = [&] {
-    nearest[0] = nearest[1] = nullptr;
-    behind = false;
-  };
-  WalkTopLevelWindows(
-      [&](HWND window) {
-        if (window == start) {
-          behind = true;
-        } else if ((nearest[behind] == nullptr || direction == GW_HWNDPREV) && IsHostWindow(window)) {
-          nearest[behind] = window;
-        }
-        return false;
-      },
-      clear);
-  const bool preferred = direction == GW_HWNDNEXT;
-  return nearest[preferred] != nullptr ? nearest[preferred] : nearest[!preferred];
-}
-
-int ActivateNeighbour(UINT direction) {
-  HWND start = GetActiveWindow();
-  if (start == nullptr || !IsHostWindow(start)) start = MainFrame();
-  if (start == nullptr) return 0;
-  const HWND neighbour = NeighbourOf(start, direction);
-  if (neighbour == nullptr) return 0;
-  if (IsIconic(neighbour)) ShowWindow(neighbour, SW_RESTORE);
-  SetForegroundWindow(neighbour);
-  return 1;
-}
-
-HWND GrepWindow() { return FromSlot<HWND>(GrepWnd()); }
-
-// Asks the window to close as its Cancel button would; false when it is still there afterwards.
-bool Close(HWND window) {
-  SendMessageA(window, WM_COMMAND, IDCANCEL, 0);
-  return !IsWindow(window);
-}
-
-// Tells when a sequence of handles repeats itself: each is compared with one before it, and the one kept is
-// renewed at longer and longer distances, so that a circle of any length is found.
-class Repetition {
- public:
-  bool Comes(HWND window) {
-    if (window == kept_) return true;
-    if (++steps_ == limit_) {
-      kept_ = window;
-      steps_ = 0;
-      limit_ *= 2;
-    }
-    return false;
-  }
-
- private:
-  HWND kept_ = nullptr;
-  unsigned steps_ = 0;
-  unsigned limit_ = 1;
-};
 
 constexpr int kCodeGrepRaised = 264;
 constexpr char kBrowserClass[] = "Internet Explorer_Server";
@@ -167,16 +98,7 @@ int CloseGrepWnd(int all) noexcept {
     ReportError({"Cannot call CloseGrepWnd in grep processing.", "検索中はCloseGrepWnd関数は使えません。"});
     return 0;
   }
-  HWND window = GrepWindow();
-  if (window == nullptr) return 0;
-  // A host that goes on naming windows which are gone has none left.
-  Repetition repetition;
-  do {
-    if (!Close(window)) return 0;
-    if (repetition.Comes(window)) return 1;
-    window = all != 0 ? GrepWindow() : nullptr;
-  } while (window != nullptr);
-  return 1;
+  return CloseGrepWindows(all != 0) ? 1 : 0;
 }
 
 void* FindHtmlViewerFocusWnd(void* window) noexcept {

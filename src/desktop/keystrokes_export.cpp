@@ -2,47 +2,20 @@
 // place of the next window of the thread.
 #include <windows.h>
 
-#include <cstring>
-
 #include "src/catalogue/declarations.h"
+#include "src/desktop/faked_modifiers_win.h"
 #include "src/desktop/move_hook_win.h"
 
 namespace {
 
-constexpr BYTE kKeyDown = 0x80;        // entry of a pressed key in the keyboard state
 constexpr UINT kFirstPress = 1;        // repeat count
 constexpr UINT kRelease = 0xC0000001;  // repeat count 1; was down, goes up
 constexpr int kScanCodeShift = 16;
 
-// While alive, the calling thread sees these modifiers held, and no others.
-class FakedModifiers {
- public:
-  FakedModifiers(bool shift, bool control, bool alt) {
-    // A state that cannot be read is not put back either.
-    if (!GetKeyboardState(saved_)) return;
-    faked_ = true;
-    BYTE state[256];
-    std::memcpy(state, saved_, sizeof state);
-    state[VK_SHIFT] = shift ? kKeyDown : 0;
-    state[VK_CONTROL] = control ? kKeyDown : 0;
-    state[VK_MENU] = alt ? kKeyDown : 0;
-    SetKeyboardState(state);
-  }
-  ~FakedModifiers() {
-    if (faked_) SetKeyboardState(saved_);
-  }
-  FakedModifiers(const FakedModifiers&) = delete;
-  FakedModifiers& operator=(const FakedModifiers&) = delete;
-
- private:
-  BYTE saved_[256];
-  bool faked_ = false;
-};
-
 }  // namespace
 
 long long SimulateKeyStroke2(void* window, unsigned key, int shift, int control, int alt) noexcept {
-  const FakedModifiers modifiers(shift != 0, control != 0, alt != 0);
+  const wfinfo::FakedModifiers modifiers(shift != 0, control != 0, alt != 0);
   const auto target = static_cast<HWND>(window);
   const UINT scan_code = MapVirtualKeyA(key, MAPVK_VK_TO_VSC) << kScanCodeShift;
   // The context bit that goes with Alt (bit 29) stays 0, in WM_SYSKEYDOWN too.

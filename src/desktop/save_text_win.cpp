@@ -16,8 +16,8 @@
 namespace wfinfo {
 namespace {
 
-constexpr int kCodeToUtf16 = 290;
-constexpr int kCodeToUtf8 = 307;
+constexpr int kCodeUtf16ForFile = 290;
+constexpr int kCodeUtf8ForFile = 307;
 
 enum Encoding { kHostText = 0, kUtf16 = 1, kUtf8 = 2, kUtf8WithMark = 3 };
 
@@ -35,7 +35,7 @@ Contents Encoded(const char* text, int append, int encoding) {
   if (encoding == kHostText) return {{}, text};
   const bool utf8 = encoding == kUtf8 || encoding == kUtf8WithMark;
   Slot block[] = {ToSlot(text), append, encoding};
-  const Slot answer = SendHostRequest(utf8 ? kCodeToUtf8 : kCodeToUtf16, block);
+  const Slot answer = SendHostRequest(utf8 ? kCodeUtf8ForFile : kCodeUtf16ForFile, block);
   if (answer == 0) return {};
   const auto* const converted = FromSlot<const char*>(answer);
   if (utf8) return {encoding == kUtf8WithMark ? kUtf8Mark : std::string_view(), converted};

@@ -4,13 +4,12 @@
 
 #include "src/mapi/host_blocks.h"
 #include "src/text/ascii.h"
+#include "src/text/digits.h"
 #include "src/text/host_text.h"
 #include "src/text/measured_text.h"
 
 namespace wfinfo::mapi {
 namespace {
-
-constexpr char kUpperHex[] = "0123456789ABCDEF";
 
 constexpr std::string_view kWords[] = {"sendnow", "unsentmail", "newmail"};
 constexpr std::string_view kClassKeywords[] = {"", " To=", " Cc=", " Bcc="};
@@ -130,8 +129,8 @@ std::size_t PercentEscapeArg(std::string_view text, char* out, bool drop_quotes)
     const bool escaped = IsEscapedInArgument(byte);
     if (out != nullptr && escaped) {
       out[length] = '%';
-      out[length + 1] = kUpperHex[static_cast<unsigned char>(byte) >> 4];
-      out[length + 2] = kUpperHex[static_cast<unsigned char>(byte) & 0x0F];
+      out[length + 1] = kHexDigits[static_cast<unsigned char>(byte) >> 4];
+      out[length + 2] = kHexDigits[static_cast<unsigned char>(byte) & 0x0F];
     } else if (out != nullptr) {
       out[length] = byte;
     }

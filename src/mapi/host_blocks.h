@@ -1,5 +1,6 @@
-// What crosses the border between a program that calls Simple MAPI and the host: the blocks of shared memory that
-// kHostPassCommandLine and kHostStoreRequest name. All integers are little-endian, all texts zero-terminated host text.
+// What crosses the border between a program that calls Simple MAPI and the host: the blocks of shared memory
+// that kHostPassCommandLine and kHostStoreRequest name. All integers are little-endian, all texts
+// zero-terminated host text.
 #pragma once
 
 #include <cstddef>

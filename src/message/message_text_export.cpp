@@ -2,12 +2,13 @@
 //
 // The host gives the whole text of the root mail and the library looks into it; for the current mail the host
 // looks and the library provides the room for the result.
-#include <cstring>
 
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
 #include "src/bridge/results_win.h"
 #include "src/catalogue/declarations.h"
+#include "src/message/body_line_win.h"
+#include "src/message/current_header_win.h"
 #include "src/message/raw_message.h"
 
 using namespace wfinfo;
@@ -17,15 +18,11 @@ namespace {
 // Function codes of the host.
 constexpr int kCodeRootText = 1;
 constexpr int kCodeDisplayedHeader = 2;
-constexpr int kCodeCurrentHeader = 3;
 constexpr int kCodeCountCurrentHeader = 4;
 constexpr int kCodeSelectedRootText = 47;
 constexpr int kCodeQuote = 86;
 constexpr int kCodeFoldHeader = 158;
 constexpr int kCodeQuoteBelow = 297;
-
-// Room behind the length that the host told, for a value that grows until it is asked again.
-constexpr Slot kSpareRoom = 256;
 
 const char* RootText() { return SendHostRequestStr(kCodeRootText); }
 
@@ -48,42 +45,6 @@ const char* SendText(int code, const char* text) {
 }
 
 const char* QuoteText(const char* text) { return SendText(kCodeQuote, text); }
-
-// A body line in the short-result buffer or a new block, in which the escapes lose the mark in their last
-// byte. A new block is kept only when another one is kept already; else nobody ever frees it, and a text of
-// it that a macro holds stays whatever it calls.
-const char* ReturnBodyLine(std::string_view line) {
-  char* copy = g_resultText;
-  if (line.size() >= kShortResultSize) {
-    copy = NewResultBlock(line.size() + 1);
-    if (copy == nullptr) return kNoText;
-    if (IsLongResultKept()) KeepLongResult(copy);
-  }
-  std::memcpy(copy, line.data(), line.size());
-  copy[line.size()] = '\0';
-  ClearEscapeMarks(copy, line.size());
-  return copy;
-}
-
-// Asks for occurrence `n` of a header of the current mail; the host writes it to `room` and answers its
-// full length.
-Slot AskCurrentHeader(const char* name, char* room, Slot size, int n) {
-  Slot block[] = {ToSlot(name), ToSlot(room), size, n};
-  const Slot length = SendHostRequest(kCodeCurrentHeader, block);
-  room[size - 1] = '\0';
-  return length;
-}
-
-// The same for a value that is too long for the short-result buffer.
-const char* LongCurrentHeader(const char* name, Slot length, int n) {
-  // Added unsigned: a length that no memory can hold stays one.
-  char* const room = NewResultBlock(static_cast<std::size_t>(length) + static_cast<std::size_t>(kSpareRoom));
-  if (room == nullptr) return kNoText;
-  if (AskCurrentHeader(name, room, length + kSpareRoom, n) != length) {
-    ReportError("CurrentHeader/CurrentHeader2 internal error ?");
-  }
-  return KeepLongResult(room);
-}
 
 }  // namespace
 
@@ -159,10 +120,7 @@ const char* OrikaeshiSmallRootHeader() noexcept { return SmallRootHeader(); }
 
 const char* CurrentHeader2(const char* name, int n) noexcept {
   if (!IsText(name) || n < 0) return kNoText;
-  g_resultText[0] = '\0';
-  const Slot length = AskCurrentHeader(name, g_resultText, kShortResultSize, n);
-  if (length < static_cast<Slot>(kShortResultSize - 1)) return g_resultText;
-  return LongCurrentHeader(name, length, n);
+  return CurrentHeaderValue(name, n);
 }
 
 const char* CurrentHeader(const char* name) noexcept { return CurrentHeader2(name, 0); }

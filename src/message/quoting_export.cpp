@@ -35,13 +35,13 @@ const char* WithLineEnds(const char* text, LineEnd form) {
 
 // The texts that these get are results, which a macro may end while the host works.
 const char* QuoteUnfolded(const char* text) {
-  return WithLentText(text, [](const char* lent) { return QuoteWidth(lent, kNoFolding); });
+  return WithLentText(text, [](const char* lent) { return QuoteWidth(lent, kUnfoldedWidth); });
 }
 
 // Quotes as the root mail is shown: folded or not.
 const char* QuoteAsRoot(const char* text) {
   return WithLentText(text, [](const char* lent) {
-    return IsRootOrikaeshi() != 0 ? Quote(lent) : QuoteWidth(lent, kNoFolding);
+    return IsRootOrikaeshi() != 0 ? Quote(lent) : QuoteWidth(lent, kUnfoldedWidth);
   });
 }
 

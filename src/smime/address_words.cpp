@@ -32,7 +32,7 @@ std::size_t FindAtLineStart(std::string_view text, std::string_view label) {
 
 }  // namespace
 
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+bool IsSameAddress(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
   while (!a.empty()) {
     const std::string_view unit = NextUnit(a);
@@ -42,10 +42,6 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
     b.remove_prefix(other.size());
   }
   return true;
-}
-
-bool StartsWithIgnoringCase(std::string_view text, std::string_view start) {
-  return EqualIgnoringCase(text.substr(0, start.size()), start);
 }
 
 std::size_t CountRecipients(std::string_view list) {

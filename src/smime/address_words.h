@@ -7,9 +7,9 @@
 
 namespace wfinfo::smime {
 
-// Letters A to Z count as a to z; every other character as itself, the halves of a double-byte character too.
-bool EqualIgnoringCase(std::string_view a, std::string_view b);
-bool StartsWithIgnoringCase(std::string_view text, std::string_view start);
+// True when the two are one address. Letters A to Z count as a to z; every other character as itself, the
+// halves of a double-byte character too.
+bool IsSameAddress(std::string_view a, std::string_view b);
 
 // A recipient list is split at single blanks: "a  b" holds "a", "" and "b"; "" holds one empty item.
 std::size_t CountRecipients(std::string_view list);

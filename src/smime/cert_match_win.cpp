@@ -150,8 +150,8 @@ bool EachAltName(PCCERT_CONTEXT cert, Visit&& visit) {
   return true;
 }
 
-bool IsSameAddress(const CertAddress& own, std::string_view address) {
-  return own.is_exact && EqualIgnoringCase(own.text, address);
+bool IsAddressOfCert(const CertAddress& own, std::string_view address) {
+  return own.is_exact && IsSameAddress(own.text, address);
 }
 
 // True for what an address does not hold unless it is to be read as another.
@@ -172,7 +172,7 @@ UniqueLocal ShownForm(std::string_view text) {
 bool AddAddress(AddressListWriter& list, const CertAddress& address, std::string_view sender) {
   const UniqueLocal shown = ShownForm(address.text);
   if (!shown || !list.Add(static_cast<const char*>(shown.get()))) return false;
-  return !sender.empty() && IsSameAddress(address, sender);
+  return !sender.empty() && IsAddressOfCert(address, sender);
 }
 
 // The address that is the certificate's e-mail name, in a form that is fit for a report.
@@ -201,7 +201,7 @@ bool HoldsZero(const CERT_NAME_BLOB& name) {
 bool CertMatchesEmailBySubject(PCCERT_CONTEXT cert, const char* address) {
   return !EachSubjectEmail(cert, [address](const CertAddress& email) {
     if (email.text.size() > kLongestAttribute) StopProcess();
-    return !IsSameAddress(email, address);
+    return !IsAddressOfCert(email, address);
   });
 }
 
@@ -209,7 +209,7 @@ bool CertMatchesEmailByAltName(PCCERT_CONTEXT cert, const char* address) {
   bool matches = false;
   EachAltName(cert, [&](const CertAddress& name) {
     const bool fits = !name.text.empty() && name.text.size() < kAltNameRoom;
-    matches = fits && IsSameAddress(name, address);
+    matches = fits && IsAddressOfCert(name, address);
     return false;  // the first name decides
   });
   return matches;

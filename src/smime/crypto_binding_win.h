@@ -98,6 +98,9 @@ void LogLine(const char* format, ...);
 // What every call states as the encoding of certificates and messages.
 inline constexpr DWORD kEncoding = X509_ASN_ENCODING | PKCS_7_ASN_ENCODING;
 
+// A message that is not encrypted, by its number: the headers know it under another name.
+inline constexpr DWORD kNoEnvelope = 0x8009200A;
+
 // Owners. Each closes through the binding.
 inline void CloseStore(HCERTSTORE store) { g_crypto.CertCloseStore(store, CERT_CLOSE_STORE_CHECK_FLAG); }
 inline void FreeCert(PCCERT_CONTEXT cert) { g_crypto.CertFreeCertificateContext(cert); }

@@ -7,8 +7,6 @@
 namespace wfinfo::smime {
 namespace {
 
-constexpr int kRoot = 2;
-
 struct Question {
   ImportRow* rows;
   int count;

@@ -11,9 +11,6 @@ namespace wfinfo::smime {
 namespace {
 
 constexpr const char* kTargetStores[kTargetCount] = {"AddressBook", "CA", "ROOT"};
-constexpr int kOtherPerson = 0;
-constexpr int kAuthority = 1;
-constexpr int kRoot = 2;
 
 constexpr DWORD kExists = 0x80092005;  // CRYPT_E_EXISTS
 constexpr DWORD kSerialRoom = 256;     // bytes of a serial number that are compared

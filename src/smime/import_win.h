@@ -8,13 +8,15 @@
 namespace wfinfo::smime {
 
 inline constexpr int kMostImportRows = 5;
-inline constexpr int kTargetCount = 3;
+
+// The stores that certificates go to, in the order in which the dialog offers them.
+enum ImportTarget { kOtherPerson, kAuthority, kRoot, kTargetCount };
 
 // One certificate of the message.
 struct ImportRow {
   int index;       // in the enumeration of the source store
   char name[128];  // as shown
-  int target;      // index of the store that it goes to: 0 other persons, 1 authorities, 2 roots
+  int target;      // the ImportTarget that it goes to
   bool is_checked;
   bool is_installed;  // in one of the three stores already
 };

@@ -9,11 +9,11 @@
 namespace wfinfo::smime {
 namespace {
 
-constexpr int kCodeToUtf16 = 313;
+constexpr int kCodeReportAsUtf16 = 313;
 
 LPARAM AsUtf16(const char* text) {
   Slot block[] = {ToSlot(text)};
-  return static_cast<LPARAM>(SendHostRequest(kCodeToUtf16, block));
+  return static_cast<LPARAM>(SendHostRequest(kCodeReportAsUtf16, block));
 }
 
 }  // namespace

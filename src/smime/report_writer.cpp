@@ -83,7 +83,7 @@ void ReportWriter::AddNumber(unsigned number, unsigned base, std::size_t width) 
   char* const end = digits + sizeof digits;
   char* first = end;
   do {
-    *--first = "0123456789ABCDEF"[number % base];
+    *--first = kHexDigits[number % base];
     number /= base;
   } while (number > 0 || static_cast<std::size_t>(end - first) < std::min(width, sizeof digits));
   Add({first, static_cast<std::size_t>(end - first)});

@@ -223,7 +223,7 @@ Pass CheckAll(HCERTSTORE store, HWND control, const char* signer) {
     if (!CertHasEmail(cert)) return true;
     char email[kEmailRoom];
     EmailNameOf(cert, email);
-    if (signer[0] != '\0' && !EqualIgnoringCase(email, signer)) {
+    if (signer[0] != '\0' && !IsSameAddress(email, signer)) {
       if (pass == Pass::kNothing) pass = Pass::kPassedOver;
       return true;
     }

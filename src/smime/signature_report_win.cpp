@@ -60,7 +60,7 @@ void AddSenderCheck(ReportWriter& report, const Signer& signer, const char* send
     report.Add(
         Chosen({"△ It is not verified whether the certificate email address matches the email sender.\r\n",
                 "△ 証明書のメールアドレスがメールの送信者と一致するかどうかは検証していません。\r\n"}));
-  } else if (signer.has_senders_address && EqualIgnoringCase(sender, signer.email)) {
+  } else if (signer.has_senders_address && IsSameAddress(sender, signer.email)) {
     report.Add(Chosen({"○ Ther certificate email address matches the email sender.\r\n",
                        "○ 証明書のメールアドレスはメールの送信者と一致します。\r\n"}));
   } else if (signer.has_senders_address) {

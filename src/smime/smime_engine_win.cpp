@@ -239,7 +239,6 @@ const char* SmimeEncryptSign(int mode, const char* text, const char* recipients,
 }
 
 const char* SmimeDecrypt(const BYTE* message, DWORD size, const char* address) {
-  constexpr DWORD kNoEnvelope = 0x8009200A;  // the number, whatever name the headers give it
   BeginPgpRun();
   if (!LoadCryptoLibrary()) return kNoText;
   const UniqueStore personal = OpenUserStore(kStoreNames[0]);

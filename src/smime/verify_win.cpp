@@ -12,7 +12,6 @@ namespace wfinfo::smime {
 namespace {
 
 // Errors by their numbers: the headers know some under other names.
-constexpr DWORD kNoEnvelope = 0x8009200A;
 constexpr DWORD kNoSigner = 0x8009200E;
 constexpr DWORD kInvalidIndex = 0x80091008;  // for the signer beyond the last one that is verified
 

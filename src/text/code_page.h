@@ -10,6 +10,10 @@
 
 namespace wfinfo {
 
+// The system's numbers of code pages.
+inline constexpr unsigned kCodePageShiftJis = 932;  // of host text
+inline constexpr unsigned kCodePageUtf8 = 65001;
+
 // The system's conversion of one character, as callbacks: this is where Windows enters the pure code.
 struct CharacterCalls {
   // Converts `length` (1 or 2) bytes to at most 2 units; returns the units written, 0 on failure.

@@ -18,7 +18,7 @@ constexpr Slot kWantsMessage = 0x100;
 constexpr Slot kWantsCommand = 0x200;
 constexpr WPARAM kWantedCommand = 40365;
 
-bool IsHostWindow(HWND window) {
+bool RunsMacros(HWND window) {
   return IsWindow(window) && (HasClass(window, kFrameClass) || HasClass(window, kOuterViewClass));
 }
 
@@ -42,7 +42,7 @@ bool SendAndWait(HWND window, Slot* slots, DWORD_PTR* answer) {
 
 Slot ExecuteAt(HWND window, Slot* slots) {
   if (!IsText(reinterpret_cast<const void*>(slots[0]))) return 0;
-  if (!IsHostWindow(window)) {
+  if (!RunsMacros(window)) {
     ReportError({"The 1st parameter of ExecAt is invalid.", "ExecAtの第１パラメータが正しくありません。"});
     return 0;
   }

@@ -1,5 +1,5 @@
-// The numbers of the protocol, written out a second time: library, small host and tests all take them from the
-// header, so that a slip there would be noticed by none of them.
+// The numbers of the protocol, written out a second time: library, small host and tests all take them from
+// the header, so that a slip there would be noticed by none of them.
 #include "src/bridge/host_protocol.h"
 
 #include <gtest/gtest.h>
@@ -29,6 +29,10 @@ TEST(HostProtocol, MessagesAndCodesHaveTheirNumbers) {
       {kCodeStartCommand, 57, "command, not waiting"},
       {kCodeLoadText, 291, "file as text"},
       {kCodeMainWindowTest, 333, "look-up"},
+      {kMenuRequestNotification, 40128, "menu command"},
+      {kMenuHighPriority, 40129, "menu command"},
+      {kResendAsBcc, 0x80000000LL, "in the mode of code 104"},
+      {kUnfoldedWidth, 9999, "a width that folds nothing"},
       {kLogEntry, 32, "the log function's place"},
       {kInterfaceVersion, 18, "interface version"},
       {kLogGeneral, 7178, "lines of the library as such"},

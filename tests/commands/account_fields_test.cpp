@@ -141,8 +141,8 @@ TEST(AccountKeys, SplitTextsShareTheirFirstPlaceWithTheirKey) {
 }
 
 TEST(AccountKeys, ProvisionalOnesEndTheTable) {
-  const auto provisional = ProvisionalAccountKeys();
-  ASSERT_EQ(provisional.size(), 6u);
+  ASSERT_GT(AccountKeys().size(), 6u);
+  const auto provisional = AccountKeys().last(6);
   EXPECT_EQ(provisional[0].word, "szBccEmail");
   EXPECT_EQ(provisional[5].word, "nProjType");
 }

@@ -1,4 +1,5 @@
-// Loans of account records within loans: macros that run while one begins or ends, and IsImapSyncAccount beside one.
+// Loans of account records within loans: macros that run while one begins or ends, and IsImapSyncAccount
+// beside one.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -11,17 +11,29 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 import house  # noqa: E402
 
+sys.path.insert(0, str(house.SOURCE / "tools"))
+import document_exports as exports  # noqa: E402
+
 NAMES = house.repository_files()
+WIDTH = int(re.search(r"^ColumnLimit: (\d+)", house.read(".clang-format"), re.M)[1])
+HELPER_LINES = 8
 CODE = [name for name in NAMES if name.endswith((".cpp", ".h", ".c", ".rc", ".def", ".inc"))]
+
+
+def rows_like(pattern):
+    """{family: what the pattern finds in its file}"""
+    return {pathlib.Path(name).stem: re.findall(pattern, house.read(name), re.M)
+            for name in NAMES if re.fullmatch(r"catalogue/(?!all)\w+\.def", name)}
+
+
+def all_rows():
+    """{family: names of its exports}"""
+    return rows_like(r"^(?!FAMILY)[A-Z_]+\((?:(?:Int|Int32|UInt32|Str|OptStr|Handle|Void), )?(\w+),")
 
 
 def hand_rows():
     """{family: names of its exports that are written by hand}"""
-    rows = {}
-    for name in NAMES:
-        if re.fullmatch(r"catalogue/(?!all)\w+\.def", name):
-            rows[pathlib.Path(name).stem] = re.findall(r"^HAND\w*\(\w+, (\w+),", house.read(name), re.M)
-    return rows
+    return rows_like(r"^HAND\w*\(\w+, (\w+),")
 
 
 class Floors(unittest.TestCase):
@@ -84,6 +96,21 @@ class Names(unittest.TestCase):
         self.assertEqual(set(files), families, "a file without a family, or a family without a file")
         self.assertEqual([paths for paths in files.values() if len(paths) > 1], [])
 
+    def test_export_files_hold_exports_and_little_else(self):
+        # A helper that checks or asks is at most a few lines; a class or real work is in a file that says its subject.
+        wrong = []
+        for name in NAMES:
+            if not name.endswith("_export.cpp"):
+                continue
+            anonymous = re.findall(r"^namespace \{$(.*?)^\}  // namespace$", house.read(name), re.M | re.S)
+            text = "\n".join(anonymous)
+            wrong += [f"{name}: {found}" for found in re.findall(r"^(?:class|struct|union) \w+", house.read(name), re.M)]
+            for function in re.findall(r"^(?=[^\s/}#])(?!constexpr|constinit|enum|template|using)(.*?)^\}$", text, re.M | re.S):
+                lines = function[function.index("{\n"):].count("\n") - 1 if "{\n" in function else 0
+                if lines > HELPER_LINES:
+                    wrong.append(f"{name}: {lines} lines in {function.strip().splitlines()[0]}")
+        self.assertEqual(wrong, [])
+
     def test_each_export_stands_in_the_file_of_its_family(self):
         rows = hand_rows()
         self.assertGreater(sum(map(len, rows.values())), 100)
@@ -118,6 +145,7 @@ class Names(unittest.TestCase):
 
 class Documents(unittest.TestCase):
     PAGES = [name for name in NAMES if name.endswith(".md")]
+    FOLDERS = sorted({name.split("/")[0] for name in NAMES if "/" in name})
 
     @staticmethod
     def anchors(name):
@@ -147,27 +175,24 @@ class Documents(unittest.TestCase):
         for name in self.PAGES:
             if name == "CHANGELOG.md":
                 continue  # tells of files as they were
-            for path in re.findall(r"`((?:src|host|tests|tools|docs|catalogue|fuzz|bench|resources|samples|cmake)/[^`\s]*)`",
-                                   house.read(name)):
+            for path in re.findall(rf"`((?:{'|'.join(map(re.escape, self.FOLDERS))})/[^`\s]*)`", house.read(name)):
                 pattern = re.sub(r"<[^>]+>|(?<![A-Z])(?:NAME|FAMILY)(?![A-Z])", "*", path).rstrip("/")
                 if not (house.SOURCE / pattern).exists() and not list(house.SOURCE.glob(pattern)):
                     wrong.append(f"{name}: {path}")
         self.assertEqual([line for line in wrong if "host/wrenfold.exe" not in line], [])
 
+    def test_the_page_of_a_family_names_each_of_its_exports(self):
+        pages = exports.pages()
+        self.assertEqual(set(pages) - set(all_rows()), set())
+        for family, page in pages.items():
+            with self.subTest(family):
+                self.assertEqual([name for name in all_rows()[family] if f"`{name}`" not in house.read(page)], [])
 
-    def test_families_have_the_pages_that_the_architecture_says(self):
-        table = house.read("docs/architecture.md").split("| families | page |\n|---|---|\n")[1].split("\n\n")[0]
-        families = {pathlib.Path(name).stem for name in NAMES if name.startswith("catalogue/")}
-        for line in table.splitlines():
-            listed, pages = line.strip("| ").split(" | ")
-            exports = {family: re.findall(r"^[A-Z_]+\((?:\w+, )?(\w+)", house.read(f"catalogue/{family}.def"), re.M)
-                       for family in listed.split(", ") if family in families}
-            self.assertEqual(set(listed.split(", ")) - families, set())
-            text = " ".join(house.read(f"docs/{page}") for page in re.findall(r"\((\S+\.md)\)", pages))
-            words = set(re.findall(r"\w+", text))
-            for family, names in exports.items():
-                with self.subTest(family):
-                    self.assertTrue(words & set(names), "no export of it is named in its page")
+    def test_the_tables_of_exports_are_those_of_the_rows(self):
+        for page in set(exports.pages().values()):
+            with self.subTest(page):
+                self.assertTrue(exports.documented(page) == house.read(page), "run ./dev docs")
+
 
 
 class Picture(unittest.TestCase):
@@ -179,6 +204,12 @@ class Picture(unittest.TestCase):
 
 
 class Comments(unittest.TestCase):
+    def test_no_line_of_the_library_is_wider_than_the_format(self):
+        # The formatter breaks code, and leaves comments as they are.
+        wide = [f"{name}:{number}" for name in house.sources(NAMES, "src/", "bench/", "fuzz/")
+                for number, line in enumerate(house.read(name).splitlines(), 1) if len(line) > WIDTH]
+        self.assertEqual(wide, [])
+
     def test_no_comment_ends_in_a_line_of_one_word(self):
         # What a formatter leaves that breaks lines: a full line, and behind it one of a single word.
         wrong = []

@@ -31,6 +31,18 @@ class Repository(unittest.TestCase):
         self.assertGreater(len(pure), 5)
         self.assertEqual(self.lines_with(pure, r"windows\.h|\bHWND\b|\bGetLastError\b"), [])
 
+    def test_pure_files_take_the_standard_library_and_nothing_beside_it(self):
+        # Its headers have no ending. What else there is: vector instructions, and a library in two files of the host.
+        known = {"emmintrin.h", "immintrin.h", "cpuid.h"}
+        libraries = {"host/mime/html_text.cpp": {"gumbo.h"}, "host/charset/code_pages_native.cpp": {"iconv.h"}}
+        found = {}
+        for path in files("src/**/*.cpp", "src/**/*.h", "host/**/*.cpp", "host/**/*.h"):
+            name = path.relative_to(SOURCE).as_posix()
+            taken = set(re.findall(r"^#include <(\w+[./][^>]*)>", path.read_text(encoding="utf-8"), re.M)) - known
+            if is_pure(path) and taken and name != "src/catalogue/declarations.h":
+                found[name] = taken
+        self.assertEqual(found, libraries)
+
     def test_pure_sources_of_the_library_hold_ascii_only(self):
         pure = [path for path in files("src/**/*.cpp", "src/**/*.h") if is_pure(path)]
         found = []
