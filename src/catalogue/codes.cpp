@@ -12,6 +12,7 @@ namespace {
 #define WFINFO_SLOTS_OF(code, slots) \
   constexpr Parameter kSlots##code[] = {Parameter{}, WFINFO_SLOT_LIST slots};
 
+#define LOOK_UP(code, name)
 #define CODE(code, answer, slots, doc) WFINFO_SLOTS_OF(code, slots)
 #define CODE_OF_TEXT(code, answer, slots, doc) WFINFO_SLOTS_OF(code, slots)
 #define CARRIED(code, command, answer, slots, doc) WFINFO_SLOTS_OF(command, slots)
@@ -33,6 +34,23 @@ constexpr std::span<const Parameter> Listed(std::span<const Parameter> with_dumm
 constexpr BlockForm kForms[] = {
 #include "catalogue/codes.inc"
 };
+#undef CODE
+#undef CODE_OF_TEXT
+#undef CARRIED
+#undef LOOK_UP
+
+struct LookUp {
+  int code;
+  std::string_view name;
+};
+
+#define CODE(code, answer, slots, doc)
+#define CODE_OF_TEXT(code, answer, slots, doc)
+#define CARRIED(code, command, answer, slots, doc)
+#define LOOK_UP(code, name) LookUp{code, #name},
+constexpr LookUp kLookUps[] = {
+#include "catalogue/codes.inc"
+};
 
 }  // namespace
 
@@ -48,6 +66,13 @@ std::vector<BlockForm> FormsOf(int code) {
     forms.push_back({code, row.first_slot, false, false, row.result, row.parameters, ""});
   }
   return forms;
+}
+
+bool IsLookUp(const Row& row, int code) {
+  for (const LookUp& look_up : kLookUps) {
+    if (look_up.code == code && look_up.name == row.name) return true;
+  }
+  return false;
 }
 
 std::size_t SlotCount(const BlockForm& form) {

@@ -29,6 +29,10 @@ std::span<const BlockForm> HandForms();
 // All forms of a code.
 std::vector<BlockForm> FormsOf(int code);
 
+// True when an export asks this on its own account: a dialog that refuses the code is not told of, and the export
+// works without the answer.
+bool IsLookUp(const Row& row, int code);
+
 // Slots of a block, the fixed one in front included; further ones of unknown number are not counted.
 std::size_t SlotCount(const BlockForm& form);
 
