@@ -15,6 +15,7 @@ function(add_inside_tests family)
   set(folder ${CMAKE_SOURCE_DIR}/tests/inside/${family})
   file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
   add_executable(${family}_tests ${sources} ${folder}/dialogs.rc ${CMAKE_SOURCE_DIR}/tests/support/scripted_host_win.cpp
+    ${CMAKE_SOURCE_DIR}/tests/support/block_forms_win.cpp
     ${ARGN} $<TARGET_OBJECTS:${family}_library>)
   set_source_files_properties(${folder}/dialogs.rc PROPERTIES COMPILE_OPTIONS "-c;65001" OBJECT_DEPENDS "${resource_parts}")
   add_dependencies(${family}_tests catalogue_files)

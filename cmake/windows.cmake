@@ -9,9 +9,11 @@ add_custom_command(
   OUTPUT ${printer}
   COMMAND ${WFINFO_NATIVE_CXX} -std=c++20 -O1 -I${CMAKE_SOURCE_DIR}
           ${CMAKE_SOURCE_DIR}/tools/print_catalogue.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/rows.cpp
-          ${CMAKE_SOURCE_DIR}/src/catalogue/requests.cpp -o ${printer}
+          ${CMAKE_SOURCE_DIR}/src/catalogue/requests.cpp ${CMAKE_SOURCE_DIR}/src/catalogue/codes.cpp
+          ${CMAKE_SOURCE_DIR}/src/catalogue/reference.cpp -o ${printer}
   DEPENDS tools/print_catalogue.cpp src/catalogue/rows.cpp src/catalogue/rows.h src/catalogue/row_macros.h
-          src/catalogue/requests.cpp src/catalogue/requests.h src/bridge/host_protocol.h tools/examples.h
+          src/catalogue/requests.cpp src/catalogue/requests.h src/catalogue/codes.cpp src/catalogue/codes.h catalogue/codes.inc
+          src/catalogue/reference.cpp src/catalogue/reference.h src/bridge/host_protocol.h tools/examples.h
           ${catalogue_rows}
   COMMENT "Building the catalogue printer")
 set(printed ${WFINFO_OUT}/WFINFO.def ${WFINFO_OUT}/wfinfo.h ${WFINFO_OUT}/reference.md ${WFINFO_OUT}/reference.json)

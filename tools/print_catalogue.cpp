@@ -6,22 +6,16 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "src/bridge/host_protocol.h"
+#include "src/catalogue/reference.h"
 #include "src/catalogue/requests.h"
 #include "tools/examples.h"
 
 namespace {
 
-using wfinfo::catalogue::IsVariadic;
-using wfinfo::catalogue::kAnyRequest;
-using wfinfo::catalogue::Kind;
-using wfinfo::catalogue::kNoFirstSlot;
-using wfinfo::catalogue::Parameter;
-using wfinfo::catalogue::ResultTypeOf;
-using wfinfo::catalogue::Row;
-using wfinfo::catalogue::Rows;
-using wfinfo::catalogue::TypeOf;
+using namespace wfinfo::catalogue;
 
 std::string Prototype(const Row& row) {
   std::string text(ResultTypeOf(row).c_type);
@@ -55,11 +49,6 @@ std::string SentText(const Row& row) {
       break;
   }
   return row.requests == kAnyRequest ? "what the called export sends" : std::string(row.requests);
-}
-
-std::string DialogText(const Row& row) {
-  if (row.kind == Kind::kHand) return row.requests.empty() ? "does not apply" : "by code";
-  return row.kind != Kind::kMenu && wfinfo::IsAllowedDuringDialog(row.code) ? "allowed" : "refused";
 }
 
 void PrintWrapped(std::string_view indent, std::string_view text) {
@@ -103,7 +92,8 @@ constexpr char kHeaderHead[] =
  * returns its failure value without doing anything. Functions that ask the host must be called on the thread of
  * the host's window; elsewhere they find no window and return their failure value.
  *
- * "refused" means: while a modal dialog of the host shows, the request is refused with a message.
+ * "Refused while a dialog shows" means: while a modal dialog of the host shows, the request is not sent, and the user is
+ * told by a message.
  */
 #ifndef WFINFO_H
 #define WFINFO_H
@@ -142,8 +132,7 @@ int PrintHeader() {
       PrintWrapped(" *   ", line);
     }
     std::string sent = SentText(row);
-    if (!sent.empty())
-      PrintWrapped(" * ", "Sends " + sent + "; while a dialog shows: " + DialogText(row) + ".");
+    if (!sent.empty()) PrintWrapped(" * ", "Sends " + sent + ". " + DialogSentence(row));
     if (row.inferred) PrintWrapped(" * ", "The parameter list is inferred from the family and the name.");
     std::printf(" */\n%s;\n", Prototype(row).c_str());
   }
@@ -161,6 +150,44 @@ std::string MarkdownCell(std::string_view text) {
   return cell;
 }
 
+// "code 44" as a link to its section in the page for host authors.
+std::string LinkTo(const SentRequest& request) {
+  const bool command = request.way == 'M' || wfinfo::CarriesCommand(request.code);
+  const std::string number = std::to_string(command ? request.first_slot : request.code);
+  return std::string("[") + (command ? "menu command " : "code ") + number +
+         "](../docs/host-protocol-by-code.md#" + (command ? "menu-command-" : "code-") + number + ")";
+}
+
+void PrintRequests(const Row& row) {
+  std::string links;
+  for (const SentRequest& request : RequestsOf(row)) links += (links.empty() ? "" : ", ") + LinkTo(request);
+  if (!links.empty()) std::printf("- Asks the host: %s.\n", links.c_str());
+  if (const std::string sentence = DialogSentence(row); !sentence.empty())
+    std::printf("- %s\n", sentence.c_str());
+}
+
+// The anchor of an export's heading.
+std::string Anchor(std::string_view name) {
+  std::string anchor(name);
+  for (char& c : anchor) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return anchor;
+}
+
+void PrintSeeAlso(const Row& row) {
+  std::string links;
+  for (const std::string_view name : SeeAlso(row)) {
+    links.append(links.empty() ? "" : ", ")
+        .append("[`")
+        .append(name)
+        .append("`](#")
+        .append(Anchor(name))
+        .append(")");
+  }
+  if (!links.empty()) std::printf("\nSee also: %s.\n", links.c_str());
+}
+
 int PrintMarkdown(const wfinfo::Examples& examples) {
   std::printf("# Reference of all exports\n\nPrinted from the catalogue. %zu exports.\n", Rows().size());
   std::string_view family;
@@ -170,7 +197,7 @@ int PrintMarkdown(const wfinfo::Examples& examples) {
       std::printf("\n## %.*s\n", static_cast<int>(family.size()), family.data());
     }
     std::printf("\n### `%.*s`\n\n```c\n%s;\n```\n\n%s\n\n", static_cast<int>(row.name.size()),
-                row.name.data(), Prototype(row).c_str(), std::string(row.doc).c_str());
+                row.name.data(), Prototype(row).c_str(), DocOf(row).c_str());
     if (!row.parameters.empty()) {
       std::printf("| parameter | type | meaning |\n|---|---|---|\n");
       for (const Parameter& parameter : row.parameters) {
@@ -180,12 +207,11 @@ int PrintMarkdown(const wfinfo::Examples& examples) {
       std::printf("\n");
     }
     std::printf("- Result: %s.\n", std::string(ResultTypeOf(row).meaning).c_str());
-    const std::string sent = SentText(row);
-    if (!sent.empty())
-      std::printf("- Sends: %s.\n- While a dialog shows: %s.\n", sent.c_str(), DialogText(row).c_str());
+    PrintRequests(row);
     if (row.inferred) std::printf("- The parameter list is inferred.\n");
     if (const auto example = examples.find(row.name); example != examples.end())
       std::printf("\n```\n%s```\n", example->second.c_str());
+    PrintSeeAlso(row);
   }
   return 0;
 }
@@ -201,6 +227,25 @@ std::string JsonText(std::string_view text) {
     }
   }
   return json += '"';
+}
+
+std::string JsonNames(const std::vector<std::string_view>& names) {
+  std::string json;
+  for (const std::string_view name : names) json += (json.empty() ? "" : ", ") + JsonText(name);
+  return "[" + json + "]";
+}
+
+std::string JsonRequests(const Row& row) {
+  std::string json;
+  for (const SentRequest& request : RequestsOf(row)) {
+    json += json.empty() ? "" : ", ";
+    json +=
+        "{\"code\": " + std::to_string(request.code) + ", \"dispatcher\": " + JsonText(DispatcherOf(request));
+    if (request.first_slot != kNoFirstSlot) json += ", \"first_slot\": " + std::to_string(request.first_slot);
+    json +=
+        std::string(", \"refused_during_dialog\": ") + (IsRefusedDuringDialog(request) ? "true}" : "false}");
+  }
+  return "[" + json + "]";
 }
 
 int PrintJson(const wfinfo::Examples& examples) {
@@ -219,10 +264,12 @@ int PrintJson(const wfinfo::Examples& examples) {
       first = false;
     }
     const auto example = examples.find(row.name);
-    std::printf("], \"sends\": %s, \"during_dialog\": %s, \"inferred\": %s, \"doc\": %s, \"example\": %s}",
-                JsonText(SentText(row)).c_str(), JsonText(DialogText(row)).c_str(),
-                row.inferred ? "true" : "false", JsonText(row.doc).c_str(),
-                JsonText(example == examples.end() ? "" : example->second).c_str());
+    std::printf(
+        "], \"requests\": %s, \"during_dialog\": %s, \"inferred\": %s, \"doc\": %s, \"see_also\": %s, "
+        "\"example\": %s}",
+        JsonRequests(row).c_str(), JsonText(DialogSentence(row)).c_str(), row.inferred ? "true" : "false",
+        JsonText(DocOf(row)).c_str(), JsonNames(SeeAlso(row)).c_str(),
+        JsonText(example == examples.end() ? "" : example->second).c_str());
   }
   std::printf("\n]\n");
   return 0;

@@ -98,6 +98,27 @@ class Library(unittest.TestCase):
         for name in exported_names():
             self.assertIn(f"### `{name}`", reference)
 
+    def test_each_entry_of_the_reference_tells_the_result_and_ends_in_its_example_and_where_to_look(self):
+        reference = (OUT / "reference.md").read_text(encoding="utf-8")
+        examples = {row["name"]: row["example"] for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))}
+        # A heading inside an example is none.
+        entries = re.split(r"^### `(\w+)`\n", reference, flags=re.M)
+        self.assertEqual(len(entries) // 2, len(examples))
+        for name, entry in zip(entries[1::2], entries[2::2]):
+            with self.subTest(name):
+                self.assertRegex(entry, r"(?m)^- Result: ")
+                example = f"\n```\n{examples[name]}```\n" if examples[name] else ""
+                self.assertRegex(re.sub(r"\n## .*", "", entry).rstrip() + "\n",
+                                 re.escape(example) + r"\nSee also: (\[`\w+`\]\(#\w+\)(, )?)+\.\n\Z")
+
+    def test_links_to_codes_lead_to_their_sections(self):
+        reference = (OUT / "reference.md").read_text(encoding="utf-8")
+        page = (pathlib.Path(__file__).resolve().parents[2] / "docs/host-protocol-by-code.md").read_text(encoding="utf-8")
+        sections = {heading.lower().replace(" ", "-") for heading in re.findall(r"^### (.*)$", page, re.M)}
+        links = set(re.findall(r"host-protocol-by-code\.md#([\w-]+)", reference))
+        self.assertGreater(len(links), 300)
+        self.assertEqual(sorted(links - sections), [])
+
     def test_the_version_resource_is_there(self):
         self.assertIn(".rsrc", headers("-h"))
 

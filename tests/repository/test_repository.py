@@ -89,6 +89,15 @@ class Repository(unittest.TestCase):
         numbers = read("resources/wfinfo.rc", r"VERSION ([\d,]+),\d+$") + read("resources/wfinfo.rc", r'Version", "([\d.]+)\.\d+"')
         self.assertEqual([number.replace(",", ".") for number in numbers], [version] * 4)
 
+    def test_every_text_that_may_be_null_stands_in_the_page(self):
+        rows = re.findall(r"^HAND\w*\(OptStr, (\w+)", "\n".join(
+            path.read_text(encoding="utf-8") for path in files("catalogue/*.def")), re.M)
+        self.assertGreater(len(rows), 10)
+        page = (SOURCE / "docs/text-results.md").read_text(encoding="utf-8")
+        table = page.split("| Exports | Null when |")[1].split("\n\n")[0]
+        self.assertEqual(sorted(rows), sorted(re.findall(r"`(\w+)`(?=[^|\n]*\|)", "\n".join(
+            line.split("|")[1] + "|" for line in table.splitlines()[2:]))))
+
     def test_every_python_test_that_is_run_runs_its_tests(self):
         # Without this end the file defines tests, runs none of them, and passes.
         tests = files("tests/**/test_*.py")

@@ -1,4 +1,5 @@
-"""The tables of the small host's services: each code has one row that says what it answers, and the page shows it."""
+"""What a host is asked, as the page for host authors has it: each code has its block, its answer, its exports, and what the
+small host does with it."""
 import os
 import pathlib
 import re
@@ -7,25 +8,47 @@ import unittest
 
 SOURCE = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).resolve().parents[2]))
 sys.path.insert(0, str(SOURCE / "tools"))
-import document_services as tables  # noqa: E402
+import catalogue_rows as catalogue  # noqa: E402
+import document_protocol as protocol  # noqa: E402
+import service_rows as services  # noqa: E402
 
 FAMILY = "const ServiceFamily kFamily = {%s};"
 
 
 class Page(unittest.TestCase):
-    def test_the_page_shows_the_rows_of_the_services(self):
-        page = (SOURCE / tables.PAGE).read_text(encoding="utf-8")
-        self.assertTrue(tables.documented(page) == page, "run ./dev docs")
+    page = (SOURCE / protocol.PAGE).read_text(encoding="utf-8")
+
+    def test_the_page_shows_the_catalogue_and_the_services(self):
+        self.assertTrue(protocol.documented(self.page) == self.page, "run ./dev docs")
+
+    def test_no_request_of_the_golden_list_is_missing(self):
+        golden = (SOURCE / "tests/golden/requests.txt").read_text(encoding="utf-8")
+        wanted = set()
+        for line in golden.splitlines():
+            if line.startswith("#") or line.endswith("- -"):
+                continue
+            _, way, code = line.split()
+            code, _, command = code.partition(":")
+            wanted |= {f"Menu command {code}"} if way == "M" else {f"Code {code}"}
+            wanted |= {f"Menu command {command}"} if command else set()
+        self.assertGreater(len(wanted), 350)
+        headings = re.findall(r"^### (.*)$", self.page, re.M)
+        self.assertEqual(sorted(wanted - set(headings)), [])
+        self.assertEqual(len(headings), len(set(headings)))
+
+    def test_every_export_that_sends_stands_in_a_section(self):
+        missing = [row.name for row in catalogue.all_rows() if row.requests and f"`{row.name}`" not in self.page]
+        self.assertEqual(missing, [])
 
     def test_there_are_services(self):
-        self.assertGreater(len(tables.all_services()), 100)
+        self.assertGreater(len(services.all_services()), 100)
 
     def test_codes_that_carry_commands_have_no_rows_of_their_own(self):
         # A service would be asked before the command that the code carries.
-        self.assertEqual([code for code in tables.CARRIERS if ("Service", code) in tables.all_services()], [])
-        protocol = (SOURCE / "src/bridge/host_protocol.h").read_text(encoding="utf-8")
-        carriers = re.findall(r"kCode(?:Run|Start)Command = (\d+);", protocol)
-        self.assertEqual(sorted(map(int, carriers)), sorted(tables.CARRIERS))
+        self.assertEqual([code for code in catalogue.CARRIERS if ("Service", code) in services.all_services()], [])
+        header = (SOURCE / "src/bridge/host_protocol.h").read_text(encoding="utf-8")
+        carriers = re.findall(r"kCode(?:Run|Start)Command = (\d+);", header)
+        self.assertEqual(sorted(map(int, carriers)), sorted(catalogue.CARRIERS))
 
     def test_every_family_is_in_the_list(self):
         listed = re.findall(r"&(k\w+)", (SOURCE / "host/services/services_win.cpp").read_text(encoding="utf-8"))
@@ -61,38 +84,59 @@ class Rows(unittest.TestCase):
     def test_rows_are_read_as_the_compiler_reads_them(self):
         for source, expected, why in self.CASES:
             with self.subTest(why):
-                self.assertEqual(tables.services_of(source + FAMILY % "kA, {}", {"kId": 99}, "here"), expected)
+                self.assertEqual(services.services_of(source + FAMILY % "kA, {}", {"kId": 99}, "here"), expected)
 
     def test_a_row_that_is_not_understood_is_an_error(self):
         for source, expected, why in self.WRONG:
             with self.subTest(why):
-                with self.assertRaisesRegex(tables.NotUnderstood, re.escape(expected)):
-                    tables.services_of(source + (FAMILY % "kA, {}" if "kFamily" not in source else ""), {}, "here")
+                with self.assertRaisesRegex(services.NotUnderstood, re.escape(expected)):
+                    services.services_of(source + (FAMILY % "kA, {}" if "kFamily" not in source else ""), {}, "here")
 
 
-class Senders(unittest.TestCase):
+class Catalogue(unittest.TestCase):
+    H = catalogue.Request
     CASES = [
-        ('THIN(Str, RootFolder, HostStr, 42, (), "x")', [("RootFolder", [("Service", 42)])], "a thin export"),
-        ('THIN_SUB(Int, A, Host, 8, 1, ((Text, b)), "x")', [("A", [("Service", 8)])], "one of several of a code"),
-        ('COMMAND(A, Host, 40031, "x")\nSTART(B, 40024, "x")\nMENU(C, 40179, "x")',
-         [("A", [("Command", 40031)]), ("B", [("Command", 40024)]), ("C", [("Command", 40179)])], "commands"),
+        ('THIN(Str, A, Host, 42, (), "x")', [H("H", 42, 0)], (None, (), "Text"), "a thin export"),
+        ('THIN_SUB(Int, A, Frame, 8, 1, ((Text, b, "c, d")), "x")', [H("F", 8, 0)], (1, (("Text", "b", "c, d"),), "Number"),
+         "one of several of a code"),
+        ('COMMAND(A, Host, 40031, "x")', [H("H", 12, 40031)], None, "a command that is waited for"),
+        ('START(A, 40024, "x")', [H("F", 57, 40024)], None, "a command that is started"),
+        ('MENU(A, 40179, "x")', [H("M", 0, 40179)], None, "a command of the menu"),
         ('HAND(Int, A, "H1 F12:40024 M40179 any", ((Text, b, "c, d")), "x" "y")',
-         [("A", [("Service", 1), ("Command", 40024), ("Command", 40179)])], "written by hand"),
+         [H("H", 1, 0), H("F", 12, 40024), H("M", 0, 40179)], None, "written by hand"),
     ]
 
-    def test_the_catalogue_tells_who_sends_a_code(self):
-        for source, expected, why in self.CASES:
+    def test_rows_tell_what_is_sent_and_what_it_carries(self):
+        for source, requests, form, why in self.CASES:
             with self.subTest(why):
-                self.assertEqual(tables.senders_of(source, "here"), expected)
+                row, = catalogue.rows_of(source, "here")
+                self.assertEqual((row.name, list(row.requests)), ("A", requests))
+                self.assertEqual(row.form and (row.form.first, row.form.slots, row.form.answer), form)
+
+    def test_the_pair_that_names_a_folder_is_two_slots(self):
+        row, = catalogue.rows_of('THIN(Int, A, Frame, 8, (WFINFO_FOLDER_PAIR, (Int32, n)), "x")', "here")
+        self.assertEqual([slot[:2] for slot in row.form.slots], [("OptText", "folder1"), ("OptText", "folder2"), ("Int32", "n")])
 
     def test_a_row_that_is_not_understood_is_an_error(self):
-        for source in ('WHAT(Int, A, Host, 1, (), "x")', 'HAND(Int, A, "Q1", (), "x")', "THIN"):
-            with self.subTest(source), self.assertRaises(tables.NotUnderstood):
-                tables.senders_of(source, "here")
+        for source in ('WHAT(Int, A, Host, 1, (), "x")', 'HAND(Int, A, "Q1", (), "x")', "THIN",
+                       'THIN(Int, A, Host, 1, ((Text)), "x")'):
+            with self.subTest(source), self.assertRaises(services.NotUnderstood):
+                catalogue.rows_of(source, "here")
 
-    def test_many_names_are_counted(self):
-        self.assertEqual(tables.named(list("abcd")), "`a`, `b`, `c`, `d`")
-        self.assertEqual(tables.named(list("abcdef")), "`a`, `b`, `c` and 3 more")
+    def test_the_list_of_codes_is_read(self):
+        source = ('CODE(3, Number, ((Text, a), (Int32, b, "c")), "d") CARRIED(12, 40019, Text, (), "e")'
+                  'CODE_OF_TEXT(297, Text, ((Text, t)), "f")')
+        forms = catalogue.hand_forms_of(source, "here")
+        self.assertEqual(forms["Service", 3].slots, (("Text", "a", ""), ("Int32", "b", "c")))
+        self.assertEqual((forms["Command", 40019].answer, forms["Command", 40019].doc), ("Text", "e"))
+        self.assertTrue(forms["Service", 297].text_itself)
+        with self.assertRaisesRegex(services.NotUnderstood, "Bits is no answer"):
+            catalogue.hand_forms_of('CODE(3, Bits, (), "d")', "here")
+
+    def test_a_code_whose_block_nobody_tells_is_an_error(self):
+        rows = catalogue.rows_of('HAND(Int, A, "H1", (), "x")', "here")
+        with self.assertRaisesRegex(services.NotUnderstood, "does not tell its block"):
+            protocol.forms_of(1, rows, {})
 
 
 if __name__ == "__main__":

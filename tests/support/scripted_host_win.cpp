@@ -6,6 +6,7 @@
 #include <mutex>
 #include <thread>
 
+#include "tests/support/block_forms_win.h"
 #include "tests/support/library.h"
 
 namespace wfinfo_test {
@@ -255,6 +256,9 @@ Slot ScriptedHost::Meet(Expectation& expectation, HWND window, int code, LPARAM 
   } else if (block == nullptr) {
     ADD_FAILURE() << "request " << code << " has no block";
   } else {
+    EXPECT_TRUE(expectation.kind_ != Expectation::Kind::kRequest ||
+                HasSlotCount(code, expectation.slots_.size()))
+        << "request " << code << " has another number of slots in the list of codes";
     for (std::size_t i = 0; i < expectation.slots_.size(); ++i) {
       const auto& expected = expectation.slots_[i];
       if (expected.form == Expectation::Expected::Form::kInt) {

@@ -1,11 +1,13 @@
 // One test over all exports that are written by hand: each is called in several states of a host that answers
-// everything and writes down what it is sent, and that is compared with the row's `requests`.
+// everything and writes down what it is sent, and that is compared with the row's `requests`; the blocks with
+// the list of codes.
 #include <gtest/gtest.h>
 
 #include <map>
 #include <set>
 
 #include "src/catalogue/requests.h"
+#include "tests/support/block_forms_win.h"
 #include "tests/support/library.h"
 #include "tests/support/row_calls_win.h"
 #include "tests/support/scripted_host_win.h"
@@ -82,6 +84,7 @@ class RecordingHost {
       sent_.insert("M" + std::to_string(code));
       return true;
     }
+    EXPECT_EQ(WrongBlock(code, lparam), "") << "code " << code;
     std::string request = (window == host_.frame() ? "F" : "H") + std::to_string(code);
     auto* const block = reinterpret_cast<Slot*>(lparam);
     if (wfinfo::CarriesCommand(code)) request += ":" + std::to_string(block[0]);

@@ -1,0 +1,134 @@
+#include "src/catalogue/reference.h"
+
+#include <algorithm>
+
+#include "src/bridge/host_protocol.h"
+#include "src/catalogue/codes.h"
+
+namespace wfinfo::catalogue {
+namespace {
+
+constexpr std::string_view kSeeAlso = "See also ";
+constexpr std::size_t kMostOfACode = 6;
+constexpr std::ptrdiff_t kNeighbours = 2;  // on each side
+
+// "A", "A and B", "A, B and C".
+std::string Joined(const std::vector<std::string>& parts) {
+  std::string text;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    text += i == 0 ? "" : i + 1 == parts.size() ? " and " : ", ";
+    text += parts[i];
+  }
+  return text;
+}
+
+// "code 1", "codes 1 and 86", "menu command 40031", "codes 1 and 86 and menu command 40031".
+std::string Titles(const std::vector<SentRequest>& requests) {
+  std::vector<std::string> codes, commands;
+  for (const SentRequest& request : requests) {
+    const bool command = request.way == 'M' || CarriesCommand(request.code);
+    (command ? commands : codes).push_back(std::to_string(command ? request.first_slot : request.code));
+  }
+  std::vector<std::string> titles;
+  if (!codes.empty()) titles.push_back((codes.size() == 1 ? "code " : "codes ") + Joined(codes));
+  if (!commands.empty()) {
+    titles.push_back((commands.size() == 1 ? "menu command " : "menu commands ") + Joined(commands));
+  }
+  return Joined(titles);
+}
+
+bool IsSame(const SentRequest& a, const SentRequest& b) {
+  const bool by_command = a.way == 'M' || CarriesCommand(a.code);
+  if (by_command != (b.way == 'M' || CarriesCommand(b.code))) return false;
+  return by_command ? a.first_slot == b.first_slot : a.code == b.code;
+}
+
+// The exports that send `request`, in the order of the catalogue.
+std::vector<std::string_view> Senders(const SentRequest& request) {
+  std::vector<std::string_view> senders;
+  for (const Row& row : Rows()) {
+    for (const SentRequest& own : RequestsOf(row)) {
+      if (!IsSame(own, request)) continue;
+      senders.push_back(row.name);
+      break;
+    }
+  }
+  return senders;
+}
+
+// The names in a row's "See also A, B and C."
+std::vector<std::string_view> NamedIn(std::string_view doc) {
+  std::vector<std::string_view> names;
+  const std::size_t at = doc.find(kSeeAlso);
+  if (at == std::string_view::npos) return names;
+  std::string_view list = doc.substr(at + kSeeAlso.size());
+  list = list.substr(0, list.find('.'));
+  while (!list.empty()) {
+    const std::size_t end = std::min(list.find_first_of(", "), list.size());
+    if (const Row* row = FindRow(list.substr(0, end))) names.push_back(row->name);
+    list.remove_prefix(std::min(end + 1, list.size()));
+  }
+  return names;
+}
+
+std::vector<std::string_view> NeighboursOf(const Row& row) {
+  std::vector<std::string_view> names;
+  const Row* const first = Rows().data();
+  const std::ptrdiff_t place = &row - first;
+  const auto count = static_cast<std::ptrdiff_t>(Rows().size());
+  for (std::ptrdiff_t i = std::max<std::ptrdiff_t>(0, place - kNeighbours);
+       i < std::min(count, place + kNeighbours + 1); ++i) {
+    if (first[i].family == row.family) names.push_back(first[i].name);
+  }
+  return names;
+}
+
+}  // namespace
+
+std::string TitleOf(const SentRequest& request) { return Titles({request}); }
+
+bool IsRefusedDuringDialog(const SentRequest& request) {
+  return request.way == 'M' || !IsAllowedDuringDialog(request.code);
+}
+
+std::string DialogSentence(const Row& row) {
+  if (row.requests == kAnyRequest) return "What the called export asks may be refused while a dialog shows.";
+  std::vector<SentRequest> refused, passing;
+  for (const SentRequest& request : RequestsOf(row)) {
+    if (IsLookUp(row, request.code)) continue;
+    (IsRefusedDuringDialog(request) ? refused : passing).push_back(request);
+  }
+  if (refused.empty()) return "";
+  if (passing.empty()) return "Refused while a dialog shows.";
+  return "While a dialog shows, " + Titles(refused) + (refused.size() == 1 ? " is" : " are") + " refused; " +
+         Titles(passing) + (passing.size() == 1 ? " goes" : " go") + " through.";
+}
+
+std::string DocOf(const Row& row) {
+  std::string text(row.doc);
+  const std::size_t at = text.find(kSeeAlso);
+  if (at == std::string::npos) return text;
+  const std::size_t end = std::min(text.find('.', at), text.size() - 1) + 1;
+  text.erase(at, std::min(end + 1, text.size()) - at);
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+std::vector<std::string_view> SeeAlso(const Row& row) {
+  std::vector<std::string_view> names;
+  const auto add = [&](const std::vector<std::string_view>& more) {
+    for (const std::string_view name : more) {
+      const bool known = name == row.name || std::find(names.begin(), names.end(), name) != names.end();
+      if (!known) names.push_back(name);
+    }
+  };
+  add(NamedIn(row.doc));
+  for (const SentRequest& request : RequestsOf(row)) {
+    const auto senders = Senders(request);
+    if (senders.size() <= kMostOfACode) add(senders);
+  }
+  add(NeighboursOf(row));
+  return names;
+}
+
+}  // namespace wfinfo::catalogue

@@ -1,0 +1,85 @@
+// What the reference says beyond the rows' own texts.
+#include "src/catalogue/reference.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace wfinfo::catalogue {
+namespace {
+
+TEST(Reference, TellsWhichRequestsADialogRefuses) {
+  const struct {
+    const char* name;
+    const char* expected;
+    const char* why;
+  } cases[] = {
+      {"SetMailColor", "Refused while a dialog shows.", "its one request"},
+      {"QuotedRootBody", "Refused while a dialog shows.", "both requests"},
+      {"HomeDir", "", "code 46 goes through"},
+      {"SaveStringToFile", "While a dialog shows, code 290 is refused; code 307 goes through.", "one of two"},
+      {"PgpSign", "While a dialog shows, codes 105, 315 and 316 are refused; code 216 goes through.",
+       "several"},
+      {"TransmitAll", "Refused while a dialog shows.", "a command that is waited for"},
+      {"NewMail", "Refused while a dialog shows.", "a command of the menu"},
+      {"ToUpper", "", "asks nothing"},
+      {"MainWnd", "", "looks a window up by itself"},
+      {"TrayIcon", "Refused while a dialog shows.", "asks for the icon, beside the look-up"},
+      {"CallByEmailList", "What the called export asks may be refused while a dialog shows.", "any"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(DialogSentence(*FindRow(c.name)), c.expected) << c.name << ": " << c.why;
+}
+
+TEST(Reference, NamesRequests) {
+  EXPECT_EQ(TitleOf({'H', 44, kNoFirstSlot}), "code 44");
+  EXPECT_EQ(TitleOf({'F', 12, 40024}), "menu command 40024");
+  EXPECT_EQ(TitleOf({'M', 0, 40002}), "menu command 40002");
+}
+
+TEST(Reference, TakesSeeAlsoOutOfTheText) {
+  const struct {
+    const char* doc;
+    const char* expected;
+  } cases[] = {
+      {"Does it. 0 on failure. See also RootHeader.", "Does it. 0 on failure."},
+      {"Does it. See also RootHeader, From and Subject. Always 1.", "Does it. Always 1."},
+      {"Does it.", "Does it."},
+      {"See also RootHeader.", ""},
+  };
+  for (const auto& c : cases) {
+    Row row{};
+    row.doc = c.doc;
+    EXPECT_EQ(DocOf(row), c.expected);
+  }
+}
+
+TEST(Reference, SendsToOtherExportsOnceEachThoseOfTheTextInFront) {
+  for (const Row& row : Rows()) {
+    std::vector<std::string_view> names = SeeAlso(row);
+    EXPECT_FALSE(names.empty()) << row.name;
+    for (const std::string_view name : names) {
+      EXPECT_NE(FindRow(name), nullptr) << row.name;
+      EXPECT_EQ(std::count(names.begin(), names.end(), name), name == row.name ? 0 : 1) << row.name;
+    }
+  }
+  Row row = *FindRow("SetMailColor");
+  row.doc = "Sets it. See also IsUnread and From.";
+  EXPECT_EQ(SeeAlso(row)[0], "IsUnread");
+  EXPECT_EQ(SeeAlso(row)[1], "From");
+}
+
+TEST(Reference, SendsToExportsThatShareACodeWhenTheyAreFew) {
+  const auto sends_to = [](const char* from, std::string_view to) {
+    const auto names = SeeAlso(*FindRow(from));
+    return std::find(names.begin(), names.end(), to) != names.end();
+  };
+  EXPECT_TRUE(sends_to("SetHighPriority", "GetCurrentMenuCheckState")) << "code 329";
+  EXPECT_TRUE(sends_to("TransmitAll", "StartTransmitAll")) << "one menu command, by two codes";
+  EXPECT_FALSE(sends_to("RootHeader", "QuotedCustomRootHeader")) << "thirty send code 1";
+}
+
+}  // namespace
+}  // namespace wfinfo::catalogue

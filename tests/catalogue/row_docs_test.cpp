@@ -1,0 +1,123 @@
+// The texts of the rows tell a macro author what comes back: the result, and what a failure gives.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <set>
+#include <string>
+
+#include "src/catalogue/rows.h"
+
+namespace wfinfo::catalogue {
+namespace {
+
+// Families whose texts do not tell all of it yet.
+const std::set<std::string_view> kToDo = {
+    "Header and body text",
+    "Quoting and line folding",
+    "Editing headers",
+    "Facts of a mail",
+    "Mail list",
+    "Folders",
+    "Operations on mails",
+    "Writing mails",
+    "Windows of the host",
+    "Notices",
+    "PGP and GnuPG",
+    "Mail flags and character sets",
+    "Moving, replying, forwarding",
+    "Templates, searching, address book",
+    "S/MIME",
+    "HTTP",
+    "TCP sockets",
+    "Simple MAPI",
+};
+
+struct Exempt {
+  std::string_view name;
+  const char* why;
+};
+constexpr Exempt kCannotFail[] = {
+    {"Bypass_GetLastError", "the number is the reason of another failure"},
+    {"Bypass_GetCurrentProcessId", "the system's page knows no failure"},
+    {"Bypass_GetCurrentThreadId", "the system's page knows no failure"},
+    {"Bypass_GetLastActivePopup", "the system's page tells no failure: the window itself stands for none"},
+};
+
+bool CannotFail(std::string_view name) {
+  for (const Exempt& exempt : kCannotFail) {
+    if (exempt.name == name) return true;
+  }
+  return false;
+}
+
+bool Has(const std::string& text, const std::regex& pattern) { return std::regex_search(text, pattern); }
+
+bool TellsTheFailure(const std::string& doc) {
+  static const std::regex kValue(R"re((^|[^\w.])(0|null|-1)([^\w]|$)|""|[Aa]lways)re");
+  return Has(doc, kValue);
+}
+
+// Of a text the row says which one it is by describing it; of a number it must say what it stands for.
+bool TellsTheNumber(const std::string& doc) {
+  static const std::regex kValue(R"((^|[^\w.])(1|-1|[Nn]ot 0)([^\w]|$)|[Aa]lways|`then`)");
+  static const std::regex kMeaning(
+      "([Rr]esult|[Nn]umber|[Hh]andle|[Ww]indow|[Ss]ize|[Pp]lace|[Ll]ength|[Dd]epth|[Aa]ddress|[Ii]ndex|[Bb]"
+      "its|"
+      "[Vv]ersion|[Vv]alue|answers?|[Rr]oom|[Ww]hich|[Ii]d|How (long|many|often))([^\\w]|$)");
+  return Has(doc, kValue) || Has(doc, kMeaning);
+}
+
+// "" when the text tells what comes back; else what is missing.
+std::string Missing(const Row& row) {
+  const std::string doc(row.doc);
+  if (row.result == "Void") return "";
+  static const std::regex kSame(R"(^The same as (\w+))");
+  if (std::smatch same; std::regex_search(doc, same, kSame)) {
+    const Row* other = FindRow(same[1].str());
+    return other == nullptr || other == &row ? "the export that it is the same as" : Missing(*other);
+  }
+  if (!CannotFail(row.name) && !TellsTheFailure(doc)) return "what a failure gives";
+  const bool text = row.result == "Str" || row.result == "OptStr";
+  return text || TellsTheNumber(doc) ? "" : "the result";
+}
+
+TEST(RowDocs, TellTheResultAndWhatAFailureGives) {
+  for (const Row& row : Rows()) {
+    if (kToDo.contains(row.family)) continue;
+    EXPECT_EQ(Missing(row), "") << row.name << ": " << row.doc;
+  }
+}
+
+TEST(RowDocs, ThatLackOneOfThemAreFound) {
+  const struct {
+    const char* result;
+    const char* doc;
+    const char* expected;
+  } cases[] = {
+      {"Int", "Ends the host.", "what a failure gives"},
+      {"Int", "Does it, 0 on failure.", "the result"},
+      {"Int", "1 when it is so, else 0.", ""},
+      {"Int", "Number of mails, 0 for none.", ""},
+      {"Int", "The 10 mails of 0x20 bytes.", "what a failure gives"},
+      {"Str", "Name of the folder.", "what a failure gives"},
+      {"Str", "Name of the folder, \"\" without one.", ""},
+      {"Void", "Does it.", ""},
+      {"Int", "The same as IsWrenfold.", ""},
+      {"Int", "The same as NoSuchExport.", "the export that it is the same as"},
+  };
+  for (const auto& c : cases) {
+    Row row{};
+    row.result = c.result;
+    row.doc = c.doc;
+    EXPECT_EQ(Missing(row), c.expected) << c.doc;
+  }
+}
+
+TEST(RowDocs, OfAllFamiliesToDoExist) {
+  std::set<std::string_view> families;
+  for (const Row& row : Rows()) families.insert(row.family);
+  for (const std::string_view family : kToDo) EXPECT_TRUE(families.contains(family)) << family;
+}
+
+}  // namespace
+}  // namespace wfinfo::catalogue
