@@ -108,7 +108,7 @@ def run_file(path, folder):
 def with_output(mark, lines, printed):
     """The example with what it printed at its end."""
     kept = without(mark, lines.rstrip("\n")).rstrip("\n")
-    return "\n".join([kept] + [f"{mark} {line}".rstrip() for line in printed.rstrip("\n").split("\n") if printed]) + "\n"
+    return "\n".join([kept] + [f"{mark} {line}" if line else mark for line in printed.rstrip("\n").split("\n") if printed]) + "\n"
 
 
 class Examples(unittest.TestCase):
@@ -169,14 +169,19 @@ class Completeness(unittest.TestCase):
                     self.assertTrue(any(marked(mark, lines)))
 
 
-def write(path):
+def write(family):
+    """Fills in what the examples of a family print; "" when all of them ran."""
+    return "".join(write_file(path) for path in example_files() if path.stem == family)
+
+
+def write_file(path):
     _, mark = form_of(path)
     with tempfile.TemporaryDirectory(prefix="examples-") as folder:
         first, printed = run_file(path, pathlib.Path(folder))
     head, examples = examples_of(path)
     blocks = [f"{heading}\n{with_output(mark, lines, printed.get(heading, ''))}" for heading, lines in examples]
     path.write_text(head.rstrip("\n") + "\n\n" + "\n".join(blocks), encoding="utf-8")
-    print(first, end="")
+    return first
 
 
 if __name__ == "__main__" and sys.argv[1:2] == ["--write"]:
