@@ -195,7 +195,7 @@ def run_alone(family):
             one.parent.mkdir()
             one.write_text(f"\n{heading}\n{lines}", encoding="utf-8")
             (folder / "run").mkdir()
-            first, printed = run_macros(one, folder / "run")
+            first, printed = run_file(one, folder / "run")
         if first or printed.get(heading, "").rstrip("\n").split("\n") != marked("#>", lines):
             leaning.append(f"{heading}\n{first}{printed.get(heading, '')}")
     return "".join(leaning)
