@@ -11,10 +11,11 @@ import re
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
-from document_services import NotUnderstood, between_marks, fields, text_of, tokens  # noqa: E402
+from catalogue_rows import calls_of  # noqa: E402
+from page_marks import between_marks  # noqa: E402
+from service_rows import NotUnderstood, text_of  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
-ROW = re.compile(r"(?:THIN|HAND|COMMAND|START|MENU)(?:_[A-Z]+)?")
 WITH_RESULT = ("THIN", "HAND")  # the name stands behind the result
 PAGES_HEAD = "| families | page |\n|---|---|\n"
 
@@ -26,18 +27,10 @@ def first_sentence(doc):
 
 def exports_of(family):
     """[(name, first sentence)] of the rows of catalogue/FAMILY.def."""
-    words = tokens((ROOT / f"catalogue/{family}.def").read_text(encoding="utf-8"))
-    found, at = [], 0
-    while at < len(words):
-        if not ROW.fullmatch(words[at]):
-            at += 1
-            continue
-        row, end = fields(words, at + 1)
-        name = row[1 if words[at].startswith(WITH_RESULT) else 0]
-        if len(name) != 1:
-            raise NotUnderstood(f"catalogue/{family}.def: {' '.join(name)} is no name")
-        found.append((name[0], first_sentence(text_of(row[-1], f"{family}: {name[0]}"))))
-        at = end
+    found = []
+    for macro, parts in calls_of((ROOT / f"catalogue/{family}.def").read_text(encoding="utf-8"), family):
+        name = "".join(parts[1 if macro.startswith(WITH_RESULT) else 0])
+        found.append((name, first_sentence(text_of(parts[-1], f"{family}: {name}"))))
     return found
 
 
@@ -61,7 +54,7 @@ def documented(name):
     page = (ROOT / name).read_text(encoding="utf-8")
     for family, own_page in pages().items():
         if own_page == name:
-            page = between_marks(page, f"exports of {family}", table_of(family))
+            page = between_marks(page, f"exports of {family}", table_of(family), name)
     return page
 
 

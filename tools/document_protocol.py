@@ -12,6 +12,7 @@ import re
 import sys
 
 from catalogue_rows import CARRIERS, DISPATCHERS, all_rows, allowed_during_dialog, hand_forms
+from page_marks import between_marks
 from service_rows import ROOT, NotUnderstood, all_services
 
 PAGE = "docs/host-protocol-by-code.md"
@@ -163,14 +164,6 @@ def messages():
     return "\n".join(lines)
 
 
-def between_marks(page, name, text):
-    first, last = f"<!-- {name}: written by ./dev docs -->", f"<!-- end of {name} -->"
-    if page.count(first) != 1 or page.count(last) != 1:
-        raise NotUnderstood(f"{PAGE} has no marks around the {name}")
-    before, rest = page.split(first)
-    return f"{before}{first}\n\n{text}\n\n{last}{rest.split(last)[1]}"
-
-
 def documented(page):
     """The page with its sections as the rows have them."""
     rows, by_hand, services, allowed = all_rows(), hand_forms(), all_services(), allowed_during_dialog()
@@ -180,11 +173,11 @@ def documented(page):
     for kind, number in services:
         if (kind, number) not in reached:
             raise NotUnderstood(f"{kind} {number}: no export sends it")
-    page = between_marks(page, "messages", messages())
+    page = between_marks(page, "messages", messages(), PAGE)
     sections = [code_lines(code, rows, forms_of(code, rows, by_hand), services, allowed) for code in codes]
-    page = between_marks(page, "codes", "\n".join(line for lines in sections for line in lines).rstrip())
+    page = between_marks(page, "codes", "\n".join(line for lines in sections for line in lines).rstrip(), PAGE)
     sections = [command_lines(command, rows, by_hand.get(("Command", command)), services) for command in commands]
-    return between_marks(page, "menu commands", "\n".join(line for lines in sections for line in lines).rstrip())
+    return between_marks(page, "menu commands", "\n".join(line for lines in sections for line in lines).rstrip(), PAGE)
 
 
 def main():

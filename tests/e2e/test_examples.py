@@ -114,7 +114,7 @@ def run_file(path, folder):
 def with_output(mark, lines, printed):
     """The example with what it printed at its end."""
     kept = without(mark, lines.rstrip("\n")).rstrip("\n")
-    return "\n".join([kept] + [f"{mark} {line}".rstrip() for line in printed.rstrip("\n").split("\n") if printed]) + "\n"
+    return "\n".join([kept] + [f"{mark} {line}" if line else mark for line in printed.rstrip("\n").split("\n") if printed]) + "\n"
 
 
 class Examples(unittest.TestCase):
@@ -174,19 +174,42 @@ class Completeness(unittest.TestCase):
 
 
 def write(family):
-    """Writes what the macros of a family print into its file."""
-    path = EXAMPLES / f"{family}.macro"
+    """Fills in what the examples of a family print; "" when all of them ran."""
+    return "".join(write_file(path) for path in example_files() if path.stem == family)
+
+
+def write_file(path):
     _, mark = form_of(path)
     with tempfile.TemporaryDirectory(prefix="examples-") as folder:
         first, printed = run_file(path, pathlib.Path(folder))
     head, examples = examples_of(path)
     blocks = [f"{heading}\n{with_output(mark, lines, printed.get(heading, ''))}" for heading, lines in examples]
     path.write_text(head.rstrip("\n") + "\n\n" + "\n".join(blocks), encoding="utf-8")
-    print(first, end="")
+    return first
+
+
+def run_alone(family):
+    """The examples of a family that print something else in a host of their own: they lean on one before them."""
+    leaning = []
+    path = EXAMPLES / f"{family}.macro"
+    for heading, lines in examples_of(path)[1]:
+        with tempfile.TemporaryDirectory(prefix="examples-") as name:
+            folder = pathlib.Path(name)
+            one = folder / "one" / path.name
+            one.parent.mkdir()
+            one.write_text(f"\n{heading}\n{lines}", encoding="utf-8")
+            (folder / "run").mkdir()
+            first, printed = run_file(one, folder / "run")
+        if first or printed.get(heading, "").rstrip("\n").split("\n") != marked("#>", lines):
+            leaning.append(f"{heading}\n{first}{printed.get(heading, '')}")
+    return "".join(leaning)
 
 
 if __name__ == "__main__" and sys.argv[1:2] == ["--write"]:
-    sys.exit(write(sys.argv[2]))
+    sys.exit(write(sys.argv[2]) or 0)
+
+if __name__ == "__main__" and sys.argv[1:2] == ["--alone"]:
+    sys.exit(run_alone(sys.argv[2]) or 0)
 
 if __name__ == "__main__":
     unittest.main()
