@@ -196,6 +196,8 @@ std::string JsonText(std::string_view text) {
     if (c == '"' || c == '\\') json += '\\';
     if (c == '\n') {
       json += "\\n";
+    } else if (c == '\t') {
+      json += "\\t";
     } else {
       json += c;
     }
