@@ -196,8 +196,11 @@ std::string JsonText(std::string_view text) {
     if (c == '"' || c == '\\') json += '\\';
     if (c == '\n') {
       json += "\\n";
-    } else if (c == '\t') {
-      json += "\\t";
+    } else if (static_cast<unsigned char>(c) < 0x20) {
+      // An example may print any control character: a folded header holds tabs.
+      char escape[7];
+      std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned char>(c));
+      json += escape;
     } else {
       json += c;
     }
