@@ -44,6 +44,8 @@
 #define WFINFO_RESULT_Void void
 
 // Two optional texts that name a folder in the host's manner; used in many parameter lists.
-#define WFINFO_FOLDER_PAIR                                                      \
-  (OptText, folder1, "folder, in the host's manner; null for the current one"), \
-      (OptText, folder2, "second half of the folder's name, as the host splits it; may be null")
+#define WFINFO_FOLDER_PAIR                                                             \
+  (OptText, folder1,                                                                   \
+   "folder: its full path, or a name by which the host finds it (the small host: its " \
+   "path in the tree, or its name); null or \"\" for the current one"),                \
+      (OptText, folder2, "second half of the name where the host splits it; null mostly")

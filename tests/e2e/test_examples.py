@@ -21,6 +21,8 @@ OUT = pathlib.Path(os.environ.get("WFINFO_OUT", host.SOURCE / "out"))
 BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows"))
 # What lies beside the program in a family's run: libraries that nobody can expect to be installed.
 STAND_INS = {"archivers": ["doubles/archivers/unlha32.dll", "doubles/archivers/Zip32J.dll"]}
+# What a family's host is started with beside the usual: a second group of folders, for tabs and groups.
+MORE_OPTIONS = {family: ["--mail", "samples/copies"] for family in ("folders", "mail_list")}
 # What stands in front of each example in C.
 C_HEAD = '#include <windows.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
 C_COMPILER = ["x86_64-w64-mingw32-gcc", "-Wall", "-Wextra", "-Werror", f"-I{OUT}"]
@@ -83,8 +85,8 @@ def run_macros(path, folder):
         macros += ["--macro", macro.name]
     typed = "".join(line + "\n" for _, lines in examples for line in marked("#<", lines))
     with open(folder / "printed", "wb") as printed:
-        subprocess.run([*host.command(), *OPTIONS, *macros], input=typed.encode(), stdout=printed,
-                       stderr=subprocess.STDOUT, cwd=folder, timeout=300)
+        subprocess.run([*host.command(), *OPTIONS, *MORE_OPTIONS.get(path.stem, []), *macros], input=typed.encode(),
+                       stdout=printed, stderr=subprocess.STDOUT, cwd=folder, timeout=300)
     text = (folder / "printed").read_text(encoding="utf-8")
     first, *parts = re.split(r"^(?=## )", text.replace("\r\n", "\n"), flags=re.M)
     return first, dict(part.split("\n", 1) for part in parts)

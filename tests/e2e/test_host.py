@@ -284,8 +284,11 @@ class Prompt(HostTest):
 
     def test_helps(self):
         self.assert_output(self.prompt("help SetMailIndex"),
-                           "SetMailIndex(index)\nMakes mail `index` of the list the current one.\n"
-                           "  index: number; 0 = first\nResult: a number, 0 on failure\n"
+                           "SetMailIndex(index)\nOpens a mail of the list, which is then the only one selected. "
+                           "1, or 0 when there is none at that place: so a loop over the list ends. "
+                           "See also MailCount, NextMail.\n"
+                           "  index: number; place in the list as it shows, 0 for the first\n"
+                           "Result: a number, 0 on failure\n"
                            "Sends: code 33 (Frame); refused while a dialog shows\n"
                            "The parameter list is inferred from the family and the name.\n")
 

@@ -18,11 +18,13 @@ using wfinfo::catalogue::FindRow;
 std::string Same(std::string_view text) { return std::string(text); }
 
 TEST(ExportHelp, ShowsTheCallAndWhatItSends) {
-  EXPECT_EQ(
-      HelpText(*FindRow("SetMailIndex")),
-      "SetMailIndex(index)\nMakes mail `index` of the list the current one.\n  index: number; 0 = first\n"
-      "Result: a number, 0 on failure\nSends: code 33 (Frame); refused while a dialog shows\n"
-      "The parameter list is inferred from the family and the name.\n");
+  EXPECT_EQ(HelpText(*FindRow("SetMailIndex")),
+            "SetMailIndex(index)\nOpens a mail of the list, which is then the only one selected. 1, or 0 "
+            "when there is none at "
+            "that place: so a loop over the list ends. See also MailCount, NextMail.\n"
+            "  index: number; place in the list as it shows, 0 for the first\n"
+            "Result: a number, 0 on failure\nSends: code 33 (Frame); refused while a dialog shows\n"
+            "The parameter list is inferred from the family and the name.\n");
   EXPECT_NE(HelpText(*FindRow("HomeDir")).find("goes through while a dialog shows"), std::string::npos);
   EXPECT_NE(HelpText(*FindRow("NewMail")).find("Sends: menu command 40002; refused"), std::string::npos);
   EXPECT_NE(HelpText(*FindRow("NextMail")).find("Sends: code 12 (Host), command 40031"), std::string::npos);
