@@ -14,6 +14,7 @@ import sys
 import tempfile
 import unittest
 
+import example_set_ups
 import host
 
 EXAMPLES = host.SOURCE / "examples"
@@ -21,6 +22,8 @@ OUT = pathlib.Path(os.environ.get("WFINFO_OUT", host.SOURCE / "out"))
 BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows"))
 # What lies beside the program in a family's run: libraries that nobody can expect to be installed.
 STAND_INS = {"archivers": ["doubles/archivers/unlha32.dll", "doubles/archivers/Zip32J.dll"]}
+# What runs while a family's examples do: see example_set_ups.py.
+SET_UPS = {"http": example_set_ups.web_site, "sockets": example_set_ups.mail_server}
 # What stands in front of each example in C.
 C_HEAD = '#include <windows.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
 C_COMPILER = ["x86_64-w64-mingw32-gcc", "-Wall", "-Wextra", "-Werror", f"-I{OUT}"]
@@ -64,13 +67,14 @@ def without(mark, lines):
     return "\n".join(line for line in lines.split("\n") if line != mark and not line.startswith(mark + " "))
 
 
-def run_macros(path, folder):
+def run_macros(path, folder, provided):
     """What each example of macros prints, by its heading; what comes before the first is a complaint about the file."""
     _, examples = examples_of(path)
     shutil.copytree(host.SOURCE / "samples", folder / "samples")
     for file in STAND_INS.get(path.stem, []):
         shutil.copy(BUILD / file, folder)
-    macros = []
+    (folder / "set up.macro").write_text(provided.macro(), encoding="utf-8")
+    macros = ["--macro", "set up.macro"]
     for number, (heading, lines) in enumerate(examples):
         macro = folder / f"{number:03}.example"
         macro.write_text(f'print "{heading}"\n{without("#>", lines)}\n', encoding="utf-8")
@@ -78,13 +82,13 @@ def run_macros(path, folder):
     typed = "".join(line + "\n" for _, lines in examples for line in marked("#<", lines))
     with open(folder / "printed", "wb") as printed:
         subprocess.run([*host.command(), *OPTIONS, *macros], input=typed.encode(), stdout=printed,
-                       stderr=subprocess.STDOUT, cwd=folder, timeout=300)
+                       stderr=subprocess.STDOUT, cwd=folder, env=provided.environment, timeout=300)
     text = (folder / "printed").read_text(encoding="utf-8")
     first, *parts = re.split(r"^(?=## )", text.replace("\r\n", "\n"), flags=re.M)
     return first, dict(part.split("\n", 1) for part in parts)
 
 
-def run_programs(path, folder):
+def run_programs(path, folder, provided):
     """The same for examples in C, each a program of its own."""
     shutil.copy(OUT / "WFINFO.dll", folder)
     first, printed = "", {}
@@ -96,13 +100,15 @@ def run_programs(path, folder):
         first += built.stderr
         if built.returncode == 0:
             ran = subprocess.run(host.command(folder / f"{number:03}.exe"), stdin=subprocess.DEVNULL,
-                                 stdout=subprocess.PIPE, cwd=folder, timeout=host.TIMEOUT_SECONDS)
+                                 stdout=subprocess.PIPE, cwd=folder, env=provided.environment,
+                                 timeout=host.TIMEOUT_SECONDS)
             printed[heading] = ran.stdout.decode().replace("\r\n", "\n")
     return first, printed
 
 
 def run_file(path, folder):
-    return run_programs(path, folder) if path.suffix == ".c" else run_macros(path, folder)
+    with SET_UPS.get(path.stem, example_set_ups.nothing)(folder) as provided:
+        return (run_programs if path.suffix == ".c" else run_macros)(path, folder, provided)
 
 
 def with_output(mark, lines, printed):
@@ -180,7 +186,9 @@ def write(path):
 
 
 if __name__ == "__main__" and sys.argv[1:2] == ["--write"]:
-    sys.exit(write(sys.argv[2]))
+    for family_file in sorted(EXAMPLES.glob(sys.argv[2] + ".*")):
+        write(family_file)
+    sys.exit()
 
 if __name__ == "__main__":
     unittest.main()
