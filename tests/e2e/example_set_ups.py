@@ -6,10 +6,16 @@ they are told of it, and ends what it started.
 import contextlib
 import http.server
 import os
+import pathlib
+import shutil
 import socket
 import socketserver
+import subprocess
+import tempfile
 import threading
 import typing
+
+import host
 
 
 class Provided(typing.NamedTuple):
@@ -95,3 +101,54 @@ class Mailbox(socketserver.StreamRequestHandler):
 def mail_server(_folder):
     with serving(socketserver.ThreadingTCPServer(("127.0.0.1", 0), Mailbox)) as port:
         yield Provided({"port": port})
+
+
+# --- smime ---
+
+
+@contextlib.contextmanager
+def certificates(folder):
+    """Stores of certificates with the keys of Alice and Bob; None where the stand-in for crypt32 was not built."""
+    import smime_peer  # needs what only a whole test run sets
+
+    if not smime_peer.is_possible():
+        yield None
+        return
+    world = smime_peer.Surroundings()
+    try:
+        smime_peer.Lists.files = {f"/{name}.crl": (world.pki / f"{name}.crl").read_bytes() for name in ("mid", "root")}
+        # Of Grace no store knows yet.
+        subject = "/CN=Grace Example/emailAddress=grace@example.org"
+        request = smime_peer.openssl("req", "-new", "-key", world.pki / "frank.key", "-subj", subject).stdout
+        smime_peer.openssl("x509", "-req", "-CA", world.pki / "mid.pem", "-CAkey", world.pki / "mid.key", "-set_serial", 77,
+                           "-days", 5, "-outform", "DER", "-out", world.pki / "grace.der", stdin=request)
+        for name in ("signed.eml", "detached.eml", "grace.der"):
+            shutil.copy(world.pki / name, folder)
+        yield Provided(environment=world.environment)
+    finally:
+        world.close()
+
+
+# --- pgp ---
+
+PASS_PHRASE = "open sesame"
+
+
+@contextlib.contextmanager
+def key_ring(_folder):
+    """Keys of Alice and Bob in a home of GnuPG, and the bridge that lets Wine start the gpg of this system."""
+    if shutil.which("gpg") is None:
+        yield None
+        return
+    # A short path: the agent's socket lies there.
+    with tempfile.TemporaryDirectory(prefix="gpg-", ignore_cleanup_errors=True) as home:
+        pathlib.Path(home, "gpg.conf").write_text("pinentry-mode loopback\nno-auto-key-locate\ndisable-dirmngr\n")
+        # A pass phrase that is remembered would make a wrong one do.
+        pathlib.Path(home, "gpg-agent.conf").write_text("allow-loopback-pinentry\ndefault-cache-ttl 0\nmax-cache-ttl 0\n")
+        bridge = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows")) / "doubles/gpg_bridge"
+        environment = {**os.environ, "GNUPGHOME": home, "WINEPATH": "Z:" + str(bridge).replace("/", "\\")}
+        for owner in ("alice@example.com", "bob@example.com"):
+            subprocess.run(["gpg", "--batch", "--passphrase", PASS_PHRASE, "--quick-gen-key", f"<{owner}>", "future-default",
+                            "default", "never"], env=environment, check=True, capture_output=True)
+        yield Provided({"pass_phrase": PASS_PHRASE}, environment)
+        subprocess.run(["gpgconf", "--kill", "all"], env=environment)
