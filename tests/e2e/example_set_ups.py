@@ -13,6 +13,7 @@ import socketserver
 import subprocess
 import tempfile
 import threading
+import time
 import typing
 
 import host
@@ -152,3 +153,34 @@ def key_ring(_folder):
                             "default", "never"], env=environment, check=True, capture_output=True)
         yield Provided({"pass_phrase": PASS_PHRASE}, environment)
         subprocess.run(["gpgconf", "--kill", "all"], env=environment)
+
+
+# --- mapi ---
+
+
+@contextlib.contextmanager
+def mail_receiver(folder):
+    """The small host as the system's mail client, running, with three mails in its store."""
+    home = folder / "home"
+    (home / "mails").mkdir(parents=True)
+    for name, sample in (("1-minutes.eml", "plain-ascii.eml"), ("2-files.eml", "attachments.eml"), ("3-old.eml", "reply.eml")):
+        shutil.copy(host.sample(sample), home / "mails" / name)
+    (folder / "minutes.txt").write_text("All agreed.\r\n")
+    client = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows")) / "doubles/mapi_client.exe"
+    registered = host.run("--register-mapi", "--yes")
+    assert registered.code == 0, registered.err
+    server = subprocess.Popen([*host.command(), "--serve", "--home", str(home)], stdin=subprocess.DEVNULL,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        end = time.monotonic() + 30
+        while host.run("frame", executable=client).code != 0 and time.monotonic() < end:
+            time.sleep(0.1)
+        yield Provided()
+        # The calls give 0 whatever happens: what they sent tells.
+        sent = [mail.read_text() for mail in sorted((home / "outbox").glob("*.eml"))]
+        assert len(sent) == 2 and "Subject: Minutes" in sent[0] and "minutes.txt" in sent[1], sent
+    finally:
+        host.run("close", executable=client)
+        server.kill()
+        server.wait()
+        host.run("--unregister-mapi")

@@ -24,9 +24,11 @@ BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows
 STAND_INS = {"archivers": ["doubles/archivers/unlha32.dll", "doubles/archivers/Zip32J.dll"]}
 # What runs while a family's examples do: see example_set_ups.py.
 SET_UPS = {"http": example_set_ups.web_site, "sockets": example_set_ups.mail_server, "smime": example_set_ups.certificates,
-           "pgp": example_set_ups.key_ring}
+           "pgp": example_set_ups.key_ring, "mapi": example_set_ups.mail_receiver}
 # What stands in front of each example in C.
-C_HEAD = '#include <windows.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
+C_HEAD = '#define WFINFO_NO_MAPI\n#include <windows.h>\n#include <mapi.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
+# The system's Simple MAPI first: programs know nothing else, and find our functions through it.
+C_LIBRARIES = ["-lmapi32", OUT / "libWFINFO.dll.a"]
 C_COMPILER = ["x86_64-w64-mingw32-gcc", "-Wall", "-Wextra", "-Werror", f"-I{OUT}"]
 OPTIONS = ["--english", "--mail", "samples/mails", "--accounts", "samples/accounts.txt", "--templates", "samples/templates",
            "--book", "samples/address-book.csv"]
@@ -96,7 +98,7 @@ def run_programs(path, folder, provided):
     for number, (heading, lines) in enumerate(examples_of(path)[1]):
         source = folder / f"{number:03}.c"
         source.write_text(C_HEAD + lines, encoding="utf-8")
-        built = subprocess.run([*C_COMPILER, source.name, "-o", f"{number:03}.exe", OUT / "libWFINFO.dll.a"],
+        built = subprocess.run([*C_COMPILER, source.name, "-o", f"{number:03}.exe", *C_LIBRARIES],
                                stderr=subprocess.PIPE, cwd=folder, text=True)
         first += built.stderr
         if built.returncode == 0:
