@@ -44,7 +44,7 @@ int main(void) {
 //> 0
 
 // ## MAPISendDocuments
-// "Send by mail" of an editor: a new mail with the file opens, and the user writes the rest.
+// What an editor calls "send by mail": a new mail with the file opens, and the user writes the rest.
 int main(void) {
   char path[MAX_PATH];
   GetFullPathNameA("minutes.txt", sizeof path, path, NULL);
