@@ -110,7 +110,7 @@ endforeach()
 # Stand-ins (children, libraries), test programs of another make, measurements and tools: each in a folder of its
 # own.
 file(GLOB further_programs CONFIGURE_DEPENDS tests/doubles/*/CMakeLists.txt tests/faults/*/CMakeLists.txt
-  tests/inside/*/CMakeLists.txt bench/windows/CMakeLists.txt tools/*/CMakeLists.txt)
+  tests/inside/*/CMakeLists.txt tests/monkey/CMakeLists.txt bench/windows/CMakeLists.txt tools/*/CMakeLists.txt)
 include_directories(${CMAKE_SOURCE_DIR})
 foreach(program ${further_programs})
   get_filename_component(folder ${program} DIRECTORY)
