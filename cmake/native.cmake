@@ -79,7 +79,8 @@ elseif(NOT WFINFO_FUZZ)
   target_precompile_headers(native_tests PRIVATE <gtest/gtest.h> <filesystem> <random> <string> <vector>)
   # Only those that read files of the repository know its folder: the others compile alike in every checkout.
   set_source_files_properties(tests/commands/account_fields_test.cpp tests/catalogue/catalogue_test.cpp
-    tests/host/mail/sample_mails_test.cpp tests/host/charset/names_test.cpp PROPERTIES
+    tests/host/mail/sample_mails_test.cpp tests/host/charset/names_test.cpp tests/host/charset/imap_utf7_test.cpp
+    PROPERTIES
     COMPILE_DEFINITIONS WFINFO_SOURCE_DIR="${CMAKE_SOURCE_DIR}" SKIP_PRECOMPILE_HEADERS ON)
   # Mails read by the host and by Python.
   add_executable(read_mail tools/read_mail.cpp)

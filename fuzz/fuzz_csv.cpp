@@ -3,12 +3,12 @@
 // the text.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "fuzz/demand.h"
 #include "src/csv/csv_text.h"
 #include "tests/support/csv_reference.h"
 
@@ -16,39 +16,35 @@ namespace {
 
 using wfinfo_test::CsvReference;
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
 void CheckKernels(std::string_view text) {
   const CsvReference reference(text);
   for (const wfinfo::CsvKernels* const set : wfinfo::RunnableCsvKernels()) {
     const wfinfo::CsvKernels& kernels = *set;
-    Require(kernels.count_lines(text) == reference.LineCount());
-    Require(kernels.widest_line(text) == reference.MaxColumnCount());
+    Demand(kernels.count_lines(text) == reference.LineCount());
+    Demand(kernels.widest_line(text) == reference.MaxColumnCount());
     std::uint32_t starts[5];
     const wfinfo::CsvLine line = kernels.scan_line(text, std::span(starts));
-    Require(line.fields == reference.ColumnCount() && kernels.line_end(text) == line.end);
-    Require(line.end >= text.data() && line.end <= text.data() + text.size());
+    Demand(line.fields == reference.ColumnCount() && kernels.line_end(text) == line.end);
+    Demand(line.end >= text.data() && line.end <= text.data() + text.size());
     for (std::size_t i = 0; i < std::min<std::size_t>(line.fields, 5); ++i) {
-      Require(text.data() + starts[i] == reference.Field(i).data());
+      Demand(text.data() + starts[i] == reference.Field(i).data());
     }
   }
 }
 
 void CheckField(wfinfo::CsvText& walker, const CsvReference& reference, std::size_t column) {
   const std::string_view field = walker.Field(column);
-  Require(field == reference.Field(column));
+  Demand(field == reference.Field(column));
   std::string text(field.size(), '#');
   text.resize(wfinfo::UnquoteCsvField(field, text.data()));
-  Require(text == CsvReference::Unquoted(field));
+  Demand(text == CsvReference::Unquoted(field));
   std::string copy(field.size() + column % 20, '#');
   copy.resize(walker.CopyField(field, copy.data(), copy.size()));
-  Require(copy == text);
+  Demand(copy == text);
   std::string whole(field.size() + 1 + column % 40, '#');
   whole.resize(walker.CopyColumn(column, whole.data(), whole.size()));
-  Require(whole == text);
-  Require(walker.CopyColumn(column, whole.data(), 0) == 0);
+  Demand(whole == text);
+  Demand(walker.CopyColumn(column, whole.data(), 0) == 0);
 }
 
 }  // namespace
@@ -67,21 +63,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t number = data[i] / 8;
     switch (data[i] % 8) {
       case 0:
-        Require(walker.SkipLine() == reference.SkipLine());
+        Demand(walker.SkipLine() == reference.SkipLine());
         break;
       case 1:
-        Require(walker.LineCount() == reference.LineCount());
+        Demand(walker.LineCount() == reference.LineCount());
         break;
       case 2:
-        Require(walker.MaxColumnCount() == reference.MaxColumnCount());
+        Demand(walker.MaxColumnCount() == reference.MaxColumnCount());
         break;
       case 3:
-        Require(walker.ColumnCount() == reference.ColumnCount());
+        Demand(walker.ColumnCount() == reference.ColumnCount());
         break;
       case 4:
       case 5: {
         const auto line = static_cast<long long>(number);
-        Require(walker.SetLine(line) == reference.SetLine(line));
+        Demand(walker.SetLine(line) == reference.SetLine(line));
         break;
       }
       default:

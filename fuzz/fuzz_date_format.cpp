@@ -3,21 +3,17 @@
 // holds the escapes of the format and no others.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.h"
 #include "src/dates/date_format.h"
 #include "src/text/host_text.h"
 
 namespace {
 
 using namespace wfinfo;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::size_t EscapesOf(std::string_view text) {
   std::size_t count = 0;
@@ -36,7 +32,7 @@ bool HasStrayEscapeByte(std::string_view text) {
 void CheckDefaultForm(const CivilTime& time) {
   for (const std::int64_t bias : {std::int64_t{-540}, std::int64_t{0}, std::int64_t{-4'294'967'296}}) {
     char form[kDefaultFormRoom];
-    Require(DefaultDateForm(time, bias, form) <= sizeof form);
+    Demand(DefaultDateForm(time, bias, form) <= sizeof form);
   }
 }
 
@@ -48,14 +44,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (record > 0) std::memcpy(&time, data, record);
   const std::string format(reinterpret_cast<const char*>(data) + record, size - record);
   const std::size_t length = FormatDateText(format, time, nullptr, 0);
-  Require(length <= 5 * format.size());
+  Demand(length <= 5 * format.size());
   std::string whole(length, '#');
-  Require(FormatDateText(format, time, whole.data(), length) == length);
+  Demand(FormatDateText(format, time, whole.data(), length) == length);
   const std::size_t room = length / 2;
   std::string half(room + 1, '#');
-  Require(FormatDateText(format, time, half.data(), room) == length);
-  Require(half[room] == '#' && half.compare(0, room, whole, 0, room) == 0);
-  if (!HasStrayEscapeByte(format)) Require(EscapesOf(whole) == EscapesOf(format));
+  Demand(FormatDateText(format, time, half.data(), room) == length);
+  Demand(half[room] == '#' && half.compare(0, room, whole, 0, room) == 0);
+  if (!HasStrayEscapeByte(format)) Demand(EscapesOf(whole) == EscapesOf(format));
   CheckDefaultForm(time);
   return 0;
 }

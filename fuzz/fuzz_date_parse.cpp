@@ -4,21 +4,17 @@
 // contradicts the thorough one.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.h"
 #include "src/dates/date_format.h"
 #include "src/dates/date_parse.h"
 
 namespace {
 
 using namespace wfinfo;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::string UpperCase(std::string text) {
   for (char& c : text) {
@@ -29,18 +25,18 @@ std::string UpperCase(std::string text) {
 
 void CheckRange(const HeaderDate& date) {
   constexpr FileTicks kEnd = DayNumber(10'000, 1, 1) * kTicksPerDay;
-  Require(date.wall_clock >= 0 && date.wall_clock <= kEnd && date.wall_clock % kTicksPerSecond == 0);
-  Require(date.zone_minutes > -1440 && date.zone_minutes < 1440);
-  Require(date.has_zone || date.zone_minutes == 0);
+  Demand(date.wall_clock >= 0 && date.wall_clock <= kEnd && date.wall_clock % kTicksPerSecond == 0);
+  Demand(date.zone_minutes > -1440 && date.zone_minutes < 1440);
+  Demand(date.has_zone || date.zone_minutes == 0);
 }
 
 void CheckReadsBack(const HeaderDate& date) {
   const std::optional<CivilTime> time = CivilFromTicks(date.wall_clock);
-  Require(time.has_value());
+  Demand(time.has_value());
   if (time->year > kLastMailYear) return;  // 31 Dec 9999 24:00
   char form[kDefaultFormRoom];
   const std::string text(form, DefaultDateForm(*time, -date.zone_minutes, form));
-  Require(ReadHeaderDate(text) == HeaderDate{date.wall_clock, true, date.zone_minutes});
+  Demand(ReadHeaderDate(text) == HeaderDate{date.wall_clock, true, date.zone_minutes});
 }
 
 // In UTC. Where no zone is written the machine's holds.
@@ -51,13 +47,13 @@ FileTicks MomentOf(const HeaderDate& date, std::int64_t bias) {
 // What the machine's clock shows names the same moment, and so does its printed form.
 void CheckMoment(const HeaderDate& date, std::int64_t bias) {
   const FileTicks machine = OnMachineClock(date, bias);
-  Require(machine + bias * kTicksPerMinute == MomentOf(date, bias));
+  Demand(machine + bias * kTicksPerMinute == MomentOf(date, bias));
   const std::optional<CivilTime> time = CivilFromTicks(machine);
-  Require(time.has_value() == (machine >= 0));
+  Demand(time.has_value() == (machine >= 0));
   if (!time || time->year > kLastMailYear) return;
   char form[kDefaultFormRoom];
   const std::optional<HeaderDate> back = ReadHeaderDate({form, DefaultDateForm(*time, bias, form)});
-  Require(back && back->has_zone && MomentOf(*back, 0) == MomentOf(date, bias));
+  Demand(back && back->has_zone && MomentOf(*back, 0) == MomentOf(date, bias));
 }
 
 }  // namespace
@@ -65,11 +61,11 @@ void CheckMoment(const HeaderDate& date, std::int64_t bias) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   const std::optional<HeaderDate> date = ReadHeaderDate(text);
-  Require(ReadAnyHeaderDate(text) == date);
+  Demand(ReadAnyHeaderDate(text) == date);
   const std::string copy(text);
-  Require(ReadHeaderDate("\r\n " + copy + " \t") == date);
-  Require(ReadHeaderDate("(a (b\\)) \x95\x5C)" + copy) == date);
-  Require(ReadHeaderDate(UpperCase(copy)) == date);
+  Demand(ReadHeaderDate("\r\n " + copy + " \t") == date);
+  Demand(ReadHeaderDate("(a (b\\)) \x95\x5C)" + copy) == date);
+  Demand(ReadHeaderDate(UpperCase(copy)) == date);
   if (!date) return 0;
   CheckRange(*date);
   CheckReadsBack(*date);

@@ -5,14 +5,11 @@
 #include <cstring>
 #include <string>
 
+#include "fuzz/demand.h"
 #include "src/addresses/address_entry.h"
 #include "src/addresses/display_name.h"
 
 namespace {
-
-void Require(bool condition) {
-  if (!condition) __builtin_trap();
-}
 
 void Check(std::string_view name, unsigned code_page) {
   // An exact buffer lets the sanitizer see a write behind it.
@@ -22,11 +19,11 @@ void Check(std::string_view name, unsigned code_page) {
   wfinfo::QuoteDisplayName(buffer.data(), code_page);
   const std::string once = buffer.c_str();
   const bool changed = once != name;
-  Require(!changed || once.size() < wfinfo::kAddressRoom);
-  Require(!changed || wfinfo::IsQuotedName(once, code_page));
-  Require(wfinfo::IsQuotedName(once, code_page) || !wfinfo::NeedsQuotes(once, code_page));
+  Demand(!changed || once.size() < wfinfo::kAddressRoom);
+  Demand(!changed || wfinfo::IsQuotedName(once, code_page));
+  Demand(wfinfo::IsQuotedName(once, code_page) || !wfinfo::NeedsQuotes(once, code_page));
   wfinfo::QuoteDisplayName(buffer.data(), code_page);
-  Require(once == buffer.c_str());
+  Demand(once == buffer.c_str());
 }
 
 // A quoted name without line breaks parses back as itself.
@@ -40,9 +37,9 @@ void CheckRoundTrip(std::string_view name) {
   const std::string list = quoted + " <a@example.com>, b@example.com";
   wfinfo::AddressParts parts;
   const wfinfo::AddressEntry entry = wfinfo::SplitAddressEntry(list, &parts);
-  Require(entry.error == wfinfo::AddressError::kNone);
-  Require(std::strcmp(parts.address, "a@example.com") == 0);
-  Require(quoted == parts.name);
+  Demand(entry.error == wfinfo::AddressError::kNone);
+  Demand(std::strcmp(parts.address, "a@example.com") == 0);
+  Demand(quoted == parts.name);
 }
 
 }  // namespace

@@ -1,17 +1,13 @@
 // Folding line ends: the measured size is what is written, the content stays, a second rewriting changes
 // nothing, the kernels agree.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.h"
 #include "src/message/line_ends.h"
 
 namespace {
-
-void Demand(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::string Rewritten(const wfinfo::LineKernels& kernels, const std::string& text, wfinfo::LineEnd form) {
   const wfinfo::FoldSize size = kernels.measure_folded(text.c_str(), form);

@@ -1,10 +1,10 @@
 // Word scanning and split account texts on any bytes: the input's first byte chooses the table or the text.
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "fuzz/demand.h"
 #include "src/commands/account_fields.h"
 #include "src/commands/keyword_table.h"
 #include "src/commands/transfer_words.h"
@@ -13,19 +13,15 @@ using namespace wfinfo;
 
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
 // What was not read is an end of the input at which no word stands; reading it again changes nothing.
 void CheckScan(const KeywordTable& table, std::string_view text) {
   const KeywordScan scan = ScanKeywords(table, text);
-  Require(text.ends_with(scan.rest));
-  Require(scan.rest.empty() || FindKeywordPrefix(table, scan.rest) == nullptr);
-  Require(scan.codes != 0 || scan.rest.size() == text.size());
+  Demand(text.ends_with(scan.rest));
+  Demand(scan.rest.empty() || FindKeywordPrefix(table, scan.rest) == nullptr);
+  Demand(scan.codes != 0 || scan.rest.size() == text.size());
   const std::string_view read = text.substr(0, text.size() - scan.rest.size());
   const KeywordScan again = ScanKeywords(table, read);
-  Require(again.rest.empty() && again.codes == scan.codes);
+  Demand(again.rest.empty() && again.codes == scan.codes);
 }
 
 // A stored text comes back, but for the bytes that the text is said to lose, and nothing else changes.
@@ -34,16 +30,16 @@ void CheckSplit(const SplitText& split, std::string_view text) {
   std::vector<char> record(kAccountRecordSize, '\x33');
   std::string joined(split.Limit() + 1, '\0');
   const bool stored = StoreSplitText(split, text, record.data());
-  Require(stored == (text.size() <= split.Limit()));
+  Demand(stored == (text.size() <= split.Limit()));
   if (stored) {
     joined.resize(JoinSplitText(split, record.data(), joined.data()));
     std::string expected(text);
     if (expected.size() >= split.room) expected.erase(split.room - 1u, split.dropped);
-    Require(joined == expected);
+    Demand(joined == expected);
   }
   std::memset(record.data() + split.offset, '\x33', split.room);
   std::memset(record.data() + split.overflow_offset, '\x33', split.overflow_room);
-  for (const char byte : record) Require(byte == '\x33');
+  for (const char byte : record) Demand(byte == '\x33');
 }
 
 }  // namespace
@@ -60,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       break;
     case 2: {
       const ExportType parsed = ParseExportType(text);
-      Require(parsed.known || (parsed.type == 0 && parsed.naming == 0));
+      Demand(parsed.known || (parsed.type == 0 && parsed.naming == 0));
       break;
     }
     default:

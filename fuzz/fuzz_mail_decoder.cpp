@@ -7,29 +7,26 @@
 // - host text survives the way to UTF-16 and back;
 // - attachment names are never empty and hold no folder.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/message.h"
+#include "host/mime/sections.h"
 #include "src/text/host_text.h"
 
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-void RequireWholeText(std::string_view text) {
+void DemandWholeText(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const std::string_view unit = wfinfo::NextUnit(text.substr(at));
-    Require(unit[0] != '\0' && unit[0] != '\n');
-    if (unit.size() == 1) Require(!wfinfo::IsLeadByte(unit[0]) && unit[0] != wfinfo::kEscapeByte);
+    Demand(unit[0] != '\0' && unit[0] != '\n');
+    if (unit.size() == 1) Demand(!wfinfo::IsLeadByte(unit[0]) && unit[0] != wfinfo::kEscapeByte);
     at += unit.size();
     if (unit[0] != '\r') continue;
-    Require(at < text.size() && text[at] == '\n');
+    Demand(at < text.size() && text[at] == '\n');
     ++at;
   }
 }
@@ -38,7 +35,7 @@ void RequireWholeText(std::string_view text) {
 std::size_t CountHeaders(std::string_view header) {
   std::size_t count = 0;
   for (std::size_t at = 0; at < header.size(); at = header.find("\r\n", at) + 2) {
-    Require(header[at] != '\r');
+    Demand(header[at] != '\r');
     if (at == 0 || (header[at] != ' ' && header[at] != '\t')) ++count;
   }
   return count;
@@ -46,18 +43,18 @@ std::size_t CountHeaders(std::string_view header) {
 
 void CheckMail(std::string_view raw) {
   const wrenfold::HostMessage message = wrenfold::MakeHostMessage(raw);
-  Require(message.text.size() <= 4 * raw.size() + 64);
-  RequireWholeText(message.text);
+  Demand(message.text.size() <= 4 * raw.size() + 64);
+  DemandWholeText(message.text);
   const std::string_view header = std::string_view(message.text).substr(0, message.body_offset);
-  Require(header.ends_with("\r\n"));
-  Require(CountHeaders(header.substr(0, header.size() - 2)) == wrenfold::SplitMessage(raw).headers.size());
+  Demand(header.ends_with("\r\n"));
+  Demand(CountHeaders(header.substr(0, header.size() - 2)) == wrenfold::SplitMessage(raw).headers.size());
   const std::u16string wide = wrenfold::SystemCharsets().FromHostText(message.text);
-  Require(wrenfold::SystemCharsets().ToHostText(wide) == message.text);
+  Demand(wrenfold::SystemCharsets().ToHostText(wide) == message.text);
   for (const wrenfold::Attachment& attachment : message.attachments) {
-    Require(!attachment.file_name.empty());
-    RequireWholeText(attachment.file_name);
+    Demand(!attachment.file_name.empty());
+    DemandWholeText(attachment.file_name);
     const std::u16string name = wrenfold::SystemCharsets().FromHostText(attachment.file_name);
-    Require(name.find_first_of(u"/\\") == name.npos);
+    Demand(name.find_first_of(u"/\\") == name.npos);
   }
 }
 
@@ -69,9 +66,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!wrenfold::IsMbox(bytes)) return 0;
   std::size_t total = 0;
   for (const wrenfold::StoredMail& mail : wrenfold::SplitMbox(bytes)) {
-    Require(mail.offset <= size);
+    Demand(mail.offset <= size);
     total += mail.raw.size();
   }
-  Require(total <= size);
+  Demand(total <= size);
   return 0;
 }

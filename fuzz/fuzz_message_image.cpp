@@ -4,6 +4,7 @@
 #include <cstring>
 #include <vector>
 
+#include "fuzz/demand.h"
 #include "src/mapi/message_image.h"
 
 using namespace wfinfo::mapi;
@@ -17,8 +18,7 @@ struct Bounds {
   void Check(const void* address, std::size_t length) const {
     if (address == nullptr) return;
     const auto* at = static_cast<const char*>(address);
-    if (at <= start || at >= start + size || length > static_cast<std::size_t>(start + size - at))
-      __builtin_trap();
+    Demand(at > start && at < start + size && length <= static_cast<std::size_t>(start + size - at));
   }
 };
 
@@ -26,7 +26,7 @@ template <class Record>
 void CheckRecords(const Bounds& bounds, const Record* first, std::uint32_t count,
                   const void* (*first_text)(const Record&), const void* (*second_text)(const Record&)) {
   if (first == nullptr) {
-    if (count != 0) __builtin_trap();
+    Demand(count == 0);
     return;
   }
   bounds.Check(first, count * sizeof(Record));
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const char* text : {mail.subject, mail.note_text, mail.date_received}) {
     bounds.Check(text, 1);
     // Terminated within the room; an image shorter than a record is followed by the rest of the record.
-    if (text != nullptr && text + std::strlen(text) >= image.data() + image.size()) __builtin_trap();
+    Demand(text == nullptr || text + std::strlen(text) < image.data() + image.size());
   }
   const auto name = [](const Recipient& r) -> const void* { return r.name; };
   const auto address = [](const Recipient& r) -> const void* { return r.address; };

@@ -1,20 +1,16 @@
 // Command lines and messages of OpenPGP programs: what is measured is what is written; each word of the
 // recipients is an option of its own; no line that names a temporary file is left, and the others stay.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.h"
 #include "src/openpgp/command_line.h"
 #include "src/openpgp/info_lines.h"
 
 using namespace wfinfo;
 
 namespace {
-
-void Demand(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::size_t CountWords(std::string_view text) {
   std::size_t words = 0;

@@ -1,19 +1,15 @@
 // Raw mail text: the kernels agree with each other and with a walk unit by unit, views stay inside the text,
 // counts agree with walks.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.h"
 #include "src/message/line_scan.h"
 #include "src/message/raw_message.h"
 #include "src/text/host_text.h"
 
 namespace {
-
-void Demand(bool holds) {
-  if (!holds) std::abort();
-}
 
 bool Inside(const std::string& text, std::string_view part) {
   return part.data() >= text.data() && part.data() + part.size() <= text.data() + text.size();

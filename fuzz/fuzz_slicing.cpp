@@ -4,21 +4,18 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/demand.h"
 #include "src/strings/letter_case.h"
 #include "src/strings/randomness.h"
 #include "src/strings/slicing.h"
 
 namespace {
 
-void Require(bool condition) {
-  if (!condition) __builtin_trap();
-}
-
 void CheckPart(std::string_view text, std::string_view part, const std::vector<bool>& border) {
   if (part.empty()) return;
-  Require(part.data() >= text.data() && part.data() + part.size() <= text.data() + text.size());
+  Demand(part.data() >= text.data() && part.data() + part.size() <= text.data() + text.size());
   const auto begin = static_cast<std::size_t>(part.data() - text.data());
-  Require(border[begin] && border[begin + part.size()]);
+  Demand(border[begin] && border[begin + part.size()]);
 }
 
 void CheckEscaping(std::string_view text) {
@@ -31,15 +28,15 @@ void CheckEscaping(std::string_view text) {
     undone += unit;
     rest.remove_prefix(unit.size());
   }
-  Require(undone == text.substr(0, undone.size()));
-  Require(undone.size() == text.size() || escaped.size() >= wfinfo::kEscapedLimit);
+  Demand(undone == text.substr(0, undone.size()));
+  Demand(undone.size() == text.size() || escaped.size() >= wfinfo::kEscapedLimit);
 }
 
 void CheckSearch(std::string_view text, std::string_view part, const std::vector<bool>& border) {
   bool found = false;
   for (std::size_t at = 0; at <= text.size(); ++at)
     found = found || (border[at] && text.substr(at, part.size()) == part);
-  Require(wfinfo::Includes(text, part) == found);
+  Demand(wfinfo::Includes(text, part) == found);
 }
 
 }  // namespace
@@ -58,8 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CheckPart(text, right, border);
   CheckPart(text, wfinfo::MiddlePart(text, start, count), border);
   CheckPart(text, wfinfo::BaseName(text), border);
-  Require(left.size() <= static_cast<std::size_t>(count));
-  Require(right.size() <= static_cast<std::size_t>(count) + 4);
+  Demand(left.size() <= static_cast<std::size_t>(count));
+  Demand(right.size() <= static_cast<std::size_t>(count) + 4);
   CheckEscaping(text);
   CheckSearch(text, text.substr(text.size() / 2, static_cast<std::size_t>(count % 4)), border);
 
@@ -67,12 +64,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   wfinfo::MakeUpperCase(upper);
   std::string again = upper;
   wfinfo::MakeUpperCase(again);
-  Require(upper == again && upper.size() == text.size());
+  Demand(upper == again && upper.size() == text.size());
   for (std::size_t i = 0; i < text.size(); ++i)
-    Require(upper[i] == text[i] || (text[i] >= 'a' && text[i] <= 'z'));
+    Demand(upper[i] == text[i] || (text[i] >= 'a' && text[i] <= 'z'));
   wfinfo::MakeLowerCase(again);
 
   const int random = wfinfo::RandomnessScore(text) + 2 * wfinfo::DomainRandomness(text);
-  Require(random >= 0 && random <= 3);
+  Demand(random >= 0 && random <= 3);
   return 0;
 }

@@ -3,12 +3,12 @@
 // again are the list; the signer's address lies inside its report; mail names lie inside their extension.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.h"
 #include "src/smime/address_words.h"
 #include "src/smime/mail_names.h"
 #include "src/smime/report_writer.h"
@@ -18,10 +18,6 @@ using namespace wfinfo;
 using namespace wfinfo::smime;
 
 namespace {
-
-void Demand(bool holds) {
-  if (!holds) std::abort();
-}
 
 void CheckName(std::string name, bool was_cut) {
   const std::size_t before = name.size();

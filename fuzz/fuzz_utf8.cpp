@@ -1,21 +1,17 @@
 // UTF-8: all validators agree with each other and with a plain decoder, and the conversion to host text stays
 // within its room and never splits a character.
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.h"
 #include "src/text/host_text.h"
 #include "src/text/utf8_text.h"
 #include "src/text/wide_text.h"
 #include "tests/support/iconv_code_page.h"
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // Decodes one sequence; its length, 0 when it is not well-formed.
 std::size_t PlainLength(std::string_view text) {
@@ -48,23 +44,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   const bool well_formed = PlainIsWellFormed(text);
   for (const wfinfo::Utf8Validator* const validator : wfinfo::RunnableUtf8Validators()) {
-    Require(validator->is_well_formed(text) == well_formed);
+    Demand(validator->is_well_formed(text) == well_formed);
   }
 
   const wfinfo::CodePage& code_page = wfinfo_test::IconvCodePage();
   const std::size_t room = wfinfo::Utf8ToHostRoom(text);
   const std::unique_ptr<char[]> host(new char[room]);
   const std::size_t length = wfinfo::Utf8ToHostMbcs(text, host.get(), code_page);
-  Require(length < room);
+  Demand(length < room);
   // What comes out is whole units: the last one ends where the text does.
   std::string_view rest(host.get(), length);
   while (!rest.empty()) {
-    Require(rest[0] != wfinfo::kEscapeByte || wfinfo::StartsWithEscape(rest) || !well_formed);
+    Demand(rest[0] != wfinfo::kEscapeByte || wfinfo::StartsWithEscape(rest) || !well_formed);
     rest.remove_prefix(wfinfo::UnitLength(rest));
   }
   wfinfo::IsLikelyUtf8(text);
   wfinfo::LooksLikeShiftJis(text, code_page);
   // Host text that was written passes the Shift-JIS walk but for the share of rare characters.
-  Require(wfinfo::LooksLikeShiftJis({host.get(), 0}, code_page));
+  Demand(wfinfo::LooksLikeShiftJis({host.get(), 0}, code_page));
   return 0;
 }

@@ -4,7 +4,8 @@
     python3 tools/draw_architecture.py > docs/architecture.svg
 
 What everyone takes from (base, text, bridge, catalogue; in the small host base and charset) would hide the rest under
-arrows: those rooms show as ground, with the number of rooms that take from them.
+arrows: those rooms show as ground, with the number of rooms that take from them. What the small host takes of the
+library stands as names under the rooms that it takes from. Floors move sideways until few arrows pass behind a room.
 """
 import pathlib
 import sys
@@ -15,63 +16,135 @@ import house  # noqa: E402
 
 GROUND = {"src/base", "src/text", "src/bridge", "src/catalogue", "host/base", "host/charset"}
 BOX_WIDTH, BOX_HEIGHT, GAP, FLOOR_HEIGHT, MARGIN, TOP = 106, 34, 16, 92, 24, 64
+STEP = (BOX_WIDTH + GAP) // 2
+ROUNDS = 4  # of moving floors; a further one changes nothing
+POINTS = [i / 16 for i in range(1, 16)]  # of an arrow, where it is looked at
 
 
-def places(floors, prefix, left, width):
-    """{room: (x, y of its box)}; the roof is at the top."""
-    found = {}
-    for floor, rooms in enumerate(floors):
-        row = len(rooms) * BOX_WIDTH + (len(rooms) - 1) * GAP
-        x = left + (width - row) // 2
-        y = TOP + (max(len(house.LIBRARY), len(house.HOST)) - 1 - floor) * FLOOR_HEIGHT
-        for room in rooms:
-            found[f"{prefix}/{room}"] = (x, y)
-            x += BOX_WIDTH + GAP
-    return found
+def house_of(room):
+    return room.split("/")[0]
 
 
-def arrow(start, end, crossing):
+def floor_width(rooms):
+    return len(rooms) * BOX_WIDTH + (len(rooms) - 1) * GAP
+
+
+class Plan:
+    """Where the rooms of one house stand: floors bottom up, each moved sideways by a number of steps."""
+
+    def __init__(self, floors, prefix, left, width, arrows):
+        self.floors = [[f"{prefix}/{room}" for room in rooms] for rooms in floors]
+        self.left, self.width = left, width
+        self.moves = [0] * len(floors)
+        self.arrows = [pair for pair in sorted(arrows) if house_of(pair[0]) == house_of(pair[1]) == prefix
+                       and pair[1] not in GROUND]
+        self.places = self.find_places()
+
+    def find_places(self):
+        """{room: (x, y of its box)}; the roof is at the top."""
+        found = {}
+        for floor, rooms in enumerate(self.floors):
+            x = self.left + (self.width - floor_width(rooms)) // 2 + self.moves[floor] * STEP
+            y = TOP + (max(len(house.LIBRARY), len(house.HOST)) - 1 - floor) * FLOOR_HEIGHT
+            for room in rooms:
+                found[room] = (x, y)
+                x += BOX_WIDTH + GAP
+        return found
+
+    def cost(self):
+        """Points of arrows that lie behind rooms, and, much less, how far arrows lead aside."""
+        hidden = aside = 0
+        for start, end in self.arrows:
+            if start not in self.places or end not in self.places:
+                continue
+            curve = curve_of(self.places[start], self.places[end])
+            aside += abs(curve[0][0] - curve[3][0])
+            low, high = curve[0][1], curve[3][1]
+            between = [place for place in self.places.values() if low < place[1] + BOX_HEIGHT and place[1] < high]
+            for x, y in (point_of(curve, t) for t in POINTS):
+                hidden += any(left - 4 < x < left + BOX_WIDTH + 4 and top - 4 < y < top + BOX_HEIGHT + 4
+                              for left, top in between)
+        return hidden * 1000 + aside
+
+    def settle(self):
+        """Moves one floor after the other to where it hides least."""
+        for _ in range(ROUNDS):
+            for floor, rooms in enumerate(self.floors):
+                most = (self.width - floor_width(rooms)) // 2 // STEP
+                self.moves[floor] = min(range(-most, most + 1), key=lambda move: (self.cost_at(floor, move), abs(move)))
+                self.places = self.find_places()
+        return self.places
+
+    def cost_at(self, floor, move):
+        self.moves[floor] = move
+        self.places = self.find_places()
+        return self.cost()
+
+
+def curve_of(start, end):
     (x1, y1), (x2, y2) = start, end
     x1, y1, x2 = x1 + BOX_WIDTH // 2, y1 + BOX_HEIGHT, x2 + BOX_WIDTH // 2
     bend = (y2 - y1) // 2
-    kind = "across" if crossing else "down"
-    return f'<path class="{kind}" d="M{x1} {y1} C{x1} {y1 + bend} {x2} {y2 - bend} {x2} {y2}" marker-end="url(#tip)"/>'
+    return (x1, y1), (x1, y1 + bend), (x2, y2 - bend), (x2, y2)
+
+
+def point_of(curve, t):
+    weights = (1 - t) ** 3, 3 * t * (1 - t) ** 2, 3 * t * t * (1 - t), t ** 3
+    return tuple(sum(weight * point[axis] for weight, point in zip(weights, curve)) for axis in (0, 1))
+
+
+def arrow(start, end):
+    (x1, y1), (x2, y2), (x3, y3), (x4, y4) = curve_of(start, end)
+    return f'<path d="M{x1} {y1} C{x2} {y2} {x3} {y3} {x4} {y4}" marker-end="url(#tip)"/>'
+
+
+def labels(room, arrows):
+    """(class, text) of the lines under a room."""
+    if room in GROUND:
+        yield "small", f"{sum(1 for pair in arrows if pair[1] == room)} rooms take from it"
+    elif house_of(room) == "src":
+        takers = sorted(pair[0].split("/")[1] for pair in arrows if pair[1] == room and house_of(pair[0]) == "host")
+        if takers:
+            yield "host", "host: " + ", ".join(takers)
+
+
+def box(room, place, arrows):
+    (x, y), name = place, room.split("/")[1]
+    kind = ' class="ground"' if room in GROUND else ""
+    size = ' font-size="9"' if len(name) > 15 else ""
+    yield f'<rect{kind} x="{x}" y="{y}" width="{BOX_WIDTH}" height="{BOX_HEIGHT}"/>'
+    yield f'<text x="{x + BOX_WIDTH // 2}" y="{y + 21}"{size}>{escape(name)}</text>'
+    for kind, text in labels(room, arrows):
+        yield f'<text class="{kind}" x="{x + BOX_WIDTH // 2}" y="{y + BOX_HEIGHT + 12}">{escape(text)}</text>'
 
 
 def draw():
     arrows = house.arrows(house.repository_files())
-    row = max(len(rooms) for rooms in house.LIBRARY + house.HOST)
-    width = row * BOX_WIDTH + (row - 1) * GAP
-    boxes = places(house.LIBRARY, "src", MARGIN, width)
+    width = max(floor_width(rooms) for rooms in house.LIBRARY)
+    host_width = max(floor_width(rooms) for rooms in house.HOST) + 4 * STEP
     right = 2 * MARGIN + width
-    boxes.update(places(house.HOST, "host", right, width // 2))
-    total = right + width // 2 + MARGIN
+    library = Plan(house.LIBRARY, "src", MARGIN, width, arrows)
+    host = Plan(house.HOST, "host", right, host_width, arrows)
+    boxes = {**library.settle(), **host.settle()}
+    total = right + host_width + MARGIN
     height = TOP + max(len(house.LIBRARY), len(house.HOST)) * FLOOR_HEIGHT
-    taken = {room: sum(1 for pair in arrows if pair[1] == room) for room in GROUND}
     lines = [
         f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {total} {height}" font-family="sans-serif" font-size="12">',
         "<title>The rooms of the library and of the small host, and which takes from which</title>",
         "<style>rect{fill:#eef3f8;stroke:#345;rx:4}rect.ground{fill:#e6e0d2}text{text-anchor:middle}"
-        "path{fill:none;stroke:#678;stroke-width:1.2}path.across{stroke:#b63;stroke-dasharray:5 3}"
-        ".head{font-size:16px;font-weight:bold}.small{font-size:10px;fill:#555}</style>",
+        "path{fill:none;stroke:#678;stroke-width:1.2}"
+        ".head{font-size:16px;font-weight:bold}.small{font-size:10px;fill:#555}.host{font-size:9px;fill:#a42}"
+        ".small,.host{paint-order:stroke;stroke:#fff;stroke-width:3}</style>",
         '<defs><marker id="tip" viewBox="0 0 8 8" refX="8" refY="4" markerWidth="7" markerHeight="7" orient="auto">'
         '<path d="M0 0L8 4L0 8z" fill="#678" stroke="none"/></marker></defs>',
         f'<text class="head" x="{MARGIN + width // 2}" y="28">src: the library</text>',
-        f'<text class="head" x="{right + width // 4}" y="28">host: the small host</text>',
+        f'<text class="head" x="{right + host_width // 2}" y="28">host: the small host</text>',
     ]
-    for pair in sorted(arrows):
-        if pair[0] in boxes and pair[1] in boxes and pair[1] not in GROUND:
-            lines.append(arrow(boxes[pair[0]], boxes[pair[1]], pair[0].split("/")[0] != pair[1].split("/")[0]))
+    for pair in library.arrows + host.arrows:
+        if pair[0] in boxes and pair[1] in boxes:
+            lines.append(arrow(boxes[pair[0]], boxes[pair[1]]))
     for room in sorted(boxes):
-        x, y = boxes[room]
-        name = room.split("/")[1]
-        kind = ' class="ground"' if room in GROUND else ""
-        lines.append(f'<rect{kind} x="{x}" y="{y}" width="{BOX_WIDTH}" height="{BOX_HEIGHT}"/>')
-        size = ' font-size="9"' if len(name) > 15 else ""
-        lines.append(f'<text x="{x + BOX_WIDTH // 2}" y="{y + 21}"{size}>{escape(name)}</text>')
-        if room in GROUND:
-            lines.append(f'<text class="small" x="{x + BOX_WIDTH // 2}" y="{y + BOX_HEIGHT + 12}">'
-                         f"{taken[room]} rooms take from it</text>")
+        lines += box(room, boxes[room], arrows)
     return "\n".join(lines + ["</svg>"]) + "\n"
 
 

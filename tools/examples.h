@@ -6,18 +6,19 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace wfinfo {
 
-// What each export's example is: the lines of its macro, "#> " in front of what they print. An example may show
-// several exports.
+// What each export's example is: the lines of its macro, "#> " in front of what they print, or of its program
+// in C with "//> ". An example may show several exports.
 using Examples = std::map<std::string, std::string, std::less<>>;
 
-// The names of "## First, Second".
+// The names of "First, Second".
 inline std::vector<std::string> ExampleNames(const std::string& heading) {
   std::vector<std::string> names(1);
-  for (const char c : heading.substr(3)) {
+  for (const char c : heading) {
     if (c == ',') {
       names.emplace_back();
     } else if (c != ' ') {
@@ -27,12 +28,13 @@ inline std::vector<std::string> ExampleNames(const std::string& heading) {
   return names;
 }
 
-inline void ReadExampleFile(const std::filesystem::path& path, Examples& examples) {
+// `mark` begins the heading of an example.
+inline void ReadExampleFile(const std::filesystem::path& path, std::string_view mark, Examples& examples) {
   std::ifstream file(path);
   std::vector<std::string> names;
   for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("## ")) {
-      names = ExampleNames(line);
+    if (line.starts_with(mark)) {
+      names = ExampleNames(line.substr(mark.size()));
     } else {
       for (const std::string& name : names) examples[name] += line + "\n";
     }
@@ -42,7 +44,8 @@ inline void ReadExampleFile(const std::filesystem::path& path, Examples& example
 inline Examples ReadExamples(const std::filesystem::path& folder) {
   Examples examples;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (entry.path().extension() == ".macro") ReadExampleFile(entry.path(), examples);
+    if (entry.path().extension() == ".macro") ReadExampleFile(entry.path(), "## ", examples);
+    if (entry.path().extension() == ".c") ReadExampleFile(entry.path(), "// ## ", examples);
   }
   for (auto& [name, text] : examples) text.erase(text.find_last_not_of('\n') + 2);
   return examples;

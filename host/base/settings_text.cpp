@@ -109,6 +109,15 @@ void SettingsText::RenameSection(std::string_view section, std::string_view name
   if (const auto at = FindSection(section)) lines_[*at] = "[" + std::string(name) + "]";
 }
 
+void SettingsText::RemoveSection(std::string_view section) {
+  const auto at = FindSection(section);
+  if (!at) return;
+  std::size_t end = *at + 1;
+  while (end < lines_.size() && SectionOf(lines_[end]).empty()) ++end;
+  lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(*at),
+               lines_.begin() + static_cast<std::ptrdiff_t>(end));
+}
+
 void SettingsText::Set(std::string_view section, std::string_view key, std::string_view value) {
   const auto at = FindSection(section);
   if (!at) return;

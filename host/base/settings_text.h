@@ -30,6 +30,8 @@ class SettingsText {
   static bool CanBeSection(std::string_view name);
   void AddSection(std::string_view section);
   void RenameSection(std::string_view section, std::string_view name);
+  // Takes the section out with all its lines, comments included; nothing without such a section.
+  void RemoveSection(std::string_view section);
   // Changes the key's line, or adds one behind the last line of the section, which must exist.
   void Set(std::string_view section, std::string_view key, std::string_view value);
 

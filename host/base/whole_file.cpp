@@ -30,11 +30,17 @@ std::optional<std::string> ReadWholeFile(const fs::path& file) {
 }
 
 std::optional<std::string> ReadBeginning(const fs::path& file, std::size_t most) {
+  return ReadBytes(file, 0, most);
+}
+
+std::optional<std::string> ReadBytes(const fs::path& file, std::uintmax_t at, std::size_t most) {
   std::error_code error;
   const std::uintmax_t whole = fs::file_size(file, error);
   std::ifstream stream(file, std::ios::binary);
   if (error || !stream.is_open()) return std::nullopt;
-  std::string bytes(static_cast<std::size_t>(std::min<std::uintmax_t>(most, whole)), '\0');
+  const std::uintmax_t rest = whole - std::min(at, whole);
+  std::string bytes(static_cast<std::size_t>(std::min<std::uintmax_t>(most, rest)), '\0');
+  stream.seekg(static_cast<std::streamoff>(at));
   stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (stream.bad()) return std::nullopt;
   bytes.resize(static_cast<std::size_t>(stream.gcount()));

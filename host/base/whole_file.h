@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -14,6 +15,9 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
 
 // At most the first `most` bytes of a file.
 std::optional<std::string> ReadBeginning(const std::filesystem::path& file, std::size_t most);
+
+// `most` bytes from `at` on, fewer at the end of the file.
+std::optional<std::string> ReadBytes(const std::filesystem::path& file, std::uintmax_t at, std::size_t most);
 
 // Makes the file, or gives it new contents. False on failure, which may leave it cut.
 bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);

@@ -6,6 +6,7 @@
 
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/library/draft_functions_win.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/smime_mail.h"
 #include "src/base/slot.h"
@@ -78,12 +79,6 @@ Result ReportText(Parameters given) {
   return Value(std::move(text));
 }
 
-struct HostFunction {
-  std::string_view name;
-  std::size_t parameters;
-  Result (*call)(Parameters given);
-};
-
 constexpr HostFunction kFunctions[] = {
     {"HostReadSmime", 1, ReadSmime},          {"HostSmimeMessage", 0, Message},
     {"HostSmimeMessageSize", 0, MessageSize}, {"HostSmimeContent", 0, Content},
@@ -95,10 +90,15 @@ const HostFunction* Find(std::string_view name) {
   for (const HostFunction& function : kFunctions) {
     if (function.name == name) return &function;
   }
+  for (const HostFunction& function : DraftFunctions()) {
+    if (function.name == name) return &function;
+  }
   return nullptr;
 }
 
 }  // namespace
+
+void SetHostReason(std::string_view utf8) { Reason() = SystemCharsets().Utf8ToHost(utf8); }
 
 bool IsHostFunction(std::string_view name) { return Find(name) != nullptr; }
 

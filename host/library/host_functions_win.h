@@ -12,6 +12,15 @@
 
 namespace wrenfold {
 
+struct HostFunction {
+  std::string_view name;
+  std::size_t parameters;
+  std::variant<macro::Value, macro::Complaint> (*call)(std::span<const macro::Value> given);
+};
+
+// Why the function called last failed, UTF-8; "" when it did not.
+void SetHostReason(std::string_view utf8);
+
 bool IsHostFunction(std::string_view name);
 
 // Why a call with so many parameters cannot be made; nullopt for a fitting one.

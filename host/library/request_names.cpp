@@ -67,7 +67,9 @@ std::string RequestNames(const RequestKey& key, std::string_view calling) {
     if (i == kMostNames) return names + "...";
     names += senders[i]->name;
   }
-  return names.empty() ? "?" : names;
+  // A command that no row names: the header views behind the first.
+  if (names.empty()) return calling.empty() ? "?" : std::string(calling);
+  return names;
 }
 
 std::string RequestTitle(const RequestKey& key) {

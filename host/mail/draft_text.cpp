@@ -80,6 +80,22 @@ Recipients ReplyRecipients(std::string_view mail, ReplyKind kind, std::string_vi
   return recipients;
 }
 
+std::string ReplyTo(std::string_view mail, std::string_view quoted_body) {
+  const std::string reply_to = Value(mail, "Reply-To");
+  const std::string subject = Value(mail, "Subject");
+  const bool is_reply = EqualsIgnoringCase(std::string_view(subject).substr(0, 3), "Re:");
+  const std::string id = Value(mail, "Message-ID");
+  const std::string references = Value(mail, "References");
+  std::string text;
+  AddHeader(text, "To", reply_to.empty() ? Value(mail, "From") : reply_to);
+  AddHeader(text, "Subject", is_reply ? subject : "Re: " + subject);
+  if (!id.empty()) {
+    AddHeader(text, "In-Reply-To", id);
+    AddHeader(text, "References", references.empty() ? id : references + "\r\n " + id);
+  }
+  return text + "\r\n" + std::string(quoted_body);
+}
+
 std::string ForwardHeaders(std::string_view mail) {
   const std::string subject = Value(mail, "Subject");
   const bool is_forward = EqualsIgnoringCase(std::string_view(subject).substr(0, 4), "Fwd:");

@@ -28,12 +28,6 @@ std::string HeaderLine(std::string_view name, std::string_view value) {
   return std::string(WithoutColon(name)) + ": " + Folded(value) + "\r\n";
 }
 
-std::string Value(std::string_view mail, std::string_view name) {
-  return std::string(HeaderValue(mail, name).value_or(""));
-}
-
-bool IsReplySubject(std::string_view subject) { return EqualsIgnoringCase(subject.substr(0, 3), "Re:"); }
-
 }  // namespace
 
 void AddHeader(std::string& text, std::string_view name, std::string_view value) {
@@ -59,20 +53,6 @@ bool DeleteHeader(std::string& text, std::string_view name, std::size_t n) {
   const auto found = FindField(text, name, n);
   if (found) text.erase(found->at, found->lines.size());
   return found.has_value();
-}
-
-std::string ReplyTo(std::string_view mail, std::string_view quoted_body) {
-  const std::string reply_to = Value(mail, "Reply-To");
-  const std::string subject = Value(mail, "Subject");
-  const std::string id = Value(mail, "Message-ID");
-  const std::string references = Value(mail, "References");
-  std::string text = HeaderLine("To", reply_to.empty() ? Value(mail, "From") : reply_to);
-  text += HeaderLine("Subject", IsReplySubject(subject) ? subject : "Re: " + subject);
-  if (!id.empty()) {
-    text += HeaderLine("In-Reply-To", id);
-    text += HeaderLine("References", references.empty() ? id : references + "\r\n " + id);
-  }
-  return text + "\r\n" + std::string(quoted_body);
 }
 
 }  // namespace wrenfold

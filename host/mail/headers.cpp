@@ -7,16 +7,11 @@
 namespace wrenfold {
 namespace {
 
-// Bytes up to the LF that ends a line, which an escape never holds.
-std::size_t LengthOfLine(std::string_view text) {
+// The line that host text begins with. It ends at a LF, which an escape never holds, and at the CR before it.
+LineLength FirstHostLine(std::string_view text) {
   const std::size_t end = text.find('\n');
-  return end == std::string_view::npos ? text.size() : end + 1;
-}
-
-std::string_view WithoutLineEnd(std::string_view line) {
-  if (line.ends_with('\n')) line.remove_suffix(1);
-  if (line.ends_with('\r')) line.remove_suffix(1);
-  return line;
+  if (end == text.npos) return {text.size(), text.size()};
+  return {end - (text.substr(0, end).ends_with('\r') ? 1u : 0u), end + 1};
 }
 
 // Calls `visit` with each header `name` until it returns false.
@@ -38,23 +33,20 @@ std::string_view WithoutColon(std::string_view name) {
 }
 
 bool TextHeader::Is(std::string_view name) const {
-  const std::size_t colon = lines.find(':');
-  return colon != lines.npos && EqualsIgnoringCase(lines.substr(0, colon), name);
+  return field.has_colon && EqualsIgnoringCase(field.name, name);
 }
 
 std::string_view TextHeader::Value() const {
-  std::string_view value = lines.substr(std::min(lines.find(':'), lines.size() - 1) + 1);
-  while (!value.empty() && IsBlank(value[0])) value.remove_prefix(1);
-  return WithoutLineEnd(value);
+  if (!field.has_colon) return {};
+  return field.value.substr(std::min(field.value.find_first_not_of(" \t"), field.value.size()));
 }
 
 std::optional<TextHeader> FieldAt(std::string_view text, std::size_t at) {
-  if (at >= text.size() || IsLineEnd(text[at])) return std::nullopt;
-  std::size_t end = at;
-  do {
-    end += LengthOfLine(text.substr(end));
-  } while (end < text.size() && IsBlank(text[end]));
-  return TextHeader{at, text.substr(at, end - at)};
+  text.remove_prefix(std::min(at, text.size()));
+  if (HeadersEndAt(text)) return std::nullopt;
+  const LineLength header = FirstHeader(text, &FirstHostLine);
+  return TextHeader{at, text.substr(0, header.with_end),
+                    FieldOf(text.substr(0, header.text), &FirstHostLine)};
 }
 
 std::optional<TextHeader> FindField(std::string_view text, std::string_view name, std::size_t n) {

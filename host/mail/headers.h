@@ -1,10 +1,13 @@
-// Headers and body of a mail's host text, as the host itself looks them up. Line ends are CR LF.
+// Reading the headers and the body of a mail's host text, as the host itself looks them up; header_edit.h
+// changes them. Line ends are CR LF.
 #pragma once
 
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "host/mime/sections.h"
 
 namespace wrenfold {
 
@@ -16,10 +19,11 @@ struct MailText {
 };
 MailText SplitMail(std::string_view text);
 
-// One header: its line and the folded lines behind it, with their line ends.
+// One header of a text.
 struct TextHeader {
   std::size_t at;
-  std::string_view lines;
+  std::string_view lines;  // its line and the folded lines behind it, with their line ends
+  HeaderField field;
 
   // In any case of letters; `name` without a colon. A line without a colon has no name.
   bool Is(std::string_view name) const;

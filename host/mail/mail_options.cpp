@@ -4,10 +4,6 @@
 
 namespace wrenfold {
 
-bool IsUrgent(std::string_view text) {
-  return HeaderValue(text, kPriorityHeader).value_or("").starts_with('1');
-}
-
 bool AsksForNotification(std::string_view text) { return HeaderValue(text, kNotificationHeader).has_value(); }
 
 }  // namespace wrenfold

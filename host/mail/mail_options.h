@@ -5,11 +5,9 @@
 
 namespace wrenfold {
 
-inline constexpr std::string_view kPriorityHeader = "X-Priority";
 inline constexpr std::string_view kNotificationHeader = "Disposition-Notification-To";
 
 // `text` is the mail's host text.
-bool IsUrgent(std::string_view text);
 bool AsksForNotification(std::string_view text);
 
 }  // namespace wrenfold

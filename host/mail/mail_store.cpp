@@ -7,7 +7,9 @@
 
 #include "host/base/ascii.h"
 #include "host/base/whole_file.h"
+#include "host/mail/mbox.h"
 #include "host/mime/message.h"
+#include "host/mime/sections.h"
 
 namespace wrenfold {
 namespace {
@@ -27,17 +29,6 @@ constexpr Reason kReasons[] = {
     {std::errc::operation_not_permitted, "access denied"},
     {std::errc::filename_too_long, "the name is too long"},
 };
-
-std::string CannotRead(const fs::path& path, const std::string& reason) {
-  return "cannot read " + PathToUtf8(path) + ": " + reason;
-}
-
-std::string ReasonOf(const std::error_code& error) {
-  for (const Reason& row : kReasons) {
-    if (error == row.code) return row.text;
-  }
-  return error ? error.message() : "the file cannot be opened";
-}
 
 std::string ExtensionOf(const fs::path& path) { return Lower(PathToUtf8(path.extension())); }
 
@@ -75,26 +66,6 @@ bool IsFolder(const fs::path& path) {
   return fs::is_directory(path, error);
 }
 
-// True for "12:34" anywhere.
-bool HoldsTime(std::string_view line) {
-  const auto digit = [line](std::size_t at) { return IsDigit(line[at]); };
-  for (std::size_t colon = line.find(':'); colon != line.npos; colon = line.find(':', colon + 1)) {
-    if (colon >= 2 && colon + 2 < line.size() && digit(colon - 2) && digit(colon - 1) && digit(colon + 1) &&
-        digit(colon + 2)) {
-      return true;
-    }
-  }
-  return false;
-}
-
-bool IsFromLine(std::string_view line) { return line.starts_with("From ") && HoldsTime(line); }
-
-// ">From " and ">>From " lose one ">".
-bool IsQuotedFrom(std::string_view line) {
-  const std::size_t marks = line.find_first_not_of('>');
-  return marks != line.npos && marks > 0 && line.substr(marks).starts_with("From ");
-}
-
 struct FlagLetter {
   char letter;
   std::uint32_t flag;
@@ -104,7 +75,36 @@ struct FlagLetter {
 constexpr FlagLetter kFlagLetters[] = {
     {'R', kMailRead}, {'A', kMailReplied}, {'F', kMailMarked}, {'D', kMailDeleted}, {'O', kMailOld}};
 
+// Folders below folders that are looked at; what lies deeper is no mail tree.
+constexpr int kDeepest = 32;
+
+// One name for each file, however it is reached.
+fs::path Key(const fs::path& path) {
+  std::error_code error;
+  const fs::path key = fs::weakly_canonical(fs::absolute(path, error), error);
+  return error ? Normal(path) : Normal(key);
+}
+
+fs::path FolderOfFile(const fs::path& file) {
+  return file.has_parent_path() ? file.parent_path() : fs::path(".");
+}
+
+fs::path FileKey(const fs::path& file) { return Key(FolderOfFile(file)) / file.filename(); }
+
+bool IsHidden(const fs::path& path) { return PathToUtf8(path.filename()).starts_with('.'); }
+
 }  // namespace
+
+std::string CannotRead(const fs::path& path, const std::string& reason) {
+  return "cannot read " + PathToUtf8(path) + ": " + reason;
+}
+
+std::string ReasonOf(const std::error_code& error) {
+  for (const Reason& row : kReasons) {
+    if (error == row.code) return row.text;
+  }
+  return error ? error.message() : "the file cannot be opened";
+}
 
 std::uint32_t FlagsOf(std::string_view raw) {
   const MessageParts parts = SplitMessage(raw);
@@ -124,119 +124,231 @@ std::string PathToUtf8(const fs::path& path) {
 
 fs::path PathFromUtf8(std::string_view utf8) { return std::u8string(utf8.begin(), utf8.end()); }
 
-bool IsMbox(std::string_view bytes) { return IsFromLine(bytes.substr(0, FirstLine(bytes).text)); }
-
 std::vector<StoredMail> SplitMbox(std::string_view bytes) {
   std::vector<StoredMail> mails;
-  bool after_empty = true;
-  for (std::size_t at = 0; at < bytes.size();) {
-    const LineLength length = FirstLine(bytes.substr(at));
-    const std::string_view line = bytes.substr(at, length.text);
-    const std::string_view with_end = bytes.substr(at, length.with_end);
-    at += length.with_end;
-    if (after_empty && IsFromLine(line)) {
-      mails.emplace_back().offset = at;
-    } else if (!mails.empty()) {
-      mails.back().raw += IsQuotedFrom(line) ? with_end.substr(1) : with_end;
-    }
-    after_empty = line.empty();
-  }
-  // The empty line before the next "From " line is the separator's.
-  for (StoredMail& mail : mails) {
-    for (const std::string_view end : {"\r\n", "\n"}) {
-      if (!mail.raw.ends_with(std::string(end) + std::string(end))) continue;
-      mail.raw.resize(mail.raw.size() - end.size());
-      break;
-    }
+  for (const MboxSpan& span : MboxSpans(bytes)) {
+    StoredMail& mail = mails.emplace_back();
+    mail.offset = span.mail;
+    mail.raw = MailOfSpan(bytes, span);
   }
   return mails;
 }
+
+// --- Reading ---
 
 // All or nothing: what a failed path has added already is taken back.
 std::optional<std::string> MailStore::Add(const fs::path& path, Unreadable unreadable) {
   const std::size_t mails_before = mails_.size();
   const std::size_t folders_before = folders_.size();
+  const std::size_t trees_before = trees_.size();
   const std::size_t skipped_before = skipped_.size();
-  std::optional<std::string> failure = IsFolder(path) ? AddFolder(path, unreadable) : AddFile(path);
-  if (!failure && mails_.size() == mails_before) {
+  known_ = KnownFiles();
+  nothing_new_ = false;
+  std::optional<std::string> failure =
+      IsFolder(path) ? AddTree(path, unreadable) : AddFile(path, TreeOf(FolderOfFile(path)));
+  if (!failure && mails_.size() == mails_before && !nothing_new_) {
     failure = skipped_.size() > skipped_before ? skipped_.back()
                                                : CannotRead(path, "no .eml or .mbox file in this folder");
   }
   if (failure) {
     mails_.resize(mails_before);
     folders_.resize(folders_before);
+    folder_keys_.resize(folders_before);
+    trees_.resize(trees_before);
   }
   return failure;
 }
 
-std::optional<std::string> MailStore::AddFolder(const fs::path& folder, Unreadable unreadable) {
-  if (auto failure = AddFilesOf(folder, unreadable)) return failure;
+std::set<fs::path> MailStore::KnownFiles() const {
+  std::set<fs::path> known;
+  fs::path folder;
+  fs::path key;
+  for (const StoredMail& mail : mails_) {
+    if (mail.place == MailPlace::kMemory) continue;
+    // Mails of one folder mostly follow each other, and finding its key asks the system.
+    if (key.empty() || FolderOfFile(mail.source) != folder) {
+      folder = FolderOfFile(mail.source);
+      key = Key(folder);
+    }
+    known.insert(key / mail.source.filename());
+  }
+  return known;
+}
+
+std::optional<std::string> MailStore::AddTree(const fs::path& root, Unreadable unreadable) {
+  return AddBranch(root, TreeOf(root), 0, unreadable);
+}
+
+std::optional<std::string> MailStore::AddBranch(const fs::path& folder, std::size_t tree, int level,
+                                                Unreadable unreadable) {
+  AddFolder({FolderName(folder), Normal(folder), FolderKind::kFolder, tree});
+  if (auto failure = AddFilesOf(folder, tree, unreadable)) return failure;
   std::error_code error;
   for (const fs::path& entry : Entries(folder, error)) {
-    if (!IsFolder(entry)) continue;
-    auto failure = AddFilesOf(entry, unreadable);
+    // A link could lead back to where we are.
+    if (level >= kDeepest || !IsFolder(entry) || IsHidden(entry) || fs::is_symlink(entry, error)) continue;
+    auto failure = AddBranch(entry, tree, level + 1, unreadable);
     if (failure && unreadable == Unreadable::kRefuse) return failure;
     if (failure) skipped_.push_back(*std::move(failure));
   }
   return std::nullopt;
 }
 
-std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, Unreadable unreadable) {
+std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::size_t tree,
+                                                 Unreadable unreadable) {
   std::error_code error;
   const std::vector<fs::path> entries = Entries(folder, error);
   if (error) return CannotRead(folder, ReasonOf(error));
   for (const fs::path& entry : entries) {
     if (!IsMailFile(entry) || IsFolder(entry)) continue;
-    auto failure = AddFile(entry);
+    auto failure = AddFile(entry, tree);
     if (failure && unreadable == Unreadable::kRefuse) return failure;
     if (failure) skipped_.push_back(*std::move(failure));
   }
   return std::nullopt;
 }
 
-std::optional<std::string> MailStore::AddFile(const fs::path& file) {
+std::optional<std::string> MailStore::AddFile(const fs::path& file, std::size_t tree) {
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
   if (status.type() == fs::file_type::not_found || error) return CannotRead(file, ReasonOf(error));
   if (status.type() != fs::file_type::regular) return CannotRead(file, "not a file");
+  if (!known_.empty() && known_.contains(FileKey(file))) return nothing_new_ = true, std::nullopt;
   errno = 0;
   std::optional<std::string> read = ReadWholeFile(file);
   if (!read) return CannotRead(file, ReasonOf(std::error_code(errno, std::generic_category())));
   std::string& bytes = *read;
+  // What filing leaves of an mbox when all its mails went elsewhere is a folder still.
+  if (bytes.empty() && ExtensionOf(file) == ".mbox") {
+    AddFolder({PathToUtf8(file.stem()), Normal(file), FolderKind::kMbox, tree});
+    return nothing_new_ = true, std::nullopt;
+  }
   if (bytes.empty()) return CannotRead(file, "the file is empty");
   std::vector<StoredMail> mails;
   if (IsMbox(bytes)) {
     mails = SplitMbox(bytes);
     // A mail that was saved with the "From " line of the mbox it lay in is still one mail of its folder.
     if (mails.size() != 1 || ExtensionOf(file) != ".eml") {
-      AddMails(file, std::move(mails), FolderOf(file, PathToUtf8(file.stem())));
+      AddMails(file, std::move(mails),
+               AddFolder({PathToUtf8(file.stem()), Normal(file), FolderKind::kMbox, tree}));
       return std::nullopt;
     }
   } else {
     if (ExtensionOf(file) == ".mbox") return CannotRead(file, "an mbox file begins with a \"From \" line");
     mails.emplace_back().raw = std::move(bytes);
   }
-  const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-  AddMails(file, std::move(mails), FolderOf(folder, FolderName(folder)));
+  const fs::path folder = FolderOfFile(file);
+  AddMails(file, std::move(mails),
+           AddFolder({FolderName(folder), Normal(folder), FolderKind::kFolder, tree}));
   return std::nullopt;
 }
 
+std::size_t MailStore::AddWritten(const fs::path& file, std::string raw) {
+  StoredMail mail;
+  mail.raw = std::move(raw);
+  std::vector<StoredMail> mails;
+  mails.push_back(std::move(mail));
+  const fs::path folder = FolderOfFile(file);
+  AddMails(file, std::move(mails),
+           AddFolder({FolderName(folder), Normal(folder), FolderKind::kFolder, TreeAround(folder)}));
+  mails_.back().flags |= kMailRead;
+  return mails_.size() - 1;
+}
+
 void MailStore::AddMails(const fs::path& file, std::vector<StoredMail> mails, std::size_t folder) {
+  const bool in_mbox = folders_[folder].kind == FolderKind::kMbox;
   for (StoredMail& mail : mails) {
     mail.source = file;
     mail.folder = folder;
     mail.flags = FlagsOf(mail.raw);
+    mail.place = in_mbox ? MailPlace::kMbox : MailPlace::kFile;
     mails_.push_back(std::move(mail));
   }
 }
 
-std::size_t MailStore::FolderOf(const fs::path& path, std::string name) {
-  const fs::path normal = Normal(path);
-  for (std::size_t i = 0; i < folders_.size(); ++i) {
-    if (folders_[i].path == normal) return i;
+// --- Folders ---
+
+std::size_t MailStore::TreeOf(const fs::path& root) {
+  const fs::path key = Key(root);
+  for (std::size_t i = 0; i < trees_.size(); ++i) {
+    if (Key(trees_[i].root) == key) return i;
   }
-  folders_.push_back({std::move(name), normal});
+  trees_.push_back({Normal(root)});
+  return trees_.size() - 1;
+}
+
+// The tree in which the folder lies, else a tree of its own.
+std::size_t MailStore::TreeAround(const fs::path& folder) {
+  for (std::size_t i = 0; i < trees_.size(); ++i) {
+    const fs::path inside = Normal(folder).lexically_relative(trees_[i].root);
+    if (!inside.empty() && *inside.begin() != "..") return i;
+  }
+  return TreeOf(folder);
+}
+
+std::size_t MailStore::AddFolder(const MailFolder& folder) {
+  const fs::path key = folder.kind == FolderKind::kFolder ? Key(folder.path) : FileKey(folder.path);
+  for (std::size_t i = 0; i < folders_.size(); ++i) {
+    if (folder_keys_[i] == key && !folders_[i].removed) return i;
+  }
+  folders_.push_back(folder);
+  folder_keys_.push_back(key);
   return folders_.size() - 1;
+}
+
+std::string MailStore::PathInTree(std::size_t folder) const {
+  const MailFolder& found = folders_[folder];
+  const std::u8string path = found.path.lexically_relative(trees_[found.tree].root).generic_u8string();
+  return {path.begin(), path.end()};
+}
+
+// --- Reading again ---
+
+MailStore::Changes MailStore::ReadAgain(std::size_t folder) {
+  Changes changes;
+  if (folders_[folder].kind == FolderKind::kSearch) return changes;
+  if (folders_[folder].kind == FolderKind::kMbox) return ReadMboxAgain(folder);
+  std::error_code error;
+  const std::size_t before = mails_.size();
+  for (std::size_t i = 0; i < before; ++i) {
+    const bool here = mails_[i].place == MailPlace::kFile &&
+                      Normal(FolderOfFile(mails_[i].source)) == folders_[folder].path;
+    if (!here || fs::exists(mails_[i].source, error)) continue;
+    mails_[i].place = MailPlace::kMemory;
+    changes.gone.push_back(i);
+  }
+  known_ = KnownFiles();
+  changes.failure = AddFilesOf(folders_[folder].path, folders_[folder].tree, Unreadable::kSkip).value_or("");
+  changes.added = mails_.size() - before;
+  return changes;
+}
+
+// A mail is known again by its bytes; what stands around it may have changed.
+MailStore::Changes MailStore::ReadMboxAgain(std::size_t folder) {
+  Changes changes;
+  const fs::path file = folders_[folder].path;
+  const auto bytes = ReadWholeFile(file);
+  if (!bytes) return changes.failure = CannotRead(file, "the file cannot be opened"), changes;
+  std::vector<std::size_t> before;
+  for (std::size_t i = 0; i < mails_.size(); ++i) {
+    if (mails_[i].place == MailPlace::kMbox && Normal(mails_[i].source) == file) before.push_back(i);
+  }
+  std::vector<StoredMail> added;
+  for (StoredMail& mail : SplitMbox(*bytes)) {
+    const auto same =
+        std::find_if(before.begin(), before.end(), [&](std::size_t i) { return mails_[i].raw == mail.raw; });
+    if (same == before.end()) {
+      added.push_back(std::move(mail));
+    } else {
+      mails_[*same].offset = mail.offset;
+      before.erase(same);
+    }
+  }
+  for (const std::size_t i : before) mails_[i].place = MailPlace::kMemory;
+  changes.gone = std::move(before);
+  changes.added = added.size();
+  AddMails(file, std::move(added), folder);
+  return changes;
 }
 
 }  // namespace wrenfold

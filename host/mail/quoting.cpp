@@ -9,42 +9,8 @@ namespace {
 
 using wfinfo::NextUnit;
 
-struct Line {
-  std::string_view text;
-  std::string_view end;  // as it should be written; empty at the end of the text
-};
-
-// Takes one line and its end (LF, CR, CR LF, CR CR LF) off `text`.
-Line TakeLine(std::string_view& text) {
-  std::size_t length = 0;
-  while (length < text.size() && !IsLineEnd(text[length])) {
-    // No second byte of a double-byte character is CR or LF; the last one of an escape may be.
-    length += wfinfo::StartsWithEscape(text.substr(length)) ? wfinfo::kEscapeLength : 1;
-  }
-  Line line{text.substr(0, length), ""};
-  text.remove_prefix(length);
-  const bool unfolded = text.starts_with("\r\r\n");
-  if (!text.empty()) line.end = unfolded ? "\r\r\n" : "\r\n";
-  const std::size_t taken = unfolded ? 3 : text.starts_with("\r\n") ? 2 : text.empty() ? 0 : 1;
-  text.remove_prefix(taken);
-  return line;
-}
-
 bool IsSurrogate(std::string_view unit, char16_t first) {
   return unit.size() == wfinfo::kEscapeLength && (wfinfo::EscapedUnit(unit.data()) & 0xFC00) == first;
-}
-
-// The character that `line` begins with: one unit, or the two escapes of a character above U+FFFF.
-std::string_view NextCharacter(std::string_view line) {
-  const std::string_view unit = NextUnit(line);
-  if (!IsSurrogate(unit, 0xD800)) return unit;
-  const std::string_view second = NextUnit(line.substr(unit.size()));
-  return IsSurrogate(second, 0xDC00) ? line.substr(0, unit.size() + second.size()) : unit;
-}
-
-// Each half of a character above U+FFFF takes one column.
-std::size_t CharacterColumns(std::string_view character) {
-  return character.size() > wfinfo::kEscapeLength ? 2 : UnitColumns(character);
 }
 
 // Bytes of `line` that fit `width` columns, at least one character: up to the last blank when
@@ -65,6 +31,33 @@ std::size_t FittingLength(std::string_view line, std::size_t width) {
 
 }  // namespace
 
+HostLine TakeLine(std::string_view& text) {
+  std::size_t length = 0;
+  while (length < text.size() && !IsLineEnd(text[length])) {
+    // No second byte of a double-byte character is CR or LF; the last one of an escape may be.
+    length += wfinfo::StartsWithEscape(text.substr(length)) ? wfinfo::kEscapeLength : 1;
+  }
+  HostLine line{text.substr(0, length), ""};
+  text.remove_prefix(length);
+  const bool unfolded = text.starts_with("\r\r\n");
+  if (!text.empty()) line.end = unfolded ? "\r\r\n" : "\r\n";
+  const std::size_t taken = unfolded ? 3 : text.starts_with("\r\n") ? 2 : text.empty() ? 0 : 1;
+  text.remove_prefix(taken);
+  return line;
+}
+
+std::string_view NextCharacter(std::string_view line) {
+  const std::string_view unit = NextUnit(line);
+  if (!IsSurrogate(unit, 0xD800)) return unit;
+  const std::string_view second = NextUnit(line.substr(unit.size()));
+  return IsSurrogate(second, 0xDC00) ? line.substr(0, unit.size() + second.size()) : unit;
+}
+
+// Each half of a character above U+FFFF takes one column.
+std::size_t CharacterColumns(std::string_view character) {
+  return character.size() > wfinfo::kEscapeLength ? 2 : UnitColumns(character);
+}
+
 std::size_t UnitColumns(std::string_view unit) {
   // Bit 3 of an escape's last byte says that the character is full width.
   if (unit.size() == wfinfo::kEscapeLength) return (unit[3] & 0x08) != 0 ? 2 : 1;
@@ -74,7 +67,7 @@ std::size_t UnitColumns(std::string_view unit) {
 std::string FoldAndQuote(std::string_view text, std::string_view mark, std::size_t width) {
   std::string quoted;
   while (!text.empty()) {
-    const Line line = TakeLine(text);
+    const HostLine line = TakeLine(text);
     const bool folds = width < kNoFolding && line.end != "\r\r\n";
     std::string_view rest = line.text;
     do {

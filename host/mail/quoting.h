@@ -11,6 +11,17 @@ inline constexpr std::size_t kDefaultWidth = 72;  // columns
 inline constexpr std::size_t kNoFolding = 9999;   // a width that folds nothing
 inline constexpr std::string_view kQuoteMark = "> ";
 
+struct HostLine {
+  std::string_view text;
+  std::string_view end;  // as it should be written, CR LF or CR CR LF; empty at the end of the text
+};
+// Takes one line and its end (LF, CR, CR LF, CR CR LF) off `text`.
+HostLine TakeLine(std::string_view& text);
+
+// The character that `line` begins with: one unit, or the two escapes of a character above U+FFFF.
+std::string_view NextCharacter(std::string_view line);
+std::size_t CharacterColumns(std::string_view character);
+
 // Columns that one unit of host text takes on a screen: 2 for double-byte characters and full-width escapes.
 std::size_t UnitColumns(std::string_view unit);
 

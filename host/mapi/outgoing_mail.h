@@ -6,16 +6,10 @@
 #include <vector>
 
 #include "host/charset/charsets.h"
+#include "host/mail/mail_stamp.h"
 #include "host/mapi/mail_command.h"
 
 namespace wrenfold {
-
-// What differs from mail to mail whatever is in it.
-struct MailStamp {
-  std::string date;    // as in a Date header
-  std::string unique;  // letters, digits, "-" and ".": of the file, the Message-ID and the boundary
-  std::string from;    // the From header's value, UTF-8: "Name <address>" or an address
-};
 
 // A file to attach: read, or not to be found.
 struct OutgoingFile {

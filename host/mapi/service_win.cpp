@@ -1,7 +1,6 @@
 #include "host/mapi/service_win.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -10,8 +9,10 @@
 
 #include "host/base/file_names.h"
 #include "host/base/own_folder_win.h"
+#include "host/base/time_stamp_win.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
+#include "host/mapi/handed_block_win.h"
 #include "host/mapi/message_image.h"
 #include "host/mapi/outbox.h"
 #include "src/base/unique_win.h"
@@ -25,53 +26,10 @@ namespace {
 namespace fs = std::filesystem;
 using namespace wfinfo::mapi;
 using wfinfo::UniqueHandle;
-using UniqueView = wfinfo::Unique<wfinfo::PointerTraits<void*, &UnmapViewOfFile>>;
 
 constexpr UINT kDyingExitCode = 9;
 
-// A block that another program handed over, and its handle in this process, which is ours to close.
-class HandedBlock {
- public:
-  explicit HandedBlock(HANDLE mapping) : mapping_(mapping) {
-    if (mapping_) view_.reset(MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, 0));
-  }
-  char* bytes() const { return static_cast<char*>(view_.get()); }
-  std::size_t size() const {
-    MEMORY_BASIC_INFORMATION region{};
-    return VirtualQuery(view_.get(), &region, sizeof region) == 0 ? 0 : region.RegionSize;
-  }
-
- private:
-  UniqueHandle mapping_;
-  UniqueView view_;
-};
-
 std::string WideToHost(const std::wstring& wide) { return SystemCharsets().ToHostText(Utf16(wide)); }
-
-// "Fri, 21 Nov 2025 10:00:00 +0900".
-std::string DateHeader(const SYSTEMTIME& now) {
-  static constexpr const char* kDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-  static constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-  TIME_ZONE_INFORMATION zone{};
-  const DWORD season = GetTimeZoneInformation(&zone);
-  const LONG west = zone.Bias + (season == TIME_ZONE_ID_DAYLIGHT ? zone.DaylightBias : 0);
-  const LONG minutes = west < 0 ? -west : west;
-  char text[64];
-  std::snprintf(text, sizeof text, "%s, %02u %s %04u %02u:%02u:%02u %c%02ld%02ld", kDays[now.wDayOfWeek],
-                now.wDay, kMonths[now.wMonth - 1], now.wYear, now.wHour, now.wMinute, now.wSecond,
-                west > 0 ? '-' : '+', minutes / 60, minutes % 60);
-  return text;
-}
-
-// A name that no other mail of this folder has: time, process and a number of its own. Names sort by time.
-std::string UniqueName(const SYSTEMTIME& now) {
-  static unsigned counter = 0;
-  char text[96];
-  std::snprintf(text, sizeof text, "%04u%02u%02u-%02u%02u%02u.%03u-%lu-%u", now.wYear, now.wMonth, now.wDay,
-                now.wHour, now.wMinute, now.wSecond, now.wMilliseconds, GetCurrentProcessId(), ++counter);
-  return text;
-}
 
 // A name for a file on disk out of one that a mail suggests. The reader opens it by a path in code page 932:
 // what that does not hold becomes "_".
@@ -112,12 +70,10 @@ std::optional<fs::path> StoreAttachment(const fs::path& folder, const Attachment
 std::optional<std::vector<ImageFile>> StoreAttachments(const HostMessage& message) {
   std::vector<ImageFile> files;
   if (message.attachments.empty()) return files;
-  SYSTEMTIME now;
-  GetLocalTime(&now);
   std::error_code error;
   const fs::path temporary = fs::temp_directory_path(error);
   if (error) return std::nullopt;
-  const fs::path folder = temporary / "wrenfold" / UniqueName(now);
+  const fs::path folder = temporary / "wrenfold" / UniqueNameNow();
   fs::create_directories(folder, error);
   for (const Attachment& attachment : message.attachments) {
     const auto path = StoreAttachment(folder, attachment);
@@ -177,9 +133,7 @@ LRESULT MapiService::TakeCommandLine(HANDLE mapping) {
   const char* const line = block.bytes() + kCommandLineAt;
   const auto request = ParseMailCommand({line, strnlen(line, block.size() - kCommandLineAt)});
   if (!request) return alert_("a command line is none: " + SystemCharsets().HostToUtf8(line)), 0;
-  SYSTEMTIME now;
-  GetLocalTime(&now);
-  const auto failure = PutIntoOutbox(*request, {DateHeader(now), UniqueName(now), settings_.from}, outbox_);
+  const auto failure = PutIntoOutbox(*request, {DateHeaderNow(), UniqueNameNow(), settings_.from}, outbox_);
   if (failure) alert_(*failure);
   return failure ? 0 : 1;
 }

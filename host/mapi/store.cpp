@@ -5,6 +5,7 @@
 #include "host/base/ascii.h"
 #include "host/base/whole_file.h"
 #include "host/mail/mail_store.h"
+#include "host/mime/sections.h"
 
 namespace wrenfold {
 namespace {

@@ -1,44 +1,13 @@
-// Headers: folding and RFC 2047 words.
+#include "host/mime/header_words.h"
+
 #include <algorithm>
+#include <vector>
 
 #include "host/base/ascii.h"
-#include "host/mime/message.h"
 #include "host/mime/transfer.h"
 
 namespace wrenfold {
 namespace {
-
-// Length of the logical header line that `text` begins with, its continuation lines included.
-LineLength FirstHeader(std::string_view text) {
-  LineLength header = FirstLine(text);
-  while (header.with_end < text.size() && IsBlank(text[header.with_end])) {
-    const LineLength next = FirstLine(text.substr(header.with_end));
-    header = {header.with_end + next.text, header.with_end + next.with_end};
-  }
-  return header;
-}
-
-HeaderField FieldOf(std::string_view line) {
-  const std::string_view first = line.substr(0, FirstLine(line).text);
-  const std::size_t colon = first.find(':');
-  if (colon == first.npos) return {{}, line, false};
-  return {line.substr(0, colon), line.substr(colon + 1), true};
-}
-
-// True when `text` begins with "Name:"; names are printable ASCII without blanks.
-bool BeginsWithName(std::string_view text) {
-  const std::size_t length = text.substr(0, FirstLine(text).text).find(':');
-  if (length == text.npos || length == 0) return false;
-  const std::string_view name = Trim(text.substr(0, length));
-  return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) { return c > ' ' && c <= '~'; });
-}
-
-// True when a part's header goes on with the line that `raw` begins with.
-bool IsHeaderOfPart(std::string_view raw) {
-  if (BeginsWithName(raw)) return true;
-  const std::string_view next = raw.substr(FirstHeader(raw).with_end);
-  return BeginsWithName(next) && EqualsIgnoringCase(next.substr(0, 8), "content-");
-}
 
 // =?iso-2022-jp?B?GyRCN29MPhsoQg==?=      charset, "B" or "Q", text
 // Blanks inside the text and words that touch each other are tolerated.
@@ -178,37 +147,6 @@ std::u16string WithoutControls(std::u16string text) {
 }
 
 }  // namespace
-
-MessageParts SplitMessage(std::string_view raw) {
-  MessageParts message;
-  while (!raw.empty() && !IsLineEnd(raw[0])) {
-    const LineLength header = FirstHeader(raw);
-    message.headers.push_back(FieldOf(raw.substr(0, header.text)));
-    raw.remove_prefix(header.with_end);
-  }
-  raw.remove_prefix(FirstLine(raw).with_end);
-  message.body = raw;
-  return message;
-}
-
-MessageParts SplitPart(std::string_view raw) {
-  MessageParts part;
-  while (!raw.empty() && !IsLineEnd(raw[0]) && IsHeaderOfPart(raw)) {
-    const LineLength header = FirstHeader(raw);
-    part.headers.push_back(FieldOf(raw.substr(0, header.text)));
-    raw.remove_prefix(header.with_end);
-  }
-  if (!raw.empty() && IsLineEnd(raw[0])) raw.remove_prefix(FirstLine(raw).with_end);
-  part.body = raw;
-  return part;
-}
-
-std::string_view FindHeader(const MessageParts& message, std::string_view name) {
-  for (const HeaderField& field : message.headers) {
-    if (field.has_colon && EqualsIgnoringCase(Trim(field.name), name)) return field.value;
-  }
-  return {};
-}
 
 std::u16string DecodeHeaderValue(std::string_view value, std::string_view declared, bool is_address_list,
                                  const Charsets& charsets) {

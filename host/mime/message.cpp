@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "host/base/ascii.h"
+#include "host/mime/header_words.h"
 #include "host/mime/parts.h"
+#include "host/mime/sections.h"
 
 namespace wrenfold {
 namespace {

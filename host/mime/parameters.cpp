@@ -1,9 +1,10 @@
-// Header values with parameters (RFC 2045), continued and encoded ones included (RFC 2231).
+#include "host/mime/parameters.h"
+
 #include <algorithm>
 #include <map>
 
 #include "host/base/ascii.h"
-#include "host/mime/message.h"
+#include "host/mime/header_words.h"
 #include "host/mime/transfer.h"
 
 namespace wrenfold {

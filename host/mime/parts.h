@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/mime/message.h"
+#include "host/mime/sections.h"
 
 namespace wrenfold {
 

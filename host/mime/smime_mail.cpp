@@ -2,8 +2,9 @@
 
 #include <vector>
 
-#include "host/mime/message.h"
+#include "host/mime/parameters.h"
 #include "host/mime/parts.h"
+#include "host/mime/sections.h"
 #include "host/mime/transfer.h"
 
 namespace wrenfold {

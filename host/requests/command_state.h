@@ -15,21 +15,11 @@
 
 namespace wrenfold {
 
-// What the mail being written was made of, so that its template or signature can be changed.
-struct DraftParts {
-  std::string body;  // quoted or forwarded text
-  std::string template_name;
-  std::string sign_name;
-  std::vector<std::string> attachments;  // names
-  std::size_t answered = 0;              // mail that it answers or forwards
-};
-
 struct CommandState {
   AccountStore accounts;
   TemplateFolder templates;
-  AddressBook book;
+  AddressBooks books;
 
-  DraftParts draft;
   std::vector<std::string> outbox;  // mails that wait for the next transmission, as host text
 
   // Template of a folder and kind, by macro; kept while the program runs.

@@ -1,14 +1,12 @@
 #include "host/requests/host_state.h"
 
+#include <algorithm>
+
 #include "host/mail/headers.h"
+#include "host/mail/priority.h"
 
 namespace wrenfold {
 namespace {
-
-// The priority headers that mail programs write: "X-Priority: 1 (Highest)", "Importance: high".
-bool SaysHighPriority(std::string_view priority, std::string_view importance) {
-  return priority.starts_with('1') || importance.starts_with("high") || importance.starts_with("High");
-}
 
 std::uint32_t If(bool condition, std::uint32_t bit) { return condition ? bit : 0; }
 
@@ -16,15 +14,25 @@ std::uint32_t If(bool condition, std::uint32_t bit) { return condition ? bit : 0
 
 std::optional<std::string> HostState::AddMails(const std::filesystem::path& path,
                                                MailStore::Unreadable unreadable) {
+  const bool first = mail_count() == 0;
   std::optional<std::string> reason = store_.Add(path, unreadable);
   memories_.resize(mail_count());
-  return reason;
+  if (reason) return reason;
+  tree_.Load();
+  if (first && HasRoot()) folder_ = Mail(root_).folder;
+  return std::nullopt;
 }
 
 bool HostState::Open(std::size_t index) {
   if (index >= mail_count()) return false;
   root_ = index;
-  all_selected = found_selected = false;
+  selection.SelectOpenMail();
+  view.first_line = 0;
+  view.all_text_selected = false;
+  // A search folder stays while its own mails are opened.
+  const bool listed =
+      folders()[folder_].kind == FolderKind::kSearch && std::ranges::count(MailsOf(folder_), index) > 0;
+  if (!listed && !memories_[index].removed) folder_ = Mail(index).folder;
   return true;
 }
 
@@ -42,10 +50,9 @@ std::uint32_t HostState::StateWord(std::size_t index) {
   const std::uint32_t flags = Mail(index).flags;
   const HostMessage& message = Message(index);
   const std::uint32_t found =
-      If(SaysHighPriority(Header(index, "X-Priority"), Header(index, "Importance")), kStateHighPriority) |
-      If(!message.attachments.empty(), kStateAttachment) | If(message.body_was_html, kStateHtml) |
-      If((flags & kMailReplied) != 0, kStateReplied) | If((flags & kMailForwarded) != 0, kStateForwarded) |
-      If((flags & kMailRead) == 0, kStateUnread) |
+      If(IsUrgent(message.text), kStateHighPriority) | If(!message.attachments.empty(), kStateAttachment) |
+      If(message.body_was_html, kStateHtml) | If((flags & kMailReplied) != 0, kStateReplied) |
+      If((flags & kMailForwarded) != 0, kStateForwarded) | If((flags & kMailRead) == 0, kStateUnread) |
       If(CountHeaders(message.text, "Message-ID") > 0, kStateMessageId) |
       If(CountHeaders(message.text, "In-Reply-To") > 0, kStateInReplyTo) |
       If((flags & kMailMarked) != 0, kStateMarked) | If(CountHeaders(message.text, "Cc") > 0, kStateCc);
@@ -65,40 +72,43 @@ void HostState::Import(std::vector<StoredMail> mails, std::size_t folder) {
     store_.mails().push_back(std::move(mail));
   }
   memories_.resize(mail_count());
+  MailsChanged();
 }
 
-std::vector<std::size_t> HostState::MailsOf(std::size_t folder) const {
-  std::vector<std::size_t> indices;
-  for (std::size_t i = 0; i < mail_count(); ++i) {
-    if (store_.mails()[i].folder == folder && !memories_[i].removed) indices.push_back(i);
-  }
-  return indices;
-}
-
-std::size_t HostState::ListPosition() const {
-  std::size_t position = 0;
-  for (std::size_t i = 0; i < root_; ++i) {
-    position += store_.mails()[i].folder == folder() && !memories_[i].removed ? 1 : 0;
-  }
-  return position;
+void HostState::Remove(std::size_t index) {
+  memories_[index].removed = true;
+  selection.Forget(index);
 }
 
 const std::string& HostState::CurrentText() {
-  if (draft_) return *draft_;
+  if (HasDraft()) return writing.draft->text;
   const std::optional<std::string>& edited = memories_[root_].edited;
   return edited ? *edited : Message(root_).text;
 }
 
-std::string& HostState::EditCurrent() {
-  if (draft_) return *draft_;
-  std::optional<std::string>& edited = memories_[root_].edited;
-  if (!edited) edited = Message(root_).text;
+std::string& HostState::EditText(std::size_t index) {
+  std::optional<std::string>& edited = memories_[index].edited;
+  if (!edited) edited = Message(index).text;
+  ChangeState(index, kStateAltered, kStateAltered);
   return *edited;
 }
 
-void HostState::BeginDraft(DraftPurpose purpose, std::string text) {
-  draft_ = std::move(text);
-  draft_purpose_ = purpose;
+void HostState::TakeRewritten(std::size_t index, std::string raw, std::int64_t moved_bytes) {
+  StoredMail& mail = Mail(index);
+  mail.raw = std::move(raw);
+  memories_[index].message.reset();
+  memories_[index].edited.reset();
+  for (StoredMail& other : store_.mails()) {
+    if (other.source == mail.source && other.offset > mail.offset) {
+      other.offset = static_cast<std::uint64_t>(static_cast<std::int64_t>(other.offset) + moved_bytes);
+    }
+  }
+}
+
+std::size_t HostState::AddWritten(const std::filesystem::path& file, std::string raw) {
+  const std::size_t index = store_.AddWritten(file, std::move(raw));
+  memories_.resize(mail_count());
+  return index;
 }
 
 }  // namespace wrenfold

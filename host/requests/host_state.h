@@ -6,22 +6,30 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/mail/folder_tree.h"
+#include "host/mail/list_view.h"
 #include "host/mail/mail_state.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/reception.h"
+#include "host/mail/selection.h"
+#include "host/mail/writing_state.h"
 #include "host/mime/message.h"
 #include "host/requests/command_state.h"
+#include "host/requests/folder_state.h"
 
 namespace wrenfold {
 
-// What the mail being written was begun for, as code 169 answers.
-enum class DraftPurpose : std::int64_t { kNewMail = 0, kReply = 1, kForward = 2 };
-
 class HostState {
  public:
+  HostState() = default;
+  HostState(const HostState&) = delete;
+  HostState& operator=(const HostState&) = delete;
+
   // Returns why the mails of `path` cannot be read; nullopt when they were added.
   std::optional<std::string> AddMails(const std::filesystem::path& path, MailStore::Unreadable unreadable);
   // Why files of folders were left out, each "cannot read X: ...".
@@ -54,35 +62,73 @@ class HostState {
   // Adds mails to a folder while the program runs; no file of that folder changes.
   void Import(std::vector<StoredMail> mails, std::size_t folder);
   // Takes a mail out of its folder; its file stays, and so does the root mail.
-  void Remove(std::size_t index) { memories_[index].removed = true; }
+  void Remove(std::size_t index);
+  // True for a mail in no folder: removed, or opened from a file alone.
+  bool IsRemoved(std::size_t index) const { return memories_[index].removed; }
+  // Makes the mail at `offset` of a file the root mail, one of no folder unless it was read already. Why not.
+  std::optional<std::string> OpenFile(const std::filesystem::path& file, std::uint64_t offset);
 
-  // --- Folders: the mail list shows the mails of the current one ---
+  // --- Folders: the mail list shows the mails of the current one (shown_list.h) ---
 
   const std::vector<MailFolder>& folders() const { return store_.folders(); }
-  std::size_t folder() const { return HasRoot() ? store_.mails()[root_].folder : 0; }
+  const std::vector<MailTree>& trees() const { return store_.trees(); }
+  FolderTree& tree() { return tree_; }
+  std::size_t folder() const { return folder_; }
+  // Makes a folder the current one and opens its first mail; an empty one leaves no root mail.
+  void ShowFolder(std::size_t folder);
+  // In the order in which they were read, or found.
   std::vector<std::size_t> MailsOf(std::size_t folder) const;
-  // Place of the root mail among the mails of its folder.
-  std::size_t ListPosition() const;
+  // Reads a folder's files again, or searches again. Why it cannot be read.
+  std::optional<std::string> Refresh(std::size_t folder);
+  // Searches for the mails of a search folder unless those found are still right; others are left alone.
+  void EnsureSearched(std::size_t folder);
+  FolderState& folder_state() { return folder_state_; }
+
+  // --- Filing: files and list follow; the root mail becomes the next of the list when it leaves. Each returns
+  // why some mails stay where they are, "" when all was done ---
+
+  void set_read_only(bool read_only) { store_.set_read_only(read_only); }
+  bool read_only() const { return store_.read_only(); }
+  std::string MoveMails(std::span<const std::size_t> mails, std::size_t target);
+  std::string CopyMails(std::span<const std::size_t> mails, std::size_t target);
+  // To the trash of their tree, which is made when missing; what lies in it is removed for good.
+  std::string DeleteMails(std::span<const std::size_t> mails);
+  // Writes a new mail into a folder.
+  std::string AddMail(std::string raw, std::size_t folder, std::uint32_t flags);
 
   // --- The current mail: the one being written, else the root mail ---
 
-  bool HasCurrent() const { return draft_ || HasRoot(); }
+  bool HasCurrent() const { return HasDraft() || HasRoot(); }
   const std::string& CurrentText();
   // The same text to be changed. Changes to a received mail show in the current mail only: the root mail
-  // stays as it came.
-  std::string& EditCurrent();
-  void BeginDraft(DraftPurpose purpose, std::string text);
-  void EndDraft() { draft_.reset(); }
-  bool HasDraft() const { return draft_.has_value(); }
-  DraftPurpose draft_purpose() const { return draft_purpose_; }
+  // stays as it came until it is saved.
+  std::string& EditCurrent() { return HasDraft() ? writing.draft->text : EditText(root_); }
+  bool HasDraft() const { return writing.draft.has_value(); }
+  DraftPurpose draft_purpose() const { return HasDraft() ? writing.draft->purpose : DraftPurpose::kNewMail; }
+  WritingState writing;
+
+  // --- Changes to received mails ---
+
+  // The text of a mail with its changes; nullopt when it was not changed.
+  const std::optional<std::string>& Changes(std::size_t index) const { return memories_[index].edited; }
+  void SetChanges(std::size_t index, std::optional<std::string> text) {
+    memories_[index].edited = std::move(text);
+  }
+  std::string& EditText(std::size_t index);
+  // A mail has other bytes in its file: what was decoded of the old ones and the changes are forgotten.
+  // In an mbox the mails behind it move.
+  void TakeRewritten(std::size_t index, std::string raw, std::int64_t moved_bytes);
+  // A mail was written to a file of its own, in a folder that becomes one of the host's. Gives its index.
+  std::size_t AddWritten(const std::filesystem::path& file, std::string raw);
 
   // --- What is only remembered ---
 
   // A number that one code sets and another asks for (pane, sort method, ...), 0 at first.
   std::int64_t& Setting(int code) { return settings_[code]; }
-  std::vector<std::size_t>& locked_selection() { return locked_selection_; }
-  bool all_selected = false;    // else the mails found, or the root mail alone
-  bool found_selected = false;  // commands.found is the selection
+  Selection selection;
+  ListView list;
+  MailView view;
+  Reception reception;
   // Why the last request that failed did, as UTF-8; "" before the first.
   std::string failure;
   // What the keyword commands work with: accounts, templates, address book, ...
@@ -99,13 +145,24 @@ class HostState {
     bool removed = false;
   };
 
+  // Where the mail list is before mails leave it, and the nearest mail that is left afterwards.
+  struct ListPlace {
+    std::vector<std::size_t> list;
+    std::size_t position;
+    bool root_listed;
+  };
+  ListPlace PlaceInList();
+  void ReturnTo(const ListPlace& place);
+  std::vector<std::size_t> Filable(std::span<const std::size_t> mails, std::string& failure) const;
+  void MailsChanged();
+
   MailStore store_;
+  FolderTree tree_{store_};
+  FolderState folder_state_;
   std::size_t root_ = 0;
+  std::size_t folder_ = 0;
   std::vector<Memory> memories_;
-  std::optional<std::string> draft_;
-  DraftPurpose draft_purpose_ = DraftPurpose::kNewMail;
   std::map<int, std::int64_t> settings_;
-  std::vector<std::size_t> locked_selection_;
 };
 
 }  // namespace wrenfold

@@ -1,5 +1,7 @@
 #include "host/requests/request_server_win.h"
 
+#include <algorithm>
+
 #include "host/charset/charsets.h"
 #include "host/library/request_names.h"
 #include "host/terminal/terminal_text.h"
@@ -10,6 +12,7 @@ namespace wrenfold {
 namespace {
 
 constexpr std::size_t kTracedCharacters = 60;         // of one text
+constexpr std::size_t kLongestReason = 500;           // characters
 constexpr UINT_PTR kLongestText = UINT_PTR{1} << 30;  // bytes; a longer one is no text
 
 // The text at an address that a macro may have made up; nullptr when none is readable there.
@@ -101,8 +104,8 @@ Answer Request::AnswerKept(const std::string& text) {
   return {reinterpret_cast<Slot>(text.c_str()), true, true};
 }
 
-Answer Request::Fail(std::string why) const {
-  state.failure = std::move(why);
+Answer Request::Fail(std::string_view why) const {
+  state.failure = OnOneLine(why, kLongestReason);
   return {.failed = true};
 }
 

@@ -51,8 +51,8 @@ class Request {
   static Answer Done(bool done) { return {done ? 1 : 0}; }
   static Answer NotServed() { return {0, false, false}; }
   // 0, because of `why`: one line of UTF-8 without a full stop that names the value at fault. The trace and the
-  // macro can ask for it.
-  Answer Fail(std::string why) const;
+  // macro can ask for it; what in a value would break the line or command a terminal is made visible there.
+  Answer Fail(std::string_view why) const;
   // Keeps `text` until the next text answer of the same code.
   Answer AnswerText(std::string text) const;
   // For a text that the host keeps anyway.

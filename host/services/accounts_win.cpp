@@ -34,8 +34,13 @@ Answer SetLongText(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {75, "T", Lend},   {76, "A", Save},         {77, "A", Release},
-    {78, "T", Create}, {111, "ITIT", LongText}, {112, "ITITT", SetLongText},
+    {75, "T", Lend, "lends the record of an [account](#accounts); each loan is a copy of its own"},
+    {76, "A", Save, "saves a lent record to the file: 1 when it was done"},
+    {77, "A", Release, "takes a lent record back"},
+    {78, "T", Create, "adds an account: 1, 0 when the name is in use"},
+    {111, "ITIT", LongText, "a long text of an [account](#accounts), such as its signature"},
+    {112, "ITITT", SetLongText,
+     "writes a long text of an [account](#accounts) to the file: 1 when it was done"},
 };
 
 }  // namespace

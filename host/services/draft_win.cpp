@@ -1,9 +1,17 @@
 #include "host/services/draft_win.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "host/base/ascii.h"
+#include "host/base/time_stamp_win.h"
+#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/mail/draft_file.h"
 #include "host/mail/draft_text.h"
 #include "host/mail/headers.h"
+#include "host/mail/safe_saving.h"
+#include "host/mime/sections.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
@@ -11,44 +19,165 @@
 namespace wrenfold {
 namespace {
 
-// The header block of a draft with its empty line.
-std::string_view HeadersOf(std::string_view text) {
-  return text.substr(0, text.size() - SplitMail(text).body.size());
+namespace fs = std::filesystem;
+
+// `"Re: s" to alice@example.com`, on one line.
+std::string TitleOf(const Draft& draft) {
+  const auto shown = [&draft](std::string_view name) {
+    std::string line;
+    for (const char c : SystemCharsets().HostToUtf8(HeaderValue(draft.text, name).value_or(""))) {
+      if (c != '\r' && c != '\n') line += c;
+    }
+    return line;
+  };
+  const std::string to = shown("To");
+  return Quoted(shown("Subject"), 60) + (to.empty() ? "" : " to " + Printable(to));
+}
+
+// A draft that lies in a file of its own is saved over it.
+fs::path FileOf(HostState& state, const Draft& draft) {
+  if (draft.stored < state.mail_count()) return state.Mail(draft.stored).source;
+  const fs::path& folder = state.writing.target.empty() ? state.writing.drafts : state.writing.target;
+  return folder.empty() ? fs::path() : folder / (UniqueNameNow() + ".eml");
+}
+
+// The mail that a Message-ID names.
+std::size_t FindById(HostState& state, std::string_view id) {
+  if (id.empty()) return kNoMail;
+  for (std::size_t i = 0; i < state.mail_count(); ++i) {
+    const std::string& raw = state.Mail(i).raw;
+    if (Trim(FindHeader(SplitMessage(raw), "Message-ID")) == id && !IsDraftFile(raw)) return i;
+  }
+  return kNoMail;
+}
+
+void DeleteStored(HostState& state, std::size_t mail) {
+  const fs::path file = state.Mail(mail).source;
+  std::error_code error;
+  // Whatever another program has written there since stays.
+  const auto bytes = ReadWholeFile(file);
+  if (bytes && *bytes == state.Mail(mail).raw && fs::remove(file, error)) return state.Remove(mail);
+  if (!bytes && !fs::exists(file, error)) return state.Remove(mail);
+  Tell("the draft " + PathToUtf8(file) + " was sent, but cannot be deleted");
+}
+
+void MarkAnswered(HostState& state, const Draft& draft) {
+  if (std::exchange(state.folder_state().keep_root_flags, false)) return;
+  if (draft.purpose == DraftPurpose::kNewMail) return;
+  const std::uint32_t mark = draft.purpose == DraftPurpose::kReply ? kStateReplied : kStateForwarded;
+  if (draft.answered < state.mail_count()) return state.ChangeState(draft.answered, mark, mark);
+  if (!state.writing.quiet_lost_answer) {
+    Tell("the mail that " + TitleOf(draft) +
+         " answers is not here to be marked (NoWarningRootUpdateFail() leaves this out)");
+  }
 }
 
 }  // namespace
 
-void BeginWriting(Request& request, DraftPurpose purpose, std::string headers, std::string body) {
+Answer BeginWriting(Request& request, Draft draft) {
   HostState& state = request.state;
-  DraftParts& parts = state.commands.draft;
-  parts = DraftParts{};
-  parts.body = std::move(body);
-  parts.answered = state.root();
-  state.BeginDraft(purpose, headers + parts.body);
+  if (const auto reason = KeepDraft(state)) return request.Fail(*reason);
+  const auto kind = static_cast<std::size_t>(draft.purpose);
+  if (draft.purpose != DraftPurpose::kNewMail) {
+    draft.answered = state.root();
+    draft.answered_id = Trim(state.Header(state.root(), "Message-ID"));
+  }
+  draft.quoted = BodyOf(draft);
+  draft.macro = SystemCharsets().Utf8ToHost(state.writing.macro);
+  const auto reference = state.commands.template_references.find({state.folder(), kind});
+  if (reference != state.commands.template_references.end()) {
+    draft.template_name = reference->second;
+    draft.sign_name = state.commands.templates.Sign(kind, reference->second);
+    ChangeFrame(draft, {}, FrameOf(state, draft));
+  }
+  state.folder_state().sent_folder.reset();
+  state.folder_state().keep_root_flags = false;
+  state.writing.kept.reset();
+  state.writing.draft = std::move(draft);
   Windows::OpenView();
-  const auto reference =
-      state.commands.template_references.find({state.folder(), static_cast<std::size_t>(purpose)});
-  if (reference == state.commands.template_references.end()) return;
-  parts.template_name = reference->second;
-  parts.sign_name = state.commands.templates.Sign(static_cast<std::size_t>(purpose), reference->second);
-  ComposeDraft(request);
+  return Request::Done(true);
 }
 
-void ComposeDraft(Request& request) {
+Answer ReopenDraft(Request& request, std::size_t mail) {
   HostState& state = request.state;
-  const DraftParts& parts = state.commands.draft;
-  const TemplateFolder& templates = state.commands.templates;
-  const auto kind = static_cast<std::size_t>(state.draft_purpose());
-  const std::string body = ComposeBody(templates.Text(kind, parts.template_name), parts.body,
-                                       templates.Text(kSignKind, parts.sign_name));
-  state.BeginDraft(state.draft_purpose(), std::string(HeadersOf(state.CurrentText())) + body);
+  if (!state.HasDraft() || state.writing.draft->stored != mail) {
+    if (const auto reason = KeepDraft(state)) return request.Fail(*reason);
+    Draft draft = ReadDraftFile(state.Mail(mail).raw);
+    // One of many mails in a file is saved to a file of its own.
+    if (!IsMbox(ReadWholeFile(state.Mail(mail).source).value_or(""))) draft.stored = mail;
+    draft.answered = FindById(state, draft.answered_id);
+    state.writing.kept = draft;
+    state.writing.draft = std::move(draft);
+  }
+  Windows::OpenView();
+  return Request::Done(true);
 }
 
-std::string OwnAddress(Request& request) {
-  const AccountStore& accounts = request.state.commands.accounts;
+std::optional<std::string> SaveDraft(HostState& state) {
+  Draft& draft = *state.writing.draft;
+  const fs::path file = FileOf(state, draft);
+  if (file.empty()) return "there is no folder for drafts";
+  std::string bytes = DraftFile(draft, NewStamp(state));
+  if (auto reason = SaveSafely(file, bytes)) return reason;
+  if (draft.stored < state.mail_count()) {
+    state.TakeRewritten(draft.stored, std::move(bytes), 0);
+  } else {
+    draft.stored = state.AddWritten(file, std::move(bytes));
+  }
+  state.writing.kept = draft;
+  return std::nullopt;
+}
+
+std::optional<std::string> KeepDraft(HostState& state) {
+  if (!state.HasDraft()) return std::nullopt;
+  const Draft& draft = *state.writing.draft;
+  const bool kept = state.writing.kept && *state.writing.kept == draft;
+  if (!kept && !IsEmpty(draft)) {
+    if (const auto reason = SaveDraft(state)) {
+      Tell("the mail being written, " + TitleOf(draft) + ", cannot be kept as a draft: " + *reason);
+      return "the mail being written cannot be kept: " + *reason;
+    }
+    Tell("kept as a draft in " + PathToUtf8(state.Mail(draft.stored).source.parent_path().filename()) + ": " +
+         TitleOf(draft));
+  }
+  CloseDraft(state);
+  return std::nullopt;
+}
+
+void CloseDraft(HostState& state) {
+  state.writing.draft.reset();
+  state.writing.kept.reset();
+}
+
+void FinishDraft(HostState& state) {
+  const Draft draft = *std::move(state.writing.draft);
+  CloseDraft(state);
+  MarkAnswered(state, draft);
+  if (draft.stored < state.mail_count()) DeleteStored(state, draft.stored);
+}
+
+Frame FrameOf(const HostState& state, const Draft& draft) {
+  const TemplateFolder& templates = state.commands.templates;
+  return {templates.Text(static_cast<std::size_t>(draft.purpose), draft.template_name),
+          templates.Text(kSignKind, draft.sign_name), templates.Html(kSignKind, draft.sign_name)};
+}
+
+MailStamp NewStamp(const HostState& state) {
+  const std::string account = state.HasDraft() ? state.writing.draft->account : "";
+  return {DateHeaderNow(), UniqueNameNow(), SystemCharsets().HostToUtf8(AccountSender(state, account))};
+}
+
+std::string OwnAddress(const HostState& state) {
+  const AccountStore& accounts = state.commands.accounts;
   const std::vector<std::string> names = accounts.Names();
   return names.empty() ? "" : accounts.Value(names[0], "szMailFromSpecify");
 }
+
+std::string AccountSender(const HostState& state, std::string_view account) {
+  return account.empty() ? OwnAddress(state) : state.commands.accounts.Value(account, "szMailFromSpecify");
+}
+
+void Tell(const std::string& utf8) { TheTerminal().Error("wrenfold: " + utf8 + "\n"); }
 
 void ShowWouldSend(std::string_view mail) {
   const std::string shown = Printable(SystemCharsets().HostToUtf8(mail));

@@ -37,8 +37,14 @@ Answer CentreWindow(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {105, nullptr, CentreWindow},    {175, nullptr, EncryptSign}, {176, "", SpamFilter},
-    {315, "T", AreMessagesHostText}, {316, "T", ConvertMessages},
+    {105, nullptr, CentreWindow,
+     "1, the window is in the middle of the screen (the frame does not show); 0 when there is no such "
+     "window"},
+    {175, nullptr, EncryptSign, "\"\": there is no editor that could encrypt"},
+    {176, "", SpamFilter, "\"\": there is no spam filter"},
+    {315, "T", AreMessagesHostText,
+     "0 for messages of the program that are UTF-8, which 316 makes into host text; else 1"},
+    {316, "T", ConvertMessages, "messages of the program in UTF-8 as host text"},
 };
 
 }  // namespace

@@ -61,8 +61,13 @@ Answer OpenFileName(Request& request) { return AnswerName(request, AskForName(re
 Answer SaveFileName(Request& request) { return AnswerName(request, AskForName(request, request.Text(3))); }
 
 constexpr Service kServices[] = {
-    {290, "TII", ToUtf16},       {291, "TI", LoadText}, {292, "TTT", OpenFileName},
-    {293, "TTTT", SaveFileName}, {307, "TII", ToUtf8},
+    {290, "TII", ToUtf16, "the text in UTF-16"},
+    {291, "TI", LoadText,
+     "text of a file in UTF-8, UTF-16 or Shift-JIS, up to 256 MiB; 0 when it cannot be read"},
+    {292, "TTT", OpenFileName, "asks on the terminal for a name; 0 for an empty line"},
+    {293, "TTTT", SaveFileName,
+     "asks on the terminal for a name; the name that was proposed for an empty line"},
+    {307, "TII", ToUtf8, "the text in UTF-8"},
 };
 
 }  // namespace

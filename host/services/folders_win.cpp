@@ -1,4 +1,5 @@
-// Folders: each folder with mails in it and each mbox file is one, known by its full path.
+// Folders: which there are, known by their full path; going to another; making and deleting them.
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 
@@ -12,69 +13,212 @@
 namespace wrenfold {
 namespace {
 
-constexpr Slot kSelectFolder = 0;  // sub-command of code 8; 1 would select an account group
+// Sub-commands of code 8.
+constexpr Slot kSelectFolder = 0;
+constexpr Slot kSelectAccountGroup = 1;
 
-std::string PathOf(Request& request, std::size_t folder) {
-  return SystemCharsets().Utf8ToHost(
-      PathToUtf8(std::filesystem::absolute(request.state.folders()[folder].path)));
+Answer Current(Request& request) {
+  if (request.state.folders().empty()) return request.Fail("no mails are open");
+  return request.AnswerText(FolderPath(request, request.state.folder()));
 }
 
-Answer Current(Request& request) { return request.AnswerText(PathOf(request, request.state.folder())); }
+Answer RootsFolder(Request& request) {
+  return request.AnswerText(FolderPath(request, request.state.Mail(request.state.root()).folder));
+}
 
 // Shows a folder: its first mail is opened.
+Answer Show(Request& request, std::size_t folder) {
+  request.state.ShowFolder(folder);
+  return Request::Done(true);
+}
+
+// Each tree of folders is an account group, known by the name or the full path of its top.
+Answer SelectTree(Request& request) {
+  HostState& state = request.state;
+  const std::string wanted = SystemCharsets().HostToUtf8(request.Text(1));
+  for (std::size_t tree = 0; tree < state.trees().size(); ++tree) {
+    const std::filesystem::path top = std::filesystem::absolute(state.trees()[tree].root).lexically_normal();
+    if (!EqualsIgnoringCase(PathToUtf8(top), wanted) &&
+        !EqualsIgnoringCase(PathToUtf8(top.filename()), wanted))
+      continue;
+    std::optional<std::size_t> first;
+    for (std::size_t i = 0; i < state.folders().size(); ++i) {
+      if (state.folders()[i].removed || state.folders()[i].tree != tree) continue;
+      if (!state.MailsOf(i).empty()) return Show(request, i);
+      if (!first) first = i;
+    }
+    if (first) return Show(request, *first);
+  }
+  return request.Fail("no account group \"" + wanted + "\"");
+}
+
 Answer Select(Request& request) {
-  if (request.Number(0) != kSelectFolder) return Request::NotServed();
-  const auto folder = FolderOf(request, 1);
-  if (!folder) return {};
-  const std::vector<std::size_t> mails = request.state.MailsOf(*folder);
-  return Request::AnswerNumber(!mails.empty() && request.state.Open(mails[0]) ? 1 : 0);
+  if (request.Number(0) == kSelectAccountGroup) return SelectTree(request);
+  if (request.Number(0) != kSelectFolder) return request.Fail("no such form of code 8");
+  return WithFolder<Show, 1>(request);
+}
+
+// The next folder that is there.
+std::optional<std::size_t> Neighbour(Request& request, std::size_t folder, int step) {
+  const std::vector<MailFolder>& folders = request.state.folders();
+  // Stepping back from the first wraps to a number behind the last.
+  while ((folder += static_cast<std::size_t>(step)) < folders.size()) {
+    if (!folders[folder].removed) return folder;
+  }
+  return std::nullopt;
 }
 
 template <int kStep>
-Answer Neighbour(Request& request) {
-  const auto folder = FolderOf(request, 0);
-  if (!folder) return {};
-  // Stepping back from the first wraps to a number behind the last.
-  const std::size_t neighbour = *folder + static_cast<std::size_t>(kStep);
-  return request.AnswerText(neighbour < request.state.folders().size() ? PathOf(request, neighbour) : "");
+Answer NeighbourPath(Request& request, std::size_t folder) {
+  const auto neighbour = Neighbour(request, folder, kStep);
+  return request.AnswerText(neighbour ? FolderPath(request, *neighbour) : "");
 }
 
-// The menu's way to the same: opens the neighbour.
+// The menu's way to the same: goes to the neighbour.
 template <int kStep>
 Answer Go(Request& request) {
-  const std::size_t neighbour = request.state.folder() + static_cast<std::size_t>(kStep);
-  const std::vector<std::size_t> mails = request.state.MailsOf(neighbour);
-  return Request::AnswerNumber(!mails.empty() && request.state.Open(mails[0]) ? 1 : 0);
+  const auto neighbour = Neighbour(request, request.state.folder(), kStep);
+  return neighbour ? Show(request, *neighbour) : request.Fail("there is no folder that way");
+}
+
+// --- Making and deleting ---
+
+Answer Make(Request& request) {
+  const std::string name = NameOfPair(request, 0);
+  if (request.state.folders().empty())
+    return request.Fail("no mails are open: there is no place for folders");
+  const std::size_t before = request.state.folders().size();
+  auto made = request.state.tree().Make(name, request.state.folder());
+  if (auto* reason = std::get_if<std::string>(&made)) return request.Fail(std::move(*reason));
+  if (std::get<std::size_t>(made) < before) return request.Fail("there is a folder \"" + name + "\" already");
+  return Request::Done(true);
+}
+
+// A pair that names nothing means no folder here: the current one is not deleted by mistake.
+std::optional<std::size_t> ToDelete(Request& request) {
+  if (!NameOfPair(request, 0).empty()) return FolderOfPair(request, 0);
+  request.Fail("no folder is named");
+  return std::nullopt;
+}
+
+Answer MayDelete(Request& request) {
+  const auto folder = ToDelete(request);
+  if (!folder) return NoFolder(request);
+  auto reason = request.state.tree().WhyNotDelete(*folder);
+  return reason ? request.Fail(*std::move(reason)) : Request::Done(true);
+}
+
+// Mails go to the trash first; the folder goes when nothing is left in it.
+Answer Delete(Request& request) {
+  HostState& state = request.state;
+  const auto folder = ToDelete(request);
+  if (!folder) return NoFolder(request);
+  if (auto reason = state.tree().WhyNotDelete(*folder)) return request.Fail(*std::move(reason));
+  const std::vector<std::size_t> branch = state.tree().Branch(*folder);
+  const bool current = std::find(branch.begin(), branch.end(), state.folder()) != branch.end();
+  for (const std::size_t i : branch) {
+    if (state.folders()[i].kind == FolderKind::kSearch) continue;
+    if (std::string reason = state.DeleteMails(state.MailsOf(i)); !reason.empty())
+      return request.Fail(reason);
+  }
+  auto reason = state.tree().Delete(*folder);
+  if (reason) return request.Fail(*std::move(reason));
+  if (current) {
+    // The first folder of the tree is its top, which is never deleted.
+    const std::size_t tree = state.folders()[*folder].tree;
+    for (std::size_t i = 0; i < state.folders().size(); ++i) {
+      if (state.folders()[i].removed || state.folders()[i].tree != tree) continue;
+      return Show(request, i);
+    }
+  }
+  return Request::Done(true);
+}
+
+Answer Refresh(Request& request, std::size_t folder) {
+  auto reason = request.state.Refresh(folder);
+  return reason ? request.Fail(*std::move(reason)) : Request::Done(true);
 }
 
 constexpr Service kServices[] = {
-    {7, nullptr, WithRoot<Current>},  {8, "ITT", Select},
-    {42, nullptr, WithRoot<Current>}, {137, nullptr, Neighbour<1>},
-    {138, nullptr, Neighbour<-1>},    {174, nullptr, WithRoot<Current>},
+    {7, nullptr, Current,
+     "full path of the folder that the mail list shows: a folder, an mbox file or a search folder"},
+    {8, nullptr, Select,
+     "goes to a folder (full path, path in its tree, or name alone) and opens its first mail; "
+     "`SelectAccountGroup` "
+     "goes to the first folder with mails of a tree: each `--mail` is a group, named as the folder at its "
+     "top"},
+    {42, nullptr, WithRoot<RootsFolder>, "full path of the folder in which the root mail lies"},
+    {69, nullptr, Make,
+     "makes a directory: a full path, or one in the tree of the current folder, with the folders above it; 0 "
+     "when it "
+     "is there already"},
+    {137, nullptr, WithFolder<NeighbourPath<1>>, "path of the next folder, \"\" behind the last"},
+    {138, nullptr, WithFolder<NeighbourPath<-1>>, "path of the folder before, \"\" before the first"},
+    {174, nullptr, WithRoot<RootsFolder>, "as 42"},
+    {188, nullptr, WithFolder<Refresh>,
+     "reads the files of the folder again: new mails are added, those whose file is gone leave; a search "
+     "folder "
+     "searches again"},
+    {246, nullptr, MayDelete,
+     "1 when the folder can be deleted; not the top of a tree, the trash, or what holds other files than "
+     "mails"},
+    {260, nullptr, Delete,
+     "moves the mails of the folder and of those below it to the trash, then removes the folders; one that "
+     "is not "
+     "empty then is kept"},
 };
 
-constexpr Command kCommands[] = {{40126, Go<1>}, {40127, Go<-1>}};
+constexpr Command kCommands[] = {
+    {40126, Go<1>, "goes to the next folder"},
+    {40127, Go<-1>, "goes to the folder before"},
+};
 
 }  // namespace
 
 const ServiceFamily kFoldersServices = {kServices, kCommands};
 
+// --- Lookup ---
+
+std::string FolderPath(Request& request, std::size_t folder) {
+  return SystemCharsets().Utf8ToHost(
+      PathToUtf8(std::filesystem::absolute(request.state.folders()[folder].path)));
+}
+
 std::optional<std::size_t> FolderOf(Request& request, std::size_t slot) {
-  if (!request.state.HasRoot()) return std::nullopt;
-  if (request.Number(slot) == 0) return request.state.folder();
-  const std::string_view wanted = request.Text(slot);
-  for (std::size_t i = 0; i < request.state.folders().size(); ++i) {
-    const std::string name = SystemCharsets().Utf8ToHost(request.state.folders()[i].name);
-    if (EqualsIgnoringCase(PathOf(request, i), wanted) || EqualsIgnoringCase(name, wanted)) return i;
+  HostState& state = request.state;
+  std::optional<std::size_t> folder;
+  if (state.folders().empty()) {
+    request.Fail("no mails are open");
+  } else if (request.Number(slot) == 0) {
+    folder = state.folder();
+  } else {
+    const std::string wanted = SystemCharsets().HostToUtf8(request.Text(slot));
+    folder = state.tree().Find(wanted, state.folder());
+    if (!folder) request.Fail("no folder \"" + wanted + "\"");
   }
-  return std::nullopt;
+  if (folder) state.EnsureSearched(*folder);
+  return folder;
 }
 
 std::optional<std::size_t> FolderOfPair(Request& request, std::size_t first_slot) {
   for (const std::size_t slot : {first_slot, first_slot + 1}) {
     if (!request.Text(slot).empty()) return FolderOf(request, slot);
   }
-  return request.state.HasRoot() ? std::optional(request.state.folder()) : std::nullopt;
+  for (const std::size_t slot : {first_slot, first_slot + 1}) {
+    if (request.Number(slot) == 0 || request.HasText(slot)) continue;
+    request.Fail("a folder is named by a text");
+    return std::nullopt;
+  }
+  if (!request.state.folders().empty()) return request.state.folder();
+  request.Fail("no mails are open");
+  return std::nullopt;
 }
+
+std::string NameOfPair(Request& request, std::size_t first_slot) {
+  const std::string_view first = request.Text(first_slot);
+  return SystemCharsets().HostToUtf8(first.empty() ? request.Text(first_slot + 1) : first);
+}
+
+Answer NoFolder(Request& request) { return request.Fail(std::string(request.state.failure)); }
 
 }  // namespace wrenfold

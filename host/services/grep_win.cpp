@@ -8,6 +8,7 @@
 #include "host/mail/find_pack.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/folder_lookup_win.h"
+#include "host/services/list_moves_win.h"
 #include "host/services/services_win.h"
 #include "host/windows/frame_win.h"
 
@@ -37,8 +38,7 @@ void FindMails(Request& request) {
       if (is_new && Finds(state.commands.find_pack, state.Message(mail).text)) found.push_back(mail);
     }
   }
-  state.all_selected = false;
-  state.found_selected = true;
+  state.selection.Select(found);
 }
 
 Answer Search(Request& request) {
@@ -101,15 +101,12 @@ Answer PushFindPack(Request& request) {
 template <bool kForwards, bool kInclude>
 Answer Find(Request& request) {
   HostState& state = request.state;
-  const std::vector<std::size_t> list = state.MailsOf(state.folder());
-  std::size_t place = state.ListPosition();
-  // Stepping back from 0 wraps to a place behind the list.
-  if (!kInclude) place += kForwards ? 1 : static_cast<std::size_t>(-1);
-  for (; place < list.size(); place += kForwards ? 1 : static_cast<std::size_t>(-1)) {
-    const bool finds = Finds(state.commands.find_pack, state.Message(list[place]).text);
-    if (finds) return Request::AnswerNumber(state.Open(list[place]) ? 1 : 0);
-  }
-  return {};
+  const auto finds = [&](std::size_t mail) {
+    return Finds(state.commands.find_pack, state.Message(mail).text);
+  };
+  if (kInclude && finds(state.root())) return Request::Done(true);
+  return MoveInList(request, kForwards, finds) ? Request::Done(true)
+                                               : request.Fail("the find pack finds no mail on the way");
 }
 
 // --- Counters of a folder ---
@@ -135,17 +132,32 @@ Answer CountMails(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {81, "II", FindPack},        {82, "T", SetFindPack},     {85, "", PushFindPack},
-    {139, "TTI", CountMails},    {83, "TTII", Search},       {129, nullptr, GrepWindow},
-    {199, "TTII", StartSearch},  {217, "TTII", AddToSearch}, {218, "TTII", StartAddToSearch},
-    {256, nullptr, IsSearching}, {257, nullptr, StopSearch}, {264, nullptr, GrepRaised},
+    {81, "II", FindPack, "the [find pack](#find-packs); with a number n in front the one of n pushes ago"},
+    {82, "T", SetFindPack, "sets the [find pack](#find-packs): 1"},
+    {85, "", PushFindPack, "keeps the [find pack](#find-packs), to be asked for later: 1"},
+    {139, "TTI", CountMails,
+     "mails of the folder by kind; \"recent\" are the unread ones without `O` in `Status`"},
+    {83, "TTII", Search,
+     "looks for the find pack in the folder (flag 1: in all folders) and opens a result window: 1. The mails "
+     "found are selected: `LockSelection`, `EnumSelection` and `SelectedMailCount` walk through them, "
+     "`NextPrevCustom` with \"findflag\" moves between them"},
+    {129, nullptr, GrepWindow, "the result window opened last, 0 without one"},
+    {199, "TTII", StartSearch,
+     "the same as 83; the search lasts until the messages that it left have been handled"},
+    {217, "TTII", AddToSearch, "the same as 83, added to those found before"},
+    {218, "TTII", StartAddToSearch, "the same as 199, added to those found before"},
+    {256, nullptr, IsSearching, "1 until the messages that a search left have been handled"},
+    {257, nullptr, StopSearch, "ends the search: 1 when there was one"},
+    {264, nullptr, GrepRaised, "1 once the frame has brought the result window to the top, 0 without one"},
 };
 
 constexpr Command kCommands[] = {
-    {40014, WithRoot<Find<false, false>>},
-    {40015, WithRoot<Find<true, false>>},
-    {40180, WithRoot<Find<false, true>>},
-    {40181, WithRoot<Find<true, true>>},
+    {40014, WithRoot<Find<false, false>>,
+     "opens the nearest mail of the list, before the open one, that the find pack finds"},
+    {40015, WithRoot<Find<true, false>>,
+     "opens the nearest mail of the list, behind the open one, that the find pack finds"},
+    {40180, WithRoot<Find<false, true>>, "as 40014, the open mail included"},
+    {40181, WithRoot<Find<true, true>>, "as 40015, the open mail included"},
 };
 
 }  // namespace

@@ -1,11 +1,14 @@
 // Macros run in another window, and commands posted to the host.
 #include <windows.h>
 
+#include <utility>
 #include <vector>
 
+#include "host/charset/charsets.h"
 #include "host/library/export_caller_win.h"
 #include "host/macro/runner.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/macros_win.h"
 #include "host/services/services_win.h"
 #include "host/windows/frame_win.h"
 
@@ -44,6 +47,26 @@ Answer RunIn(HWND window, Request& request) {
   return Request::AnswerNumber(value->IsNumber() ? value->Number() : 1);
 }
 
+// The reason and the name that macros ask for, while one runs.
+class RunningFor {
+ public:
+  RunningFor(WritingState& writing, MacroReason reason, std::string macro)
+      : writing_(writing),
+        reason_(std::exchange(writing.reason, reason)),
+        macro_(std::exchange(writing.macro, std::move(macro))) {}
+  ~RunningFor() {
+    writing_.reason = reason_;
+    writing_.macro = std::move(macro_);
+  }
+  RunningFor(const RunningFor&) = delete;
+  RunningFor& operator=(const RunningFor&) = delete;
+
+ private:
+  WritingState& writing_;
+  MacroReason reason_;
+  std::string macro_;
+};
+
 Answer RunHere(Request& request) { return RunIn(Windows::Receiver(), request); }
 Answer RunInMain(Request& request) { return RunIn(Windows::Frame(), request); }
 
@@ -56,13 +79,27 @@ Answer CarryOutPosted(Request&) {
 }
 
 constexpr Service kServices[] = {
-    {45, "T", RunHere},       {160, "T", RunInMain},     {278, "", NothingWanted},
-    {279, "", NothingWanted}, {319, "", CarryOutPosted},
+    {45, "T", RunHere, "[runs the macro](#macros-in-other-windows) in the window asked"},
+    {160, "T", RunInMain, "[runs the macro](#macros-in-other-windows) in the frame"},
+    {278, "", NothingWanted, "0: nothing is to be done before a macro waits for another window"},
+    {279, "", NothingWanted, "0: nothing is to be done after a macro waited for another window"},
+    {319, "", CarryOutPosted, "carries out what waits in the message queue: 1"},
 };
 
 }  // namespace
 
 const ServiceFamily kMacrosServices = {kServices, {}};
+
+std::optional<std::int64_t> RunBeforeSending(HostState& state) {
+  const std::string file = state.writing.send_macro;
+  if (g_runner == nullptr || g_depth >= kMostDepth) return std::nullopt;
+  const RunningFor running(state.writing, MacroReason::kBeforeSending, file);
+  ++g_depth;
+  const auto value = g_runner->RunMacro(SystemCharsets().Utf8ToHost(file), {});
+  --g_depth;
+  if (!value) return std::nullopt;
+  return value->IsNumber() ? value->Number() : 1;
+}
 
 void SetMacroRunner(MacroRunner* runner) { g_runner = runner; }
 

@@ -1,71 +1,107 @@
-// The list of mails: how many there are, which is open, moving between them, and their marks. The mails are
-// listed in the order in which they were read; the open one is the root mail and the current one.
+// The list of mails: how many there are, which is open, moving between them, which are selected, and their
+// marks. The open mail is the root mail and the current one.
+#include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
+#include "host/requests/shown_list.h"
+#include "host/services/list_moves_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/terminal_text.h"
+#include "host/terminal/terminal_win.h"
 
 namespace wrenfold {
 namespace {
 
-std::vector<std::size_t> List(Request& request) { return request.state.MailsOf(request.state.folder()); }
+std::vector<std::size_t> Shown(Request& request) { return ShownMails(request.state, request.state.folder()); }
 
-Answer Count(Request& request) { return Request::AnswerNumber(static_cast<Slot>(List(request).size())); }
+Answer Count(Request& request) { return Request::AnswerNumber(static_cast<Slot>(Shown(request).size())); }
+Answer CountAll(Request& request) {
+  return Request::AnswerNumber(static_cast<Slot>(request.state.MailsOf(request.state.folder()).size()));
+}
+
 Answer Index(Request& request) {
-  return Request::AnswerNumber(static_cast<Slot>(request.state.ListPosition()));
+  const auto place = PlaceIn(Shown(request), request.state.root());
+  return Request::AnswerNumber(place ? static_cast<Slot>(*place) : -1);
 }
 
-// Opens the mail at a place of the list: 1, or 0 when there is none.
-Answer OpenAt(Request& request, std::size_t position) {
-  const std::vector<std::size_t> list = List(request);
-  return Request::AnswerNumber(position < list.size() && request.state.Open(list[position]) ? 1 : 0);
+Answer SetIndex(Request& request) {
+  const std::vector<std::size_t> list = Shown(request);
+  const Slot place = request.Number(0);
+  if (place < 0 || place >= static_cast<Slot>(list.size())) {
+    return request.Fail("the list has no mail " + std::to_string(place) + "; it shows " +
+                        std::to_string(list.size()));
+  }
+  return OpenInList(request, list[static_cast<std::size_t>(place)]);
 }
-
-// A negative place becomes one behind every list.
-Answer SetIndex(Request& request) { return OpenAt(request, static_cast<std::size_t>(request.Number(0))); }
 
 // Opens the nearest mail of the list in a direction; with `kUnreadOnly` the read ones are passed over.
 template <int kStep, bool kUnreadOnly>
 Answer Move(Request& request) {
-  const std::vector<std::size_t> list = List(request);
-  std::size_t position = request.state.ListPosition();
-  // Stepping back from 0 wraps to a place behind the list.
-  while ((position += static_cast<std::size_t>(kStep)) < list.size()) {
-    const bool unread = (request.state.StateWord(list[position]) & kStateUnread) != 0;
-    if (unread || !kUnreadOnly) return OpenAt(request, position);
-  }
-  return {};
+  const bool found = MoveInList(request, kStep > 0, [&](std::size_t mail) {
+    return !kUnreadOnly || (request.state.StateWord(mail) & kStateUnread) != 0;
+  });
+  return found ? Request::Done(true)
+               : request.Fail(kStep > 0 ? "no such mail behind the open one"
+                                        : "no such mail before the open one");
 }
 
 // --- Selection ---
 
 Answer SelectAll(Request& request) {
-  request.state.all_selected = true;
-  return Request::AnswerNumber(1);
-}
-
-std::vector<std::size_t> Selection(Request& request) {
-  if (request.state.all_selected) return List(request);
-  if (request.state.found_selected) return request.state.commands.found;
-  return {request.state.root()};
+  request.state.selection.Select(Shown(request));
+  return Request::Done(true);
 }
 
 Answer SelectedCount(Request& request) {
-  return Request::AnswerNumber(static_cast<Slot>(Selection(request).size()));
+  return Request::AnswerNumber(static_cast<Slot>(SelectedMails(request.state).size()));
 }
 
 Answer LockSelection(Request& request) {
-  request.state.locked_selection() = Selection(request);
-  return Request::AnswerNumber(1);
+  request.state.selection.Lock(SelectedMails(request.state));
+  return Request::Done(true);
 }
 
 Answer UnlockSelection(Request& request) {
-  request.state.locked_selection().clear();
-  return Request::AnswerNumber(1);
+  request.state.selection.Unlock();
+  return Request::Done(true);
 }
 
 Answer EnumSelection(Request& request) {
-  const std::vector<std::size_t>& locked = request.state.locked_selection();
-  const auto position = static_cast<std::size_t>(request.Number(0));
-  return Request::AnswerNumber(position < locked.size() && request.state.Open(locked[position]) ? 1 : 0);
+  const std::vector<std::size_t> locked = request.state.selection.Locked();
+  const Slot place = request.Number(0);
+  if (place < 0 || place >= static_cast<Slot>(locked.size())) {
+    return request.Fail("no mail " + std::to_string(place) + " is locked; LockSelection took " +
+                        std::to_string(locked.size()));
+  }
+  return Request::Done(request.state.Open(locked[static_cast<std::size_t>(place)]));
+}
+
+// --- The pane that has the focus ---
+
+constexpr Slot kFolderPane = 0;
+constexpr Slot kListPane = 1;
+constexpr Slot kMailPane = 2;
+constexpr int kPane = 89;  // the code that asks for it
+
+Answer SelectPane(Request& request) {
+  const Slot pane = request.Number(0);
+  if (pane < kFolderPane || pane > kMailPane)
+    return request.Fail("no pane " + std::to_string(pane) + ": 0 to 2");
+  request.state.Setting(kPane) = pane;
+  return Request::Done(true);
+}
+
+Answer Pane(Request& request) { return Request::AnswerNumber(request.state.Setting(kPane)); }
+
+Answer SelectAllInPane(Request& request) {
+  switch (request.state.Setting(kPane)) {
+    case kListPane:
+      return SelectAll(request);
+    case kMailPane:
+      request.state.view.all_text_selected = true;
+      return Request::Done(true);
+    default:
+      return request.Fail("the pane of folders has the focus, where one is selected at a time");
+  }
 }
 
 // --- Marks of the open mail ---
@@ -74,63 +110,100 @@ template <std::uint32_t kBit>
 Answer Switch(Request& request) {
   const std::size_t root = request.state.root();
   request.state.ChangeState(root, ~request.state.StateWord(root), kBit);
-  return Request::AnswerNumber(1);
+  return Request::Done(true);
 }
 
 Answer ClearAllUnread(Request& request) {
-  for (const std::size_t i : List(request)) request.state.ChangeState(i, 0, kStateUnread);
-  return Request::AnswerNumber(1);
+  for (const std::size_t mail : Shown(request)) request.state.ChangeState(mail, 0, kStateUnread);
+  return Request::Done(true);
 }
 
 // bits, mask
 Answer SetState(Request& request) {
   request.state.ChangeState(request.state.root(), static_cast<std::uint32_t>(request.Number(0)),
                             static_cast<std::uint32_t>(request.Number(1)));
-  return Request::AnswerNumber(1);
+  return Request::Done(true);
 }
 
 Answer SetFolding(Request& request) {
   const std::uint32_t changed = kStateNoFolding;
   request.state.ChangeState(request.state.root(), request.Number(0) != 0 ? 0 : changed, changed);
-  return Request::AnswerNumber(1);
+  return Request::Done(true);
 }
 
 Answer Colour(Request& request) { return Request::AnswerNumber(request.state.colour(request.state.root())); }
 
 Answer SetColour(Request& request) {
   request.state.set_colour(request.state.root(), request.Number(0));
-  return Request::AnswerNumber(1);
+  return Request::Done(true);
+}
+
+// --- Accounts ---
+
+Answer ListAccount(Request& request) { return request.AnswerText(FirstAccount(request.state)); }
+
+Answer MailAccount(Request& request) {
+  const bool has_root = request.state.HasRoot();
+  return request.AnswerText(has_root ? AccountOf(request.state, request.state.root())
+                                     : FirstAccount(request.state));
+}
+
+Answer AccountGroup(Request& request) {
+  return request.AnswerText(
+      request.state.commands.accounts.Value(AccountOf(request.state, request.state.root()), "group"));
 }
 
 constexpr Service kServices[] = {
-    {30, nullptr, Count},
-    {31, nullptr, Count},
-    {32, nullptr, Index},
-    {33, nullptr, SetIndex},
-    {95, nullptr, WithRoot<Colour>},
-    {96, nullptr, WithRoot<SetColour>},
-    {97, "II", WithRoot<SetState>},
-    {131, nullptr, WithRoot<LockSelection>},
-    {132, nullptr, UnlockSelection},
-    {133, nullptr, EnumSelection},
-    {149, nullptr, WithRoot<SelectedCount>},
-    {191, nullptr, WithRoot<SelectAll>},
-    {311, "I", WithRoot<SetFolding>},
+    {5, nullptr, ListAccount, "the first account; \"local\" when there is none"},
+    {6, nullptr, MailAccount,
+     "the account that the open mail is addressed to (To, Cc, Delivered-To), else the first"},
+    {18, nullptr, SelectPane, "0 folders, 1 mail list, 2 mail"},
+    {30, nullptr, Count, "mails that the list shows"},
+    {31, nullptr, CountAll, "mails of the folder, shown or not"},
+    {32, nullptr, WithRoot<Index>, "place of the open mail in the list, from 0; -1 when it does not show"},
+    {33, nullptr, SetIndex, "opens another mail of the list: 1 when there is one"},
+    {kPane, nullptr, Pane, "the pane selected last, 0 at first"},
+    {95, nullptr, WithRoot<Colour>, "colour of the open mail, kept while the program runs"},
+    {96, nullptr, WithRoot<SetColour>, "sets it"},
+    {97, "II", WithRoot<SetState>, "changes bits of the state word: new bits, mask"},
+    {131, nullptr, WithRoot<LockSelection>,
+     "keeps the selected mails: for `EnumSelection`, and for `Export`"},
+    {132, nullptr, UnlockSelection, "ends that"},
+    {133, nullptr, EnumSelection, "opens a mail of those locked: 1 when there is one"},
+    {149, nullptr, WithRoot<SelectedCount>,
+     "number of selected mails: the open one, all of the list, or those found; a folded mail counts with its "
+     "answers"},
+    {159, nullptr, WithRoot<AccountGroup>, "the line `group = ...` of the open mail's account"},
+    {191, nullptr, WithRoot<SelectAll>, "selects the mails that the list shows, until one is opened"},
+    {225, nullptr, Pane, "the pane selected last, 0 at first"},
+    {245, nullptr, WithRoot<SelectAllInPane>,
+     "in the mail list as `SelectAllMail`; in the mail its text, which `SelectedRootText` then gives; 0 in "
+     "the pane of folders"},
+    {311, "I", WithRoot<SetFolding>, "turns the open mail's folding on or off"},
 };
 
 constexpr Command kCommands[] = {
-    {40028, Move<1, true>},
-    {40029, Move<-1, true>},
-    {40031, Move<1, false>},
-    {40032, Move<-1, false>},
-    {40033, WithRoot<Switch<kStateUnread>>},
-    {40079, WithRoot<Switch<kStateMarked>>},
-    {40090, WithRoot<Switch<kStateNoFolding>>},
-    {40430, ClearAllUnread},
+    {40028, WithRoot<Move<1, true>>, "opens the next unread mail of the list: 1 when there is one"},
+    {40029, WithRoot<Move<-1, true>>, "the previous one"},
+    {40031, WithRoot<Move<1, false>>, "opens the next mail of the list"},
+    {40032, WithRoot<Move<-1, false>>, "the previous one"},
+    {40033, WithRoot<Switch<kStateUnread>>, "makes the open mail read or unread"},
+    {40079, WithRoot<Switch<kStateMarked>>, "sets or clears its mark"},
+    {40090, WithRoot<Switch<kStateNoFolding>>, "turns its folding on or off"},
+    {40430, ClearAllUnread, "makes the mails of the list read"},
 };
 
 }  // namespace
 
 const ServiceFamily kMailListServices = {kServices, kCommands};
+
+Answer OpenInList(Request& request, std::size_t mail) {
+  if (!request.state.Open(mail)) return request.Fail("there is no mail " + std::to_string(mail));
+  if (request.state.list.speaks) {
+    TheTerminal().Error(
+        "speech: " + Printable(SystemCharsets().HostToUtf8(ListLineText(request.state, mail, 0))) + "\n");
+  }
+  return Request::Done(true);
+}
 
 }  // namespace wrenfold

@@ -1,18 +1,13 @@
 // What the library asks about the mail that is open: its text, headers, files and state.
-#include <filesystem>
-
 #include "host/charset/charsets.h"
 #include "host/mail/headers.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/folder_paths_win.h"
 #include "host/services/services_win.h"
 
 namespace wrenfold {
 namespace {
-
-std::string HostPath(const std::filesystem::path& path) {
-  return SystemCharsets().Utf8ToHost(PathToUtf8(std::filesystem::absolute(path)));
-}
 
 StoredMail& Root(Request& request) { return request.state.Mail(request.state.root()); }
 const std::string& RootText(Request& request) { return request.state.Message(request.state.root()).text; }
@@ -49,8 +44,11 @@ Answer State(Request& request) {
 // All mails of the small host are received ones.
 Answer MailType(Request&) { return Request::AnswerNumber(1); }
 
-// Nothing is ever selected: the small host has no view to select in.
-Answer Selection(Request& request) { return request.AnswerText(""); }
+// All of the text or nothing: there is no view to select in with the mouse.
+Answer SelectedText(Request& request) {
+  const bool selected = request.state.view.all_text_selected;
+  return request.AnswerText(selected ? std::string(SplitMail(RootText(request)).body) : "");
+}
 
 Answer FileName(Request& request) {
   return request.AnswerText(SystemCharsets().Utf8ToHost(PathToUtf8(Root(request).source.filename())));
@@ -60,20 +58,21 @@ Answer FileOffset(Request& request) { return Request::AnswerNumber(static_cast<S
 Answer Size(Request& request) { return Request::AnswerNumber(static_cast<Slot>(Root(request).raw.size())); }
 
 constexpr Service kServices[] = {
-    {1, nullptr, WithRoot<RootMail>},
-    {2, nullptr, WithRoot<SmallHeader>},
-    {3, "TAII", WithCurrent<CurrentHeader>},
-    {4, "TAI", WithCurrent<CountCurrentHeader>},
-    {15, "", WithRoot<State>},
-    {16, nullptr, WithRoot<MailType>},
-    {47, nullptr, WithRoot<Selection>},
-    {52, nullptr, WithRoot<FileName>},
-    {53, nullptr, WithRoot<FilePath>},
-    {130, nullptr, WithRoot<FileOffset>},
-    {240, nullptr, WithCurrent<AllCurrentHeader>},
-    {241, nullptr, WithCurrent<SmallCurrentHeader>},
-    {183, nullptr, WithRoot<Size>},
-    {263, "", WithRoot<State>},
+    {1, nullptr, WithRoot<RootMail>, "the whole root mail as host text"},
+    {2, nullptr, WithRoot<SmallHeader>, "From, To, Cc, Subject and Date of the root mail"},
+    {3, "TAII", WithCurrent<CurrentHeader>,
+     "header of the current mail: length of the whole value; fills the buffer"},
+    {4, "TAI", WithCurrent<CountCurrentHeader>, "how often the current mail has it"},
+    {15, "", WithRoot<State>, "the [state word](#the-state-word)"},
+    {16, nullptr, WithRoot<MailType>, "1: received"},
+    {47, nullptr, WithRoot<SelectedText>, "the body after `SelectAllInCurrentPane` in the mail, else \"\""},
+    {52, nullptr, WithRoot<FileName>, "of the file that holds the root mail"},
+    {53, nullptr, WithRoot<FilePath>, "its full path"},
+    {130, nullptr, WithRoot<FileOffset>, "where the root mail begins in its file: 0 but in an mbox"},
+    {240, nullptr, WithCurrent<AllCurrentHeader>, "header block of the current mail"},
+    {241, nullptr, WithCurrent<SmallCurrentHeader>, "From, To, Cc, Subject and Date of the current mail"},
+    {183, nullptr, WithRoot<Size>, "bytes of the root mail in its file"},
+    {263, "", WithRoot<State>, "the [state word](#the-state-word)"},
 };
 
 }  // namespace

@@ -59,9 +59,11 @@ Answer Balloon(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {135, "TT", Notify},
-    {282, "TT", Balloon<2>},
-    {317, "TTT", Balloon<3>},
+    {135, "TT", Notify,
+     "prints `notice: text: text` on standard error; a hidden window stands for it until it is closed: its "
+     "handle"},
+    {282, "TT", Balloon<2>, "prints `balloon: text: text` on standard error: 1"},
+    {317, "TTT", Balloon<3>, "prints `balloon: text: text: text` on standard error: 1"},
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "host/mail/header_edit.h"
 #include "host/mail/mail_options.h"
+#include "host/mail/priority.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/draft_win.h"
 #include "host/services/services_win.h"
@@ -13,21 +14,20 @@
 namespace wrenfold {
 namespace {
 
-Answer SwitchHeader(Request& request, std::string_view name, std::string_view value, bool on) {
-  if (!request.state.HasDraft()) return {};
-  std::string& text = request.state.EditCurrent();
-  return Request::AnswerNumber((on ? SetHeader(text, name, value, 0) : DeleteHeader(text, name, 0)) ? 1 : 0);
-}
+constexpr char kNoMail[] = "no mail is being written";
 
 Answer SwitchPriority(Request& request) {
-  const bool on = !IsUrgent(request.state.CurrentText());
-  return SwitchHeader(request, kPriorityHeader, "1", on);
+  if (!request.state.HasDraft()) return request.Fail(kNoMail);
+  SetUrgent(request.state.EditCurrent(), !IsUrgent(request.state.CurrentText()));
+  return Request::Done(true);
 }
 
 Answer SwitchNotification(Request& request) {
-  const std::string own = OwnAddress(request);
-  const bool on = !AsksForNotification(request.state.CurrentText());
-  return SwitchHeader(request, kNotificationHeader, own.empty() ? "local@localhost" : own, on);
+  if (!request.state.HasDraft()) return request.Fail(kNoMail);
+  std::string& text = request.state.EditCurrent();
+  if (AsksForNotification(text)) return Request::Done(DeleteHeader(text, kNotificationHeader, 0));
+  const std::string own = OwnAddress(request.state);
+  return Request::Done(SetHeader(text, kNotificationHeader, own.empty() ? "local@localhost" : own, 0));
 }
 
 // For windows without a menu bar.
@@ -52,6 +52,7 @@ Answer SelectCharset(Request& request) {
   for (const CharsetRow& row : kCharsetRows) {
     if (row.command != request.Number(0)) continue;
     if (request.state.HasDraft()) {
+      request.state.writing.draft->charset = row.name;
       SetHeader(request.state.EditCurrent(), "Content-Type", "text/plain; charset=" + std::string(row.name),
                 0);
     }
@@ -60,11 +61,20 @@ Answer SelectCharset(Request& request) {
   return {};
 }
 
-constexpr Service kServices[] = {{193, "II", SelectCharset}, {329, "", Menu}};
+constexpr Service kServices[] = {
+    {193, "II", SelectCharset,
+     "sets the Content-Type of the mail being written: 1, 0 for an unknown charset; a received mail shows in "
+     "the character set that it declares"},
+    {329, "", Menu, "the frame's menu, for a mail in a window of its own"},
+};
 
 constexpr Command kCommands[] = {
-    {kNotificationCommand, WithCurrent<SwitchNotification>},
-    {kPriorityCommand, WithCurrent<SwitchPriority>},
+    {kNotificationCommand, WithCurrent<SwitchNotification>,
+     "item of the frame's menu bar that sets and removes `Disposition-Notification-To` of the mail being "
+     "written; greyed without one"},
+    {kPriorityCommand, WithCurrent<SwitchPriority>,
+     "item of the frame's menu bar that makes the mail being written [urgent](#urgent-mails) or not; greyed "
+     "without one"},
 };
 
 }  // namespace

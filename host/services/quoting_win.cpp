@@ -1,4 +1,7 @@
 // How the host folds and quotes texts.
+#include "host/mail/custom_header.h"
+#include "host/mail/draft.h"
+#include "host/mail/kinsoku.h"
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
@@ -38,13 +41,55 @@ Answer QuoteUnfolded(Request& request) {
   return request.AnswerText(FoldAndQuote(request.WholeText(), kQuoteMark, kNoFolding));
 }
 
+Answer Kinsoku(Request& request) {
+  if (!request.HasText(0)) return request.Fail("there is no text");
+  return request.AnswerText(ApplyKinsoku(request.Text(0), kDefaultWidth));
+}
+
+// spec, header block
+Answer CustomHeader(Request& request) {
+  if (!request.HasText(0) || !request.HasText(1)) return request.Fail("there is no text");
+  return request.AnswerText(CustomHeaders(request.Text(0), request.Text(1)));
+}
+
+// --- The line with the cursor: the first of the body, until a macro moves it ---
+
+Answer IsLineUnfolded(Request& request) {
+  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
+  return Request::Done(IsCursorLineUnfolded(*request.state.writing.draft));
+}
+
+Answer SwitchLine(Request& request) {
+  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
+  if (!SwitchCursorLine(*request.state.writing.draft))
+    return request.Fail("the mail being written has no such line");
+  return Request::Done(true);
+}
+
 constexpr Service kServices[] = {
-    {86, "T", Quote},        {87, "TT", QuoteWithMark}, {158, "T", FoldHeader},
-    {262, "TI", QuoteWidth}, {297, "P", QuoteUnfolded},
+    {86, "T", Quote,
+     "each line with `> ` in front, folded at 72 columns unless the open mail's folding is off"},
+    {87, "TT", QuoteWithMark, "the same with the second text as the mark"},
+    {101, nullptr, IsLineUnfolded,
+     "1 when the line with the cursor is not to be folded; the cursor stands in the first line until "
+     "`HostGoToLine`"},
+    {134, "T", Kinsoku,
+     "folded at 72 columns by the rules for Japanese text; at the line ends that are there closing "
+     "characters go up, "
+     "opening ones down"},
+    {158, "T", FoldHeader, "folded at 72 columns, no mark"},
+    {262, "TI", QuoteWidth, "`> ` and folding at that width; 0 means 72, 9999 no folding"},
+    {285, "TT", CustomHeader,
+     "the headers that a list of names chooses from a header block: `From, Subject=Betreff, *, -Received`"},
+    {297, "P", QuoteUnfolded, "`> `, never folded"},
+};
+
+constexpr Command kCommands[] = {
+    {40179, SwitchLine, "sets or clears the mark that the line with the cursor is not to be folded"},
 };
 
 }  // namespace
 
-const ServiceFamily kQuotingServices = {kServices, {}};
+const ServiceFamily kQuotingServices = {kServices, kCommands};
 
 }  // namespace wrenfold

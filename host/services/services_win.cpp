@@ -4,11 +4,15 @@ namespace wrenfold {
 namespace {
 
 constexpr const ServiceFamily* kAll[] = {
-    &kAccountsServices, &kBookServices,       &kDraftsServices,    &kExternalServices, &kFilesServices,
-    &kFoldersServices,  &kGrepServices,       &kHostServices,      &kMacrosServices,   &kMailListServices,
-    &kMailServices,     &kNavigationServices, &kNoticesServices,   &kOptionsServices,  &kQuotingServices,
-    &kSettingsServices, &kSmimeServices,      &kTemplatesServices, &kTransferServices, &kViewServices,
-    &kWritingServices,
+    &kAccountsServices, &kAttachmentsServices,      &kBookServices,          &kBookWindowsServices,
+    &kDraftsServices,   &kEditorServices,           &kExternalServices,      &kFilesServices,
+    &kFilingServices,   &kFolderPropertiesServices, &kFoldersServices,       &kGrepServices,
+    &kHostServices,     &kHostWindowsServices,      &kHtmlServices,          &kListViewServices,
+    &kMacrosServices,   &kMailEditingServices,      &kMailFactsServices,     &kMailListServices,
+    &kMailServices,     &kNavigationServices,       &kNoticesServices,       &kOptionsServices,
+    &kQuotingServices,  &kReceptionServices,        &kSearchFoldersServices, &kSmimeServices,
+    &kTabsServices,     &kTemplatesServices,        &kTransferServices,      &kUploadsServices,
+    &kViewServices,     &kWritingServices,
 };
 
 }  // namespace

@@ -9,24 +9,37 @@ namespace wrenfold {
 
 // The families, each in the file of its name.
 extern const ServiceFamily kAccountsServices;
+extern const ServiceFamily kAttachmentsServices;
 extern const ServiceFamily kBookServices;
+extern const ServiceFamily kBookWindowsServices;
 extern const ServiceFamily kDraftsServices;
+extern const ServiceFamily kEditorServices;
 extern const ServiceFamily kExternalServices;
 extern const ServiceFamily kFilesServices;
+extern const ServiceFamily kFilingServices;
+extern const ServiceFamily kFolderPropertiesServices;
 extern const ServiceFamily kFoldersServices;
 extern const ServiceFamily kGrepServices;
 extern const ServiceFamily kHostServices;
+extern const ServiceFamily kHostWindowsServices;
+extern const ServiceFamily kHtmlServices;
+extern const ServiceFamily kListViewServices;
 extern const ServiceFamily kMacrosServices;
+extern const ServiceFamily kMailEditingServices;
+extern const ServiceFamily kMailFactsServices;
 extern const ServiceFamily kMailListServices;
 extern const ServiceFamily kMailServices;
 extern const ServiceFamily kNavigationServices;
 extern const ServiceFamily kNoticesServices;
 extern const ServiceFamily kOptionsServices;
 extern const ServiceFamily kQuotingServices;
-extern const ServiceFamily kSettingsServices;
+extern const ServiceFamily kReceptionServices;
+extern const ServiceFamily kSearchFoldersServices;
 extern const ServiceFamily kSmimeServices;
+extern const ServiceFamily kTabsServices;
 extern const ServiceFamily kTemplatesServices;
 extern const ServiceFamily kTransferServices;
+extern const ServiceFamily kUploadsServices;
 extern const ServiceFamily kViewServices;
 extern const ServiceFamily kWritingServices;
 

@@ -39,8 +39,8 @@ Answer ToWide(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {216, "AI", ChoiceNumber},
-    {313, "T", ToWide},
+    {216, "AI", ChoiceNumber, "CRC-32 of the serial number; 0 for more than 4096 bytes"},
+    {313, "T", ToWide, "the text in UTF-16"},
 };
 
 }  // namespace

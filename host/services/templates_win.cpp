@@ -1,8 +1,13 @@
 // Templates and signatures, and which of them the mail being written has.
+#include <filesystem>
+#include <system_error>
+
+#include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/draft_win.h"
 #include "host/services/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/terminal_text.h"
 
 namespace wrenfold {
 namespace {
@@ -29,32 +34,51 @@ Answer Sign(Request& request) {
 
 // --- The mail being written ---
 
-// A template brings its signature along, if it has one.
-Answer SwitchTemplate(Request& request) {
-  if (!request.state.HasDraft()) return {};
-  const auto kind = static_cast<std::size_t>(request.state.draft_purpose());
-  if (!Templates(request).Has(kind, request.Text(0))) return {};
-  DraftParts& parts = request.state.commands.draft;
-  parts.template_name = request.Text(0);
-  const std::string sign = Templates(request).Sign(kind, parts.template_name);
-  if (!sign.empty()) parts.sign_name = sign;
-  ComposeDraft(request);
+constexpr char kNoDraft[] = "no mail is being written";
+
+std::string NoSuch(std::string_view what, std::string_view name) {
+  return "there is no " + std::string(what) + " " + Quoted(SystemCharsets().HostToUtf8(name), 60);
+}
+
+// What was written into the body stays between the new template and the new signature.
+Answer Reframe(Request& request, std::string_view template_name, std::string_view sign_name) {
+  Draft& draft = *request.state.writing.draft;
+  const Frame old = FrameOf(request.state, draft);
+  draft.template_name = template_name;
+  draft.sign_name = sign_name;
+  ChangeFrame(draft, old, FrameOf(request.state, draft));
   return Request::Done(true);
+}
+
+// A template brings its signature along, if it has one; "" takes the template away.
+Answer SwitchTemplate(Request& request) {
+  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
+  const Draft& draft = *request.state.writing.draft;
+  const auto kind = static_cast<std::size_t>(draft.purpose);
+  const std::string name(request.Text(0));
+  const bool known = request.HasText(0) && (name.empty() || Templates(request).Has(kind, name));
+  if (!known) return request.Fail(NoSuch("template", name));
+  const std::string sign = Templates(request).Sign(kind, name);
+  return Reframe(request, name, sign.empty() ? std::string(draft.sign_name) : sign);
 }
 
 // "" takes the signature away.
 Answer SwitchSign(Request& request) {
-  const std::string_view name = request.Text(0);
-  const bool known = name.empty() || Templates(request).Has(kSignKind, name);
-  if (!request.state.HasDraft() || !known) return {};
-  request.state.commands.draft.sign_name = name;
-  ComposeDraft(request);
-  return Request::Done(true);
+  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
+  const std::string name(request.Text(0));
+  const bool known = request.HasText(0) && (name.empty() || Templates(request).Has(kSignKind, name));
+  if (!known) return request.Fail(NoSuch("signature", name));
+  return Reframe(request, std::string(request.state.writing.draft->template_name), name);
 }
 
-template <std::string DraftParts::*kName>
+template <std::string Draft::*kName>
 Answer CurrentName(Request& request) {
-  return request.AnswerText(request.state.HasDraft() ? request.state.commands.draft.*kName : "");
+  return request.AnswerText(request.state.HasDraft() ? *request.state.writing.draft.*kName : "");
+}
+
+Answer IsSignHtml(Request& request) {
+  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
+  return Request::Done(!Templates(request).Html(kSignKind, request.state.writing.draft->sign_name).empty());
 }
 
 // --- What a folder uses ---
@@ -62,7 +86,7 @@ Answer CurrentName(Request& request) {
 // folder pair, kind
 Answer Reference(Request& request) {
   const auto folder = FolderOfPair(request, 0);
-  if (!folder) return {};
+  if (!folder) return request.Fail("there is no such folder");
   const auto& references = request.state.commands.template_references;
   const auto found = references.find({*folder, Kind(request, 2)});
   return request.AnswerText(found == references.end() ? "" : found->second);
@@ -72,27 +96,54 @@ Answer Reference(Request& request) {
 Answer SetReference(Request& request) {
   const auto folder = FolderOfPair(request, 0);
   const std::string_view name = request.Text(3);
-  if (!folder || (!name.empty() && !Templates(request).Has(Kind(request, 2), name))) return {};
+  if (!folder) return request.Fail("there is no such folder");
+  if (!name.empty() && !Templates(request).Has(Kind(request, 2), name))
+    return request.Fail(NoSuch("template", name));
   request.state.commands.template_references[{*folder, Kind(request, 2)}] = name;
   return Request::Done(true);
 }
 
-// Drafts and information stay in memory: the folder only has to exist.
-Answer IsFolder(Request& request) { return Request::Done(FolderOf(request, 0).has_value()); }
-Answer IsFolderPair(Request& request) { return Request::Done(FolderOfPair(request, 0).has_value()); }
+// Drafts are files: an mbox takes none. "" is the usual folder again.
+Answer SetDraftFolder(Request& request) {
+  WritingState& writing = request.state.writing;
+  if (request.HasText(0) && request.Text(0).empty()) {
+    writing.target.clear();
+    return Request::Done(true);
+  }
+  const auto folder = request.HasText(0) ? FolderOf(request, 0) : std::nullopt;
+  if (!folder) return request.Fail(NoSuch("folder", request.Text(0)));
+  const std::filesystem::path path = request.state.folders()[*folder].path;
+  std::error_code error;
+  if (!std::filesystem::is_directory(path, error)) {
+    return request.Fail(PathToUtf8(path) + " is a file: it takes no drafts");
+  }
+  writing.target = path;
+  return Request::Done(true);
+}
+
+// Pieces of information are not kept here: the folder only has to exist.
+Answer IsFolderPair(Request& request) {
+  return FolderOfPair(request, 0) ? Request::Done(true) : request.Fail(NoSuch("folder", request.Text(0)));
+}
 
 constexpr Service kServices[] = {
-    {113, "II", Name},
-    {114, "IT", Load},
-    {115, "IT", Sign},
-    {116, "T", SwitchTemplate},
-    {117, "T", SwitchSign},
-    {118, "T", IsFolder},
-    {151, "", CurrentName<&DraftParts::template_name>},
-    {152, "", CurrentName<&DraftParts::sign_name>},
-    {153, "TTI", Reference},
-    {154, "TTIT", SetReference},
-    {200, "TT", IsFolderPair},
+    {113, "II", Name, "name of a template or signature of a kind by its number, \"\" behind the last"},
+    {114, "IT", Load, "text of a template or signature"},
+    {115, "IT", Sign, "name of the signature that comes with a template"},
+    {116, "T", SwitchTemplate,
+     "puts the mail being written into another template, with the template's signature if it has one; what "
+     "was written "
+     "stays"},
+    {117, "T", SwitchSign, "gives the mail being written another signature, none for \"\""},
+    {118, "T", SetDraftFolder, "folder in which drafts are saved from then on, \"\" for the usual one"},
+    {151, "", CurrentName<&Draft::template_name>, "template of the mail being written"},
+    {152, "", CurrentName<&Draft::sign_name>, "signature of the mail being written"},
+    {153, "TTI", Reference,
+     "template with which new mails, replies (1) or forwards (2) in a folder begin; kept while the program "
+     "runs"},
+    {154, "TTIT", SetReference, "chooses that template, none for \"\""},
+    {200, "TT", IsFolderPair, "1 when there is such a folder; nothing is kept in it"},
+    {308, "", IsSignHtml, "1 when the signature of the mail being written has an HTML form"},
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "host/mail/mail_exchange.h"
 #include "host/mail/quoting.h"
 #include "host/requests/request_server_win.h"
+#include "host/requests/shown_list.h"
 #include "host/services/folder_lookup_win.h"
 #include "host/services/services_win.h"
 #include "src/addresses/address_entry.h"
@@ -21,6 +22,13 @@ std::filesystem::path PathOf(std::string_view host) {
 
 // --- Import ---
 
+// The mails from `first` on were received by this import.
+void NoteReception(HostState& state, std::size_t first) {
+  state.reception.Begin();
+  for (std::size_t mail = first; mail < state.mail_count(); ++mail)
+    state.reception.Add(mail, AccountOf(state, mail));
+}
+
 // path, file type, 1 = as just received, four options that are not looked at. Answers the number of mails.
 Answer Import(Request& request) {
   if (!request.state.HasRoot()) return {};
@@ -33,7 +41,9 @@ Answer Import(Request& request) {
     if (request.Number(2) == 1) mail.flags &= ~(kMailRead | kMailOld);
   }
   const std::size_t count = mails->size();
+  const std::size_t first = request.state.mail_count();
   request.state.Import(std::move(*mails), request.state.folder());
+  if (request.Number(2) == 1) NoteReception(request.state, first);
   return Request::AnswerNumber(static_cast<Slot>(count));
 }
 
@@ -57,9 +67,12 @@ std::string BytesOf(Request& request, std::size_t mail, Slot encoding, bool fold
   return encoding == kUtf8 ? SystemCharsets().HostToUtf8(text) : text;
 }
 
+// While a selection is locked its mails, else those of the folder.
 std::vector<ExportedMail> MailsToExport(Request& request) {
+  const Selection& selection = request.state.selection;
   std::vector<ExportedMail> mails;
-  for (const std::size_t mail : request.state.MailsOf(request.state.folder())) {
+  for (const std::size_t mail :
+       selection.IsLocked() ? selection.Locked() : request.state.MailsOf(request.state.folder())) {
     ExportedMail exported;
     exported.bytes = BytesOf(request, mail, request.Number(3), request.Number(4) == 1);
     exported.from = AddressOf(request.state.Header(mail, "From"));
@@ -113,6 +126,8 @@ std::vector<std::size_t> MailsToCompare(Request& request) {
   const bool all = (request.Number(2) & kDuplicatesUnder) != 0;
   for (std::size_t folder = 0; folder < request.state.folders().size(); ++folder) {
     if (!all && first != folder && second != folder) continue;
+    // Its mails lie in other folders: none is a copy of itself.
+    if (all && request.state.folders()[folder].kind == FolderKind::kSearch) continue;
     const std::vector<std::size_t> list = request.state.MailsOf(folder);
     mails.insert(mails.end(), list.begin(), list.end());
   }
@@ -133,7 +148,7 @@ Answer CheckDuplicates(Request& request) {
     for (const std::size_t mail : commands.found) request.state.Remove(mail);
     commands.found.clear();
   }
-  request.state.found_selected = !remove && count > 0;
+  if (!remove && count > 0) request.state.selection.Select(commands.found);
   return Request::AnswerNumber(static_cast<Slot>(count));
 }
 
@@ -144,10 +159,14 @@ Answer SetOptions(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {119, "TIIIIII", Import},
-    {120, "TIIIIII", Export},
-    {126, "TTIII", WithRoot<CheckDuplicates>},
-    {229, "ITI", SetOptions},
+    {119, "TIIIIII", Import,
+     "number of mails read from the file into the open mail's folder, in memory; \"auto\" looks at the file; "
+     "\"recv\" makes them unread; other options are not looked at"},
+    {120, "TIIIIII", Export,
+     "number of mails of the open mail's folder that were [written](#export); the counts are those of "
+     "`Export_SuccessCount`, `Export_FailedCount`"},
+    {126, "TTIII", WithRoot<CheckDuplicates>, "number of [copies](#duplicates)"},
+    {229, "ITI", SetOptions, "keeps the options of the check for [copies](#duplicates): 1"},
 };
 
 }  // namespace

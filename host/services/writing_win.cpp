@@ -1,43 +1,131 @@
-// The mail being written, and the headers of the current mail. A mail being written lives in memory only;
-// nothing is ever sent. Changed headers of a received mail are forgotten with the program.
+// The headers of the current mail, and the drafts of mails being written.
+#include "host/charset/charsets.h"
+#include "host/mail/draft_file.h"
 #include "host/mail/header_edit.h"
+#include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
+#include "host/services/draft_win.h"
+#include "host/services/mail_editing_win.h"
+#include "host/services/selection_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/terminal_text.h"
 
 namespace wrenfold {
 namespace {
 
+// --- Headers ---
+
+std::string_view Name(const Request& request) { return request.Text(0); }
+
+Answer Changed(Request& request, bool done) {
+  if (!done)
+    return request.Fail("no such header to change: " +
+                        Quoted(SystemCharsets().HostToUtf8(Name(request)), 60));
+  if (!request.state.HasDraft()) TellHeaderChange(request.state, request.state.root());
+  return Request::Done(true);
+}
+
+// A copy is changed, so that a mail in which nothing changes stays as it is.
+template <class Change>
+Answer ChangeCurrent(Request& request, Change change) {
+  if (WithoutColon(Name(request)).empty()) return request.Fail("a header needs a name");
+  if (request.state.HasDraft()) return Changed(request, change(request.state.EditCurrent()));
+  std::string text = request.state.CurrentText();
+  const bool done = change(text);
+  if (done) request.state.EditCurrent() = std::move(text);
+  return Changed(request, done);
+}
+
 // name, value
 Answer Set(Request& request) {
-  return Request::Done(SetHeader(request.state.EditCurrent(), request.Text(0), request.Text(1), 0));
+  return ChangeCurrent(request,
+                       [&](std::string& text) { return SetHeader(text, Name(request), request.Text(1), 0); });
 }
 Answer Add(Request& request) {
-  AddHeader(request.state.EditCurrent(), request.Text(0), request.Text(1));
-  return Request::Done(true);
+  return ChangeCurrent(request, [&](std::string& text) {
+    AddHeader(text, Name(request), request.Text(1));
+    return true;
+  });
 }
 // name, value, occurrence; a negative occurrence becomes a number behind the last.
 Answer SetOccurrence(Request& request) {
   const auto n = static_cast<std::size_t>(request.Number(2));
-  return Request::Done(SetHeader(request.state.EditCurrent(), request.Text(0), request.Text(1), n));
+  return ChangeCurrent(request,
+                       [&](std::string& text) { return SetHeader(text, Name(request), request.Text(1), n); });
 }
 // name, occurrence
 Answer Delete(Request& request) {
   const auto n = static_cast<std::size_t>(request.Number(1));
-  return Request::Done(DeleteHeader(request.state.EditCurrent(), request.Text(0), n));
+  return ChangeCurrent(request, [&](std::string& text) { return DeleteHeader(text, Name(request), n); });
 }
 
+// name, value: in each selected mail, in memory until it is saved.
+Answer SetInSelected(Request& request) {
+  if (WithoutColon(Name(request)).empty()) return request.Fail("a header needs a name");
+  const std::vector<std::size_t> mails = SelectedMails(request);
+  if (mails.empty()) return request.Fail("no mail is selected");
+  for (const std::size_t mail : mails) {
+    SetHeader(request.state.EditText(mail), Name(request), request.Text(1), 0);
+    TellHeaderChange(request.state, mail);
+  }
+  return Request::AnswerNumber(static_cast<Slot>(mails.size()));
+}
+
+// --- Drafts ---
+
 Answer Purpose(Request& request) {
-  if (!request.state.HasDraft()) return {};
+  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   return Request::AnswerNumber(static_cast<Slot>(request.state.draft_purpose()));
 }
 
+Answer Save(Request& request) {
+  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
+  if (const auto reason = SaveDraft(request.state)) return request.Fail(*reason);
+  return Request::Done(true);
+}
+
+// 0 as SaveDraft; else the mail is closed, and the open mail is the current one again.
+Answer SaveAndClose(Request& request) {
+  const Answer saved = Save(request);
+  if (saved.value != 0 && request.Number(0) != 0) CloseDraft(request.state);
+  return saved;
+}
+
+// A draft over its own file; a received mail with its changes over the file that it came from.
+Answer AlterSave(Request& request) {
+  HostState& state = request.state;
+  if (state.HasDraft()) {
+    if (state.writing.draft->stored == kNoMail)
+      return request.Fail("this mail has no file yet: SaveDraft() makes one");
+    return Save(request);
+  }
+  if (!state.HasRoot()) return request.Fail("no mail is open or being written");
+  if (!state.Changes(state.root())) return request.Fail("the mail was not changed");
+  if (const auto reason = SaveChanges(state, state.root())) return request.Fail(*reason);
+  return Request::Done(true);
+}
+
 constexpr Service kServices[] = {
-    {43, "TT", WithCurrent<Set>},    {44, "TT", WithCurrent<Add>}, {90, "TTI", WithCurrent<SetOccurrence>},
-    {94, "TI", WithCurrent<Delete>}, {169, nullptr, Purpose},
+    {43, "TT", WithCurrent<Set>, "sets the first header of a name in the current mail, or adds it"},
+    {44, "TT", WithCurrent<Add>, "adds a header to the current mail"},
+    {90, "TTI", WithCurrent<SetOccurrence>,
+     "sets a header by its number; the number of the last plus one adds one; 1 when it was done"},
+    {94, "TI", WithCurrent<Delete>, "deletes a header by its number"},
+    {102, "I", SaveAndClose, "saves the mail being written as a draft; not 0: and closes it"},
+    {121, nullptr, AlterSave,
+     "saves a draft over its own file, or a received mail with the changes that were made to it over the old "
+     "one"},
+    {169, nullptr, Purpose, "what the mail being written was begun for: 0 new mail, 1 reply, 2 forward"},
+    {212, "TT", SetInSelected,
+     "sets a header in each selected mail, in memory until the mail is saved; the number of mails"},
+};
+
+constexpr Command kCommands[] = {
+    {40173, Save, "saves the mail being written as a draft, in a file that its next saving replaces"},
 };
 
 }  // namespace
 
-const ServiceFamily kWritingServices = {kServices, {}};
+const ServiceFamily kWritingServices = {kServices, kCommands};
 
 }  // namespace wrenfold

@@ -29,7 +29,10 @@ constexpr OptionRow kOptions[] = {
     {"--accounts", &Options::accounts, nullptr},
     {"--templates", &Options::templates, nullptr},
     {"--book", &Options::books, nullptr},
+    {"--drafts", &Options::drafts, nullptr},
+    {"--send-macro", &Options::send_macros, nullptr},
     {"--strict-mails", nullptr, [](Options& options) { options.strict_mails = true; }},
+    {"--read-only", nullptr, [](Options& options) { options.read_only = true; }},
     {"--trace", nullptr, [](Options& options) { options.trace = true; }},
     {"--prompt", nullptr, [](Options& options) { options.prompt = true; }},
     {"--english", nullptr, [](Options& options) { options.english = true; }},
@@ -69,9 +72,12 @@ const std::string_view kUsage =
     "\n"
     "  --mail MAIL    an .eml or mbox file, or a folder of them; the first mail is opened\n"
     "  --strict-mails    a file in such a folder that cannot be read is an error; else it is skipped\n"
+    "  --read-only    macros that file mails change no file: the mails move in memory alone\n"
     "  --macro FILE   runs a macro file (UTF-8); may be given more than once\n"
     "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
     "  --templates DIR   templates and signatures; --book FILE: an address book\n"
+    "  --drafts DIR   where mails that are being written are kept; else Drafts beside the first mail\n"
+    "  --send-macro FILE   a macro that is run before each mail is sent; its value 0 refuses the mail\n"
     "  --prompt       then asks for calls, line by line: > RootHeader(\"Subject\")\n"
     "  --trace        tells each request of the library and its answer on standard error\n"
     "  --english      the library speaks English; --japanese: Japanese; else as the system\n"
@@ -80,7 +86,8 @@ const std::string_view kUsage =
     "  --slow MS, --modal MS, --deaf, --die\n"
     "                 with --serve: misbehaves, for tests of callers\n"
     "  --register-mapi, --unregister-mapi [--yes]\n"
-    "                 makes this the system's mail client, and undoes that; --yes: without asking\n"
+    "                 makes this the system's mail client, and undoes that\n"
+    "  --yes          to every question, without asking\n"
     "  --help         this text\n"
     "  --version      the versions of host and library\n"
     "\n"

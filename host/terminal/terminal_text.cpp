@@ -28,6 +28,25 @@ std::string Visible(int control) {
   return Hex(static_cast<unsigned char>(control));
 }
 
+// `utf8` without control characters, cut behind `most` characters; those of `escaped` get a backslash. True when
+// something was cut.
+bool AddOnOneLine(std::string& text, std::string_view utf8, std::size_t most, std::string_view escaped) {
+  std::size_t characters = 0;
+  for (std::size_t at = 0; at < utf8.size();) {
+    if (++characters > most) return true;
+    const int control = ControlAt(utf8.substr(at));
+    if (control >= 0) {
+      text += Visible(control);
+      at += control >= 0x80 ? 2 : 1;
+      continue;
+    }
+    if (escaped.find(utf8[at]) != escaped.npos) text += '\\';
+    do text += utf8[at++];
+    while (at < utf8.size() && IsContinuation(utf8[at]));
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string Printable(std::string_view utf8) {
@@ -49,20 +68,14 @@ std::string Printable(std::string_view utf8) {
 
 std::string Quoted(std::string_view utf8, std::size_t most) {
   std::string text = "\"";
-  std::size_t characters = 0;
-  for (std::size_t at = 0; at < utf8.size();) {
-    if (++characters > most) return text + "\"...";
-    const int control = ControlAt(utf8.substr(at));
-    if (control >= 0) {
-      text += Visible(control);
-      at += control >= 0x80 ? 2 : 1;
-      continue;
-    }
-    if (utf8[at] == '"' || utf8[at] == '\\') text += '\\';
-    do text += utf8[at++];
-    while (at < utf8.size() && IsContinuation(utf8[at]));
-  }
-  return text + "\"";
+  const bool cut = AddOnOneLine(text, utf8, most, "\"\\");
+  return text + (cut ? "\"..." : "\"");
+}
+
+std::string OnOneLine(std::string_view utf8, std::size_t most) {
+  std::string text;
+  const bool cut = AddOnOneLine(text, utf8, most, "");
+  return text + (cut ? "..." : "");
 }
 
 }  // namespace wrenfold

@@ -1,6 +1,7 @@
 // Text on its way to a terminal.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -13,5 +14,9 @@ std::string Printable(std::string_view utf8);
 // `utf8` on one line, in double quotes, escaped as a macro writes it; cut to about `most` characters, with
 // "..." behind the closing quote when something is missing.
 std::string Quoted(std::string_view utf8, std::size_t most);
+
+// `utf8` on one line, line ends and tabs made visible too; cut to `most` characters, with "..." behind when
+// something is missing.
+std::string OnOneLine(std::string_view utf8, std::size_t most);
 
 }  // namespace wrenfold

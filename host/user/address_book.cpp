@@ -8,6 +8,8 @@
 #include "host/charset/charsets.h"
 #include "host/mail/find_pack.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/named_address.h"
+#include "host/terminal/terminal_text.h"
 #include "src/addresses/address_entry.h"
 
 namespace wrenfold {
@@ -60,17 +62,31 @@ std::vector<std::size_t> PartsOf(const std::vector<std::string>& names) {
 
 const std::string& In(const BookEntry& entry, BookPart part) { return entry[static_cast<std::size_t>(part)]; }
 
-// "Name <address>", the address alone without a name.
-std::string Shown(const BookEntry& entry) {
-  const std::string& name = In(entry, BookPart::kName);
-  const std::string& address = In(entry, BookPart::kAddress);
-  return name.empty() ? address : name + " <" + address + ">";
-}
-
 // The address in "Name <address>"; a text that is no list entry is taken as an address.
 std::string_view AddressIn(std::string_view text) {
   wfinfo::AddressReader reader(text);
   return reader.Read() ? reader.entry().address : text;
+}
+
+// A value as it stands in a line.
+std::string Written(std::string_view host) {
+  std::string value = SystemCharsets().HostToUtf8(Trim(host));
+  for (char& c : value) {
+    if (static_cast<unsigned char>(c) < 0x20) c = ' ';
+  }
+  if (value.find_first_of(",\"#") == value.npos) return value;
+  std::string quoted = "\"";
+  for (const char c : value) quoted += c == '"' ? "\"\"" : std::string(1, c);
+  return quoted + '"';
+}
+
+std::string Line(const BookEntry& entry, const std::vector<std::size_t>& columns) {
+  std::string line;
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    line += (i > 0 ? ", " : "") + (columns[i] < kBookParts ? Written(entry[columns[i]]) : "");
+  }
+  while (line.ends_with(", ")) line.resize(line.size() - 2);
+  return line;
 }
 
 }  // namespace
@@ -79,12 +95,13 @@ std::optional<std::string> AddressBook::Open(const std::filesystem::path& file) 
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return "cannot read the address book " + PathToUtf8(file);
   const auto wrong = Read(*bytes);
+  if (!wrong) file_ = file;
   return wrong ? std::optional("the address book " + PathToUtf8(file) + " " + *wrong) : std::nullopt;
 }
 
 std::optional<std::string> AddressBook::Read(std::string_view utf8) {
   if (utf8.starts_with("\xEF\xBB\xBF")) utf8.remove_prefix(3);  // byte order mark
-  std::vector<std::size_t> parts;
+  std::vector<std::size_t>& parts = columns_;
   while (!utf8.empty()) {
     const LineLength length = FirstLine(utf8);
     const std::string_view line = Trim(utf8.substr(0, length.text));
@@ -106,6 +123,32 @@ std::optional<std::string> AddressBook::Read(std::string_view utf8) {
   return std::nullopt;
 }
 
+std::optional<std::string> AddressBook::Add(const BookEntry& entry) {
+  const std::string shown = SystemCharsets().HostToUtf8(Trim(In(entry, BookPart::kAddress)));
+  if (file_.empty()) return "there is no address book: --book FILE names one";
+  if (shown.empty()) return "an entry needs an address";
+  if (Find(In(entry, BookPart::kAddress)) != nullptr)
+    return Quoted(shown, 100) + " is in the address book already";
+  for (std::size_t part = 0; part < kBookParts; ++part) {
+    const bool kept = std::find(columns_.begin(), columns_.end(), part) != columns_.end();
+    if (!kept && !entry[part].empty()) {
+      return "the address book " + PathToUtf8(file_) + " has no column " + std::string(kColumns[part]);
+    }
+  }
+  // What another program has written since stays.
+  auto bytes = ReadWholeFile(file_);
+  if (!bytes) return "cannot read the address book " + PathToUtf8(file_);
+  const std::string_view line_end = bytes->find("\r\n") == bytes->npos ? "\n" : "\r\n";
+  if (!bytes->empty() && !bytes->ends_with('\n')) *bytes += line_end;
+  if (!ReplaceFile(file_, bytes->append(Line(entry, columns_)).append(line_end))) {
+    return "cannot write the address book " + PathToUtf8(file_);
+  }
+  entries_.push_back(entry);
+  return std::nullopt;
+}
+
+std::string AddressBook::Name() const { return SystemCharsets().Utf8ToHost(PathToUtf8(file_.stem())); }
+
 const BookEntry* AddressBook::Find(std::string_view address) const {
   const std::string_view wanted = AddressIn(address);
   for (const BookEntry& entry : entries_) {
@@ -123,7 +166,7 @@ std::vector<std::string> AddressBook::Search(std::string_view text) const {
   std::vector<std::string> found;
   for (const BookEntry& entry : entries_) {
     const auto holds = [text](const std::string& part) { return HoldsText(part, text); };
-    if (std::any_of(entry.begin(), entry.end(), holds)) found.push_back(Shown(entry));
+    if (std::any_of(entry.begin(), entry.end(), holds)) found.push_back(ShownEntry(entry));
   }
   return found;
 }
@@ -135,10 +178,38 @@ std::vector<std::string> AddressBook::Members(std::string_view group) const {
     const bool below = path.size() > group.size() && path[group.size()] == '/';
     if (!group.empty() && (path.size() == group.size() || below) &&
         EqualsIgnoringCase(path.substr(0, group.size()), group)) {
-      members.push_back(Shown(entry));
+      members.push_back(ShownEntry(entry));
     }
   }
   return members;
+}
+
+std::string ShownEntry(const BookEntry& entry) {
+  const std::string& name = In(entry, BookPart::kName);
+  const std::string& address = In(entry, BookPart::kAddress);
+  return name.empty() ? address : NamedAddress(name, address);
+}
+
+std::optional<std::string> AddressBooks::Open(const std::filesystem::path& file) {
+  AddressBook book;
+  if (auto reason = book.Open(file)) return reason;
+  books_.push_back(std::move(book));
+  selected_ = books_.size() - 1;
+  return std::nullopt;
+}
+
+bool AddressBooks::Select(std::string_view name) {
+  for (std::size_t i = 0; i < books_.size(); ++i) {
+    const std::filesystem::path& file = books_[i].file();
+    for (const std::string& each :
+         {books_[i].Name(), SystemCharsets().Utf8ToHost(PathToUtf8(file.filename())),
+          SystemCharsets().Utf8ToHost(PathToUtf8(file))}) {
+      if (!EqualsIgnoringCase(each, name)) continue;
+      selected_ = i;
+      return true;
+    }
+  }
+  return false;
 }
 
 std::string_view LastGroup(std::string_view path) { return path.substr(path.rfind('/') + 1); }

@@ -41,7 +41,15 @@ class AddressBook {
   // The same with the file's text; what is wrong, without the file's name.
   std::optional<std::string> Read(std::string_view utf8);
 
+  // Adds an entry behind the last line of the file, which is written anew: "" parts need no column. Returns why that
+  // is not possible; then file and book are as they were.
+  std::optional<std::string> Add(const BookEntry& entry);
+
   bool empty() const { return entries_.empty(); }
+  // Name of the file without its extension, host text; "" without a file.
+  std::string Name() const;
+  const std::filesystem::path& file() const { return file_; }
+  const std::vector<BookEntry>& entries() const { return entries_; }
   // The entry of an address: "a@example.com" or "Name <a@example.com>", in any case; null when there is none.
   const BookEntry* Find(std::string_view address) const;
   // Part `part` of that entry, "" when there is none.
@@ -52,7 +60,28 @@ class AddressBook {
   std::vector<std::string> Members(std::string_view group) const;
 
  private:
+  std::filesystem::path file_;
+  std::vector<std::size_t> columns_;  // part of each column of the file
   std::vector<BookEntry> entries_;
+};
+
+// "Name <address>", safe as an entry of a list for a header; the address alone without a name.
+std::string ShownEntry(const BookEntry& entry);
+
+// The books of the command line, one of which is looked into.
+class AddressBooks {
+ public:
+  // Adds a book and selects it; returns why it cannot be read.
+  std::optional<std::string> Open(const std::filesystem::path& file);
+  // By its name, or the name or path of its file, in any case; false when there is none.
+  bool Select(std::string_view name);
+  // An empty one without any.
+  AddressBook& selected() { return books_.empty() ? none_ : books_[selected_]; }
+
+ private:
+  std::vector<AddressBook> books_;
+  std::size_t selected_ = 0;
+  AddressBook none_;
 };
 
 // The last name of a path of groups: "Printers" of "Work/Printers".

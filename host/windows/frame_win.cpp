@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/mapi/refusal_win.h"
+#include "host/terminal/failure_win.h"
 #include "host/windows/menu_win.h"
 #include "src/bridge/host_protocol.h"
 
@@ -47,9 +49,16 @@ void Forget(HWND window) {
   if (g_acting == window) g_acting = nullptr;
 }
 
+// Windows with mails' texts in their titles are made with wide functions.
+LRESULT AnswerAsUsual(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  return IsWindowUnicode(window) ? DefWindowProcW(window, message, wparam, lparam)
+                                 : DefWindowProcA(window, message, wparam, lparam);
+}
+
 // Frames and the outer view answer alike.
 LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (g_server == nullptr) return DefWindowProcA(window, message, wparam, lparam);
+  if (g_server == nullptr) return AnswerAsUsual(window, message, wparam, lparam);
+  if (const auto refused = RefuseOtherProgram(message, wparam, lparam, Complain)) return *refused;
   switch (message) {
     case wfinfo::kHostRequest:
       return Serve(window, static_cast<int>(wparam), lparam);
@@ -69,7 +78,7 @@ LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM 
       Forget(window);
       break;
   }
-  return DefWindowProcA(window, message, wparam, lparam);
+  return AnswerAsUsual(window, message, wparam, lparam);
 }
 
 bool RegisterHostClass(const char* class_name) {
@@ -108,6 +117,7 @@ Windows::~Windows() {
 }
 
 HWND Windows::Frame() { return g_frame; }
+HWND Windows::View() { return g_view; }
 HWND Windows::Receiver() { return g_receiver; }
 
 Windows::Acting::Acting(HWND window)
@@ -142,6 +152,19 @@ bool Windows::IsSearching() { return g_searching; }
 void Windows::OpenView() {
   SetWindowLongPtrA(g_view, GWLP_USERDATA, 1);
   SetWindowPos(g_view, HWND_TOP, 0, 0, 0, 0, kPlaceOnly);
+}
+
+HWND Windows::MakeWindow(const wchar_t* class_name, const std::wstring& title, HWND parent) {
+  WNDCLASSW window_class{};
+  window_class.lpfnWndProc = AnswerMessage;
+  window_class.hInstance = GetModuleHandleA(nullptr);
+  window_class.lpszClassName = class_name;
+  RegisterClassW(&window_class);  // fails the second time, when the class is there
+  const DWORD style = parent == nullptr ? WS_OVERLAPPEDWINDOW : WS_CHILD;
+  const HWND window = CreateWindowExW(0, class_name, title.c_str(), style, 0, 0, 320, 200, parent, nullptr,
+                                      window_class.hInstance, nullptr);
+  if (parent == nullptr) SetWindowPos(window, HWND_BOTTOM, 0, 0, 0, 0, kPlaceOnly);
+  return window;
 }
 
 HMENU Windows::Menu() { return g_frame == nullptr ? nullptr : GetMenu(g_frame); }

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include "host/requests/request_server_win.h"
 
 namespace wrenfold {
@@ -18,8 +20,9 @@ class Windows {
   bool IsComplete() const { return frame_ != nullptr && view_ != nullptr; }
   HWND frame() const { return frame_; }
 
-  // The frame, and the window that the request at hand came to; for services.
+  // The frame, the outer view, and the window that the request at hand came to; for services.
   static HWND Frame();
+  static HWND View();
   static HWND Receiver();
 
   // Makes `window` act for the host's windows while this object lives: macros see themselves there.
@@ -48,6 +51,10 @@ class Windows {
 
   // Opens the root mail in the outer view: from then on that window is the nearer one for the library.
   static void OpenView();
+
+  // A hidden window that answers like the frame: at the top level behind all others, or in `parent`; null
+  // when none can be made. `class_name` is a constant.
+  static HWND MakeWindow(const wchar_t* class_name, const std::wstring& title, HWND parent);
 
   // The frame's menu bar.
   static HMENU Menu();

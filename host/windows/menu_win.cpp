@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "host/mail/mail_options.h"
+#include "host/mail/priority.h"
 
 namespace wrenfold {
 namespace {

@@ -9,20 +9,6 @@ HINSTANCE g_hInstance = nullptr;
 
 namespace {
 
-// Where the last path component of `path` begins. A path is text of the system's code page, not host text: an
-// accented letter in front of a backslash is no lead byte in code page 1252.
-std::size_t FileNameStart(std::string_view path) {
-  std::size_t start = 0;
-  for (std::size_t at = 0; at < path.size(); ++at) {
-    if (IsDBCSLeadByte(static_cast<BYTE>(path[at]))) {
-      ++at;
-    } else if (path[at] == '\\') {
-      start = at + 1;
-    }
-  }
-  return start;
-}
-
 bool Append(char* path, std::size_t at, std::size_t room, std::string_view tail) {
   if (at + tail.size() >= room) return false;
   std::memcpy(path + at, tail.data(), tail.size());
@@ -32,10 +18,13 @@ bool Append(char* path, std::size_t at, std::size_t room, std::string_view tail)
 
 }  // namespace
 
-bool PathBesideLibrary(const char* name, char* path, std::size_t room) {
-  const DWORD length = GetModuleFileNameA(g_hInstance, path, static_cast<DWORD>(room));
-  if (length == 0 || length >= room) return false;
-  return Append(path, FileNameStart({path, length}), room, name);
+bool PathBesideLibrary(std::wstring_view name, wchar_t (&path)[MAX_PATH]) {
+  const DWORD length = GetModuleFileNameW(g_hInstance, path, MAX_PATH);
+  if (length == 0 || length >= MAX_PATH) return false;
+  const std::size_t start = std::wstring_view(path, length).rfind(L'\\') + 1;
+  if (start + name.size() >= MAX_PATH) return false;
+  path[start + name.copy(path + start, name.size())] = L'\0';
+  return true;
 }
 
 HMODULE LoadFromSystemDirectory(const char* name) {

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 #include <type_traits>
 
 namespace wfinfo {
@@ -13,9 +14,9 @@ namespace wfinfo {
 // This library's module handle, stored at process attach.
 extern HINSTANCE g_hInstance;
 
-// Writes the full path of the file `name` in this library's own folder; false when it does not fit. The
-// folder name may hold double-byte characters whose second byte is a backslash.
-bool PathBesideLibrary(const char* name, char* path, std::size_t room);
+// Writes the full path of the file `name` in this library's own folder; false when it does not fit. It is
+// UTF-16, since the folder may have a name that the system's code page does not hold.
+bool PathBesideLibrary(std::wstring_view name, wchar_t (&path)[MAX_PATH]);
 
 // The library file `name` of the system directory, null when it does not load.
 HMODULE LoadFromSystemDirectory(const char* name);

@@ -6,9 +6,8 @@ namespace wfinfo {
 namespace {
 
 RegistryBinding Bind() {
-  char path[MAX_PATH];
-  const HMODULE redirection =
-      PathBesideLibrary("TmRegIni.dll", path, sizeof path) ? LoadLibraryA(path) : nullptr;
+  wchar_t path[MAX_PATH];
+  const HMODULE redirection = PathBesideLibrary(L"TmRegIni.dll", path) ? LoadLibraryW(path) : nullptr;
   RegistryBinding bound{};
   if (redirection != nullptr) {
     bound.module = redirection;

@@ -18,7 +18,7 @@ constexpr int kRestartCommandFlagged = 40444;
 }  // namespace
 
 long long EnvChanged() noexcept {
-  WriteDebugLog("wfinfo.dll: EnvChagned called", kLogEnvChangedCalled);  // spelled so on purpose
+  WriteDebugLog("wfinfo.dll: EnvChagned called", kLogEnvChangedCalled);  // the log's own spelling
   const Slot answer = SendFrameRequest(70);
   WriteDebugLog("wfinfo.dll: EnvChanged return", kLogEnvChangedReturn);
   return answer;

@@ -132,7 +132,8 @@ void CsvText::Detach() {
   index_.Clear();
   text_ = {};
   MoveTo(0, 0);
-  line_count_ = max_columns_ = kUnknown;
+  line_count_.reset();
+  max_columns_.reset();
 }
 
 void CsvText::MoveTo(std::size_t offset, std::size_t line) {
@@ -167,14 +168,14 @@ bool CsvText::SetLine(long long line) {
 
 std::size_t CsvText::LineCount() {
   if (!IsAttached()) return 0;
-  if (line_count_ == kUnknown) line_count_ = kernels_->count_lines(text_);
-  return line_count_;
+  if (!line_count_) line_count_ = kernels_->count_lines(text_);
+  return *line_count_;
 }
 
 std::size_t CsvText::MaxColumnCount() {
   if (!IsAttached()) return 0;
-  if (max_columns_ == kUnknown) max_columns_ = kernels_->widest_line(text_);
-  return max_columns_;
+  if (!max_columns_) max_columns_ = kernels_->widest_line(text_);
+  return *max_columns_;
 }
 
 void CsvText::Scan() {

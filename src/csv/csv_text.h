@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "src/csv/csv_kernels.h"
@@ -64,7 +65,6 @@ class CsvText {
 
  private:
   static constexpr std::size_t kKeptStarts = 1024;
-  static constexpr std::size_t kUnknown = ~std::size_t{0};
 
   std::string_view Rest() const { return text_.substr(cursor_); }
   void MoveTo(std::size_t offset, std::size_t line);
@@ -83,8 +83,8 @@ class CsvText {
   std::uint32_t starts_[kKeptStarts] = {};  // of its first fields, from the cursor
   std::size_t far_column_ = 0;              // the field behind those that was asked for last,
   std::size_t far_offset_ = 0;              // and where it starts
-  std::size_t line_count_ = kUnknown;
-  std::size_t max_columns_ = kUnknown;
+  std::optional<std::size_t> line_count_;   // nothing until it is asked for
+  std::optional<std::size_t> max_columns_;
   CsvLineIndex index_{};
 };
 

@@ -46,8 +46,8 @@ struct ZoneAnswer {
   std::int32_t daylight_bias;
 };
 
-// The machine's minutes west of UTC. -540 (Japan) when the system's answer is none of the three, and, on
-// purpose, also for a bias of exactly 3.
+// The machine's minutes west of UTC. -540 (Japan) when the system's answer is none of the three, and for
+// a bias of exactly 3, which no zone has.
 constexpr std::int64_t MachineBias(const ZoneAnswer& zone) {
   constexpr std::int64_t kJapan = -540;
   std::int64_t bias = zone.bias;

@@ -47,7 +47,8 @@ const char* SpamFilterTable() {
 }
 
 const char* SpamFilterText(int table_offset) {
-  // The plug-in's answer is an address that passes through a 32-bit integer: sign-extended, on purpose.
+  // The plug-in's answer is an address that passes through a 32-bit integer and is sign-extended: texts below
+  // 2 GiB come through.
   const long long address = CallAnySpamFilterFunc(table_offset, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
   return address != 0 ? reinterpret_cast<const char*>(address) : kNoText;
 }

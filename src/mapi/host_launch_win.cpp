@@ -1,7 +1,5 @@
 #include "src/mapi/host_launch_win.h"
 
-#include <cstring>
-
 #include "src/bridge/host_protocol.h"
 #include "src/bridge/language_win.h"
 #include "src/bridge/module_win.h"
@@ -20,18 +18,19 @@ constexpr DWORD kReadyPollMs = 300;
 
 // Starts wrenfold.exe of this library's own folder. Returns its process id, 0 on failure.
 DWORD Launch() {
-  char command[MAX_PATH + 2] = "\"";
-  STARTUPINFOA startup{};
+  wchar_t path[MAX_PATH];
+  wchar_t command[MAX_PATH + 2];
+  STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESHOWWINDOW;
   startup.wShowWindow = SW_HIDE;
   PROCESS_INFORMATION process{};
   bool started = false;
   SetLastError(ERROR_FILENAME_EXCED_RANGE);
-  if (PathBesideLibrary("wrenfold.exe", command + 1, MAX_PATH)) {
-    std::strcat(command, "\"");
+  if (PathBesideLibrary(L"wrenfold.exe", path)) {
+    wsprintfW(command, L"\"%s\"", path);
     started =
-        CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+        CreateProcessW(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
   }
   if (!started) {
     LogNumber("ExecWrenfold CreateProcess failed code=%u", GetLastError());
@@ -69,8 +68,8 @@ HWND WaitForFrame(DWORD process) {
   return nullptr;
 }
 
-// Asks until the host is ready, for 3 seconds at most; without a frame too: every round fails then, which is
-// kept so.
+// Asks until the host is ready, for 3 seconds at most; without a frame too, where every round fails: a caller
+// hears of a host without a window three seconds after the user.
 void WaitUntilReady(HWND frame) {
   const DWORD since = GetTickCount();
   for (;;) {

@@ -15,7 +15,7 @@ std::size_t ImageRoom(std::size_t size);
 // Turns the offsets of the image at `image` into addresses and returns its record. An offset that lies
 // outside the image becomes null, and so does that of a record, or array of records, that does not lie in the
 // image whole or lies over another one; the count of such an array becomes 0. The message type, the
-// conversation and the entry identifiers stay as they are on purpose: the host leaves them 0.
+// conversation and the entry identifiers stay as they are: the host leaves them 0.
 MailRecord* ConvertImage(void* image, std::size_t size);
 
 }  // namespace wfinfo::mapi

@@ -50,7 +50,8 @@ const char* SendText(int code, const char* text) {
 const char* QuoteText(const char* text) { return SendText(kCodeQuote, text); }
 
 // A body line in the short-result buffer or a new block, in which the escapes lose the mark in their last
-// byte. On purpose a new block is kept only when another one is kept already; else nobody ever frees it.
+// byte. A new block is kept only when another one is kept already; else nobody ever frees it, and a text of
+// it that a macro holds stays whatever it calls.
 const char* ReturnBodyLine(std::string_view line) {
   char* copy = g_resultText;
   if (line.size() >= kShortResultSize) {

@@ -51,8 +51,7 @@ HANDLE TakeTable() {
   return mutex;
 }
 
-// Holds the table. A wait that times out is ignored, on purpose: a stuck thread must not stop the others
-// for ever.
+// Holds the table. A wait that times out is ignored: a stuck thread must not stop the others for ever.
 class TableLock {
  public:
   TableLock() : mutex_(TakeTable()) {}
@@ -236,8 +235,8 @@ long long ReadAll(InetSession& session, SIZE_T capacity) {
     SIZE_T room = capacity - used - 1;  // one byte is kept for the terminator
     if (room <= kLeastRoom) {
       if (!Grow(session, capacity)) return static_cast<long long>(used);
-      // This round still asks for the old room, on purpose; a full buffer has none, and asking for nothing
-      // would pass for the end of the body.
+      // This round still asks for what was left before; a full buffer has none, and asking for nothing would
+      // pass for the end of the body.
       if (room == 0) room = capacity - used - 1;
     }
     const long long length = ReadSome(session, used, room);

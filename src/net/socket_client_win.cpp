@@ -68,8 +68,7 @@ LRESULT CALLBACK SockProxyWndProc(HWND window, UINT message, WPARAM wparam, LPAR
   if (message != kSocketEvent) return DefWindowProcA(window, message, wparam, lparam);
   if (!g_waiting) return 0;
   if (LOWORD(lparam) == FD_READ) ReadPending();
-  // At a close, data still pending is not read: the exchange ends as soon as the close is signalled,
-  // on purpose.
+  // At a close, data still pending is not read: the macro gets what came before the close was signalled.
   if (LOWORD(lparam) == FD_CLOSE) EndExchange();
   return 0;
 }
@@ -190,7 +189,7 @@ const char* AddressOfName(const char* name) {
     g_sockErrorText = kNoName;
     return nullptr;
   }
-  // The four bytes read as one number of this machine: a.b.c.d comes out as d.c.b.a, on purpose.
+  // The four bytes read as one number of this machine: a.b.c.d comes out as d.c.b.a.
   DWORD value;
   std::memcpy(&value, found->h_addr_list[0], sizeof value);
   wsprintfA(g_resultText, "%u.%u.%u.%u", value >> 24, (value >> 16) & 255, (value >> 8) & 255, value & 255);

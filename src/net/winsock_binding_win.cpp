@@ -45,7 +45,7 @@ bool EnsureWinSock() {
   if (bound == nullptr) return false;
   WSADATA data;
   const int result = bound->WSAStartup(0x0002, &data);  // version 2.0
-  // The fall back to version 1.1 is not taken as a success, on purpose.
+  // A WinSock that knows version 1.1 only is started too, and yet is no success.
   if (result == WSAVERNOTSUPPORTED) bound->WSAStartup(0x0101, &data);
   if (result != 0) return false;
   g_winSockStarted.store(true, std::memory_order_release);

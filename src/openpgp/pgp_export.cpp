@@ -47,8 +47,7 @@ const char* PgpSign(const char* text, const char* sender, const char* pass_phras
 
 const char* PgpEncryptSign(const char* text, const char* recipients, const char* sender,
                            const char* pass_phrase) noexcept {
-  // A mode that does not exist, kept on purpose: this export always refuses. Mode 2 of PgpEncryptSuper does
-  // the work.
+  // There is no such mode: this export refuses every call. Mode 2 of PgpEncryptSuper does the work.
   constexpr int kNoMode = 3;
   return PgpEncryptSuper(kNoMode, text, recipients, sender, pass_phrase, 0, 0, 0);
 }

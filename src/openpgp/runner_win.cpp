@@ -94,7 +94,7 @@ const char* PassPhraseOf(const char* text) {
 bool OpenPipe(const Job& job, PassPhrasePipe& pipe) {
   if (!job.pipes) return true;
   const std::size_t length = job.pass_phrase != nullptr ? std::strlen(job.pass_phrase) : 0;
-  // A decryption leaves its write end to the child too, on purpose.
+  // The child of a decryption inherits the write end too: it reads one line, and never sees the pipe's end.
   if (pipe.Open(!job.decrypts, length)) return true;
   if (!job.quiet) ReportError(job.wording.pipe);
   return false;

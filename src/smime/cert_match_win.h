@@ -13,7 +13,7 @@ namespace wfinfo::smime {
 bool CertMatchesEmailBySubject(PCCERT_CONTEXT cert, const char* address);
 
 // The first RFC 822 name of the first alternative-name extension that has one equals `address`; letter case
-// does not count. Further names and extensions are not looked at, on purpose.
+// does not count. Further names and extensions are not looked at.
 bool CertMatchesEmailByAltName(PCCERT_CONTEXT cert, const char* address);
 
 // The subject or an alternative name carries any address.

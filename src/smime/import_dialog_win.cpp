@@ -1,9 +1,8 @@
 // Dialog 105: five rows of a check box, a store to choose, and the label in front of that.
-#include <cstdio>
-
 #include "resources/resource_ids.h"
 #include "src/bridge/module_win.h"
 #include "src/smime/import_win.h"
+#include "src/smime/report_writer.h"
 
 namespace wfinfo::smime {
 namespace {
@@ -25,10 +24,10 @@ const char* TargetText(int target) {
 }
 
 void WriteCheckText(const ImportRow& row, char (&text)[256]) {
-  std::snprintf(text, sizeof text,
-                row.is_installed ? Chosen({"Installed - %s", "登録済み - %s"})
-                                 : Chosen({"%s register", "%s を登録する"}),
-                row.name);
+  ReportWriter(text, sizeof text)
+      .AddFormat(row.is_installed ? Chosen({"Installed - %s", "登録済み - %s"})
+                                  : Chosen({"%s register", "%s を登録する"}),
+                 row.name);
 }
 
 void FillRow(HWND dialog, int i, const ImportRow& row) {
@@ -68,17 +67,18 @@ void ReadBack(HWND dialog, int i, ImportRow& row) {
 // A root makes everything below it trusted: asked for each one.
 bool MayTrust(HWND dialog, const ImportRow& row) {
   char text[1024];
-  std::snprintf(
-      text, sizeof text,
-      Chosen(
-          {"%s ... You are installing this certificate to the \"Trusted certification authority\" cert "
-           "store.\n\n"
-           "If you install it into this store, the certificate will be treated as 100%% trust. Are you OK to "
-           "continue?",
-           "%s ... この証明書を「信頼された証明機関」の証明書ストアに登録しようとしています。\n\n"
-           "このストアに登録すると、この証明書は100%%"
-           "信頼できるものとして扱われます。続けてもよろしいですか？"}),
-      row.name);
+  ReportWriter(text, sizeof text)
+      .AddFormat(
+          Chosen(
+              {"%s ... You are installing this certificate to the \"Trusted certification authority\" cert "
+               "store.\n\n"
+               "If you install it into this store, the certificate will be treated as 100%% trust. Are you "
+               "OK to "
+               "continue?",
+               "%s ... この証明書を「信頼された証明機関」の証明書ストアに登録しようとしています。\n\n"
+               "このストアに登録すると、この証明書は100%%"
+               "信頼できるものとして扱われます。続けてもよろしいですか？"}),
+          row.name);
   const char* const caption = Chosen({"Install to \"Trusted certification authority\" cert store",
                                       "「信頼された証明機関」の証明書ストアへの登録"});
   return MessageBoxA(dialog, text, caption, MB_YESNO | MB_ICONEXCLAMATION | MB_DEFBUTTON2) == IDYES;

@@ -1,7 +1,6 @@
 #include "src/smime/report_control_win.h"
 
 #include <cstdarg>
-#include <cstdio>
 
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/language_win.h"
@@ -32,11 +31,12 @@ void AppendReport(HWND control, const char* text) {
 
 void AppendReportFormat(HWND control, const char* format, ...) {
   char text[1024];
+  ReportWriter report(text, sizeof text);
   std::va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
+  report.AddFormatList(format, arguments);
   va_end(arguments);
-  AppendReport(control, text);
+  AppendReport(control, report.text());
 }
 
 }  // namespace wfinfo::smime

@@ -1,6 +1,7 @@
 // Building the S/MIME reports: bounded text, the marks of their lines, and names that come from certificates.
 #pragma once
 
+#include <cstdarg>
 #include <cstddef>
 #include <string_view>
 
@@ -23,13 +24,16 @@ class ReportWriter {
   ReportWriter(char* buffer, std::size_t room);
 
   void Add(std::string_view text);
-  // printf-style. Every %s must be host text.
+  // printf-style, of which it knows %s, %u and %X with a width that zeroes fill ("%04u"), and %%. Every %s
+  // must be host text.
   void AddFormat(const char* format, ...);
+  void AddFormatList(std::string_view format, std::va_list arguments);
 
   const char* text() const { return buffer_; }
   std::string_view view() const { return {buffer_, used_}; }
 
  private:
+  void AddNumber(unsigned number, unsigned base, std::size_t width);
   void EndAt(std::size_t used);
 
   char* buffer_;

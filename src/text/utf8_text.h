@@ -22,8 +22,7 @@ std::span<const Utf8Validator* const> RunnableUtf8Validators();
 
 // True when `text` looks like UTF-8 rather than like Shift-JIS: multi-byte sequences are complete, and every
 // character lies in a block that mail is written in. Plain ASCII is not: it needs no conversion. Forms that
-// are not the shortest are not refused, and characters above U+FFFF count by their low 16 bits; both are kept
-// on purpose. A byte-order mark as the first character beyond ASCII settles it at once.
+// are not the shortest pass, and characters above U+FFFF count by their low 16 bits. A byte-order mark as the first character beyond ASCII settles it at once.
 bool IsLikelyUtf8(std::string_view text);
 
 // Room in bytes that Utf8ToHostMbcs needs for `text`, a terminator included.

@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <optional>
 
+#include "src/base/variadic_slots_win.h"
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
 #include "src/catalogue/declarations.h"
@@ -30,11 +31,6 @@ std::optional<std::uint32_t> ButtonOrReport(const char* button) {
   }
   return id;
 }
-
-// In the Win64 calling convention each parameter, named or not, has a 64-bit home slot on the caller's stack,
-// all of them in a row: a va_list is the address of the next slot.
-static_assert(sizeof(va_list) == sizeof(Slot*));
-Slot* SlotsOf(va_list rest) { return reinterpret_cast<Slot*>(rest); }
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // The catalogue against a list that was typed apart from it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <set>
@@ -83,6 +84,24 @@ TEST(Catalogue, EveryRowIsDocumented) {
     EXPECT_FALSE(row.doc.empty()) << row.name;
     EXPECT_TRUE(row.doc.ends_with(".") || row.doc.ends_with(")")) << row.name;
   }
+}
+
+TEST(Catalogue, WhatADocumentationSendsToIsAnExport) {
+  constexpr std::string_view kSeeAlso = "See also ";
+  int names = 0;
+  for (const Row& row : Rows()) {
+    const std::size_t at = row.doc.find(kSeeAlso);
+    if (at == std::string_view::npos) continue;
+    std::string list(row.doc.substr(at + kSeeAlso.size()));
+    list = list.substr(0, list.find('.'));
+    std::replace(list.begin(), list.end(), ',', ' ');
+    std::istringstream words(list);
+    for (std::string word; words >> word; ++names) {
+      EXPECT_TRUE(word == "and" || FindRow(word) != nullptr) << row.name << " sends to " << word;
+      EXPECT_NE(word, row.name);
+    }
+  }
+  EXPECT_GT(names, 50);
 }
 
 TEST(Catalogue, RowsAreFoundByName) {

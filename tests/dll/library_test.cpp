@@ -84,5 +84,13 @@ TEST(Handover, ARecordThatEndsBeforeItsCallbackLeavesTheCallbackInPlace) {
   VirtualFree(pages, 0, MEM_RELEASE);
 }
 
+TEST(HostWindow, TheOwnerOfBoxesIsTheLastActivePopup) {
+  ScriptedHost host;
+  EXPECT_EQ(GetMessageBoxParent(), host.frame());
+  const HWND dialog = host.OpenDialog(host.frame(), true);
+  EXPECT_EQ(GetMessageBoxParent(), dialog);
+  EnableWindow(host.frame(), TRUE);
+}
+
 }  // namespace
 }  // namespace wfinfo_test

@@ -1,5 +1,6 @@
 // Simple MAPI: starting the host.
 #include <filesystem>
+#include <fstream>
 
 #include "tests/support/mapi_host_win.h"
 #include "tests/support/temp_folder_win.h"
@@ -12,25 +13,29 @@ class Launch : public testing::Test {
  protected:
   void TearDown() override {
     // The host ends when what started it is gone; its program can be deleted then.
-    DeleteFileW(folder_.WidePath(L"start.txt").c_str());
-    for (int i = 0; i < 1000 && folder_.Has("wrenfold.exe"); ++i) {
-      DeleteFileW(folder_.WidePath(L"wrenfold.exe").c_str());
+    DeleteFileW(Place(L"start.txt").c_str());
+    const std::wstring program = Place(L"wrenfold.exe");
+    for (int i = 0; i < 1000 && GetFileAttributesW(program.c_str()) != INVALID_FILE_ATTRIBUTES; ++i) {
+      DeleteFileW(program.c_str());
       Sleep(10);
     }
     if (library_ != nullptr) FreeLibrary(library_);
   }
   void Prepare(const char* start) {
     const std::filesystem::path built = std::filesystem::current_path();
-    std::filesystem::copy_file(built / "WFINFO.dll", folder_.WidePath(L"WFINFO.dll"));
+    std::filesystem::create_directories(Place(L""));
+    std::filesystem::copy_file(built / "WFINFO.dll", Place(L"WFINFO.dll"));
     if (start != nullptr) {
-      std::filesystem::copy_file(built / "doubles" / "launched_host.exe", folder_.WidePath(L"wrenfold.exe"));
-      folder_.Write("start.txt", start);
+      std::filesystem::copy_file(built / "doubles" / "launched_host.exe", Place(L"wrenfold.exe"));
+      std::ofstream(std::filesystem::path(Place(L"start.txt"))) << start;
     }
-    library_ = LoadLibraryW(folder_.WidePath(L"WFINFO.dll").c_str());
+    library_ = LoadLibraryW(Place(L"WFINFO.dll").c_str());
     ASSERT_NE(library_, nullptr);
     const unsigned english[] = {8, 1};
     reinterpret_cast<void (*)(const void*)>(Proc("NotifyWrenfoldInfo"))(english);
   }
+  // A file in the folder of library and host.
+  std::wstring Place(std::wstring_view name) const { return folder_.WidePath(within_ + std::wstring(name)); }
   // Waits for what a host that was just started has to do.
   static HWND WaitForPopup(HWND frame) {
     for (int i = 0; i < 100 && GetLastActivePopup(frame) == frame; ++i) Sleep(20);
@@ -51,6 +56,7 @@ class Launch : public testing::Test {
     return IsWindow(frame);
   }
   TempFolder folder_;
+  std::wstring within_;  // a folder of it, ending in a backslash; empty for itself
   HMODULE library_ = nullptr;
   DWORD elapsed_ms_ = 0;
 };
@@ -106,6 +112,15 @@ TEST_F(Launch, TheHostBesideTheLibraryIsStartedHidden) {
   Prepare("0 1 1 0");
   EXPECT_EQ(Logon(), 0u);
   EXPECT_EQ(folder_.Read("started.txt"), "1 0 \"" + folder_.Path("wrenfold.exe") + "\"");
+}
+
+TEST_F(Launch, AFolderWithANameThatTheCodePageDoesNotHoldHoldsTheHostToo) {
+  if (!folder_.CanHold(L"\uAC00\u00FC")) GTEST_SKIP() << "no such file names in this locale";
+  within_ = L"\uAC00\u00FC\\";
+  Prepare("0 1 1 0");
+  EXPECT_EQ(Logon(), 0u);
+  const std::string name = "\xEA\xB0\x80\xC3\xBC\\wrenfold.exe";
+  EXPECT_EQ(folder_.Read(within_ + L"started.txt"), "1 0 \"" + folder_.Path("") + name + "\"");
 }
 
 TEST_F(Launch, AHostThatShowsADialogIsNotClosed) {

@@ -66,6 +66,6 @@ class HostTest(unittest.TestCase):
     def prompt(self, *lines, arguments=()):
         return run("--prompt", "--english", *arguments, input="\n".join(lines) + "\n")
 
-    def assert_output(self, result, out):
-        """The run printed exactly `out`, complained of nothing and succeeded."""
-        self.assertEqual(result, Result(out, "", 0))
+    def assert_output(self, result, out, err=""):
+        """The run printed exactly `out`, complained of nothing but `err` and succeeded."""
+        self.assertEqual(result, Result(out, err, 0))

@@ -3,6 +3,8 @@
 What each prints stands in tests/e2e/expected/NAME.txt: standard output, then a line "--- standard error ---" and
 standard error.
 """
+import email
+import email.policy
 import shutil
 import unittest
 
@@ -59,6 +61,20 @@ szCcEmail = archive@example.com
     def test_reply_with_date(self):
         self.run_sample("reply_with_date", "--mail", "samples/mails/japanese-iso-2022-jp.eml")
 
+    def test_answer_as_draft(self):
+        self.run_sample("answer_as_draft", "--mail", "samples/mails/plain-ascii.eml", "--accounts", "samples/accounts.txt", "--templates",
+                        "samples/templates")
+
+    def test_mails_from_csv(self):
+        self.run_sample("mails_from_csv", "--mail", "samples/mails/plain-ascii.eml", "--accounts", "samples/accounts.txt")
+        drafts = [email.message_from_bytes(file.read_bytes(), policy=email.policy.default)
+                  for file in sorted((self.folder / "samples/mails/Drafts").glob("*.eml"))]
+        self.assertEqual([[a.addr_spec for a in draft["To"].addresses] for draft in drafts],
+                         [["jane@example.com"], ["taro@example.co.jp"]])
+        self.assertIn("Dear 山田 太郎,\r\n", drafts[1].get_body().get_content())
+        contacts = (self.folder / "samples/data/contacts.csv").read_bytes()
+        self.assertEqual([a.get_payload(decode=True) for a in drafts[0].iter_attachments()], [contacts])
+
     def test_templates(self):
         self.run_sample("templates", "--mail", "samples/mails", "--templates", "samples/templates")
 
@@ -68,8 +84,28 @@ szCcEmail = archive@example.com
     def test_grep(self):
         self.run_sample("grep", "--mail", "samples/mails")
 
+    def test_list_mails(self):
+        self.run_sample("list_mails", "--mail", "samples/mails")
+
+    def test_export_sender(self):
+        self.run_sample("export_sender", "--mail", "samples/mails")
+        self.assertEqual(sorted(file.name for file in (self.folder / "alice").iterdir()),
+                         ["20250303-091500.eml", "20250602-090000.eml", "20250603-080000.eml"])
+        self.assertEqual((self.folder / "alice/20250303-091500.eml").read_bytes(),
+                         (self.folder / "samples/mails/plain-ascii.eml").read_bytes())
+
     def test_duplicates(self):
         self.run_sample("duplicates", "--mail", "samples/copies")
+
+    def test_file_newsletters(self):
+        self.run_sample("file_newsletters", "--mail", "samples/mails")
+        mails = self.folder / "samples/mails"
+        self.assertEqual(sorted(file.name for file in (mails / "lists").iterdir()), ["20250602-090000.eml", "euc-jp.eml"])
+        self.assertEqual([file.name for file in (mails / "newsletter").iterdir()], ["koi8-r.eml"])
+        self.assertNotIn(b"List-Id", (mails / "mailing-list.mbox").read_bytes())
+        # What is filed already is not filed again.
+        again = run("--mail", mails, "--macro", "samples/macros/file_newsletters.macro", folder=self.folder)
+        self.assertEqual(again, host.Result("0 mails filed\n", "", 0))
 
     def test_import_export(self):
         self.run_sample("import_export", "--mail", "samples/mails")
@@ -117,6 +153,25 @@ class Accounts(HostTest):
         self.assertEqual((self.folder / "accounts.txt").read_bytes(), b"[local]\r\n")
         self.assert_output(self.run_macro(self.LOAD, "--mail", self.folder), "1\n")
 
+    def test_a_mail_belongs_to_the_account_that_it_is_addressed_to(self):
+        mails = self.folder / "mails"
+        mails.mkdir()
+        for name, header in (("1", "To: Bob <bob@example.com>"), ("2", "Cc: x@example.com, AT.WORK@example.com"),
+                             ("3", "Delivered-To: old@example.com"), ("4", "To: notbob@example.com.au")):
+            (mails / f"{name}.eml").write_text(header + "\n\n")
+        accounts = self.write("accounts.txt", "[first]\nszMailFromSpecify = me@example.com\n"
+                              "[home]\nszMailFromSpecify = bob@example.com\nszEmailAlias = old@example.com\ngroup = Private\n"
+                              "[work]\nszMailFromSpecify = at.work@example.com\ngroup = Office\n")
+        self.assert_output(self.run_macro(
+            'i = 0\nwhile SetMailIndex(i)\nprint Account(), " ", CurrentAccount(), " [", CurrentAccountGroup(), "]"\n'
+            'i = i + 1\nend\n', "--mail", mails, "--accounts", accounts),
+            "first home [Private]\nfirst work [Office]\nfirst home [Private]\nfirst first []\n")
+
+    def test_without_accounts_there_is_a_local_one(self):
+        mail = self.write("a.eml", "Subject: x\r\n\r\n")
+        self.assert_output(self.run_macro('print Account(), CurrentAccount(), "[", CurrentAccountGroup(), "]"', "--mail", mail),
+                           "locallocal[]\n")
+
     def test_accounts_that_cannot_be_read(self):
         result = self.run_macro(self.LOAD, "--accounts", self.folder)
         self.assertEqual((result.out, result.code), ("", 1))
@@ -152,6 +207,22 @@ class Accounts(HostTest):
         self.assertEqual(accounts.read_text(), "[home]\nszSignature = Bob\nszNewTemplate = Hello\n")
 
 
+class LockedSelection(HostTest):
+    def test_export_writes_the_locked_mails_until_they_are_unlocked(self):
+        mails = self.folder / "mails"
+        mails.mkdir()
+        for name in "abcd":
+            (mails / f"{name}.eml").write_text(f"Subject: {name}\n\n")
+        result = run("--english", "--mail", mails, "--macro", self.write(
+            "test.macro", 'SetFindPack("Subject: b")\nDoGrep2("", "", 0, 0)\nSetFindPack("Subject: d")\n'
+            'DoGrepAppend("", "", 0, 0)\nLockSelection()\nEnumSelection(1)\n'
+            'print Export("locked", "eml-subject", "encode", "", "", "")\n'
+            'UnlockSelection()\nprint Export("all", "eml-subject", "encode", "", "", "")\n'), folder=self.folder)
+        self.assertEqual(result, host.Result("2\n4\n", "", 0))
+        self.assertEqual(sorted(file.name for file in (self.folder / "locked").iterdir()), ["b.eml", "d.eml"])
+        self.assertEqual(len(list((self.folder / "all").iterdir())), 4)
+
+
 class Writing(HostTest):
     MAIL = (b"From: Alice <alice@example.com>\r\nTo: b@example.com\r\nSubject: s\r\n"
             b"Content-Type: multipart/mixed; boundary=x\r\n\r\n--x\r\n\r\none\r\n--x\r\n"
@@ -169,7 +240,8 @@ class Writing(HostTest):
         mail = self.write("a.eml", self.MAIL)
         self.assert_output(self.run_macro(
             'print MakeResentForward("c@example.com", "open", "log", ""), CurrentHeader("Resent-To")\n'
-            'print MakeResentForward(5, "open", "", "")\n', "--mail", mail), "1c@example.com\n0\n")
+            'print MakeResentForward(5, "open", "", "")\n', "--mail", mail), "1c@example.com\n0\n",
+            'wrenfold: kept as a draft in Drafts: "s" to b@example.com\n')
 
     def test_logs_show_the_mail(self):
         mail = self.write("a.eml", b"Subject: =?us-ascii?Q?s?=\r\n\r\nx\r\n")

@@ -1,7 +1,7 @@
 """Every example of examples/ prints what stands in it, and none is missing in a family that has its file.
 
 One host runs a whole family: standard output and standard error come in one stream, in the order in which a terminal
-would show them. A line "## Name" in that stream begins each example.
+would show them. A line "## Name" in that stream begins each example. An example in C is a program of its own.
 """
 import difflib
 import json
@@ -18,6 +18,12 @@ import host
 
 EXAMPLES = host.SOURCE / "examples"
 OUT = pathlib.Path(os.environ.get("WFINFO_OUT", host.SOURCE / "out"))
+BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows"))
+# What lies beside the program in a family's run: libraries that nobody can expect to be installed.
+STAND_INS = {"archivers": ["doubles/archivers/unlha32.dll", "doubles/archivers/Zip32J.dll"]}
+# What stands in front of each example in C.
+C_HEAD = '#include <windows.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
+C_COMPILER = ["x86_64-w64-mingw32-gcc", "-Wall", "-Wextra", "-Werror", f"-I{OUT}"]
 OPTIONS = ["--english", "--mail", "samples/mails", "--accounts", "samples/accounts.txt", "--templates", "samples/templates",
            "--book", "samples/address-book.csv"]
 
@@ -33,44 +39,76 @@ def catalogue():
     return families
 
 
-def examples_of(text):
+def form_of(path):
+    """What stands in front of a heading and of a line of output."""
+    return ("// ## ", "//>") if path.suffix == ".c" else ("## ", "#>")
+
+
+def example_files():
+    return sorted([*EXAMPLES.glob("*.macro"), *EXAMPLES.glob("*.c")])
+
+
+def examples_of(path):
     """The file's head, then for each example its heading and its lines."""
-    head, *parts = re.split(r"^(?=## )", text, flags=re.M)
+    heading, _ = form_of(path)
+    head, *parts = re.split(rf"^(?={heading})", path.read_text(encoding="utf-8"), flags=re.M)
     return head, [tuple(part.split("\n", 1)) for part in parts]
 
 
-def is_output(line):
-    return line == "#>" or line.startswith("#> ")
+def marked(mark, lines):
+    """The lines behind a mark, which is followed by a blank or by nothing."""
+    return [line[len(mark) + 1:] for line in lines.split("\n") if line == mark or line.startswith(mark + " ")]
 
 
-def macro_of(heading, lines):
-    kept = [line for line in lines.split("\n") if not is_output(line)]
-    return f'print "{heading}"\n' + "\n".join(kept) + "\n"
+def without(mark, lines):
+    return "\n".join(line for line in lines.split("\n") if line != mark and not line.startswith(mark + " "))
 
 
-def run_family(path, folder):
-    """What each example prints, by its heading; what comes before the first is a complaint about the file."""
-    _, examples = examples_of(path.read_text(encoding="utf-8"))
+def run_macros(path, folder):
+    """What each example of macros prints, by its heading; what comes before the first is a complaint about the file."""
+    _, examples = examples_of(path)
     shutil.copytree(host.SOURCE / "samples", folder / "samples")
+    for file in STAND_INS.get(path.stem, []):
+        shutil.copy(BUILD / file, folder)
     macros = []
     for number, (heading, lines) in enumerate(examples):
         macro = folder / f"{number:03}.example"
-        macro.write_text(macro_of(heading, lines), encoding="utf-8")
+        macro.write_text(f'print "{heading}"\n{without("#>", lines)}\n', encoding="utf-8")
         macros += ["--macro", macro.name]
+    typed = "".join(line + "\n" for _, lines in examples for line in marked("#<", lines))
     with open(folder / "printed", "wb") as printed:
-        subprocess.run([*host.command(), *OPTIONS, *macros], stdin=subprocess.DEVNULL, stdout=printed,
+        subprocess.run([*host.command(), *OPTIONS, *macros], input=typed.encode(), stdout=printed,
                        stderr=subprocess.STDOUT, cwd=folder, timeout=300)
     text = (folder / "printed").read_text(encoding="utf-8")
     first, *parts = re.split(r"^(?=## )", text.replace("\r\n", "\n"), flags=re.M)
     return first, dict(part.split("\n", 1) for part in parts)
 
 
-def with_output(lines, printed):
-    """The example with what it printed behind each run of `#>` lines, or at its end."""
-    kept = [line for line in lines.rstrip("\n").split("\n") if not is_output(line)]
-    while kept and not kept[-1]:
-        kept.pop()
-    return "\n".join(kept + [("#> " + line).rstrip() for line in printed.rstrip("\n").split("\n") if printed]) + "\n"
+def run_programs(path, folder):
+    """The same for examples in C, each a program of its own."""
+    shutil.copy(OUT / "WFINFO.dll", folder)
+    first, printed = "", {}
+    for number, (heading, lines) in enumerate(examples_of(path)[1]):
+        source = folder / f"{number:03}.c"
+        source.write_text(C_HEAD + lines, encoding="utf-8")
+        built = subprocess.run([*C_COMPILER, source.name, "-o", f"{number:03}.exe", OUT / "libWFINFO.dll.a"],
+                               stderr=subprocess.PIPE, cwd=folder, text=True)
+        first += built.stderr
+        if built.returncode == 0:
+            ran = subprocess.run(host.command(folder / f"{number:03}.exe"), stdin=subprocess.DEVNULL,
+                                 stdout=subprocess.PIPE, cwd=folder, timeout=host.TIMEOUT_SECONDS)
+            printed[heading] = ran.stdout.decode().replace("\r\n", "\n")
+    return first, printed
+
+
+def run_file(path, folder):
+    return run_programs(path, folder) if path.suffix == ".c" else run_macros(path, folder)
+
+
+def with_output(mark, lines, printed):
+    """The example with what it printed at its end."""
+    kept = without(mark, lines.rstrip("\n")).rstrip("\n")
+    return "\n".join([kept] + [f"{mark} {line}".rstrip() for line in printed.rstrip("\n").split("\n") if printed]) + "\n"
 
 
 class Examples(unittest.TestCase):
@@ -81,15 +119,16 @@ class Examples(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.folder)
 
     def test_each_example_prints_what_stands_in_it(self):
-        for path in sorted(EXAMPLES.glob("*.macro")):
-            folder = self.folder / path.stem
+        for path in example_files():
+            _, mark = form_of(path)
+            folder = self.folder / path.name
             folder.mkdir()
-            first, printed = run_family(path, folder)
-            with self.subTest(path.stem):
+            first, printed = run_file(path, folder)
+            with self.subTest(path.name):
                 self.assertEqual(first, "")
-            for heading, lines in examples_of(path.read_text(encoding="utf-8"))[1]:
+            for heading, lines in examples_of(path)[1]:
                 with self.subTest(heading):
-                    expected = [line[3:] for line in lines.split("\n") if is_output(line)]
+                    expected = marked(mark, lines)
                     got = printed.get(heading, "(did not run)").rstrip("\n").split("\n")
                     difference = difflib.unified_diff(expected, got, "expected", "printed", lineterm="")
                     self.assertEqual(got, expected or [""], "\n" + "\n".join(difference))
@@ -99,37 +138,49 @@ class Examples(unittest.TestCase):
 class Completeness(unittest.TestCase):
     def test_a_file_has_one_example_for_each_export_of_its_family(self):
         families = catalogue()
-        for path in sorted(EXAMPLES.glob("*.macro")):
-            with self.subTest(path.stem):
-                _, examples = examples_of(path.read_text(encoding="utf-8"))
-                shown = [name for heading, _ in examples for name in re.findall(r"\w+", heading)]
-                self.assertEqual(sorted(shown), sorted(families.get(path.stem, [])))
+        for family in sorted({path.stem for path in example_files()}):
+            with self.subTest(family):
+                shown = []
+                for path in EXAMPLES.glob(family + ".*"):
+                    heading, _ = form_of(path)
+                    shown += [name for line, _ in examples_of(path)[1] for name in line[len(heading):].split(", ")]
+                self.assertEqual(sorted(shown), sorted(families.get(family, [])))
 
     def test_the_catalogue_was_read_whole(self):
         names = [name for names in catalogue().values() for name in names]
         reference = [row["name"] for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))]
         self.assertEqual(sorted(names), sorted(reference))
 
+    def test_the_reference_shows_each_example(self):
+        reference = {row["name"]: row["example"] for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))}
+        for path in example_files():
+            mark, _ = form_of(path)
+            for heading, lines in examples_of(path)[1]:
+                for name in heading[len(mark):].split(", "):
+                    with self.subTest(name):
+                        self.assertEqual(reference[name].strip("\n"), lines.strip("\n"))
+
     def test_each_example_says_what_it_is_for_and_prints_something(self):
-        for path in sorted(EXAMPLES.glob("*.macro")):
-            for heading, lines in examples_of(path.read_text(encoding="utf-8"))[1]:
+        for path in example_files():
+            _, mark = form_of(path)
+            for heading, lines in examples_of(path)[1]:
                 with self.subTest(heading):
-                    self.assertRegex(lines, r"\A# \w")
-                    self.assertRegex(lines, r"(?m)^#> ")
+                    self.assertRegex(lines, r"\A(#|//) \w")
+                    self.assertTrue(any(marked(mark, lines)))
 
 
-def write(family):
-    path = EXAMPLES / (family + ".macro")
+def write(path):
+    _, mark = form_of(path)
     with tempfile.TemporaryDirectory(prefix="examples-") as folder:
-        first, printed = run_family(path, pathlib.Path(folder))
-    head, examples = examples_of(path.read_text(encoding="utf-8"))
-    blocks = [f"{heading}\n{with_output(lines, printed.get(heading, ''))}" for heading, lines in examples]
+        first, printed = run_file(path, pathlib.Path(folder))
+    head, examples = examples_of(path)
+    blocks = [f"{heading}\n{with_output(mark, lines, printed.get(heading, ''))}" for heading, lines in examples]
     path.write_text(head.rstrip("\n") + "\n\n" + "\n".join(blocks), encoding="utf-8")
     print(first, end="")
 
 
+if __name__ == "__main__" and sys.argv[1:2] == ["--write"]:
+    sys.exit(write(sys.argv[2]))
+
 if __name__ == "__main__":
-    if len(sys.argv) == 3 and sys.argv[1] == "--write":
-        write(sys.argv[2])
-    else:
-        unittest.main()
+    unittest.main()

@@ -138,9 +138,10 @@ class Requests(HostTest):
         self.assert_output(self.run_macro('print "[", MailFileName(), "]", MailCount(), NextMail(), SwitchMark()'), "[]000\n")
 
     def test_a_request_that_is_not_served_is_answered_0_and_counted(self):
-        self.assertEqual(self.run_macro("print OpenReplyMail(), RefreshMailList(), RefreshMailList()"), host.Result(
-            "000\n", "wrenfold: 3 requests, 3 not served: code 68 (RefreshMailList) 2 times, "
-            "menu command 40135 (OpenReplyMail)\n", 0))
+        # There are three header views.
+        self.assertEqual(self.run_macro("print SwitchHeaderView(9), SwitchHeaderView(8), SwitchHeaderView(8)"), host.Result(
+            "000\n", "wrenfold: 3 requests, 3 not served: menu command 40052 (SwitchHeaderView) 2 times, "
+            "menu command 40053 (SwitchHeaderView)\n", 0))
 
     def test_a_mail_in_a_window_of_its_own_is_asked_there(self):
         self.assert_output(self.run_macro("print OpenMail(), MailFileName(), MailCount()", *self.mail()), "1first.eml1\n")
@@ -212,14 +213,14 @@ class Trace(HostTest):
 
     def test_shows_names_codes_slots_and_answers(self):
         mail = self.write("first.eml", MAIL)
-        self.assertEqual(self.trace("x = MailFileName()\nx = SetMailIndex(-1)\nNextMail()\nOpenReplyMail()\nOpenReplyMail()\n"
-                                    'SetTabTitle(3, "日本😀\\r\\n")\n', "--mail", mail),
+        self.assertEqual(self.trace('x = MailFileName()\nx = SetMailIndex(-1)\nNextMail()\nx = Quote("日本😀")\n'
+                                    "SwitchHeaderView(9)\nSwitchHeaderView(9)\n", "--mail", mail),
                          'trace: MailFileName: code 52 -> "first.eml"\n'
-                         "trace: SetMailIndex: code 33 (-1) -> 0\n"
-                         "trace: NextMail: code 12, command 40031 (40031) -> 0\n"
-                         "trace: not served: menu command 40135 (OpenReplyMail) -> 0\n"
-                         "trace: not served: code 248 (SetTabTitle) -> 0\n"
-                         "trace: 6 requests, 3 not served: code 248 (SetTabTitle), menu command 40135 (OpenReplyMail) 2 times\n")
+                         "trace: SetMailIndex: code 33 (-1) -> 0 (the list has no mail -1; it shows 1)\n"
+                         "trace: NextMail: code 12, command 40031 (40031) -> 0 (no such mail behind the open one)\n"
+                         'trace: Quote: code 86 ("日本😀") -> "> 日本😀"\n'
+                         "trace: not served: menu command 40053 (SwitchHeaderView) -> 0\n"
+                         "trace: 6 requests, 2 not served: menu command 40053 (SwitchHeaderView) 2 times\n")
 
     def test_cuts_long_texts(self):
         mail = self.write("first.eml", MAIL.replace(b"First", b"x" * 100))

@@ -239,6 +239,40 @@ class Sending(MapiTest):
         self.assertEqual(sorted(mail["Subject"] for mail in self.sent(8)), [f"mail {i}" for i in range(8)])
 
 
+class HostOfMacros(MapiTest):
+    """A host that runs macros has a frame too, but no outbox: it refuses, and says so."""
+
+    def setUp(self):
+        super().setUp()
+        macro = self.write("endless.macro", "n = 1\nwhile n\n  n = 3 - n\nend\n")
+        self.complaints = self.folder / "complaints.txt"
+        with open(self.complaints, "wb") as errors:
+            process = subprocess.Popen(host.command() + ["--english", "--macro", str(macro)], stdin=subprocess.DEVNULL,
+                                       stdout=subprocess.DEVNULL, stderr=errors)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        self.wait_until(self.frame_exists, "no frame")
+
+    def complained(self):
+        return self.complaints.read_text(encoding="utf-8")
+
+    def test_a_mail_is_refused_by_name(self):
+        self.send(0, "日本語の件名", "t", "to", text_hex("Jo"), text_hex("SMTP:jo@x.jp"))
+        self.assertEqual(self.complained(), 'wrenfold: a mail of another program ("日本語の件名" to Jo <jo@x.jp>) was refused: this '
+                         "host runs macros and serves no other program; send it again when this host has ended\n")
+        self.assertEqual(self.outbox(), [])
+
+    def test_a_mail_commands_no_terminal(self):
+        self.send(0, "\x1b[2J", "t", "to", "-", text_hex("a@x.jp"))
+        self.assertIn('("\\x1B[2J" to a@x.jp) was refused', self.complained())
+
+    def test_a_reader_does_not_wait(self):
+        answer = self.client("find", 0)
+        self.assertNotIn(answer.code, (0, 16))  # neither found, nor found to be the last
+        self.assertLess(answer.milliseconds, 1000)
+        self.assertIn("another program's wish to read mails was refused", self.complained())
+
+
 class Reading(MapiTest):
     def setUp(self):
         super().setUp()

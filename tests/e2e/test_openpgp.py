@@ -3,6 +3,8 @@
 Under Wine gpg.exe is a small program that hands its command line to the gpg of the system around it.
 """
 import base64
+import email
+import email.policy
 import os
 import pathlib
 import shutil
@@ -72,6 +74,15 @@ class OpenPgp(HostTest):
         self.assertEqual((result.err, result.code), ("", 0), result.out)
         self.assertEqual([name for name in LEFT_FILES if (self.folder / name).exists()], [])
         return result.out
+
+    def test_a_signed_answer_lies_among_the_drafts(self):
+        self.assertEqual(self.run_macros(self.mail("Shall we?\r\n"), "signed_mail.macro"), "saved: 1\n")
+        [file] = (self.folder / "Drafts").glob("*.eml")
+        draft = email.message_from_bytes(file.read_bytes(), policy=email.policy.default)
+        self.assertEqual((draft["To"], draft["Subject"]), ("Alice <alice@example.com>", "Re: Test"))
+        verified = gpg("--verify", input=draft.get_content().replace("\n", "\r\n").encode())
+        self.assertEqual(verified.returncode, 0, verified.stderr.decode())
+        self.assertIn("> Shall we?", draft.get_content())
 
     def encrypted(self, text, *options):
         made = gpg("-ea", "--trust-model", "always", "-r", ALICE, *options, input=text)

@@ -66,6 +66,12 @@ class Names(unittest.TestCase):
                     wrong.append(f"{name}: {target}")
         self.assertEqual(wrong, [])
 
+    def test_no_source_is_longer_than_600_lines(self):
+        for name in NAMES:
+            if name.endswith((".cpp", ".h", ".c", ".py", ".def")):
+                with self.subTest(name):
+                    self.assertLessEqual(house.read(name).count("\n"), 600)
+
     def test_nothing_strays_in_the_root(self):
         self.assertEqual({name.split("/")[0] for name in NAMES} - house.IN_THE_ROOT, set())
 
@@ -101,10 +107,12 @@ class Names(unittest.TestCase):
                 wrong.append(name)
         self.assertEqual(wrong, [])
 
-    def test_each_family_written_by_hand_has_a_test(self):
-        tested = [pathlib.Path(name).name for name in NAMES if name.startswith(("tests/dll/", "tests/inside/"))]
-        wrong = [family for family, exports in hand_rows().items()
-                 if exports and not any(name.startswith(family) for name in tested)]
+    def test_each_export_written_by_hand_is_named_in_a_test_of_its_family(self):
+        wrong = []
+        for family, exports in hand_rows().items():
+            tests = [name for name in NAMES if re.fullmatch(rf"tests/dll/{family}(_\w+)?_test\.cpp", name)]
+            words = set(re.findall(r"\w+", " ".join(house.read(name) for name in tests)))
+            wrong += [f"{family}: {export}" for export in exports if export not in words]
         self.assertEqual(wrong, [])
 
 
@@ -141,51 +149,25 @@ class Documents(unittest.TestCase):
                 continue  # tells of files as they were
             for path in re.findall(r"`((?:src|host|tests|tools|docs|catalogue|fuzz|bench|resources|samples|cmake)/[^`\s]*)`",
                                    house.read(name)):
-                pattern = re.sub(r"<[^>]+>|\bNAME\b|(?<=_)NAME\b", "*", path).rstrip("/")
+                pattern = re.sub(r"<[^>]+>|(?<![A-Z])(?:NAME|FAMILY)(?![A-Z])", "*", path).rstrip("/")
                 if not (house.SOURCE / pattern).exists() and not list(house.SOURCE.glob(pattern)):
                     wrong.append(f"{name}: {path}")
         self.assertEqual([line for line in wrong if "host/wrenfold.exe" not in line], [])
 
 
-class Services(unittest.TestCase):
-    """What the small host answers, by its tables and by its document."""
-
-    @staticmethod
-    def served():
-        found = collections.Counter()
-        for name in NAMES:
-            if re.fullmatch(r"host/services/\w+_win\.cpp", name):
-                constants = dict(re.findall(r"\b(k\w+) = (\d+)[,;]", house.read("host/windows/menu_win.h") + house.read(name)))
-                for table, rows in re.findall(r"\b(kServices|kCommands)\[\] = \{(.*?)\};\n", house.read(name), re.S):
-                    for number in re.findall(r"\{(\w+), ", rows):
-                        found[table, int(constants.get(number, number))] += 1
-        return found
-
-    @staticmethod
-    def documented():
-        found, table = collections.Counter(), None
-        for line in house.read("docs/small-host.md").splitlines():
-            heads = {"| code |": "kServices", "| menu command |": "kCommands"}
-            table = next((kind for head, kind in heads.items() if line.startswith(head)), table if line.startswith("|") else None)
-            numbers = re.match(r"\| (\d[\d, to]*) \|", line)
-            if table and numbers:
-                for first, last in re.findall(r"(\d+)(?: to (\d+))?", numbers[1]):
-                    found.update((table, number) for number in range(int(first), int(last or first) + 1))
-        return found
-
-    def test_each_code_is_served_once_and_documented_once(self):
-        served, documented = self.served(), self.documented()
-        self.assertGreater(len(served), 100)
-        for counted in (served, documented):
-            self.assertEqual([key for key, count in counted.items() if count > 1], [])
-        carried = {("kServices", 12), ("kServices", 57)}  # they carry menu commands: no rows of their own
-        self.assertEqual(set(served), set(documented) - carried)
-
-    def test_every_family_is_in_the_list(self):
-        listed = re.findall(r"&(k\w+)", house.read("host/services/services_win.cpp"))
-        families = [name for path in NAMES if path.startswith("host/services/")
-                    for name in re.findall(r"^const ServiceFamily (\w+) =", house.read(path), re.M)]
-        self.assertEqual(sorted(listed), sorted(families))
+    def test_families_have_the_pages_that_the_architecture_says(self):
+        table = house.read("docs/architecture.md").split("| families | page |\n|---|---|\n")[1].split("\n\n")[0]
+        families = {pathlib.Path(name).stem for name in NAMES if name.startswith("catalogue/")}
+        for line in table.splitlines():
+            listed, pages = line.strip("| ").split(" | ")
+            exports = {family: re.findall(r"^[A-Z_]+\((?:\w+, )?(\w+)", house.read(f"catalogue/{family}.def"), re.M)
+                       for family in listed.split(", ") if family in families}
+            self.assertEqual(set(listed.split(", ")) - families, set())
+            text = " ".join(house.read(f"docs/{page}") for page in re.findall(r"\((\S+\.md)\)", pages))
+            words = set(re.findall(r"\w+", text))
+            for family, names in exports.items():
+                with self.subTest(family):
+                    self.assertTrue(words & set(names), "no export of it is named in its page")
 
 
 class Picture(unittest.TestCase):
@@ -193,7 +175,7 @@ class Picture(unittest.TestCase):
         drawn = subprocess.run([sys.executable, str(house.SOURCE / "tools/draw_architecture.py")], capture_output=True,
                                text=True, check=True, env={**os.environ, "PYTHONDONTWRITEBYTECODE": "1"}).stdout
         self.assertTrue(drawn == house.read("docs/architecture.svg"),
-                        "run: python3 tools/draw_architecture.py > docs/architecture.svg")
+                        "run ./dev docs")
 
 
 class Comments(unittest.TestCase):

@@ -61,6 +61,10 @@ class Library(unittest.TestCase):
     def test_the_exceptions_part_of_the_cxx_library_is_not_linked(self):
         self.assertEqual(re.findall(r" (_ZN10__cxxabiv1\w+|_ZN9__gnu_cxx\w+|__cxa_\w+|__gxx_\w+|_Unwind_\w+)$", symbols(), re.M), [])
 
+    def test_the_number_formatting_of_the_c_runtime_is_not_linked(self):
+        # With what it draws in it is a twentieth of the library.
+        self.assertEqual(re.findall(r" (\w*(?:pformat|gdtoa|vsnprintf))$", symbols(), re.M), [])
+
     def test_exports_are_exactly_the_catalogue(self):
         rows = json.loads((OUT / "reference.json").read_text(encoding="utf-8"))
         self.assertEqual(sorted(exported_names()), sorted(row["name"] for row in rows))

@@ -64,6 +64,26 @@ class Repository(unittest.TestCase):
             if path.name != "all.def":
                 self.assertIn(f'#include "catalogue/{path.name}"', listed)
 
+    def test_the_project_the_library_and_the_small_host_have_one_version(self):
+        def read(name, pattern):
+            found = re.findall(pattern, (SOURCE / name).read_text(encoding="utf-8"), re.M)
+            self.assertTrue(found, f"{name}: {pattern}")
+            return found
+        version = read("CMakeLists.txt", r"^project\(WFINFO VERSION ([\d.]+)")[0]
+        self.assertEqual(read("host/base/version.h", r'kHostVersion\[\] = "([\d.]+)"'), [version])
+        major, minor, _ = map(int, version.split("."))
+        self.assertEqual(read("host/base/version.h", r"kHostVersionNumber = (\d+);"), [str(100 * major + minor)])
+        # The resource's fourth number is that of the interface.
+        numbers = read("resources/wfinfo.rc", r"VERSION ([\d,]+),\d+$") + read("resources/wfinfo.rc", r'Version", "([\d.]+)\.\d+"')
+        self.assertEqual([number.replace(",", ".") for number in numbers], [version] * 4)
+
+    def test_every_python_test_that_is_run_runs_its_tests(self):
+        # Without this end the file defines tests, runs none of them, and passes.
+        tests = files("tests/**/test_*.py")
+        self.assertGreater(len(tests), 15)
+        end = re.compile(r'^if __name__ == "__main__":\n    unittest\.main\(\)\n\Z', re.M)
+        self.assertEqual([str(path.relative_to(SOURCE)) for path in tests if not end.search(path.read_text(encoding="utf-8"))], [])
+
     def test_nothing_that_a_fuzzer_left_is_committed(self):
         tracked = subprocess.run(["git", "ls-files"], cwd=SOURCE, capture_output=True, text=True)
         if tracked.returncode != 0:

@@ -44,6 +44,36 @@ TEST(SmimeReport, FormattedTextIsCutTheSameWay) {
   }
 }
 
+TEST(SmimeReport, FormattedTextKnowsTheConversionsOfTheReports) {
+  const struct {
+    const char* format;
+    unsigned number;
+    const char* expected;
+    const char* why;
+  } cases[] = {
+      {"%u", 0, "0", "a digit at least"},
+      {"%u", 4294967295u, "4294967295", "the largest"},
+      {"%02u/", 7, "07/", "zeroes fill"},
+      {"%02u", 2026, "2026", "the width is no limit"},
+      {"%08X", 0x800B0109u, "800B0109", "capital letters"},
+      {"%X", 0xA, "A", "hexadecimal without a width"},
+      {"100%% of %u", 3, "100% of 3", "a percent sign"},
+      {"%u%", 3, "3", "half a conversion at the end"},
+      {"%99u", 1, "0000000000000001", "as wide as a number may be"},
+      {"", 1, "", "nothing"},
+  };
+  for (const auto& test : cases) {
+    char text[64];
+    ReportWriter report(text, sizeof text);
+    report.AddFormat(test.format, test.number);
+    EXPECT_EQ(report.view(), test.expected) << test.why;
+  }
+  char text[64];
+  ReportWriter report(text, sizeof text);
+  report.AddFormat("%s=%02u, %s", "a%s", 5u, "");
+  EXPECT_EQ(report.view(), "a%s=05, ") << "in their order; a text is no format";
+}
+
 TEST(SmimeReport, AMarkIsFoundOnlyAsACharacterOfItsOwn) {
   EXPECT_TRUE(HoldsMark("a \x81\x7E b", kProblemMark));
   EXPECT_TRUE(HoldsMark("\x81\x7E", kProblemMark));

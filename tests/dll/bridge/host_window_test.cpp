@@ -303,14 +303,6 @@ TEST(HostWindow, TheAllowedCodesGoThroughWhileADialogShows) {
   EnableWindow(host.frame(), TRUE);
 }
 
-TEST(HostWindow, TheOwnerOfBoxesIsTheLastActivePopup) {
-  ScriptedHost host;
-  EXPECT_EQ(GetMessageBoxParent(), host.frame());
-  const HWND dialog = host.OpenDialog(host.frame(), true);
-  EXPECT_EQ(GetMessageBoxParent(), dialog);
-  EnableWindow(host.frame(), TRUE);
-}
-
 TEST(HostWindow, WithoutAHostAnyWindowOfTheThreadOwnsBoxes) {
   ScriptedHost host;
   const HWND stranger = ActivateStranger(host);
@@ -324,10 +316,6 @@ TEST(HostWindow, MenuCommandsReachTheRequestTarget) {
   EXPECT_EQ(NewMail(), 3);
   host.ExpectCommand(40046).Answer(1);
   EXPECT_EQ(SwitchHeaderView(2), 1);
-  host.ExpectCommand(40444);
-  RestartTamarinMail(1);
-  host.ExpectCommand(40443);
-  RestartTamarinMail(0);
 }
 
 }  // namespace

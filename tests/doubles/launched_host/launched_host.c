@@ -1,15 +1,16 @@
 /* Reads from "start.txt" beside it: for how long a window shows first, whether a frame follows, whether that frame
  * says that it is ready, and whether a dialog shows in front of it. "1000 1 0 0": a window for a second, then a frame that
- * is never ready. Ends when that file is deleted. Writes to "started.txt" how it was started: flags, show state, command line. */
+ * is never ready. Ends when that file is deleted. Writes to "started.txt" how it was started: flags, show state, command
+ * line (UTF-8). */
 #include <windows.h>
 
 #include <stdio.h>
-#include <string.h>
+#include <wchar.h>
 
 enum { kQueryReady = 21703, kLongestLifeMs = 60000 };
 
 static int g_ready;
-static char g_start[MAX_PATH];
+static WCHAR g_start[MAX_PATH];
 
 static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == kQueryReady) return g_ready;
@@ -20,7 +21,7 @@ static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPAR
 static void Pump(DWORD milliseconds) {
   DWORD start = GetTickCount();
   MSG message;
-  while (GetTickCount() - start < milliseconds && GetFileAttributesA(g_start) != INVALID_FILE_ATTRIBUTES) {
+  while (GetTickCount() - start < milliseconds && GetFileAttributesW(g_start) != INVALID_FILE_ATTRIBUTES) {
     while (PeekMessageA(&message, NULL, 0, 0, PM_REMOVE)) {
       if (message.message == WM_QUIT) ExitProcess(0);
       DispatchMessageA(&message);
@@ -29,29 +30,31 @@ static void Pump(DWORD milliseconds) {
   }
 }
 
-static void TellHowStarted(const char* file) {
+static void TellHowStarted(const WCHAR* file) {
   STARTUPINFOA startup;
-  FILE* stream = fopen(file, "w");
+  char line[4 * MAX_PATH];
+  FILE* stream = _wfopen(file, L"w");
   if (stream == NULL) return;
   GetStartupInfoA(&startup);
-  fprintf(stream, "%lu %u %s", (unsigned long)startup.dwFlags, startup.wShowWindow, GetCommandLineA());
+  WideCharToMultiByte(CP_UTF8, 0, GetCommandLineW(), -1, line, sizeof line, NULL, NULL);
+  fprintf(stream, "%lu %u %s", (unsigned long)startup.dwFlags, startup.wShowWindow, line);
   fclose(stream);
 }
 
 int main(void) {
-  char path[MAX_PATH];
+  WCHAR path[MAX_PATH];
   int shown_ms = 0;
   int with_frame = 0;
   int with_dialog = 0;
   FILE* file;
   WNDCLASSA frame = {0};
   HWND window = NULL;
-  GetModuleFileNameA(NULL, path, sizeof path - 16);
-  strcpy(strrchr(path, '\\') + 1, "started.txt");
+  GetModuleFileNameW(NULL, path, MAX_PATH - 16);
+  wcscpy(wcsrchr(path, L'\\') + 1, L"started.txt");
   TellHowStarted(path);
-  strcpy(g_start, path);
-  strcpy(strrchr(g_start, '\\') + 1, "start.txt");
-  file = fopen(g_start, "r");
+  wcscpy(g_start, path);
+  wcscpy(wcsrchr(g_start, L'\\') + 1, L"start.txt");
+  file = _wfopen(g_start, L"r");
   if (file == NULL || fscanf(file, "%d %d %d %d", &shown_ms, &with_frame, &g_ready, &with_dialog) != 4)
     return 1;
   fclose(file);

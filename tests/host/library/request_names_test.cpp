@@ -23,6 +23,8 @@ TEST(RequestNames, TellsMenuCommandsApart) {
   EXPECT_EQ(RequestNames({57, 40003}, ""), "StartReceive");
   EXPECT_EQ(RequestNames({0, 40002}, ""), "NewMail");
   EXPECT_EQ(RequestNames({12, 1}, ""), "?");
+  EXPECT_EQ(RequestNames({0, 40045}, "SwitchHeaderView"), "SwitchHeaderView")
+      << "view 1 has no row of its own";
   EXPECT_EQ(RequestTitle({12, 40031}), "code 12, command 40031");
   EXPECT_EQ(RequestTitle({0, 40002}), "menu command 40002");
   EXPECT_EQ(RequestTitle({46, 0}), "code 46");

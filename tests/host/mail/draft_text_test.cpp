@@ -122,5 +122,14 @@ TEST(MailsOnTheWay, OneMailOrNone) {
   }
 }
 
+TEST(DraftText, WritesTheHeadersOfAReply) {
+  EXPECT_EQ(ReplyTo("From: a\r\nSubject: s\r\nMessage-ID: <1>\r\n\r\nb", "> b"),
+            "To: a\r\nSubject: Re: s\r\nIn-Reply-To: <1>\r\nReferences: <1>\r\n\r\n> b");
+  EXPECT_EQ(
+      ReplyTo("From: a\r\nReply-To: r\r\nSubject: re: s\r\nMessage-ID: <2>\r\nReferences: <1>\r\n\r\n", ""),
+      "To: r\r\nSubject: re: s\r\nIn-Reply-To: <2>\r\nReferences: <1>\r\n <2>\r\n\r\n");
+  EXPECT_EQ(ReplyTo("", ""), "To: \r\nSubject: Re: \r\n\r\n");
+}
+
 }  // namespace
 }  // namespace wrenfold

@@ -38,6 +38,8 @@ TEST(HeaderLookup, AnEscapeThatEndsInCrEndsNoLine) {
   EXPECT_EQ(HeaderValue(text, "Subject"),
             "\x1A\x80\x80\x0D"
             "b");
+  EXPECT_EQ(HeaderValue("Subject: \x1A\x80\x80\x0D", "Subject"), "\x1A\x80\x80\x0D") << "no line end";
+  EXPECT_EQ(HeaderValue("\x1A\x80\x80\x0Dx: a\r\n", "\x1A\x80\x80\x0Dx"), "a") << "in a name";
 }
 
 TEST(HeaderLookup, FindsWhereAHeaderStands) {

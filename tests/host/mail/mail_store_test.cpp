@@ -57,7 +57,7 @@ TEST_F(HostMailStore, AFileIsOneMail) {
   EXPECT_EQ(store.folders().at(0).path, root_ / "box");
 }
 
-TEST_F(HostMailStore, AFolderIsReadInOrderAndOneLevelDeep) {
+TEST_F(HostMailStore, ATreeIsReadInOrderAllTheWayDown) {
   Write("b.eml", "b");
   Write("a.EML", "a");
   Write("readme.md", "no mail");
@@ -65,10 +65,67 @@ TEST_F(HostMailStore, AFolderIsReadInOrderAndOneLevelDeep) {
   Write("sub/c.eml", "c");
   Write("sub/deeper/d.eml", "d");
   Write("another/e.eml", "e");
+  Write(".hidden/f.eml", "f");
+  fs::create_directories(root_ / "empty");
+  Write("used-up.mbox", "");
+  fs::create_directory_symlink(root_, root_ / "sub/back");
   MailStore store;
   EXPECT_EQ(store.Add(root_ / ""), std::nullopt) << "a slash at the end";
   const std::string top = root_.filename().string();
-  EXPECT_EQ(Listed(store), top + "/a " + top + "/b list/m1 list/m2 another/e sub/c");
+  EXPECT_EQ(Listed(store), top + "/a " + top + "/b list/m1 list/m2 another/e sub/c deeper/d");
+  std::string folders;
+  for (std::size_t i = 0; i < store.folders().size(); ++i) folders += store.PathInTree(i) + " ";
+  EXPECT_EQ(folders, ". list.mbox used-up.mbox another empty sub sub/deeper ") << "those without mails too";
+  EXPECT_TRUE(store.skipped().empty()) << "what filing leaves of an mbox is no broken one";
+}
+
+TEST_F(HostMailStore, AnMboxWithoutMailsIsAnEmptyFolder) {
+  MailStore store;
+  EXPECT_EQ(store.Add(Write("used-up.mbox", "")), std::nullopt);
+  EXPECT_TRUE(store.mails().empty());
+  ASSERT_EQ(store.folders().size(), 1u);
+  EXPECT_EQ(store.folders()[0].name, "used-up");
+  EXPECT_EQ(store.Add(Write("empty.eml", "")),
+            "cannot read " + (root_ / "empty.eml").string() + ": the file is empty");
+}
+
+TEST_F(HostMailStore, AFileIsReadOnceHoweverItIsNamed) {
+  Write("a.eml", "a");
+  Write("sub/b.eml", "b");
+  MailStore store;
+  EXPECT_EQ(store.Add(root_ / "sub"), std::nullopt);
+  EXPECT_EQ(store.Add(root_), std::nullopt);
+  EXPECT_EQ(store.Add(root_ / "sub/../a.eml"), std::nullopt);
+  EXPECT_EQ(store.Add(root_ / "sub/.."), std::nullopt);
+  EXPECT_EQ(Listed(store), "sub/b " + root_.filename().string() + "/a");
+  EXPECT_EQ(store.folders().size(), 2u);
+  EXPECT_EQ(store.trees().size(), 2u) << "the folder above is a tree of its own";
+}
+
+TEST_F(HostMailStore, AFolderIsReadAgain) {
+  Write("a.eml", "a");
+  Write("b.eml", "b");
+  const std::string from = "From a@example.org Mon Jan  1 00:00:00 2024\n";
+  Write("list.mbox", from + "m1\n\n" + from + "m2\n\n" + from + "m3\n");
+  MailStore store;
+  ASSERT_EQ(store.Add(root_), std::nullopt);
+  fs::remove(root_ / "a.eml");
+  Write("c.eml", "c");
+  Write("list.mbox", from + "m0\n\n" + from + "m3\n\n" + from + "m1\n");
+  const MailStore::Changes files = store.ReadAgain(0);
+  EXPECT_EQ(files.failure, "");
+  EXPECT_EQ(files.gone, std::vector<std::size_t>{0});
+  EXPECT_EQ(files.added, 1u);
+  EXPECT_EQ(store.mails().back().raw, "c");
+  const MailStore::Changes mbox = store.ReadAgain(1);
+  EXPECT_EQ(mbox.gone, std::vector<std::size_t>{3}) << "m2";
+  EXPECT_EQ(mbox.added, 1u);
+  EXPECT_EQ(store.mails().back().raw, "m0\n");
+  EXPECT_EQ(store.mails()[4].offset, 2 * from.size() + 4) << "m3 stands at another place";
+  EXPECT_EQ(store.ReadAgain(1).added, 0u) << "nothing changed since";
+  fs::remove(root_ / "list.mbox");
+  EXPECT_EQ(store.ReadAgain(1).failure,
+            "cannot read " + (root_ / "list.mbox").string() + ": the file cannot be opened");
 }
 
 TEST_F(HostMailStore, SeveralPathsShareTheirFolders) {

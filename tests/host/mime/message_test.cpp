@@ -2,7 +2,9 @@
 
 #include <string>
 
+#include "host/mime/header_words.h"
 #include "host/mime/message.h"
+#include "host/mime/parameters.h"
 #include "host/mime/parts.h"
 #include "host/mime/transfer.h"
 

@@ -36,5 +36,23 @@ TEST(TerminalText, QuotesOnOneLine) {
       << "cut by characters";
 }
 
+TEST(TerminalText, IsPutOnOneLine) {
+  const struct {
+    std::string_view text;
+    std::string_view expected;
+    const char* why;
+  } cases[] = {
+      {"no folder", "no folder", "nothing to do"},
+      {"a\r\nb\tc", "a\\r\\nb\\tc", "line ends and tabs"},
+      {"\x1B[2J\xC2\x9B", "\\x1B[2J\\x9B", "terminal commands"},
+      {"\"\\", "\"\\", "quotes and backslashes stay"},
+      {"0123456789", "0123456789", "as long as may be"},
+      {"0123456789a", "0123456789...", "too long"},
+      {"012345678\xE3\x81\x82\xE3\x81\x84", "012345678\xE3\x81\x82...", "cut by characters"},
+      {"", "", "nothing"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(OnOneLine(c.text, 10), c.expected) << c.why;
+}
+
 }  // namespace
 }  // namespace wrenfold

@@ -47,5 +47,18 @@ TEST_F(HostTemplates, AreTextFilesByKind) {
   EXPECT_EQ(TemplateFolder().Names(1), std::vector<std::string>{}) << "no folder at all";
 }
 
+TEST_F(HostTemplates, SignaturesMayHaveAnHtmlForm) {
+  Write("sign/Formal.html", "<p>Bob &amp; <b>Co</b></p>\n");
+  Write("sign/Work.html", "<i>Alice</i>\n");
+  Write("reply/Page.html", "x");
+  EXPECT_EQ(templates_.Names(3), (std::vector<std::string>{"Formal", "Work"})) << "each name once";
+  EXPECT_EQ(templates_.Names(1), (std::vector<std::string>{"Thanks", "bare"})) << "signatures only";
+  EXPECT_TRUE(templates_.Has(3, "formal"));
+  EXPECT_EQ(templates_.Text(3, "Formal"), "Bob & Co\r\n") << "as text";
+  EXPECT_EQ(templates_.Text(3, "Work"), "-- \r\nAlice\r\n") << "its own text";
+  EXPECT_EQ(templates_.Html(3, "Work"), "<i>Alice</i>\r\n");
+  EXPECT_EQ(templates_.Html(3, "none"), "");
+}
+
 }  // namespace
 }  // namespace wrenfold

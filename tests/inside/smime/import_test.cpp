@@ -33,6 +33,14 @@ SeenRow RowOf(HWND dialog, int i) {
           IsDlgButtonChecked(dialog, IDC_IMPORT_FIRST_CHECK + i) == BST_CHECKED, enabled, visible};
 }
 
+// What a driver does: notes the first row and presses OK.
+std::function<void(HWND)> NoteFirstRow(std::vector<SeenRow>& rows) {
+  return [&rows](HWND dialog) {
+    rows.push_back(RowOf(dialog, 0));
+    Press(dialog, IDOK);
+  };
+}
+
 class SmimeImport : public testing::Test {
  protected:
   void SetUp() override {
@@ -71,7 +79,7 @@ TEST_F(SmimeImport, EachKindIsProposedForItsStore) {
   DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [&](HWND dialog) {
     EXPECT_EQ(GetWindow(dialog, GW_OWNER), host_.frame());
     for (int i = 0; i < 5; ++i) rows.push_back(RowOf(dialog, i));
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    Press(dialog, IDOK);
   });
   EXPECT_EQ(Import(), 1);
   ASSERT_EQ(rows.size(), 5u);
@@ -106,8 +114,7 @@ TEST_F(SmimeImport, QuietAddsWhatIsProposedWithoutAWord) {
 
 TEST_F(SmimeImport, CancellingAddsNothing) {
   AddChain();
-  DialogDriver driver(IDC_IMPORT_FIRST_CHECK,
-                      [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, IDCANCEL);
   EXPECT_EQ(Import(), 0);
   EXPECT_FALSE(Has("AddressBook", person_));
 }
@@ -117,10 +124,7 @@ TEST_F(SmimeImport, InstalledOnesAreShownAndStay) {
   source_.Add(middle_.cert());
   std::vector<SeenRow> rows;
   BoxCloser closer;
-  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [&](HWND dialog) {
-    rows.push_back(RowOf(dialog, 0));
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
-  });
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, NoteFirstRow(rows));
   EXPECT_EQ(Import(), 1);
   ASSERT_EQ(rows.size(), 1u);
   EXPECT_EQ(rows[0].check, "Installed - Middle");
@@ -144,20 +148,20 @@ TEST_F(SmimeImport, ARootIsAddedOnlyAfterAQuestion) {
     GetWindowTextA(box, caption, sizeof caption);
     captions.emplace_back(caption);
     const bool first = questions.size() == 1;
-    PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(first ? IDNO : IDYES), 0);
+    Press(box, first ? IDNO : IDYES);
     if (!first) return;
     while (IsWindow(box)) Sleep(5);
     stayed_open = IsWindow(import_dialog) != FALSE;
-    PostMessageA(import_dialog, WM_COMMAND, IDOK, 0);
+    Press(import_dialog, IDOK);
   });
   DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [&](HWND dialog) {
     import_dialog = dialog;
     CheckDlgButton(dialog, IDC_IMPORT_FIRST_CHECK, BST_CHECKED);
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    Press(dialog, IDOK);
   });
   // The box at the end.
   DialogDriver last(IDOK, [&](HWND box) {
-    if (GetDlgItem(box, IDC_IMPORT_FIRST_CHECK) == nullptr) PostMessageA(box, WM_COMMAND, IDOK, 0);
+    if (GetDlgItem(box, IDC_IMPORT_FIRST_CHECK) == nullptr) Press(box, IDOK);
   });
   EXPECT_EQ(Import(), 1);
   EXPECT_TRUE(Has("ROOT", root_.cert()));
@@ -176,7 +180,7 @@ TEST_F(SmimeImport, TheChosenStoreIsUsed) {
   BoxCloser closer;
   DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) {
     SendDlgItemMessageA(dialog, IDC_IMPORT_FIRST_COMBO, CB_SETCURSEL, 1, 0);
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    Press(dialog, IDOK);
   });
   EXPECT_EQ(Import(), 1);
   EXPECT_TRUE(Has("CA", person_));
@@ -191,8 +195,7 @@ TEST_F(SmimeImport, ASixthCertificateIsIgnoredWithABox) {
   }
   {
     BoxCloser closer;
-    DialogDriver driver(IDC_IMPORT_FIRST_CHECK,
-                        [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
+    DialogDriver driver(IDC_IMPORT_FIRST_CHECK, IDCANCEL);
     EXPECT_EQ(Import(), 0);
     ASSERT_EQ(closer.boxes().size(), 1u);
     EXPECT_NE(closer.boxes()[0].text.find("More than 5 certificates are ignored."), std::string::npos);
@@ -209,7 +212,7 @@ TEST_F(SmimeImport, ARepeatedCertificateIsOneRow) {
   std::vector<SeenRow> rows;
   DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [&](HWND dialog) {
     for (int i = 0; i < 3; ++i) rows.push_back(RowOf(dialog, i));
-    PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+    Press(dialog, IDCANCEL);
   });
   EXPECT_EQ(Import(), 0);
   ASSERT_EQ(rows.size(), 3u);
@@ -266,7 +269,7 @@ TEST_F(SmimeImport, ACertificateThatComesAgainLaterIsThereAlready) {
   source_.Add(middle_.cert());
   source_.Add(person_);
   BoxCloser closer;
-  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDOK, 0); });
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, IDOK);
   EXPECT_EQ(Import(), 1);
   ASSERT_EQ(closer.boxes().size(), 1u);
   EXPECT_EQ(closer.boxes()[0].text, "2 certificates are registered.");
@@ -278,10 +281,7 @@ TEST_F(SmimeImport, TheFirstStoreThatHasACertificateKeepsIt) {
   source_.Add(person_);
   std::vector<SeenRow> rows;
   BoxCloser closer;
-  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [&](HWND dialog) {
-    rows.push_back(RowOf(dialog, 0));
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
-  });
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, NoteFirstRow(rows));
   EXPECT_EQ(Import(), 1);
   ASSERT_EQ(rows.size(), 1u);
   EXPECT_EQ(rows[0].combo, "Intermediate certification authority");
@@ -291,7 +291,7 @@ TEST_F(SmimeImport, AnInstalledRootNeedsNoQuestion) {
   crypto_.Store("ROOT").Add(root_.cert());
   source_.Add(root_.cert());
   BoxCloser closer;
-  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDOK, 0); });
+  DialogDriver driver(IDC_IMPORT_FIRST_CHECK, IDOK);
   EXPECT_EQ(Import(), 1);
   ASSERT_EQ(closer.boxes().size(), 1u) << "the outcome only";
   EXPECT_EQ(closer.boxes()[0].text, "This certificate was already registered in Windows cert store.");
@@ -302,7 +302,7 @@ TEST_F(SmimeImport, AnyCertificateThatIsToBeARootIsAskedFor) {
   BoxCloser closer(IDYES);
   DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [](HWND dialog) {
     SendDlgItemMessageA(dialog, IDC_IMPORT_FIRST_COMBO, CB_SETCURSEL, 2, 0);
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    Press(dialog, IDOK);
   });
   EXPECT_EQ(Import(), 1);
   EXPECT_TRUE(Has("ROOT", person_));
@@ -333,7 +333,7 @@ TEST_F(SmimeImport, TheDialogIsJapaneseInJapaneseMode) {
   std::vector<SeenRow> rows;
   DialogDriver driver(IDC_IMPORT_FIRST_CHECK, [&](HWND dialog) {
     for (int i = 0; i < 3; ++i) rows.push_back(RowOf(dialog, i));
-    PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+    Press(dialog, IDCANCEL);
   });
   EXPECT_EQ(Import(), 0);
   ASSERT_EQ(rows.size(), 3u);

@@ -189,7 +189,7 @@ TEST_F(SmimeLookup, TwoExpiredOnesAreBothShownAsSuch) {
     prompt = TextOf(dialog, IDC_CERT_CHOICE_TEXT);
     EXPECT_EQ(SendDlgItemMessageA(dialog, IDC_CERT_CHOICE_LIST, LB_GETCURSEL, 0, 0), 0);
     SendDlgItemMessageA(dialog, IDC_CERT_CHOICE_LIST, LB_SETCURSEL, 1, 0);
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    Press(dialog, IDOK);
   });
   const UniqueCert found(Find("a@example.org"));
   EXPECT_TRUE(Same(found.get(), second));
@@ -233,7 +233,7 @@ TEST_F(SmimeLookup, TheStoresAreSearchedInTheirOrder) {
   DialogDriver driver(IDC_CERT_CHOICE_LIST, [&](HWND dialog) {
     lines = LinesOf(dialog, IDC_CERT_CHOICE_LIST);
     owner = GetWindow(dialog, GW_OWNER);
-    PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+    Press(dialog, IDCANCEL);
   });
   EXPECT_EQ(Find("a@x"), kCancelled);
   ASSERT_EQ(lines.size(), 4u);
@@ -282,8 +282,7 @@ TEST_F(SmimeLookup, ALookUpLeavesItsStepsInTheLog) {
 TEST_F(SmimeLookup, CancellingGivesTheCancelledResult) {
   Add("My", ForEmail("a@x"));
   Add("My", ForEmail("a@x"));
-  DialogDriver driver(IDC_CERT_CHOICE_LIST,
-                      [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
+  DialogDriver driver(IDC_CERT_CHOICE_LIST, IDCANCEL);
   EXPECT_EQ(Find("a@x"), kCancelled);
   EXPECT_EQ(driver.count(), 1);
   crypto_.ExpectBalance();
@@ -304,7 +303,7 @@ TEST_F(SmimeLookup, ARememberedChoiceThatExpiredAsksAgain) {
   const PCCERT_CONTEXT first = Add("My", ForEmail("a@x"));
   Add("My", ForEmail("a@x"));
   AnswerNumbers();
-  DialogDriver driver(IDC_CERT_CHOICE_LIST, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDOK, 0); });
+  DialogDriver driver(IDC_CERT_CHOICE_LIST, IDOK);
   const UniqueCert found(Find("a@x", NumberOf(expired)));
   EXPECT_TRUE(Same(found.get(), first));
   EXPECT_EQ(driver.count(), 1);
@@ -316,7 +315,7 @@ TEST_F(SmimeLookup, NoMoreThan64CandidatesAreSeen) {
   DialogDriver driver(IDC_CERT_CHOICE_LIST, [&](HWND dialog) {
     lines = LinesOf(dialog, IDC_CERT_CHOICE_LIST);
     SendDlgItemMessageA(dialog, IDC_CERT_CHOICE_LIST, LB_SETCURSEL, 63, 0);
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    Press(dialog, IDOK);
   });
   const UniqueCert found(Find("a@x"));
   EXPECT_EQ(lines.size(), 64u);
@@ -374,7 +373,7 @@ TEST_F(SmimeLookup, ARecipientOf128BytesIsTooLong) {
 TEST_F(SmimeLookup, TheDialogShowsForASingleCertificateToo) {
   const PCCERT_CONTEXT cert = Add("My", ForEmail("me@x"));
   host_.Expect(216).Any().Int(2).Answer(0x1FFFFFFFFLL);
-  DialogDriver driver(IDC_CERT_CHOICE_LIST, [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDOK, 0); });
+  DialogDriver driver(IDC_CERT_CHOICE_LIST, IDOK);
   EXPECT_EQ(SelectCertCrcDialog("me@x"), 0xFFFFFFFFu) << "the low 32 bits of the answer";
   EXPECT_EQ(driver.count(), 1);
   (void)cert;
@@ -389,8 +388,7 @@ TEST_F(SmimeLookup, TheChoiceFailsWithZero) {
       {"The target certificate not found in \"Personal\" certificate store. email address =  me@x"});
   Add("My", ForEmail("me@x"));
   {
-    DialogDriver driver(IDC_CERT_CHOICE_LIST,
-                        [](HWND dialog) { PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0); });
+    DialogDriver driver(IDC_CERT_CHOICE_LIST, IDCANCEL);
     EXPECT_EQ(SelectCertCrcDialog("me@x"), 0u);
   }
   crypto_.missing_stores = {"My"};

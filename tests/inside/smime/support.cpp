@@ -468,12 +468,24 @@ DialogDriver::DialogDriver(int control_id, std::function<void(HWND)> act)
   });
 }
 
+DialogDriver::DialogDriver(int control_id, int button)
+    : DialogDriver(control_id, [button](HWND dialog) { Press(dialog, button); }) {}
+
 DialogDriver::~DialogDriver() {
   state_->stop = true;
   thread_.join();
 }
 
 int DialogDriver::count() const { return state_->count; }
+
+BOOL WINAPI GoodChain(HCERTCHAINENGINE engine, PCCERT_CONTEXT cert, LPFILETIME time, HCERTSTORE store,
+                      PCERT_CHAIN_PARA para, DWORD flags, LPVOID reserved, PCCERT_CHAIN_CONTEXT* chain) {
+  const BOOL done = CertGetCertificateChain(engine, cert, time, store, para, flags, reserved, chain);
+  if (done) const_cast<CERT_CHAIN_CONTEXT*>(*chain)->TrustStatus.dwErrorStatus = 0;
+  return done;
+}
+
+void Press(HWND dialog, int button) { PostMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0); }
 
 std::string TextOf(HWND dialog, int control) {
   char text[1024] = "";

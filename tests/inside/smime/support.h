@@ -109,6 +109,8 @@ class CountedCrypto {
 class DialogDriver {
  public:
   DialogDriver(int control_id, std::function<void(HWND)> act);
+  // Presses `button`.
+  DialogDriver(int control_id, int button);
   ~DialogDriver();
   DialogDriver(const DialogDriver&) = delete;
   int count() const;
@@ -118,6 +120,13 @@ class DialogDriver {
   std::shared_ptr<State> state_;
   std::thread thread_;
 };
+
+// For the entry CertGetCertificateChain: every chain is fine.
+BOOL WINAPI GoodChain(HCERTCHAINENGINE engine, PCCERT_CONTEXT cert, LPFILETIME time, HCERTSTORE store,
+                      PCERT_CHAIN_PARA para, DWORD flags, LPVOID reserved, PCCERT_CHAIN_CONTEXT* chain);
+
+// As if the user had pressed that button.
+void Press(HWND dialog, int button);
 
 std::string TextOf(HWND dialog, int control);
 // A report's text in code page 932, whatever the system's code page is.

@@ -1,0 +1,226 @@
+#include "host/mail/folder_tree.h"
+
+#include <algorithm>
+#include <set>
+#include <system_error>
+
+#include "host/base/ascii.h"
+#include "host/base/file_names.h"
+#include "host/charset/charsets.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string WithSlashes(std::string_view path) {
+  std::string slashed(path);
+  std::replace(slashed.begin(), slashed.end(), '\\', '/');
+  while (slashed.size() > 1 && slashed.ends_with('/')) slashed.pop_back();
+  return slashed;
+}
+
+std::string FullPath(const fs::path& path) {
+  std::error_code error;
+  return WithSlashes(PathToUtf8(fs::absolute(path, error).lexically_normal()));
+}
+
+// True when each part of a path in a tree can be a folder's name as it stands.
+bool CanBePath(std::string_view path) {
+  while (true) {
+    const std::size_t slash = path.find('/');
+    const std::u16string part = Utf8ToWide(path.substr(0, slash));
+    // Folders whose name begins with a period are not read.
+    if (part.empty() || part[0] == u'.' || CleanFileName(part) != part) return false;
+    if (slash == path.npos) return true;
+    path.remove_prefix(slash + 1);
+  }
+}
+
+bool IsBelow(std::string_view path, std::string_view folder) {
+  return folder == "." ||
+         (path.size() > folder.size() && path[folder.size()] == '/' && path.starts_with(folder));
+}
+
+}  // namespace
+
+void FolderTree::Load() {
+  while (properties_.size() < store_.trees().size()) {
+    const std::size_t tree = properties_.size();
+    properties_.emplace_back(store_.trees()[tree].root);
+    for (const std::string& folder : properties_[tree].Folders()) {
+      if (properties_[tree].Value(folder, "findpack").empty() || !CanBePath(folder)) continue;
+      store_.AddFolder(FolderAt({tree, folder}, FolderKind::kSearch));
+    }
+  }
+}
+
+std::optional<std::size_t> FolderTree::Find(std::string_view path, std::size_t current) const {
+  const std::string wanted = WithSlashes(path);
+  const std::vector<MailFolder>& folders = store_.folders();
+  const auto first = [&](auto names) -> std::optional<std::size_t> {
+    // The tree at hand, then all.
+    for (const bool here : {true, false}) {
+      for (std::size_t i = 0; i < folders.size(); ++i) {
+        if (folders[i].removed || (here && folders[i].tree != folders[current].tree)) continue;
+        if (EqualsIgnoringCase(names(i), wanted)) return i;
+      }
+    }
+    return std::nullopt;
+  };
+  if (folders.empty() || wanted.empty()) return std::nullopt;
+  if (const auto found = first([&](std::size_t i) { return FullPath(folders[i].path); })) return found;
+  if (const auto found = first([&](std::size_t i) { return store_.PathInTree(i); })) return found;
+  return first([&](std::size_t i) { return folders[i].name; });
+}
+
+// --- Properties ---
+
+std::string FolderTree::Property(std::size_t folder, std::string_view key) const {
+  const std::size_t tree = store_.folders()[folder].tree;
+  return tree < properties_.size() ? properties_[tree].Value(store_.PathInTree(folder), key) : "";
+}
+
+std::optional<std::string> FolderTree::SetProperty(std::size_t folder, std::string_view key,
+                                                   std::string_view value) {
+  Load();
+  return properties_[store_.folders()[folder].tree].Set(store_.PathInTree(folder), key, value,
+                                                        store_.read_only());
+}
+
+// --- Making ---
+
+std::variant<FolderTree::Place, std::string> FolderTree::PlaceOf(std::string_view path,
+                                                                 std::size_t current) const {
+  const std::string wanted = WithSlashes(path);
+  Place place{store_.folders()[current].tree, wanted};
+  for (std::size_t tree = 0; tree < store_.trees().size(); ++tree) {
+    const std::string root = FullPath(store_.trees()[tree].root);
+    const bool within = wanted.size() > root.size() + 1 && wanted[root.size()] == '/' &&
+                        EqualsIgnoringCase(std::string_view(wanted).substr(0, root.size()), root);
+    if (within) place = {tree, wanted.substr(root.size() + 1)};
+  }
+  if (!CanBePath(place.path)) return "no folder can be called \"" + std::string(path) + "\"";
+  return place;
+}
+
+MailFolder FolderTree::FolderAt(const Place& place, FolderKind kind) const {
+  const fs::path path = (store_.trees()[place.tree].root / PathFromUtf8(place.path)).lexically_normal();
+  return {PathToUtf8(path.filename()), path, kind, place.tree};
+}
+
+std::variant<std::size_t, std::string> FolderTree::Make(std::string_view path, std::size_t current) {
+  auto found = PlaceOf(path, current);
+  if (auto* wrong = std::get_if<std::string>(&found)) return std::move(*wrong);
+  const Place place = std::get<Place>(std::move(found));
+  const MailFolder folder = FolderAt(place, FolderKind::kFolder);
+  std::error_code error;
+  if (fs::exists(folder.path, error) && !fs::is_directory(folder.path, error))
+    return "there is a file " + PathToUtf8(folder.path);
+  if (!store_.read_only()) fs::create_directories(folder.path, error);
+  if (error) return "cannot make the folder " + PathToUtf8(folder.path) + ": " + ReasonOf(error);
+  // Those above it are folders of the host too.
+  for (std::size_t slash = place.path.find('/'); slash != std::string::npos;
+       slash = place.path.find('/', slash + 1))
+    store_.AddFolder(FolderAt({place.tree, place.path.substr(0, slash)}, FolderKind::kFolder));
+  return store_.AddFolder(folder);
+}
+
+std::variant<std::size_t, std::string> FolderTree::MakeSearch(std::string_view path, std::size_t current,
+                                                              std::string_view pack,
+                                                              std::optional<std::size_t> searched) {
+  auto found = PlaceOf(path, current);
+  if (auto* wrong = std::get_if<std::string>(&found)) return std::move(*wrong);
+  const auto [tree, in_tree] = std::get<Place>(std::move(found));
+  Load();
+  // A path in the tree stays right when the tree goes elsewhere.
+  const bool same_tree = searched && store_.folders()[*searched].tree == tree;
+  const std::string where = !searched   ? ""
+                            : same_tree ? store_.PathInTree(*searched)
+                                        : FullPath(store_.folders()[*searched].path);
+  for (const auto& [key, value] : {std::pair<std::string_view, std::string_view>{"findfolder", where},
+                                   std::pair<std::string_view, std::string_view>{"findpack", pack}}) {
+    if (auto failure = properties_[tree].Set(in_tree, key, value, store_.read_only()))
+      return *std::move(failure);
+  }
+  return store_.AddFolder(FolderAt({tree, in_tree}, FolderKind::kSearch));
+}
+
+// --- Deleting ---
+
+std::vector<std::size_t> FolderTree::Branch(std::size_t folder) const {
+  const std::string top = store_.PathInTree(folder);
+  std::vector<std::size_t> branch;
+  for (std::size_t i = 0; i < store_.folders().size(); ++i) {
+    const MailFolder& other = store_.folders()[i];
+    if (other.removed || other.tree != store_.folders()[folder].tree) continue;
+    if (i == folder || IsBelow(store_.PathInTree(i), top)) branch.push_back(i);
+  }
+  return branch;
+}
+
+std::optional<std::string> FolderTree::WhyNotDelete(std::size_t folder) const {
+  const MailFolder& found = store_.folders()[folder];
+  if (store_.PathInTree(folder) == ".") return found.name + " is the top of its tree";
+  const auto trash = WithRole(found.tree, "trash");
+  const std::vector<std::size_t> branch = Branch(folder);
+  if (trash && std::find(branch.begin(), branch.end(), *trash) != branch.end())
+    return found.name + " holds the trash";
+  if (found.kind != FolderKind::kFolder) return std::nullopt;
+  std::set<fs::path> known;
+  for (const StoredMail& mail : store_.mails()) {
+    if (mail.place != MailPlace::kMemory) known.insert(mail.source.lexically_normal());
+  }
+  for (const std::size_t i : branch) known.insert(store_.folders()[i].path);
+  std::error_code error;
+  for (fs::recursive_directory_iterator entry(found.path, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (entry->is_directory(error) || known.contains(entry->path().lexically_normal())) continue;
+    return found.name + " holds another file: " + PathToUtf8(entry->path().filename());
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> FolderTree::Delete(std::size_t folder) {
+  std::vector<std::size_t> branch = Branch(folder);
+  // The deepest first: their paths are longer than those above them.
+  std::sort(branch.begin(), branch.end(), [this](std::size_t a, std::size_t b) {
+    return store_.PathInTree(a).size() > store_.PathInTree(b).size();
+  });
+  for (const std::size_t i : branch) {
+    const MailFolder& found = store_.folders()[i];
+    std::error_code error;
+    const bool on_disk = found.kind != FolderKind::kSearch && !store_.read_only();
+    // An mbox that still holds something is kept; the system keeps folders that do.
+    const bool empty = found.kind != FolderKind::kMbox || fs::file_size(found.path, error) == 0;
+    if (on_disk && (!empty || !fs::remove(found.path, error)) && fs::exists(found.path))
+      return "cannot delete " + PathToUtf8(found.path) + (error ? ": " + ReasonOf(error) : "");
+    if (auto failure = properties_[found.tree].Remove(store_.PathInTree(i), store_.read_only()))
+      return failure;
+    store_.RemoveFolder(i);
+  }
+  return std::nullopt;
+}
+
+// --- Roles ---
+
+std::optional<std::size_t> FolderTree::WithRole(std::size_t tree, std::string_view role) const {
+  std::optional<std::size_t> by_name;
+  for (std::size_t i = 0; i < store_.folders().size(); ++i) {
+    const MailFolder& folder = store_.folders()[i];
+    if (folder.removed || folder.tree != tree || folder.kind == FolderKind::kSearch) continue;
+    if (EqualsIgnoringCase(Property(i, "role"), role)) return i;
+    if (!by_name && EqualsIgnoringCase(store_.PathInTree(i), role)) by_name = i;
+  }
+  return by_name;
+}
+
+std::variant<std::size_t, std::string> FolderTree::MakeWithRole(std::size_t tree, std::string_view role) {
+  if (const auto found = WithRole(tree, role)) return *found;
+  for (std::size_t i = 0; i < store_.folders().size(); ++i) {
+    if (store_.folders()[i].tree == tree && !store_.folders()[i].removed) return Make(role, i);
+  }
+  return "there is no folder";
+}
+
+}  // namespace wrenfold

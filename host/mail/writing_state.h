@@ -1,0 +1,42 @@
+// What the host keeps for the mail that is being written, beside the mail itself.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "host/mail/draft.h"
+
+namespace wrenfold {
+
+// Why a macro runs, as code 170 answers.
+enum class MacroReason : std::int64_t { kUser = 0, kBeforeSending = 1 };
+
+struct WritingState {
+  std::optional<Draft> draft;  // the mail being written
+  std::optional<Draft> kept;   // the same as it was begun empty or saved last
+
+  std::filesystem::path drafts;   // folder that drafts are saved in
+  std::filesystem::path target;   // another one that a macro chose; "" for none
+  std::filesystem::path uploads;  // folder that stands for the cloud
+
+  std::string macro;       // file of the macro that runs, UTF-8; "" at the prompt
+  std::string send_macro;  // run before each mail is sent; "" for none
+  MacroReason reason = MacroReason::kUser;
+  bool says_yes = false;  // to every question
+
+  // The received mail whose text may be changed, and its changes before that.
+  std::size_t editing = kNoMail;
+  std::optional<std::string> before_editing;
+
+  // Warnings that a macro has turned off.
+  bool quiet_header_changes = false;
+  bool quiet_lost_answer = false;
+  bool quiet_subject = false;
+  std::set<std::size_t> warned_of;  // mails whose changed headers were told
+};
+
+}  // namespace wrenfold

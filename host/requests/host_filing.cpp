@@ -1,0 +1,217 @@
+// The half of HostState that knows folders: which mails each shows, and what filing changes.
+#include <algorithm>
+
+#include "host/base/whole_file.h"
+#include "host/mail/filing.h"
+#include "host/mail/find_pack.h"
+#include "host/requests/host_state.h"
+#include "host/requests/shown_list.h"
+
+namespace wrenfold {
+namespace {
+
+bool Holds(const std::vector<std::size_t>& list, std::size_t mail) {
+  return std::find(list.begin(), list.end(), mail) != list.end();
+}
+
+}  // namespace
+
+// --- The list ---
+
+std::vector<std::size_t> HostState::MailsOf(std::size_t folder) const {
+  std::vector<std::size_t> indices;
+  const auto search = folder_state_.searches.find(folder);
+  if (search != folder_state_.searches.end()) {
+    for (const std::size_t i : search->second.found) {
+      if (!memories_[i].removed) indices.push_back(i);
+    }
+    return indices;
+  }
+  for (std::size_t i = 0; i < mail_count(); ++i) {
+    if (store_.mails()[i].folder == folder && !memories_[i].removed) indices.push_back(i);
+  }
+  return indices;
+}
+
+void HostState::ShowFolder(std::size_t folder) {
+  EnsureSearched(folder);
+  folder_ = folder;
+  const std::vector<std::size_t> list = OrderedMails(*this, folder);
+  root_ = list.empty() ? kNoMail : list[0];
+  selection.SelectOpenMail();
+}
+
+HostState::ListPlace HostState::PlaceInList() {
+  ListPlace place{OrderedMails(*this, folder_), 0, false};
+  const auto at = std::find(place.list.begin(), place.list.end(), root_);
+  place.root_listed = at != place.list.end();
+  // A mail of no folder stands where it would, had it come in the order of reading.
+  place.position = static_cast<std::size_t>(
+      place.root_listed
+          ? at - place.list.begin()
+          : std::count_if(place.list.begin(), place.list.end(), [this](std::size_t i) { return i < root_; }));
+  return place;
+}
+
+void HostState::ReturnTo(const ListPlace& place) {
+  EnsureSearched(folder_);
+  const std::vector<std::size_t> list = OrderedMails(*this, folder_);
+  if (!place.root_listed || Holds(list, root_)) return;
+  selection.SelectOpenMail();
+  // The first one behind that is still listed, else the last one in front.
+  for (std::size_t i = place.position; i < place.list.size(); ++i) {
+    if (Holds(list, place.list[i])) return void(root_ = place.list[i]);
+  }
+  root_ = list.empty() ? kNoMail : list.back();
+}
+
+// --- Search folders ---
+
+void HostState::MailsChanged() {
+  if (!folder_state_.search_again) return;
+  for (auto& [folder, search] : folder_state_.searches) search.stale = true;
+}
+
+void HostState::EnsureSearched(std::size_t folder) {
+  if (folders()[folder].kind != FolderKind::kSearch) return;
+  SearchResult& search = folder_state_.searches[folder];
+  if (search.searched && !search.stale) return;
+  search = {{}, true, false};
+  const std::string pack = SystemCharsets().Utf8ToHost(tree_.Property(folder, "findpack"));
+  const std::string where = tree_.Property(folder, "findfolder");
+  const auto searched = tree_.Find(where, folder);
+  // A folder that is gone holds nothing.
+  if (!where.empty() && !searched) return;
+  for (std::size_t i = 0; i < mail_count(); ++i) {
+    if (memories_[i].removed || (searched && Mail(i).folder != *searched)) continue;
+    if (Finds(pack, Message(i).text)) search.found.push_back(i);
+  }
+}
+
+std::optional<std::string> HostState::Refresh(std::size_t folder) {
+  const ListPlace place = PlaceInList();
+  if (folders()[folder].kind == FolderKind::kSearch) {
+    folder_state_.searches[folder].stale = true;
+    EnsureSearched(folder);
+    ReturnTo(place);
+    return std::nullopt;
+  }
+  const MailStore::Changes changes = store_.ReadAgain(folder);
+  memories_.resize(mail_count());
+  for (const std::size_t i : changes.gone) memories_[i].removed = true;
+  MailsChanged();
+  ReturnTo(place);
+  // The folder was empty before.
+  if (!HasRoot() && folder == folder_) ShowFolder(folder);
+  return changes.failure.empty() ? std::nullopt : std::optional(changes.failure);
+}
+
+// --- Filing ---
+
+std::vector<std::size_t> HostState::Filable(std::span<const std::size_t> mails, std::string& failure) const {
+  std::vector<std::size_t> filable;
+  for (const std::size_t i : mails) {
+    if (i < mail_count() && !memories_[i].removed) {
+      filable.push_back(i);
+    } else if (failure.empty()) {
+      failure = "the mail lies in no folder";
+    }
+  }
+  return filable;
+}
+
+std::string HostState::MoveMails(std::span<const std::size_t> mails, std::size_t target) {
+  const ListPlace place = PlaceInList();
+  std::string failure;
+  const Filed filed = wrenfold::MoveMails(store_, Filable(mails, failure), target);
+  MailsChanged();
+  if (!filed.mails.empty()) selection.SelectOpenMail();
+  ReturnTo(place);
+  return filed.failure.empty() ? failure : filed.failure;
+}
+
+std::string HostState::CopyMails(std::span<const std::size_t> mails, std::size_t target) {
+  const Filed filed = wrenfold::CopyMails(store_, mails, target);
+  memories_.resize(mail_count());
+  for (std::size_t n = 0; n < filed.mails.size(); ++n) {
+    Memory& copy = memories_[mail_count() - filed.mails.size() + n];
+    const Memory& copied = memories_[filed.mails[n]];
+    copy.changed_mask = copied.changed_mask;
+    copy.changed_bits = copied.changed_bits;
+    copy.colour = copied.colour;
+  }
+  MailsChanged();
+  EnsureSearched(folder_);
+  return filed.failure;
+}
+
+std::string HostState::DeleteMails(std::span<const std::size_t> mails) {
+  std::string failure;
+  std::vector<std::size_t> erased;
+  std::map<std::size_t, std::vector<std::size_t>> moved;                  // by the trash that they go to
+  std::map<std::size_t, std::variant<std::size_t, std::string>> trashes;  // by tree
+  for (const std::size_t i : Filable(mails, failure)) {
+    const std::size_t tree = folders()[Mail(i).folder].tree;
+    if (!trashes.contains(tree)) trashes[tree] = tree_.MakeWithRole(tree, "trash");
+    const auto& trash = trashes[tree];
+    if (const auto* reason = std::get_if<std::string>(&trash)) {
+      failure = *reason;
+    } else if (std::get<std::size_t>(trash) == Mail(i).folder) {
+      erased.push_back(i);
+    } else {
+      moved[std::get<std::size_t>(trash)].push_back(i);
+    }
+  }
+  const ListPlace place = PlaceInList();
+  for (const auto& [trash, group] : moved) {
+    const std::string reason = MoveMails(group, trash);
+    if (failure.empty()) failure = reason;
+  }
+  const Filed gone = EraseMails(store_, erased);
+  for (const std::size_t i : gone.mails) memories_[i].removed = true;
+  if (!gone.mails.empty()) selection.SelectOpenMail();
+  MailsChanged();
+  ReturnTo(place);
+  return failure.empty() ? gone.failure : failure;
+}
+
+std::string HostState::AddMail(std::string raw, std::size_t folder, std::uint32_t flags) {
+  StoredMail mail;
+  mail.raw = std::move(raw);
+  mail.flags = flags;
+  mail.folder = folder;
+  store_.mails().push_back(std::move(mail));
+  const Filed filed = wrenfold::CopyMails(store_, std::vector{mail_count() - 1}, folder);
+  // What was copied is no mail of its own; a store that cannot write keeps neither.
+  store_.mails().erase(store_.mails().end() - static_cast<std::ptrdiff_t>(filed.mails.size()) - 1);
+  memories_.resize(mail_count());
+  MailsChanged();
+  return filed.failure;
+}
+
+// --- Files ---
+
+std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file, std::uint64_t offset) {
+  std::error_code error;
+  for (std::size_t i = 0; i < mail_count(); ++i) {
+    if (Mail(i).offset == offset && std::filesystem::equivalent(Mail(i).source, file, error))
+      return Open(i), std::nullopt;
+  }
+  const auto bytes = ReadWholeFile(file);
+  if (!bytes) return CannotRead(file, "the file cannot be opened");
+  std::vector<StoredMail> mails = IsMbox(*bytes) ? SplitMbox(*bytes) : std::vector<StoredMail>{};
+  if (mails.empty() && !bytes->empty()) mails.emplace_back().raw = *bytes;
+  for (StoredMail& mail : mails) {
+    if (mail.offset != offset) continue;
+    mail.source = file;
+    mail.folder = folder_;
+    mail.flags = FlagsOf(mail.raw);
+    store_.mails().push_back(std::move(mail));
+    memories_.resize(mail_count());
+    memories_.back().removed = true;
+    return Open(mail_count() - 1), std::nullopt;
+  }
+  return PathToUtf8(file) + " holds no mail at byte " + std::to_string(offset);
+}
+
+}  // namespace wrenfold

@@ -1,0 +1,32 @@
+// Macros from their files: read, and looked over before anything runs.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "host/macro/check.h"
+#include "host/macro/syntax.h"
+
+namespace wrenfold {
+
+struct LoadedMacro {
+  std::string file;  // as given
+  macro::Program program;
+};
+
+// A macro, or what is wrong with it as "file:line:column: reason".
+using MacroOrReason = std::variant<LoadedMacro, std::string>;
+
+// `source` is UTF-8, `file` what its problems name. `bare_expressions`: any expression may stand alone.
+MacroOrReason ReadMacro(const std::string& file, const std::string& source, macro::CallCheck check,
+                        bool bare_expressions);
+MacroOrReason LoadMacro(const std::string& file, macro::CallCheck check);
+
+// "file:line:column: reason"
+std::string Located(const std::string& file, const macro::Problem& problem);
+
+// What texts in macros are made into.
+std::string MacroTextToHost(std::string_view utf8);
+
+}  // namespace wrenfold

@@ -1,0 +1,18 @@
+// How the program tells its user what went wrong, and its exit codes.
+#pragma once
+
+#include <string>
+
+namespace wrenfold {
+
+inline constexpr int kFine = 0;
+inline constexpr int kFailed = 1;
+inline constexpr int kWrongUsage = 2;
+
+// "wrenfold: REASON" on standard error; returns `code`. May be several lines.
+int Fail(const std::string& reason, int code = kFailed);
+
+// The same of a line that others wrote: what could command the terminal is made visible.
+void Complain(const std::string& line);
+
+}  // namespace wrenfold

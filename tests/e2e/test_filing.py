@@ -1,0 +1,201 @@
+"""Filing as it shows on disk: which files a macro leaves behind, also when a folder vanishes or the host is ended."""
+import hashlib
+import shutil
+import subprocess
+import unittest
+
+import host
+from host import HostTest, run
+
+ONE = b"From: Alice <alice@example.com>\r\nSubject: one\r\n\r\n1\r\n"
+TWO = b"From: Bob <bob@example.com>\r\nSubject: two\r\n\r\n2\r\n"
+LINE = b"From alice@example.com Mon Jun  2 09:00:00 2025\r\n"
+
+
+class Filing(HostTest):
+    def setUp(self):
+        super().setUp()
+        self.mails = self.folder / "mails"
+        (self.mails / "inbox").mkdir(parents=True)
+        (self.mails / "work").mkdir()
+        (self.mails / "inbox/one.eml").write_bytes(ONE)
+        (self.mails / "inbox/two.eml").write_bytes(TWO)
+        (self.mails / "list.mbox").write_bytes(LINE + ONE + b"\r\n" + LINE + TWO)
+
+    def files(self):
+        """{path: content} of all files of the tree."""
+        return {file.relative_to(self.mails).as_posix(): file.read_bytes()
+                for file in self.mails.rglob("*") if file.is_file()}
+
+    def run_filing(self, source, *arguments):
+        return self.run_macro(source, "--mail", self.mails, *arguments)
+
+    def assert_filed(self, source, out, changes):
+        """The macro prints `out`, and the tree changes by {path: content, None when the file is gone}."""
+        expected = {**self.files(), **changes}
+        self.assert_output(self.run_filing(source), out)
+        self.assertEqual(self.files(), {path: content for path, content in expected.items() if content is not None})
+
+
+class OnDisk(Filing):
+    def test_moved_mails_lie_in_their_folder(self):
+        self.assert_filed('SelectFolder("inbox", null)\nSelectAllMail()\nprint Move("work", null), MailCount()\n', "10\n",
+                          {"inbox/one.eml": None, "inbox/two.eml": None, "work/one.eml": ONE, "work/two.eml": TWO})
+        self.assert_output(self.run_filing('print GetFolderMailCount("inbox", null, null), GetFolderMailCount("work", null, null)'),
+                           "02\n")
+
+    def test_a_mail_of_an_mbox_leaves_the_others(self):
+        self.assert_filed('SelectFolder("list", null)\nprint Move("work", null), MailCount(), RootHeader("Subject")\n', "11two\n",
+                          {"list.mbox": LINE + TWO, "work/19700101-000000.eml": ONE})
+
+    def test_a_mail_moves_into_an_mbox(self):
+        (self.mails / "list.mbox").write_bytes(LINE + TWO)
+        self.assert_filed(
+            'SelectFolder("inbox", null)\nprint Move("list", null)\nSelectFolder("list", null)\nSetMailIndex(1)\n'
+            'print MailCount(), RootHeader("Subject"), " ", MailFileOffset()\n', f"1\n2one {2 * len(LINE) + len(TWO) + 2}\n",
+            {"inbox/one.eml": None,
+             "list.mbox": LINE + TWO + b"\r\nFrom alice@example.com Thu Jan  1 00:00:00 1970\r\n" + ONE + b"\r\n"})
+
+    def test_a_deleted_mail_lies_in_the_trash_until_it_is_deleted_there(self):
+        self.assert_filed('SelectFolder("inbox", null)\nprint Delete(), MailFileName()\n', "1two.eml\n",
+                          {"inbox/one.eml": None, "trash/one.eml": ONE})
+        self.assert_filed('SelectFolder("trash", null)\nprint Delete(), MailCount()\n', "10\n", {"trash/one.eml": None})
+
+    def test_a_deleted_folder_leaves_its_mails_in_the_trash(self):
+        (self.mails / "inbox/deep").mkdir()
+        (self.mails / "inbox/deep/one.eml").write_bytes(TWO)
+        self.assert_filed('print DeleteFolder("inbox", null), DeleteFolder("list", null)\n', "11\n",
+                          {"inbox/one.eml": None, "inbox/two.eml": None, "inbox/deep/one.eml": None, "list.mbox": None,
+                           "trash/one.eml": ONE, "trash/two.eml": TWO, "trash/one (2).eml": TWO,
+                           "trash/19700101-000000.eml": ONE, "trash/19700101-000000 (2).eml": TWO})
+        self.assertFalse((self.mails / "inbox").exists())
+
+    def test_what_is_kept_of_a_folder_is_read_again(self):
+        self.run_filing('SetFolderIcon("inbox", null, 5)\nMakeGrepFolder("twos", null, "Subject: two")\nMakeFolder("a/b", null)\n')
+        self.assert_output(self.run_filing(
+            'print GetFolderIcon("inbox", null), GetFolderMailCount("twos", null, null), SelectFolder("a/b", null)\n'), "521\n")
+
+    def test_rules_sort(self):
+        (self.mails / "filters.txt").write_bytes(b"Subject: two => work\nFrom: alice => people/alice\n")
+        self.assert_filed('SelectFolder("inbox", null)\nSelectAllMail()\nprint DoFilter()\n', "2\n",
+                          {"inbox/one.eml": None, "inbox/two.eml": None, "work/two.eml": TWO, "people/alice/one.eml": ONE})
+
+    def test_a_wrong_rule_files_nothing(self):
+        (self.mails / "filters.txt").write_bytes(b"Subject: two => work\nSubject\n")
+        before = self.files()
+        result = self.run_filing('SelectFolder("inbox", null)\nSelectAllMail()\nprint DoFilter()\n', "--trace")
+        self.assertEqual((result.out, self.files()), ("0\n", before))
+        self.assertIn('filters.txt, line 2: "=> folder" is missing)', result.err)
+
+    def test_each_path_has_its_own_trash_and_is_read_once(self):
+        macro = ('print MailCount(), GetTabCount()\nprint SelectAccountGroup("mails"), Delete()\n'
+                 'SelectFolder("work", null)\nprint MailCount()\n')
+        result = self.run_macro(macro, "--mail", self.mails / "inbox", "--mail", self.mails)
+        self.assert_output(result, "22\n11\n0\n")
+        self.assertEqual((self.mails / "trash/19700101-000000.eml").read_bytes(), ONE)
+        self.assertEqual(sorted(file.name for file in (self.mails / "inbox").iterdir()), ["one.eml", "two.eml"])
+
+    def test_a_sent_mail_is_kept_where_the_macro_says(self):
+        self.run_filing('NewMail()\nSetHeader("To", "c@example.com")\nSetSentFolder("work", null)\nSendNow()\n')
+        kept = next((self.mails / "work").glob("2*.eml")).read_bytes()  # named by its date
+        self.assertIn(b"\r\nTo: c@example.com\r\n", b"\r\n" + kept)
+
+
+class FindPack(Filing):
+    def test_a_macro_gives_the_find_pack_back_when_it_ends(self):
+        first = self.write("first.macro", 'SetFindPack("before")\nAutoRestoreFindPack()\nSetFindPack("mine")\nprint GetFindPack(0, 0)\n')
+        second = self.write("second.macro", 'print GetFindPack(0, 0)\n')
+        self.assert_output(run("--english", "--mail", self.mails, "--macro", first, "--macro", second), "mine\nbefore\n")
+
+
+class NothingIsLost(Filing):
+    def talk(self):
+        """A host at whose prompt lines are typed one by one."""
+        talking = subprocess.Popen(host.command() + ["--prompt", "--english", "--trace", "--mail", str(self.mails)],
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+        def end():
+            talking.kill()
+            talking.communicate()
+        self.addCleanup(end)
+        return talking
+
+    @staticmethod
+    def say(talking, line):
+        """Types a line and waits for what it prints."""
+        talking.stdin.write(line.encode() + b"\n")
+        talking.stdin.flush()
+        return talking.stdout.readline().decode().strip()
+
+    def test_a_mail_stays_when_its_folder_vanishes(self):
+        talking = self.talk()
+        self.assertEqual(self.say(talking, 'SelectFolder("inbox", null)'), "1")
+        (self.mails / "work").rmdir()
+        before = self.files()
+        self.assertEqual(self.say(talking, 'Move("work", null)'), "0")
+        self.assertEqual(self.say(talking, 'MailFileName()'), "one.eml")
+        self.assertEqual(self.files(), before)
+        _, err = talking.communicate(b"quit\n", timeout=60)
+        self.assertRegex(err.decode(), r'Move: code 14 \(0, "work", null\) -> 0 \(cannot write .*one\.eml\)')
+
+    def test_a_mail_stays_when_its_mbox_cannot_be_rewritten(self):
+        (self.mails / "list.mbox.new/in the way").mkdir(parents=True)
+        before = self.files()
+        result = self.run_filing('SelectFolder("list", null)\nSelectAllMail()\nprint Move("work", null), Delete(), MailCount()\n',
+                                 "--trace")
+        self.assertEqual((result.out, self.files()), ("002\n", before))
+        self.assertRegex(result.err, r"Move: .* -> 0 \(cannot write .*list\.mbox\)")
+
+    def test_an_mbox_that_another_program_changed_is_left_alone(self):
+        talking = self.talk()
+        self.say(talking, 'SelectFolder("list", null)')
+        (self.mails / "list.mbox").write_bytes(LINE + TWO + b"\r\n" + LINE + ONE)
+        before = self.files()
+        self.assertEqual(self.say(talking, 'Move("work", null)'), "0")
+        self.assertEqual(self.files(), before)
+        self.assertEqual(self.say(talking, 'RefreshFolder("list", null)'), "1")
+        self.assertEqual(self.say(talking, 'Move("work", null)'), "1")
+        self.assertEqual(self.files()["work/19700101-000000.eml"], ONE)
+        self.assertEqual(self.files()["list.mbox"], LINE + TWO + b"\r\n")
+
+    def test_a_host_that_is_ended_leaves_whole_files(self):
+        talking = self.talk()
+        self.say(talking, 'SelectFolder("list", null)')
+        self.assertEqual(self.say(talking, 'Move("work", null)'), "1")
+        self.assertEqual(self.say(talking, 'SetFolderIcon("work", null, 3)'), "1")
+        talking.kill()
+        talking.wait()
+        self.assertEqual(self.files(), {
+            "inbox/one.eml": ONE, "inbox/two.eml": TWO, "list.mbox": LINE + TWO, "work/19700101-000000.eml": ONE,
+            "folders.txt": b"[work]\r\nicon = 3\r\n"})
+
+    def test_what_an_interrupted_write_left_is_no_mail(self):
+        (self.mails / "work/half.eml.new").write_bytes(ONE[:20])
+        (self.mails / "list.mbox.new").write_bytes(LINE)
+        self.assert_filed('print MailCount(), GetFolderMailCount("work", null, null)\n'
+                          'SelectFolder("list", null)\nprint Move("inbox", null)\n', "20\n1\n",
+                          {"list.mbox.new": None, "list.mbox": LINE + TWO, "inbox/19700101-000000.eml": ONE})
+
+
+class ReadOnly(HostTest):
+    def test_no_file_of_the_samples_changes(self):
+        shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
+
+        def state():
+            return {path: hashlib.sha256(path.read_bytes()).digest() if path.is_file() else None
+                    for path in (self.folder / "samples").rglob("*")}
+        before = state()
+        result = run("--english", "--read-only", "--mail", "samples/mails", "--macro", "samples/macros/file_newsletters.macro",
+                     "--macro", self.write("more.macro", """\
+print MakeFolder("work", null), Copy("work", null), Delete(), DeleteFolder("lists", null), SetFolderIcon("work", null, 3)
+SelectAllMail()
+print DoFilter(), RegistSub(0, 0, 0, 0), MakeGrepFolder("found", null, "x"), GetFolderMailCount("work", null, null)
+SelectFolder("trash", null)
+print MailCount(), Delete(), MailCount()
+"""), folder=self.folder)
+        self.assertEqual((result.out.splitlines()[-3:], result.code), (["11111", "1011", "211"], 0))
+        self.assertEqual(state(), before)
+
+
+if __name__ == "__main__":
+    unittest.main()

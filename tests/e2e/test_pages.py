@@ -1,0 +1,48 @@
+"""The macros that stand in the pages run as they stand, and print what stands behind them after "#>".
+
+A fenced block is a macro when it is marked so, or when it is not marked and a line of it begins as a statement does.
+"""
+import pathlib
+import re
+import shutil
+import tempfile
+import unittest
+
+import host
+
+PAGES = [host.SOURCE / "README.md", *sorted((host.SOURCE / "docs").glob("*.md"))]
+
+
+def macros_of(page):
+    blocks = re.findall(r"^```(\w*)\n(.*?)^```$", page.read_text(encoding="utf-8"), flags=re.M | re.S)
+    return [block for language, block in blocks
+            if language == "macro" or (not language and re.search(r"^(print|while|if) ", block, flags=re.M))]
+
+
+def output_of(macro):
+    return [line[3:] for line in macro.split("\n") if line == "#>" or line.startswith("#> ")]
+
+
+class Pages(unittest.TestCase):
+    maxDiff = None
+
+    def test_macros_in_them_run_without_a_complaint_and_print_what_they_say(self):
+        for page in PAGES:
+            for number, macro in enumerate(macros_of(page)):
+                with self.subTest(page=page.name, block=number), tempfile.TemporaryDirectory() as folder:
+                    shutil.copytree(host.SOURCE / "samples", pathlib.Path(folder) / "samples")
+                    (pathlib.Path(folder) / "page.macro").write_text(macro, encoding="utf-8")
+                    result = host.run("--english", "--mail", "samples/mails", "--macro", "page.macro", folder=folder)
+                    self.assertEqual((result.err, result.code), ("", 0))
+                    self.assertNotEqual(result.out, "", "it shows nothing")
+                    expected = output_of(macro)
+                    if expected:
+                        self.assertEqual(result.out.replace("\r\n", "\n").rstrip("\n").split("\n"), expected)
+
+    def test_pages_with_macros_are_found(self):
+        self.assertLessEqual({"README.md", "files-and-csv.md", "libraries.md", "macros.md"},
+                             {page.name for page in PAGES if macros_of(page)})
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,226 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "host/mail/filing.h"
+#include "tests/host/mail/mail_folder_fixture.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kFrom = "From a@example.org Mon Jan  1 00:00:00 2024\n";
+
+class HostFiling : public MailFolderTest {
+ protected:
+  // "in" with two files, "list.mbox" with three mails, an empty "out" and an empty mbox.
+  void SetUp() override {
+    MailFolderTest::SetUp();
+    Write("in/a.eml", "Subject: a\n\none\n");
+    Write("in/b.eml", kFrom + "Subject: b\n\n>From here\n");
+    Write("list.mbox", kFrom + "Subject: m1\n\n>From x\n\n" + kFrom +
+                           "From: B <b@example.org>\nDate: Mon, 2 Jun 2025 09:00:00 +0000\n\nm2\n\n" + kFrom +
+                           "Subject: m3\n\nm3\n");
+    Write("empty.mbox", "");
+    fs::create_directories(root_ / "out");
+    ASSERT_EQ(store_.Add(root_), std::nullopt);
+    ASSERT_EQ(store_.mails().size(), 5u);
+  }
+
+  std::size_t Folder(const std::string& path) const {
+    for (std::size_t i = 0; i < store_.folders().size(); ++i) {
+      if (store_.PathInTree(i) == path) return i;
+    }
+    ADD_FAILURE() << path;
+    return 0;
+  }
+  std::string Source(std::size_t mail) const {
+    return store_.mails()[mail].source.lexically_relative(root_).generic_string();
+  }
+  // The mail's bytes where its file says that it stands.
+  std::string OnDisk(std::size_t mail) const {
+    return Read(Source(mail)).substr(store_.mails()[mail].offset);
+  }
+
+  // Numbers of the mails, in the order of reading.
+  enum : std::size_t { kM1, kM2, kM3, kA, kB };
+  MailStore store_;
+};
+
+TEST_F(HostFiling, AFileIsRenamed) {
+  const Filed filed = MoveMails(store_, std::vector{std::size_t{kA}, std::size_t{kB}}, Folder("out"));
+  EXPECT_EQ(filed.failure, "");
+  EXPECT_EQ(filed.mails, (std::vector<std::size_t>{kA, kB}));
+  EXPECT_EQ(Files(), "empty.mbox list.mbox out/a.eml out/b.eml");
+  EXPECT_EQ(Read("out/b.eml"), kFrom + "Subject: b\n\n>From here\n") << "the file as it was";
+  EXPECT_EQ(Source(kB), "out/b.eml");
+  EXPECT_EQ(OnDisk(kB), "Subject: b\n\n>From here\n");
+  EXPECT_EQ(store_.mails()[kB].folder, Folder("out"));
+}
+
+TEST_F(HostFiling, ANameInUseGetsANumber) {
+  Write("out/a.eml", "another");
+  Write("out/a (2).eml", "one more");
+  EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kA}}, Folder("out")).failure, "");
+  EXPECT_EQ(Source(kA), "out/a (3).eml");
+  EXPECT_EQ(Read("out/a.eml") + Read("out/a (2).eml"), "anotherone more");
+}
+
+TEST_F(HostFiling, ManyMailsOfOneNameAreAllKept) {
+  for (int i = 0; i < 40; ++i) {
+    EXPECT_EQ(CopyMails(store_, std::vector{std::size_t{kM2}}, Folder("out")).failure, "");
+  }
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(root_ / "out"))
+    names.insert(entry.path().filename().string());
+  EXPECT_EQ(names.size(), 40u);
+  EXPECT_TRUE(names.contains("20250602-090000.eml"));
+  EXPECT_TRUE(names.contains("20250602-090000 (40).eml"));
+}
+
+TEST_F(HostFiling, AMailOfAnMboxIsLeftOutOfIt) {
+  const Filed filed = MoveMails(store_, std::vector{std::size_t{kM3}, std::size_t{kM1}}, Folder("out"));
+  EXPECT_EQ(filed.failure, "");
+  const std::string left = kFrom + "From: B <b@example.org>\nDate: Mon, 2 Jun 2025 09:00:00 +0000\n\nm2\n\n";
+  EXPECT_EQ(Read("list.mbox"), left);
+  EXPECT_EQ(OnDisk(kM2).substr(0, 4), "From") << "its new place is known";
+  EXPECT_EQ(Read(Source(kM1)), "Subject: m1\n\nFrom x\n") << "quoting undone";
+  EXPECT_EQ(Source(kM3), "out/19700101-000000.eml") << "no date";
+  EXPECT_EQ(Source(kM1), "out/19700101-000000 (2).eml");
+  // The last one too: an empty file stands for an empty folder.
+  EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kM2}}, Folder("out")).failure, "");
+  EXPECT_EQ(Source(kM2), "out/20250602-090000.eml");
+  EXPECT_EQ(Read("list.mbox"), "");
+}
+
+TEST_F(HostFiling, AMailIsAddedToAnMbox) {
+  EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kB}, std::size_t{kM2}}, Folder("empty.mbox")).failure,
+            "");
+  EXPECT_EQ(Read("empty.mbox"),
+            "From unknown Thu Jan  1 00:00:00 1970\r\nSubject: b\n\n>From here\n\r\n"
+            "From b@example.org Mon Jun  2 09:00:00 2025\r\nFrom: B <b@example.org>\n"
+            "Date: Mon, 2 Jun 2025 09:00:00 +0000\n\nm2\n\r\n");
+  EXPECT_EQ(OnDisk(kM2).substr(0, 7), "From: B");
+  EXPECT_EQ(OnDisk(kB).substr(0, 10), "Subject: b");
+  EXPECT_EQ(Files(), "empty.mbox in/a.eml list.mbox");
+  // What was written is read back.
+  MailStore again;
+  EXPECT_EQ(again.Add(root_ / "empty.mbox"), std::nullopt);
+  ASSERT_EQ(again.mails().size(), 2u);
+  EXPECT_EQ(again.mails()[0].raw, "Subject: b\n\nFrom here\n");
+  EXPECT_EQ(again.mails()[1].offset, store_.mails()[kM2].offset);
+}
+
+TEST_F(HostFiling, AnMboxWithoutALastLineEndGetsOne) {
+  EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kA}}, Folder("list.mbox")).failure, "");
+  EXPECT_EQ(SplitMbox(Read("list.mbox")).size(), 4u);
+  EXPECT_EQ(OnDisk(kA), "Subject: a\n\none\n\r\n");
+}
+
+TEST_F(HostFiling, AMailGoesThereAndBackAgain) {
+  for (const char* bytes : {"Subject: lf\n\nx\n", "Subject: none\n\nx", "Subject: crlf\r\n\r\nx\r\n\r\n", "",
+                            "From: \"a\r\n b\" <c\r\n d@e>\r\n\r\n>From me\r\n"}) {
+    store_.mails()[kA].raw = bytes;
+    store_.mails()[kA].place = MailPlace::kMemory;
+    for (const char* target : {"list.mbox", "empty.mbox", "list.mbox", "out", "in"}) {
+      EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kA}}, Folder(target)).failure, "")
+          << bytes << target;
+    }
+    EXPECT_EQ(SplitMbox(Read("list.mbox")).size(), 3u) << bytes;
+    EXPECT_EQ(Read("empty.mbox"), "") << bytes;
+    EXPECT_EQ(OnDisk(kA).substr(0, std::string(bytes).size()), bytes);
+  }
+}
+
+TEST_F(HostFiling, ACopyIsAMailOfItsOwn) {
+  const Filed filed = CopyMails(store_, std::vector{std::size_t{kA}, std::size_t{kM1}}, Folder("in"));
+  EXPECT_EQ(filed.failure, "");
+  ASSERT_EQ(store_.mails().size(), 7u);
+  EXPECT_EQ(Source(5), "in/a (2).eml");
+  EXPECT_EQ(Read("in/a (2).eml"), Read("in/a.eml"));
+  EXPECT_EQ(Read(Source(6)), "Subject: m1\n\nFrom x\n");
+  EXPECT_EQ(SplitMbox(Read("list.mbox")).size(), 3u);
+}
+
+TEST_F(HostFiling, WhatIsErasedIsGone) {
+  EXPECT_EQ(EraseMails(store_, std::vector{std::size_t{kA}, std::size_t{kM1}, std::size_t{kM2}}).failure, "");
+  EXPECT_EQ(Files(), "empty.mbox in/b.eml list.mbox");
+  EXPECT_EQ(SplitMbox(Read("list.mbox")).size(), 1u);
+  EXPECT_EQ(OnDisk(kM3), "Subject: m3\n\nm3\n");
+}
+
+TEST(HostMboxSpans, AFileWithoutSomeSpansKeepsTheRest) {
+  const std::string bytes = "junk\n\n" + kFrom + "one\n\n" + kFrom + "two\n\n" + kFrom + "three";
+  const std::vector<MboxSpan> spans = MboxSpans(bytes);
+  ASSERT_EQ(spans.size(), 3u);
+  EXPECT_EQ(WithoutSpans(bytes, std::vector{spans[0], spans[2]}), "junk\n\n" + kFrom + "two\n\n");
+  EXPECT_EQ(WithoutSpans(bytes, {}), bytes);
+  EXPECT_EQ(MailOfSpan(bytes, spans[2]), "three");
+}
+
+TEST(HostMboxSpans, AnEmptyLineStandsBeforeAFromLine) {
+  const struct {
+    const char* ending;
+    const char* separator;
+  } cases[] = {{"", ""},      {"x", "\r\n\r\n"}, {"x\n", "\r\n"}, {"x\r\n", "\r\n"},
+               {"x\n\n", ""}, {"\r\n\r\n", ""},  {"\n\r\n", ""}};
+  for (const auto& c : cases) EXPECT_EQ(MboxSeparator(c.ending), c.separator) << c.ending;
+}
+
+// --- What cannot be done ---
+
+TEST_F(HostFiling, AMailStaysWhenItsNewFolderIsGone) {
+  fs::remove(root_ / "out");
+  const Filed filed = MoveMails(store_, std::vector{std::size_t{kA}, std::size_t{kM1}}, Folder("out"));
+  EXPECT_EQ(filed.failure, "cannot write " + (root_ / "out/a.eml").string());
+  EXPECT_TRUE(filed.mails.empty());
+  EXPECT_EQ(Files(), "empty.mbox in/a.eml in/b.eml list.mbox");
+  EXPECT_EQ(SplitMbox(Read("list.mbox")).size(), 3u);
+  EXPECT_EQ(store_.mails()[kA].folder, Folder("in"));
+  EXPECT_EQ(store_.mails()[kM1].folder, Folder("list.mbox"));
+}
+
+TEST_F(HostFiling, ACopyIsTakenBackWhenTheMboxCannotBeRewritten) {
+  const std::string before = Read("list.mbox");
+  fs::create_directories(root_ / "list.mbox.new/in the way");
+  for (const char* target : {"out", "empty.mbox"}) {
+    const Filed filed = MoveMails(store_, std::vector{std::size_t{kM1}, std::size_t{kM2}}, Folder(target));
+    EXPECT_EQ(filed.failure, "cannot write " + (root_ / "list.mbox").string()) << target;
+    EXPECT_EQ(Files(), "empty.mbox in/a.eml in/b.eml list.mbox") << target;
+    EXPECT_EQ(Read("empty.mbox"), "") << target;
+    EXPECT_EQ(Read("list.mbox"), before) << target;
+    EXPECT_EQ(Source(kM1), "list.mbox") << target;
+  }
+}
+
+TEST_F(HostFiling, AnMboxThatChangedMeanwhileIsLeftAlone) {
+  const std::string other = kFrom + "Subject: new\n\nnew\n\n" + Read("list.mbox");
+  Write("list.mbox", other);
+  const Filed filed = MoveMails(store_, std::vector{std::size_t{kM1}}, Folder("out"));
+  EXPECT_EQ(filed.failure, (root_ / "list.mbox").string() + " was changed since it was read");
+  EXPECT_EQ(Read("list.mbox"), other);
+  EXPECT_EQ(Files(), "empty.mbox in/a.eml in/b.eml list.mbox");
+}
+
+TEST_F(HostFiling, WhatCanBeDoneIsDone) {
+  fs::remove(root_ / "in/a.eml");
+  const Filed filed = MoveMails(store_, std::vector{std::size_t{kA}, std::size_t{kB}}, Folder("out"));
+  EXPECT_EQ(filed.failure, "cannot read " + (root_ / "in/a.eml").string() + ": the file cannot be opened");
+  EXPECT_EQ(filed.mails, std::vector<std::size_t>{kB});
+  EXPECT_EQ(Files(), "empty.mbox list.mbox out/b.eml");
+}
+
+TEST_F(HostFiling, AReadOnlyStoreChangesInMemoryAlone) {
+  store_.set_read_only(true);
+  const std::string before = Files() + Read("list.mbox");
+  EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kA}, std::size_t{kM1}}, Folder("out")).failure, "");
+  EXPECT_EQ(CopyMails(store_, std::vector{std::size_t{kB}}, Folder("empty.mbox")).failure, "");
+  EXPECT_EQ(EraseMails(store_, std::vector{std::size_t{kM2}}).failure, "");
+  EXPECT_EQ(Files() + Read("list.mbox"), before);
+  EXPECT_EQ(store_.mails()[kA].folder, Folder("out"));
+  EXPECT_EQ(store_.mails().size(), 6u);
+}
+
+}  // namespace
+}  // namespace wrenfold
