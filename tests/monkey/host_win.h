@@ -5,7 +5,8 @@
 
 #include <functional>
 #include <set>
-#include <string>
+#include <string_view>
+#include <vector>
 
 #include "tests/monkey/dice.h"
 
@@ -20,17 +21,33 @@ class Host {
 
   // Makes the windows ready for a call: those that went away are opened again.
   void Prepare(Dice& dice);
+  std::vector<HWND> Windows() const { return {frame_, view_, viewer_, dialog_, GetDesktopWindow()}; }
+  // Calls back, and loses a window, as the host may whenever it has the word. Also from its message function.
+  void Interrupt();
   // The dice of the call at hand, with which requests are answered; null between calls.
   Dice* dice = nullptr;
   // Calls an export from inside a request.
   std::function<void(Dice&)> reenter;
 
  private:
+  static constexpr int kRecords = 4;
+  struct Record {
+    char* bytes;  // up to a page end
+    bool lent;
+  };
+
   static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT Answer(int code, LPARAM block);
-  LRESULT AnswerTextOf(std::size_t size);
+  LRESULT AnswerBytes(const void* filling, std::size_t filling_size, std::size_t size);
+  LRESULT AnswerText();
+  LRESULT AnswerOneOf(std::initializer_list<std::string_view> texts);
   LRESULT AnswerNumber();
+  LRESULT AnswerWindow(HWND usual);
   LRESULT FillHeader(LPARAM block);
+  LRESULT Lend();
+  void TakeBack(LPARAM block);
+  LRESULT GiveList();
+  void FreeList(LPARAM block);
   void Forget();
 
   std::set<int> text_codes_;
@@ -38,9 +55,12 @@ class Host {
   char* next_;
   char* answer_ = nullptr;
   std::size_t answer_size_ = 0;
-  alignas(16) char record_[8192];
+  std::set<LRESULT> lists_;  // lent
+  Record records_[kRecords];
   HWND frame_ = nullptr;
   HWND view_ = nullptr;
+  HWND viewer_ = nullptr;
+  HWND dialog_ = nullptr;  // owned by the frame
   int depth_ = 0;
 };
 
