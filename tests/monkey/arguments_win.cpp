@@ -200,6 +200,10 @@ Slot Arguments::For(const wfinfo::catalogue::Row& row, const wfinfo::catalogue::
     const char* const text = own->texts[dice.Below(own->texts.size())];
     return shown = Shortened(text), Address(AtPageEnd(text, std::strlen(text) + 1));
   }
+  if (const OwnNumbers* const own = OwnNumbersOf(row.name, parameter.name); own != nullptr) {
+    const Slot number = own->numbers[dice.Below(own->numbers.size())];
+    return shown = std::to_string(number), number;
+  }
   if (type.shape == 'T') {
     if (OwnTextsOf(row.name, parameter.name) != nullptr) return NoText(dice, shown);
     return type.checked ? Text(dice, shown) : ReadableText(dice, shown);

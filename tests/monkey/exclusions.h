@@ -53,6 +53,7 @@ inline constexpr LeftOut kTamed[] = {
     {"code 4 with more than 99", "the number of headers: each is asked for"},
     {"code 176 with a table", "an address of the host's, whose functions are called"},
     {"code 256 with 1", "the search goes on: waited for without end, as its interface says"},
+    {"a menu or a move of a window", "the system waits for the user; the host's windows refuse both"},
     {"65535 and -1 as a window", "the system takes it for every window of every program"},
     {"a text without a terminator that goes on for more than is checked", "no check can tell"},
 };
@@ -64,7 +65,7 @@ struct OwnTexts {
   std::span<const char* const> texts;
 };
 
-inline constexpr const char* kAddresses[] = {"127.0.0.1", "localhost", "0.0.0.0", "1.2.3"};
+inline constexpr const char* kAddresses[] = {"127.0.0.1", "localhost", "0.0.0.0", "127.1"};
 inline constexpr const char* kUrls[] = {"http://127.0.0.1:1/",    "http://", "", "x", "ftp://127.0.0.1:1/a",
                                         "http://127.0.0.1:99999/"};
 inline constexpr const char* kListedExports[] = {"SetNameOnly", "SetEmailOnly",   "AddSama", "ToUpper",
@@ -79,6 +80,24 @@ inline constexpr OwnTexts kOwnTexts[] = {
     {"Sock_gethostbyaddr", "address", kAddresses},
     {"CallByEmailList", "export_name", kListedExports},
 };
+
+// Numbers of a parameter in place of any.
+struct OwnNumbers {
+  std::string_view name;
+  std::string_view parameter;
+  std::span<const long long> numbers;
+};
+
+// Nobody listens there: with a connection Sock_recv waits 20 seconds, as its interface says.
+inline constexpr long long kClosedPorts[] = {1, 0x10001, -65535, 0};
+inline constexpr OwnNumbers kOwnNumbers[] = {{"Sock_connect", "port", kClosedPorts}};
+
+constexpr const OwnNumbers* OwnNumbersOf(std::string_view name, std::string_view parameter) {
+  for (const OwnNumbers& own : kOwnNumbers) {
+    if (own.name == name && own.parameter == parameter) return &own;
+  }
+  return nullptr;
+}
 
 constexpr const OwnTexts* OwnTextsOf(std::string_view name, std::string_view parameter) {
   for (const OwnTexts& own : kOwnTexts) {

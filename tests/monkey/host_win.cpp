@@ -56,6 +56,16 @@ void Register(const char* name, WNDPROC procedure) {
   RegisterClassA(&window_class);
 }
 
+// What would have the system wait for the user: menus opened by a key, moving and sizing by the mouse.
+bool IsWaitForUser(UINT message) {
+  return message == WM_SYSCOMMAND || message == WM_ENTERIDLE || message == WM_CONTEXTMENU ||
+         (message >= WM_NCLBUTTONDOWN && message <= WM_NCMBUTTONDBLCLK);
+}
+
+LRESULT CALLBACK ReceiveInDialog(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  return IsWaitForUser(message) ? 0 : DefWindowProcA(window, message, wparam, lparam);
+}
+
 constexpr char kDialogOfHost[] = "MonkeyDialog";
 
 }  // namespace
@@ -65,7 +75,7 @@ Host::Host() {
   arena_ = next_ = static_cast<char*>(VirtualAlloc(nullptr, kArena, MEM_RESERVE, PAGE_READWRITE));
   for (const char* name : {wfinfo::kFrameClass, wfinfo::kOuterViewClass, wfinfo::kHtmlViewerClass})
     Register(name, &Receive);
-  Register(kDialogOfHost, &DefWindowProcA);
+  Register(kDialogOfHost, &ReceiveInDialog);
   for (const int code : kTexts) text_codes_.insert(code);
   for (const wfinfo::catalogue::Row& row : wfinfo::catalogue::Rows()) {
     if (row.kind == wfinfo::catalogue::Kind::kThin && row.result.ends_with("Str"))
@@ -117,6 +127,7 @@ void Host::Interrupt() {
 }
 
 LRESULT CALLBACK Host::Receive(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (IsWaitForUser(message)) return 0;
   if (g_host == nullptr || g_host->dice == nullptr) return DefWindowProcA(window, message, wparam, lparam);
   Dice& dice = *g_host->dice;
   switch (message) {

@@ -16,6 +16,8 @@ SOURCE = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).par
 PROGRAM = pathlib.Path(os.environ.get("WFINFO_BUILD", SOURCE / "build/windows")) / "monkey.exe"
 USUAL_CALLS = 50_000
 TIMEOUT_SECONDS = 4 * 3600
+GROWTH = 2  # exit code of monkey.exe
+CALLS_TO_SEE_GROWTH = 20_000
 
 
 def seed_of_commit():
@@ -23,16 +25,21 @@ def seed_of_commit():
     return int(commit[:12] or "1", 16)
 
 
-def play(calls, seed, only=None):
-    """(exit code, what it printed) of one run."""
-    options = ["--only", ",".join(map(str, only))] if only else []
+def run(*words):
+    """(exit code, what it printed) of the monkey, in a folder of its own."""
     starter = [] if os.name == "nt" else ["wine"]
     with tempfile.TemporaryDirectory(prefix="monkey-") as folder:
         shutil.copy(PROGRAM, folder)
         shutil.copy(PROGRAM.parent / "WFINFO.dll", folder)
-        done = subprocess.run([*starter, "monkey.exe", str(calls), str(seed), *options], cwd=folder, text=True,
-                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, timeout=TIMEOUT_SECONDS, errors="replace")
-    return done.returncode, done.stdout
+        printed = pathlib.Path(folder, "printed.txt")  # a file: what Wine leaves behind may keep a pipe open
+        with open(printed, "wb") as output:
+            code = subprocess.run([*starter, "monkey.exe", *map(str, words)], cwd=folder, stdin=subprocess.DEVNULL,
+                                  stdout=output, timeout=TIMEOUT_SECONDS).returncode
+        return code, printed.read_text(encoding="ascii", errors="replace")
+
+
+def only(sequence):
+    return "--only", ",".join(map(str, sequence))
 
 
 def finding(printed):
@@ -41,12 +48,10 @@ def finding(printed):
     return found and (found[1], int(found[2]), found[3])
 
 
-def shortened(calls, seed, what, number):
-    """The fewest calls, `number` the last of them, after which `what` happens: first a tail, then each left out."""
-    def happens(only):
-        found = finding(play(calls, seed, only)[1])
-        return found is not None and found[0] == what
+def shortened(number, happens):
+    """The fewest calls, `number` the last of them, after which it happens: first a tail, then each left out.
 
+    `happens` takes ranges and numbers of calls, as --only does."""
     tail = 0
     while tail < number and not happens([f"{number - tail}-{number}"]):
         tail = 2 * tail + 1
@@ -64,17 +69,33 @@ def shortened(calls, seed, what, number):
     return sequence
 
 
+def tell_shortest(calls, seed, what, number):
+    def happens(sequence):
+        found = finding(run(calls, seed, *only(sequence))[1])
+        return found is not None and found[0] == what
+
+    print("looking for the shortest sequence ...", flush=True)
+    sequence = shortened(number, happens)
+    print(run(calls, seed, *only(sequence), "--show")[1], end="")
+    print(f"again with: monkey.exe {calls} {seed} {' '.join(only(sequence))}")
+
+
 def main(arguments):
     calls = int(arguments[0]) if arguments else USUAL_CALLS
     seed = int(arguments[1]) if len(arguments) > 1 else seed_of_commit()
+    code, printed = run("--left-out")
+    if code:
+        print(printed, end="")
+        return 1
     print(f"{calls} calls, seed {seed}", flush=True)
-    code, printed = play(calls, seed)
+    code, printed = run(calls, seed)
     print(printed, end="")
     found = finding(printed)
     if found:
-        print("looking for the shortest sequence ...", flush=True)
-        sequence = ",".join(map(str, shortened(calls, seed, found[0], found[1])))
-        print(f"again with: monkey.exe {calls} {seed} --only {sequence}")
+        tell_shortest(calls, seed, found[0], found[1])
+    elif code == GROWTH:
+        print("looking for what grows ...", flush=True)
+        print(run(min(calls, CALLS_TO_SEE_GROWTH), seed, "--growth")[1], end="")
     return 1 if code else 0
 
 
