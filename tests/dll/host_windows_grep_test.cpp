@@ -54,5 +54,23 @@ TEST(CloseGrepWnd, EndsWhenTheHostGoesOnNamingWindowsThatAreGone) {
   }
 }
 
+int g_commandsToBystander = 0;
+
+LRESULT CALLBACK CountCommands(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_COMMAND) ++g_commandsToBystander;
+  return DefWindowProcA(window, message, wparam, lparam);
+}
+
+TEST(CloseGrepWnd, PressesNothingWhenTheHostNamesNoWindow) {
+  ScriptedHost host;
+  const HWND bystander = host.OpenWindow("STATIC");
+  SetWindowLongPtrA(bystander, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountCommands));
+  SetActiveWindow(host.frame());
+  host.Expect(129).Any().Always().Do([&](const Request&) { return AsValue(HWND_BROADCAST); });
+  host.Expect(256).Always();
+  EXPECT_EQ(CloseGrepWnd(0), 1);
+  EXPECT_EQ(g_commandsToBystander, 0);
+}
+
 }  // namespace
 }  // namespace wfinfo_test
