@@ -80,12 +80,21 @@ def tell_shortest(calls, seed, what, number):
     print(f"again with: monkey.exe {calls} {seed} {' '.join(only(sequence))}")
 
 
+def not_documented(printed):
+    """Rows of the lists that docs/reliability.md does not show."""
+    page = (SOURCE / "docs/reliability.md").read_text(encoding="utf-8")
+    rows = [f"| {name} | {why} |" for name, why in re.findall(r"^([^\[:]+): (.*?)\r?$", printed, re.M)]
+    return [row for row in rows if row not in page]
+
+
 def main(arguments):
     calls = int(arguments[0]) if arguments else USUAL_CALLS
     seed = int(arguments[1]) if len(arguments) > 1 else seed_of_commit()
     code, printed = run("--left-out")
-    if code:
+    missing = not_documented(printed)
+    if code or missing:
         print(printed, end="")
+        print("docs/reliability.md lacks:", *missing, sep="\n")
         return 1
     print(f"{calls} calls, seed {seed}", flush=True)
     code, printed = run(calls, seed)
