@@ -75,12 +75,22 @@ BOOL CALLBACK CloseBox(HWND window, LPARAM) {
   return TRUE;
 }
 
+BOOL CALLBACK ShowWindowOfThread(HWND window, LPARAM) {
+  char name[32] = "";
+  GetClassNameA(window, name, sizeof name);
+  std::printf("  window %s%s\n", name, IsWindowEnabled(window) ? "" : ", disabled");
+  return TRUE;
+}
+
 // Presses the boxes away, and sees that each call comes back.
 DWORD WINAPI Watch(void*) {
   for (;; Sleep(kBoxPollMs)) {
     EnumThreadWindows(g_thread, &CloseBox, 0);
     const DWORD since = g_since;
-    if (since != 0 && static_cast<int>(GetTickCount() - since) > kPatienceMs) Tell("no end", 1);
+    if (since != 0 && static_cast<int>(GetTickCount() - since) > kPatienceMs) {
+      EnumThreadWindows(g_thread, &ShowWindowOfThread, 0);
+      Tell("no end", 1);
+    }
   }
 }
 
