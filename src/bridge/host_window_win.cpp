@@ -47,8 +47,16 @@ bool BelongsToCaller(HWND window) {
          process == GetCurrentProcessId();
 }
 
+// Sent there, a request would reach every window of every program, and wait for each. The system looks at the
+// lower half of a handle; all bits set mean the same to some of its versions.
+bool IsEveryWindow(HWND window) {
+  const auto low = static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(window));
+  return low == 0xFFFF || low == 0xFFFFFFFF;
+}
+
 HWND RequestTargetOf(HWND frame) {
-  return reinterpret_cast<HWND>(SendMessageA(frame, kHostGetRequestTarget, 0, 0));
+  const auto target = reinterpret_cast<HWND>(SendMessageA(frame, kHostGetRequestTarget, 0, 0));
+  return IsEveryWindow(target) ? nullptr : target;
 }
 
 // Shown at once, past the error callback and the log: the host is busy in a dialog. Once in a call of an

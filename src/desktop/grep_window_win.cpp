@@ -11,9 +11,10 @@ namespace {
 
 HWND GrepWindow() { return FromSlot<HWND>(GrepWnd()); }
 
-// Asks the window to close as its Cancel button would; false when it is still there afterwards.
+// Asks the window to close as its Cancel button would; false when it is still there afterwards. What the host
+// named may be no window: 65535 would press Cancel in every window of every program.
 bool Close(HWND window) {
-  SendMessageA(window, WM_COMMAND, IDCANCEL, 0);
+  if (IsWindow(window)) SendMessageA(window, WM_COMMAND, IDCANCEL, 0);
   return !IsWindow(window);
 }
 

@@ -29,7 +29,8 @@ long long GetNotifyWnd() noexcept { return ShowNotifyWnd(nullptr, nullptr); }
 
 long long HideNotifyWnd() noexcept {
   const auto window = FromSlot<HWND>(GetNotifyWnd());
-  if (window != nullptr) SendMessageA(window, WM_COMMAND, IDCANCEL, 0);
+  // Not what is no window: 65535 would press Cancel in every window of every program.
+  if (IsWindow(window)) SendMessageA(window, WM_COMMAND, IDCANCEL, 0);
   return 0;
 }
 

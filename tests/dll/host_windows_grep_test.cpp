@@ -1,6 +1,7 @@
 // Closing grep windows.
 #include <gtest/gtest.h>
 
+#include "tests/support/bystander_win.h"
 #include "tests/support/grep_windows_win.h"
 #include "tests/support/library.h"
 
@@ -52,6 +53,15 @@ TEST(CloseGrepWnd, EndsWhenTheHostGoesOnNamingWindowsThatAreGone) {
     EXPECT_EQ(CloseGrepWnd(1), 1) << "none is left";
     EXPECT_LT(asked, 10 * period);
   }
+}
+
+TEST(CloseGrepWnd, PressesNothingWhenTheHostNamesNoWindow) {
+  ScriptedHost host;
+  const Bystander bystander(host);
+  host.Expect(129).Any().Always().Do([&](const Request&) { return AsValue(HWND_BROADCAST); });
+  host.Expect(256).Always();
+  EXPECT_EQ(CloseGrepWnd(0), 1);
+  EXPECT_EQ(bystander.commands(), 0);
 }
 
 }  // namespace

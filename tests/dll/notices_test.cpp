@@ -1,6 +1,7 @@
 // The notification window and the balloons.
 #include <gtest/gtest.h>
 
+#include "tests/support/bystander_win.h"
 #include "tests/support/library.h"
 #include "tests/support/scripted_host_win.h"
 
@@ -41,6 +42,14 @@ TEST(Notices, HidingClosesTheWindowIfThereIsOne) {
   host.Expect(135).Null().Null().Answer(HandleSlot(notice));
   host.ExpectCommand(IDCANCEL).At(notice);
   EXPECT_EQ(HideNotifyWnd(), 0);
+}
+
+TEST(Notices, HidingPressesNothingWhenTheHostNamesNoWindow) {
+  ScriptedHost host;
+  const Bystander bystander(host);
+  host.Expect(135).Null().Null().Answer(HandleSlot(HWND_BROADCAST));
+  EXPECT_EQ(HideNotifyWnd(), 0);
+  EXPECT_EQ(bystander.commands(), 0);
 }
 
 TEST(Notices, BalloonsAreCheckedAndSent) {

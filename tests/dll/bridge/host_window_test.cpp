@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/import_patch_win.h"
+#include "tests/support/bystander_win.h"
 #include "tests/support/library.h"
 #include "tests/support/scripted_host_win.h"
 
@@ -316,6 +317,18 @@ TEST(HostWindow, MenuCommandsReachTheRequestTarget) {
   EXPECT_EQ(NewMail(), 3);
   host.ExpectCommand(40046).Answer(1);
   EXPECT_EQ(SwitchHeaderView(2), 1);
+}
+
+TEST(HostWindow, EveryWindowIsNoRequestTarget) {
+  ScriptedHost host;
+  const Bystander bystander(host);
+  for (const auto every : {0xFFFFLL, 0xFFFFFFFFLL, -1LL}) {
+    host.SetRequestTarget(reinterpret_cast<HWND>(every));
+    EXPECT_EQ(MailCount(), 0);
+    EXPECT_EQ(NextMail(), 0);
+    EXPECT_EQ(bystander.commands(), 0) << every;
+  }
+  EXPECT_EQ(host.received(), 0);
 }
 
 }  // namespace

@@ -1,0 +1,34 @@
+"""How the monkey's findings are shortened."""
+import random
+import unittest
+
+from monkey import finding, shortened
+
+
+def numbers(sequence):
+    """The calls that "--only" would make."""
+    made = []
+    for part in map(str, sequence):
+        first, _, last = part.partition("-")
+        made += range(int(first), int(last or first) + 1)
+    return made
+
+
+class Shrinking(unittest.TestCase):
+    def test_only_the_calls_that_it_takes_are_left(self):
+        dice = random.Random(7)
+        for takes in [[0], [99], [0, 99], [3, 17, 40], [50, 51, 52, 53], sorted(dice.sample(range(1000), 6))]:
+            def happens(sequence, takes=takes):
+                return set(takes) <= set(numbers(sequence))
+
+            self.assertEqual(shortened(takes[-1], happens), takes)
+
+    def test_a_finding_is_read_from_what_the_monkey_printed(self):
+        self.assertEqual(finding("5 calls\nexception C0000005 in call 12: Beep(null) \n"),
+                         ("exception C0000005", 12, "Beep(null) "))
+        self.assertEqual(finding("no end in call 3: Wait() "), ("no end", 3, "Wait() "))
+        self.assertIsNone(finding("10 calls; handles 3\ngrowth since call 2\n"))
+
+
+if __name__ == "__main__":
+    unittest.main()
