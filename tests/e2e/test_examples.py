@@ -22,11 +22,14 @@ OUT = pathlib.Path(os.environ.get("WFINFO_OUT", host.SOURCE / "out"))
 BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows"))
 # What lies beside the program in a family's run: libraries that nobody can expect to be installed.
 STAND_INS = {"archivers": ["doubles/archivers/unlha32.dll", "doubles/archivers/Zip32J.dll"]}
-# What a family's host is started with beside the usual: a second group of folders, for tabs and groups.
-MORE_OPTIONS = {family: ["--mail", "samples/copies"] for family in ("folders", "mail_list")}
+# What a family's host is started with beside the usual: a second group of folders, for tabs and groups; folders in place
+# of the servers.
+MORE_OPTIONS = {family: ["--mail", "samples/copies"] for family in ("folders", "mail_list", "transfer")}
+MORE_OPTIONS |= {family: ["--inbox", "server", "--imap", "imap"] for family in ("application", "transmission")}
 # What runs while a family's examples do: see example_set_ups.py.
 SET_UPS = {"http": example_set_ups.web_site, "sockets": example_set_ups.mail_server, "smime": example_set_ups.certificates,
-           "pgp": example_set_ups.key_ring, "mapi": example_set_ups.mail_receiver}
+           "pgp": example_set_ups.key_ring, "mapi": example_set_ups.mail_receiver,
+           "application": example_set_ups.server_folders, "transmission": example_set_ups.server_folders}
 # What stands in front of each example in C.
 C_HEAD = '#define WFINFO_NO_MAPI\n#include <windows.h>\n#include <mapi.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
 # The system's Simple MAPI first: programs know nothing else, and find our functions through it.
