@@ -35,6 +35,14 @@ def nothing(_folder):
 
 
 @contextlib.contextmanager
+def server_folders(folder):
+    """The folders that stand for the servers that mails are received from."""
+    for name in ("server", "imap"):
+        (folder / name).mkdir()
+    yield Provided()
+
+
+@contextlib.contextmanager
 def serving(server):
     """Serves on a free port of this machine, which it yields."""
     threading.Thread(target=server.serve_forever, daemon=True).start()

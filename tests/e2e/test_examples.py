@@ -1,4 +1,4 @@
-"""Every example of examples/ prints what stands in it, and none is missing in a family that has its file.
+"""Every export has an example in examples/, and every example prints what stands in it.
 
 One host runs a whole family: standard output and standard error come in one stream, in the order in which a terminal
 would show them. A line "## Name" in that stream begins each example. An example in C is a program of its own.
@@ -22,11 +22,14 @@ OUT = pathlib.Path(os.environ.get("WFINFO_OUT", host.SOURCE / "out"))
 BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows"))
 # What lies beside the program in a family's run: libraries that nobody can expect to be installed.
 STAND_INS = {"archivers": ["doubles/archivers/unlha32.dll", "doubles/archivers/Zip32J.dll"]}
-# What a family's host is started with beside the usual: a second group of folders, for tabs and groups.
-MORE_OPTIONS = {family: ["--mail", "samples/copies"] for family in ("folders", "mail_list")}
+# What a family's host is started with beside the usual: a second group of folders, for tabs and groups; folders in place
+# of the servers.
+MORE_OPTIONS = {family: ["--mail", "samples/copies"] for family in ("folders", "mail_list", "transfer")}
+MORE_OPTIONS |= {family: ["--inbox", "server", "--imap", "imap"] for family in ("application", "transmission")}
 # What runs while a family's examples do: see example_set_ups.py.
 SET_UPS = {"http": example_set_ups.web_site, "sockets": example_set_ups.mail_server, "smime": example_set_ups.certificates,
-           "pgp": example_set_ups.key_ring, "mapi": example_set_ups.mail_receiver}
+           "pgp": example_set_ups.key_ring, "mapi": example_set_ups.mail_receiver,
+           "application": example_set_ups.server_folders, "transmission": example_set_ups.server_folders}
 # What stands in front of each example in C.
 C_HEAD = '#define WFINFO_NO_MAPI\n#include <windows.h>\n#include <mapi.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
 # The system's Simple MAPI first: programs know nothing else, and find our functions through it.
@@ -159,14 +162,15 @@ class Examples(unittest.TestCase):
 
 
 class Completeness(unittest.TestCase):
-    def test_a_file_has_one_example_for_each_export_of_its_family(self):
+    def test_each_export_has_one_example_in_the_files_of_its_family(self):
         families = catalogue()
-        for family in sorted({path.stem for path in example_files()}):
+        self.assertEqual({path.stem for path in example_files()}, set(families))
+        for family, exports in families.items():
             with self.subTest(family):
                 shown = []
                 for path in EXAMPLES.glob(family + ".*"):
                     shown += [name for heading, _ in examples_of(path)[1] for name in names_of(heading, path)]
-                self.assertEqual(sorted(shown), sorted(families.get(family, [])))
+                self.assertEqual(sorted(shown), sorted(exports))
 
     def test_the_catalogue_was_read_whole(self):
         names = [name for names in catalogue().values() for name in names]
