@@ -19,6 +19,8 @@ MACROS = "samples/macros/"
 ERROR_MARK = "--- standard error ---\n"
 
 ALICE = "--mail samples/mails/plain-ascii.eml"
+# The macros open this folder by its last name.
+DRAFTS = "out/learn/Drafts"
 ACCOUNTS = "--accounts samples/accounts.txt"
 # (macro, options before it)
 STEPS = [
@@ -30,11 +32,11 @@ STEPS = [
     ("who_wrote", ""),
     ("learn/07_mark_what_asks", ""),
     ("file_newsletters", ""),
-    ("answer_as_draft", f"{ALICE} --drafts out/learn {ACCOUNTS} --templates samples/templates"),
-    ("mails_from_csv", f"{ALICE} --drafts out/learn {ACCOUNTS}"),
+    ("answer_as_draft", f"{ALICE} --drafts {DRAFTS} {ACCOUNTS} --templates samples/templates"),
+    ("mails_from_csv", f"{ALICE} --drafts {DRAFTS} {ACCOUNTS}"),
     ("export_sender", ""),
     ("learn/12_answer_file_export_sign",
-     f"{ALICE} --drafts out/learn {ACCOUNTS} --macro {MACROS}openpgp/settings.macro"),
+     f"{ALICE} --drafts {DRAFTS} {ACCOUNTS} --macro {MACROS}openpgp/settings.macro"),
 ]
 
 

@@ -75,11 +75,11 @@ class Steps(unittest.TestCase):
 
     def test_the_last_one_keeps_a_signed_answer_and_exports_the_mail(self):
         folder = self.check(SIGNED)
-        [draft] = (folder / "out/learn").glob("*.eml")
+        [draft] = (folder / "out/learn/Drafts").glob("*.eml")
         answer = email.message_from_bytes(draft.read_bytes(), policy=email.policy.default)
         self.assertEqual(answer["To"], "Alice Baker <alice@example.com>")
         self.assertIn("-----BEGIN PGP SIGNATURE-----", answer.get_content())
-        self.assertIn("I agree.\n\n> Hello Bob,", answer.get_content())
+        self.assertIn("I agree.\n\n> Hello Bob,", answer.get_content().replace("\r\n", "\n"))
         [exported] = (folder / "done").iterdir()
         self.assertEqual(exported.read_bytes(), host.sample("plain-ascii.eml").read_bytes())
 
