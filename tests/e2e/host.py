@@ -29,11 +29,12 @@ def command(executable=EXECUTABLE):
     return [str(executable)] if os.name == "nt" else ["wine", str(executable)]
 
 
-def run(*arguments, input="", executable=EXECUTABLE, folder=None):
+def run(*arguments, input="", executable=EXECUTABLE, folder=None, environment=None):
     """Runs the host with `input` on its standard input; each line end comes back as one LF."""
     finished = subprocess.run(
         command(executable) + [str(a) for a in arguments],
-        input=input.encode(), stdout=subprocess.PIPE, stderr=subprocess.PIPE, cwd=folder, timeout=TIMEOUT_SECONDS)
+        input=input.encode(), stdout=subprocess.PIPE, stderr=subprocess.PIPE, cwd=folder, env=environment,
+        timeout=TIMEOUT_SECONDS)
     return Result(finished.stdout.decode(), finished.stderr.decode(), finished.returncode)
 
 
