@@ -70,7 +70,7 @@ elseif(NOT WFINFO_FUZZ)
   include(GoogleTest)
   # Pure units, by subject; the folders left out hold what needs Windows.
   file(GLOB_RECURSE test_sources CONFIGURE_DEPENDS tests/*_test.cpp)
-  list(FILTER test_sources EXCLUDE REGEX "/tests/(dll|doubles|faults|inside)/")
+  list(FILTER test_sources EXCLUDE REGEX "/tests/(dll|doubles|faults|inside|monkey|torture)/")
   add_executable(native_tests ${test_sources})
   target_link_libraries(native_tests PRIVATE wfinfo_pure GTest::gmock_main)
   if(host_pure_sources)
