@@ -3,6 +3,7 @@
 One host runs a whole family: standard output and standard error come in one stream, in the order in which a terminal
 would show them. A line "## Name" in that stream begins each example. An example in C is a program of its own.
 """
+import concurrent.futures
 import difflib
 import json
 import os
@@ -30,6 +31,8 @@ MORE_OPTIONS |= {family: ["--inbox", "server", "--imap", "imap"] for family in (
 SET_UPS = {"http": example_set_ups.web_site, "sockets": example_set_ups.mail_server, "smime": example_set_ups.certificates,
            "pgp": example_set_ups.key_ring, "mapi": example_set_ups.mail_receiver,
            "application": example_set_ups.server_folders, "transmission": example_set_ups.server_folders}
+# What looks at windows of other programs, or waits for a time: no other family runs beside it.
+ALONE = {"bypass_windows", "host_windows", "keystrokes", "mapi", "notices", "timers"}
 # What stands in front of each example in C.
 C_HEAD = '#define WFINFO_NO_MAPI\n#include <windows.h>\n#include <mapi.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
 # The system's Simple MAPI first: programs know nothing else, and find our functions through it.
@@ -128,6 +131,21 @@ def run_file(path, folder):
         return (run_programs if path.suffix == ".c" else run_macros)(path, folder, provided)
 
 
+def run_files(paths, folder):
+    """The same for several files, each in a folder of its own: by file, something whose result() that is."""
+    def run(path):
+        own = folder / path.name
+        own.mkdir()
+        return run_file(path, own)
+
+    together = [path for path in paths if path.stem not in ALONE]
+    runs = {}
+    for at_a_time, some in ((1, [path for path in paths if path.stem in ALONE]), (2, together)):
+        with concurrent.futures.ThreadPoolExecutor(at_a_time) as pool:
+            runs |= {path: pool.submit(run, path) for path in some}
+    return runs
+
+
 def with_output(mark, lines, printed):
     """The example with what it printed at its end."""
     kept = without(mark, lines.rstrip("\n")).rstrip("\n")
@@ -142,20 +160,18 @@ class Examples(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.folder)
 
     def test_each_example_prints_what_stands_in_it(self):
-        for path in example_files():
+        for path, run in run_files(example_files(), self.folder).items():
             _, mark = form_of(path)
-            folder = self.folder / path.name
-            folder.mkdir()
-            ran = run_file(path, folder)
+            ran = None
             with self.subTest(path.name):
+                ran = run.result()
                 if ran is None:
                     self.skipTest("what these examples need could not be built")
                 self.assertEqual(ran[0], "")
-            first, printed = ran or ("", {})
-            for heading, lines in examples_of(path)[1]:
+            for heading, lines in examples_of(path)[1] if ran else []:
                 with self.subTest(heading):
                     expected = marked(mark, lines)
-                    got = printed.get(heading, "(did not run)").rstrip("\n").split("\n")
+                    got = ran[1].get(heading, "(did not run)").rstrip("\n").split("\n")
                     difference = difflib.unified_diff(expected, got, "expected", "printed", lineterm="")
                     self.assertEqual(got, expected or [""], "\n" + "\n".join(difference))
                     self.assertNotIn("not served", "\n".join(got))
