@@ -19,8 +19,6 @@ MACROS = "samples/macros/"
 ERROR_MARK = "--- standard error ---\n"
 
 ALICE = "--mail samples/mails/plain-ascii.eml"
-# The macros open this folder by its last name.
-DRAFTS = "out/learn/Drafts"
 ACCOUNTS = "--accounts samples/accounts.txt"
 # (macro, options before it)
 STEPS = [
@@ -32,11 +30,12 @@ STEPS = [
     ("who_wrote", ""),
     ("learn/07_mark_what_asks", ""),
     ("file_newsletters", ""),
-    ("answer_as_draft", f"{ALICE} --drafts {DRAFTS} {ACCOUNTS} --templates samples/templates"),
-    ("mails_from_csv", f"{ALICE} --drafts {DRAFTS} {ACCOUNTS}"),
+    # This one opens the folder by its last name, and counts what lies there.
+    ("answer_as_draft", f"{ALICE} --drafts out/learn/Drafts {ACCOUNTS} --templates samples/templates"),
+    ("mails_from_csv", f"{ALICE} --drafts out/drafts {ACCOUNTS}"),
     ("export_sender", ""),
     ("learn/12_answer_file_export_sign",
-     f"{ALICE} --drafts {DRAFTS} {ACCOUNTS} --macro {MACROS}openpgp/settings.macro"),
+     f"{ALICE} --drafts out/drafts {ACCOUNTS} --macro {MACROS}openpgp/settings.macro"),
 ]
 
 

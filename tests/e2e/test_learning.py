@@ -37,10 +37,14 @@ def state(folder):
     return {path: hashlib.sha256(path.read_bytes()).digest() for path in folder.rglob("*") if path.is_file()}
 
 
-def run_step(step, folder):
+def set_up_of(step):
+    return example_set_ups.key_ring if step == SIGNED else example_set_ups.nothing
+
+
+def run_step(step, folder, set_up):
     """The step in a folder of its own, in which lies a copy of the samples; None where GnuPG is missing."""
     shutil.copytree(host.SOURCE / "samples", folder / "samples")
-    with (example_set_ups.key_ring if step is SIGNED else example_set_ups.nothing)(folder) as provided:
+    with set_up(folder) as provided:
         if provided is None:
             return None
         [start] = started_by_dev(learning_path.arguments_of(step))
@@ -58,7 +62,7 @@ class Steps(unittest.TestCase):
         """Runs the step, and gives the folder in which it ran."""
         folder = self.folder / str(learning_path.STEPS.index(step) + 1)
         folder.mkdir()
-        result = run_step(step, folder)
+        result = run_step(step, folder, set_up_of(step))
         if result is None:
             self.skipTest("needs gpg")
         out, _, err = learning_path.read(learning_path.expected_file(step)).partition(learning_path.ERROR_MARK)
@@ -75,13 +79,25 @@ class Steps(unittest.TestCase):
 
     def test_the_last_one_keeps_a_signed_answer_and_exports_the_mail(self):
         folder = self.check(SIGNED)
-        [draft] = (folder / "out/learn/Drafts").glob("*.eml")
+        [draft] = (folder / "out/drafts").glob("*.eml")
         answer = email.message_from_bytes(draft.read_bytes(), policy=email.policy.default)
         self.assertEqual(answer["To"], "Alice Baker <alice@example.com>")
         self.assertIn("-----BEGIN PGP SIGNATURE-----", answer.get_content())
         self.assertIn("I agree.\n\n> Hello Bob,", answer.get_content().replace("\r\n", "\n"))
         [exported] = (folder / "done").iterdir()
         self.assertEqual(exported.read_bytes(), host.sample("plain-ascii.eml").read_bytes())
+
+    def test_the_last_one_takes_no_other_mail_of_the_folder(self):
+        macro, options = SIGNED
+        folder = options.replace("samples/mails/plain-ascii.eml", "samples/mails")
+        self.assertNotEqual(folder, options)
+        result = run_step((macro, folder), self.folder, example_set_ups.key_ring)
+        if result is None:
+            self.skipTest("needs gpg")
+        self.assertEqual((result.err, result.code), ("", 0))
+        self.assertEqual(result.out.splitlines()[1:], ["exported: 1", "filed: 見積書をお送りします", "left here: 10, done: 1"])
+        [exported] = (self.folder / "done").iterdir()
+        self.assertEqual(exported.read_bytes(), host.sample("attachments.eml").read_bytes())
 
     def test_the_last_one_files_nothing_when_the_answer_cannot_be_signed(self):
         shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
@@ -125,11 +141,14 @@ def write():
     for step in learning_path.STEPS:
         if not learning_path.expected_file(step).exists():
             with tempfile.TemporaryDirectory() as folder:
-                result = run_step(step, pathlib.Path(folder))
+                result = run_step(step, pathlib.Path(folder), set_up_of(step))
             assert result and result.code == 0, result
             learning_path.expected_file(step).write_text(
                 result.out + (learning_path.ERROR_MARK + result.err if result.err else ""), encoding="utf-8")
 
 
+if __name__ == "__main__" and sys.argv[1:2] == ["--write"]:
+    sys.exit(write() or 0)
+
 if __name__ == "__main__":
-    write() if sys.argv[1:] == ["--write"] else unittest.main()
+    unittest.main()
