@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "src/text/ascii.h"
+#include "src/text/digits.h"
 
 namespace wrenfold {
 
@@ -20,6 +21,12 @@ constexpr int HexValue(char c) {
   if (IsDigit(c)) return c - '0';
   const char lower = LowerAscii(c);
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+// Its two hexadecimal digits, in capitals.
+inline std::string HexOf(char byte) {
+  const auto value = static_cast<unsigned char>(byte);
+  return {wfinfo::kHexDigits[value >> 4], wfinfo::kHexDigits[value & 15]};
 }
 
 inline std::string Lower(std::string_view text) {

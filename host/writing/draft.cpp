@@ -96,7 +96,7 @@ std::string_view HeadersOf(const Draft& draft) { return SplitMail(draft.text).he
 std::string_view BodyOf(const Draft& draft) { return SplitMail(draft.text).body; }
 
 void SetBody(Draft& draft, std::string_view body) {
-  PutBody(draft, FoldAndQuote(body, "", kNoFolding));
+  PutBody(draft, FoldAndQuote(body, "", kUnfoldedWidth));
   if (!draft.html.empty()) draft.html = Html(BodyOf(draft));
 }
 

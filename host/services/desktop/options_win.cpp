@@ -8,8 +8,8 @@
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
 #include "host/windows/frame_win.h"
-#include "host/windows/menu_win.h"
 #include "host/writing/mail_options.h"
+#include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
@@ -69,10 +69,10 @@ constexpr Service kServices[] = {
 };
 
 constexpr Command kCommands[] = {
-    {kNotificationCommand, WithCurrent<SwitchNotification>,
+    {wfinfo::kMenuRequestNotification, WithCurrent<SwitchNotification>,
      "item of the frame's menu bar that sets and removes `Disposition-Notification-To` of the mail being "
      "written; greyed without one"},
-    {kPriorityCommand, WithCurrent<SwitchPriority>,
+    {wfinfo::kMenuHighPriority, WithCurrent<SwitchPriority>,
      "item of the frame's menu bar that makes the mail being written [urgent](#urgent-mails) or not; greyed "
      "without one"},
 };

@@ -104,7 +104,7 @@ std::string BytesOf(Request& request, std::size_t mail, Slot encoding, bool fold
   const HostMessage& message = request.state.Message(mail);
   std::string text = message.text.substr(0, message.body_offset);
   text += FoldAndQuote(std::string_view(message.text).substr(message.body_offset), "",
-                       fold ? kDefaultWidth : kNoFolding);
+                       fold ? kDefaultWidth : kUnfoldedWidth);
   return encoding == kUtf8 ? SystemCharsets().HostToUtf8(text) : text;
 }
 

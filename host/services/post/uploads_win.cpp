@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/ascii.h"
 #include "host/base/paths.h"
 #include "host/base/safe_saving.h"
 #include "host/base/whole_file.h"
@@ -22,16 +23,13 @@ std::string ToHost(std::string_view utf8) { return SystemCharsets().Utf8ToHost(u
 
 // What an address may hold stays; anything else is %XX.
 std::string InAddress(std::string_view utf8) {
-  static constexpr char kHex[] = "0123456789ABCDEF";
   std::string text;
   for (const char c : utf8) {
-    const bool plain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-                       c == '-' || c == '.' || c == '_' || c == '~';
-    const auto byte = static_cast<unsigned char>(c);
+    const bool plain = IsDigit(c) || IsLetter(c) || c == '-' || c == '.' || c == '_' || c == '~';
     if (plain) {
       text += c;
     } else {
-      text.append("%").append(1, kHex[byte >> 4]).append(1, kHex[byte & 15]);
+      text += "%" + HexOf(c);
     }
   }
   return text;

@@ -13,6 +13,7 @@
 #include "host/writing/mail_rewrite.h"
 #include "host/writing/outgoing_text.h"
 #include "host/writing/quoting.h"
+#include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
@@ -28,7 +29,7 @@ Answer NewMail(Request& request) {
 std::string QuotedBody(Request& request) {
   const std::size_t root = request.state.root();
   const HostMessage& message = request.state.Message(root);
-  const std::size_t width = request.state.Folds(root) ? kDefaultWidth : kNoFolding;
+  const std::size_t width = request.state.Folds(root) ? kDefaultWidth : kUnfoldedWidth;
   return FoldAndQuote(std::string_view(message.text).substr(message.body_offset), kQuoteMark, width);
 }
 
@@ -127,7 +128,6 @@ Answer Send(Request& request) {
 constexpr Slot kSendNow = 53;
 constexpr Slot kSendLater = 54;
 constexpr Slot kOpen = 101;
-constexpr Slot kAsBcc = 0x80000000;
 
 // The mail and its files; the multipart around them is made anew.
 Answer OpenResent(Request& request, std::string text) {
@@ -143,11 +143,11 @@ Answer Resend(Request& request) {
   if (!request.HasText(0)) return request.Fail("no recipient to resend the mail to");
   HostState& state = request.state;
   const Slot mode = request.Number(1);
-  const bool as_bcc = (mode & kAsBcc) != 0;
+  const bool as_bcc = (mode & wfinfo::kResendAsBcc) != 0;
   // The mail goes on as it came, byte by byte; a draft is its text.
   const std::string raw =
       HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + state.Mail(state.root()).raw;
-  switch (mode & ~kAsBcc) {
+  switch (mode & ~wfinfo::kResendAsBcc) {
     case kSendNow:
       return PostNow(request, raw);
     case kSendLater:

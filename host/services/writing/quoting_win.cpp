@@ -12,7 +12,7 @@ namespace {
 // Without a width of its own a text folds as the root mail does.
 std::size_t RootWidth(Request& request) {
   const bool folds = !request.state.HasRoot() || request.state.Folds(request.state.root());
-  return folds ? kDefaultWidth : kNoFolding;
+  return folds ? kDefaultWidth : kUnfoldedWidth;
 }
 
 Answer Quote(Request& request) {
@@ -38,7 +38,7 @@ Answer QuoteWidth(Request& request) {
 
 // Quotes without folding; the text comes without a block.
 Answer QuoteUnfolded(Request& request) {
-  return request.AnswerText(FoldAndQuote(request.WholeText(), kQuoteMark, kNoFolding));
+  return request.AnswerText(FoldAndQuote(request.WholeText(), kQuoteMark, kUnfoldedWidth));
 }
 
 Answer Kinsoku(Request& request) {
