@@ -13,6 +13,7 @@
 
 #include "host/requests/host_state.h"
 #include "host/requests/trace.h"
+#include "host/writing/missing_mail.h"
 
 namespace wrenfold {
 
@@ -88,13 +89,19 @@ struct Service {
 // Runs `kAnswer` when there is a root mail; else the answer is 0.
 template <Handler kAnswer>
 Answer WithRoot(Request& request) {
-  return request.state.HasRoot() ? kAnswer(request) : request.Fail("no mail is open");
+  return request.state.HasRoot() ? kAnswer(request) : request.Fail(kNoOpenMail);
 }
 
 // Runs `kAnswer` when there is a current mail.
 template <Handler kAnswer>
 Answer WithCurrent(Request& request) {
-  return request.state.HasCurrent() ? kAnswer(request) : request.Fail("no mail is open or being written");
+  return request.state.HasCurrent() ? kAnswer(request) : request.Fail(kNeitherMail);
+}
+
+// Runs `kAnswer` while a mail is being written.
+template <Handler kAnswer>
+Answer WithDraft(Request& request) {
+  return request.state.HasDraft() ? kAnswer(request) : request.Fail(kNoWrittenMail);
 }
 
 // A menu command, which comes as WM_COMMAND or in the first slot of codes 12 and 57.

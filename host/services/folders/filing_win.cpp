@@ -188,13 +188,11 @@ Answer SetHotIcon(Request& request) {
 // --- What becomes of the mail being written ---
 
 Answer KeepRootFlags(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   request.state.folder_state().keep_root_flags = true;
   return Request::Done(true);
 }
 
 Answer SetSentFolder(Request& request, std::size_t folder) {
-  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   request.state.folder_state().sent_folder = folder;
   return Request::Done(true);
 }
@@ -219,9 +217,9 @@ constexpr Service kServices[] = {
     {184, nullptr, SetHotIcon, "prints `icon of new mails: N` on standard error"},
     {202, nullptr, OpenFile,
      "opens the mail at the byte of the file, also one of no folder, which can be copied but not moved"},
-    {301, nullptr, KeepRootFlags,
+    {301, nullptr, WithDraft<KeepRootFlags>,
      "the mail being written does not mark the one that it answers or forwards once it is sent"},
-    {302, nullptr, WithFolder<SetSentFolder>,
+    {302, nullptr, WithDraft<WithFolder<SetSentFolder>>,
      "a copy of the mail being written goes to the folder when it is sent or shown"},
 };
 

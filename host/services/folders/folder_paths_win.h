@@ -17,7 +17,7 @@ inline std::string HostPath(const std::filesystem::path& path) {
 
 // The answer when there is no folder of the pair that begins at `slot`.
 inline Answer NoSuchFolder(const Request& request, std::size_t slot) {
-  if (!request.state.HasRoot()) return request.Fail("no mail is open");
+  if (!request.state.HasRoot()) return request.Fail(kNoOpenMail);
   const std::string_view first = request.Text(slot);
   const std::string_view name = first.empty() ? request.Text(slot + 1) : first;
   return request.Fail("there is no folder '" + SystemCharsets().HostToUtf8(name) + "'");

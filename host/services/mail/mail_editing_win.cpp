@@ -57,7 +57,7 @@ Answer Save(Request& request) {
 // A mail being written may be edited anyway.
 Answer EnableEdit(Request& request) {
   if (request.state.HasDraft()) return Request::Done(true);
-  return request.state.HasRoot() ? Begin(request) : request.Fail("no mail is open or being written");
+  return request.state.HasRoot() ? Begin(request) : request.Fail(kNeitherMail);
 }
 
 constexpr Service kServices[] = {

@@ -92,7 +92,6 @@ Answer WhenToSend(Request& request) {
 }
 
 Answer SetWhenToSend(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   const std::string_view date = Trim(request.Text(0));
   std::string& text = request.state.EditCurrent();
   if (date.empty()) {
@@ -108,7 +107,6 @@ Answer SetWhenToSend(Request& request) {
 // As a mail file: what is only known when it leaves has its length but not its value.
 Answer EncodedSize(Request& request) {
   HostState& state = request.state;
-  if (!state.HasDraft()) return request.Fail("no mail is being written");
   return Request::AnswerNumber(static_cast<Slot>(FinishedMail(*state.writing.draft, NewStamp(state)).size()));
 }
 
@@ -156,9 +154,9 @@ Answer ToUtf7(Request& request) {
 constexpr Service kServices[] = {
     {55, nullptr, WithCurrent<Mailer>, "X-Mailer, else User-Agent"},
     {56, nullptr, Decode, "the text with its encoded words read"},
-    {128, nullptr, EncodedSize, "bytes of the mail being written as a mail file"},
+    {128, nullptr, WithDraft<EncodedSize>, "bytes of the mail being written as a mail file"},
     {166, nullptr, WhenToSend, "`Deferred-Delivery` of the mail being written"},
-    {167, nullptr, SetWhenToSend, "sets that header, \"\" removes it; 0 for what is no date"},
+    {167, nullptr, WithDraft<SetWhenToSend>, "sets that header, \"\" removes it; 0 for what is no date"},
     {220, nullptr, WithCurrent<HeaderCount>, "headers that the header view shows"},
     {221, nullptr, WithCurrent<HeaderLineCount>, "their lines, folded ones counted each"},
     {236, nullptr, WithRoot<RootDate>, "date of the first `Received`, else `Date`"},

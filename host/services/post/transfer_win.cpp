@@ -144,7 +144,7 @@ Answer Export(Request& request) {
                         static_cast<ExportNaming>(request.Number(2)),
                         static_cast<ExportWrite>(request.Number(5))};
   ExportResult result;
-  std::string reason = "no mail is open";
+  std::string reason = kNoOpenMail;
   if (request.state.HasRoot()) {
     reason = WhyNotExported(plan);  // while a file that was there before can be told from one of this export
     result = ExportMails(plan, MailsToExport(request));

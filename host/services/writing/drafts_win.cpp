@@ -111,7 +111,6 @@ void KeepSent(HostState& state, const std::string& mail) {
 template <bool kAtOnce>
 Answer Send(Request& request) {
   HostState& state = request.state;
-  if (!state.HasDraft()) return request.Fail("no mail is being written");
   if (const auto reason = PrepareSending(state)) return request.Fail(*reason);
   const std::string mail = FinishedMail(*state.writing.draft, NewStamp(state));
   const std::size_t before = state.commands.post.put;
@@ -170,10 +169,10 @@ constexpr Command kCommands[] = {
     {40019, WithRoot<Reply>,
      "To, Cc, Subject, In-Reply-To, References and the quoted body of the root mail ([replies](#replies))"},
     {40022, WithRoot<Forward>, "empty To, the subject with `Fwd:`, headers and body of the root mail"},
-    {40087, Send<false>,
+    {40087, WithDraft<Send<false>>,
      "puts the mail being written into the [outbox](#transmission); then the open mail is the current one "
      "again, answered or forwarded"},
-    {40104, Send<true>,
+    {40104, WithDraft<Send<true>>,
      "[sends](#transmission) the mail being written at once; then the open mail is the current one again, "
      "answered or forwarded; 0 without a recipient, and when it could not be sent and waits in the outbox"},
     {40185, WithRoot<ForwardAttached<false>>,
