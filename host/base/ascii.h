@@ -41,6 +41,15 @@ constexpr std::string_view Trim(std::string_view text) {
   return text;
 }
 
+// Of ASCII or UTF-8: in host text an escape may end in CR.
+inline std::string WithoutLineEnds(std::string_view utf8) {
+  std::string line;
+  for (const char c : utf8) {
+    if (!IsLineEnd(c)) line += c;
+  }
+  return line;
+}
+
 // Bytes of the line that `text` begins with: the line itself, and with its end (CR LF, CR or LF; 0 to
 // 2 bytes).
 struct LineLength {

@@ -71,13 +71,8 @@ Answer CurrentDate(Request& request) {
 // "Minutes of the March meeting.eml"
 Answer SaveAsName(Request& request) {
   constexpr std::size_t kLongest = 60;
-  const std::u16string subject =
-      SystemCharsets().FromHostText(request.state.Header(request.state.root(), "Subject"));
-  std::u16string one_line;
-  for (const char16_t unit : subject) {
-    if (unit != u'\r' && unit != u'\n') one_line += unit == u'\t' ? u' ' : unit;
-  }
-  std::u16string name = CleanFileName(one_line, kLongest);
+  const std::string subject = Unfolded(request.state.Header(request.state.root(), "Subject"));
+  std::u16string name = CleanFileName(SystemCharsets().FromHostText(subject), kLongest);
   if (name.empty()) name = u"mail";
   return request.AnswerText(SystemCharsets().ToHostText(name + u".eml"));
 }

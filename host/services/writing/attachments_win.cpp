@@ -6,6 +6,7 @@
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/mime/file_types.h"
 #include "host/mime/mail_encoding.h"
 #include "host/mime/parameters.h"
 #include "host/requests/request_server_win.h"

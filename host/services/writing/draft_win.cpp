@@ -25,11 +25,7 @@ namespace fs = std::filesystem;
 // `"Re: s" to alice@example.com`, on one line.
 std::string TitleOf(const Draft& draft) {
   const auto shown = [&draft](std::string_view name) {
-    std::string line;
-    for (const char c : SystemCharsets().HostToUtf8(HeaderValue(draft.text, name).value_or(""))) {
-      if (c != '\r' && c != '\n') line += c;
-    }
-    return line;
+    return WithoutLineEnds(SystemCharsets().HostToUtf8(HeaderValue(draft.text, name).value_or("")));
   };
   const std::string to = shown("To");
   return Quoted(shown("Subject"), 60) + (to.empty() ? "" : " to " + Printable(to));
