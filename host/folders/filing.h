@@ -29,9 +29,6 @@ Filed MoveMails(MailStore& store, std::span<const std::size_t> mails, std::size_
 // Adds the copies to the store, behind its mails: `mails` of the result are the ones copied, in the same order.
 Filed CopyMails(MailStore& store, std::span<const std::size_t> mails, std::size_t target);
 
-// `file`, or the same with a number behind its name that no file there has.
-std::filesystem::path FreeName(const std::filesystem::path& file);
-
 // Removes the mails for good. In the store they stay, in no file.
 Filed EraseMails(MailStore& store, std::span<const std::size_t> mails);
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/base/file_names.h"
+#include "host/base/free_name.h"
 #include "host/base/own_folder_win.h"
 #include "host/base/time_stamp_win.h"
 #include "host/base/whole_file.h"
@@ -49,10 +50,8 @@ std::optional<fs::path> StoreAttachment(const fs::path& folder, const Attachment
   std::wstring plain = wanted;
   std::replace_if(
       plain.begin(), plain.end(), [](wchar_t unit) { return unit > 0x7E; }, L'_');
-  std::error_code error;
   for (const std::wstring& name : {wanted, plain}) {
-    fs::path path = folder / name;
-    for (int copy = 2; fs::exists(path, error); ++copy) path = folder / (std::to_wstring(copy) + L" " + name);
+    fs::path path = FreeName(folder / name);
     if (WriteWholeFile(path, attachment.bytes)) return path;
   }
   return std::nullopt;

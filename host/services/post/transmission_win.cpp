@@ -49,11 +49,6 @@ PostOffice& Post(HostState& state) { return state.commands.post; }
 
 std::string Utf8(std::string_view host) { return SystemCharsets().HostToUtf8(host); }
 
-void Tell(HostState& state, const std::string& line) {
-  Post(state).status = SystemCharsets().Utf8ToHost(line);
-  TheTerminal().Error(line + "\n");
-}
-
 // --- Receiving ---
 
 bool IsRealFolder(const fs::path& path) {
@@ -259,8 +254,8 @@ Answer SyncImap(Request& request) {
   if (server.empty()) return request.Fail(kNoImap);
   if (!IsRealFolder(server)) return request.Fail("no IMAP server: there is no folder " + PathToUtf8(server));
   std::vector<TransmissionStep> steps = StepsToReceive(request.state, Kind::kFetch, kAll);
-  Tell(request.state,
-       "imap (simulated): " + MailsInWords(steps.size()) + " to fetch from " + PathToUtf8(server));
+  TellStatus(request.state,
+             "imap (simulated): " + MailsInWords(steps.size()) + " to fetch from " + PathToUtf8(server));
   return Transmit(request, kCommand, std::move(steps));
 }
 
@@ -336,6 +331,11 @@ std::vector<std::string> AccountNames(HostState& state) {
   return names;
 }
 
+void TellStatus(HostState& state, const std::string& line) {
+  Post(state).status = SystemCharsets().Utf8ToHost(line);
+  TheTerminal().Error(line + "\n");
+}
+
 void FinishTransmission(HostState& state) {
   while (Post(state).transmission.IsRunning()) Advance(state);
 }
@@ -353,7 +353,7 @@ Answer PostNow(Request& request, std::string_view mail) {
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
   if (!IsDue(mail, DateHeaderNow())) {
-    Tell(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
+    TellStatus(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
     return Request::Done(true);
   }
   FinishTransmission(request.state);

@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
@@ -17,8 +18,6 @@
 namespace wrenfold {
 namespace {
 
-constexpr std::size_t kShownName = 100;  // characters of what a macro named
-
 std::string ToUtf8(std::string_view host) { return SystemCharsets().HostToUtf8(host); }
 
 std::vector<Attachment>& Attachments(Request& request) { return request.state.writing.draft->attachments; }
@@ -28,7 +27,7 @@ Answer Add(Request& request) {
   if (!request.HasText(0)) return request.Fail("no file is named");
   const std::filesystem::path path = PathFromUtf8(ToUtf8(request.Text(0)));
   auto bytes = ReadWholeFile(path);
-  if (!bytes) return request.Fail("cannot read " + Quoted(PathToUtf8(path), kShownName));
+  if (!bytes) return request.Fail(WhyUnreadable(path));
   const std::string name = SystemCharsets().Utf8ToHost(PathToUtf8(path.filename()));
   Attachments(request).push_back({name, std::string(TypeOfFile(name)), *std::move(bytes)});
   return Request::Done(true);

@@ -42,7 +42,4 @@ std::string OwnAddress(const HostState& state);
 // The sender of an account as it stands in From, "" without such an account; "" is the first one.
 std::string AccountSender(const HostState& state, std::string_view account);
 
-// A line for the user on standard error.
-void Tell(const std::string& utf8);
-
 }  // namespace wrenfold

@@ -7,6 +7,7 @@
 #include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
+#include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/writing/draft_file.h"
 #include "host/writing/draft_text.h"
