@@ -1,5 +1,5 @@
-// Why a file cannot be read or written, in words for the user. Looked up after the failure: the file system may
-// have changed meanwhile, so that the general reason is left.
+// Why a file cannot be read or written, in words for the user. Looked up after the failure: the file system
+// may have changed meanwhile, so that the general reason is left.
 #pragma once
 
 #include <filesystem>

@@ -13,8 +13,8 @@ fs::path NumberedName(const fs::path& file, std::size_t number) {
   return numbered += file.extension();
 }
 
-// Numbers in use mostly lie together, so the gap behind them is found by halving: thousands of mails of one date
-// would ask the system millions of times.
+// Numbers in use mostly lie together, so the gap behind them is found by halving: thousands of mails of one
+// date would ask the system millions of times.
 fs::path FreeName(const fs::path& file) {
   std::error_code error;
   if (!fs::exists(file, error)) return file;

@@ -25,8 +25,8 @@ std::string Visible(int control) {
   return "\\x" + HexOf(static_cast<char>(control));
 }
 
-// `utf8` without control characters, cut behind `most` characters; those of `escaped` get a backslash. True when
-// something was cut.
+// `utf8` without control characters, cut behind `most` characters; those of `escaped` get a backslash. True
+// when something was cut.
 bool AddOnOneLine(std::string& text, std::string_view utf8, std::size_t most, std::string_view escaped) {
   std::size_t characters = 0;
   for (std::size_t at = 0; at < utf8.size();) {

@@ -51,8 +51,8 @@ std::string_view Unframed(std::string_view body, const Frame& frame) {
   return body;
 }
 
-// Where the end of the line with the cursor begins, and what it is; nullopt without such a line. At the end of the
-// body it may be missing.
+// Where the end of the line with the cursor begins, and what it is; nullopt without such a line. At the end
+// of the body it may be missing.
 struct CursorLine {
   std::size_t end_at;
   std::string_view end;

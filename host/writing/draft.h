@@ -53,7 +53,8 @@ struct Frame {
   std::string sign_html;  // "" when the signature is plain text
 };
 
-// Writes the body anew. `old` is the frame that it has: what was written into the body since it was framed stays.
+// Writes the body anew. `old` is the frame that it has: what was written into the body since it was
+// framed stays.
 void ChangeFrame(Draft& draft, const Frame& old, const Frame& frame);
 
 // --- HTML ---

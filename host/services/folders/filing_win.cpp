@@ -69,7 +69,8 @@ Rules ReadRules(const std::filesystem::path& file) {
   return rules;
 }
 
-// Where each mail goes, by the number of the folder; folders that a rule names are made when they are missing.
+// Where each mail goes, by the number of the folder; folders that a rule names are made when they
+// are missing.
 std::map<std::size_t, std::vector<std::size_t>> Sorted(Request& request,
                                                        const std::vector<std::size_t>& mails,
                                                        std::string& failure) {

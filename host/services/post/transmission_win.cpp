@@ -1,5 +1,5 @@
-// Transmission: mails are received from a folder that stands for the server, and sent out of the outbox. Nothing
-// leaves the machine unless the user named a program that sends.
+// Transmission: mails are received from a folder that stands for the server, and sent out of the outbox.
+// Nothing leaves the machine unless the user named a program that sends.
 #include "host/services/post/transmission_win.h"
 #include "host/base/paths.h"
 
@@ -58,8 +58,8 @@ bool IsRealFolder(const fs::path& path) {
 
 bool HoldsMails(const MailFolder& folder) { return !folder.removed && folder.kind != FolderKind::kSearch; }
 
-// Where a mail of an account comes to: the folder that is named like the account, else the open one; while that shows
-// what a search finds, the first.
+// Where a mail of an account comes to: the folder that is named like the account, else the open one; while
+// that shows what a search finds, the first.
 std::size_t FolderFor(HostState& state, const std::string& account) {
   const std::vector<MailFolder>& folders = state.folders();
   const std::string name = Utf8(account);
@@ -122,7 +122,8 @@ std::vector<TransmissionStep> StepsToReceive(HostState& state, Kind kind, bool a
 
 // --- Sending ---
 
-// What a reader sees of a mail, without the headers that only say how it is packed, and the stamp that we gave it.
+// What a reader sees of a mail, without the headers that only say how it is packed, and the stamp that we
+// gave it.
 void ShowWouldSend(const std::string& raw) {
   const HostMessage message = MakeHostMessage(raw);
   const bool stamped =
@@ -219,8 +220,8 @@ Answer Outcome(Request& request) {
   return Request::Done(true);
 }
 
-// Carries the steps out: waits for the end, or goes on in the background when code 57 brought the command. Nothing
-// else may be under way.
+// Carries the steps out: waits for the end, or goes on in the background when code 57 brought the command.
+// Nothing else may be under way.
 Answer Transmit(Request& request, Slot command, std::vector<TransmissionStep> steps) {
   HostState& state = request.state;
   Post(state).transmission.Start(command, std::move(steps));
