@@ -81,16 +81,20 @@ HostResult Decode(HostCall& call) {
 constexpr HostFunction kFunctions[] = {
     {"HostBody", 0, Body, "HostBody()", "Text of the mail being written, else of the open mail."},
     {"HostSetBody", 1, SetBody, "HostSetBody(text)",
-     "Gives the mail being written, or the received mail that is being edited, another text; 1, or 0."},
+     "Gives the mail being written, or the received mail that is being edited, another text; 1, or 0 with "
+     "the reason."},
     {"HostHtml", 0, Html, "HostHtml()", "The HTML beside the text of the mail being written, \"\" for none."},
     {"HostSetHtml", 1, SetHtml, "HostSetHtml(html)", "Gives it other HTML; the text follows it."},
     {"HostAttachments", 0, Attachments, "HostAttachments()",
      "Names of the attachments of the mail being written, one on each line."},
     {"HostGoToLine", 1, GoToLine, "HostGoToLine(line)",
-     "Moves the cursor in the text of the mail being written, 0 for the first line."},
-    {"HostAddress", 2, Address, "HostAddress(name, address)", "One recipient, whatever is in the name."},
+     "Moves the cursor in the text of the mail being written, 0 for the first line (SwitchDontOrikaeshi, "
+     "GetDontOrikaeshi)."},
+    {"HostAddress", 2, Address, "HostAddress(name, address)",
+     "One recipient, whatever is in the name: \"Doe, Jane\" <jane@example.com>."},
     {"HostDecode", 2, Decode, "HostDecode(bytes, charset)",
-     "Host text of the bytes of another program, such as a page that Inet_Read gave; with \"\" as a mail "
+     "Host text of the bytes of another program, such as a page that Inet_Read gave: HostDecode(page, "
+     "\"utf-8\"); with \"\" as a mail "
      "would be read."},
 };
 
