@@ -1,8 +1,8 @@
 // A received mail that is changed: its text may be edited between beginning and saving, and saving writes the
 // mail's file anew.
 #include "host/services/mail/mail_editing_win.h"
-#include "host/base/paths.h"
 
+#include "host/base/paths.h"
 #include "host/base/safe_saving.h"
 #include "host/base/time_stamp_win.h"
 #include "host/base/whole_file.h"
@@ -61,7 +61,14 @@ Answer EnableEdit(Request& request) {
   return request.state.HasRoot() ? Begin(request) : request.Fail(kNeitherMail);
 }
 
+Answer ClearAltered(Request& request) {
+  request.state.ChangeState(request.state.root(), 0, kStateAltered);
+  return Request::Done(true);
+}
+
 constexpr Service kServices[] = {
+    {17, nullptr, WithRoot<ClearAltered>,
+     "takes the flag \"altered\" from the root mail, which changed headers give it"},
     {123, nullptr, WithRoot<Begin>,
      "begins to edit the open mail: its headers, and its text by `HostSetBody`"},
     {124, nullptr, Cancel, "takes the changes back that were made since editing began"},

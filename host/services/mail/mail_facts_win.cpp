@@ -37,32 +37,6 @@ Answer Decode(Request& request) {
   return request.AnswerText(charsets.ToHostText(DecodeHeaderValue(request.Text(0), "", false, charsets)));
 }
 
-// The header block that the window shows, as `state.view` says.
-std::string ShownHeaders(Request& request) {
-  switch (request.state.view.header_view) {
-    case 0:
-      return DisplayedHeaders(request.state.CurrentText());
-    case 1:
-      return std::string(SplitMail(request.state.CurrentText()).headers);
-    default:
-      return "";
-  }
-}
-
-Answer HeaderCount(Request& request) {
-  const std::string headers = ShownHeaders(request);
-  Slot count = 0;
-  for (std::size_t at = 0; const auto field = FieldAt(headers, at); ++count) at += field->lines.size();
-  return Request::AnswerNumber(count);
-}
-
-Answer HeaderLineCount(Request& request) {
-  const std::string headers = ShownHeaders(request);
-  Slot count = 0;
-  for (std::string_view rest = headers; !rest.empty(); ++count) rest.remove_prefix(FirstLine(rest).with_end);
-  return Request::AnswerNumber(count);
-}
-
 Answer RootDate(Request& request) { return request.AnswerText(TransmitDateOf(RootText(request))); }
 Answer CurrentDate(Request& request) {
   return request.AnswerText(TransmitDateOf(request.state.CurrentText()));
@@ -152,8 +126,6 @@ constexpr Service kServices[] = {
     {128, nullptr, WithDraft<EncodedSize>, "bytes of the mail being written as a mail file"},
     {166, nullptr, WhenToSend, "`Deferred-Delivery` of the mail being written"},
     {167, nullptr, WithDraft<SetWhenToSend>, "sets that header, \"\" removes it; 0 for what is no date"},
-    {220, nullptr, WithCurrent<HeaderCount>, "headers that the header view shows"},
-    {221, nullptr, WithCurrent<HeaderLineCount>, "their lines, folded ones counted each"},
     {236, nullptr, WithRoot<RootDate>, "date of the first `Received`, else `Date`"},
     {237, nullptr, WithCurrent<CurrentDate>, "the same of the current mail"},
     {238, nullptr, WithRoot<SenderCountry>,

@@ -4,6 +4,7 @@
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/desktop/macros_win.h"
+#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
@@ -123,6 +124,18 @@ Answer Send(Request& request) {
   return answer;
 }
 
+// --- What becomes of the mail being written ---
+
+Answer KeepRootFlags(Request& request) {
+  request.state.folder_state().keep_root_flags = true;
+  return Request::Done(true);
+}
+
+Answer SetSentFolder(Request& request, std::size_t folder) {
+  request.state.folder_state().sent_folder = folder;
+  return Request::Done(true);
+}
+
 // --- Resending ---
 
 constexpr Slot kSendNow = 53;
@@ -163,6 +176,10 @@ constexpr Service kServices[] = {
     {104, "TII", WithRoot<Resend>,
      "the first parameter is the recipient: the root mail with `Resent-To` or `Resent-Bcc` in front, opened, "
      "sent or put into the outbox as it came"},
+    {301, nullptr, WithDraft<KeepRootFlags>,
+     "the mail being written does not mark the one that it answers or forwards once it is sent"},
+    {302, nullptr, WithDraft<WithFolder<SetSentFolder>>,
+     "a copy of the mail being written goes to the folder when it is sent or shown"},
 };
 
 constexpr Command kCommands[] = {
