@@ -1,19 +1,16 @@
 #include "host/services/folders/folder_lookup_win.h"
 
-#include <filesystem>
-
-#include "host/base/paths.h"
 #include "host/charset/charsets.h"
+#include "host/services/folders/folder_paths_win.h"
 
 namespace wrenfold {
 
-std::string FolderPath(Request& request, std::size_t folder) {
-  return SystemCharsets().Utf8ToHost(
-      PathToUtf8(std::filesystem::absolute(request.state.folders()[folder].path)));
+std::string FolderPath(Request &request, std::size_t folder) {
+  return HostPath(request.state.folders()[folder].path);
 }
 
-std::optional<std::size_t> FolderOf(Request& request, std::size_t slot) {
-  HostState& state = request.state;
+std::optional<std::size_t> FolderOf(Request &request, std::size_t slot) {
+  HostState &state = request.state;
   std::optional<std::size_t> folder;
   if (state.folders().empty()) {
     request.Fail("no mails are open");
@@ -28,7 +25,7 @@ std::optional<std::size_t> FolderOf(Request& request, std::size_t slot) {
   return folder;
 }
 
-std::optional<std::size_t> FolderOfPair(Request& request, std::size_t first_slot) {
+std::optional<std::size_t> FolderOfPair(Request &request, std::size_t first_slot) {
   for (const std::size_t slot : {first_slot, first_slot + 1}) {
     if (!request.Text(slot).empty()) return FolderOf(request, slot);
   }
@@ -42,11 +39,11 @@ std::optional<std::size_t> FolderOfPair(Request& request, std::size_t first_slot
   return std::nullopt;
 }
 
-std::string NameOfPair(Request& request, std::size_t first_slot) {
+std::string NameOfPair(Request &request, std::size_t first_slot) {
   const std::string_view first = request.Text(first_slot);
   return SystemCharsets().HostToUtf8(first.empty() ? request.Text(first_slot + 1) : first);
 }
 
-Answer NoFolder(Request& request) { return request.Fail(std::string(request.state.failure)); }
+Answer NoFolder(Request &request) { return request.Fail(std::string(request.state.failure)); }
 
 }  // namespace wrenfold
