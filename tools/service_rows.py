@@ -88,7 +88,7 @@ def table_rows(kind, part, constants, where):
     where = f"{where}: row {number}"
     if len(row) != members:
         raise NotUnderstood(f"{where} has {len(row)} of {members} members; the last is its doc")
-    value = int(number) if number.isdigit() else constants.get(number)
+    value = int(number) if number.isdigit() else constants.get(number.rpartition("::")[2])
     if value is None:
         raise NotUnderstood(f"{where}: the value of {number} is not known")
     return kind, value, checked_doc(text_of(row[-1], where), where)

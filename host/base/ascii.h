@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "src/text/ascii.h"
+#include "src/text/digits.h"
 
 namespace wrenfold {
 
@@ -22,6 +23,12 @@ constexpr int HexValue(char c) {
   return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
+// Its two hexadecimal digits, in capitals.
+inline std::string HexOf(char byte) {
+  const auto value = static_cast<unsigned char>(byte);
+  return {wfinfo::kHexDigits[value >> 4], wfinfo::kHexDigits[value & 15]};
+}
+
 inline std::string Lower(std::string_view text) {
   std::string lower;
   for (const char c : text) lower += LowerAscii(c);
@@ -32,6 +39,15 @@ constexpr std::string_view Trim(std::string_view text) {
   while (!text.empty() && (IsBlank(text.front()) || IsLineEnd(text.front()))) text.remove_prefix(1);
   while (!text.empty() && (IsBlank(text.back()) || IsLineEnd(text.back()))) text.remove_suffix(1);
   return text;
+}
+
+// Of ASCII or UTF-8: in host text an escape may end in CR.
+inline std::string WithoutLineEnds(std::string_view utf8) {
+  std::string line;
+  for (const char c : utf8) {
+    if (!IsLineEnd(c)) line += c;
+  }
+  return line;
 }
 
 // Bytes of the line that `text` begins with: the line itself, and with its end (CR LF, CR or LF; 0 to

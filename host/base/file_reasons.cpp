@@ -50,7 +50,8 @@ std::string ReasonOf(const std::error_code& error) {
 std::string WhyUnreadable(const fs::path& file) {
   if (file.empty()) return "cannot read a file without a name";
   if (IsFolder(file)) return CannotRead(file, "it is a folder");
-  return CannotRead(file, Exists(file) ? "access denied" : "no such file or folder");
+  const auto code = Exists(file) ? std::errc::permission_denied : std::errc::no_such_file_or_directory;
+  return CannotRead(file, ReasonOf(std::make_error_code(code)));
 }
 
 std::string WhyUnwritable(const fs::path& file) {

@@ -1,5 +1,5 @@
-// Why a file cannot be read or written, in words for the user. Looked up after the failure: the file system may
-// have changed meanwhile, so that the general reason is left.
+// Why a file cannot be read or written, in words for the user. Looked up after the failure: the file system
+// may have changed meanwhile, so that the general reason is left.
 #pragma once
 
 #include <filesystem>
@@ -10,11 +10,13 @@
 
 namespace wrenfold {
 
-// "cannot read X: no such file or folder", with our own words for the usual errors.
-std::string CannotRead(const std::filesystem::path& path, const std::string& reason);
+// Our own words for the usual errors: "no such file or folder".
 std::string ReasonOf(const std::error_code& error);
 
-// "cannot read X: no such file or folder"
+// "cannot read X: REASON", for a reason that is known.
+std::string CannotRead(const std::filesystem::path& path, const std::string& reason);
+
+// The same with what the file system shows of the file.
 std::string WhyUnreadable(const std::filesystem::path& file);
 
 // "cannot write X: there is no folder Y"

@@ -1,6 +1,7 @@
 #include "host/base/settings_text.h"
 
 #include "host/base/ascii.h"
+#include "host/base/utf8_mark.h"
 
 namespace wrenfold {
 namespace {
@@ -50,7 +51,7 @@ std::string Unescaped(std::string_view text) {
 }  // namespace
 
 SettingsText::SettingsText(std::string_view text) {
-  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);  // byte order mark
+  text = WithoutUtf8Mark(text);
   while (!text.empty()) {
     const LineLength length = FirstLine(text);
     lines_.emplace_back(text.substr(0, length.text));

@@ -6,6 +6,7 @@
 #include "host/charset/japanese.h"
 #include "host/charset/likely.h"
 #include "host/charset/names.h"
+#include "src/text/code_page.h"
 #include "src/text/host_text.h"
 #include "src/text/wide_text.h"
 
@@ -93,7 +94,7 @@ void Charsets::AddRows(unsigned first_lead, unsigned last_lead) {
   for (unsigned lead = first_lead; lead <= last_lead; ++lead) {
     for (unsigned trail = 0x40; trail <= 0xFC; ++trail) {
       const char pair[] = {static_cast<char>(lead), static_cast<char>(trail)};
-      const auto wide = pages_.ToWide(932, {pair, 2});
+      const auto wide = pages_.ToWide(wfinfo::kCodePageShiftJis, {pair, 2});
       if (!wide || wide->size() != 1 || wide->front() == kReplacement) continue;
       const std::size_t code = lead << 8 | trail;
       wide_of_932_[code] = wide->front();

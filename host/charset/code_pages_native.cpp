@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include "host/charset/japanese.h"
+#include "src/text/code_page.h"
 
 namespace wrenfold {
 namespace {
@@ -80,7 +81,7 @@ std::string EucOf20932(std::string_view bytes) {
 class NativeCodePages final : public CodePageConverter {
  public:
   std::optional<std::u16string> ToWide(unsigned code_page, std::string_view bytes) const override {
-    if (code_page == 932) return ToWide(shift_jis_, bytes);
+    if (code_page == wfinfo::kCodePageShiftJis) return ToWide(shift_jis_, bytes);
     const Iconv page(code_page);
     if (!page.IsOpen()) return std::nullopt;
     if (code_page == 20932) return ToWide(page, EucOf20932(bytes));
@@ -100,7 +101,7 @@ class NativeCodePages final : public CodePageConverter {
     return wide;
   }
 
-  Iconv shift_jis_{932};  // asked for each of its characters when the tables are built
+  Iconv shift_jis_{wfinfo::kCodePageShiftJis};  // asked for each of its characters when the tables are built
 };
 
 }  // namespace

@@ -9,8 +9,8 @@
 
 namespace wrenfold {
 
-// `text` in the charset `name`; nullopt when the charset does not hold all of it, or is none of one or two bytes
-// a character, ISO-2022-JP or UTF-8. What comes out reads back as what went in.
+// `text` in the charset `name`; nullopt when the charset does not hold all of it, or is none of one or two
+// bytes a character, ISO-2022-JP or UTF-8. What comes out reads back as what went in.
 std::optional<std::string> EncodeText(std::string_view name, std::u16string_view text,
                                       const Charsets& charsets = SystemCharsets());
 

@@ -52,7 +52,8 @@ JapaneseCount CountShiftJis(std::string_view bytes, const JisTables& tables) {
 // True for a byte that Windows-1252 leaves free.
 bool HasHole(std::string_view bytes) { return bytes.find_first_of("\x81\x8D\x8F\x90\x9D") != bytes.npos; }
 
-// "Ää" is a whole character of EUC-JP too: kana, or a run of characters, must show that Japanese is meant.
+// C4 E4, "A" and "a" with dots in Windows-1252, is a whole character of EUC-JP too: kana, or a run of
+// characters, must show that Japanese is meant.
 bool IsEucJp(std::u16string_view euc, const JapaneseCount& as_shift_jis, bool japanese) {
   constexpr std::size_t kLongRun = 3;
   const JapaneseCount count = CountJapanese(euc, IsBad);

@@ -283,13 +283,11 @@ constexpr CharsetName kCharsets[] = {
     {"ebcdiccpch", Encoding::kCodePage, 500, 0, false},
 };
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 std::string LettersAndDigits(std::string_view name) {
   std::string plain;
   for (const char c : name.substr(0, name.find('*'))) {
     const char lower = LowerAscii(c);
-    if (IsDigit(lower) || (lower >= 'a' && lower <= 'z')) plain += lower;
+    if (IsDigit(lower) || IsLetter(lower)) plain += lower;
   }
   return plain;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/base/utf8_mark.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {
@@ -9,7 +10,6 @@ namespace {
 
 constexpr std::string_view kLittleEndian = "\xFF\xFE";
 constexpr std::string_view kBigEndian = "\xFE\xFF";
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 unsigned Byte(char c) { return static_cast<unsigned char>(c); }
 
@@ -44,8 +44,7 @@ std::string Decoded(std::string_view bytes, std::size_t limit, const Charsets& c
     }
   }
   const std::string_view utf8 = CutUtf8(bytes, limit);
-  if (utf8.starts_with(kUtf8Mark)) return charsets.Utf8ToHost(utf8.substr(kUtf8Mark.size()));
-  if (LooksLikeUtf8(utf8)) return charsets.Utf8ToHost(utf8);
+  if (utf8.starts_with(kUtf8Mark) || LooksLikeUtf8(utf8)) return charsets.Utf8ToHost(WithoutUtf8Mark(utf8));
   return std::string(bytes.size() <= limit ? bytes : bytes.substr(0, wfinfo::CutBefore(bytes, limit)));
 }
 

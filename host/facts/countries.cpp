@@ -1,6 +1,7 @@
 #include "host/facts/countries.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 
 #include "host/base/ascii.h"
@@ -261,9 +262,11 @@ constexpr Country kCountries[] = {
     {"ZW", "Zimbabwe"},
 };
 
-}  // namespace
+static_assert(std::ranges::adjacent_find(kCountries, std::ranges::greater_equal(), &Country::code) ==
+                  std::end(kCountries),
+              "the codes are not in order, or one stands twice");
 
-std::span<const Country> Countries() { return kCountries; }
+}  // namespace
 
 const Country* FindCountry(std::string_view code) {
   const auto found = std::ranges::find_if(

@@ -1,7 +1,6 @@
 // Countries by the codes of ISO 3166-1.
 #pragma once
 
-#include <span>
 #include <string_view>
 
 namespace wrenfold {
@@ -10,9 +9,6 @@ struct Country {
   std::string_view code;  // two capitals
   std::string_view name;  // short English name, UTF-8
 };
-
-// All of them, in order of their codes.
-std::span<const Country> Countries();
 
 // The country of a two-letter code in any case, or null.
 const Country* FindCountry(std::string_view code);

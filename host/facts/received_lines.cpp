@@ -110,14 +110,6 @@ std::string ResultIn(std::string_view clause) {
   return Lower(method) + "=" + Lower(result);
 }
 
-std::string Unfolded(std::string_view value) {
-  std::string text;
-  for (const char c : value) {
-    if (!IsLineEnd(c)) text += c == '\t' ? ' ' : c;
-  }
-  return std::string(Trim(text));
-}
-
 }  // namespace
 
 // The clause is "from" name comments, up to "by". The name in front is what the sender calls itself; the one
@@ -188,9 +180,9 @@ std::string DomainCheckOf(std::string_view mail) {
 std::string TransmitDateOf(std::string_view mail) {
   if (const auto received = HeaderValue(mail, "Received")) {
     const std::size_t semicolon = received->rfind(';');
-    if (semicolon != received->npos) return Unfolded(received->substr(semicolon + 1));
+    if (semicolon != received->npos) return std::string(Trim(Unfolded(received->substr(semicolon + 1))));
   }
-  return Unfolded(HeaderValue(mail, "Date").value_or(""));
+  return std::string(Trim(Unfolded(HeaderValue(mail, "Date").value_or(""))));
 }
 
 }  // namespace wrenfold

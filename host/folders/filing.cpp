@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "host/base/file_reasons.h"
+#include "host/base/free_name.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/folders/mail_exchange.h"
@@ -42,12 +43,6 @@ ExportedMail AsExported(const StoredMail& mail) {
   if (!one_word) exported.from.clear();
   exported.date = FindHeader(parts, "Date");
   return exported;
-}
-
-fs::path Numbered(const fs::path& file, std::size_t number) {
-  fs::path numbered = file.parent_path() / file.stem();
-  numbered += " (" + std::to_string(number) + ")";
-  return numbered += file.extension();
 }
 
 fs::path NewFile(const StoredMail& mail, const MailFolder& target) {
@@ -217,24 +212,6 @@ void Note(Filed& filed, std::span<const std::size_t> group, std::optional<std::s
 }
 
 }  // namespace
-
-// Numbers in use mostly lie together, so the gap behind them
-// is found by halving: thousands of mails of one date would ask the system millions of times.
-fs::path FreeName(const fs::path& file) {
-  std::error_code error;
-  if (!fs::exists(file, error)) return file;
-  std::size_t used = 1;
-  std::size_t free = 2;
-  while (fs::exists(Numbered(file, free), error)) {
-    used = free;
-    free *= 2;
-  }
-  while (free - used > 1) {
-    const std::size_t middle = used + (free - used) / 2;
-    (fs::exists(Numbered(file, middle), error) ? used : free) = middle;
-  }
-  return Numbered(file, free);
-}
 
 Filed MoveMails(MailStore& store, std::span<const std::size_t> mails, std::size_t target) {
   Filed filed;

@@ -1,9 +1,10 @@
 // Mails to other folders, on disk and in the store.
 //
-// A mail with a file of its own is renamed into the folder; one of an mbox is written there first and then left out of
-// the mbox, which is rewritten beside and renamed. An interrupted move leaves a mail twice, never not at all. A mail
-// that cannot be written, or not be taken from where it lies, stays there, and nothing is left of the try. Names in use
-// get a number behind them: "a (2).eml"; mails without a file are named by their date: "20250602-090000.eml".
+// A mail with a file of its own is renamed into the folder; one of an mbox is written there first and then
+// left out of the mbox, which is rewritten beside and renamed. An interrupted move leaves a mail twice, never
+// not at all. A mail that cannot be written, or not be taken from where it lies, stays there, and nothing is
+// left of the try. Names in use get a number behind them: "a (2).eml"; mails without a file are named by
+// their date: "20250602-090000.eml".
 //
 // A store that is read-only changes in memory alone.
 #pragma once
@@ -26,11 +27,9 @@ struct Filed {
 // A mail that is in `target` already is done with.
 Filed MoveMails(MailStore& store, std::span<const std::size_t> mails, std::size_t target);
 
-// Adds the copies to the store, behind its mails: `mails` of the result are the ones copied, in the same order.
+// Adds the copies to the store, behind its mails: `mails` of the result are the ones copied, in the
+// same order.
 Filed CopyMails(MailStore& store, std::span<const std::size_t> mails, std::size_t target);
-
-// `file`, or the same with a number behind its name that no file there has.
-std::filesystem::path FreeName(const std::filesystem::path& file);
 
 // Removes the mails for good. In the store they stay, in no file.
 Filed EraseMails(MailStore& store, std::span<const std::size_t> mails);

@@ -4,6 +4,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/paths.h"
+#include "host/base/utf8_mark.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/find_pack.h"
@@ -16,7 +17,7 @@ constexpr std::string_view kArrow = "=>";
 }  // namespace
 
 std::variant<std::vector<FilterRule>, std::string> ParseFilterRules(std::string_view utf8) {
-  if (utf8.starts_with("\xEF\xBB\xBF")) utf8.remove_prefix(3);  // byte order mark
+  utf8 = WithoutUtf8Mark(utf8);
   std::vector<FilterRule> rules;
   for (std::size_t number = 1; !utf8.empty(); ++number) {
     const LineLength length = FirstLine(utf8);

@@ -1,5 +1,5 @@
-// The user's sorting rules, a text file in UTF-8: on each line a condition as in a find pack (find_pack.h) and the
-// folder of the mails for which it holds; the first rule that fits counts.
+// The user's sorting rules, a text file in UTF-8: on each line a condition as in a find pack (find_pack.h)
+// and the folder of the mails for which it holds; the first rule that fits counts.
 //
 //   # newsletters
 //   List-Id: news.example.jp => newsletters
@@ -22,7 +22,8 @@ struct FilterRule {
 // The rules, or what is wrong: "line 3: ...".
 std::variant<std::vector<FilterRule>, std::string> ParseFilterRules(std::string_view utf8);
 
-// Adds a rule behind those of a file, which is made when missing. Why that is not possible, "" when it was done.
+// Adds a rule behind those of a file, which is made when missing. Why that is not possible, "" when it
+// was done.
 std::string AddFilterRule(const std::filesystem::path& file, const FilterRule& rule);
 
 // The folder for a mail (host text); nullptr when no rule fits.

@@ -12,13 +12,12 @@ namespace {
 constexpr std::string_view kEscaped = "%[]";
 
 std::string SectionOf(std::string_view folder) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
   std::string section;
   for (const char c : folder) {
     if (kEscaped.find(c) == kEscaped.npos) {
       section += c;
     } else {
-      section += {'%', kDigits[c / 16], kDigits[c % 16]};
+      section += "%" + HexOf(c);
     }
   }
   return section;

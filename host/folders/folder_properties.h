@@ -1,5 +1,5 @@
-// What is kept of the folders of one tree, in the text file folders.txt at its top (settings_text.h). A section is
-// a folder's path in the tree:
+// What is kept of the folders of one tree, in the text file folders.txt at its top (settings_text.h). A
+// section is a folder's path in the tree:
 //
 //   [lists/users]
 //   newmailto = users@lists.example.org

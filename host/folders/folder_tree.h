@@ -1,5 +1,5 @@
-// The folders of the mail store: finding them by what a macro calls them, making and deleting them, and what is kept
-// of each in the folders.txt of its tree (folder_properties.h). Texts are UTF-8.
+// The folders of the mail store: finding them by what a macro calls them, making and deleting them, and what
+// is kept of each in the folders.txt of its tree (folder_properties.h). Texts are UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +21,8 @@ class FolderTree {
   // Reads the folders.txt of trees that were added since, and adds the search folders that they name.
   void Load();
 
-  // The folder of a full path, of a path in a tree ("lists/users", slashes either way) or of a name alone, in any
-  // case of ASCII letters; those of the tree of folder `current` go first.
+  // The folder of a full path, of a path in a tree ("lists/users", slashes either way) or of a name alone, in
+  // any case of ASCII letters; those of the tree of folder `current` go first.
   std::optional<std::size_t> Find(std::string_view path, std::size_t current) const;
 
   // Where a folder lies in its tree: "lists/users", "." for the top.
@@ -47,8 +47,8 @@ class FolderTree {
   // Deletes the folder and those below it, which hold no mail any more. Why some are left, if they are.
   std::optional<std::string> Delete(std::size_t folder);
 
-  // The folder of the tree that plays a part: that whose property "role" says so ("trash", "drafts", "sent"), else
-  // that of this name at the top of the tree.
+  // The folder of the tree that plays a part: that whose property "role" says so ("trash", "drafts", "sent"),
+  // else that of this name at the top of the tree.
   std::optional<std::size_t> WithRole(std::size_t tree, std::string_view role) const;
   // The same, made at the top of the tree when it is missing.
   std::variant<std::size_t, std::string> MakeWithRole(std::size_t tree, std::string_view role);

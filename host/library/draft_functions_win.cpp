@@ -3,6 +3,7 @@
 #include "host/charset/charsets.h"
 #include "host/charset/names.h"
 #include "host/mail/named_address.h"
+#include "host/writing/missing_mail.h"
 
 namespace wrenfold {
 namespace {
@@ -11,9 +12,6 @@ using macro::Complaint;
 using macro::Value;
 
 DraftSide* g_side = nullptr;
-
-constexpr char kNoMail[] = "no mail is open or being written";
-constexpr char kNoDraft[] = "no mail is being written";
 
 std::string_view TextOf(const Value& value) { return value.IsText() ? std::string_view(value.Text()) : ""; }
 
@@ -29,21 +27,21 @@ HostResult TextOr(HostCall& call, std::optional<std::string> text, const char* r
 }
 
 HostResult Body(HostCall& call) {
-  return TextOr(call, g_side == nullptr ? std::nullopt : g_side->Body(), kNoMail);
+  return TextOr(call, g_side == nullptr ? std::nullopt : g_side->Body(), kNeitherMail);
 }
 
 HostResult SetBody(HostCall& call) {
   if (!call.given[0].IsText()) return Complaint{"HostSetBody takes a text"};
-  return Done(call, g_side == nullptr ? kNoMail : g_side->SetBody(call.given[0].Text()));
+  return Done(call, g_side == nullptr ? kNeitherMail : g_side->SetBody(call.given[0].Text()));
 }
 
 HostResult Html(HostCall& call) {
-  return TextOr(call, g_side == nullptr ? std::nullopt : g_side->Html(), kNoDraft);
+  return TextOr(call, g_side == nullptr ? std::nullopt : g_side->Html(), kNoWrittenMail);
 }
 
 HostResult SetHtml(HostCall& call) {
   if (!call.given[0].IsText()) return Complaint{"HostSetHtml takes a text"};
-  return Done(call, g_side == nullptr ? kNoDraft : g_side->SetHtml(call.given[0].Text()));
+  return Done(call, g_side == nullptr ? kNoWrittenMail : g_side->SetHtml(call.given[0].Text()));
 }
 
 HostResult Attachments(HostCall&) {
@@ -58,7 +56,8 @@ HostResult GoToLine(HostCall& call) {
   const Value& line = call.given[0];
   if (line.IsText() || line.Number() < 0)
     return Complaint{"HostGoToLine takes the number of a line, 0 for the first"};
-  return Done(call, g_side == nullptr ? kNoDraft : g_side->GoToLine(static_cast<std::size_t>(line.Number())));
+  return Done(call,
+              g_side == nullptr ? kNoWrittenMail : g_side->GoToLine(static_cast<std::size_t>(line.Number())));
 }
 
 HostResult Address(HostCall& call) {
@@ -82,16 +81,20 @@ HostResult Decode(HostCall& call) {
 constexpr HostFunction kFunctions[] = {
     {"HostBody", 0, Body, "HostBody()", "Text of the mail being written, else of the open mail."},
     {"HostSetBody", 1, SetBody, "HostSetBody(text)",
-     "Gives the mail being written, or the received mail that is being edited, another text; 1, or 0."},
+     "Gives the mail being written, or the received mail that is being edited, another text; 1, or 0 with "
+     "the reason."},
     {"HostHtml", 0, Html, "HostHtml()", "The HTML beside the text of the mail being written, \"\" for none."},
     {"HostSetHtml", 1, SetHtml, "HostSetHtml(html)", "Gives it other HTML; the text follows it."},
     {"HostAttachments", 0, Attachments, "HostAttachments()",
      "Names of the attachments of the mail being written, one on each line."},
     {"HostGoToLine", 1, GoToLine, "HostGoToLine(line)",
-     "Moves the cursor in the text of the mail being written, 0 for the first line."},
-    {"HostAddress", 2, Address, "HostAddress(name, address)", "One recipient, whatever is in the name."},
+     "Moves the cursor in the text of the mail being written, 0 for the first line (SwitchDontOrikaeshi, "
+     "GetDontOrikaeshi)."},
+    {"HostAddress", 2, Address, "HostAddress(name, address)",
+     "One recipient, whatever is in the name: \"Doe, Jane\" <jane@example.com>."},
     {"HostDecode", 2, Decode, "HostDecode(bytes, charset)",
-     "Host text of the bytes of another program, such as a page that Inet_Read gave; with \"\" as a mail "
+     "Host text of the bytes of another program, such as a page that Inet_Read gave: HostDecode(page, "
+     "\"utf-8\"); with \"\" as a mail "
      "would be read."},
 };
 

@@ -12,8 +12,8 @@
 
 namespace wrenfold {
 
-// The mail that is being written, else the received mail that is being edited. Texts are host text; what gives an
-// optional text gives why it could not be done.
+// The mail that is being written, else the received mail that is being edited. Texts are host text; what
+// gives an optional text gives why it could not be done.
 class DraftSide {
  public:
   virtual ~DraftSide() = default;

@@ -77,14 +77,17 @@ constexpr HostFunction kFunctions[] = {
     {"HostReadSmime", 1, ReadSmime, "HostReadSmime(file)",
      "Reads the S/MIME part of a mail file: 1 a detached signature, 0 another S/MIME mail, -1 any other "
      "file."},
-    {"HostSmimeMessage", 0, Message, "HostSmimeMessage()", "Address of that part, decoded."},
+    {"HostSmimeMessage", 0, Message, "HostSmimeMessage()",
+     "Address of that part, decoded; good until the next HostReadSmime."},
     {"HostSmimeMessageSize", 0, MessageSize, "HostSmimeMessageSize()", "Its bytes."},
-    {"HostSmimeContent", 0, Content, "HostSmimeContent()", "Address of what a detached signature signs."},
+    {"HostSmimeContent", 0, Content, "HostSmimeContent()",
+     "Address of what a detached signature signs; good as long."},
     {"HostSmimeContentSize", 0, ContentSize, "HostSmimeContentSize()", "Its bytes."},
     {"HostNewReport", 1, NewReport, "HostNewReport(text)",
      "An edit control with this text, for SMIMEVerifyRevocation."},
     {"HostReportText", 1, ReportText, "HostReportText(control)", "What the control holds."},
-    {"HostReason", 0, LastReason, "HostReason()", "Why the call before failed, \"\" when it did not."},
+    {"HostReason", 0, LastReason, "HostReason()",
+     "Why the last export or function of the host failed, \"\" when it did not."},
 };
 
 const HostFunction* Find(std::string_view name) {

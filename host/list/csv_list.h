@@ -11,7 +11,8 @@ namespace wrenfold {
 
 enum class CsvColumn { kDate, kFrom, kTo, kCc, kSubject, kSize, kFolder, kFile, kUnread };
 
-// The columns of "date+subject", in that order; date+from+to+subject+size+file for "". Else the word that is none.
+// The columns of "date+subject", in that order; date+from+to+subject+size+file for "". Else the word that
+// is none.
 std::variant<std::vector<CsvColumn>, std::string> ParseCsvColumns(std::string_view words);
 
 // The name of a column, for the first line.

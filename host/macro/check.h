@@ -15,8 +15,8 @@ namespace wrenfold::macro {
 
 // What the host offers.
 struct HostNames {
-  // What is wrong with a call of `name` with so many parameters; nullopt when nothing is. `others` are functions
-  // that the macro has itself, to be proposed for a mistyped name.
+  // What is wrong with a call of `name` with so many parameters; nullopt when nothing is. `others` are
+  // functions that the macro has itself, to be proposed for a mistyped name.
   std::optional<std::string> (*check_call)(const std::string& name, std::size_t parameters,
                                            std::span<const std::string_view> others);
   bool (*has_function)(std::string_view name);
@@ -28,7 +28,8 @@ struct KnownNames {
   std::map<std::string, std::size_t, std::less<>> functions;  // parameters
 };
 
-// The first thing, in the order of the source, that is wrong. Without one, `known` knows the names of `program` too.
+// The first thing, in the order of the source, that is wrong. Without one, `known` knows the names of
+// `program` too.
 std::optional<Problem> CheckProgram(const Program& program, const HostNames& host, KnownNames& known);
 
 }  // namespace wrenfold::macro

@@ -42,7 +42,8 @@ std::optional<std::int64_t> ParsedNumber(std::string_view text) {
   return static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
 }
 
-// A text of plain ASCII as it stands in a message; host text with other characters would have to be converted.
+// A text of plain ASCII as it stands in a message; host text with other characters would have to
+// be converted.
 std::string Named(std::string_view text) {
   constexpr std::size_t kLongest = 40;
   const bool plain = std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < 0x7F; }) &&

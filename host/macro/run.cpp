@@ -144,7 +144,8 @@ Interpreter::Flow Interpreter::RunWhile(const Statement& statement) {
   }
 }
 
-// The values of a list, the names of a table, or the numbers from 0 below a number, as they are when it begins.
+// The values of a list, the names of a table, or the numbers from 0 below a number, as they are when
+// it begins.
 Interpreter::Flow Interpreter::RunFor(const Statement& statement) {
   const std::optional<Value> whole = Evaluate(statement.expressions[0]);
   if (!whole) return Flow::kStop;

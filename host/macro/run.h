@@ -48,8 +48,8 @@ class MacroHost {
 struct Limits {
   std::uint64_t steps = 0;  // statements and expressions evaluated; 0 means without limit
   std::size_t text_bytes = std::size_t{256} << 20;  // of one text, list or table
-  // Statements, expressions and calls inside one another, so that the stack holds them: a function that calls itself
-  // takes four or five for each call.
+  // Statements, expressions and calls inside one another, so that the stack holds them: a function that calls
+  // itself takes four or five for each call.
   int levels = 2000;
 };
 

@@ -7,8 +7,8 @@
 namespace wrenfold::macro {
 namespace {
 
-// What is wrong with `index` into `whole`; nullopt when something stands there. Behind the last item stands nothing,
-// but something may be put there.
+// What is wrong with `index` into `whole`; nullopt when something stands there. Behind the last item stands
+// nothing, but something may be put there.
 std::optional<std::string> WrongIndex(const Value& whole, const Value& index, bool to_put) {
   if (whole.IsTable()) {
     if (!index.IsText()) return "a name in a table is a text, and this is " + std::string(index.Kind());

@@ -2,20 +2,22 @@
 //
 //   program    = { [ statement ] line-end }
 //   statement  = name "=" expression
-//              | place "=" expression                     place = name "[" expression "]" { "[" expression "]" }
+//              | place "=" expression
 //              | "print" [ expression { "," expression } ]
 //              | if
 //              | "while" expression block
 //              | "for" name "in" expression block
 //              | "break" | "continue"                     inside of a while or for
-//              | "function" name "(" [ name { "," name } ] ")" block          not inside of any other statement
+//              | "function" name "(" [ name { "," name } ] ")" block     not inside of any other statement
 //              | "return" [ expression ]                  inside of a function
 //              | call                                     at the prompt: any expression
+//   place      = name "[" expression "]" { "[" expression "]" }
 //   if         = "if" expression line-end program ( "else" ( if | block ) | "end" )
 //   block      = line-end program "end"
 //   expression = unary { operator unary }                or < and < == != < <= > >= < + - < * / %
 //   unary      = "not" unary | "-" unary | primary { "[" expression "]" }
-//   primary    = number | text | "null" | name | name "(" [ list ] ")" | "(" expression ")" | "[" [ list ] "]"
+//   primary    = number | text | "null" | name | name "(" [ list ] ")" | "(" expression ")"
+//              | "[" [ list ] "]"
 //              | "{" [ entry { "," entry } ] "}"          entry = expression ":" expression
 //   list       = expression { "," expression }
 #include "host/macro/syntax.h"

@@ -54,8 +54,8 @@ struct Expression {
   Value value;                    // kLiteral
   std::string name;               // kVariable, kCall
   Operator op = Operator::kPlus;  // kUnary, kBinary
-  // Operands, the parameters of a call, a list or table and what stands in [ ] behind it, the items of a list, or
-  // name and value of each entry of a table.
+  // Operands, the parameters of a call, a list or table and what stands in [ ] behind it, the items of a
+  // list, or name and value of each entry of a table.
   std::vector<Expression> parts;
 };
 
@@ -78,8 +78,8 @@ struct Statement {
   Kind kind = Kind::kEvaluate;
   Place place;
   std::string name;  // kAssign, kFor
-  // The value, the printed values, the condition, or what is gone through; for kAssignInside place and value; for
-  // kReturn the value or nothing.
+  // The value, the printed values, the condition, or what is gone through; for kAssignInside place and value;
+  // for kReturn the value or nothing.
   std::vector<Expression> expressions;
   std::vector<Statement> body;
   std::vector<Statement> otherwise;  // kIf

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "host/base/ascii.h"
+#include "host/base/utf8_mark.h"
 
 namespace wrenfold::macro {
 namespace {
@@ -42,7 +43,7 @@ std::size_t Utf8Length(std::string_view text) {
 }  // namespace
 
 Tokens::Tokens(std::string_view source, const SyntaxOptions& options) : source_(source), options_(options) {
-  if (source_.starts_with("\xEF\xBB\xBF")) source_.remove_prefix(3);
+  source_ = WithoutUtf8Mark(source_);
 }
 
 Token Tokens::Next() {

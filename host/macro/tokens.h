@@ -1,4 +1,5 @@
-// What a source text of the macro language is made of: names and words, numbers, quoted texts, signs, line ends.
+// What a source text of the macro language is made of: names and words, numbers, quoted texts, signs,
+// line ends.
 #pragma once
 
 #include <cstdint>

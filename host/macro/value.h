@@ -1,5 +1,6 @@
-// Values of the macro language: a 64-bit integer, a text (host text bytes, never with a zero byte), null, a list or
-// a table. All are values: who changes a list changes no other one. Copies share their content until then.
+// Values of the macro language: a 64-bit integer, a text (host text bytes, never with a zero byte), null, a
+// list or a table. All are values: who changes a list changes no other one. Copies share their content
+// until then.
 #pragma once
 
 #include <cstddef>
@@ -45,7 +46,8 @@ class Value {
   // "a number", "a text", ... for messages.
   std::string_view Kind() const;
 
-  // As `print` writes it: decimal digits, the text's own bytes, or null; the texts in lists and tables in quotes.
+  // As `print` writes it: decimal digits, the text's own bytes, or null; the texts in lists and tables
+  // in quotes.
   std::string Printed() const;
 
   // Memory that the content takes, about; what is shared counts wherever it stands.
@@ -53,8 +55,8 @@ class Value {
   // What a value adds to the list or table that it is put into.
   static std::size_t ItemBytes(const Value& item);
   static std::size_t EntryBytes(std::string_view name, const Value& value);
-  // Lists and tables inside one another: 0 for any other value, 1 for [], 2 for [[]]. It may count one that was
-  // there before.
+  // Lists and tables inside one another: 0 for any other value, 1 for [], 2 for [[]]. It may count one that
+  // was there before.
   int Depth() const;
 
   // Content to be changed, of this value alone. Whoever changes it calls Changed behind it.
@@ -64,8 +66,8 @@ class Value {
   void Changed(std::size_t more, int depth);
 
   bool operator==(const Value& other) const { return Order(*this, other) == 0; }
-  // Below, equal or above 0: null, numbers by value, texts by their bytes, lists item by item, tables. null is null,
-  // wherever it came from.
+  // Below, equal or above 0: null, numbers by value, texts by their bytes, lists item by item, tables. null
+  // is null, wherever it came from.
   static int Order(const Value& left, const Value& right);
 
  private:

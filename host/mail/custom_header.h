@@ -2,7 +2,8 @@
 //
 //   From, To, Subject              these, in this order
 //   Subject=Betreff, Date          with another name in front
-//   From, *, -Received, -DKIM-*    then all others but those with a minus; a "*" at the end of a name: any ending
+//   From, *, -Received, -DKIM-*    then all others but those with a minus;
+//                                  a "*" at the end of a name: any ending
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
-// Changing the headers of a mail's host text; headers.h reads them. Names may come with or without their colon,
-// in any case. An empty name changes nothing; a line end in a value becomes a blank unless a blank follows it
-// (a fold).
+// Changing the headers of a mail's host text; headers.h reads them. Names may come with or without their
+// colon, in any case. An empty name changes nothing; a line end in a value becomes a blank unless a blank
+// follows it (a fold).
 #pragma once
 
 #include <cstddef>

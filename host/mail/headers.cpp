@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/base/ascii.h"
+#include "src/text/host_text.h"
 
 namespace wrenfold {
 namespace {
@@ -69,6 +70,20 @@ MailText SplitMail(std::string_view text) {
 std::optional<std::string_view> HeaderValue(std::string_view text, std::string_view name, std::size_t n) {
   const auto field = FindField(text, name, n);
   return field ? std::optional(field->Value()) : std::nullopt;
+}
+
+std::string Unfolded(std::string_view value) {
+  std::string line;
+  while (!value.empty()) {
+    const std::string_view unit = wfinfo::NextUnit(value);
+    if (unit == "\t") {
+      line += ' ';
+    } else if (!IsLineEnd(unit[0])) {
+      line += unit;
+    }
+    value.remove_prefix(unit.size());
+  }
+  return line;
 }
 
 std::size_t CountHeaders(std::string_view text, std::string_view name) {

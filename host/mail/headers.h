@@ -42,6 +42,9 @@ std::string_view WithoutColon(std::string_view name);
 // The value of that header; nullopt when there is none.
 std::optional<std::string_view> HeaderValue(std::string_view text, std::string_view name, std::size_t n = 0);
 
+// A value, host text, as one line: line ends go, tabs become blanks.
+std::string Unfolded(std::string_view value);
+
 std::size_t CountHeaders(std::string_view text, std::string_view name);
 
 // The headers that a reader shows above a mail: From, To, Cc, Subject and Date as "Name: value" lines, each

@@ -71,11 +71,11 @@ class MailStore {
   void LeaveOut(const std::filesystem::path& folder);
 
   // Adds the mails of a file or folder: *.eml, *.mbox (or any file that begins with an mbox "From " line), a
-  // folder's files in order of their names, then those of the folders below it. Folders without mails are added
-  // too; below the first, kOwnFolder, those that are left out and those whose name begins with a period are not
-  // looked at. A file that was read before is not read again.
-  // Returns the reason in UTF-8, "cannot read X: ...", when that fails; then nothing was added. Of a folder's
-  // files, one that cannot be read makes it fail only when they are to be refused, or when nothing is left.
+  // folder's files in order of their names, then those of the folders below it. Folders without mails are
+  // added too; below the first, kOwnFolder, those that are left out and those whose name begins with a period
+  // are not looked at. A file that was read before is not read again. Returns the reason in UTF-8, "cannot
+  // read X: ...", when that fails; then nothing was added. Of a folder's files, one that cannot be read makes
+  // it fail only when they are to be refused, or when nothing is left.
   std::optional<std::string> Add(const std::filesystem::path& path,
                                  Unreadable unreadable = Unreadable::kSkip);
 

@@ -6,8 +6,8 @@
 
 namespace wrenfold {
 
-// `Name <address>`; the name in quotes when it holds what would end or divide an entry, such as a comma. Host text.
-// Line ends become blanks; "" as the name gives the address alone.
+// `Name <address>`; the name in quotes when it holds what would end or divide an entry, such as a comma. Host
+// text. Line ends become blanks; "" as the name gives the address alone.
 std::string NamedAddress(std::string_view name, std::string_view address);
 
 }  // namespace wrenfold

@@ -89,15 +89,6 @@ void AddRecipients(ImageWriter& image, std::string_view list, std::uint32_t reci
   }
 }
 
-// One line: folds go.
-std::string Unfolded(std::string_view value) {
-  std::string line;
-  for (const char c : value) {
-    if (!IsLineEnd(c)) line += c == '\t' ? ' ' : c;
-  }
-  return line;
-}
-
 std::string MapiDate(std::string_view header) {
   const auto date = wfinfo::ReadHeaderDate(header);
   const auto civil = date ? wfinfo::CivilFromTicks(date->wall_clock) : std::nullopt;

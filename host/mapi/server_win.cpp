@@ -8,14 +8,13 @@
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/mapi/service_win.h"
+#include "host/terminal/failure_win.h"
 #include "src/base/unique_win.h"
 #include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
 
-constexpr int kFine = 0;
-constexpr int kFailed = 1;
 constexpr DWORD kPredecessorWaitMs = 9000;  // less than callers wait for a frame
 constexpr DWORD kPollMs = 100;
 constexpr UINT kShowBox = WM_APP + 1;

@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <system_error>
 #include <vector>
 
 #include "host/base/file_names.h"
+#include "host/base/free_name.h"
 #include "host/base/own_folder_win.h"
 #include "host/base/time_stamp_win.h"
+#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mapi/handed_block_win.h"
@@ -42,13 +43,6 @@ std::wstring SafeName(const std::string& host_name) {
   return name.empty() ? L"attachment" : std::wstring(name.begin(), name.end());
 }
 
-bool WriteFile(const fs::path& path, const std::string& bytes) {
-  std::ofstream stream(path, std::ios::binary);
-  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  stream.close();
-  return !stream.fail();
-}
-
 // Writes an attachment to a file of its own in `folder`; nullopt when it cannot be stored. A file system that
 // does not take the name (a FAT volume, a share) takes its ASCII part.
 std::optional<fs::path> StoreAttachment(const fs::path& folder, const Attachment& attachment) {
@@ -56,11 +50,9 @@ std::optional<fs::path> StoreAttachment(const fs::path& folder, const Attachment
   std::wstring plain = wanted;
   std::replace_if(
       plain.begin(), plain.end(), [](wchar_t unit) { return unit > 0x7E; }, L'_');
-  std::error_code error;
   for (const std::wstring& name : {wanted, plain}) {
-    fs::path path = folder / name;
-    for (int copy = 2; fs::exists(path, error); ++copy) path = folder / (std::to_wstring(copy) + L" " + name);
-    if (WriteFile(path, attachment.bytes)) return path;
+    fs::path path = FreeName(folder / name);
+    if (WriteWholeFile(path, attachment.bytes)) return path;
   }
   return std::nullopt;
 }

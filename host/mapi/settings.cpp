@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "host/base/ascii.h"
+#include "host/base/utf8_mark.h"
 
 namespace wrenfold {
 namespace {
@@ -55,7 +56,7 @@ std::optional<unsigned> ParseMilliseconds(std::string_view text) {
 }
 
 std::variant<MapiSettings, std::string> ParseMapiSettings(std::string_view utf8, MapiSettings settings) {
-  if (utf8.starts_with("\xEF\xBB\xBF")) utf8.remove_prefix(3);
+  utf8 = WithoutUtf8Mark(utf8);
   for (int number = 1; !utf8.empty(); ++number) {
     const LineLength length = FirstLine(utf8);
     const std::string_view line = Trim(utf8.substr(0, length.text));

@@ -211,12 +211,10 @@ std::string NameParameter(std::string_view parameter, std::string_view utf8) {
   }
   std::string value = std::string(parameter) + "*=UTF-8''";
   for (const char c : name) {
-    static constexpr char kHex[] = "0123456789ABCDEF";
-    const auto byte = static_cast<unsigned char>(c);
     if (IsAttributeCharacter(c)) {
       value += c;
     } else {
-      value.append("%").append(1, kHex[byte >> 4]).append(1, kHex[byte & 15]);
+      value += "%" + HexOf(c);
     }
   }
   return value;

@@ -19,8 +19,8 @@ std::string EncodedWords(std::string_view utf8);
 std::string UnstructuredValue(std::string_view utf8);
 
 // A list of mailboxes as a header's value, one a line. A recipient with neither an "@" nor brackets is a name
-// that no address is known of: it is written as an empty group, "name:;". Such a piece in front of a bracketed
-// address belongs to its name ("Doe, John <j@x>").
+// that no address is known of: it is written as an empty group, "name:;". Such a piece in front of a
+// bracketed address belongs to its name ("Doe, John <j@x>").
 std::string AddressListValue(std::string_view list);
 
 // Pieces of a list between its commas; those in quotes and in brackets separate nothing.

@@ -3,33 +3,13 @@
 #include <algorithm>
 
 #include "host/base/ascii.h"
+#include "host/mime/address_headers.h"
 #include "host/mime/header_words.h"
 #include "host/mime/parts.h"
 #include "host/mime/sections.h"
 
 namespace wrenfold {
 namespace {
-
-constexpr std::string_view kAddressHeaders[] = {"from",
-                                                "to",
-                                                "cc",
-                                                "bcc",
-                                                "sender",
-                                                "reply-to",
-                                                "resent-from",
-                                                "resent-to",
-                                                "resent-cc",
-                                                "resent-bcc",
-                                                "errors-to",
-                                                "return-receipt-to",
-                                                "mail-followup-to",
-                                                "disposition-notification-to"};
-
-bool IsAddressHeader(std::string_view name) {
-  const std::string lower = Lower(Trim(name));
-  return std::find(std::begin(kAddressHeaders), std::end(kAddressHeaders), lower) !=
-         std::end(kAddressHeaders);
-}
 
 // Header names are printable ASCII; anything else in one is "?", so that a name never ends the line.
 std::u16string SafeName(std::string_view name) {

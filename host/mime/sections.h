@@ -1,5 +1,6 @@
-// The headers of a mail, one after the other (RFC 5322), and header and body of a mail, or of one of its parts, as
-// they lie in a file. Headers of host text are walked by the same rules; host/mail/headers.h looks them up.
+// The headers of a mail, one after the other (RFC 5322), and header and body of a mail, or of one of its
+// parts, as they lie in a file. Headers of host text are walked by the same rules; host/mail/headers.h looks
+// them up.
 #pragma once
 
 #include <string_view>

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/free_name.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/folders/filing.h"

@@ -1,4 +1,5 @@
-// Folders that stand for a mail server: .eml files dropped there are received, remote mails listed and deleted.
+// Folders that stand for a mail server: .eml files dropped there are received, remote mails listed
+// and deleted.
 //
 //   inbox/a.eml            for the first account
 //   inbox/example/b.eml    for the account "example"
@@ -18,8 +19,8 @@ namespace wrenfold {
 std::optional<std::filesystem::path> AccountFolder(const std::filesystem::path& server,
                                                    std::string_view account);
 
-// Moves the mails of the server whose Message-ID is one of `ids` (with their brackets) to its folder "deleted".
-// The number of those moved.
+// Moves the mails of the server whose Message-ID is one of `ids` (with their brackets) to its folder
+// "deleted". The number of those moved.
 std::size_t DeleteOnServer(const std::filesystem::path& server, const std::vector<std::string>& ids);
 
 }  // namespace wrenfold

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/base/ascii.h"
+#include "host/base/free_name.h"
 #include "host/base/paths.h"
 #include "host/base/safe_saving.h"
 #include "host/base/whole_file.h"

@@ -29,12 +29,13 @@ class OutboxFolder {
   const std::filesystem::path& folder() const { return outbox_; }
   const std::filesystem::path& sent() const { return sent_; }
 
-  // Puts a mail (RFC 5322) into the outbox, as <unique>.eml; `file` names it. Returns why it cannot be written.
+  // Puts a mail (RFC 5322) into the outbox, as <unique>.eml; `file` names it. Returns why it cannot
+  // be written.
   std::optional<std::string> Add(std::string_view mail, const std::string& unique,
                                  std::filesystem::path& file) const;
 
-  // The mails that are to be sent, in order of their names; those with "X-Unsent: 1" wait for their writer. With
-  // `now`, as in a Date header, only those that are due then.
+  // The mails that are to be sent, in order of their names; those with "X-Unsent: 1" wait for their writer.
+  // With `now`, as in a Date header, only those that are due then.
   std::vector<std::filesystem::path> Waiting(std::string_view now = "") const;
 
   // Fills in what the mail lacks, hands it on, and moves it to the sent ones. Returns why it stays.

@@ -55,8 +55,8 @@ class HandleList {
   bool is_made_ = false;
 };
 
-// Held while a mail is handed on, so that no other host hands it on too. Goes with its holder; one that a crash
-// of the system left is nobody's.
+// Held while a mail is handed on, so that no other host hands it on too. Goes with its holder; one that a
+// crash of the system left is nobody's.
 wfinfo::UniqueFile Claim(const std::filesystem::path& file) {
   std::filesystem::path claim = file;
   claim += L".sending";

@@ -85,8 +85,8 @@ class HostState {
   void EnsureSearched(std::size_t folder);
   FolderState& folder_state() { return folder_state_; }
 
-  // --- Filing: files and list follow; the root mail becomes the next of the list when it leaves. Each returns
-  // why some mails stay where they are, "" when all was done ---
+  // --- Filing: files and list follow; the root mail becomes the next of the list when it leaves. Each
+  // returns why some mails stay where they are, "" when all was done ---
 
   void set_read_only(bool read_only) { store_.set_read_only(read_only); }
   bool read_only() const { return store_.read_only(); }
@@ -137,7 +137,8 @@ class HostState {
   Reception reception;
   // Why the last request, or the last call of a macro, failed, as UTF-8; "" when it did not.
   std::string failure;
-  // Runs macros in other windows and before a mail is sent; empty: nobody does, and those requests are answered 0.
+  // Runs macros in other windows and before a mail is sent; empty: nobody does, and those requests are
+  // answered 0.
   MacroRunner run_macro;
   // What the keyword commands work with: accounts, templates, address book, ...
   CommandState commands;

@@ -1,5 +1,5 @@
-// Answers the library's requests. What is served stands in tables, one for each family of services; the list of all
-// families is given to the server.
+// Answers the library's requests. What is served stands in tables, one for each family of services; the list
+// of all families is given to the server.
 #pragma once
 
 #include <windows.h>
@@ -13,6 +13,7 @@
 
 #include "host/requests/host_state.h"
 #include "host/requests/trace.h"
+#include "host/writing/missing_mail.h"
 
 namespace wrenfold {
 
@@ -55,10 +56,12 @@ class Request {
   static Answer AnswerNumber(Slot value) { return {value}; }
   static Answer Done(bool done) { return {done ? 1 : 0}; }
   static Answer NotServed() { return {0, false, false}; }
-  // 0, because of `why`: one line of UTF-8 without a full stop that names the value at fault. The trace and the
-  // macro can ask for it; what in a value would break the line or command a terminal is made visible there.
+  // 0, because of `why`: one line of UTF-8 without a full stop that names the value at fault. The trace
+  // and the macro can ask for it; what in a value would break the line or command a terminal is made
+  // visible there.
   Answer Fail(std::string_view why) const;
-  // The same where 0 is a plain answer and nothing went wrong, as at the end of a walk: `--strict` lets it pass.
+  // The same where 0 is a plain answer and nothing went wrong, as at the end of a walk: `--strict` lets
+  // it pass.
   Answer None(std::string_view why) const;
   // For a number that a list does not have: a walk ends behind the last, and no walk comes before the first.
   Answer NoNumber(Slot number, std::string_view why) const { return number < 0 ? Fail(why) : None(why); }
@@ -81,20 +84,26 @@ struct Service {
   // nullptr: as the catalogue says.
   const char* shapes;
   Handler handler;
-  // What it answers and does, for the table in docs/small-host.md: no capital in front, no full stop behind.
+  // What it answers and does, for docs/host-protocol-by-code.md: no capital in front, no full stop behind.
   const char* doc = "";
 };
 
 // Runs `kAnswer` when there is a root mail; else the answer is 0.
 template <Handler kAnswer>
 Answer WithRoot(Request& request) {
-  return request.state.HasRoot() ? kAnswer(request) : request.Fail("no mail is open");
+  return request.state.HasRoot() ? kAnswer(request) : request.Fail(kNoOpenMail);
 }
 
 // Runs `kAnswer` when there is a current mail.
 template <Handler kAnswer>
 Answer WithCurrent(Request& request) {
-  return request.state.HasCurrent() ? kAnswer(request) : request.Fail("no mail is open or being written");
+  return request.state.HasCurrent() ? kAnswer(request) : request.Fail(kNeitherMail);
+}
+
+// Runs `kAnswer` while a mail is being written.
+template <Handler kAnswer>
+Answer WithDraft(Request& request) {
+  return request.state.HasDraft() ? kAnswer(request) : request.Fail(kNoWrittenMail);
 }
 
 // A menu command, which comes as WM_COMMAND or in the first slot of codes 12 and 57.
@@ -132,8 +141,8 @@ class RequestServer {
   // Answers a menu command.
   Slot ServeCommand(int id);
 
-  // Around each call of an export by a macro; a call may lead to others. HostState::failure is that of the call.
-  // Begin gives what End takes: the call around this one. End gives what came of this one.
+  // Around each call of an export by a macro; a call may lead to others. HostState::failure is that of the
+  // call. Begin gives what End takes: the call around this one. End gives what came of this one.
   CallUnderWay BeginCall(std::string name);
   CallUnderWay EndCall(CallUnderWay outer) { return std::exchange(call_, std::move(outer)); }
 

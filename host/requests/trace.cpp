@@ -1,5 +1,6 @@
 #include "host/requests/trace.h"
 
+#include "host/base/ascii.h"
 #include "host/charset/charsets.h"
 #include "host/terminal/host_text.h"
 
@@ -7,14 +8,13 @@ namespace wrenfold {
 namespace {
 
 std::string JsonText(std::string_view utf8) {
-  constexpr char kHex[] = "0123456789abcdef";
   std::string text = "\"";
   for (const char c : utf8) {
     const auto byte = static_cast<unsigned char>(c);
     if (c == '"' || c == '\\') {
       text.append("\\").append(1, c);
     } else if (byte < 0x20) {
-      text.append("\\u00").append(1, kHex[byte >> 4]).append(1, kHex[byte & 15]);
+      text += "\\u00" + Lower(HexOf(c));
     } else {
       text += c;
     }

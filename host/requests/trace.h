@@ -1,4 +1,5 @@
-// The trace: each request of the library and each call of a macro, as lines for a person or as JSON for tools.
+// The trace: each request of the library and each call of a macro, as lines for a person or as JSON
+// for tools.
 #pragma once
 
 #include <functional>
@@ -35,8 +36,8 @@ class Trace {
  public:
   using Line = std::function<void(std::string_view line)>;
 
-  // Either may be empty: lines as people read them, and JSON, one record each. `only` holds names of exports and
-  // codes or menu commands in digits; empty, everything is shown.
+  // Either may be empty: lines as people read them, and JSON, one record each. `only` holds names of exports
+  // and codes or menu commands in digits; empty, everything is shown.
   Trace(Line text, Line json, std::vector<std::string> only)
       : text_(std::move(text)), json_(std::move(json)), only_(only.begin(), only.end()) {}
 

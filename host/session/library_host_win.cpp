@@ -144,7 +144,7 @@ void LibraryHost::TellUnserved(const std::string& reason) {
 
 // Once: a macro that reads mails where none were given has only empty answers to show.
 void LibraryHost::TellNoMails(const std::string& reason) {
-  if (server_.state().mail_count() > 0 || !reason.starts_with("no mail is open")) return;
+  if (server_.state().mail_count() > 0 || !reason.starts_with(kNoOpenMail)) return;
   const std::string line = "no mails were given: --mail MAIL";
   if (told_.insert(line).second) Fail(Where() + line);
 }

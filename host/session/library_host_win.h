@@ -1,5 +1,5 @@
-// What macros reach: the exports of the library, the host's own functions, and macros of other windows. And what is
-// said of a call that went wrong.
+// What macros reach: the exports of the library, the host's own functions, and macros of other windows. And
+// what is said of a call that went wrong.
 #pragma once
 
 #include <cstddef>
@@ -24,7 +24,8 @@ extern const macro::HostNames kMacroNames;
 
 class LibraryHost : public macro::MacroHost {
  public:
-  // `strict`: a call that is not served, that fails in the host or that the library complains of stops the macro.
+  // `strict`: a call that is not served, that fails in the host or that the library complains of stops
+  // the macro.
   LibraryHost(const Library& library, RequestServer& server, bool strict);
   ~LibraryHost() override;
 

@@ -7,8 +7,8 @@
 
 namespace wrenfold {
 
-// Until "quit" or the end of the input. Returns the exit code: a person saw what went wrong, a script learns it
-// from there.
+// Until "quit" or the end of the input. Returns the exit code: a person saw what went wrong, a script learns
+// it from there.
 int RunPrompt(macro::Interpreter& interpreter, const macro::KnownNames& known, HostState& state);
 
 }  // namespace wrenfold

@@ -53,8 +53,8 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
   return std::nullopt;
 }
 
-// Where inbox, outbox and settings are unless an option says so: kOwnFolder beside the first mail or folder of
-// mails; without mails the home, whose outbox is that of the mails of other programs.
+// Where inbox, outbox and settings are unless an option says so: kOwnFolder beside the first mail or folder
+// of mails; without mails the home, whose outbox is that of the mails of other programs.
 fs::path PostFolder(const Options& options) {
   if (options.mails.empty()) return PathFromUtf8(MapiHome(options.home));
   const fs::path mails = PathFromUtf8(options.mails[0]);

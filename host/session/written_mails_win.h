@@ -9,11 +9,12 @@
 
 namespace wrenfold {
 
-// Finds the folder of drafts; those of former runs are mails of a folder of their own. Once the mails are open.
-// Returns why they cannot be read.
+// Finds the folder of drafts; those of former runs are mails of a folder of their own. Once the mails are
+// open. Returns why they cannot be read.
 std::optional<std::string> OpenDrafts(const Options& options, HostState& state);
 
-// Keeps the mail being written as a draft. False when that is not possible; then it was shown on standard error.
+// Keeps the mail being written as a draft. False when that is not possible; then it was shown on
+// standard error.
 bool KeepAtEnd(HostState& state);
 
 }  // namespace wrenfold

@@ -1,14 +1,11 @@
 #include "host/terminal/answers.h"
 
 #include "host/base/ascii.h"
+#include "host/base/utf8_mark.h"
 
 namespace wrenfold {
 
-ScriptedAnswers::ScriptedAnswers(std::string_view text) {
-  constexpr std::string_view kMark = "\xEF\xBB\xBF";
-  if (text.starts_with(kMark)) text.remove_prefix(kMark.size());
-  text_ = text;
-}
+ScriptedAnswers::ScriptedAnswers(std::string_view text) { text_ = WithoutUtf8Mark(text); }
 
 std::optional<std::string> ScriptedAnswers::Next() {
   if (at_ >= text_.size()) return std::nullopt;

@@ -5,8 +5,10 @@
 
 namespace wrenfold {
 
+void Tell(const std::string& notice) { TheTerminal().Error("wrenfold: " + notice + "\n"); }
+
 int Fail(const std::string& reason, int code) {
-  TheTerminal().Error("wrenfold: " + reason + "\n");
+  Tell(reason);
   return code;
 }
 

@@ -3,8 +3,8 @@
 
 namespace wrenfold {
 
-// While one lives, the first Ctrl+C is kept for IsInterrupted; a second one ends the program, as it does when none
-// lives. The last to go forgets it.
+// While one lives, the first Ctrl+C is kept for IsInterrupted; a second one ends the program, as it does when
+// none lives. The last to go forgets it.
 class Interruptible {
  public:
   Interruptible();

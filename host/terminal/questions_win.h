@@ -19,8 +19,8 @@ void SetQuiet(bool quiet);
 // asked at the terminal is told with its answer on standard error.
 std::optional<std::string> AskUser(std::string_view question);
 
-// Asks whether to do it: "y" and "yes" agree, and so does `proposals_only`; an empty line and the end of the input do
-// not. The question shows on standard error.
+// Asks whether to do it: "y" and "yes" agree, and so does `proposals_only`; an empty line and the end of the
+// input do not. The question shows on standard error.
 bool UserAgrees(std::string_view question);
 
 }  // namespace wrenfold

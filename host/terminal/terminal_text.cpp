@@ -2,15 +2,12 @@
 
 #include <cstddef>
 
+#include "host/base/ascii.h"
+
 namespace wrenfold {
 namespace {
 
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
-std::string Hex(unsigned char byte) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  return std::string("\\x") + kDigits[byte >> 4] + kDigits[byte & 15];
-}
 
 // The control character at the start of `text`, or -1: U+0000 to U+001F, U+007F, U+0080 to U+009F.
 int ControlAt(std::string_view text) {
@@ -25,11 +22,11 @@ std::string Visible(int control) {
   if (control == '\r') return "\\r";
   if (control == '\n') return "\\n";
   if (control == '\t') return "\\t";
-  return Hex(static_cast<unsigned char>(control));
+  return "\\x" + HexOf(static_cast<char>(control));
 }
 
-// `utf8` without control characters, cut behind `most` characters; those of `escaped` get a backslash. True when
-// something was cut.
+// `utf8` without control characters, cut behind `most` characters; those of `escaped` get a backslash. True
+// when something was cut.
 bool AddOnOneLine(std::string& text, std::string_view utf8, std::size_t most, std::string_view escaped) {
   std::size_t characters = 0;
   for (std::size_t at = 0; at < utf8.size();) {

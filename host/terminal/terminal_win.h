@@ -24,8 +24,8 @@ class Terminal {
     Write(error_, utf8);
   }
 
-  // Whether standard error is a terminal, and a line on it that the next one takes the place of. It is taken away
-  // before anything else is written.
+  // Whether standard error is a terminal, and a line on it that the next one takes the place of. It is taken
+  // away before anything else is written.
   bool ShowsErrors() const { return error_.is_console; }
   void ShowPassing(std::string_view utf8);
 

@@ -5,6 +5,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/paths.h"
+#include "host/base/utf8_mark.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mail/find_pack.h"
@@ -100,7 +101,7 @@ std::optional<std::string> AddressBook::Open(const std::filesystem::path& file) 
 }
 
 std::optional<std::string> AddressBook::Read(std::string_view utf8) {
-  if (utf8.starts_with("\xEF\xBB\xBF")) utf8.remove_prefix(3);  // byte order mark
+  utf8 = WithoutUtf8Mark(utf8);
   std::vector<std::size_t>& parts = columns_;
   while (!utf8.empty()) {
     const LineLength length = FirstLine(utf8);

@@ -41,8 +41,8 @@ class AddressBook {
   // The same with the file's text; what is wrong, without the file's name.
   std::optional<std::string> Read(std::string_view utf8);
 
-  // Adds an entry behind the last line of the file, which is written anew: "" parts need no column. Returns why that
-  // is not possible; then file and book are as they were.
+  // Adds an entry behind the last line of the file, which is written anew: "" parts need no column. Returns
+  // why that is not possible; then file and book are as they were.
   std::optional<std::string> Add(const BookEntry& entry);
 
   bool empty() const { return entries_.empty(); }

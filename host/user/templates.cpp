@@ -6,6 +6,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/paths.h"
+#include "host/base/utf8_mark.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/mime/html_text.h"
@@ -64,8 +65,7 @@ std::string TemplateFolder::Content(std::size_t kind, std::string_view name,
                                     std::string_view extension) const {
   const auto file = File(kind, name, extension);
   const std::string bytes = file ? ReadWholeFile(*file).value_or("") : "";
-  std::string_view rest = bytes;
-  if (rest.starts_with("\xEF\xBB\xBF")) rest.remove_prefix(3);  // byte order mark
+  std::string_view rest = WithoutUtf8Mark(bytes);
   std::string content;
   while (!rest.empty()) {
     const LineLength length = FirstLine(rest);

@@ -3,8 +3,8 @@
 //   newmail/Invitation.txt   reply/Thanks.txt   forward/FYI.txt   sign/Work.txt
 //
 // A template may begin with a line "#sign NAME": the signature that goes with it. That line is not part of
-// the text. In a template the line "{body}" marks where the quoted text goes. A signature may have an HTML form:
-// sign/Work.html, beside sign/Work.txt or alone.
+// the text. In a template the line "{body}" marks where the quoted text goes. A signature may have an HTML
+// form: sign/Work.html, beside sign/Work.txt or alone.
 #pragma once
 
 #include <cstddef>

@@ -4,6 +4,7 @@
 
 #include "host/mail/priority.h"
 #include "host/writing/mail_options.h"
+#include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
@@ -19,16 +20,16 @@ HMENU CreateHostMenu() {
   const HMENU bar = CreateMenu();
   const HMENU options = CreatePopupMenu();
   if (bar == nullptr || options == nullptr) return nullptr;
-  AppendMenuA(options, MF_STRING | MF_GRAYED, kPriorityCommand, "&High priority");
-  AppendMenuA(options, MF_STRING | MF_GRAYED, kNotificationCommand, "&Ask for a notification");
+  AppendMenuA(options, MF_STRING | MF_GRAYED, wfinfo::kMenuHighPriority, "&High priority");
+  AppendMenuA(options, MF_STRING | MF_GRAYED, wfinfo::kMenuRequestNotification, "&Ask for a notification");
   AppendMenuA(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(options), "&Options");
   return bar;
 }
 
 void UpdateHostMenu(HMENU menu, HostState& state) {
   const std::string_view text = state.HasCurrent() ? std::string_view(state.CurrentText()) : "";
-  Show(menu, kPriorityCommand, state.HasDraft(), IsUrgent(text));
-  Show(menu, kNotificationCommand, state.HasDraft(), AsksForNotification(text));
+  Show(menu, wfinfo::kMenuHighPriority, state.HasDraft(), IsUrgent(text));
+  Show(menu, wfinfo::kMenuRequestNotification, state.HasDraft(), AsksForNotification(text));
 }
 
 }  // namespace wrenfold

@@ -7,10 +7,6 @@
 
 namespace wrenfold {
 
-// Menu commands behind the items.
-inline constexpr UINT kNotificationCommand = 40128;
-inline constexpr UINT kPriorityCommand = 40129;
-
 // A menu bar for the frame, which destroys it; null on failure.
 HMENU CreateHostMenu();
 

@@ -51,20 +51,8 @@ std::string_view Unframed(std::string_view body, const Frame& frame) {
   return body;
 }
 
-struct FileType {
-  std::string_view extension;
-  std::string_view type;
-};
-
-constexpr FileType kFileTypes[] = {
-    {".txt", "text/plain"},      {".csv", "text/csv"},        {".html", "text/html"},
-    {".htm", "text/html"},       {".ics", "text/calendar"},   {".png", "image/png"},
-    {".jpg", "image/jpeg"},      {".jpeg", "image/jpeg"},     {".gif", "image/gif"},
-    {".zip", "application/zip"}, {".pdf", "application/pdf"}, {".eml", "message/rfc822"},
-};
-
-// Where the end of the line with the cursor begins, and what it is; nullopt without such a line. At the end of the
-// body it may be missing.
+// Where the end of the line with the cursor begins, and what it is; nullopt without such a line. At the end
+// of the body it may be missing.
 struct CursorLine {
   std::size_t end_at;
   std::string_view end;
@@ -92,11 +80,10 @@ bool IsEmpty(const Draft& draft) {
          draft.attachments.empty();
 }
 
-std::string_view HeadersOf(const Draft& draft) { return SplitMail(draft.text).headers; }
 std::string_view BodyOf(const Draft& draft) { return SplitMail(draft.text).body; }
 
 void SetBody(Draft& draft, std::string_view body) {
-  PutBody(draft, FoldAndQuote(body, "", kNoFolding));
+  PutBody(draft, FoldAndQuote(body, "", kUnfoldedWidth));
   if (!draft.html.empty()) draft.html = Html(BodyOf(draft));
 }
 
@@ -124,14 +111,6 @@ void SetHtml(Draft& draft, std::string_view html) {
   const Charsets& charsets = SystemCharsets();
   PutBody(draft, charsets.ToHostText(TextOfHtml(charsets.FromHostText(html))));
   draft.html = html;
-}
-
-std::string_view TypeOfFile(std::string_view name) {
-  const std::string lower = Lower(name);
-  for (const FileType& row : kFileTypes) {
-    if (lower.ends_with(row.extension)) return row.type;
-  }
-  return "application/octet-stream";
 }
 
 std::size_t CountLines(const Draft& draft) {

@@ -40,7 +40,6 @@ struct Draft {
 // A mail that nobody has put anything into: no recipient, subject, text or attachment.
 bool IsEmpty(const Draft& draft);
 
-std::string_view HeadersOf(const Draft& draft);  // with their line ends
 std::string_view BodyOf(const Draft& draft);
 // Gives it another text, with any line ends; the HTML beside follows it.
 void SetBody(Draft& draft, std::string_view body);
@@ -54,7 +53,8 @@ struct Frame {
   std::string sign_html;  // "" when the signature is plain text
 };
 
-// Writes the body anew. `old` is the frame that it has: what was written into the body since it was framed stays.
+// Writes the body anew. `old` is the frame that it has: what was written into the body since it was
+// framed stays.
 void ChangeFrame(Draft& draft, const Frame& old, const Frame& frame);
 
 // --- HTML ---
@@ -63,11 +63,6 @@ void ChangeFrame(Draft& draft, const Frame& old, const Frame& frame);
 void SetHtmlEditing(Draft& draft, bool on);
 // Gives it another HTML text, which the plain text beside follows.
 void SetHtml(Draft& draft, std::string_view html);
-
-// --- Attachments ---
-
-// "text/plain" and the like by the name's extension; "application/octet-stream" for any other.
-std::string_view TypeOfFile(std::string_view name);
 
 // --- The line with the cursor ---
 

@@ -6,6 +6,7 @@
 #include "host/charset/encode.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
+#include "host/mime/address_headers.h"
 #include "host/mime/html_write.h"
 #include "host/mime/mail_encoding.h"
 #include "host/mime/parameters.h"
@@ -18,34 +19,10 @@ namespace {
 constexpr std::size_t kLineColumns = 78;
 constexpr std::string_view kOwnPrefix = "X-Wrenfold-";
 constexpr std::string_view kUnsent = "X-Unsent";
-constexpr std::string_view kAddressHeaders[] = {"From",
-                                                "Sender",
-                                                "Reply-To",
-                                                "To",
-                                                "Cc",
-                                                "Bcc",
-                                                "Resent-From",
-                                                "Resent-To",
-                                                "Resent-Cc",
-                                                "Resent-Bcc",
-                                                "Disposition-Notification-To"};
 constexpr std::string_view kPurposes[] = {"new", "reply", "forward"};  // by DraftPurpose
 
 bool IsAscii(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-bool IsAddressHeader(std::string_view name) {
-  return std::ranges::any_of(kAddressHeaders,
-                             [name](std::string_view each) { return EqualsIgnoringCase(each, name); });
-}
-
-std::string Unfolded(std::string_view value) {
-  std::string line;
-  for (const char c : value) {
-    if (c != '\r' && c != '\n') line += c;
-  }
-  return line;
 }
 
 // Lines of at most 78 columns where blanks allow it; folds that are there stay.
@@ -197,11 +174,11 @@ std::string WrittenHeader(std::string_view name, std::string_view value) {
   const std::string utf8 = SystemCharsets().HostToUtf8(value);
   std::string written;
   if (IsAddressHeader(name) && (!IsAscii(utf8) || NamesNoAddress(utf8))) {
-    written = AddressListValue(Unfolded(utf8));
+    written = AddressListValue(WithoutLineEnds(utf8));
   } else if (IsAscii(utf8) && utf8.find("=?") == utf8.npos) {
     written = Folded(name, utf8);
   } else {
-    written = UnstructuredValue(Unfolded(utf8));
+    written = UnstructuredValue(WithoutLineEnds(utf8));
   }
   return std::string(name) + ": " + written + "\r\n";
 }

@@ -4,8 +4,8 @@
 //   multipart/alternative (text, HTML)            with HTML beside it
 //   multipart/mixed (one of these, attachments)   with attachments
 //
-// A draft's file has X-Unsent: 1 and headers "X-Wrenfold-..." beside, from which it is opened again as it was;
-// a finished mail has neither.
+// A draft's file has X-Unsent: 1 and headers "X-Wrenfold-..." beside, from which it is opened again as it
+// was; a finished mail has neither.
 #pragma once
 
 #include <optional>
@@ -35,8 +35,8 @@ Draft ReadDraftFile(std::string_view raw);
 // "Name: value" with its line end: `value` is host text, with folds or without.
 std::string WrittenHeader(std::string_view name, std::string_view value);
 
-// The text of a mail as a part, in `charset` when that holds it, else in UTF-8; "" : the narrowest of ASCII and
-// UTF-8. `html` may be "".
+// The text of a mail as a part, in `charset` when that holds it, else in UTF-8; "" : the narrowest of ASCII
+// and UTF-8. `html` may be "".
 std::string WrittenText(std::string_view body, std::string_view html, std::string_view charset,
                         const std::string& boundary);
 

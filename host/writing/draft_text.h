@@ -33,8 +33,8 @@ struct Recipients {
 // already is left out of Cc; addresses are compared without case.
 Recipients ReplyRecipients(std::string_view mail, ReplyKind kind, std::string_view own);
 
-// The text of an answer to `mail`: To, Subject, In-Reply-To and References from the mail's headers, and the text
-// of its body as `quoted_body`.
+// The text of an answer to `mail`: To, Subject, In-Reply-To and References from the mail's headers, and the
+// text of its body as `quoted_body`.
 std::string ReplyTo(std::string_view mail, std::string_view quoted_body);
 
 // The headers of a forward of `mail` ("Fwd: " before the subject unless it is there), with their empty line.

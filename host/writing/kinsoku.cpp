@@ -8,8 +8,8 @@
 namespace wrenfold {
 namespace {
 
-// Closing brackets, commas, full stops, middle dots, question marks, iteration marks, the long vowel mark, small
-// kana, units behind a number; ASCII and half-width forms too.
+// Closing brackets, commas, full stops, middle dots, question marks, iteration marks, the long vowel mark,
+// small kana, units behind a number; ASCII and half-width forms too.
 constexpr std::u16string_view kNotAtStart =
     u"\u3001\u3002\uFF0C\uFF0E\u30FB\uFF1A\uFF1B\uFF1F\uFF01\u309B\u309C\u00B4\uFF40\u00A8\u2010\u2015\u2026"
     u"\u2025"
@@ -53,8 +53,8 @@ bool MayBreak(std::string_view before, std::string_view behind) {
 
 bool IsWord(std::string_view character) { return character.size() == 1 && character != " "; }
 
-// How many of `characters` from `from` on go into a line: to the last place where the rules allow a break and no
-// Latin word is torn; what fits when there is none.
+// How many of `characters` from `from` on go into a line: to the last place where the rules allow a break and
+// no Latin word is torn; what fits when there is none.
 std::size_t TakenByLine(const std::vector<std::string_view>& characters, std::size_t from,
                         std::size_t width) {
   std::size_t columns = 0;
@@ -89,7 +89,7 @@ void AddFolded(std::vector<OwnLine>& lines, const HostLine& line, std::size_t wi
   if (characters.empty()) lines.push_back({"", std::string(line.end)});
 }
 
-// A lone ".profile" or ":-)" begins a line on purpose: only double-byte characters are moved.
+// A line may well begin with ".profile" or ":-)": only double-byte characters are moved.
 void MendBreak(OwnLine& line, OwnLine& next) {
   if (line.text.empty() || next.text.empty() || line.end != "\r\n" || next.end == "\r\r\n") return;
   std::string_view first = NextCharacter(next.text);

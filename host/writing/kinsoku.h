@@ -13,8 +13,9 @@ bool MayBeginLine(std::string_view character);
 bool MayEndLine(std::string_view character);
 
 // Lines of more than `width` columns are folded where the rules allow it, so that none is wider. At the line
-// ends that are there already, double-byte characters that may not begin a line go to the end of the line before,
-// brackets that may not end one to the beginning of the next. Lines that end in CR CR LF stay as they are.
+// ends that are there already, double-byte characters that may not begin a line go to the end of the line
+// before, brackets that may not end one to the beginning of the next. Lines that end in CR CR LF stay as
+// they are.
 std::string ApplyKinsoku(std::string_view text, std::size_t width);
 
 }  // namespace wrenfold

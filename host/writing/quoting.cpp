@@ -68,7 +68,7 @@ std::string FoldAndQuote(std::string_view text, std::string_view mark, std::size
   std::string quoted;
   while (!text.empty()) {
     const HostLine line = TakeLine(text);
-    const bool folds = width < kNoFolding && line.end != "\r\r\n";
+    const bool folds = width < kUnfoldedWidth && line.end != "\r\r\n";
     std::string_view rest = line.text;
     do {
       const std::size_t length = folds ? FittingLength(rest, width) : rest.size();

@@ -5,10 +5,13 @@
 #include <string>
 #include <string_view>
 
+#include "src/bridge/host_protocol.h"
+
 namespace wrenfold {
 
+using wfinfo::kUnfoldedWidth;
+
 inline constexpr std::size_t kDefaultWidth = 72;  // columns
-inline constexpr std::size_t kNoFolding = 9999;   // a width that folds nothing
 inline constexpr std::string_view kQuoteMark = "> ";
 
 struct HostLine {
@@ -26,8 +29,9 @@ std::size_t CharacterColumns(std::string_view character);
 std::size_t UnitColumns(std::string_view unit);
 
 // Each line of `text` with `mark` in front, folded so that no more than `width` columns of the line's own
-// text stand in one line; a word is kept whole where a blank allows it. Line ends become CR LF; a line that
-// ends in CR CR LF asks not to be folded and keeps that line end. A missing last line end stays missing.
+// text stand in one line, from kUnfoldedWidth on any number; a word is kept whole where a blank allows it.
+// Line ends become CR LF; a line that ends in CR CR LF asks not to be folded and keeps that line end. A
+// missing last line end stays missing.
 std::string FoldAndQuote(std::string_view text, std::string_view mark, std::size_t width);
 
 }  // namespace wrenfold

@@ -13,6 +13,7 @@ import house  # noqa: E402
 
 sys.path.insert(0, str(house.SOURCE / "tools"))
 import document_exports as exports  # noqa: E402
+import document_functions as functions  # noqa: E402
 
 NAMES = house.repository_files()
 WIDTH = int(re.search(r"^ColumnLimit: (\d+)", house.read(".clang-format"), re.M)[1])
@@ -193,6 +194,8 @@ class Documents(unittest.TestCase):
             with self.subTest(page):
                 self.assertTrue(exports.documented(page) == house.read(page), "run ./dev docs")
 
+    def test_the_table_of_the_hosts_functions_is_that_of_their_rows(self):
+        self.assertTrue(functions.documented(house.read(functions.PAGE)) == house.read(functions.PAGE), "run ./dev docs")
 
 
 class Picture(unittest.TestCase):
@@ -204,9 +207,9 @@ class Picture(unittest.TestCase):
 
 
 class Comments(unittest.TestCase):
-    def test_no_line_of_the_library_is_wider_than_the_format(self):
+    def test_no_line_of_the_code_is_wider_than_the_format(self):
         # The formatter breaks code, and leaves comments as they are.
-        wide = [f"{name}:{number}" for name in house.sources(NAMES, "src/", "bench/", "fuzz/")
+        wide = [f"{name}:{number}" for name in house.sources(NAMES, "src/", "host/", "bench/", "fuzz/")
                 for number, line in enumerate(house.read(name).splitlines(), 1) if len(line) > WIDTH]
         self.assertEqual(wide, [])
 

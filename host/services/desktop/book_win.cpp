@@ -10,7 +10,7 @@
 namespace wrenfold {
 namespace {
 
-constexpr Slot kFailed = -1;
+constexpr Slot kNoEntries = -1;
 
 AddressBook& Book(Request& request) { return request.state.commands.books.selected(); }
 
@@ -38,7 +38,7 @@ Answer LendBlock(Request& request, const std::vector<std::string>& texts) {
 
 // The text to search; what follows it narrows the search in a host with several books, here there is one.
 Answer Search(Request& request) {
-  if (Book(request).empty()) return Request::AnswerNumber(kFailed);
+  if (Book(request).empty()) return Request::AnswerNumber(kNoEntries);
   return LendBlock(request, Book(request).Search(request.Text(0)));
 }
 

@@ -1,4 +1,5 @@
-// The window of the address book, and its menu. Windows stay hidden: what they would show stands on the terminal.
+// The window of the address book, and its menu. Windows stay hidden: what they would show stands on
+// the terminal.
 #include <windows.h>
 
 #include <charconv>

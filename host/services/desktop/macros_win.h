@@ -8,7 +8,8 @@
 
 namespace wrenfold {
 
-// Runs the user's macro before a mail is sent: its value, 1 when that is no number; nothing when it cannot be run.
+// Runs the user's macro before a mail is sent: its value, 1 when that is no number; nothing when it cannot
+// be run.
 std::optional<std::int64_t> RunBeforeSending(HostState& state);
 
 }  // namespace wrenfold

@@ -1,5 +1,5 @@
-// Notification window and balloon messages. The small host shows their texts on standard error; the
-// notification has a hidden window, as macros ask for its handle and close it.
+// Notification window, balloon messages, the icon of new mails. The small host shows their texts on standard
+// error; the notification has a hidden window, as macros ask for its handle and close it.
 #include <windows.h>
 
 #include "host/charset/charsets.h"
@@ -58,10 +58,16 @@ Answer Balloon(Request& request) {
   return Request::AnswerNumber(1);
 }
 
+Answer SetHotIcon(Request& request) {
+  TheTerminal().Error("icon of new mails: " + std::to_string(request.Number(0)) + "\n");
+  return Request::Done(true);
+}
+
 constexpr Service kServices[] = {
     {135, "TT", Notify,
      "prints `notice: text: text` on standard error; a hidden window stands for it until it is closed: its "
      "handle"},
+    {184, nullptr, SetHotIcon, "prints `icon of new mails: N` on standard error"},
     {282, "TT", Balloon<2>, "prints `balloon: text: text` on standard error: 1"},
     {317, "TTT", Balloon<3>, "prints `balloon: text: text: text` on standard error: 1"},
 };

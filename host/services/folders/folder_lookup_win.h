@@ -8,8 +8,8 @@
 
 namespace wrenfold {
 
-// The folder of a full path, of a path in its tree or of a name alone in a slot, in any case; without a text the
-// current one. Nothing, and the reason in HostState::failure, when there is no such folder.
+// The folder of a full path, of a path in its tree or of a name alone in a slot, in any case; without a text
+// the current one. Nothing, and the reason in HostState::failure, when there is no such folder.
 std::optional<std::size_t> FolderOf(Request& request, std::size_t slot);
 
 // The folder of a pair of slots: named by the first that is not empty, without both the current one.

@@ -1,5 +1,5 @@
-// What is kept of a folder in the folders.txt of its tree: icon, addresses, flags, whether it is unfolded; and the
-// accounts that synchronise folders.
+// What is kept of a folder in the folders.txt of its tree: icon, addresses, flags, whether it is unfolded;
+// and the accounts that synchronise folders.
 #include <algorithm>
 #include <charconv>
 #include <filesystem>

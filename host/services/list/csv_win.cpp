@@ -4,6 +4,7 @@
 
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
+#include "host/base/utf8_mark.h"
 #include "host/charset/charsets.h"
 #include "host/list/csv_list.h"
 #include "host/requests/request_server_win.h"
@@ -91,7 +92,7 @@ Answer Export(Request& request) {
   if (const auto* word = std::get_if<std::string>(&columns)) return request.Fail("no column '" + *word + "'");
   const std::vector<std::size_t> mails = MailsOf(request, which);
   std::string table = Table(state, mails, std::get<std::vector<CsvColumn>>(columns));
-  table = encoding == kHostText ? SystemCharsets().Utf8ToHost(table) : "\xEF\xBB\xBF" + table;
+  table = encoding == kHostText ? SystemCharsets().Utf8ToHost(table) : std::string(kUtf8Mark) + table;
   const std::filesystem::path file = PathFromUtf8(SystemCharsets().HostToUtf8(request.Text(0)));
   if (auto reason = WriteSafely(file, table)) return request.Fail(*std::move(reason));
   return Request::AnswerNumber(static_cast<Slot>(mails.size()));

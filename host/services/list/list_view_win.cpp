@@ -7,7 +7,6 @@
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
 #include "host/services/folders/folder_lookup_win.h"
-#include "host/services/folders/folder_paths_win.h"
 #include "host/services/services_win.h"
 #include "host/windows/list_window_win.h"
 #include "src/dates/date_format.h"
@@ -102,7 +101,7 @@ Answer SwitchThreadOperation(Request& request) {
 
 Answer Remake(Request& request) {
   const auto folder = FolderOfPair(request, 0);
-  if (!folder) return NoSuchFolder(request, 0);
+  if (!folder) return NoFolder(request);
   RemakeList(request.state, *folder);
   DrawTitleList(request.state);
   return Request::Done(true);

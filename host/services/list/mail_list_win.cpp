@@ -1,12 +1,9 @@
 // The list of mails: how many there are, which is open, moving between them, which are selected, and their
 // marks. The open mail is the root mail and the current one.
-#include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
 #include "host/services/list/list_moves_win.h"
 #include "host/services/services_win.h"
-#include "host/terminal/terminal_text.h"
-#include "host/terminal/terminal_win.h"
 
 namespace wrenfold {
 namespace {
@@ -196,14 +193,5 @@ constexpr Command kCommands[] = {
 }  // namespace
 
 const ServiceFamily kMailListServices = {kServices, kCommands};
-
-Answer OpenInList(Request& request, std::size_t mail) {
-  if (!request.state.Open(mail)) return request.Fail("there is no mail " + std::to_string(mail));
-  if (request.state.list.speaks) {
-    TheTerminal().Error(
-        "speech: " + Printable(SystemCharsets().HostToUtf8(ListLineText(request.state, mail, 0))) + "\n");
-  }
-  return Request::Done(true);
-}
 
 }  // namespace wrenfold

@@ -1,19 +1,12 @@
-// Next and previous mails of a kind, over the end of a folder too; pages; the list that follows the open
-// mail; the log.
+// Next and previous mails of a kind, over the end of a folder too; pages of the open mail; the history.
 #include <algorithm>
 
-#include "host/base/paths.h"
-#include "host/charset/charsets.h"
 #include "host/list/list_walk.h"
 #include "host/mail/headers.h"
-#include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
 #include "host/services/list/list_moves_win.h"
 #include "host/services/services_win.h"
-#include "host/terminal/terminal_text.h"
-#include "host/terminal/terminal_win.h"
-#include "host/windows/list_window_win.h"
 
 namespace wrenfold {
 namespace {
@@ -91,47 +84,7 @@ Answer ToUnread(Request& request) {
   return Go(request, kUnread, kForwards, request.Number(0));
 }
 
-// --- The list follows the open mail, and goes back ---
-
-// Shows the open mail in its list, whatever hid it.
-Answer Sync(Request& request) {
-  HostState& state = request.state;
-  state.list.before_sync = {state.list.area, state.list.found_only, state.root(),
-                            static_cast<std::size_t>(TitleListTop(state))};
-  if (!PlaceIn(ShownMails(state, state.folder()), state.root())) {
-    state.list.area = ViewArea::kAll;
-    state.list.found_only = false;
-    state.list.turned.clear();
-    if (state.list.threads == ThreadView::kFolded) state.list.threads = ThreadView::kOn;
-    RemakeLists(state);
-  }
-  const auto place = PlaceIn(ShownMails(state, state.folder()), state.root());
-  if (!place) return request.Fail("the open mail is in no list");
-  const auto top = static_cast<std::size_t>(TitleListTop(state));
-  if (*place < top || *place >= top + kTitleListLines) ScrollTitleList(state, *place);
-  return Request::Done(true);
-}
-
-Answer BackSync(Request& request) {
-  HostState& state = request.state;
-  if (!state.list.before_sync) return request.Fail("nothing was shown with Sync");
-  const ListView::Place before = *state.list.before_sync;
-  state.list.before_sync.reset();
-  state.list.area = before.area;
-  state.list.found_only = before.found_only;
-  RemakeLists(state);
-  state.Open(before.mail);
-  ScrollTitleList(state, before.top);
-  return Request::Done(true);
-}
-
-Answer SyncFound(Request& request) {
-  const std::vector<std::size_t>& found = request.state.commands.found;
-  if (!PlaceIn(found, request.state.root())) return request.Fail("the open mail is none that a search found");
-  return Sync(request);
-}
-
-// --- History, header view ---
+// --- History ---
 
 Answer PushHistory(Request& request) {
   std::vector<std::size_t>& history = request.state.list.history;
@@ -139,42 +92,7 @@ Answer PushHistory(Request& request) {
   return Request::AnswerNumber(static_cast<Slot>(history.size()));
 }
 
-Answer HeaderView(Request& request) { return Request::AnswerNumber(request.state.view.header_view); }
-
-template <int kView>
-Answer SetHeaderView(Request& request) {
-  request.state.view.header_view = kView;
-  return Request::Done(true);
-}
-
-// --- The log: what the file holds of the open mail ---
-
-void ShowLog(const char* title, std::string_view utf8) {
-  TheTerminal().Error(std::string(title) + ":\n" + Printable(utf8) + "\n");
-}
-
-Answer Log(Request& request) {
-  const StoredMail& mail = request.state.Mail(request.state.root());
-  ShowLog("log", PathToUtf8(mail.source.filename()) + " at byte " + std::to_string(mail.offset) + ", " +
-                     std::to_string(mail.raw.size()) + " bytes");
-  return Request::AnswerNumber(1);
-}
-
-// As it came; bytes that are not ASCII are read as host text.
-Answer DirectLog(Request& request) {
-  const std::string& raw = request.state.Mail(request.state.root()).raw;
-  ShowLog("log, direct", SystemCharsets().HostToUtf8(raw));
-  return Request::AnswerNumber(1);
-}
-
-Answer DecodedLog(Request& request) {
-  const std::string& text = request.state.Message(request.state.root()).text;
-  ShowLog("log, decoded", SystemCharsets().HostToUtf8(text));
-  return Request::AnswerNumber(1);
-}
-
 constexpr Service kServices[] = {
-    {40, nullptr, HeaderView, "number of the header view, 0 at first"},
     {60, nullptr, WithRoot<NextPage>, "goes on by a page of 20 lines; 0 on the last page"},
     {61, "I", WithRoot<ToUnread<true>>, "1 when there is one on the [way](#moving-over-the-end-of-a-folder)"},
     {62, "I", WithRoot<ToUnread<false>>,
@@ -189,17 +107,6 @@ constexpr Command kCommands[] = {
     {40042, WithRoot<PageOrUnread<true>>, "the next page, or at the end of the mail the next unread one"},
     {40043, WithRoot<PageOrUnread<false>>,
      "the page before, or at the start of the mail the previous unread one"},
-    {40044, SetHeaderView<0>, "the usual headers"},
-    {40045, SetHeaderView<1>, "all headers"},
-    {40046, SetHeaderView<2>, "no headers"},
-    {40095, WithRoot<Sync>,
-     "shows the open mail in the list, for which the view area becomes 0 and threads unfold when they hide "
-     "it"},
-    {40096, WithRoot<BackSync>, "back to the view area, the place in the list and the mail before `Sync`"},
-    {40100, WithRoot<Log>, "file, place and size of the open mail, on standard error"},
-    {40202, WithRoot<SyncFound>, "as `Sync`, for a mail that a search found"},
-    {40308, WithRoot<DirectLog>, "its bytes as they came, on standard error"},
-    {40309, WithRoot<DecodedLog>, "its host text, on standard error"},
 };
 
 }  // namespace

@@ -1,6 +1,10 @@
-// Mails in a window of their own: the open one, its answer, the mail that forwarded it.
+// Mails that are opened: in a window of their own the open one, its answer, the mail that forwarded it; one
+// at a place of a file.
 #include <algorithm>
+#include <filesystem>
 
+#include "host/base/paths.h"
+#include "host/charset/charsets.h"
 #include "host/list/mail_order.h"
 #include "host/list/threads.h"
 #include "host/mime/message.h"
@@ -69,6 +73,22 @@ Answer OpenRelated(Request& request) {
   return request.None("no mail that has to do with " + ids[0] + " in this way");
 }
 
+// --- Files ---
+
+// path, offset
+Answer OpenFile(Request& request) {
+  if (request.Text(0).empty()) return request.Fail("no file is named");
+  const std::filesystem::path file = PathFromUtf8(SystemCharsets().HostToUtf8(request.Text(0)));
+  if (request.state.folders().empty()) return request.Fail("no mails are open");
+  auto reason = request.state.OpenFile(file, static_cast<std::uint64_t>(request.Number(1)));
+  return reason ? request.Fail(*std::move(reason)) : Request::Done(true);
+}
+
+constexpr Service kServices[] = {
+    {202, nullptr, OpenFile,
+     "opens the mail at the byte of the file, also one of no folder, which can be copied but not moved"},
+};
+
 constexpr Command kCommands[] = {
     {40038, WithRoot<OpenMail>,
      "from then on the outer view is asked, no longer the frame (as after `NewMail`)"},
@@ -85,6 +105,6 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
-const ServiceFamily kViewServices = {{}, kCommands};
+const ServiceFamily kViewServices = {kServices, kCommands};
 
 }  // namespace wrenfold

@@ -1,8 +1,8 @@
 // A received mail that is changed: its text may be edited between beginning and saving, and saving writes the
 // mail's file anew.
 #include "host/services/mail/mail_editing_win.h"
-#include "host/base/paths.h"
 
+#include "host/base/paths.h"
 #include "host/base/safe_saving.h"
 #include "host/base/time_stamp_win.h"
 #include "host/base/whole_file.h"
@@ -10,6 +10,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
+#include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/writing/mail_rewrite.h"
 
@@ -57,10 +58,17 @@ Answer Save(Request& request) {
 // A mail being written may be edited anyway.
 Answer EnableEdit(Request& request) {
   if (request.state.HasDraft()) return Request::Done(true);
-  return request.state.HasRoot() ? Begin(request) : request.Fail("no mail is open or being written");
+  return request.state.HasRoot() ? Begin(request) : request.Fail(kNeitherMail);
+}
+
+Answer ClearAltered(Request& request) {
+  request.state.ChangeState(request.state.root(), 0, kStateAltered);
+  return Request::Done(true);
 }
 
 constexpr Service kServices[] = {
+    {17, nullptr, WithRoot<ClearAltered>,
+     "takes the flag \"altered\" from the root mail, which changed headers give it"},
     {123, nullptr, WithRoot<Begin>,
      "begins to edit the open mail: its headers, and its text by `HostSetBody`"},
     {124, nullptr, Cancel, "takes the changes back that were made since editing began"},

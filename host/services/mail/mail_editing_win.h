@@ -12,8 +12,8 @@ namespace wrenfold {
 // Tells once of each mail that changed headers are in memory only, unless it is being edited.
 void TellHeaderChange(HostState& state, std::size_t mail);
 
-// Writes a mail with its changes over the one in its file. Returns why that is not possible; then the file and the
-// changes are as they were.
+// Writes a mail with its changes over the one in its file. Returns why that is not possible; then the file
+// and the changes are as they were.
 std::optional<std::string> SaveChanges(HostState& state, std::size_t mail);
 
 }  // namespace wrenfold

@@ -37,32 +37,6 @@ Answer Decode(Request& request) {
   return request.AnswerText(charsets.ToHostText(DecodeHeaderValue(request.Text(0), "", false, charsets)));
 }
 
-// The header block that the window shows, as `state.view` says.
-std::string ShownHeaders(Request& request) {
-  switch (request.state.view.header_view) {
-    case 0:
-      return DisplayedHeaders(request.state.CurrentText());
-    case 1:
-      return std::string(SplitMail(request.state.CurrentText()).headers);
-    default:
-      return "";
-  }
-}
-
-Answer HeaderCount(Request& request) {
-  const std::string headers = ShownHeaders(request);
-  Slot count = 0;
-  for (std::size_t at = 0; const auto field = FieldAt(headers, at); ++count) at += field->lines.size();
-  return Request::AnswerNumber(count);
-}
-
-Answer HeaderLineCount(Request& request) {
-  const std::string headers = ShownHeaders(request);
-  Slot count = 0;
-  for (std::string_view rest = headers; !rest.empty(); ++count) rest.remove_prefix(FirstLine(rest).with_end);
-  return Request::AnswerNumber(count);
-}
-
 Answer RootDate(Request& request) { return request.AnswerText(TransmitDateOf(RootText(request))); }
 Answer CurrentDate(Request& request) {
   return request.AnswerText(TransmitDateOf(request.state.CurrentText()));
@@ -71,13 +45,8 @@ Answer CurrentDate(Request& request) {
 // "Minutes of the March meeting.eml"
 Answer SaveAsName(Request& request) {
   constexpr std::size_t kLongest = 60;
-  const std::u16string subject =
-      SystemCharsets().FromHostText(request.state.Header(request.state.root(), "Subject"));
-  std::u16string one_line;
-  for (const char16_t unit : subject) {
-    if (unit != u'\r' && unit != u'\n') one_line += unit == u'\t' ? u' ' : unit;
-  }
-  std::u16string name = CleanFileName(one_line, kLongest);
+  const std::string subject = Unfolded(request.state.Header(request.state.root(), "Subject"));
+  std::u16string name = CleanFileName(SystemCharsets().FromHostText(subject), kLongest);
   if (name.empty()) name = u"mail";
   return request.AnswerText(SystemCharsets().ToHostText(name + u".eml"));
 }
@@ -92,7 +61,6 @@ Answer WhenToSend(Request& request) {
 }
 
 Answer SetWhenToSend(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   const std::string_view date = Trim(request.Text(0));
   std::string& text = request.state.EditCurrent();
   if (date.empty()) {
@@ -108,7 +76,6 @@ Answer SetWhenToSend(Request& request) {
 // As a mail file: what is only known when it leaves has its length but not its value.
 Answer EncodedSize(Request& request) {
   HostState& state = request.state;
-  if (!state.HasDraft()) return request.Fail("no mail is being written");
   return Request::AnswerNumber(static_cast<Slot>(FinishedMail(*state.writing.draft, NewStamp(state)).size()));
 }
 
@@ -156,11 +123,9 @@ Answer ToUtf7(Request& request) {
 constexpr Service kServices[] = {
     {55, nullptr, WithCurrent<Mailer>, "X-Mailer, else User-Agent"},
     {56, nullptr, Decode, "the text with its encoded words read"},
-    {128, nullptr, EncodedSize, "bytes of the mail being written as a mail file"},
+    {128, nullptr, WithDraft<EncodedSize>, "bytes of the mail being written as a mail file"},
     {166, nullptr, WhenToSend, "`Deferred-Delivery` of the mail being written"},
-    {167, nullptr, SetWhenToSend, "sets that header, \"\" removes it; 0 for what is no date"},
-    {220, nullptr, WithCurrent<HeaderCount>, "headers that the header view shows"},
-    {221, nullptr, WithCurrent<HeaderLineCount>, "their lines, folded ones counted each"},
+    {167, nullptr, WithDraft<SetWhenToSend>, "sets that header, \"\" removes it; 0 for what is no date"},
     {236, nullptr, WithRoot<RootDate>, "date of the first `Received`, else `Date`"},
     {237, nullptr, WithCurrent<CurrentDate>, "the same of the current mail"},
     {238, nullptr, WithRoot<SenderCountry>,

@@ -11,7 +11,7 @@ namespace {
 
 DialUp& State(Request& request) { return request.state.commands.post.dial_up; }
 
-void Tell(const std::string& line) { TheTerminal().Error("dial-up (simulated): " + line + "\n"); }
+void TellDialUp(const std::string& line) { TheTerminal().Error("dial-up (simulated): " + line + "\n"); }
 
 // The folders that stand for the server can always be reached.
 Answer IsOnline(Request&) { return Request::Done(true); }
@@ -24,7 +24,7 @@ Answer Dial(Request& request) {
   if (request.Number(0) != 0 && !request.HasText(0)) return Unreadable(request);
   if (!request.Text(0).empty()) State(request).entry = request.Text(0);
   State(request).online = true;
-  Tell("connected by " + ShownHostText(State(request).entry));
+  TellDialUp("connected by " + ShownHostText(State(request).entry));
   return Request::Done(true);
 }
 
@@ -40,7 +40,7 @@ Answer Choose(Request& request) {
 Answer HangUp(Request& request) {
   if (!State(request).online) return request.Fail("no dial-up connection is open");
   State(request).online = false;
-  Tell("hung up");
+  TellDialUp("hung up");
   return Request::Done(true);
 }
 

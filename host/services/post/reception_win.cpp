@@ -45,12 +45,12 @@ std::optional<std::vector<std::size_t>> ReceivedInFolder(Request& request) {
 
 Answer CountInFolder(Request& request) {
   const auto mails = ReceivedInFolder(request);
-  return mails ? CountOf(*mails) : NoSuchFolder(request, 0);
+  return mails ? CountOf(*mails) : NoFolder(request);
 }
 
 Answer SelectInFolder(Request& request) {
   const auto mails = ReceivedInFolder(request);
-  return mails ? SelectOf(request, *mails, request.Number(2)) : NoSuchFolder(request, 0);
+  return mails ? SelectOf(request, *mails, request.Number(2)) : NoFolder(request);
 }
 
 // What a status bar would say are new: those that nobody has read.

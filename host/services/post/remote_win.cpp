@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/free_name.h"
 #include "host/base/paths.h"
 #include "host/base/safe_saving.h"
 #include "host/charset/charsets.h"
@@ -20,11 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 
 PostOffice& Post(Request& request) { return request.state.commands.post; }
-
-void Tell(Request& request, const std::string& line) {
-  Post(request).status = SystemCharsets().Utf8ToHost(line);
-  TheTerminal().Error(line + "\n");
-}
 
 // The server's folders: its own and those of the accounts.
 std::vector<fs::path> ServerFolders(Request& request) {
@@ -48,7 +44,7 @@ Answer Reload(Request& request) {
   for (const fs::path& folder : ServerFolders(request)) {
     for (fs::path& file : MailFilesOf(folder)) remote.push_back(std::move(file));
   }
-  Tell(request, "server (simulated): " + MailsInWords(remote.size()));
+  TellStatus(request.state, "server (simulated): " + MailsInWords(remote.size()));
   return Request::Done(true);
 }
 
@@ -61,7 +57,7 @@ Answer DeleteRemote(Request& request) {
   std::size_t count = 0;
   for (const fs::path& folder : ServerFolders(request)) count += DeleteOnServer(folder, ids);
   if (count == 0) return request.Fail("none of the selected mails is on the server");
-  Tell(request, "server (simulated): " + MailsInWords(count) + " deleted");
+  TellStatus(request.state, "server (simulated): " + MailsInWords(count) + " deleted");
   return Request::AnswerNumber(static_cast<Slot>(count));
 }
 
@@ -84,8 +80,8 @@ Answer Upload(Request& request) {
     ++count;
   }
   if (count == 0) return request.Fail("no mail is selected");
-  Tell(request,
-       "imap (simulated): " + MailsInWords(count) + " uploaded to " + PathToUtf8(Post(request).imap));
+  TellStatus(request.state,
+             "imap (simulated): " + MailsInWords(count) + " uploaded to " + PathToUtf8(Post(request).imap));
   return Request::Done(true);
 }
 

@@ -104,7 +104,7 @@ std::string BytesOf(Request& request, std::size_t mail, Slot encoding, bool fold
   const HostMessage& message = request.state.Message(mail);
   std::string text = message.text.substr(0, message.body_offset);
   text += FoldAndQuote(std::string_view(message.text).substr(message.body_offset), "",
-                       fold ? kDefaultWidth : kNoFolding);
+                       fold ? kDefaultWidth : kUnfoldedWidth);
   return encoding == kUtf8 ? SystemCharsets().HostToUtf8(text) : text;
 }
 
@@ -144,7 +144,7 @@ Answer Export(Request& request) {
                         static_cast<ExportNaming>(request.Number(2)),
                         static_cast<ExportWrite>(request.Number(5))};
   ExportResult result;
-  std::string reason = "no mail is open";
+  std::string reason = kNoOpenMail;
   if (request.state.HasRoot()) {
     reason = WhyNotExported(plan);  // while a file that was there before can be told from one of this export
     result = ExportMails(plan, MailsToExport(request));

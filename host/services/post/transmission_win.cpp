@@ -1,5 +1,5 @@
-// Transmission: mails are received from a folder that stands for the server, and sent out of the outbox. Nothing
-// leaves the machine unless the user named a program that sends.
+// Transmission: mails are received from a folder that stands for the server, and sent out of the outbox.
+// Nothing leaves the machine unless the user named a program that sends.
 #include "host/services/post/transmission_win.h"
 #include "host/base/paths.h"
 
@@ -49,11 +49,6 @@ PostOffice& Post(HostState& state) { return state.commands.post; }
 
 std::string Utf8(std::string_view host) { return SystemCharsets().HostToUtf8(host); }
 
-void Tell(HostState& state, const std::string& line) {
-  Post(state).status = SystemCharsets().Utf8ToHost(line);
-  TheTerminal().Error(line + "\n");
-}
-
 // --- Receiving ---
 
 bool IsRealFolder(const fs::path& path) {
@@ -63,8 +58,8 @@ bool IsRealFolder(const fs::path& path) {
 
 bool HoldsMails(const MailFolder& folder) { return !folder.removed && folder.kind != FolderKind::kSearch; }
 
-// Where a mail of an account comes to: the folder that is named like the account, else the open one; while that shows
-// what a search finds, the first.
+// Where a mail of an account comes to: the folder that is named like the account, else the open one; while
+// that shows what a search finds, the first.
 std::size_t FolderFor(HostState& state, const std::string& account) {
   const std::vector<MailFolder>& folders = state.folders();
   const std::string name = Utf8(account);
@@ -127,7 +122,8 @@ std::vector<TransmissionStep> StepsToReceive(HostState& state, Kind kind, bool a
 
 // --- Sending ---
 
-// What a reader sees of a mail, without the headers that only say how it is packed, and the stamp that we gave it.
+// What a reader sees of a mail, without the headers that only say how it is packed, and the stamp that we
+// gave it.
 void ShowWouldSend(const std::string& raw) {
   const HostMessage message = MakeHostMessage(raw);
   const bool stamped =
@@ -224,8 +220,8 @@ Answer Outcome(Request& request) {
   return Request::Done(true);
 }
 
-// Carries the steps out: waits for the end, or goes on in the background when code 57 brought the command. Nothing
-// else may be under way.
+// Carries the steps out: waits for the end, or goes on in the background when code 57 brought the command.
+// Nothing else may be under way.
 Answer Transmit(Request& request, Slot command, std::vector<TransmissionStep> steps) {
   HostState& state = request.state;
   Post(state).transmission.Start(command, std::move(steps));
@@ -259,8 +255,8 @@ Answer SyncImap(Request& request) {
   if (server.empty()) return request.Fail(kNoImap);
   if (!IsRealFolder(server)) return request.Fail("no IMAP server: there is no folder " + PathToUtf8(server));
   std::vector<TransmissionStep> steps = StepsToReceive(request.state, Kind::kFetch, kAll);
-  Tell(request.state,
-       "imap (simulated): " + MailsInWords(steps.size()) + " to fetch from " + PathToUtf8(server));
+  TellStatus(request.state,
+             "imap (simulated): " + MailsInWords(steps.size()) + " to fetch from " + PathToUtf8(server));
   return Transmit(request, kCommand, std::move(steps));
 }
 
@@ -336,6 +332,11 @@ std::vector<std::string> AccountNames(HostState& state) {
   return names;
 }
 
+void TellStatus(HostState& state, const std::string& line) {
+  Post(state).status = SystemCharsets().Utf8ToHost(line);
+  TheTerminal().Error(line + "\n");
+}
+
 void FinishTransmission(HostState& state) {
   while (Post(state).transmission.IsRunning()) Advance(state);
 }
@@ -353,7 +354,7 @@ Answer PostNow(Request& request, std::string_view mail) {
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
   if (!IsDue(mail, DateHeaderNow())) {
-    Tell(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
+    TellStatus(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
     return Request::Done(true);
   }
   FinishTransmission(request.state);

@@ -19,6 +19,9 @@ Answer PostNow(Request& request, std::string_view mail);
 // program ends.
 void FinishTransmission(HostState& state);
 
+// Shows what goes on, and keeps it as the status that macros ask for.
+void TellStatus(HostState& state, const std::string& line);
+
 // What the user must know when the program ends: "1 mail waits in ...". "" for nothing.
 std::string WaitingMails(HostState& state);
 

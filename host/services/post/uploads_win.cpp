@@ -2,14 +2,16 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/ascii.h"
+#include "host/base/file_reasons.h"
+#include "host/base/free_name.h"
 #include "host/base/paths.h"
 #include "host/base/safe_saving.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/draft_win.h"
-#include "host/terminal/terminal_text.h"
+#include "host/terminal/failure_win.h"
 
 namespace wrenfold {
 namespace {
@@ -22,27 +24,24 @@ std::string ToHost(std::string_view utf8) { return SystemCharsets().Utf8ToHost(u
 
 // What an address may hold stays; anything else is %XX.
 std::string InAddress(std::string_view utf8) {
-  static constexpr char kHex[] = "0123456789ABCDEF";
   std::string text;
   for (const char c : utf8) {
-    const bool plain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-                       c == '-' || c == '.' || c == '_' || c == '~';
-    const auto byte = static_cast<unsigned char>(c);
+    const bool plain = IsDigit(c) || IsLetter(c) || c == '-' || c == '.' || c == '_' || c == '~';
     if (plain) {
       text += c;
     } else {
-      text.append("%").append(1, kHex[byte >> 4]).append(1, kHex[byte & 15]);
+      text += "%" + HexOf(c);
     }
   }
   return text;
 }
 
-// The name with a number in front until no other file has it.
-fs::path FreePlace(const fs::path& folder, const fs::path& name, const std::string& bytes) {
-  fs::path place = folder / name;
+// The name, with a number behind it while a file of another content has it.
+fs::path PlaceOf(const fs::path& file, const std::string& bytes) {
+  fs::path place = file;
   std::error_code error;
-  for (int n = 2; fs::exists(place, error) && ReadWholeFile(place) != bytes; ++n) {
-    place = folder / PathFromUtf8(std::to_string(n) + " " + PathToUtf8(name));
+  for (std::size_t n = 2; fs::exists(place, error) && ReadWholeFile(place) != bytes; ++n) {
+    place = NumberedName(file, n);
   }
   return place;
 }
@@ -53,8 +52,8 @@ Answer Upload(Request& request) {
   const fs::path& folder = request.state.writing.uploads;
   if (folder.empty()) return request.Fail("there is no folder for uploads");
   const auto bytes = ReadWholeFile(file);
-  if (!bytes) return request.Fail("cannot read " + Quoted(PathToUtf8(file), 100));
-  const fs::path place = FreePlace(folder, file.filename(), *bytes);
+  if (!bytes) return request.Fail(WhyUnreadable(file));
+  const fs::path place = PlaceOf(folder / file.filename(), *bytes);
   if (const auto reason = SaveSafely(place, *bytes)) return request.Fail(*reason);
   Tell("simulated upload: " + PathToUtf8(file.filename()) + " lies in the folder " +
        PathToUtf8(folder.filename()) + ", nothing has left this machine");

@@ -3,9 +3,11 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/mime/file_types.h"
 #include "host/mime/mail_encoding.h"
 #include "host/mime/parameters.h"
 #include "host/requests/request_server_win.h"
@@ -16,27 +18,22 @@
 namespace wrenfold {
 namespace {
 
-constexpr std::size_t kShownName = 100;  // characters of what a macro named
-constexpr char kNoDraft[] = "no mail is being written";
-
 std::string ToUtf8(std::string_view host) { return SystemCharsets().HostToUtf8(host); }
 
 std::vector<Attachment>& Attachments(Request& request) { return request.state.writing.draft->attachments; }
 
 // path
 Answer Add(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   if (!request.HasText(0)) return request.Fail("no file is named");
   const std::filesystem::path path = PathFromUtf8(ToUtf8(request.Text(0)));
   auto bytes = ReadWholeFile(path);
-  if (!bytes) return request.Fail("cannot read " + Quoted(PathToUtf8(path), kShownName));
+  if (!bytes) return request.Fail(WhyUnreadable(path));
   const std::string name = SystemCharsets().Utf8ToHost(PathToUtf8(path.filename()));
   Attachments(request).push_back({name, std::string(TypeOfFile(name)), *std::move(bytes)});
   return Request::Done(true);
 }
 
 Answer Undo(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   if (Attachments(request).empty()) return request.Fail("the mail being written has no attachment");
   Attachments(request).pop_back();
   return Request::Done(true);
@@ -45,12 +42,10 @@ Answer Undo(Request& request) {
 // The attachment of an index; null when there is none.
 Attachment* AtIndex(Request& request) {
   const auto index = static_cast<std::size_t>(request.Number(0));  // a negative one is behind every list
-  return request.state.HasDraft() && index < Attachments(request).size() ? &Attachments(request)[index]
-                                                                         : nullptr;
+  return index < Attachments(request).size() ? &Attachments(request)[index] : nullptr;
 }
 
 Answer NoSuch(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   return request.Fail("the mail being written has no attachment " + std::to_string(request.Number(0)));
 }
 
@@ -73,7 +68,6 @@ Answer Delete(Request& request) {
 }
 
 Answer AddOfRoot(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   const auto& files = request.state.Message(request.state.root()).attachments;
   if (files.empty()) return request.None("the open mail has no attachments");
   Attachments(request).insert(Attachments(request).end(), files.begin(), files.end());
@@ -101,12 +95,12 @@ Answer FileName(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {58, "T", Add, "attaches a file, as it is at this moment, to the mail being written"},
-    {59, nullptr, Undo, "takes the last attachment back"},
-    {146, "IT", Rename, "gives an attachment, by its number from 0, another name"},
-    {147, "I", Delete, "takes an attachment away, by its number from 0"},
+    {58, "T", WithDraft<Add>, "attaches a file, as it is at this moment, to the mail being written"},
+    {59, nullptr, WithDraft<Undo>, "takes the last attachment back"},
+    {146, "IT", WithDraft<Rename>, "gives an attachment, by its number from 0, another name"},
+    {147, "I", WithDraft<Delete>, "takes an attachment away, by its number from 0"},
     {208, "T", Header, "the Content-Disposition header of a file of that name"},
-    {281, nullptr, WithRoot<AddOfRoot>, "attaches the files of the open mail; their number"},
+    {281, nullptr, WithRoot<WithDraft<AddOfRoot>>, "attaches the files of the open mail; their number"},
     {328, "T", FileName, "file name in the value of a Content-Disposition or Content-Type header"},
 };
 

@@ -1,13 +1,9 @@
 #include "host/services/writing/draft_side_win.h"
 
 #include "host/mail/headers.h"
+#include "host/writing/missing_mail.h"
 
 namespace wrenfold {
-namespace {
-
-constexpr char kNoDraft[] = "no mail is being written";
-
-}  // namespace
 
 std::optional<std::string> WrittenMail::Body() {
   if (!state_.HasCurrent()) return std::nullopt;
@@ -16,7 +12,7 @@ std::optional<std::string> WrittenMail::Body() {
 
 std::optional<std::string> WrittenMail::SetBody(std::string_view text) {
   if (state_.HasDraft()) return wrenfold::SetBody(*state_.writing.draft, text), std::nullopt;
-  if (!state_.HasRoot()) return "no mail is open or being written";
+  if (!state_.HasRoot()) return kNeitherMail;
   if (state_.writing.editing != state_.root()) return "the mail is not being edited: BeginEditMail() begins";
   Draft edited;
   edited.text = state_.CurrentText();
@@ -30,7 +26,7 @@ std::optional<std::string> WrittenMail::Html() {
 }
 
 std::optional<std::string> WrittenMail::SetHtml(std::string_view html) {
-  if (!state_.HasDraft()) return kNoDraft;
+  if (!state_.HasDraft()) return kNoWrittenMail;
   wrenfold::SetHtml(*state_.writing.draft, html);
   return std::nullopt;
 }
@@ -44,7 +40,7 @@ std::vector<std::string> WrittenMail::Attachments() {
 }
 
 std::optional<std::string> WrittenMail::GoToLine(std::size_t line) {
-  if (!state_.HasDraft()) return kNoDraft;
+  if (!state_.HasDraft()) return kNoWrittenMail;
   if (line >= CountLines(*state_.writing.draft)) {
     return "the mail being written has no line " + std::to_string(line);
   }

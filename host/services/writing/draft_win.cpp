@@ -11,8 +11,8 @@
 #include "host/charset/charsets.h"
 #include "host/mail/headers.h"
 #include "host/mime/sections.h"
+#include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_text.h"
-#include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 #include "host/writing/draft_file.h"
 #include "host/writing/draft_text.h"
@@ -25,11 +25,7 @@ namespace fs = std::filesystem;
 // `"Re: s" to alice@example.com`, on one line.
 std::string TitleOf(const Draft& draft) {
   const auto shown = [&draft](std::string_view name) {
-    std::string line;
-    for (const char c : SystemCharsets().HostToUtf8(HeaderValue(draft.text, name).value_or(""))) {
-      if (c != '\r' && c != '\n') line += c;
-    }
-    return line;
+    return WithoutLineEnds(SystemCharsets().HostToUtf8(HeaderValue(draft.text, name).value_or("")));
   };
   const std::string to = shown("To");
   return Quoted(shown("Subject"), 60) + (to.empty() ? "" : " to " + Printable(to));
@@ -177,7 +173,5 @@ std::string OwnAddress(const HostState& state) {
 std::string AccountSender(const HostState& state, std::string_view account) {
   return account.empty() ? OwnAddress(state) : state.commands.accounts.Value(account, "szMailFromSpecify");
 }
-
-void Tell(const std::string& utf8) { TheTerminal().Error("wrenfold: " + utf8 + "\n"); }
 
 }  // namespace wrenfold

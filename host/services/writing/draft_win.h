@@ -1,5 +1,5 @@
-// Beginning, keeping and ending the mail that is being written. No written mail is lost: what another mail, or the
-// end of the program, would drop is saved as a draft first.
+// Beginning, keeping and ending the mail that is being written. No written mail is lost: what another mail,
+// or the end of the program, would drop is saved as a draft first.
 #pragma once
 
 #include <optional>
@@ -11,18 +11,19 @@
 
 namespace wrenfold {
 
-// Opens a mail with the text of `draft`, whose body a template of the folder may frame. Answers 1; 0, with the mail
-// before still being written, when that one cannot be kept.
+// Opens a mail with the text of `draft`, whose body a template of the folder may frame. Answers 1; 0, with
+// the mail before still being written, when that one cannot be kept.
 Answer BeginWriting(Request& request, Draft draft);
 
 // Opens a draft that was saved, to be written on.
 Answer ReopenDraft(Request& request, std::size_t mail);
 
-// Saves the mail being written into the folder of drafts, or over its own file. Returns why that is not possible.
+// Saves the mail being written into the folder of drafts, or over its own file. Returns why that is
+// not possible.
 std::optional<std::string> SaveDraft(HostState& state);
 
-// Saves it when something was written that no file holds, and tells so on standard error. Returns why that is not
-// possible; then it is still being written.
+// Saves it when something was written that no file holds, and tells so on standard error. Returns why that is
+// not possible; then it is still being written.
 std::optional<std::string> KeepDraft(HostState& state);
 
 // Ends it because it was sent: what it answers is marked, its draft is deleted.
@@ -41,8 +42,5 @@ std::string OwnAddress(const HostState& state);
 
 // The sender of an account as it stands in From, "" without such an account; "" is the first one.
 std::string AccountSender(const HostState& state, std::string_view account);
-
-// A line for the user on standard error.
-void Tell(const std::string& utf8);
 
 }  // namespace wrenfold

@@ -4,15 +4,18 @@
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/desktop/macros_win.h"
+#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
+#include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/writing/draft_file.h"
 #include "host/writing/draft_text.h"
 #include "host/writing/mail_rewrite.h"
 #include "host/writing/outgoing_text.h"
 #include "host/writing/quoting.h"
+#include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
@@ -28,7 +31,7 @@ Answer NewMail(Request& request) {
 std::string QuotedBody(Request& request) {
   const std::size_t root = request.state.root();
   const HostMessage& message = request.state.Message(root);
-  const std::size_t width = request.state.Folds(root) ? kDefaultWidth : kNoFolding;
+  const std::size_t width = request.state.Folds(root) ? kDefaultWidth : kUnfoldedWidth;
   return FoldAndQuote(std::string_view(message.text).substr(message.body_offset), kQuoteMark, width);
 }
 
@@ -110,7 +113,6 @@ void KeepSent(HostState& state, const std::string& mail) {
 template <bool kAtOnce>
 Answer Send(Request& request) {
   HostState& state = request.state;
-  if (!state.HasDraft()) return request.Fail("no mail is being written");
   if (const auto reason = PrepareSending(state)) return request.Fail(*reason);
   const std::string mail = FinishedMail(*state.writing.draft, NewStamp(state));
   const std::size_t before = state.commands.post.put;
@@ -122,12 +124,23 @@ Answer Send(Request& request) {
   return answer;
 }
 
+// --- What becomes of the mail being written ---
+
+Answer KeepRootFlags(Request& request) {
+  request.state.folder_state().keep_root_flags = true;
+  return Request::Done(true);
+}
+
+Answer SetSentFolder(Request& request, std::size_t folder) {
+  request.state.folder_state().sent_folder = folder;
+  return Request::Done(true);
+}
+
 // --- Resending ---
 
 constexpr Slot kSendNow = 53;
 constexpr Slot kSendLater = 54;
 constexpr Slot kOpen = 101;
-constexpr Slot kAsBcc = 0x80000000;
 
 // The mail and its files; the multipart around them is made anew.
 Answer OpenResent(Request& request, std::string text) {
@@ -143,11 +156,11 @@ Answer Resend(Request& request) {
   if (!request.HasText(0)) return request.Fail("no recipient to resend the mail to");
   HostState& state = request.state;
   const Slot mode = request.Number(1);
-  const bool as_bcc = (mode & kAsBcc) != 0;
+  const bool as_bcc = (mode & wfinfo::kResendAsBcc) != 0;
   // The mail goes on as it came, byte by byte; a draft is its text.
   const std::string raw =
       HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + state.Mail(state.root()).raw;
-  switch (mode & ~kAsBcc) {
+  switch (mode & ~wfinfo::kResendAsBcc) {
     case kSendNow:
       return PostNow(request, raw);
     case kSendLater:
@@ -163,6 +176,10 @@ constexpr Service kServices[] = {
     {104, "TII", WithRoot<Resend>,
      "the first parameter is the recipient: the root mail with `Resent-To` or `Resent-Bcc` in front, opened, "
      "sent or put into the outbox as it came"},
+    {301, nullptr, WithDraft<KeepRootFlags>,
+     "the mail being written does not mark the one that it answers or forwards once it is sent"},
+    {302, nullptr, WithDraft<WithFolder<SetSentFolder>>,
+     "a copy of the mail being written goes to the folder when it is sent or shown"},
 };
 
 constexpr Command kCommands[] = {
@@ -170,10 +187,10 @@ constexpr Command kCommands[] = {
     {40019, WithRoot<Reply>,
      "To, Cc, Subject, In-Reply-To, References and the quoted body of the root mail ([replies](#replies))"},
     {40022, WithRoot<Forward>, "empty To, the subject with `Fwd:`, headers and body of the root mail"},
-    {40087, Send<false>,
+    {40087, WithDraft<Send<false>>,
      "puts the mail being written into the [outbox](#transmission); then the open mail is the current one "
      "again, answered or forwarded"},
-    {40104, Send<true>,
+    {40104, WithDraft<Send<true>>,
      "[sends](#transmission) the mail being written at once; then the open mail is the current one again, "
      "answered or forwarded; 0 without a recipient, and when it could not be sent and waits in the outbox"},
     {40185, WithRoot<ForwardAttached<false>>,

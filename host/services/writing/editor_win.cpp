@@ -14,8 +14,6 @@
 namespace wrenfold {
 namespace {
 
-constexpr char kNoDraft[] = "no mail is being written";
-
 std::string ToUtf8(std::string_view host) { return SystemCharsets().HostToUtf8(host); }
 
 // --- Account ---
@@ -35,7 +33,6 @@ std::string NoAccount(Request& request) {
 // account, and for code 88 an option.
 template <bool kHasOption>
 Answer SetAccount(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   const auto account = FindAccount(request, request.Text(0));
   if (!account) return request.Fail(NoAccount(request));
   Draft& draft = *request.state.writing.draft;
@@ -84,7 +81,6 @@ Answer Reason(Request& request) {
 // --- Questions and warnings ---
 
 Answer ConfirmSend(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   const std::string& text = request.state.writing.draft->text;
   const auto shown = [&text](std::string_view name) {
     return Printable(ToUtf8(HeaderValue(text, name).value_or("")));
@@ -109,28 +105,27 @@ Answer MessageId(Request& request) {
 
 // 0 plain text, else HTML
 Answer HtmlEdit(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   SetHtmlEditing(*request.state.writing.draft, request.Number(0) != 0);
   return Request::Done(true);
 }
 
 constexpr Service kServices[] = {
     {19, "", EditorMacro, "file of the macro that opened the mail being written, \"\" at the prompt"},
-    {49, "T", SetAccount<false>, "account of the mail being written, with its sender in From"},
+    {49, "T", WithDraft<SetAccount<false>>, "account of the mail being written, with its sender in From"},
     {50, "T", From, "sender of an account: its `szMailFromSpecify`"},
     {51, "T", ReplyTo, "where replies to an account go: its `szReplyTo`, else its sender"},
     {79, "", SendMacro, "macro that `--send-macro` has run before each mail is sent, \"\" without one"},
-    {88, "TI", SetAccount<true>, "as 49; with an option that is not 0, From stays as it is"},
+    {88, "TI", WithDraft<SetAccount<true>>, "as 49; with an option that is not 0, From stays as it is"},
     {136, "", MessageId, "a new Message-ID, of time, process and number"},
     {170, "", Reason, "why the macro runs: 0 the user, 1 a mail is about to be sent"},
     {171, "", LeaveOut<&WritingState::quiet_header_changes>,
      "leaves the warning out that headers of a received mail are changed in memory only"},
     {172, "", LeaveOut<&WritingState::quiet_lost_answer>,
      "leaves the warning out that the mail that a sent one answers is not here to be marked"},
-    {261, "", ConfirmSend,
+    {261, "", WithDraft<ConfirmSend>,
      "asks on the terminal whether to send the mail being written; 1 for \"y\", and with `--yes` without "
      "asking"},
-    {267, "I", HtmlEdit, "puts HTML beside the text of the mail being written, or takes it away"},
+    {267, "I", WithDraft<HtmlEdit>, "puts HTML beside the text of the mail being written, or takes it away"},
     {284, "", LeaveOut<&WritingState::quiet_subject>, "leaves the warning out that a mail has no subject"},
 };
 

@@ -12,7 +12,7 @@ namespace {
 // Without a width of its own a text folds as the root mail does.
 std::size_t RootWidth(Request& request) {
   const bool folds = !request.state.HasRoot() || request.state.Folds(request.state.root());
-  return folds ? kDefaultWidth : kNoFolding;
+  return folds ? kDefaultWidth : kUnfoldedWidth;
 }
 
 Answer Quote(Request& request) {
@@ -38,7 +38,7 @@ Answer QuoteWidth(Request& request) {
 
 // Quotes without folding; the text comes without a block.
 Answer QuoteUnfolded(Request& request) {
-  return request.AnswerText(FoldAndQuote(request.WholeText(), kQuoteMark, kNoFolding));
+  return request.AnswerText(FoldAndQuote(request.WholeText(), kQuoteMark, kUnfoldedWidth));
 }
 
 Answer Kinsoku(Request& request) {
@@ -55,12 +55,10 @@ Answer CustomHeader(Request& request) {
 // --- The line with the cursor: the first of the body, until a macro moves it ---
 
 Answer IsLineUnfolded(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   return Request::Done(IsCursorLineUnfolded(*request.state.writing.draft));
 }
 
 Answer SwitchLine(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   if (!SwitchCursorLine(*request.state.writing.draft))
     return request.Fail("the mail being written has no such line");
   return Request::Done(true);
@@ -70,7 +68,7 @@ constexpr Service kServices[] = {
     {86, "T", Quote,
      "each line with `> ` in front, folded at 72 columns unless the open mail's folding is off"},
     {87, "TT", QuoteWithMark, "the same with the second text as the mark"},
-    {101, nullptr, IsLineUnfolded,
+    {101, nullptr, WithDraft<IsLineUnfolded>,
      "1 when the line with the cursor is not to be folded; the cursor stands in the first line until "
      "`HostGoToLine`"},
     {134, "T", Kinsoku,
@@ -85,7 +83,8 @@ constexpr Service kServices[] = {
 };
 
 constexpr Command kCommands[] = {
-    {40179, SwitchLine, "sets or clears the mark that the line with the cursor is not to be folded"},
+    {40179, WithDraft<SwitchLine>,
+     "sets or clears the mark that the line with the cursor is not to be folded"},
 };
 
 }  // namespace

@@ -35,8 +35,6 @@ Answer Sign(Request& request) {
 
 // --- The mail being written ---
 
-constexpr char kNoDraft[] = "no mail is being written";
-
 std::string NoSuch(std::string_view what, std::string_view name) {
   return "there is no " + std::string(what) + " " + Quoted(SystemCharsets().HostToUtf8(name), 60);
 }
@@ -53,7 +51,6 @@ Answer Reframe(Request& request, std::string_view template_name, std::string_vie
 
 // A template brings its signature along, if it has one; "" takes the template away.
 Answer SwitchTemplate(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   const Draft& draft = *request.state.writing.draft;
   const auto kind = static_cast<std::size_t>(draft.purpose);
   const std::string name(request.Text(0));
@@ -65,7 +62,6 @@ Answer SwitchTemplate(Request& request) {
 
 // "" takes the signature away.
 Answer SwitchSign(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   const std::string name(request.Text(0));
   const bool known = request.HasText(0) && (name.empty() || Templates(request).Has(kSignKind, name));
   if (!known) return request.Fail(NoSuch("signature", name));
@@ -78,7 +74,6 @@ Answer CurrentName(Request& request) {
 }
 
 Answer IsSignHtml(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoDraft);
   return Request::Done(!Templates(request).Html(kSignKind, request.state.writing.draft->sign_name).empty());
 }
 
@@ -131,11 +126,11 @@ constexpr Service kServices[] = {
     {113, "II", Name, "name of a template or signature of a kind by its number, \"\" behind the last"},
     {114, "IT", Load, "text of a template or signature"},
     {115, "IT", Sign, "name of the signature that comes with a template"},
-    {116, "T", SwitchTemplate,
+    {116, "T", WithDraft<SwitchTemplate>,
      "puts the mail being written into another template, with the template's signature if it has one; what "
      "was written "
      "stays"},
-    {117, "T", SwitchSign, "gives the mail being written another signature, none for \"\""},
+    {117, "T", WithDraft<SwitchSign>, "gives the mail being written another signature, none for \"\""},
     {118, "T", SetDraftFolder, "folder in which drafts are saved from then on, \"\" for the usual one"},
     {151, "", CurrentName<&Draft::template_name>, "template of the mail being written"},
     {152, "", CurrentName<&Draft::sign_name>, "signature of the mail being written"},
@@ -144,7 +139,7 @@ constexpr Service kServices[] = {
      "runs"},
     {154, "TTIT", SetReference, "chooses that template, none for \"\""},
     {200, "TT", IsFolderPair, "1 when there is such a folder; nothing is kept in it"},
-    {308, "", IsSignHtml, "1 when the signature of the mail being written has an HTML form"},
+    {308, "", WithDraft<IsSignHtml>, "1 when the signature of the mail being written has an HTML form"},
 };
 
 }  // namespace

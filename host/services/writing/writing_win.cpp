@@ -74,12 +74,10 @@ Answer SetInSelected(Request& request) {
 // --- Drafts ---
 
 Answer Purpose(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   return Request::AnswerNumber(static_cast<Slot>(request.state.draft_purpose()));
 }
 
 Answer Save(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail("no mail is being written");
   if (const auto reason = SaveDraft(request.state)) return request.Fail(*reason);
   return Request::Done(true);
 }
@@ -99,7 +97,7 @@ Answer AlterSave(Request& request) {
       return request.Fail("this mail has no file yet: SaveDraft() makes one");
     return Save(request);
   }
-  if (!state.HasRoot()) return request.Fail("no mail is open or being written");
+  if (!state.HasRoot()) return request.Fail(kNeitherMail);
   if (!state.Changes(state.root())) return request.None("the mail was not changed");
   if (const auto reason = SaveChanges(state, state.root())) return request.Fail(*reason);
   return Request::Done(true);
@@ -111,17 +109,19 @@ constexpr Service kServices[] = {
     {90, "TTI", WithCurrent<SetOccurrence>,
      "sets a header by its number; the number of the last plus one adds one; 1 when it was done"},
     {94, "TI", WithCurrent<Delete>, "deletes a header by its number"},
-    {102, "I", SaveAndClose, "saves the mail being written as a draft; not 0: and closes it"},
+    {102, "I", WithDraft<SaveAndClose>, "saves the mail being written as a draft; not 0: and closes it"},
     {121, nullptr, AlterSave,
      "saves a draft over its own file, or a received mail with the changes that were made to it over the old "
      "one"},
-    {169, nullptr, Purpose, "what the mail being written was begun for: 0 new mail, 1 reply, 2 forward"},
+    {169, nullptr, WithDraft<Purpose>,
+     "what the mail being written was begun for: 0 new mail, 1 reply, 2 forward"},
     {212, "TT", SetInSelected,
      "sets a header in each selected mail, in memory until the mail is saved; the number of mails"},
 };
 
 constexpr Command kCommands[] = {
-    {40173, Save, "saves the mail being written as a draft, in a file that its next saving replaces"},
+    {40173, WithDraft<Save>,
+     "saves the mail being written as a draft, in a file that its next saving replaces"},
 };
 
 }  // namespace

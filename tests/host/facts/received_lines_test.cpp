@@ -138,16 +138,18 @@ TEST(TransmitDateOf, IsThatOfTheLastServerElseTheSenders) {
 }
 
 TEST(Countries, HaveEachCodeOnce) {
-  std::set<std::string_view> codes;
   std::set<std::string_view> names;
-  for (const Country& country : Countries()) {
-    ASSERT_EQ(country.code.size(), 2u);
-    EXPECT_TRUE(codes.empty() || *codes.rbegin() < country.code) << country.code;
-    codes.insert(country.code);
-    names.insert(country.name);
+  std::size_t codes = 0;
+  for (char first = 'A'; first <= 'Z'; ++first) {
+    for (char second = 'A'; second <= 'Z'; ++second) {
+      const Country* const country = FindCountry(std::string{first, second});
+      if (country == nullptr) continue;
+      ++codes;
+      names.insert(country->name);
+    }
   }
-  EXPECT_EQ(codes.size(), 249u);
-  EXPECT_EQ(names.size(), 249u);
+  EXPECT_EQ(codes, 249u);
+  EXPECT_EQ(names.size(), 249u) << "a name stands twice";
   EXPECT_EQ(FindCountry("jp")->name, "Japan");
   EXPECT_EQ(FindCountry("AX")->name, "\u00C5land Islands");
   EXPECT_EQ(FindCountry("xx"), nullptr);

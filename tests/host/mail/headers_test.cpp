@@ -42,6 +42,13 @@ TEST(HeaderLookup, AnEscapeThatEndsInCrEndsNoLine) {
   EXPECT_EQ(HeaderValue("\x1A\x80\x80\x0Dx: a\r\n", "\x1A\x80\x80\x0Dx"), "a") << "in a name";
 }
 
+TEST(HeaderLookup, AValueUnfoldsToOneLine) {
+  EXPECT_EQ(Unfolded("a\r\n b"), "a b");
+  EXPECT_EQ(Unfolded("a\r\n\tb\tc"), "a b c") << "a tab is a blank";
+  EXPECT_EQ(Unfolded(""), "");
+  EXPECT_EQ(Unfolded("\x1A\x80\x80\x0D\r\n b"), "\x1A\x80\x80\x0D b") << "an escape may end in CR";
+}
+
 TEST(HeaderLookup, FindsWhereAHeaderStands) {
   const std::string text = "A: 1\r\n 2\r\nno name\r\nB: 3\r\na: 4\r\n\r\nA: 5\r\n";
   EXPECT_EQ(FieldAt(text, 0)->lines, "A: 1\r\n 2\r\n");

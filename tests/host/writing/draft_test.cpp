@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/mail/headers.h"
+#include "host/mime/file_types.h"
 #include "host/writing/draft.h"
 #include "host/writing/draft_file.h"
 
@@ -57,7 +58,7 @@ TEST(Draft, KeepsWhatWasWrittenWhenItsFrameChanges) {
     Draft draft = DraftOf(std::string("To: a\r\n\r\n") + c.body);
     ChangeFrame(draft, short_frame, polite_frame);
     EXPECT_EQ(BodyOf(draft), c.expected) << c.why;
-    EXPECT_EQ(HeadersOf(draft), "To: a\r\n");
+    EXPECT_EQ(SplitMail(draft.text).headers, "To: a\r\n");
   }
 }
 
@@ -194,6 +195,8 @@ TEST(WrittenHeader, SurvivesAReader) {
       {"Subject", "=?us-ascii?Q?x?=", "Subject: =?UTF-8?B?PT91cy1hc2NpaT9RP3g/PQ==?=\r\n",
        "no word by chance"},
       {"To", "a@x, b@x", "To: a@x, b@x\r\n", "as it is"},
+      {"Errors-To", "é <a@x>", "Errors-To: =?UTF-8?B?w6k=?= <a@x>\r\n",
+       "addresses too: no word may hold one"},
       {"To", "Yamada", "To: Yamada:;\r\n", "a name without an address"},
       {"To", "\"a \\\"b\\\", c\" <a@x>", "To: \"a \\\"b\\\", c\" <a@x>\r\n", "as it is"},
       {"To", "\"é \\\"b\\\"\" <a@x>", "To: =?UTF-8?B?w6kgImIi?= <a@x>\r\n",
@@ -207,6 +210,12 @@ TEST(WrittenHeader, SurvivesAReader) {
     EXPECT_LE(end - at, 90u) << ids;
     at = end + 2;
   }
+}
+
+TEST(FileTypes, FollowTheExtension) {
+  EXPECT_EQ(TypeOfFile("a.TXT"), "text/plain") << "in any case";
+  EXPECT_EQ(TypeOfFile("a.tar.gz"), "application/octet-stream");
+  EXPECT_EQ(TypeOfFile("txt"), "application/octet-stream") << "no extension";
 }
 
 }  // namespace

@@ -8,22 +8,18 @@
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
 #include "host/windows/frame_win.h"
-#include "host/windows/menu_win.h"
 #include "host/writing/mail_options.h"
+#include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
 namespace {
 
-constexpr char kNoMail[] = "no mail is being written";
-
 Answer SwitchPriority(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoMail);
   SetUrgent(request.state.EditCurrent(), !IsUrgent(request.state.CurrentText()));
   return Request::Done(true);
 }
 
 Answer SwitchNotification(Request& request) {
-  if (!request.state.HasDraft()) return request.Fail(kNoMail);
   std::string& text = request.state.EditCurrent();
   if (AsksForNotification(text)) return Request::Done(DeleteHeader(text, kNotificationHeader, 0));
   const std::string own = OwnAddress(request.state);
@@ -69,10 +65,10 @@ constexpr Service kServices[] = {
 };
 
 constexpr Command kCommands[] = {
-    {kNotificationCommand, WithCurrent<SwitchNotification>,
+    {wfinfo::kMenuRequestNotification, WithDraft<SwitchNotification>,
      "item of the frame's menu bar that sets and removes `Disposition-Notification-To` of the mail being "
      "written; greyed without one"},
-    {kPriorityCommand, WithCurrent<SwitchPriority>,
+    {wfinfo::kMenuHighPriority, WithDraft<SwitchPriority>,
      "item of the frame's menu bar that makes the mail being written [urgent](#urgent-mails) or not; greyed "
      "without one"},
 };

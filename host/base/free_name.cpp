@@ -1,0 +1,34 @@
+#include "host/base/free_name.h"
+
+#include <string>
+#include <system_error>
+
+namespace wrenfold {
+
+namespace fs = std::filesystem;
+
+fs::path NumberedName(const fs::path& file, std::size_t number) {
+  fs::path numbered = file.parent_path() / file.stem();
+  numbered += " (" + std::to_string(number) + ")";
+  return numbered += file.extension();
+}
+
+// Numbers in use mostly lie together, so the gap behind them is found by halving: thousands of mails of one
+// date would ask the system millions of times.
+fs::path FreeName(const fs::path& file) {
+  std::error_code error;
+  if (!fs::exists(file, error)) return file;
+  std::size_t used = 1;
+  std::size_t free = 2;
+  while (fs::exists(NumberedName(file, free), error)) {
+    used = free;
+    free *= 2;
+  }
+  while (free - used > 1) {
+    const std::size_t middle = used + (free - used) / 2;
+    (fs::exists(NumberedName(file, middle), error) ? used : free) = middle;
+  }
+  return NumberedName(file, free);
+}
+
+}  // namespace wrenfold
