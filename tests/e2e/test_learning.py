@@ -99,6 +99,14 @@ class Steps(unittest.TestCase):
         [exported] = (self.folder / "done").iterdir()
         self.assertEqual(exported.read_bytes(), host.sample("attachments.eml").read_bytes())
 
+    def test_the_last_one_files_nothing_when_the_answer_cannot_be_kept(self):
+        (self.folder / "out").write_text("a file where the folder of the drafts would be made")
+        result = run_step(SIGNED, self.folder, example_set_ups.key_ring)
+        if result is None:
+            self.skipTest("needs gpg")
+        self.assertRegex(result.out, r"\Anot kept, and nothing filed: .+\n\Z")
+        self.assertFalse((self.folder / "done").exists())
+
     def test_the_last_one_files_nothing_when_the_answer_cannot_be_signed(self):
         shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
         [start] = started_by_dev(learning_path.arguments_of(SIGNED))
