@@ -31,8 +31,9 @@ MORE_OPTIONS |= {family: ["--inbox", "server", "--imap", "imap"] for family in (
 SET_UPS = {"http": example_set_ups.web_site, "sockets": example_set_ups.mail_server, "smime": example_set_ups.certificates,
            "pgp": example_set_ups.key_ring, "mapi": example_set_ups.mail_receiver,
            "application": example_set_ups.server_folders, "transmission": example_set_ups.server_folders}
-# What looks at windows of other programs, or waits for a time: no other family runs beside it.
-ALONE = {"bypass_windows", "host_windows", "keystrokes", "mapi", "notices", "timers"}
+# Set-ups that bring a Wine prefix, and so a desktop, of their own: these families run beside the others, since making a prefix
+# takes long. The others run one by one: hosts on one desktop find each other's windows.
+OWN_DESKTOP = {"smime"}
 # What stands in front of each example in C.
 C_HEAD = '#define WFINFO_NO_MAPI\n#include <windows.h>\n#include <mapi.h>\n#include <stdio.h>\n#include "wfinfo.h"\n'
 # The system's Simple MAPI first: programs know nothing else, and find our functions through it.
@@ -138,12 +139,8 @@ def run_files(paths, folder):
         own.mkdir()
         return run_file(path, own)
 
-    together = [path for path in paths if path.stem not in ALONE]
-    runs = {}
-    for at_a_time, some in ((1, [path for path in paths if path.stem in ALONE]), (2, together)):
-        with concurrent.futures.ThreadPoolExecutor(at_a_time) as pool:
-            runs |= {path: pool.submit(run, path) for path in some}
-    return runs
+    with concurrent.futures.ThreadPoolExecutor(1) as here, concurrent.futures.ThreadPoolExecutor(1) as beside:
+        return {path: (beside if path.stem in OWN_DESKTOP else here).submit(run, path) for path in paths}
 
 
 def with_output(mark, lines, printed):
