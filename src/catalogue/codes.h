@@ -1,5 +1,5 @@
-// What lies in the block of a request: of exports written by hand as catalogue/codes.inc has it, of the others the
-// parameters of their row.
+// What lies in the block of a request: of exports written by hand as catalogue/codes.inc has it, of the
+// others the parameters of their row.
 #pragma once
 
 #include <span>
@@ -29,8 +29,8 @@ std::span<const BlockForm> HandForms();
 // All forms of a code.
 std::vector<BlockForm> FormsOf(int code);
 
-// True when an export asks this on its own account: a dialog that refuses the code is not told of, and the export
-// works without the answer.
+// True when an export asks this on its own account: a dialog that refuses the code is not told of, and the
+// export works without the answer.
 bool IsLookUp(const Row& row, int code);
 
 // Slots of a block, the fixed one in front included; further ones of unknown number are not counted.

@@ -16,15 +16,15 @@ std::string TitleOf(const SentRequest& request);
 // Whether a modal dialog of the host keeps a request from being sent.
 bool IsRefusedDuringDialog(const SentRequest& request);
 
-// A sentence on the requests that a dialog refuses, where there is something to refuse: "Refused while a dialog shows.",
-// "While a dialog shows, codes 315 and 316 are refused, code 216 goes through."; else "".
+// A sentence on the requests that a dialog refuses, where there is something to refuse: "Refused while a
+// dialog shows.", "While a dialog shows, codes 315 and 316 are refused, code 216 goes through."; else "".
 std::string DialogSentence(const Row& row);
 
 // The row's text without its "See also ...".
 std::string DocOf(const Row& row);
 
-// Other exports of interest, those that the row names in front: then those that send the same code, when they are few,
-// and the neighbours in the family.
+// Other exports of interest, those that the row names in front: then those that send the same code and hardly
+// more, when they are few, and the neighbours in the family.
 std::vector<std::string_view> SeeAlso(const Row& row);
 
 }  // namespace wfinfo::catalogue
