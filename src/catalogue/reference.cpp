@@ -10,8 +10,7 @@ namespace {
 
 constexpr std::string_view kSeeAlso = "See also ";
 constexpr std::size_t kMostOfACode = 6;
-// One of several requests may be an aside, such as a look at the mail's state: it tells nothing of the
-// purpose.
+// One of several requests may be an aside, such as a look at the mail's state.
 constexpr std::size_t kMostRequests = 2;
 constexpr std::ptrdiff_t kNeighbours = 2;  // on each side
 
