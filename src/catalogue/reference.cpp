@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::string_view kSeeAlso = "See also ";
 constexpr std::size_t kMostOfACode = 6;
+// One of several requests may be an aside, such as a look at the mail's state.
+constexpr std::size_t kMostRequests = 2;
 constexpr std::ptrdiff_t kNeighbours = 2;  // on each side
 
 // "A", "A and B", "A, B and C".
@@ -43,15 +45,14 @@ bool IsSame(const SentRequest& a, const SentRequest& b) {
   return by_command ? a.first_slot == b.first_slot : a.code == b.code;
 }
 
-// The exports that send `request`, in the order of the catalogue.
+// The exports that send `request` and hardly more, in the order of the catalogue.
 std::vector<std::string_view> Senders(const SentRequest& request) {
   std::vector<std::string_view> senders;
   for (const Row& row : Rows()) {
-    for (const SentRequest& own : RequestsOf(row)) {
-      if (!IsSame(own, request)) continue;
-      senders.push_back(row.name);
-      break;
-    }
+    const std::vector<SentRequest> requests = RequestsOf(row);
+    const auto is_it = [&](const SentRequest& own) { return IsSame(own, request); };
+    if (requests.size() > kMostRequests || std::none_of(requests.begin(), requests.end(), is_it)) continue;
+    senders.push_back(row.name);
   }
   return senders;
 }
@@ -123,7 +124,9 @@ std::vector<std::string_view> SeeAlso(const Row& row) {
     }
   };
   add(NamedIn(row.doc));
-  for (const SentRequest& request : RequestsOf(row)) {
+  const std::vector<SentRequest> requests = RequestsOf(row);
+  for (const SentRequest& request : requests) {
+    if (requests.size() > kMostRequests) break;
     const auto senders = Senders(request);
     if (senders.size() <= kMostOfACode) add(senders);
   }

@@ -23,8 +23,8 @@ std::string DialogSentence(const Row& row);
 // The row's text without its "See also ...".
 std::string DocOf(const Row& row);
 
-// Other exports of interest, those that the row names in front: then those that send the same code, when they
-// are few, and the neighbours in the family.
+// Other exports of interest, those that the row names in front: then those that send the same code and hardly
+// more, when they are few, and the neighbours in the family.
 std::vector<std::string_view> SeeAlso(const Row& row);
 
 }  // namespace wfinfo::catalogue

@@ -25,13 +25,14 @@ constexpr ParameterType kParameterTypes[] = {
 };
 constexpr std::size_t kPlainValue = 5;  // Int64
 
+// What stands for a failure differs from export to export: the row's text tells it.
 constexpr ResultType kResultTypes[] = {
-    {"Int", "long long", "integer, 0 on failure", "a number, 0 on failure"},
-    {"Int32", "int", "32-bit integer, 0 on failure", "a number, 0 on failure"},
-    {"UInt32", "unsigned int", "32-bit unsigned integer", "a number, 0 on failure"},
-    {"Str", "const char*", "text, \"\" on failure", "a text, \"\" on failure"},
+    {"Int", "long long", "integer", "a number"},
+    {"Int32", "int", "32-bit integer", "a number"},
+    {"UInt32", "unsigned int", "32-bit unsigned integer", "a number"},
+    {"Str", "const char*", "text, never null", "a text"},
     {"OptStr", "const char*", "text, or null as described", "a text, or 0"},
-    {"Handle", "void*", "handle, null on failure", "a handle, 0 on failure"},
+    {"Handle", "void*", "handle", "a handle"},
     {"Void", "void", "nothing", "nothing"},
 };
 

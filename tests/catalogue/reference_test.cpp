@@ -79,6 +79,8 @@ TEST(Reference, SendsToExportsThatShareACodeWhenTheyAreFew) {
   EXPECT_TRUE(sends_to("SetHighPriority", "GetCurrentMenuCheckState")) << "code 329";
   EXPECT_TRUE(sends_to("TransmitAll", "StartTransmitAll")) << "one menu command, by two codes";
   EXPECT_FALSE(sends_to("RootHeader", "QuotedCustomRootHeader")) << "thirty send code 1";
+  EXPECT_FALSE(sends_to("SetWindowCenter", "PgpSign")) << "code 105 is one of several there";
+  EXPECT_FALSE(sends_to("SyncOrikaeshi", "GetMailFlag")) << "code 15 is one of several here";
 }
 
 }  // namespace

@@ -79,6 +79,18 @@ TEST(Types, EachTypeOfTheCatalogueStandsInTheTable) {
   }
 }
 
+// 0 may be a good answer, and -1 or null the failure: only the row's text knows.
+TEST(Types, OfResultsTellNoFailureValue) {
+  for (const char* name : {"Int", "Int32", "UInt32", "Str", "OptStr", "Handle", "Void"}) {
+    Row row{};
+    row.result = name;
+    const ResultType& type = ResultTypeOf(row);
+    EXPECT_EQ(type.name, name);
+    EXPECT_EQ(type.meaning.find("failure"), std::string_view::npos) << name;
+    EXPECT_EQ(type.call_meaning.find("failure"), std::string_view::npos) << name;
+  }
+}
+
 TEST(Types, TellWhatASlotCarries) {
   const struct {
     const char* type;

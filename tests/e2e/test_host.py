@@ -288,7 +288,7 @@ class Prompt(HostTest):
                            "1, or 0 when there is none at that place: so a loop over the list ends. "
                            "See also MailCount, NextMail.\n"
                            "  index: number; place in the list as it shows, 0 for the first\n"
-                           "Result: a number, 0 on failure\n"
+                           "Result: a number\n"
                            "Sends: code 33 (Frame); refused while a dialog shows\n"
                            "The parameter list is inferred from the family and the name.\n")
 

@@ -23,7 +23,7 @@ TEST(ExportHelp, ShowsTheCallAndWhatItSends) {
             "when there is none at "
             "that place: so a loop over the list ends. See also MailCount, NextMail.\n"
             "  index: number; place in the list as it shows, 0 for the first\n"
-            "Result: a number, 0 on failure\nSends: code 33 (Frame); refused while a dialog shows\n"
+            "Result: a number\nSends: code 33 (Frame); refused while a dialog shows\n"
             "The parameter list is inferred from the family and the name.\n");
   EXPECT_NE(HelpText(*FindRow("HomeDir")).find("goes through while a dialog shows"), std::string::npos);
   EXPECT_NE(HelpText(*FindRow("NewMail")).find("Sends: menu command 40002; refused"), std::string::npos);
