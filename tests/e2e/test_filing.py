@@ -176,6 +176,13 @@ class NothingIsLost(Filing):
                           'SelectFolder("list", null)\nprint Move("inbox", null)\n', "20\n1\n",
                           {"list.mbox.new": None, "list.mbox": LINE + TWO, "inbox/19700101-000000.eml": ONE})
 
+    def test_a_folder_is_one_whatever_the_case_of_its_letters(self):
+        self.assert_output(self.run_filing(
+            'print MakeFolder("drafts", null)\nMakeReply("", 0)\nprint SaveDraft2(1), MakeFolder("DRAFTS", null)\n'
+            'RefreshFolder("drafts", null)\nprint GetFolderMailCount("drafts", null, null)\n'
+            'folder = AddString(GetNextFolder("mails", null))\ni = 0\nwhile folder != "" and i < 9\n'
+            '  print ToBaseName(folder)\n  folder = AddString(GetNextFolder(folder, null))\n  i = i + 1\nend\n'),
+            "1\n10\n1\nlist.mbox\ninbox\nwork\ndrafts\n")
 
 class ReadOnly(HostTest):
     def test_no_file_of_the_samples_changes(self):
