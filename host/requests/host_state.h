@@ -114,6 +114,9 @@ class HostState {
   WritingState writing;
 
   // --- Changes to received mails ---
+  // Its state word: of a mail being written what its text says and what was changed.
+  std::uint32_t CurrentState();
+  void ChangeCurrentState(std::uint32_t bits, std::uint32_t mask);
 
   // The text of a mail with its changes; nullopt when it was not changed.
   const std::optional<std::string>& Changes(std::size_t index) const { return memories_[index].edited; }

@@ -154,6 +154,13 @@ class NothingIsLost(Drafts):
                     file.unlink()
                 self.run_on_mail('MakeReply("", 0)\n')
 
+    def test_the_state_of_the_mail_being_written_is_its_own(self):
+        states = 'print IsOrikaeshi(), IsRootOrikaeshi(), GetMailFlag("mark"), MailType()\n'
+        self.assert_output(self.run_on_mail(
+            f'{states}MakeReply("", 0)\nSetOrikaeshi(0)\nSetMailFlag("mark", 1)\n{states}SyncOrikaeshi()\nSetMailFlag("mark", 0)\n{states}'
+            f'SetMailFlag("mark", 1)\nSaveDraft2(1)\n{states}NewMail()\n{states}'
+            f'SelectFolder("Drafts", null)\n{states}OpenMail()\n{states}'), "1101\n0112\n1102\n1101\n1102\n1102\n1102\n")
+
     def test_a_folder_that_cannot_be_made_keeps_the_mail_and_says_so(self):
         place = self.write("Drafts", "a file")
         result = self.run_on_mail('MakeReply("", 0)\nHostSetBody("mine")\nprint SaveDraft()\nMakeForward()\n'

@@ -95,6 +95,7 @@ Answer BeginWriting(Request& request, Draft draft) {
   state.folder_state().keep_root_flags = false;
   state.writing.kept.reset();
   state.writing.draft = std::move(draft);
+  state.writing.switched = 0;
   Windows::OpenView();
   return Request::Done(true);
 }
@@ -109,6 +110,7 @@ Answer ReopenDraft(Request& request, std::size_t mail) {
     draft.answered = FindById(state, draft.answered_id);
     state.writing.kept = draft;
     state.writing.draft = std::move(draft);
+    state.writing.switched = 0;
   }
   Windows::OpenView();
   return Request::Done(true);
