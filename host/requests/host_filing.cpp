@@ -261,7 +261,7 @@ std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file
     mail.flags = FlagsOf(mail.raw);
     store_.mails().push_back(std::move(mail));
     memories_.resize(mail_count());
-    memories_.back().removed = true;
+    memories_.back().removed = memories_.back().alone = true;
     return Open(mail_count() - 1), std::nullopt;
   }
   return PathToUtf8(file) + " holds no mail at byte " + std::to_string(offset);

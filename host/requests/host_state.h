@@ -66,6 +66,10 @@ class HostState {
   void Remove(std::size_t index);
   // True for a mail in no folder: removed, or opened from a file alone.
   bool IsRemoved(std::size_t index) const { return memories_[index].removed; }
+  // True for a number that no mail has any more: it was removed for good.
+  bool IsGone(std::size_t index) const {
+    return index >= mail_count() || (memories_[index].removed && !memories_[index].alone);
+  }
   // Makes the mail at `offset` of a file the root mail, one of no folder unless it was read already. Why not.
   std::optional<std::string> OpenFile(const std::filesystem::path& file, std::uint64_t offset);
 
@@ -81,7 +85,8 @@ class HostState {
   std::vector<std::size_t> MailsOf(std::size_t folder) const;
   // Reads a folder's files again, or searches again. Why it cannot be read.
   std::optional<std::string> Refresh(std::size_t folder);
-  // Searches for the mails of a search folder unless those found are still right; others are left alone.
+  // Searches for the mails of a search folder unless those found are still right or it waits to be asked;
+  // others are left alone.
   void EnsureSearched(std::size_t folder);
   FolderState& folder_state() { return folder_state_; }
 
@@ -154,6 +159,7 @@ class HostState {
     std::uint32_t changed_bits = 0;
     std::int64_t colour = 0;
     bool removed = false;
+    bool alone = false;  // opened from a file: it is removed from nowhere
   };
 
   // Where the mail list is before mails leave it, and the nearest mail that is left afterwards.

@@ -154,6 +154,11 @@ class NothingIsLost(Drafts):
                     file.unlink()
                 self.run_on_mail('MakeReply("", 0)\n')
 
+    def test_an_answer_to_a_mail_that_was_removed_for_good_is_told(self):
+        result = self.run_on_mail('MakeReply("", 0)\nprint Delete(), SelectFolder("trash", null), Delete(), MailCount()\nprint SendLater()\n')
+        self.assertEqual((result.out, result.code), ("1110\n1\n", 0))
+        self.assertIn('wrenfold: the mail that "Re: Minutes" to Alice <alice@example.com> answers is not here to be marked', result.err)
+
     def test_the_state_of_the_mail_being_written_is_its_own(self):
         states = 'print IsOrikaeshi(), IsRootOrikaeshi(), GetMailFlag("mark"), MailType()\n'
         self.assert_output(self.run_on_mail(
