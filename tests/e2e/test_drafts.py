@@ -166,6 +166,11 @@ class NothingIsLost(Drafts):
             f'SetMailFlag("mark", 1)\nSaveDraft2(1)\n{states}NewMail()\n{states}'
             f'SelectFolder("Drafts", null)\n{states}OpenMail()\n{states}'), "1101\n0112\n1102\n1101\n1102\n1102\n1102\n")
 
+    def test_a_new_mail_is_found_after_the_main_window_was_raised(self):
+        self.assert_output(self.run_on_mail('RestoreWindow()\nprint SetMainWndTop()\nNewMail()\nSetHeader("Subject", "x")\n'
+                                            'print SetFindPack("x"), SaveDraft2(1)\n'), "1\n11\n")
+        self.assertEqual(self.draft()["Subject"], "x")
+
     def test_a_folder_that_cannot_be_made_keeps_the_mail_and_says_so(self):
         place = self.write("Drafts", "a file")
         result = self.run_on_mail('MakeReply("", 0)\nHostSetBody("mine")\nprint SaveDraft()\nMakeForward()\n'
