@@ -73,14 +73,17 @@ void HostState::ReturnTo(const ListPlace& place) {
 // --- Search folders ---
 
 void HostState::MailsChanged() {
-  if (!folder_state_.search_again) return;
   for (auto& [folder, search] : folder_state_.searches) search.stale = true;
 }
 
 void HostState::EnsureSearched(std::size_t folder) {
   if (folders()[folder].kind != FolderKind::kSearch) return;
   SearchResult& search = folder_state_.searches[folder];
-  if (search.searched && !search.stale) return;
+  const SearchResult& search = folder_state_.searches[folder];
+  if (!search.searched || (search.stale && folder_state_.search_again)) Search(folder);
+}
+
+void HostState::Search(std::size_t folder) {
   search = {{}, true, false};
   const std::string pack = SystemCharsets().Utf8ToHost(tree_.Property(folder, "findpack"));
   const std::string where = tree_.Property(folder, "findfolder");
@@ -96,8 +99,7 @@ void HostState::EnsureSearched(std::size_t folder) {
 std::optional<std::string> HostState::Refresh(std::size_t folder) {
   const ListPlace place = PlaceInList();
   if (folders()[folder].kind == FolderKind::kSearch) {
-    folder_state_.searches[folder].stale = true;
-    EnsureSearched(folder);
+    Search(folder);
     ReturnTo(place);
     return std::nullopt;
   }

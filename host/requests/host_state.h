@@ -175,6 +175,10 @@ class HostState {
   void TakeOut(const std::vector<std::size_t>& added);
   std::vector<std::size_t> Filable(std::span<const std::size_t> mails, std::string& failure) const;
   void MailsChanged();
+  void Search(std::size_t folder);
+  // For mails of files that are named: the one at a place; and with what was written there since.
+  std::optional<std::size_t> MailAt(const std::filesystem::path& file, std::uint64_t offset) const;
+  std::optional<std::size_t> KnownMail(const StoredMail& read);
 
   MailStore store_;
   FolderTree tree_{store_};
