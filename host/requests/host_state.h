@@ -114,14 +114,14 @@ class HostState {
   // The same text to be changed. Changes to a received mail show in the current mail only: the root mail
   // stays as it came until it is saved.
   std::string& EditCurrent() { return HasDraft() ? writing.draft->text : EditText(root_); }
+  // Its state word: of a mail being written what its text says and what was changed.
+  std::uint32_t CurrentState();
+  void ChangeCurrentState(std::uint32_t bits, std::uint32_t mask);
   bool HasDraft() const { return writing.draft.has_value(); }
   DraftPurpose draft_purpose() const { return HasDraft() ? writing.draft->purpose : DraftPurpose::kNewMail; }
   WritingState writing;
 
   // --- Changes to received mails ---
-  // Its state word: of a mail being written what its text says and what was changed.
-  std::uint32_t CurrentState();
-  void ChangeCurrentState(std::uint32_t bits, std::uint32_t mask);
 
   // The text of a mail with its changes; nullopt when it was not changed.
   const std::optional<std::string>& Changes(std::size_t index) const { return memories_[index].edited; }

@@ -184,6 +184,29 @@ class NothingIsLost(Filing):
             '  print ToBaseName(folder)\n  folder = AddString(GetNextFolder(folder, null))\n  i = i + 1\nend\n'),
             "1\n10\n1\nlist.mbox\ninbox\nwork\ndrafts\n")
 
+    def test_a_file_that_was_written_anew_is_read_anew(self):
+        out = self.write("out.eml", ONE).as_posix()
+        one, two, mbox = ((self.mails / name).as_posix() for name in ("inbox/one.eml", "inbox/two.eml", "list.mbox"))
+        other = self.write("other.mbox", LINE + TWO + b"\r\n" + LINE + ONE).as_posix()
+        self.assert_output(self.run_filing(f"""\
+print LoadRootMail("{out}", 0), RootHeader("Subject"), Bypass_CopyFile("{two}", "{out}", 0)
+print LoadRootMail("{out}", 0), RootHeader("Subject")
+print LoadRootMail("{one}", 0), RootHeader("Subject"), Bypass_CopyFile("{two}", "{one}", 0)
+print LoadRootMail("{one}", 0), RootHeader("Subject"), GetFolderMailCount("inbox", null, null)
+print LoadRootMail("{mbox}", {len(LINE)}), RootHeader("Subject"), Bypass_CopyFile("{other}", "{mbox}", 0)
+print LoadRootMail("{mbox}", {len(LINE)}), RootHeader("Subject"), GetFolderMailCount("list", null, null)
+"""), "1one1\n1two\n1one1\n1two2\n1one1\n1two2\n")
+
+    def test_changes_that_nobody_saved_outlive_a_new_file(self):
+        one, two = ((self.mails / name).as_posix() for name in ("inbox/one.eml", "inbox/two.eml"))
+        self.assert_output(self.run_filing(f"""\
+LoadRootMail("{one}", 0)
+NoWarningHeaderUpdate()
+SetHeader("Subject", "mine")
+Bypass_CopyFile("{two}", "{one}", 0)
+print LoadRootMail("{one}", 0), CurrentHeader("Subject")
+"""), "1mine\n")
+
 class ReadOnly(HostTest):
     def test_no_file_of_the_samples_changes(self):
         shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
