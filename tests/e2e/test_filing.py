@@ -207,6 +207,14 @@ Bypass_CopyFile("{two}", "{one}", 0)
 print LoadRootMail("{one}", 0), CurrentHeader("Subject")
 """), "1mine\n")
 
+    def test_an_empty_folder_takes_imported_mails(self):
+        one = (self.mails / "inbox/one.eml").as_posix()
+        self.assert_output(self.run_filing(
+            'print SelectFolder("work", null), MailCount(), CheckDuplication("batch", null, null, 0, 0)\n'
+            f'print Import("{one}", "auto", "", ""), MailCount(), RootHeader("Subject")\n'), "100\n11one\n")
+        self.assertEqual([content for path, content in self.files().items() if path.startswith("work/")], [ONE])
+
+
 class ReadOnly(HostTest):
     def test_no_file_of_the_samples_changes(self):
         shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
