@@ -341,10 +341,19 @@ void FinishTransmission(HostState& state) {
 }
 
 Answer PostLater(Request& request, std::string_view mail) {
+// Says why a mail waits until its writer mends it.
+bool TellUndated(HostState& state, std::string_view mail) {
+  const std::string when = UndatedDelivery(mail);
+  if (when.empty()) return false;
+  Tell(state, "the mail waits in the outbox: its Deferred-Delivery " + Quoted(when, 60) + " is no date");
+  return true;
+}
+
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
   return Request::Done(true);
+  TellUndated(request.state, mail);
 }
 
 Answer PostNow(Request& request, std::string_view mail) {
@@ -353,7 +362,8 @@ Answer PostNow(Request& request, std::string_view mail) {
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
   if (!IsDue(mail, DateHeaderNow())) {
-    Tell(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
+    if (!TellUndated(request.state, mail))
+      Tell(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
     return Request::Done(true);
   }
   FinishTransmission(request.state);
