@@ -151,7 +151,8 @@ void ShowWouldSend(const std::string& raw) {
   const std::string text = ShownHostText(shown);
   for (std::string_view rest = text; !rest.empty();) {
     const std::size_t end = rest.find('\n');
-    lines += "| " + std::string(rest.substr(0, end)) + "\n";
+    const std::string_view line = rest.substr(0, end);
+    lines.append(line.empty() ? "|" : "| ").append(line).append("\n");
     rest.remove_prefix(end == rest.npos ? rest.size() : end + 1);
   }
   TheTerminal().Error(lines);
@@ -340,7 +341,6 @@ void FinishTransmission(HostState& state) {
   while (Post(state).transmission.IsRunning()) Advance(state);
 }
 
-Answer PostLater(Request& request, std::string_view mail) {
 // Says why a mail waits until its writer mends it.
 bool TellUndated(HostState& state, std::string_view mail) {
   const std::string when = UndatedDelivery(mail);
@@ -349,11 +349,12 @@ bool TellUndated(HostState& state, std::string_view mail) {
   return true;
 }
 
+Answer PostLater(Request& request, std::string_view mail) {
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
-  return Request::Done(true);
   TellUndated(request.state, mail);
+  return Request::Done(true);
 }
 
 Answer PostNow(Request& request, std::string_view mail) {
