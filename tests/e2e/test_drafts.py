@@ -166,6 +166,16 @@ class NothingIsLost(Drafts):
             f'SetMailFlag("mark", 1)\nSaveDraft2(1)\n{states}NewMail()\n{states}'
             f'SelectFolder("Drafts", null)\n{states}OpenMail()\n{states}'), "1101\n0112\n1102\n1101\n1102\n1102\n1102\n")
 
+    def test_html_has_the_html_form_of_the_signature(self):
+        for name, text in (("sign/Plain.txt", "-- \r\nBob"), ("sign/Rich.html", "<p>-- <br><b>Bob</b></p>")):
+            (self.folder / name).parent.mkdir(exist_ok=True)
+            self.write(name, text)
+        self.assert_output(self.run_on_mail(
+            'NewMail()\nHostSetBody("a < b\\n")\nSwitchSign("Rich")\nHtmlEdit(1)\nprint HostHtml()\nHtmlEdit(0)\nSwitchSign("Plain")\n'
+            'HtmlEdit(1)\nprint HostHtml()\nHtmlEdit(0)\nSwitchSign("Rich")\nHostSetBody("c")\nHtmlEdit(1)\nprint HostHtml()\n'
+            'SaveDraft2(1)\n', "--templates", self.folder),
+            "a &lt; b<br>\n<p>-- <br><b>Bob</b></p>\na &lt; b<br>\n-- <br>\nBob\nc\n")
+
     def test_a_new_mail_is_found_after_the_main_window_was_raised(self):
         self.assert_output(self.run_on_mail('RestoreWindow()\nprint SetMainWndTop()\nNewMail()\nSetHeader("Subject", "x")\n'
                                             'print SetFindPack("x"), SaveDraft2(1)\n'), "1\n11\n")
