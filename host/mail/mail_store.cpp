@@ -80,6 +80,20 @@ fs::path FolderOfFile(const fs::path& file) {
 
 fs::path FileKey(const fs::path& file) { return Key(FolderOfFile(file)) / file.filename(); }
 
+fs::path FolderKey(const MailFolder& folder) {
+  const fs::path key = folder.kind == FolderKind::kFolder ? Key(folder.path) : FileKey(folder.path);
+  return PathFromUtf8(Lower(PathToUtf8(key)));
+}
+
+// True for keys that could differ by the case of letters beyond ASCII, which only the system knows.
+bool AreAlike(const fs::path::string_type& a, const fs::path::string_type& b) {
+  constexpr std::uint32_t kLastAscii = 0x7F;
+  return std::ranges::equal(a, b, [](auto x, auto y) {
+    return x == y ||
+           (static_cast<std::uint32_t>(x) > kLastAscii && static_cast<std::uint32_t>(y) > kLastAscii);
+  });
+}
+
 }  // namespace
 
 std::uint32_t FlagsOf(std::string_view raw) {
@@ -227,7 +241,9 @@ std::size_t MailStore::AddWritten(const fs::path& file, std::string raw) {
   mail.raw = std::move(raw);
   std::vector<StoredMail> mails;
   mails.push_back(std::move(mail));
-  AddMails(file, std::move(mails), FolderAt(FolderOfFile(file)));
+  const std::size_t folder = FolderAt(FolderOfFile(file));
+  // As the folder is written, by which its mails are known when it is read again.
+  AddMails(folders_[folder].path / file.filename(), std::move(mails), folder);
   mails_.back().flags |= kMailRead;
   return mails_.size() - 1;
 }
@@ -268,12 +284,14 @@ std::size_t MailStore::FolderAt(const fs::path& path) {
 }
 
 std::size_t MailStore::AddFolder(const MailFolder& folder) {
-  const fs::path key = folder.kind == FolderKind::kFolder ? Key(folder.path) : FileKey(folder.path);
+  fs::path key = FolderKey(folder);
+  std::error_code error;
   for (std::size_t i = 0; i < folders_.size(); ++i) {
-    if (folder_keys_[i] == key && !folders_[i].removed) return i;
+    if (folders_[i].removed || !AreAlike(folder_keys_[i].native(), key.native())) continue;
+    if (folder_keys_[i] == key || fs::equivalent(folders_[i].path, folder.path, error)) return i;
   }
   folders_.push_back(folder);
-  folder_keys_.push_back(key);
+  folder_keys_.push_back(std::move(key));
   return folders_.size() - 1;
 }
 

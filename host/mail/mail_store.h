@@ -90,7 +90,8 @@ class MailStore {
   const std::vector<MailFolder>& folders() const { return folders_; }
   const std::vector<MailTree>& trees() const { return trees_; }
 
-  // The number of the folder, added behind the others unless it is there; FolderAt is that of a path on disk.
+  // The number of the folder, added behind the others unless it is there, in any case of letters; FolderAt is
+  // that of a path on disk.
   std::size_t FolderAt(const std::filesystem::path& path);
   std::size_t TreeAround(const std::filesystem::path& folder);
   std::size_t AddFolder(const MailFolder& folder);
@@ -126,7 +127,7 @@ class MailStore {
 
   std::vector<StoredMail> mails_;
   std::vector<MailFolder> folders_;
-  std::vector<std::filesystem::path> folder_keys_;  // of each folder: its path without "..", links and such
+  std::vector<std::filesystem::path> folder_keys_;  // of each folder: its path without "..", links, capitals
   std::vector<MailTree> trees_;
   std::set<std::filesystem::path> known_;  // files that were read before, while others are being read
   std::set<std::filesystem::path> left_out_;

@@ -1,6 +1,7 @@
 // The half of HostState that knows folders: which mails each shows, and what filing changes.
 #include <algorithm>
 
+#include "host/base/ascii.h"
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
@@ -73,14 +74,17 @@ void HostState::ReturnTo(const ListPlace& place) {
 // --- Search folders ---
 
 void HostState::MailsChanged() {
-  if (!folder_state_.search_again) return;
   for (auto& [folder, search] : folder_state_.searches) search.stale = true;
 }
 
 void HostState::EnsureSearched(std::size_t folder) {
   if (folders()[folder].kind != FolderKind::kSearch) return;
+  const SearchResult& search = folder_state_.searches[folder];
+  if (!search.searched || (search.stale && folder_state_.search_again)) Search(folder);
+}
+
+void HostState::Search(std::size_t folder) {
   SearchResult& search = folder_state_.searches[folder];
-  if (search.searched && !search.stale) return;
   search = {{}, true, false};
   const std::string pack = SystemCharsets().Utf8ToHost(tree_.Property(folder, "findpack"));
   const std::string where = tree_.Property(folder, "findfolder");
@@ -96,8 +100,7 @@ void HostState::EnsureSearched(std::size_t folder) {
 std::optional<std::string> HostState::Refresh(std::size_t folder) {
   const ListPlace place = PlaceInList();
   if (folders()[folder].kind == FolderKind::kSearch) {
-    folder_state_.searches[folder].stale = true;
-    EnsureSearched(folder);
+    Search(folder);
     ReturnTo(place);
     return std::nullopt;
   }
@@ -244,12 +247,33 @@ std::size_t HostState::FolderAt(const std::filesystem::path& path) {
   return folder;
 }
 
-std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file, std::uint64_t offset) {
+std::optional<std::size_t> HostState::MailAt(const std::filesystem::path& file, std::uint64_t offset) const {
   std::error_code error;
   for (std::size_t i = 0; i < mail_count(); ++i) {
-    if (Mail(i).offset == offset && std::filesystem::equivalent(Mail(i).source, file, error))
-      return Open(i), std::nullopt;
+    const StoredMail& mail = store_.mails()[i];
+    if (mail.offset == offset && !IsGone(i) && std::filesystem::equivalent(mail.source, file, error))
+      return i;
   }
+  return std::nullopt;
+}
+
+// The mail that was read from there, if it is. Changes that nobody saved are worth more than what something else
+// wrote to its file since.
+std::optional<std::size_t> HostState::KnownMail(const StoredMail& read) {
+  auto known = MailAt(read.source, read.offset);
+  // An mbox ends each mail with a line end.
+  const auto differs = [&] { return known && Trim(Mail(*known).raw) != Trim(read.raw); };
+  if (!differs() || memories_[*known].edited) return known;
+  if (Mail(*known).place == MailPlace::kMbox) {
+    Refresh(Mail(*known).folder);
+    return MailAt(read.source, read.offset);
+  }
+  TakeRewritten(*known, read.raw, 0);
+  MailsChanged();
+  return known;
+}
+
+std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file, std::uint64_t offset) {
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return CannotRead(file, "the file cannot be opened");
   std::vector<StoredMail> mails = IsMbox(*bytes) ? SplitMbox(*bytes) : std::vector<StoredMail>{};
@@ -257,11 +281,12 @@ std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file
   for (StoredMail& mail : mails) {
     if (mail.offset != offset) continue;
     mail.source = file;
+    if (const auto known = KnownMail(mail)) return Open(*known), std::nullopt;
     mail.folder = folder_;
     mail.flags = FlagsOf(mail.raw);
     store_.mails().push_back(std::move(mail));
     memories_.resize(mail_count());
-    memories_.back().removed = true;
+    memories_.back().removed = memories_.back().alone = true;
     return Open(mail_count() - 1), std::nullopt;
   }
   return PathToUtf8(file) + " holds no mail at byte " + std::to_string(offset);

@@ -10,6 +10,13 @@ namespace {
 
 std::uint32_t If(bool condition, std::uint32_t bit) { return condition ? bit : 0; }
 
+std::uint32_t StateOfText(std::string_view text, bool has_attachments) {
+  return If(IsUrgent(text), kStateHighPriority) | If(has_attachments, kStateAttachment) |
+         If(CountHeaders(text, "Message-ID") > 0, kStateMessageId) |
+         If(CountHeaders(text, "In-Reply-To") > 0, kStateInReplyTo) |
+         If(CountHeaders(text, "Cc") > 0, kStateCc);
+}
+
 }  // namespace
 
 std::optional<std::string> HostState::AddMails(const std::filesystem::path& path,
@@ -50,12 +57,9 @@ std::uint32_t HostState::StateWord(std::size_t index) {
   const std::uint32_t flags = Mail(index).flags;
   const HostMessage& message = Message(index);
   const std::uint32_t found =
-      If(IsUrgent(message.text), kStateHighPriority) | If(!message.attachments.empty(), kStateAttachment) |
-      If(message.body_was_html, kStateHtml) | If((flags & kMailReplied) != 0, kStateReplied) |
-      If((flags & kMailForwarded) != 0, kStateForwarded) | If((flags & kMailRead) == 0, kStateUnread) |
-      If(CountHeaders(message.text, "Message-ID") > 0, kStateMessageId) |
-      If(CountHeaders(message.text, "In-Reply-To") > 0, kStateInReplyTo) |
-      If((flags & kMailMarked) != 0, kStateMarked) | If(CountHeaders(message.text, "Cc") > 0, kStateCc);
+      StateOfText(message.text, !message.attachments.empty()) | If(message.body_was_html, kStateHtml) |
+      If((flags & kMailReplied) != 0, kStateReplied) | If((flags & kMailForwarded) != 0, kStateForwarded) |
+      If((flags & kMailRead) == 0, kStateUnread) | If((flags & kMailMarked) != 0, kStateMarked);
   const Memory& memory = memories_[index];
   return (found & ~memory.changed_mask) | memory.changed_bits;
 }
@@ -64,6 +68,19 @@ void HostState::ChangeState(std::size_t index, std::uint32_t bits, std::uint32_t
   Memory& memory = memories_[index];
   memory.changed_mask |= mask;
   memory.changed_bits = (memory.changed_bits & ~mask) | (bits & mask);
+}
+
+std::uint32_t HostState::CurrentState() {
+  if (!HasDraft()) return StateWord(root_);
+  const Draft& draft = *writing.draft;
+  const std::uint32_t found =
+      StateOfText(draft.text, !draft.attachments.empty()) | If(!draft.html.empty(), kStateHtml);
+  return found ^ writing.switched;
+}
+
+void HostState::ChangeCurrentState(std::uint32_t bits, std::uint32_t mask) {
+  if (!HasDraft()) return ChangeState(root_, bits, mask);
+  writing.switched ^= (CurrentState() ^ bits) & mask;
 }
 
 void HostState::Remove(std::size_t index) {

@@ -66,6 +66,10 @@ class HostState {
   void Remove(std::size_t index);
   // True for a mail in no folder: removed, or opened from a file alone.
   bool IsRemoved(std::size_t index) const { return memories_[index].removed; }
+  // True for a number that no mail has any more: it was removed for good.
+  bool IsGone(std::size_t index) const {
+    return index >= mail_count() || (memories_[index].removed && !memories_[index].alone);
+  }
   // Makes the mail at `offset` of a file the root mail, one of no folder unless it was read already. Why not.
   std::optional<std::string> OpenFile(const std::filesystem::path& file, std::uint64_t offset);
 
@@ -81,7 +85,8 @@ class HostState {
   std::vector<std::size_t> MailsOf(std::size_t folder) const;
   // Reads a folder's files again, or searches again. Why it cannot be read.
   std::optional<std::string> Refresh(std::size_t folder);
-  // Searches for the mails of a search folder unless those found are still right; others are left alone.
+  // Searches for the mails of a search folder unless those found are still right or it waits to be asked;
+  // others are left alone.
   void EnsureSearched(std::size_t folder);
   FolderState& folder_state() { return folder_state_; }
 
@@ -109,6 +114,9 @@ class HostState {
   // The same text to be changed. Changes to a received mail show in the current mail only: the root mail
   // stays as it came until it is saved.
   std::string& EditCurrent() { return HasDraft() ? writing.draft->text : EditText(root_); }
+  // Its state word: of a mail being written what its text says and what was changed.
+  std::uint32_t CurrentState();
+  void ChangeCurrentState(std::uint32_t bits, std::uint32_t mask);
   bool HasDraft() const { return writing.draft.has_value(); }
   DraftPurpose draft_purpose() const { return HasDraft() ? writing.draft->purpose : DraftPurpose::kNewMail; }
   WritingState writing;
@@ -152,6 +160,7 @@ class HostState {
     std::uint32_t changed_bits = 0;
     std::int64_t colour = 0;
     bool removed = false;
+    bool alone = false;  // opened from a file: it is removed from nowhere
   };
 
   // Where the mail list is before mails leave it, and the nearest mail that is left afterwards.
@@ -167,6 +176,10 @@ class HostState {
   void TakeOut(const std::vector<std::size_t>& added);
   std::vector<std::size_t> Filable(std::span<const std::size_t> mails, std::string& failure) const;
   void MailsChanged();
+  void Search(std::size_t folder);
+  // For mails of files that are named: the one at a place; and with what was written there since.
+  std::optional<std::size_t> MailAt(const std::filesystem::path& file, std::uint64_t offset) const;
+  std::optional<std::size_t> KnownMail(const StoredMail& read);
 
   MailStore store_;
   FolderTree tree_{store_};

@@ -175,6 +175,13 @@ bool LibraryHost::MayGoOn() {
 
 std::string LibraryHost::StopReason() const { return IsInterrupted() ? "stopped by Ctrl+C" : "stopped"; }
 
+// --- The end of a macro ---
+
+void EndMacro(HostState& state) {
+  const auto pack = std::exchange(state.folder_state().find_pack_to_restore, std::nullopt);
+  if (pack) state.commands.find_pack = *pack;
+}
+
 // --- Macros of other windows ---
 
 std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
@@ -190,7 +197,11 @@ std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
   }
   // What failed in it is not a failure of the call that has it run.
   const std::string failure = std::exchange(state_.failure, "");
+  // A macro that runs while another one waits has an end of its own.
+  auto pack = std::exchange(state_.folder_state().find_pack_to_restore, std::nullopt);
   const auto problem = interpreter.Run(program);
+  EndMacro(state_);
+  state_.folder_state().find_pack_to_restore = std::move(pack);
   state_.failure = failure;
   if (problem) return Fail(Located(file, *problem)), std::nullopt;
   return interpreter.last_value().value_or(macro::Value(1));

@@ -69,6 +69,9 @@ class LibraryHost : public macro::MacroHost {
   std::set<std::string> told_;
 };
 
+// Does what a macro asked for the time when it ends.
+void EndMacro(HostState& state);
+
 // What a macro has another window run: a macro of its own, with variables of its own.
 class OtherWindowsMacros {
  public:

@@ -67,13 +67,6 @@ class TraceFile {
 
 // --- The run ---
 
-// Does what a macro asked for the time when it ends.
-void EndMacro(HostState& state) {
-  std::optional<std::string>& pack = state.folder_state().find_pack_to_restore;
-  if (pack) state.commands.find_pack = *std::move(pack);
-  pack.reset();
-}
-
 int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
   const Interruptible interruptible;
   for (const LoadedMacro& loaded : macros) {

@@ -98,12 +98,17 @@ void ChangeFrame(Draft& draft, const Frame& old, const Frame& frame) {
   }
 }
 
-void SetHtmlEditing(Draft& draft, bool on) {
+void SetHtmlEditing(Draft& draft, bool on, const Frame& frame) {
+  if (on && !draft.html.empty()) return;
+  std::string_view body = BodyOf(draft);
   if (!on) {
     draft.html.clear();
-  } else if (draft.html.empty()) {
+  } else if (!frame.sign.empty() && !frame.sign_html.empty() && body.ends_with(frame.sign)) {
+    body.remove_suffix(frame.sign.size());
+    draft.html = Html(body) + frame.sign_html;
+  } else {
     // Even an empty text is HTML then.
-    draft.html = Html(BodyOf(draft)) + (BodyOf(draft).empty() ? "<br>" : "");
+    draft.html = Html(body) + (body.empty() ? "<br>" : "");
   }
 }
 

@@ -59,8 +59,8 @@ void ChangeFrame(Draft& draft, const Frame& old, const Frame& frame);
 
 // --- HTML ---
 
-// Puts HTML beside the text, or takes it away.
-void SetHtmlEditing(Draft& draft, bool on);
+// Puts HTML beside the text, with the HTML form of the signature that `frame` has, or takes it away.
+void SetHtmlEditing(Draft& draft, bool on, const Frame& frame = {});
 // Gives it another HTML text, which the plain text beside follows.
 void SetHtml(Draft& draft, std::string_view html);
 

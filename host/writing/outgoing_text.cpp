@@ -13,6 +13,8 @@
 namespace wrenfold {
 namespace {
 
+constexpr char kDeferredDelivery[] = "Deferred-Delivery";
+
 // --- Finishing ---
 
 // Whether the header at the front of `lines` is our own.
@@ -52,8 +54,14 @@ bool HasRecipients(std::string_view raw) {
 
 bool IsToBeSent(std::string_view raw) { return Trim(FindHeader(SplitMessage(raw), "X-Unsent")) != "1"; }
 
+std::string UndatedDelivery(std::string_view raw) {
+  const std::string when(Trim(FindHeader(SplitMessage(raw), kDeferredDelivery)));
+  return wfinfo::ReadHeaderDate(when) ? "" : when;
+}
+
 bool IsDue(std::string_view raw, std::string_view now) {
-  const auto when = wfinfo::ReadHeaderDate(FindHeader(SplitMessage(raw), "Deferred-Delivery"));
+  if (!UndatedDelivery(raw).empty()) return false;
+  const auto when = wfinfo::ReadHeaderDate(FindHeader(SplitMessage(raw), kDeferredDelivery));
   const auto clock = wfinfo::ReadHeaderDate(now);
   return !when || !clock || wfinfo::OnMachineClock(*when, -clock->zone_minutes) <= clock->wall_clock;
 }

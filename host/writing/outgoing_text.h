@@ -17,9 +17,12 @@ bool HasRecipients(std::string_view raw);
 // False for a mail that waits for its writer: "X-Unsent: 1".
 bool IsToBeSent(std::string_view raw);
 
-// Whether the time of its Deferred-Delivery (RFC 2156) has come, if it has one that is a date; one without a
-// zone is on the clock of `now`, which is as in a Date header.
+// Whether the time of its Deferred-Delivery (RFC 2156) has come, if it has one; one without a zone is on the
+// clock of `now`, which is as in a Date header. One that is no date keeps the mail until its writer mends it.
 bool IsDue(std::string_view raw, std::string_view now);
+
+// The text of its Deferred-Delivery when that is no date, else "".
+std::string UndatedDelivery(std::string_view raw);
 
 // The mail as it leaves: lines end with CR LF; From, Date and Message-ID (of a resent mail their Resent- kin)
 // are added where they are missing; our own headers, X-Unsent and X-Wrenfold-..., are taken out.

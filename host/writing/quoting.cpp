@@ -1,5 +1,7 @@
 #include "host/writing/quoting.h"
 
+#include <algorithm>
+
 #include "host/base/ascii.h"
 #include "src/text/host_text.h"
 #include "src/text/wide_text.h"
@@ -27,6 +29,25 @@ std::size_t FittingLength(std::string_view line, std::size_t width) {
     if (character == " ") behind_blank = length;
   }
   return length;
+}
+
+bool EndsWithBlank(std::string_view line) {
+  std::string_view last;
+  while (!line.empty()) {
+    last = NextCharacter(line);
+    line.remove_prefix(last.size());
+  }
+  return last == " ";
+}
+
+// Takes what stands in one line off `rest`. Behind the blanks that the line begins with it is not broken.
+std::string_view TakeHeaderRow(std::string_view& rest, std::size_t width) {
+  const std::size_t blanks = std::min(rest.find_first_not_of(' '), rest.size());
+  const std::size_t left = width > blanks ? width - blanks : 1;
+  std::string_view row = rest.substr(0, blanks + FittingLength(rest.substr(blanks), left));
+  rest.remove_prefix(row.size());
+  if (!rest.empty() && EndsWithBlank(row)) row.remove_suffix(1);
+  return row;
 }
 
 }  // namespace
@@ -78,6 +99,22 @@ std::string FoldAndQuote(std::string_view text, std::string_view mark, std::size
     } while (!rest.empty());
   }
   return quoted;
+}
+
+std::string FoldHeaders(std::string_view text, std::size_t width) {
+  std::string folded;
+  while (!text.empty()) {
+    const HostLine line = TakeLine(text);
+    std::string_view rest = line.text;
+    if (width >= kNoFolding || line.end == "\r\r\n") {
+      folded.append(rest).append(line.end);
+      continue;
+    }
+    folded += TakeHeaderRow(rest, width);
+    while (!rest.empty()) folded.append("\r\n ").append(TakeHeaderRow(rest, width - 1));
+    folded += line.end;
+  }
+  return folded;
 }
 
 }  // namespace wrenfold

@@ -35,6 +35,7 @@ struct WritingState {
   bool quiet_header_changes = false;
   bool quiet_lost_answer = false;
   bool quiet_subject = false;
+  std::uint32_t switched = 0;       // bits of the written mail's state word that are not as its text says
   std::set<std::size_t> warned_of;  // mails whose changed headers were told
 };
 

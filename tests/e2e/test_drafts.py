@@ -154,6 +154,33 @@ class NothingIsLost(Drafts):
                     file.unlink()
                 self.run_on_mail('MakeReply("", 0)\n')
 
+    def test_an_answer_to_a_mail_that_was_removed_for_good_is_told(self):
+        result = self.run_on_mail('MakeReply("", 0)\nprint Delete(), SelectFolder("trash", null), Delete(), MailCount()\nprint SendLater()\n')
+        self.assertEqual((result.out, result.code), ("1110\n1\n", 0))
+        self.assertIn('wrenfold: the mail that "Re: Minutes" to Alice <alice@example.com> answers is not here to be marked', result.err)
+
+    def test_the_state_of_the_mail_being_written_is_its_own(self):
+        states = 'print IsOrikaeshi(), IsRootOrikaeshi(), GetMailFlag("mark"), MailType()\n'
+        self.assert_output(self.run_on_mail(
+            f'{states}MakeReply("", 0)\nSetOrikaeshi(0)\nSetMailFlag("mark", 1)\n{states}SyncOrikaeshi()\nSetMailFlag("mark", 0)\n{states}'
+            f'SetMailFlag("mark", 1)\nSaveDraft2(1)\n{states}NewMail()\n{states}'
+            f'SelectFolder("Drafts", null)\n{states}OpenMail()\n{states}'), "1101\n0112\n1102\n1101\n1102\n1102\n1102\n")
+
+    def test_html_has_the_html_form_of_the_signature(self):
+        for name, text in (("sign/Plain.txt", "-- \r\nBob"), ("sign/Rich.html", "<p>-- <br><b>Bob</b></p>")):
+            (self.folder / name).parent.mkdir(exist_ok=True)
+            self.write(name, text)
+        self.assert_output(self.run_on_mail(
+            'NewMail()\nHostSetBody("a < b\\n")\nSwitchSign("Rich")\nHtmlEdit(1)\nprint HostHtml()\nHtmlEdit(0)\nSwitchSign("Plain")\n'
+            'HtmlEdit(1)\nprint HostHtml()\nHtmlEdit(0)\nSwitchSign("Rich")\nHostSetBody("c")\nHtmlEdit(1)\nprint HostHtml()\n'
+            'SaveDraft2(1)\n', "--templates", self.folder),
+            "a &lt; b<br>\n<p>-- <br><b>Bob</b></p>\na &lt; b<br>\n-- <br>\nBob\nc\n")
+
+    def test_a_new_mail_is_found_after_the_main_window_was_raised(self):
+        self.assert_output(self.run_on_mail('RestoreWindow()\nprint SetMainWndTop()\nNewMail()\nSetHeader("Subject", "x")\n'
+                                            'print SetFindPack("x"), SaveDraft2(1)\n'), "1\n11\n")
+        self.assertEqual(self.draft()["Subject"], "x")
+
     def test_a_folder_that_cannot_be_made_keeps_the_mail_and_says_so(self):
         place = self.write("Drafts", "a file")
         result = self.run_on_mail('MakeReply("", 0)\nHostSetBody("mine")\nprint SaveDraft()\nMakeForward()\n'

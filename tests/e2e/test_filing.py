@@ -176,6 +176,44 @@ class NothingIsLost(Filing):
                           'SelectFolder("list", null)\nprint Move("inbox", null)\n', "20\n1\n",
                           {"list.mbox.new": None, "list.mbox": LINE + TWO, "inbox/19700101-000000.eml": ONE})
 
+    def test_a_folder_is_one_whatever_the_case_of_its_letters(self):
+        self.assert_output(self.run_filing(
+            'print MakeFolder("drafts", null)\nMakeReply("", 0)\nprint SaveDraft2(1), MakeFolder("DRAFTS", null)\n'
+            'RefreshFolder("drafts", null)\nprint GetFolderMailCount("drafts", null, null)\n'
+            'folder = AddString(GetNextFolder("mails", null))\ni = 0\nwhile folder != "" and i < 9\n'
+            '  print ToBaseName(folder)\n  folder = AddString(GetNextFolder(folder, null))\n  i = i + 1\nend\n'),
+            "1\n10\n1\nlist.mbox\ninbox\nwork\ndrafts\n")
+
+    def test_a_file_that_was_written_anew_is_read_anew(self):
+        out = self.write("out.eml", ONE).as_posix()
+        one, two, mbox = ((self.mails / name).as_posix() for name in ("inbox/one.eml", "inbox/two.eml", "list.mbox"))
+        other = self.write("other.mbox", LINE + TWO + b"\r\n" + LINE + ONE).as_posix()
+        self.assert_output(self.run_filing(f"""\
+print LoadRootMail("{out}", 0), RootHeader("Subject"), Bypass_CopyFile("{two}", "{out}", 0)
+print LoadRootMail("{out}", 0), RootHeader("Subject")
+print LoadRootMail("{one}", 0), RootHeader("Subject"), Bypass_CopyFile("{two}", "{one}", 0)
+print LoadRootMail("{one}", 0), RootHeader("Subject"), GetFolderMailCount("inbox", null, null)
+print LoadRootMail("{mbox}", {len(LINE)}), RootHeader("Subject"), Bypass_CopyFile("{other}", "{mbox}", 0)
+print LoadRootMail("{mbox}", {len(LINE)}), RootHeader("Subject"), GetFolderMailCount("list", null, null)
+"""), "1one1\n1two\n1one1\n1two2\n1one1\n1two2\n")
+
+    def test_changes_that_nobody_saved_outlive_a_new_file(self):
+        one, two = ((self.mails / name).as_posix() for name in ("inbox/one.eml", "inbox/two.eml"))
+        self.assert_output(self.run_filing(f"""\
+LoadRootMail("{one}", 0)
+NoWarningHeaderUpdate()
+SetHeader("Subject", "mine")
+Bypass_CopyFile("{two}", "{one}", 0)
+print LoadRootMail("{one}", 0), CurrentHeader("Subject")
+"""), "1mine\n")
+
+    def test_an_empty_folder_takes_imported_mails(self):
+        one = (self.mails / "inbox/one.eml").as_posix()
+        self.assert_output(self.run_filing(
+            'print SelectFolder("work", null), MailCount(), CheckDuplication("batch", null, null, 0, 0)\n'
+            f'print Import("{one}", "auto", "", ""), MailCount(), RootHeader("Subject")\n'), "100\n11one\n")
+        self.assertEqual([content for path, content in self.files().items() if path.startswith("work/")], [ONE])
+
 
 class ReadOnly(HostTest):
     def test_no_file_of_the_samples_changes(self):

@@ -133,6 +133,12 @@ class Reasons(HostTest):
         result = self.run_macro("SetMailIndex(-1)\n", "--strict", "--mail", self.folder / "mails")
         self.assertIn("SetMailIndex: the list has no mail -1; it shows 2 (--strict)", result.err)
 
+    def test_a_search_in_a_folder_that_is_not_there_fails(self):
+        searches = 'print DoGrep("none", null, 0), " ", HostReason(), GrepWnd()\nprint DoGrep("none", null, 1), DoGrep("", null, 0)\n'
+        self.assert_output(self.run_macro(searches, *self.mail()), '0 no folder "none"0\n11\n')
+        result = self.run_macro(searches, "--strict", *self.mail())
+        self.assertIn('DoGrep: no folder "none" (--strict)', result.err)
+
     def test_strict_stops_there(self):
         for source, reason in (("SwitchHeaderView(9)\n", "SwitchHeaderView: menu command 40053 is not served by the small host"),
                                ("print MailFileName()\n", "MailFileName: no mail is open"),

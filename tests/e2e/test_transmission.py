@@ -3,6 +3,7 @@ import email
 import email.policy
 import os
 import pathlib
+import shutil
 import subprocess
 import time
 import unittest
@@ -105,6 +106,16 @@ class Outbox(TransmissionTest):
         result = self.run_here(WRITE + defer.format("1 Jan 2025 10:00:00 +0900") + "print SendNow(), SentMailCount()\n")
         self.assertEqual((result.out, result.code), ("11\n", 0))
         self.assertEqual(self.only(self.sent)["Deferred-Delivery"], "1 Jan 2025 10:00:00 +0900")
+
+    def test_a_mail_with_a_time_that_is_no_date_waits_and_says_so(self):
+        for send in ("SendNow()", "SendLater()"):
+            with self.subTest(send):
+                result = self.run_here(f'{WRITE}SetHeader("Deferred-Delivery", "tomorrow")\nprint {send}, SendRemain(), SentMailCount()\n')
+                self.assertEqual((result.out, result.code), ("110\n", 0))
+                self.assertIn('the mail waits in the outbox: its Deferred-Delivery "tomorrow" is no date\n', result.err)
+                self.assertNotIn("would send", result.err)
+                self.assertEqual((len(self.names(self.outbox)), self.names(self.sent)), (1, []))
+                shutil.rmtree(self.outbox)
 
     def test_the_copy_of_a_sent_mail_is_the_mail_that_was_sent(self):
         self.run_here(WRITE + 'MakeFolder("kept", null)\nSetSentFolder("kept", null)\nprint SendNow()\n')

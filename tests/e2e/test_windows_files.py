@@ -23,6 +23,12 @@ class OtherWindows(HostTest):
         self.assert_output(self.run_macro(
             'x = 5\nprint ExecAtMain("x = p1 + 1\\nprint p2, p3, x\\nx", 7, "text"), x'), "text08\n85\n")
 
+    def test_a_find_pack_is_restored_when_the_macro_that_asked_for_it_ends(self):
+        self.assert_output(self.run_macro(
+            'SetFindPack("a")\nAutoRestoreFindPack()\nSetFindPack("b")\n'
+            'print ExecAtMain("AutoRestoreFindPack()\\nSetFindPack(\\"c\\")\\nprint GetFindPack(0, 0)"), GetFindPack(0, 0)\n',
+            "--macro", self.write("next.macro", "print GetFindPack(0, 0)\n"), *self.two_mails()), "c\n1b\na\n")
+
     def test_a_macro_runs_in_the_window_it_is_sent_to(self):
         self.assert_output(self.run_macro(
             'OpenMail()\nprint IsWrenfoldMain()\nprint ExecAt(MainWnd(), "IsWrenfoldMain()"), IsWrenfoldMain()\n'

@@ -59,12 +59,18 @@ Answer Select(Request& request) {
   return WithFolder<Show, 1>(request);
 }
 
-// The next folder that is there.
+// True when a walk goes on from a folder once it is named by its path, as macros do it.
+bool IsFoundByPath(Request& request, std::size_t folder) {
+  const std::string path = SystemCharsets().HostToUtf8(FolderPath(request, folder));
+  return request.state.tree().Find(path, request.state.folder()) == folder;
+}
+
+// The next folder that is there. One whose path means another would lead a walk back for ever.
 std::optional<std::size_t> Neighbour(Request& request, std::size_t folder, int step) {
   const std::vector<MailFolder>& folders = request.state.folders();
   // Stepping back from the first wraps to a number behind the last.
   while ((folder += static_cast<std::size_t>(step)) < folders.size()) {
-    if (!folders[folder].removed) return folder;
+    if (!folders[folder].removed && IsFoundByPath(request, folder)) return folder;
   }
   return std::nullopt;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 #include "host/mail/find_pack.h"
 #include "host/requests/request_server_win.h"
@@ -25,13 +26,14 @@ Answer GrepWindow(Request& request) {
 
 constexpr Slot kAllFolders = 1;  // flag
 
-// folder pair, flags, option. Adds the mails that the find pack finds to those found, in the order of
-// the folders.
-void FindMails(Request& request) {
+bool InAllFolders(const Request& request) { return (request.Number(2) & kAllFolders) != 0; }
+
+// folder pair, flags, option. Adds the mails that the find pack finds in a folder, or in all, to those found, in the
+// order of the folders.
+void FindMails(Request& request, std::size_t folder) {
   HostState& state = request.state;
   std::vector<std::size_t>& found = state.commands.found;
-  const auto folder = FolderOfPair(request, 0);
-  const bool all = (request.Number(2) & kAllFolders) != 0;
+  const bool all = InAllFolders(request);
   Progress progress("searching mails");
   for (std::size_t i = 0; i < state.folders().size(); ++i) {
     if (!all && folder != i) continue;
@@ -44,14 +46,24 @@ void FindMails(Request& request) {
   state.selection.Select(found);
 }
 
+// The folder to search; any where all are searched, or none is there and none is named.
+std::optional<std::size_t> ToSearch(Request& request) {
+  const bool none = request.state.folders().empty() && NameOfPair(request, 0).empty();
+  return none || InAllFolders(request) ? std::optional<std::size_t>(0) : FolderOfPair(request, 0);
+}
+
 Answer Search(Request& request) {
+  const auto folder = ToSearch(request);
+  if (!folder) return NoFolder(request);
   request.state.commands.found.clear();
-  FindMails(request);
+  FindMails(request, *folder);
   return Request::AnswerNumber(Windows::OpenGrepWindow() ? 1 : 0);
 }
 
 Answer AddToSearch(Request& request) {
-  FindMails(request);
+  const auto folder = ToSearch(request);
+  if (!folder) return NoFolder(request);
+  FindMails(request, *folder);
   const bool open = Windows::GrepWindow() != nullptr || Windows::OpenGrepWindow();
   return Request::AnswerNumber(open ? 1 : 0);
 }

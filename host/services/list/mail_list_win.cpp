@@ -117,14 +117,19 @@ Answer ClearAllUnread(Request& request) {
 
 // bits, mask
 Answer SetState(Request& request) {
-  request.state.ChangeState(request.state.root(), static_cast<std::uint32_t>(request.Number(0)),
-                            static_cast<std::uint32_t>(request.Number(1)));
+  request.state.ChangeCurrentState(static_cast<std::uint32_t>(request.Number(0)),
+                                   static_cast<std::uint32_t>(request.Number(1)));
   return Request::Done(true);
 }
 
 Answer SetFolding(Request& request) {
   const std::uint32_t changed = kStateNoFolding;
-  request.state.ChangeState(request.state.root(), request.Number(0) != 0 ? 0 : changed, changed);
+  request.state.ChangeCurrentState(request.Number(0) != 0 ? 0 : changed, changed);
+  return Request::Done(true);
+}
+
+Answer SwitchFolding(Request& request) {
+  request.state.ChangeCurrentState(~request.state.CurrentState(), kStateNoFolding);
   return Request::Done(true);
 }
 
@@ -162,7 +167,7 @@ constexpr Service kServices[] = {
     {kPane, nullptr, Pane, "the pane selected last, 0 at first"},
     {95, nullptr, WithRoot<Colour>, "colour of the open mail, kept while the program runs"},
     {96, nullptr, WithRoot<SetColour>, "sets it"},
-    {97, "II", WithRoot<SetState>, "changes bits of the state word: new bits, mask"},
+    {97, "II", WithCurrent<SetState>, "changes bits of the current mail's state word: new bits, mask"},
     {131, nullptr, WithRoot<LockSelection>,
      "keeps the selected mails: for `EnumSelection`, and for `Export`"},
     {132, nullptr, UnlockSelection, "ends that"},
@@ -176,7 +181,7 @@ constexpr Service kServices[] = {
     {245, nullptr, WithRoot<SelectAllInPane>,
      "in the mail list as `SelectAllMail`; in the mail its text, which `SelectedRootText` then gives; 0 in "
      "the pane of folders"},
-    {311, "I", WithRoot<SetFolding>, "turns the open mail's folding on or off"},
+    {311, "I", WithCurrent<SetFolding>, "turns the current mail's folding on or off"},
 };
 
 constexpr Command kCommands[] = {
@@ -186,7 +191,7 @@ constexpr Command kCommands[] = {
     {40032, WithRoot<Move<-1, false>>, "the previous one"},
     {40033, WithRoot<Switch<kStateUnread>>, "makes the open mail read or unread"},
     {40079, WithRoot<Switch<kStateMarked>>, "sets or clears its mark"},
-    {40090, WithRoot<Switch<kStateNoFolding>>, "turns its folding on or off"},
+    {40090, WithCurrent<SwitchFolding>, "turns the current mail's folding on or off"},
     {40430, ClearAllUnread, "makes the mails of the list read"},
 };
 

@@ -6,6 +6,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/folders/folder_paths_win.h"
 #include "host/services/services_win.h"
+#include "host/writing/draft_file.h"
 
 namespace wrenfold {
 namespace {
@@ -42,8 +43,15 @@ Answer State(Request& request) {
   return Request::AnswerNumber(request.state.StateWord(request.state.root()));
 }
 
-// All mails of the small host are received ones.
-Answer MailType(Request&) { return Request::AnswerNumber(1); }
+Answer CurrentState(Request& request) { return Request::AnswerNumber(request.state.CurrentState()); }
+
+constexpr Slot kReceived = 1;
+constexpr Slot kWritten = 2;
+
+Answer MailType(Request& request) {
+  const bool written = request.state.HasDraft() || IsDraftFile(Root(request).raw);
+  return Request::AnswerNumber(written ? kWritten : kReceived);
+}
 
 // All of the text or nothing: there is no view to select in with the mouse.
 Answer SelectedText(Request& request) {
@@ -64,8 +72,9 @@ constexpr Service kServices[] = {
     {3, "TAII", WithCurrent<CurrentHeader>,
      "header of the current mail: length of the whole value; fills the buffer"},
     {4, "TAI", WithCurrent<CountCurrentHeader>, "how often the current mail has it"},
-    {15, "", WithRoot<State>, "the [state word](#the-state-word)"},
-    {16, nullptr, WithRoot<MailType>, "1: received"},
+    {15, "", WithCurrent<CurrentState>, "the [state word](#the-state-word) of the current mail"},
+    {16, nullptr, WithCurrent<MailType>,
+     "of the current mail: 2 when it is being written or a draft, else 1, received"},
     {47, nullptr, WithRoot<SelectedText>, "the body after `SelectAllInCurrentPane` in the mail, else \"\""},
     {52, nullptr, WithRoot<FileName>, "of the file that holds the root mail"},
     {53, nullptr, WithRoot<FilePath>, "its full path"},
@@ -73,7 +82,7 @@ constexpr Service kServices[] = {
     {240, nullptr, WithCurrent<AllCurrentHeader>, "header block of the current mail"},
     {241, nullptr, WithCurrent<SmallCurrentHeader>, "From, To, Cc, Subject and Date of the current mail"},
     {183, nullptr, WithRoot<Size>, "bytes of the root mail in its file"},
-    {263, "", WithRoot<State>, "the [state word](#the-state-word)"},
+    {263, "", WithRoot<State>, "the [state word](#the-state-word) of the root mail"},
 };
 
 }  // namespace

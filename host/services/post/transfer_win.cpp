@@ -71,6 +71,8 @@ void NoteReception(HostState& state, std::size_t first) {
 
 // path, file type, 1 = as just received, four options that are not looked at. Answers the number of mails.
 Answer Import(Request& request) {
+  HostState& state = request.state;
+  if (state.folders().empty()) return request.Fail("no mails are open: there is no folder to import into");
   if (!IsImportType(request.Number(1)))
     return request.Fail("no file type " + std::to_string(request.Number(1)));
   auto read = MailsToImport(PathOf(request.Text(0)), static_cast<ImportType>(request.Number(1)));
@@ -79,12 +81,14 @@ Answer Import(Request& request) {
   for (StoredMail& mail : mails) {
     if (request.Number(2) == 1) mail.flags &= ~(kMailRead | kMailOld);
   }
-  const std::size_t first = request.state.mail_count();
-  const std::string failure = request.state.Import(std::move(mails), request.state.folder());
-  if (request.Number(2) == 1) NoteReception(request.state, first);
+  const std::size_t first = state.mail_count();
+  const std::string failure = state.Import(std::move(mails), state.folder());
+  if (request.Number(2) == 1) NoteReception(state, first);
+  // The folder was empty before.
+  if (!state.HasRoot()) state.ShowFolder(state.folder());
   // Those that could be written stay.
   Answer answer = failure.empty() ? Answer{} : request.Fail(failure);
-  answer.value = static_cast<Slot>(request.state.mail_count() - first);
+  answer.value = static_cast<Slot>(state.mail_count() - first);
   return answer;
 }
 
@@ -192,6 +196,7 @@ std::vector<std::size_t> MailsToCompare(Request& request) {
 // folder, second folder, mode, two numbers that are not looked at. Copies become the selection; with "yesall"
 // they are taken out of their folders, with nobody to ask only then. Answers their number.
 Answer CheckDuplicates(Request& request) {
+  if (request.state.folders().empty()) return request.Fail("no mails are open");
   std::vector<ComparedMail> mails;
   Progress progress("comparing mails");
   for (const std::size_t mail : MailsToCompare(request)) {
@@ -218,13 +223,13 @@ Answer SetOptions(Request& request) {
 }
 
 constexpr Service kServices[] = {
-    {119, "TIIIIII", WithRoot<Import>,
+    {119, "TIIIIII", Import,
      "number of mails read from the file, or the .eml files of the folder, and written into the current "
      "folder; \"auto\" looks at the file; \"recv\" makes them unread; other options are not looked at"},
     {120, "TIIIIII", Export,
      "number of mails of the open mail's folder that were [written](#export); the counts are those of "
      "`Export_SuccessCount`, `Export_FailedCount`"},
-    {126, "TTIII", WithRoot<CheckDuplicates>, "number of [copies](#duplicates)"},
+    {126, "TTIII", CheckDuplicates, "number of [copies](#duplicates)"},
     {229, "ITI", SetOptions, "keeps the options of the check for [copies](#duplicates): 1"},
 };
 

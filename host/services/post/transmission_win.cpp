@@ -147,7 +147,8 @@ void ShowWouldSend(const std::string& raw) {
   const std::string text = ShownHostText(shown);
   for (std::string_view rest = text; !rest.empty();) {
     const std::size_t end = rest.find('\n');
-    lines += "| " + std::string(rest.substr(0, end)) + "\n";
+    const std::string_view line = rest.substr(0, end);
+    lines.append(line.empty() ? "|" : "| ").append(line).append("\n");
     rest.remove_prefix(end == rest.npos ? rest.size() : end + 1);
   }
   TheTerminal().Error(lines);
@@ -341,10 +342,19 @@ void FinishTransmission(HostState& state) {
   while (Post(state).transmission.IsRunning()) Advance(state);
 }
 
+// Says why a mail waits until its writer mends it.
+bool TellUndated(HostState& state, std::string_view mail) {
+  const std::string when = UndatedDelivery(mail);
+  if (when.empty()) return false;
+  Tell(state, "the mail waits in the outbox: its Deferred-Delivery " + Quoted(when, 60) + " is no date");
+  return true;
+}
+
 Answer PostLater(Request& request, std::string_view mail) {
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
+  TellUndated(request.state, mail);
   return Request::Done(true);
 }
 
@@ -354,7 +364,8 @@ Answer PostNow(Request& request, std::string_view mail) {
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
   if (!IsDue(mail, DateHeaderNow())) {
-    TellStatus(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
+    if (!TellUndated(request.state, mail))
+      TellStatus(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
     return Request::Done(true);
   }
   FinishTransmission(request.state);

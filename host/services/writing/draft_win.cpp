@@ -42,6 +42,7 @@ fs::path FileOf(HostState& state, const Draft& draft) {
 std::size_t FindById(HostState& state, std::string_view id) {
   if (id.empty()) return kNoMail;
   for (std::size_t i = 0; i < state.mail_count(); ++i) {
+    if (state.IsGone(i)) continue;
     const std::string& raw = state.Mail(i).raw;
     if (Trim(FindHeader(SplitMessage(raw), "Message-ID")) == id && !IsDraftFile(raw)) return i;
   }
@@ -62,7 +63,7 @@ void MarkAnswered(HostState& state, const Draft& draft) {
   if (std::exchange(state.folder_state().keep_root_flags, false)) return;
   if (draft.purpose == DraftPurpose::kNewMail) return;
   const std::uint32_t mark = draft.purpose == DraftPurpose::kReply ? kStateReplied : kStateForwarded;
-  if (draft.answered < state.mail_count()) return state.ChangeState(draft.answered, mark, mark);
+  if (!state.IsGone(draft.answered)) return state.ChangeState(draft.answered, mark, mark);
   if (!state.writing.quiet_lost_answer) {
     Tell("the mail that " + TitleOf(draft) +
          " answers is not here to be marked (NoWarningRootUpdateFail() leaves this out)");
@@ -91,6 +92,7 @@ Answer BeginWriting(Request& request, Draft draft) {
   state.folder_state().keep_root_flags = false;
   state.writing.kept.reset();
   state.writing.draft = std::move(draft);
+  state.writing.switched = 0;
   Windows::OpenView();
   return Request::Done(true);
 }
@@ -105,6 +107,7 @@ Answer ReopenDraft(Request& request, std::size_t mail) {
     draft.answered = FindById(state, draft.answered_id);
     state.writing.kept = draft;
     state.writing.draft = std::move(draft);
+    state.writing.switched = 0;
   }
   Windows::OpenView();
   return Request::Done(true);

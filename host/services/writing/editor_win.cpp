@@ -105,7 +105,8 @@ Answer MessageId(Request& request) {
 
 // 0 plain text, else HTML
 Answer HtmlEdit(Request& request) {
-  SetHtmlEditing(*request.state.writing.draft, request.Number(0) != 0);
+  Draft& draft = *request.state.writing.draft;
+  SetHtmlEditing(draft, request.Number(0) != 0, FrameOf(request.state, draft));
   return Request::Done(true);
 }
 

@@ -26,7 +26,7 @@ Answer QuoteWithMark(Request& request) {
 }
 
 Answer FoldHeader(Request& request) {
-  return request.AnswerText(FoldAndQuote(request.Text(0), "", RootWidth(request)));
+  return request.AnswerText(FoldHeaders(request.Text(0), RootWidth(request)));
 }
 
 // Width 0 is the host's own.
@@ -75,7 +75,7 @@ constexpr Service kServices[] = {
      "folded at 72 columns by the rules for Japanese text; at the line ends that are there closing "
      "characters go up, "
      "opening ones down"},
-    {158, "T", FoldHeader, "folded at 72 columns, no mark"},
+    {158, "T", FoldHeader, "headers folded at 72 columns: lines that go on begin with a blank"},
     {262, "TI", QuoteWidth, "`> ` and folding at that width; 0 means 72, 9999 no folding"},
     {285, "TT", CustomHeader,
      "the headers that a list of names chooses from a header block: `From, Subject=Betreff, *, -Received`"},

@@ -71,7 +71,8 @@ TEST(DeferredMail, IsDueWhenItsTimeHasCome) {
       {"deferred-delivery: Sat, 22 Nov 2025 00:00:00 -0200", false, "an hour to go in another zone"},
       {"Deferred-Delivery: 22 Nov 2025 10:00:01", false, "without a zone, on this clock"},
       {"Deferred-Delivery: 2025/11/22 10:00:00", true, "in another form"},
-      {"Deferred-Delivery: tomorrow", true, "no date"},
+      {"Deferred-Delivery: tomorrow", false, "no date: nothing leaves that somebody wanted to leave later"},
+      {"Deferred-Delivery: ", true, "no time at all"},
       {"Subject: s", true, "not deferred"},
   };
   for (const auto& [header, expected, why] : cases) {
