@@ -23,6 +23,7 @@
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/own_code_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 
@@ -199,6 +200,7 @@ HostState* g_state = nullptr;  // of the transmission in the background
 
 LRESULT CALLBACK AnswerStepMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message != WM_TIMER) return DefWindowProcA(window, message, wparam, lparam);
+  const OwnCode own_code;
   if (g_state != nullptr) Advance(*g_state);
   if (g_state == nullptr || !Post(*g_state).transmission.IsRunning()) DestroyWindow(window);
   return 0;
