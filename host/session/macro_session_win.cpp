@@ -92,8 +92,10 @@ void TellWaiting(HostState& state) {
   if (!waiting.empty()) Complain(waiting);
 }
 
-// What the end of the program must not lose: a transmission that still runs, and mails that nobody sent.
-void EndTransmission(HostState& state) {
+// What the end of the program must not lose: a transmission that still runs, and mails that nobody sent. A macro that
+// did not come to its end might have cancelled what it began.
+void EndTransmission(HostState& state, bool all_well) {
+  if (!all_well) StopTransmission(state);
   FinishTransmission(state);
   TellWaiting(state);
 }
@@ -129,9 +131,10 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
   macro::Interpreter interpreter(host);
   int result = RunMacros(macros, interpreter, state);
   state.writing.macro.clear();
-  const bool goes_on = result == kFine && !state.commands.application.exit_asked;
+  const bool macros_ended = result == kFine;
+  const bool goes_on = macros_ended && !state.commands.application.exit_asked;
   if (goes_on && options.prompt) result = RunPrompt(interpreter, known, state);
-  EndTransmission(state);
+  EndTransmission(state, macros_ended);
   if (!KeepAtEnd(state)) result = kFailed;
   Summarise(server, options.trace);
   return result;

@@ -1,4 +1,4 @@
-"""Ctrl+C: the mail being written is kept, whatever the small host is doing."""
+"""Ctrl+C: the mail being written is kept, whatever the small host is doing, and what it was sending waits."""
 import os
 import signal
 import socket
@@ -9,6 +9,7 @@ import unittest
 
 import host
 from host import HostTest
+from test_transmission import PEER, windows_path
 
 WRITE = 'NewMail()\nSetHeader("To", "a@b.example")\nHostSetBody("typed")\nprint "written"\n'
 SECONDS = 30
@@ -64,6 +65,12 @@ class Interruption(HostTest):
         for file in self.folder.glob("Drafts/*.eml"):
             file.unlink()
         return Run("--mail", "a.eml", *arguments, folder=self.folder)
+
+    def wait_for_file(self, name):
+        end = time.monotonic() + SECONDS
+        while not (self.folder / name).exists():
+            self.assertLess(time.monotonic(), end, f"no {name}")
+            time.sleep(0.05)
 
     def drafts(self):
         return [file.read_text() for file in self.folder.glob("Drafts/*.eml")]
@@ -136,6 +143,21 @@ class Interruption(HostTest):
                 time.sleep(gap_seconds)
                 run.interrupt()
                 self.assert_kept(run)
+
+    def test_the_rest_of_what_is_sent_in_the_background_waits(self):
+        sending = 'print StartSendRemain()\nwhile 1\nend\n'
+        source = 'for i in 3\nNewMail()\nSetHeader("To", "a@b.example")\nSendLater()\nend\n' + sending
+        run = self.start("--macro", str(self.write("test.macro", source)), "--send-with",
+                         f'"{windows_path(PEER)}" got.eml sleep')
+        self.wait_for_file("got.eml")
+        run.interrupt()
+        time.sleep(0.5)
+        self.write("stop", "")
+        code, err = run.end()
+        self.assertEqual(code, 130, err)
+        self.assertIn("transmission: stopped; received 0 mails, sent 0 mails, 1 failure, cancelled\n", err)
+        self.assertEqual(err.count("send_peer: 2 words"), 1, err)
+        self.assertIn("wrenfold: 3 mails wait in ", err)
 
 
 if __name__ == "__main__":

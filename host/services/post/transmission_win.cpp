@@ -23,6 +23,7 @@
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/interrupt_win.h"
 #include "host/terminal/own_code_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
@@ -178,9 +179,11 @@ std::vector<TransmissionStep> StepsToSend(HostState& state) {
 
 // --- A transmission, waited for or in the background ---
 
-void Advance(HostState& state) {
+// `stop`: no further step, which is told.
+void Advance(HostState& state, bool stop = IsInterrupted()) {
   Transmission& transmission = Post(state).transmission;
   const std::size_t failures = transmission.result().failures.size();
+  if (stop) transmission.cancel_asked = true;
   transmission.Advance([&state](const TransmissionStep& step) {
     return step.kind == Kind::kSend ? Send(state, step) : Receive(state, step);
   });
@@ -191,6 +194,7 @@ void Advance(HostState& state) {
   if (transmission.IsRunning()) return;
   PostOffice& post = Post(state);
   post.status = transmission.Summary();
+  if (stop && result.cancelled) TheTerminal().Error("transmission: stopped; " + post.status + "\n");
   if (result.received == 0 || state.commands.application.quiet) return;
   post.sound_plays = true;
   TheTerminal().Error("sound: mail received\n");
@@ -342,6 +346,10 @@ void FinishTransmission(HostState& state) {
   while (Post(state).transmission.IsRunning()) Advance(state);
 }
 
+void StopTransmission(HostState& state) {
+  if (Post(state).transmission.IsRunning()) Advance(state, true);
+}
+
 Answer PostLater(Request& request, std::string_view mail) {
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
@@ -364,7 +372,8 @@ Answer PostNow(Request& request, std::string_view mail) {
 
 std::string WaitingMails(HostState& state) {
   const PostOffice& post = Post(state);
-  const std::size_t count = post.put > 0 ? post.outbox.Waiting().size() : 0;
+  const bool touched = post.put > 0 || post.transmission.result().cancelled;
+  const std::size_t count = touched ? post.outbox.Waiting().size() : 0;
   if (count == 0) return "";
   const std::size_t deferred = count - post.outbox.Waiting(DateHeaderNow()).size();
   return MailsInWords(count) + (count == 1 ? " waits in " : " wait in ") + PathToUtf8(post.outbox.folder()) +

@@ -19,6 +19,9 @@ Answer PostNow(Request& request, std::string_view mail);
 // program ends.
 void FinishTransmission(HostState& state);
 
+// Ends one before its next mail, which stays where it is, and tells so.
+void StopTransmission(HostState& state);
+
 // What the user must know when the program ends: "1 mail waits in ...". "" for nothing.
 std::string WaitingMails(HostState& state);
 
