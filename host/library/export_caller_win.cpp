@@ -8,6 +8,7 @@
 
 #include "host/charset/charsets.h"
 #include "host/library/export_help.h"
+#include "host/terminal/own_code_win.h"
 #include "src/catalogue/rows.h"
 
 namespace wrenfold {
@@ -88,7 +89,11 @@ std::variant<Value, Complaint> CallExport(const Library& library, const std::str
   if (address == nullptr)
     return Complaint{name + " is missing in this WFINFO.dll; take host and library from the same build"};
   const Slots slots(*row, parameters);
-  return ResultOf(*row, slots.Call(reinterpret_cast<AnyExport>(reinterpret_cast<void*>(address))));
+  const auto result = [&] {
+    const ForeignCode library_code;
+    return slots.Call(reinterpret_cast<AnyExport>(reinterpret_cast<void*>(address)));
+  }();
+  return ResultOf(*row, result);
 }
 
 }  // namespace wrenfold

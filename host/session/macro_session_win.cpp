@@ -25,6 +25,7 @@
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/interrupt_win.h"
+#include "host/terminal/own_code_win.h"
 #include "host/terminal/progress_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
@@ -79,11 +80,17 @@ int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interp
   return kFine;
 }
 
-// What the end of the program must not lose: a transmission that still runs, and mails that nobody sent.
-void EndTransmission(HostState& state) {
-  FinishTransmission(state);
+void TellWaiting(HostState& state) {
   const std::string waiting = WaitingMails(state);
   if (!waiting.empty()) Complain(waiting);
+}
+
+// What the end of the program must not lose: a transmission that still runs, and mails that nobody sent. A macro that
+// did not come to its end might have cancelled what it began.
+void EndTransmission(HostState& state, bool all_well) {
+  if (!all_well) StopTransmission(state);
+  FinishTransmission(state);
+  TellWaiting(state);
 }
 
 void Summarise(const RequestServer& server, bool trace) {
@@ -96,6 +103,7 @@ void Summarise(const RequestServer& server, bool trace) {
 
 int Work(const Options& options, const std::vector<LoadedMacro>& macros, const macro::KnownNames& known,
          HostState& state, Library& library) {
+  const OwnCode own_code;
   library.HandOver(options.english.value_or(!SystemIsJapanese()), LibraryHost::ShowMessage, ShowLogLine);
   TraceFile json;
   if (!options.trace_json.empty() && !json.Open(options.trace_json.back()))
@@ -109,12 +117,17 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
   LibraryHost host(library, server, options.strict);
   const OtherWindowsMacros other_windows(host, state);
   const WrittenMail written_mail(state);
+  const LastWords last_words([&state] {
+    KeepAtEnd(state);
+    TellWaiting(state);
+  });
   macro::Interpreter interpreter(host);
   int result = RunMacros(macros, interpreter, state);
   state.writing.macro.clear();
-  const bool goes_on = result == kFine && !state.commands.application.exit_asked;
+  const bool macros_ended = result == kFine;
+  const bool goes_on = macros_ended && !state.commands.application.exit_asked;
   if (goes_on && options.prompt) result = RunPrompt(interpreter, known, state);
-  EndTransmission(state);
+  EndTransmission(state, macros_ended);
   if (!KeepAtEnd(state)) result = kFailed;
   Summarise(server, options.trace);
   return result;

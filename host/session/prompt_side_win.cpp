@@ -10,6 +10,7 @@
 
 #include "host/base/paths.h"
 #include "host/library/host_functions_win.h"
+#include "host/services/post/transmission_win.h"
 #include "host/session/library_host_win.h"
 #include "host/session/macro_files.h"
 #include "host/session/prompt.h"
@@ -27,9 +28,10 @@ class TerminalSide : public PromptSide {
   explicit TerminalSide(HostState& state) : state_(state) {}
 
   std::optional<std::string> ReadLine(std::string_view mark) override {
-    Windows::Pump();
+    if (!IsInterrupted()) Windows::Pump();
     if (state_.commands.application.exit_asked) return std::nullopt;
-    // Ctrl+C empties the line at a terminal, and ends a statement that runs.
+    // Ctrl+C empties the line at a terminal, and ends a statement that runs, with what it was sending.
+    if (IsInterrupted()) StopTransmission(state_);
     interruptible_.reset();
     if (TheTerminal().IsInteractive()) interruptible_.emplace();
     auto line = TheTerminal().ReadLine(mark);

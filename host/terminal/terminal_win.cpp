@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/charset/charsets.h"
+#include "host/terminal/own_code_win.h"
 
 namespace wrenfold {
 namespace {
@@ -71,6 +72,7 @@ std::optional<std::string> Terminal::ReadLine(std::string_view mark) {
 
 bool Terminal::ReadMore() {
   if (ended_) return false;
+  const ForeignCode waiting;
   DWORD count = 0;
   if (in_is_console_) {
     wchar_t wide[1024];

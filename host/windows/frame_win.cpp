@@ -6,6 +6,7 @@
 
 #include "host/mapi/refusal_win.h"
 #include "host/terminal/failure_win.h"
+#include "host/terminal/own_code_win.h"
 #include "host/windows/menu_win.h"
 #include "src/bridge/host_protocol.h"
 
@@ -57,6 +58,7 @@ LRESULT AnswerAsUsual(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
 
 // Frames and the outer view answer alike.
 LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  const OwnCode own_code;
   if (g_server == nullptr) return AnswerAsUsual(window, message, wparam, lparam);
   if (const auto refused = RefuseOtherProgram(message, wparam, lparam, Complain)) return *refused;
   switch (message) {

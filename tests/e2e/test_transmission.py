@@ -288,6 +288,17 @@ class Ending(TransmissionTest):
         self.assertEqual(self.names(self.folder / "inbox"), [])
 
 
+    def test_a_macro_that_fails_stops_one_in_the_background(self):
+        result = self.run_here((WRITE + "SendLater()\n") * 3 + "print StartSendRemain()\nx = 1 / 0\n")
+        self.assertEqual((result.out, result.code), ("1\n", 1))
+        self.assertNotIn("would send", result.err)
+        self.assertIn("transmission: stopped; received 0 mails, sent 0 mails, cancelled\n", result.err)
+        self.assertIn("wrenfold: 3 mails wait in ", result.err)
+        result = self.run_here("print StartSendRemain()\nx = 1 / 0\n")
+        self.assertIn("wrenfold: 3 mails wait in ", result.err, "also of mails that an earlier run has put there")
+        self.assertEqual((len(self.names(self.outbox)), self.names(self.sent)), (3, []))
+
+
 class Stopping(HostTest):
     def test_a_serving_host_ends_and_one_that_runs_macros_does_not(self):
         self.assertEqual(run("--stop"), host.Result("", "wrenfold: no host serves on this desktop\n", 1))

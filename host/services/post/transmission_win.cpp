@@ -23,6 +23,8 @@
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
 #include "host/terminal/host_text.h"
+#include "host/terminal/interrupt_win.h"
+#include "host/terminal/own_code_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 
@@ -174,9 +176,11 @@ std::vector<TransmissionStep> StepsToSend(HostState& state) {
 
 // --- A transmission, waited for or in the background ---
 
-void Advance(HostState& state) {
+// `stop`: no further step, which is told.
+void Advance(HostState& state, bool stop = IsInterrupted()) {
   Transmission& transmission = Post(state).transmission;
   const std::size_t failures = transmission.result().failures.size();
+  if (stop) transmission.cancel_asked = true;
   transmission.Advance([&state](const TransmissionStep& step) {
     return step.kind == Kind::kSend ? Send(state, step) : Receive(state, step);
   });
@@ -187,6 +191,7 @@ void Advance(HostState& state) {
   if (transmission.IsRunning()) return;
   PostOffice& post = Post(state);
   post.status = transmission.Summary();
+  if (stop && result.cancelled) TheTerminal().Error("transmission: stopped; " + post.status + "\n");
   if (result.received == 0 || state.commands.application.quiet) return;
   post.sound_plays = true;
   TheTerminal().Error("sound: mail received\n");
@@ -196,6 +201,7 @@ HostState* g_state = nullptr;  // of the transmission in the background
 
 LRESULT CALLBACK AnswerStepMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message != WM_TIMER) return DefWindowProcA(window, message, wparam, lparam);
+  const OwnCode own_code;
   if (g_state != nullptr) Advance(*g_state);
   if (g_state == nullptr || !Post(*g_state).transmission.IsRunning()) DestroyWindow(window);
   return 0;
@@ -346,8 +352,12 @@ void FinishTransmission(HostState& state) {
 bool TellUndated(HostState& state, std::string_view mail) {
   const std::string when = UndatedDelivery(mail);
   if (when.empty()) return false;
-  Tell(state, "the mail waits in the outbox: its Deferred-Delivery " + Quoted(when, 60) + " is no date");
+  TellStatus(state, "the mail waits in the outbox: its Deferred-Delivery " + Quoted(when, 60) + " is no date");
   return true;
+}
+
+void StopTransmission(HostState& state) {
+  if (Post(state).transmission.IsRunning()) Advance(state, true);
 }
 
 Answer PostLater(Request& request, std::string_view mail) {
@@ -374,7 +384,8 @@ Answer PostNow(Request& request, std::string_view mail) {
 
 std::string WaitingMails(HostState& state) {
   const PostOffice& post = Post(state);
-  const std::size_t count = post.put > 0 ? post.outbox.Waiting().size() : 0;
+  const bool touched = post.put > 0 || post.transmission.result().cancelled;
+  const std::size_t count = touched ? post.outbox.Waiting().size() : 0;
   if (count == 0) return "";
   const std::size_t deferred = count - post.outbox.Waiting(DateHeaderNow()).size();
   return MailsInWords(count) + (count == 1 ? " waits in " : " wait in ") + PathToUtf8(post.outbox.folder()) +
