@@ -196,6 +196,18 @@ print MailCount(), Delete(), MailCount()
         self.assertEqual((result.out.splitlines()[-3:], result.code), (["11111", "1011", "211"], 0))
         self.assertEqual(state(), before)
 
+    def test_an_edited_mail_changes_in_memory_alone(self):
+        (self.folder / "mails").mkdir()
+        mail = self.write("mails/one.eml", ONE)
+        mbox = self.write("mails/list.mbox", LINE + ONE + b"\r\n" + LINE + TWO)
+        edit = 'BeginEditMail()\nHostSetBody("gone")\nprint SaveEditMail(), HostReason()\nprint RootBody()\n'
+        alter = 'SetHeader("Subject", "changed")\nOpenMail()\nprint AlterSave(), HostReason(), RootHeader("Subject")\n'
+        result = run("--english", "--read-only", "--mail", "mails", "--macro", self.write(
+            "edit.macro", edit + alter + 'SelectFolder("list", null)\nNextMail()\n' + edit + alter + edit), folder=self.folder)
+        once = "1\ngone\n1changed\n"
+        self.assertEqual((result.out, result.code), (once + once + "1\ngone\n", 0))
+        self.assertEqual((mail.read_bytes(), mbox.read_bytes()), (ONE, LINE + ONE + b"\r\n" + LINE + TWO))
+
 
 if __name__ == "__main__":
     unittest.main()
