@@ -39,9 +39,10 @@ bool CanBePath(std::string_view path) {
   }
 }
 
+// In any case, as the system takes them.
 bool IsBelow(std::string_view path, std::string_view folder) {
-  return folder == "." ||
-         (path.size() > folder.size() && path[folder.size()] == '/' && path.starts_with(folder));
+  return folder == "." || (path.size() > folder.size() && path[folder.size()] == '/' &&
+                           EqualsIgnoringCase(path.substr(0, folder.size()), folder));
 }
 
 }  // namespace
@@ -102,7 +103,8 @@ std::variant<FolderTree::Place, std::string> FolderTree::PlaceOf(std::string_vie
                         EqualsIgnoringCase(std::string_view(wanted).substr(0, root.size()), root);
     if (within) place = {tree, wanted.substr(root.size() + 1)};
   }
-  if (!CanBePath(place.path)) return "no folder can be called \"" + std::string(path) + "\"";
+  if (!CanBePath(place.path) || !store_.LooksAt(place.tree, place.path))
+    return "no folder can be called \"" + std::string(path) + "\"";
   return place;
 }
 
@@ -156,7 +158,8 @@ std::vector<std::size_t> FolderTree::Branch(std::size_t folder) const {
   for (std::size_t i = 0; i < store_.folders().size(); ++i) {
     const MailFolder& other = store_.folders()[i];
     if (other.removed || other.tree != store_.folders()[folder].tree) continue;
-    if (i == folder || IsBelow(store_.PathInTree(i), top)) branch.push_back(i);
+    const std::string path = store_.PathInTree(i);
+    if (EqualsIgnoringCase(path, top) || IsBelow(path, top)) branch.push_back(i);
   }
   return branch;
 }
@@ -169,15 +172,16 @@ std::optional<std::string> FolderTree::WhyNotDelete(std::size_t folder) const {
   if (trash && std::find(branch.begin(), branch.end(), *trash) != branch.end())
     return found.name + " holds the trash";
   if (found.kind != FolderKind::kFolder) return std::nullopt;
-  std::set<fs::path> known;
+  const auto key = [](const fs::path& path) { return Lower(PathToUtf8(path.lexically_normal())); };
+  std::set<std::string> known;
   for (const StoredMail& mail : store_.mails()) {
-    if (mail.place != MailPlace::kMemory) known.insert(mail.source.lexically_normal());
+    if (mail.place != MailPlace::kMemory) known.insert(key(mail.source));
   }
-  for (const std::size_t i : branch) known.insert(store_.folders()[i].path);
+  for (const std::size_t i : branch) known.insert(key(store_.folders()[i].path));
   std::error_code error;
   for (fs::recursive_directory_iterator entry(found.path, error), end; !error && entry != end;
        entry.increment(error)) {
-    if (entry->is_directory(error) || known.contains(entry->path().lexically_normal())) continue;
+    if (entry->is_directory(error) || known.contains(key(entry->path()))) continue;
     return found.name + " holds another file: " + PathToUtf8(entry->path().filename());
   }
   return std::nullopt;

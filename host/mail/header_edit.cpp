@@ -1,5 +1,7 @@
 #include "host/mail/header_edit.h"
 
+#include <algorithm>
+
 #include "host/base/ascii.h"
 #include "host/mail/headers.h"
 #include "src/text/host_text.h"
@@ -30,8 +32,13 @@ std::string HeaderLine(std::string_view name, std::string_view value) {
 
 }  // namespace
 
+bool CanBeHeader(std::string_view name) {
+  const std::string_view bare = WithoutColon(name);
+  return !bare.empty() && std::ranges::all_of(bare, [](char c) { return c > ' ' && c <= '~' && c != ':'; });
+}
+
 void AddHeader(std::string& text, std::string_view name, std::string_view value) {
-  if (WithoutColon(name).empty()) return;
+  if (!CanBeHeader(name)) return;
   std::size_t at = 0;
   while (const auto field = FieldAt(text, at)) at += field->lines.size();
   // The last header of a mail that ends behind it may lack its line end.
@@ -40,11 +47,12 @@ void AddHeader(std::string& text, std::string_view name, std::string_view value)
 }
 
 bool SetHeader(std::string& text, std::string_view name, std::string_view value, std::size_t n) {
+  if (!CanBeHeader(name)) return false;
   if (const auto found = FindField(text, name, n)) {
     text.replace(found->at, found->lines.size(), HeaderLine(name, value));
     return true;
   }
-  if (WithoutColon(name).empty() || CountHeaders(text, name) != n) return false;
+  if (CountHeaders(text, name) != n) return false;
   AddHeader(text, name, value);
   return true;
 }

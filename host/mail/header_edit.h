@@ -1,6 +1,6 @@
 // Changing the headers of a mail's host text; headers.h reads them. Names may come with or without their
-// colon, in any case. An empty name changes nothing; a line end in a value becomes a blank unless a blank
-// follows it (a fold).
+// colon, in any case. A name that CanBeHeader refuses adds nothing; a line end in a value becomes a blank
+// unless a blank follows it (a fold).
 #pragma once
 
 #include <cstddef>
@@ -8,6 +8,10 @@
 #include <string_view>
 
 namespace wrenfold {
+
+// True for what the name of a header may be: ASCII characters from "!" to "~" but no colon. Others end the header of
+// the mail in the eyes of programs that read it.
+bool CanBeHeader(std::string_view name);
 
 // Adds a header behind the last one.
 void AddHeader(std::string& text, std::string_view name, std::string_view value);

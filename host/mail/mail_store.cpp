@@ -26,6 +26,9 @@ bool IsMailFile(const fs::path& path) {
   return extension == ".eml" || extension == ".mbox";
 }
 
+// What ReplaceFile writes beside a mail's file and renames at once.
+bool IsHalfWritten(const fs::path& path) { return ExtensionOf(path) == ".new" && IsMailFile(path.stem()); }
+
 // The folder itself when it is given as "x/" or ".".
 fs::path Normal(const fs::path& path) {
   const fs::path normal = path.lexically_normal();
@@ -73,6 +76,9 @@ fs::path Key(const fs::path& path) {
   const fs::path key = fs::weakly_canonical(fs::absolute(path, error), error);
   return error ? Normal(path) : Normal(key);
 }
+
+// Of a folder that may not be there yet, so that the system cannot tell its letters.
+fs::path CaselessKey(const fs::path& path) { return PathFromUtf8(Lower(PathToUtf8(Key(path)))); }
 
 fs::path FolderOfFile(const fs::path& file) {
   return file.has_parent_path() ? file.parent_path() : fs::path(".");
@@ -177,12 +183,23 @@ std::optional<std::string> MailStore::AddBranch(const fs::path& folder, std::siz
   return std::nullopt;
 }
 
-void MailStore::LeaveOut(const fs::path& folder) { left_out_.insert(Key(folder)); }
+void MailStore::LeaveOut(const fs::path& folder) { left_out_.insert(CaselessKey(folder)); }
 
 bool MailStore::IsLeftOut(const fs::path& folder) const {
   const std::string name = PathToUtf8(folder.filename());
   if (name.starts_with('.') || EqualsIgnoringCase(name, kOwnFolder)) return true;
-  return !left_out_.empty() && left_out_.contains(Key(folder));
+  return !left_out_.empty() && left_out_.contains(CaselessKey(folder));
+}
+
+bool MailStore::LooksAt(std::size_t tree, std::string_view path) const {
+  fs::path folder = trees_[tree].root;
+  int level = 0;
+  for (const fs::path& part : PathFromUtf8(std::string(path))) {
+    folder /= part;
+    std::error_code error;
+    if (++level > kDeepest || IsLeftOut(folder) || fs::is_symlink(folder, error)) return false;
+  }
+  return true;
 }
 
 std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::size_t tree,
@@ -193,6 +210,10 @@ std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::si
   Progress progress("reading mails", entries.size());
   for (const fs::path& entry : entries) {
     progress.Step();
+    if (IsHalfWritten(entry)) {
+      skipped_.push_back(PathToUtf8(entry) + " was left by a write that was interrupted");
+      continue;
+    }
     if (!IsMailFile(entry) || IsFolder(entry)) continue;
     auto failure = AddFile(entry, tree);
     if (failure && unreadable == Unreadable::kRefuse) return failure;

@@ -79,10 +79,13 @@ class MailStore {
   std::optional<std::string> Add(const std::filesystem::path& path,
                                  Unreadable unreadable = Unreadable::kSkip);
 
+  // Whether Add reads the folder of a path in a tree, "lists/users": what is filed elsewhere is found no more.
+  bool LooksAt(std::size_t tree, std::string_view path) const;
+
   // Adds a mail that the host itself wrote to a file of its own, as one that was read. Gives its index.
   std::size_t AddWritten(const std::filesystem::path& file, std::string raw);
 
-  // Why files of folders were skipped, each "cannot read X: ...".
+  // Why files of folders were skipped, each "cannot read X: ...", or "X was left ..." of a half-written one.
   const std::vector<std::string>& skipped() const { return skipped_; }
 
   const std::vector<StoredMail>& mails() const { return mails_; }

@@ -20,6 +20,18 @@ bool IsHeaderOfPart(std::string_view raw) {
   return BeginsWithName(next) && EqualsIgnoringCase(next.substr(0, 8), "content-");
 }
 
+// True when a mail begins with its header. One that begins with any other line is all body; a continuation or a "From "
+// line in front of the first header is tolerated.
+bool BeginsWithHeader(std::string_view raw) {
+  while (!HeadersEndAt(raw)) {
+    if (BeginsWithName(raw)) return true;
+    const bool tolerated = IsBlank(raw[0]) || raw.starts_with("From ") || raw.starts_with(">From ");
+    if (!tolerated) return false;
+    raw.remove_prefix(FirstLine(raw).with_end);
+  }
+  return false;
+}
+
 }  // namespace
 
 LineLength FirstHeader(std::string_view text, LineRule line) {
@@ -40,6 +52,7 @@ HeaderField FieldOf(std::string_view header, LineRule line) {
 
 MessageParts SplitMessage(std::string_view raw) {
   MessageParts message;
+  if (!HeadersEndAt(raw) && !BeginsWithHeader(raw)) return {{}, raw};
   while (!HeadersEndAt(raw)) {
     const LineLength header = FirstHeader(raw);
     message.headers.push_back(FieldOf(raw.substr(0, header.text)));

@@ -39,6 +39,7 @@ struct MessageParts {
   std::string_view body;
 };
 
+// A mail whose first line is no header line is all body.
 MessageParts SplitMessage(std::string_view raw);
 
 // The same for a MIME part, whose header also ends, without an empty line, at a line that is no header

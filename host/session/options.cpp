@@ -91,7 +91,7 @@ const std::string_view kUsage =
     "\n"
     "  --mail MAIL    an .eml or mbox file, or a folder of them; the first mail is opened\n"
     "  --strict-mails    a file in such a folder that cannot be read is an error; else it is skipped\n"
-    "  --read-only    macros that file mails change no file: the mails move in memory alone\n"
+    "  --read-only    macros that file or edit mails change no mail's file: all happens in memory\n"
     "  --macro FILE   runs a macro file (UTF-8); may be given more than once\n"
     "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
     "  --templates DIR   templates and signatures; --book FILE: an address book\n"

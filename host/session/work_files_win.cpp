@@ -78,11 +78,13 @@ std::optional<std::string> OpenPostOffice(const Options& options, HostState& sta
   PostOffice& post = state.commands.post;
   const fs::path folder = PostFolder(options);
   const fs::path outbox = LastOr(options.outboxes, folder / "outbox");
+  std::error_code error;
+  if (fs::exists(outbox, error) && !fs::is_directory(outbox, error))
+    return PathToUtf8(outbox) + " cannot be the outbox: it is no folder";
   post.inbox = LastOr(options.inboxes, folder / "inbox");
   post.imap = LastOr(options.imaps, "");
   post.mails = folder / "mails";
   post.outbox.Open(outbox, (outbox.has_filename() ? outbox : outbox.parent_path()).parent_path() / "Sent");
-  std::error_code error;
   for (const auto& given : {options.inboxes, options.imaps}) {
     if (!given.empty() && !fs::is_directory(PathFromUtf8(given.back()), error))
       return "there is no folder " + given.back();

@@ -13,8 +13,8 @@ namespace wrenfold {
 // open. Returns why they cannot be read.
 std::optional<std::string> OpenDrafts(const Options& options, HostState& state);
 
-// Keeps the mail being written as a draft. False when that is not possible; then it was shown on
-// standard error.
+// Keeps the mail being written as a draft. False when that is not possible; then it was put elsewhere
+// and shown on standard error, and without another place its whole file was.
 bool KeepAtEnd(HostState& state);
 
 }  // namespace wrenfold

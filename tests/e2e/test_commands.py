@@ -225,6 +225,19 @@ class LockedSelection(HostTest):
         self.assertEqual(sorted(file.name for file in (self.folder / "locked").iterdir()), ["b.eml", "d.eml"])
         self.assertEqual(len(list((self.folder / "all").iterdir())), 4)
 
+    def test_why_nothing_was_exported(self):
+        mails = self.folder / "mails"
+        mails.mkdir()
+        (mails / "a.eml").write_text("Subject: a\n\n")
+        file = self.write("file", "kept")
+        result = run("--english", "--mail", mails, "--macro", self.write(
+            "test.macro", 'print Export("file", "eml-subject", "encode", "", "", ""), HostReason()\n'
+            'SetFindPack("Subject: none")\nDoGrep("", "", 1)\nLockSelection()\n'
+            'print Export("o1", "eml-subject", "encode", "", "", ""), HostReason()\n'), folder=self.folder)
+        self.assertEqual(result, host.Result("0cannot write mails into file: it is a file\n0no mail is selected to be exported\n",
+                                             "", 0))
+        self.assertEqual(file.read_text(), "kept")
+
 
 class Writing(HostTest):
     MAIL = (b"From: Alice <alice@example.com>\r\nTo: b@example.com\r\nSubject: s\r\n"

@@ -141,6 +141,16 @@ class NothingIsLost(Drafts):
         self.assertIn("| mine\n| more\n", result.err)
         self.assertEqual(self.drafts(), [])
 
+    def test_a_draft_that_was_sent_is_not_sent_again(self):
+        for number in range(3):
+            self.run_on_mail(f'NewMail()\nSetHeader("To", "a@b.jp")\nSetHeader("Subject", "s{number}")\nSaveDraft2(1)\n')
+        result = self.run_on_mail('SelectFolder("Drafts")\nfor i in 3\n  SetMailIndex(i)\n  print OpenMail(), SendLater(), " "\nend\n'
+                                  'print OpenMail(), HostReason()\n')
+        sent = sorted(parsed(file)["Subject"] for file in (self.folder / "wrenfold/outbox").glob("*.eml"))
+        # Two leave the list under the number that counts on; the number 2 names none, and the open mail is gone.
+        self.assertRegex(result.out, r"^11 \n11 \n00 \n0the draft was sent or deleted: .*eml is gone\n$")
+        self.assertEqual((sent, self.draft()["Subject"]), (["s0", "s2"], "s1"))
+
     def test_an_answer_to_a_mail_that_is_gone_is_told(self):
         self.run_on_mail('MakeReply("", 0)\n')
         other = self.write("b.eml", b"Subject: other\r\n\r\n")
@@ -188,8 +198,29 @@ class NothingIsLost(Drafts):
         self.assertEqual((result.out, result.code), ("0\n1Re: Minutesmine\n", 1))
         self.assertIn('wrenfold: the mail being written, "Re: Minutes" to Alice <alice@example.com>, cannot be kept as a draft: '
                       "cannot make the folder ", result.err)
+        self.assertIn("there is a file ", result.err)
         self.assertTrue(result.err.endswith("\n\nmine\n"), "the mail is shown, whole: " + result.err)
         self.assertEqual(place.read_text(), "a file")
+
+    def test_a_mail_that_cannot_be_kept_lies_whole_elsewhere(self):
+        self.write("Drafts", "a file")
+        self.write("att.bin", bytes(range(256)))
+        result = self.run_on_mail('MakeReply("", 0)\nHtmlEdit(1)\nHostSetHtml("<b>bold</b>")\nSetHeader("Bcc", "secret@b.jp")\n'
+                                  f'AddAttach("{self.folder.as_posix()}/att.bin")\n')
+        [file] = self.folder.glob("unsent-*.eml")
+        self.assertEqual(result.code, 1)
+        self.assertIn("wrenfold: it lies in ", result.err)
+        self.assertIn(file.name, result.err)
+        mail = parsed(file)
+        self.assertEqual((mail["Bcc"], text_of(mail.get_body(("html",)))), ("secret@b.jp", "<b>bold</b>\n"))
+        self.assertEqual([part.get_content() for part in mail.iter_attachments()], [bytes(range(256))])
+
+    def test_a_file_is_no_folder_for_drafts_or_the_outbox(self):
+        place = self.write("place", "a file")
+        for option in ("--drafts", "--outbox"):
+            result = self.run_on_mail("NewMail()\n", option, place)
+            self.assertEqual((result.out, result.code), ("", 1))
+            self.assertRegex(result.err, "wrenfold: .*place cannot .*: it is no folder\n")
 
     @unittest.skipIf(os.name == "nt" or os.geteuid() == 0, "root and Windows write into read-only folders")
     def test_a_folder_that_cannot_be_written_keeps_the_mail_and_says_so(self):

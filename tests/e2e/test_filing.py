@@ -44,6 +44,27 @@ class OnDisk(Filing):
         self.assert_output(self.run_filing('print GetFolderMailCount("inbox", null, null), GetFolderMailCount("work", null, null)'),
                            "02\n")
 
+    def test_no_mail_goes_where_none_is_read(self):
+        (self.mails / "filters.txt").write_text("Subject: one => WRENFOLD\nSubject: two => out/deep\n")
+        reason = 'no folder can be called "{}"'.format
+        before = self.files()
+        self.assert_output(self.run_filing(
+            'SelectFolder("inbox", null)\n'
+            'for name in ["wrenfold", "work/Wrenfold/deep", "OUT", join(split("d,d,d,d,d,d,d,d,d,d,d,d,d,d,d,d,d", ","), "/d/")]\n'
+            '  print MakeFolder(name, null), HostReason(), " ", Move(name, null)\nend\n'
+            'SelectAllMail()\nprint DoFilter(), HostReason()\n', "--outbox", self.mails / "out"),
+            "".join(f"0{reason(name)} 0\n" for name in ("wrenfold", "work/Wrenfold/deep", "OUT", "/".join(33 * "d")))
+            + f"0{reason('out/deep')}\n")
+        self.assertEqual(self.files(), before)
+
+    def test_a_folder_is_deleted_in_any_case(self):
+        (self.mails / "notes.txt").write_text("kept")
+        self.assert_output(self.run_filing(
+            'print MakeFolder("WORK/Sub", null)\nSelectFolder("inbox", null)\nprint Move("WORK/Sub", null)\n'
+            'print DeleteFolder("work", null), HostReason()\n'), "1\n1\n1\n")
+        self.assertFalse((self.mails / "work").exists())
+        self.assertEqual((self.mails / "trash/one.eml").read_bytes(), ONE)
+
     def test_a_mail_of_an_mbox_leaves_the_others(self):
         self.assert_filed('SelectFolder("list", null)\nprint Move("work", null), MailCount(), RootHeader("Subject")\n', "11two\n",
                           {"list.mbox": LINE + TWO, "work/19700101-000000.eml": ONE})
@@ -172,9 +193,13 @@ class NothingIsLost(Filing):
     def test_what_an_interrupted_write_left_is_no_mail(self):
         (self.mails / "work/half.eml.new").write_bytes(ONE[:20])
         (self.mails / "list.mbox.new").write_bytes(LINE)
-        self.assert_filed('print MailCount(), GetFolderMailCount("work", null, null)\n'
-                          'SelectFolder("list", null)\nprint Move("inbox", null)\n', "20\n1\n",
-                          {"list.mbox.new": None, "list.mbox": LINE + TWO, "inbox/19700101-000000.eml": ONE})
+        expected = {**self.files(), "list.mbox": LINE + TWO, "inbox/19700101-000000.eml": ONE}
+        del expected["list.mbox.new"]
+        result = self.run_filing('print MailCount(), GetFolderMailCount("work", null, null)\n'
+                                 'SelectFolder("list", null)\nprint Move("inbox", null)\n')
+        self.assertEqual((result.out, self.files()), ("20\n1\n", expected))
+        self.assertEqual([line.rsplit("mails", 1)[1][1:].replace("\\", "/") for line in result.err.splitlines()],
+                         [f"{file} was left by a write that was interrupted (skipped)" for file in ("list.mbox.new", "work/half.eml.new")])
 
     def test_a_folder_is_one_whatever_the_case_of_its_letters(self):
         self.assert_output(self.run_filing(
@@ -233,6 +258,18 @@ print MailCount(), Delete(), MailCount()
 """), folder=self.folder)
         self.assertEqual((result.out.splitlines()[-3:], result.code), (["11111", "1011", "211"], 0))
         self.assertEqual(state(), before)
+
+    def test_an_edited_mail_changes_in_memory_alone(self):
+        (self.folder / "mails").mkdir()
+        mail = self.write("mails/one.eml", ONE)
+        mbox = self.write("mails/list.mbox", LINE + ONE + b"\r\n" + LINE + TWO)
+        edit = 'BeginEditMail()\nHostSetBody("gone")\nprint SaveEditMail(), HostReason()\nprint RootBody()\n'
+        alter = 'SetHeader("Subject", "changed")\nOpenMail()\nprint AlterSave(), HostReason(), RootHeader("Subject")\n'
+        result = run("--english", "--read-only", "--mail", "mails", "--macro", self.write(
+            "edit.macro", edit + alter + 'SelectFolder("list", null)\nNextMail()\n' + edit + alter + edit), folder=self.folder)
+        once = "1\ngone\n1changed\n"
+        self.assertEqual((result.out, result.code), (once + once + "1\ngone\n", 0))
+        self.assertEqual((mail.read_bytes(), mbox.read_bytes()), (ONE, LINE + ONE + b"\r\n" + LINE + TWO))
 
 
 if __name__ == "__main__":

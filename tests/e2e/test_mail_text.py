@@ -77,6 +77,26 @@ class Writing(HostTest):
             "--mail", sample("plain-ascii.eml"), "--drafts", self.folder / "Drafts"), "331+2+3\n1日本\nTo: a@b\n\n",
             'wrenfold: kept as a draft in Drafts: "" to a@b\n')
 
+    def test_a_name_that_other_programs_cannot_read_is_no_header(self):
+        mail = self.write("m.eml", b"Subject: old\r\nA B: x\r\n\r\n")
+        reason = "no header can be called {}: names are ASCII without blanks and colons\n".format
+        self.assert_output(self.run_macro(
+            'print SetHeader("Reply To", "x"), HostReason()\nprint AddHeader("Überschrift", "x"), HostReason()\n'
+            'print SetHeader("Bad:Name", "x"), HostReason()\nprint SetHeaderForMultiSelect("a b", "x"), HostReason()\n'
+            'print AllCurrentHeader()\nprint DeleteHeader("A B"), HostReason()\n', "--mail", mail),
+            reason('"Reply To"') + reason('"Überschrift"') + reason('"Bad:Name"') + "0" + reason('"a b"')
+            + "Subject: old\nA B: x\n\n1\n",
+            'wrenfold: headers of "old" are changed in memory only: AlterSave() writes them (NoWarningHeaderUpdate() leaves '
+            'this out)\n')
+
+    def test_a_mail_without_a_header_is_all_body(self):
+        mail = self.write("m.eml", b"Dear Bob,\n\nhello\n")
+        self.assert_output(self.run_macro('print "[", AllRootHeader(), "][", RootBody(), "]"\nSetHeader("Subject", "s")\nOpenMail()\n'
+                                          'print AlterSave()\n', "--mail", mail), "[][Dear Bob,\n\nhello]\n1\n",
+                           'wrenfold: headers of "" are changed in memory only: AlterSave() writes them '
+                           '(NoWarningHeaderUpdate() leaves this out)\n')
+        self.assertEqual(mail.read_bytes(), b"Subject: s\n\nDear Bob,\n\nhello\n")
+
     def test_a_reply_answers_the_root_mail(self):
         self.assert_output(self.run_macro(
             'MakeReply("", "")\nprint NewMailType(), CurrentHeader("To"), "|", CurrentHeader("Subject")\n'

@@ -102,10 +102,11 @@ void TellHeaderChange(HostState& state, std::size_t mail) {
 
 std::optional<std::string> SaveChanges(HostState& state, std::size_t mail) {
   const StoredMail& stored = state.Mail(mail);
-  const auto file = ReadWholeFile(stored.source);
-  if (!file) return "cannot read " + PathToUtf8(stored.source);
   const std::string raw =
       RewrittenMail(stored.raw, state.Message(mail).text, *state.Changes(mail), "=_" + UniqueNameNow());
+  if (state.read_only()) return state.TakeRewritten(mail, raw, 0), std::nullopt;
+  const auto file = ReadWholeFile(stored.source);
+  if (!file) return "cannot read " + PathToUtf8(stored.source);
   const auto replaced = WithMailReplaced(*file, stored.offset, stored.raw, raw);
   if (!replaced) return PathToUtf8(stored.source) + " was changed by another program: the mail is not saved";
   if (auto reason = SaveSafely(stored.source, *replaced)) return reason;

@@ -13,7 +13,7 @@ namespace wrenfold {
 void TellHeaderChange(HostState& state, std::size_t mail);
 
 // Writes a mail with its changes over the one in its file. Returns why that is not possible; then the file
-// and the changes are as they were.
+// and the changes are as they were. With --read-only the mail changes in memory alone.
 std::optional<std::string> SaveChanges(HostState& state, std::size_t mail);
 
 }  // namespace wrenfold

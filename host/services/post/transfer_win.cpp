@@ -138,6 +138,8 @@ std::string WhyNotExported(const ExportPlan& plan) {
   const bool to_folder = plan.type == ExportType::kEml || plan.type == ExportType::kText;
   if (!to_folder && plan.write == ExportWrite::kNew && std::filesystem::is_regular_file(plan.path, error))
     return PathToUtf8(plan.path) + " is there already: \"append\" adds to it, \"truncate\" replaces it";
+  if (to_folder && std::filesystem::is_regular_file(plan.path, error))
+    return "cannot write mails into " + PathToUtf8(plan.path) + ": it is a file";
   return WhyUnwritable(to_folder ? plan.path / "mail" : plan.path);
 }
 
@@ -150,8 +152,10 @@ Answer Export(Request& request) {
   ExportResult result;
   std::string reason = kNoOpenMail;
   if (request.state.HasRoot()) {
-    reason = WhyNotExported(plan);  // while a file that was there before can be told from one of this export
-    result = ExportMails(plan, MailsToExport(request));
+    const std::vector<ExportedMail> mails = MailsToExport(request);
+    // While a file that was there before can be told from one of this export.
+    reason = mails.empty() ? "no mail is selected to be exported" : WhyNotExported(plan);
+    result = ExportMails(plan, mails);
   }
   request.SetLowNumber(0, result.written);
   request.SetLowNumber(1, result.failed);

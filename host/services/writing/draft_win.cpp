@@ -99,6 +99,10 @@ Answer BeginWriting(Request& request, Draft draft) {
 
 Answer ReopenDraft(Request& request, std::size_t mail) {
   HostState& state = request.state;
+  const fs::path& file = state.Mail(mail).source;
+  std::error_code error;
+  if (state.IsRemoved(mail) && !fs::exists(file, error))
+    return request.Fail("the draft was sent or deleted: " + PathToUtf8(file) + " is gone");
   if (!state.HasDraft() || state.writing.draft->stored != mail) {
     if (const auto reason = KeepDraft(state)) return request.Fail(*reason);
     Draft draft = ReadDraftFile(state.Mail(mail).raw);

@@ -2,6 +2,7 @@
 #include "host/base/ascii.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
+#include "host/mime/sections.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/desktop/macros_win.h"
 #include "host/services/folders/folder_lookup_win.h"
@@ -158,8 +159,11 @@ Answer Resend(Request& request) {
   const Slot mode = request.Number(1);
   const bool as_bcc = (mode & wfinfo::kResendAsBcc) != 0;
   // The mail goes on as it came, byte by byte; a draft is its text.
+  const std::string& came = state.Mail(state.root()).raw;
+  const MessageParts parts = SplitMessage(came);
+  const bool all_body = parts.headers.empty() && parts.body.size() == came.size();
   const std::string raw =
-      HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + state.Mail(state.root()).raw;
+      HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + (all_body ? "\r\n" : "") + came;
   switch (mode & ~wfinfo::kResendAsBcc) {
     case kSendNow:
       return PostNow(request, raw);

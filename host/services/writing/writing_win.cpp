@@ -17,6 +17,14 @@ namespace {
 
 std::string_view Name(const Request& request) { return request.Text(0); }
 
+// Why a header of this name is not written, if it is not.
+std::optional<std::string> WhyNoHeader(std::string_view name) {
+  if (WithoutColon(name).empty()) return "a header needs a name";
+  if (CanBeHeader(name)) return std::nullopt;
+  return "no header can be called " + Quoted(SystemCharsets().HostToUtf8(name), 60) +
+         ": names are ASCII without blanks and colons";
+}
+
 Answer Changed(Request& request, bool done) {
   if (!done)
     return request.Fail("no such header to change: " +
@@ -28,7 +36,6 @@ Answer Changed(Request& request, bool done) {
 // A copy is changed, so that a mail in which nothing changes stays as it is.
 template <class Change>
 Answer ChangeCurrent(Request& request, Change change) {
-  if (WithoutColon(Name(request)).empty()) return request.Fail("a header needs a name");
   if (request.state.HasDraft()) return Changed(request, change(request.state.EditCurrent()));
   std::string text = request.state.CurrentText();
   const bool done = change(text);
@@ -36,13 +43,19 @@ Answer ChangeCurrent(Request& request, Change change) {
   return Changed(request, done);
 }
 
+template <class Change>
+Answer WriteCurrent(Request& request, Change change) {
+  if (const auto reason = WhyNoHeader(Name(request))) return request.Fail(*reason);
+  return ChangeCurrent(request, change);
+}
+
 // name, value
 Answer Set(Request& request) {
-  return ChangeCurrent(request,
-                       [&](std::string& text) { return SetHeader(text, Name(request), request.Text(1), 0); });
+  return WriteCurrent(request,
+                      [&](std::string& text) { return SetHeader(text, Name(request), request.Text(1), 0); });
 }
 Answer Add(Request& request) {
-  return ChangeCurrent(request, [&](std::string& text) {
+  return WriteCurrent(request, [&](std::string& text) {
     AddHeader(text, Name(request), request.Text(1));
     return true;
   });
@@ -50,18 +63,19 @@ Answer Add(Request& request) {
 // name, value, occurrence; a negative occurrence becomes a number behind the last.
 Answer SetOccurrence(Request& request) {
   const auto n = static_cast<std::size_t>(request.Number(2));
-  return ChangeCurrent(request,
-                       [&](std::string& text) { return SetHeader(text, Name(request), request.Text(1), n); });
+  return WriteCurrent(request,
+                      [&](std::string& text) { return SetHeader(text, Name(request), request.Text(1), n); });
 }
-// name, occurrence
+// name, occurrence; those that no program may write are deleted too.
 Answer Delete(Request& request) {
+  if (WithoutColon(Name(request)).empty()) return request.Fail("a header needs a name");
   const auto n = static_cast<std::size_t>(request.Number(1));
   return ChangeCurrent(request, [&](std::string& text) { return DeleteHeader(text, Name(request), n); });
 }
 
 // name, value: in each selected mail, in memory until it is saved.
 Answer SetInSelected(Request& request) {
-  if (WithoutColon(Name(request)).empty()) return request.Fail("a header needs a name");
+  if (const auto reason = WhyNoHeader(Name(request))) return request.Fail(*reason);
   const std::vector<std::size_t> mails = SelectedMails(request);
   if (mails.empty()) return request.Fail("no mail is selected");
   for (const std::size_t mail : mails) {

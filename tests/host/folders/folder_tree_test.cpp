@@ -83,6 +83,31 @@ TEST_F(HostFolderTree, WhatNoFolderCanBeCalledIsRefused) {
   EXPECT_EQ(Files(), "other/users/c.eml tree/a.eml tree/lists/list.mbox tree/lists/users/b.eml");
 }
 
+TEST_F(HostFolderTree, NoFolderIsMadeWhereNoMailIsRead) {
+  store_.LeaveOut(root_ / "tree/Out");
+  std::string deep = "1";
+  for (int level = 2; level <= 32; ++level) deep += "/" + std::to_string(level);
+  for (const std::string& name :
+       {std::string("wrenfold"), std::string("Wrenfold/sent"), std::string("lists/WRENFOLD/deep"),
+        std::string("OUT"), std::string("out/deep"), deep + "/33", (root_ / "tree/wrenfold").string()}) {
+    EXPECT_EQ(Made(name), "no folder can be called \"" + name + "\"");
+  }
+  EXPECT_EQ(Files(), "other/users/c.eml tree/a.eml tree/lists/list.mbox tree/lists/users/b.eml");
+  EXPECT_EQ(Made("wrenfolds"), "wrenfolds");
+  EXPECT_EQ(Made(deep), deep);
+  Write("tree/" + deep + "/d.eml", "d");
+  MailStore again;
+  EXPECT_EQ(again.Add(root_ / "tree"), std::nullopt);
+  EXPECT_EQ(again.mails().size(), store_.mails().size()) << "c.eml is in another tree; d.eml is read";
+}
+
+TEST_F(HostFolderTree, TheCaseOfAPathDoesNotHideAFolderBelow) {
+  std::get<std::size_t>(tree_.Make("LISTS/Sub", 0));
+  std::string branch;
+  for (const std::size_t i : tree_.Branch(*tree_.Find("lists", 0))) branch += store_.PathInTree(i) + " ";
+  EXPECT_EQ(branch, "lists lists/list.mbox lists/users LISTS LISTS/Sub ");
+}
+
 TEST_F(HostFolderTree, PropertiesAreKeptInTheTree) {
   const std::size_t users = *tree_.Find("lists/users", 0);
   EXPECT_EQ(tree_.Property(users, "icon"), "");

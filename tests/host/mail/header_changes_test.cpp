@@ -36,6 +36,21 @@ TEST(HeaderEdit, SetsAnOccurrence) {
   }
 }
 
+TEST(HeaderEdit, WritesNoNameThatEndsTheHeaderElsewhere) {
+  for (const std::string_view name : {"", ":", "Reply To", "Subject ",
+                                      "\xDC"
+                                      "berschrift",
+                                      "Bad\r\nX-Inj", "Bad:Name", "A\tB", "X\x7F"}) {
+    std::string text(kMail);
+    EXPECT_FALSE(CanBeHeader(name)) << name;
+    AddHeader(text, name, "v");
+    EXPECT_FALSE(SetHeader(text, name, "v", 0)) << name;
+    EXPECT_EQ(text, kMail) << name;
+  }
+  for (const std::string_view name : {"X", "X:", "X-!#$%&'*+-./;<=>?@[]^_`{|}~"})
+    EXPECT_TRUE(CanBeHeader(name));
+}
+
 TEST(HeaderEdit, DeletesAnOccurrence) {
   std::string text(kMail);
   EXPECT_FALSE(DeleteHeader(text, "X", 2));

@@ -199,6 +199,8 @@ TEST_F(HostMailStore, WhatCannotBeReadInAFolderIsSkippedAndNamed) {
   Write("d.eml", "d");
   Write("sub/e.eml", "");
   Write("sub/f.eml", "f");
+  Write("sub/g.eml.new", "g");
+  Write("sub/notes.new", "no mail");
   MailStore store;
   EXPECT_EQ(store.Add(root_), std::nullopt);
   const std::string top = root_.filename().string();
@@ -207,7 +209,8 @@ TEST_F(HostMailStore, WhatCannotBeReadInAFolderIsSkippedAndNamed) {
             (std::vector<std::string>{
                 "cannot read " + (root_ / "b.eml").string() + ": the file is empty",
                 "cannot read " + (root_ / "c.mbox").string() + ": an mbox file begins with a \"From \" line",
-                "cannot read " + (root_ / "sub/e.eml").string() + ": the file is empty"}));
+                "cannot read " + (root_ / "sub/e.eml").string() + ": the file is empty",
+                (root_ / "sub/g.eml.new").string() + " was left by a write that was interrupted"}));
   EXPECT_EQ(store.Add(root_ / "sub/e.eml"),
             "cannot read " + (root_ / "sub/e.eml").string() + ": the file is empty")
       << "a file that is asked for by name";
