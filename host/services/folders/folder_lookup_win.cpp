@@ -44,6 +44,6 @@ std::string NameOfPair(Request &request, std::size_t first_slot) {
   return SystemCharsets().HostToUtf8(first.empty() ? request.Text(first_slot + 1) : first);
 }
 
-Answer NoFolder(Request&) { return {.explained = true}; }
+Answer NoFolder(Request &) { return {.explained = true}; }
 
 }  // namespace wrenfold

@@ -352,7 +352,8 @@ void FinishTransmission(HostState& state) {
 bool TellUndated(HostState& state, std::string_view mail) {
   const std::string when = UndatedDelivery(mail);
   if (when.empty()) return false;
-  TellStatus(state, "the mail waits in the outbox: its Deferred-Delivery " + Quoted(when, 60) + " is no date");
+  TellStatus(state,
+             "the mail waits in the outbox: its Deferred-Delivery " + Quoted(when, 60) + " is no date");
   return true;
 }
 
