@@ -9,8 +9,8 @@
 
 namespace wrenfold {
 
-// True for what the name of a header may be: ASCII characters from "!" to "~" but no colon. Others end the header of
-// the mail in the eyes of programs that read it.
+// True for what the name of a header may be: ASCII characters from "!" to "~" but no colon. Others end
+// the header of the mail in the eyes of programs that read it.
 bool CanBeHeader(std::string_view name);
 
 // Adds a header behind the last one.

@@ -79,7 +79,7 @@ class MailStore {
   std::optional<std::string> Add(const std::filesystem::path& path,
                                  Unreadable unreadable = Unreadable::kSkip);
 
-  // Whether Add reads the folder of a path in a tree, "lists/users": what is filed elsewhere is found no more.
+  // Whether Add reads the folder of a path in a tree, "lists/users": what is filed elsewhere is lost.
   bool LooksAt(std::size_t tree, std::string_view path) const;
 
   // Adds a mail that the host itself wrote to a file of its own, as one that was read. Gives its index.

@@ -20,8 +20,8 @@ bool IsHeaderOfPart(std::string_view raw) {
   return BeginsWithName(next) && EqualsIgnoringCase(next.substr(0, 8), "content-");
 }
 
-// True when a mail begins with its header. One that begins with any other line is all body; a continuation or a "From "
-// line in front of the first header is tolerated.
+// True when a mail begins with its header. One that begins with any other line is all body; a
+// continuation or a "From " line in front of the first header is tolerated.
 bool BeginsWithHeader(std::string_view raw) {
   while (!HeadersEndAt(raw)) {
     if (BeginsWithName(raw)) return true;

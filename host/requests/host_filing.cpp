@@ -257,8 +257,8 @@ std::optional<std::size_t> HostState::MailAt(const std::filesystem::path& file, 
   return std::nullopt;
 }
 
-// The mail that was read from there, if it is. Changes that nobody saved are worth more than what something else
-// wrote to its file since.
+// The mail that was read from there, if it is. Changes that nobody saved are worth more than what
+// something else wrote to its file since.
 std::optional<std::size_t> HostState::KnownMail(const StoredMail& read) {
   auto known = MailAt(read.source, read.offset);
   // An mbox ends each mail with a line end.

@@ -85,8 +85,8 @@ void TellWaiting(HostState& state) {
   if (!waiting.empty()) Complain(waiting);
 }
 
-// What the end of the program must not lose: a transmission that still runs, and mails that nobody sent. A macro that
-// did not come to its end might have cancelled what it began.
+// What the end of the program must not lose: a transmission that still runs, and mails that nobody sent.
+// A macro that did not come to its end might have cancelled what it began.
 void EndTransmission(HostState& state, bool all_well) {
   if (!all_well) StopTransmission(state);
   FinishTransmission(state);

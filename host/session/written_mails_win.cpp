@@ -31,8 +31,8 @@ std::filesystem::path DraftsFolder(const Options& options) {
   return (std::filesystem::is_directory(mails, error) ? mails : mails.parent_path()) / kName;
 }
 
-// Another place for a mail that its folder cannot take: beside that folder, where it is a draft in the next run, else
-// among the temporary files. Nothing when there is none.
+// Another place for a mail that its folder cannot take: beside that folder, where it is a draft in the
+// next run, else among the temporary files. Nothing when there is none.
 std::optional<std::filesystem::path> Rescued(const HostState& state, const std::string& mail) {
   std::error_code error;
   const std::filesystem::path name = "unsent-" + UniqueNameNow() + ".eml";

@@ -21,7 +21,8 @@ std::atomic<bool> g_ending{false};
 std::atomic<bool> g_was_busy{false};
 std::function<void()> g_last_words;  // only own code touches it
 
-// Own code that is busy comes to its end or to a place where it waits; one that does not is left to itself once.
+// Own code that is busy comes to its end or to a place where it waits; one that does not is left to
+// itself once.
 void End() {
   if (g_ending.exchange(true)) return;
   if (TakePlaceOfOwnCode(kMostMs)) {

@@ -1,5 +1,6 @@
-// Whether the host's own code runs. What it keeps is touched by the thread that runs it alone; while that one waits for
-// input or for a call of the library, which may never come back, another thread may take its place.
+// Whether the host's own code runs. What it keeps is touched by the thread that runs it alone; while that
+// one waits for input or for a call of the library, which may never come back, another thread may take
+// its place.
 #pragma once
 
 namespace wrenfold {

@@ -153,7 +153,7 @@ bool Windows::IsSearching() { return g_searching; }
 
 void Windows::OpenView() {
   SetWindowLongPtrA(g_view, GWLP_USERDATA, 1);
-  // A frame in front gives way. The view cannot act for it: what asks the frame for its window would be refused.
+  // A frame in front gives way. The view cannot act for it: what asks the frame for it would be refused.
   g_acting = nullptr;
   if (IsFrame(GetActiveWindow())) ShowWindow(g_view, SW_SHOW);
   SetWindowPos(g_view, HWND_TOP, 0, 0, 0, 0, kPlaceOnly);

@@ -34,8 +34,8 @@ std::size_t UnitColumns(std::string_view unit);
 // missing last line end stays missing.
 std::string FoldAndQuote(std::string_view text, std::string_view mark, std::size_t width);
 
-// Folds headers as FoldAndQuote folds other texts, so that they are headers still: a line that goes on begins with a
-// blank, the one at which it was broken.
+// Folds headers as FoldAndQuote folds other texts, so that they are headers still: a line that goes on
+// begins with a blank, the one at which it was broken.
 std::string FoldHeaders(std::string_view text, std::size_t width);
 
 }  // namespace wrenfold

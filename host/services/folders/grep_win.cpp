@@ -28,8 +28,8 @@ constexpr Slot kAllFolders = 1;  // flag
 
 bool InAllFolders(const Request& request) { return (request.Number(2) & kAllFolders) != 0; }
 
-// folder pair, flags, option. Adds the mails that the find pack finds in a folder, or in all, to those found, in the
-// order of the folders.
+// folder pair, flags, option. Adds the mails that the find pack finds in a folder, or in all, to those
+// found, in the order of the folders.
 void FindMails(Request& request, std::size_t folder) {
   HostState& state = request.state;
   std::vector<std::size_t>& found = state.commands.found;
