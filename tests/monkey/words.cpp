@@ -96,7 +96,6 @@ std::vector<const char*> Collect() {
   }
   for (const auto& flag : wfinfo::kMailFlagNames) words.push_back(flag.word.data());
   for (const auto& key : wfinfo::AccountKeys()) words.push_back(key.word.data());
-  for (const auto& key : wfinfo::ProvisionalAccountKeys()) words.push_back(key.word.data());
   return words;
 }
 

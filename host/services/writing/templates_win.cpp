@@ -8,6 +8,7 @@
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
 #include "host/services/writing/draft_win.h"
+#include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_text.h"
 
 namespace wrenfold {
