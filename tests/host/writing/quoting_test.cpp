@@ -26,7 +26,7 @@ TEST(Quoting, MarksEachLine) {
        "b",
        "an escape that ends in CR"},
   };
-  for (const Case& c : cases) EXPECT_EQ(FoldAndQuote(c.text, "> ", kNoFolding), c.expected) << c.why;
+  for (const Case& c : cases) EXPECT_EQ(FoldAndQuote(c.text, "> ", kUnfoldedWidth), c.expected) << c.why;
 }
 
 TEST(Quoting, FoldsAtAWidth) {
