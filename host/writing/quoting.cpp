@@ -106,7 +106,7 @@ std::string FoldHeaders(std::string_view text, std::size_t width) {
   while (!text.empty()) {
     const HostLine line = TakeLine(text);
     std::string_view rest = line.text;
-    if (width >= kNoFolding || line.end == "\r\r\n") {
+    if (width >= kUnfoldedWidth || line.end == "\r\r\n") {
       folded.append(rest).append(line.end);
       continue;
     }
