@@ -114,7 +114,8 @@ TEST_F(Outbox, TellsWhyItCannotBeWritten) {
   Put("outbox", "a file in the place of the folder");
   fs::path file;
   const std::string folder = (root_ / "outbox").string();
-  EXPECT_EQ(outbox_.Add(kMail, "u", file), "cannot make the folder " + folder + ": there is a file " + folder);
+  EXPECT_EQ(outbox_.Add(kMail, "u", file),
+            "cannot make the folder " + folder + ": there is a file " + folder);
 }
 
 using Inbox = Folders;
