@@ -341,7 +341,7 @@ class Reading(MapiTest):
         self.assertEqual(answer.code, 0)
         paths = [self.unix(path) for path in answer.all("file.path")]
         self.assertEqual([path.name for path in paths], ["_NUL", "_AUX.txt", "_com1.tar.gz", "_COM_", "_CON .txt", "_lpt1",
-                                                         "a.txt", "b__.txt", "2 _NUL"])
+                                                         "a.txt", "b__.txt", "_NUL (2)"])
         self.assertEqual([path.read_text() for path in paths], ["content of " + name for name in names])
 
     def test_attachments_that_cannot_be_stored_fail_the_read(self):
