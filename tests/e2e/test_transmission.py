@@ -91,8 +91,7 @@ class Outbox(TransmissionTest):
         result = self.run_here(WRITE + 'print SendLater(), SendNow(), CurrentHeader("Subject")\n',
                                "--outbox", "blocked/outbox", "--trace")
         self.assertEqual((result.out, result.code), ("00日本語の件名\n", 0))
-        self.assertIn("(cannot make the folder blocked/outbox)", result.err)
-
+        self.assertIn("(cannot make the folder blocked/outbox: there is a file blocked)", result.err)
 
     def test_a_deferred_mail_waits_for_its_time(self):
         defer = 'SetMailTransmitDate("{}")\n'
@@ -178,7 +177,7 @@ class Inbox(TransmissionTest):
         result = self.run_here('print SaveStringToFile("no/such/a.txt", "x", 0, 2), SaveStringToFile("a.txt", "x", 0, 2)\n',
                                "--trace")
         self.assertEqual((result.out, result.code), ("01\n", 0))
-        self.assertIn("trace: cannot write no/such/a.txt: there is no folder no/such\n", result.err)
+        self.assertIn(' -> 0 (cannot write no/such/a.txt: there is no folder no/such)\n', result.err)
         self.assertEqual(result.err.count("cannot write"), 1)
 
 
