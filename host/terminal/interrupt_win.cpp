@@ -55,14 +55,13 @@ Interruptible::~Interruptible() {
 
 bool IsInterrupted() { return g_interrupted.load(std::memory_order_relaxed); }
 
+// The handler stays: without it the system's own would end a program that is about to end by itself, with
+// an exit code that says nothing of Ctrl+C.
 LastWords::LastWords(std::function<void()> last_words) {
   g_last_words = std::move(last_words);
-  SetConsoleCtrlHandler(OnControl, TRUE);
+  [[maybe_unused]] static const BOOL kHandles = SetConsoleCtrlHandler(OnControl, TRUE);
 }
 
-LastWords::~LastWords() {
-  SetConsoleCtrlHandler(OnControl, FALSE);
-  g_last_words = nullptr;
-}
+LastWords::~LastWords() { g_last_words = nullptr; }
 
 }  // namespace wrenfold

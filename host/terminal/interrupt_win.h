@@ -20,7 +20,7 @@ bool IsInterrupted();
 // While it lives, `last_words` have their turn before Ctrl+C, a closed console or the end of the user's
 // session ends the program, with kInterrupted. They run on a thread of their own, in place of our own
 // code (own_code_win.h), also while a call of the library hangs. One lives at a time, made and gone in
-// own code.
+// own code; once it is gone Ctrl+C ends the program with the same code, without a word.
 class LastWords {
  public:
   explicit LastWords(std::function<void()> last_words);

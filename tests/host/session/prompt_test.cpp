@@ -158,7 +158,10 @@ TEST(Prompt, HelpsByWord) {
       {"help csv", "CSV_LoadFile(", "letter case does not count"},
       {"help newsletter", "RootHeader(name)\n", "a topic that the exports name otherwise"},
       {"help families", "Mail list (", "all families"},
-      {"help mail list", "MailCount()\n    Number of mails that the list shows", "one family"},
+      {"help mail list",
+       "MailCount()\n    Number of mails that the list shows: those of the folder that are in the view "
+       "area and not hidden in folded threads.\n",
+       "one family"},
       {"help if", "if expression ... else if", "a word of the language"},
       {"help while", "while expression ... end\n", "another"},
       {"help +", "From weak to strong.", "an operator"},
