@@ -6,6 +6,7 @@
 
 #include "host/base/own_folder_win.h"
 #include "host/base/paths.h"
+#include "host/base/plain_window_win.h"
 #include "host/charset/charsets.h"
 #include "host/mapi/service_win.h"
 #include "host/terminal/failure_win.h"
@@ -81,13 +82,8 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lpar
 }
 
 HWND CreateFrame() {
-  WNDCLASSA window_class{};
-  window_class.lpfnWndProc = Procedure;
-  window_class.hInstance = GetModuleHandleA(nullptr);
-  window_class.lpszClassName = wfinfo::kFrameClass;
-  if (RegisterClassA(&window_class) == 0) return nullptr;
-  const HWND frame = CreateWindowExA(0, wfinfo::kFrameClass, "Wrenfold", WS_OVERLAPPEDWINDOW, 0, 0, 320, 200,
-                                     nullptr, nullptr, window_class.hInstance, nullptr);
+  const HWND frame =
+      MakePlainWindow(wfinfo::kFrameClass, Procedure, "Wrenfold", WS_OVERLAPPEDWINDOW, nullptr);
   if (frame != nullptr) SetPropA(frame, kServes, reinterpret_cast<HANDLE>(1));
   return frame;
 }

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/base/plain_window_win.h"
 #include "host/mapi/refusal_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/own_code_win.h"
@@ -83,17 +84,8 @@ LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM 
   return AnswerAsUsual(window, message, wparam, lparam);
 }
 
-bool RegisterHostClass(const char* class_name) {
-  WNDCLASSA window_class{};
-  window_class.lpfnWndProc = AnswerMessage;
-  window_class.hInstance = GetModuleHandleA(nullptr);
-  window_class.lpszClassName = class_name;
-  return RegisterClassA(&window_class) != 0;
-}
-
 HWND CreateHidden(const char* class_name, const char* title) {
-  return CreateWindowExA(0, class_name, title, WS_OVERLAPPEDWINDOW, 0, 0, 320, 200, nullptr, nullptr,
-                         GetModuleHandleA(nullptr), nullptr);
+  return MakePlainWindow(class_name, AnswerMessage, title, WS_OVERLAPPEDWINDOW, nullptr);
 }
 
 }  // namespace
@@ -101,13 +93,9 @@ HWND CreateHidden(const char* class_name, const char* title) {
 Windows::Windows(RequestServer& server) {
   g_server = &server;
   // The view's user data stays 0 as long as no mail is open in it, so that searches pass it by.
-  if (RegisterHostClass(wfinfo::kOuterViewClass)) {
-    g_view = view_ = CreateHidden(wfinfo::kOuterViewClass, "Wrenfold");
-  }
-  if (RegisterHostClass(wfinfo::kFrameClass)) {
-    g_frame = frame_ = CreateHidden(wfinfo::kFrameClass, "Wrenfold");
-    SetMenu(frame_, CreateHostMenu());
-  }
+  g_view = view_ = CreateHidden(wfinfo::kOuterViewClass, "Wrenfold");
+  g_frame = frame_ = CreateHidden(wfinfo::kFrameClass, "Wrenfold");
+  if (frame_ != nullptr) SetMenu(frame_, CreateHostMenu());
 }
 
 Windows::~Windows() {

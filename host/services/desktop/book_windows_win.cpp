@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "host/base/ascii.h"
+#include "host/base/plain_window_win.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
@@ -20,22 +21,8 @@ constexpr char kBookClass[] = "WrenfoldSmallHostBook";
 HWND g_book = nullptr;  // while the address book is open
 
 LRESULT CALLBACK AnswerBookMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == WM_COMMAND && LOWORD(wparam) == IDCANCEL) {
-    DestroyWindow(window);
-    return 0;
-  }
   if (message == WM_DESTROY) g_book = nullptr;
-  return DefWindowProcA(window, message, wparam, lparam);
-}
-
-HWND CreateBook(const std::string& title) {
-  WNDCLASSA window_class{};
-  window_class.lpfnWndProc = AnswerBookMessage;
-  window_class.hInstance = GetModuleHandleA(nullptr);
-  window_class.lpszClassName = kBookClass;
-  RegisterClassA(&window_class);  // fails the second time, when the class is there
-  return CreateWindowExA(0, kBookClass, title.c_str(), WS_OVERLAPPEDWINDOW, 0, 0, 320, 200, nullptr, nullptr,
-                         window_class.hInstance, nullptr);
+  return AnswerOfClosable(window, message, wparam, lparam);
 }
 
 const std::vector<BookEntry>& Entries(Request& request) {
@@ -64,7 +51,9 @@ bool HasBook(Request& request) { return !request.state.commands.books.selected()
 
 Answer Open(Request& request) {
   if (!HasBook(request)) return request.Fail(kNoBook);
-  if (g_book == nullptr) g_book = CreateBook(request.state.commands.books.selected().Name());
+  const std::string title = request.state.commands.books.selected().Name();
+  if (g_book == nullptr)
+    g_book = MakePlainWindow(kBookClass, AnswerBookMessage, title.c_str(), WS_OVERLAPPEDWINDOW, nullptr);
   ShowEntries(request, Title(request));
   return Request::Done(g_book != nullptr);
 }

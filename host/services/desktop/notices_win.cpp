@@ -2,6 +2,7 @@
 // error; the notification has a hidden window, as macros ask for its handle and close it.
 #include <windows.h>
 
+#include "host/base/plain_window_win.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
@@ -16,22 +17,8 @@ constexpr char kNoticeClass[] = "WrenfoldSmallHostNotice";
 HWND g_notice = nullptr;  // while a notification shows
 
 LRESULT CALLBACK AnswerNoticeMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == WM_COMMAND && LOWORD(wparam) == IDCANCEL) {
-    DestroyWindow(window);
-    return 0;
-  }
   if (message == WM_DESTROY) g_notice = nullptr;
-  return DefWindowProcA(window, message, wparam, lparam);
-}
-
-HWND CreateNotice() {
-  WNDCLASSA window_class{};
-  window_class.lpfnWndProc = AnswerNoticeMessage;
-  window_class.hInstance = GetModuleHandleA(nullptr);
-  window_class.lpszClassName = kNoticeClass;
-  RegisterClassA(&window_class);  // fails the second time, when the class is there
-  return CreateWindowExA(0, kNoticeClass, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, window_class.hInstance,
-                         nullptr);
+  return AnswerOfClosable(window, message, wparam, lparam);
 }
 
 // "notice: first: second", the texts that are there.
@@ -46,7 +33,8 @@ void Show(const Request& request, const char* what, std::size_t texts) {
 // Two texts; without the first the request only asks for the window.
 Answer Notify(Request& request) {
   if (request.Number(0) != 0) {
-    if (g_notice == nullptr) g_notice = CreateNotice();
+    if (g_notice == nullptr)
+      g_notice = MakePlainWindow(kNoticeClass, AnswerNoticeMessage, "", WS_POPUP, nullptr);
     Show(request, "notice", 2);
   }
   return Request::AnswerNumber(reinterpret_cast<Slot>(g_notice));

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/base/ascii.h"
+#include "host/base/plain_window_win.h"
 #include "host/base/time_stamp_win.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
@@ -210,13 +211,7 @@ LRESULT CALLBACK AnswerStepMessage(HWND window, UINT message, WPARAM wparam, LPA
 // A window whose timer takes a step whenever messages are handled; it closes with the last.
 void GoOnInBackground(HostState& state) {
   g_state = &state;
-  WNDCLASSA window_class{};
-  window_class.lpfnWndProc = AnswerStepMessage;
-  window_class.hInstance = GetModuleHandleA(nullptr);
-  window_class.lpszClassName = kBackgroundClass;
-  RegisterClassA(&window_class);  // fails the second time, when the class is there
-  const HWND window = CreateWindowExA(0, kBackgroundClass, "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
-                                      window_class.hInstance, nullptr);
+  const HWND window = MakePlainWindow(kBackgroundClass, AnswerStepMessage, "", 0, HWND_MESSAGE);
   if (window == nullptr || SetTimer(window, 1, kStepMs, nullptr) == 0) FinishTransmission(state);
 }
 
