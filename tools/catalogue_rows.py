@@ -42,18 +42,18 @@ class Row:
     form: object  # None for exports written by hand and for commands
 
 
-def folder_pair():
-    """What WFINFO_FOLDER_PAIR stands for."""
+def folder_pairs():
+    """What WFINFO_FOLDER_PAIR and its kin stand for."""
     source = (ROOT / "src/catalogue/row_macros.h").read_text(encoding="utf-8").replace("\\\n", " ")
-    found = re.search(r"^#define WFINFO_FOLDER_PAIR (.*)$", source, re.M)
-    return fields(tokens(f"({found[1]})"), 0)[0]
+    return {name: fields(tokens(f"({slots})"), 0)[0]
+            for name, slots in re.findall(r"^#define (WFINFO_\w*FOLDER_PAIR) (.*)$", source, re.M)}
 
 
 def slots_of(part, where):
     """((type, name, doc), ...) of a parameter list in its brackets."""
-    found = []
+    found, pairs = [], folder_pairs()
     for slot in fields(part, 0)[0]:
-        for piece in folder_pair() if slot == ["WFINFO_FOLDER_PAIR"] else [slot]:
+        for piece in pairs[slot[0]] if len(slot) == 1 and slot[0] in pairs else [slot]:
             members = fields(piece, 0)[0]
             if len(members) not in (2, 3) or len(members[0]) != 1:
                 raise NotUnderstood(f"{where}: {' '.join(piece)} is no parameter")

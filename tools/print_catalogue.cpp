@@ -188,8 +188,29 @@ void PrintSeeAlso(const Row& row) {
   if (!links.empty()) std::printf("\nSee also: %s.\n", links.c_str());
 }
 
+constexpr char kMarkdownHead[] = R"head(# Reference of all exports
+
+Printed from the catalogue. %zu exports.
+
+| it says | it means |
+|---|---|
+| text (checked) | must be a text. Null or a number is reported to the user, and the function gives its failure value and does nothing, unless its entry says otherwise |
+| text or null (checked when given) | may be null, and left out at the end of a call; else as above |
+| text (not checked) | nothing is reported; the entry says what counts for null or a number |
+| number or text | one or the other, as the entry says; the number reaches the function as it is |
+| a short result, a long result | a text that is valid until the next short, or long, result ([all places](../docs/text-results.md)). Macros of the small host hold copies, and need not mind |
+| root mail, open mail | the mail that the host shows, or that the mail being written answers or forwards |
+| current mail | the mail being written; without one the open mail |
+| the host's result | the number that the host answers. What it means is the host's; in brackets stands what the small host answers |
+| the small host | `wrenfold.exe` ([its page](../docs/small-host.md)), which answers all requests; another host may do some things in its own way |
+| code 44, menu command 40031 | what the host is asked: for those who [write a host](../docs/host-protocol-by-code.md) |
+| Refused while a dialog shows | while the host shows a modal dialog nothing is sent: the user is told, and the function gives its failure value |
+| The parameter list is inferred | no description of the list was at hand: it follows from family and name |
+| `#<`, `#>` | in an example: what the user types, and what is printed |
+)head";
+
 int PrintMarkdown(const wfinfo::Examples& examples) {
-  std::printf("# Reference of all exports\n\nPrinted from the catalogue. %zu exports.\n", Rows().size());
+  std::printf(kMarkdownHead, Rows().size());
   std::string_view family;
   for (const Row& row : Rows()) {
     if (row.family != family) {

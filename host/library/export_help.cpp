@@ -6,6 +6,7 @@
 
 #include "host/base/nearest_names.h"
 #include "src/bridge/host_protocol.h"
+#include "src/catalogue/reference.h"
 #include "src/catalogue/requests.h"
 
 namespace wrenfold {
@@ -71,10 +72,18 @@ std::string SentText(const Row& row) {
   return text + (row.kind == Kind::kThin ? ", sub-command " : ", command ") + std::to_string(row.first_slot);
 }
 
+// What a dialog refuses; of an export that only looks something up by itself nothing is said.
 std::string DialogText(const Row& row) {
-  if (row.kind == Kind::kHand) return "";
-  const bool allowed = row.kind != Kind::kMenu && wfinfo::IsAllowedDuringDialog(row.code);
-  return allowed ? "; goes through while a dialog shows" : "; refused while a dialog shows";
+  const std::string refused = wfinfo::catalogue::DialogSentence(row);
+  if (!refused.empty()) return refused + "\n";
+  return row.kind == Kind::kHand ? "" : "Goes through while a dialog shows.\n";
+}
+
+std::string SeeAlsoText(const Row& row) {
+  std::string names;
+  for (const std::string_view name : wfinfo::catalogue::SeeAlso(row))
+    names.append(names.empty() ? "See also: " : ", ").append(name);
+  return names.empty() ? "" : names + "\n";
 }
 
 std::string CountText(const Row& row) {
@@ -120,12 +129,12 @@ std::string CallForm(const Row& row) {
 }
 
 std::string HelpText(const Row& row) {
-  std::string text = CallForm(row) + "\n" + std::string(row.doc) + "\n" + Parameters(row);
+  std::string text = CallForm(row) + "\n" + wfinfo::catalogue::DocOf(row) + "\n" + Parameters(row);
   text.append("Result: ").append(ResultTypeOf(row).call_meaning).append("\n");
   const std::string sent = SentText(row);
-  if (!sent.empty()) text += "Sends: " + sent + DialogText(row) + "\n";
+  if (!sent.empty()) text += "Sends: " + sent + "\n" + DialogText(row);
   if (row.inferred) text += "The parameter list is inferred from the family and the name.\n";
-  return text;
+  return text + SeeAlsoText(row);
 }
 
 std::string HelpOverview() {

@@ -19,7 +19,8 @@ inline constexpr std::size_t kMostParameters = 12;
 // "RootHeader2(name, n)"; optional parameters in brackets: "AddString(a [, b] [, ...])".
 std::string CallForm(const wfinfo::catalogue::Row& row);
 
-// Parameters, documentation, result and what it sends, as lines of text.
+// Documentation, parameters, result, what it sends and whether a dialog refuses that, other exports: as
+// lines of text.
 std::string HelpText(const wfinfo::catalogue::Row& row);
 
 // All names by family, for "help" alone.

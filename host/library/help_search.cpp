@@ -41,6 +41,14 @@ constexpr HelpEntry kLanguage[] = {
      "From weak to strong. + joins when a side is a text; / drops the fraction, % is the rest."},
     {"lists", "[1, \"a\"]  list[0]  list[0] = 2  append(list, 3)",
      "Values in a row, counted from 0; [] is empty. See help append, help sort, help for."},
+    {"terms", "root mail, current mail, the host's result, short result, long result",
+     "Root mail, open mail: the one that shows, or that the mail being written answers or forwards. Current "
+     "mail: the one "
+     "being written, else the open mail. The host's result: the number that a host answers; in brackets "
+     "stands what this "
+     "one, the small host, answers. A short or long result: a text that other programs than macros copy "
+     "before the next "
+     "one."},
     {"tables", "{\"a\": 1}  table[\"a\"]  table[\"a\"] = 2",
      "A value for each name, which is a text. See help get, help has, help keys."},
 };

@@ -153,7 +153,10 @@ void Prompt::Help(std::string_view name) {
   if (name.empty()) return side_.Write(kPromptHelp);
   if (name == "exports") return Page(HelpOverview());
   if (name == "families") return Page(HelpFamilies());
-  if (const auto text = HelpFor(name, words_.host_help)) return Page(*text);
+  if (auto text = HelpFor(name, words_.host_help)) {
+    if (const std::string example = side_.Example(name); !example.empty()) text->append("\n").append(example);
+    return Page(*text);
+  }
   all_well_ = false;
   side_.Complain(UnknownExport(name));
 }

@@ -33,6 +33,8 @@ class PromptSide {
   // "run FILE": the macro, looked over, or why it cannot be run.
   virtual std::variant<macro::Program, std::string> LoadMacro(const std::string& file,
                                                               macro::KnownNames& known) = 0;
+  // The executed example of an export; "" when there is none.
+  virtual std::string Example(std::string_view) { return ""; }
   // Lines that a screen holds; 0 where nobody reads along.
   virtual std::size_t PageLines() { return 0; }
 };

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/base/paths.h"
+#include "host/library/example_files_win.h"
 #include "host/library/host_functions_win.h"
 #include "host/services/post/transmission_win.h"
 #include "host/session/library_host_win.h"
@@ -68,6 +69,7 @@ class TerminalSide : public PromptSide {
     if (const auto* reason = std::get_if<std::string>(&loaded)) return *reason;
     return std::get<LoadedMacro>(std::move(loaded)).program;
   }
+  std::string Example(std::string_view name) override { return ExampleOf(name); }
   std::size_t PageLines() override { return TheTerminal().IsInteractive() ? TheTerminal().Lines() - 1 : 0; }
 
  private:

@@ -13,6 +13,8 @@ constexpr std::size_t kMostOfACode = 6;
 // One of several requests may be an aside, such as a look at the mail's state.
 constexpr std::size_t kMostRequests = 2;
 constexpr std::ptrdiff_t kNeighbours = 2;  // on each side
+constexpr std::size_t kMostNames = 8;      // beyond those that the row's own "See also" names
+constexpr std::size_t kAlike = 6;          // letters that the names of neighbours begin with alike
 
 // "A", "A and B", "A, B and C".
 std::string Joined(const std::vector<std::string>& parts) {
@@ -72,14 +74,90 @@ std::vector<std::string_view> NamedIn(std::string_view doc) {
   return names;
 }
 
+bool IsOfAName(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+// True for a name that is a word of every day too: "Move", "From".
+bool IsPlainWord(std::string_view name) {
+  return std::none_of(name.begin() + 1, name.end(), [](char c) { return c < 'a' || c > 'z'; });
+}
+
+// The rows in the order of their names.
+std::vector<const Row*> RowsByName() {
+  std::vector<const Row*> rows;
+  for (const Row& row : Rows()) rows.push_back(&row);
+  std::sort(rows.begin(), rows.end(), [](const Row* a, const Row* b) { return a->name < b->name; });
+  return rows;
+}
+
+// Adds the exports that a text names. A plain word is a name only as a call, or behind "See also".
+void AddNamed(const std::vector<const Row*>& by_name, std::string_view text, std::vector<const Row*>& named) {
+  const std::size_t list = text.find(kSeeAlso);
+  for (std::size_t at = 0, end = 0; at < text.size(); at = end + 1) {
+    end = at;
+    while (end < text.size() && IsOfAName(text[end])) ++end;
+    const std::string_view word = text.substr(at, end - at);
+    const auto found =
+        std::lower_bound(by_name.begin(), by_name.end(), word,
+                         [](const Row* row, std::string_view name) { return row->name < name; });
+    if (found == by_name.end() || (*found)->name != word) continue;
+    const bool is_call = end < text.size() && text[end] == '(';
+    if (!IsPlainWord(word) || is_call || at > list) named.push_back(*found);
+  }
+}
+
+// Which exports each row speaks of, by the place of the row. Worked out once.
+const std::vector<std::vector<const Row*>>& Named() {
+  static const std::vector<std::vector<const Row*>> kNamed = [] {
+    const std::vector<const Row*> by_name = RowsByName();
+    std::vector<std::vector<const Row*>> named;
+    for (const Row& row : Rows()) {
+      AddNamed(by_name, row.doc, named.emplace_back());
+      for (const Parameter& parameter : row.parameters) AddNamed(by_name, parameter.doc, named.back());
+    }
+    return named;
+  }();
+  return kNamed;
+}
+
+std::size_t PlaceOf(const Row& row) { return static_cast<std::size_t>(FindRow(row.name) - Rows().data()); }
+
+std::vector<std::string_view> SpokenOf(const Row& row) {
+  std::vector<std::string_view> names;
+  for (const Row* other : Named()[PlaceOf(row)]) names.push_back(other->name);
+  return names;
+}
+
+std::vector<std::string_view> ThatSpeakOf(const Row& row) {
+  std::vector<std::string_view> names;
+  const Row* const own = Rows().data() + PlaceOf(row);
+  for (const Row& other : Rows()) {
+    const std::vector<const Row*>& named = Named()[static_cast<std::size_t>(&other - Rows().data())];
+    if (std::find(named.begin(), named.end(), own) != named.end()) names.push_back(other.name);
+  }
+  return names;
+}
+
+// What comes behind the family's mark, such as Bypass_.
+std::string_view OwnName(std::string_view name) {
+  const std::size_t mark = name.find('_');
+  return mark == std::string_view::npos || mark >= kAlike + 1 ? name : name.substr(mark + 1);
+}
+
+bool AreAlike(std::string_view a, std::string_view b) {
+  return OwnName(a).substr(0, kAlike) == OwnName(b).substr(0, kAlike);
+}
+
+// Neighbours in the family that are called alike.
 std::vector<std::string_view> NeighboursOf(const Row& row) {
   std::vector<std::string_view> names;
   const Row* const first = Rows().data();
-  const std::ptrdiff_t place = &row - first;
+  const auto place = static_cast<std::ptrdiff_t>(PlaceOf(row));
   const auto count = static_cast<std::ptrdiff_t>(Rows().size());
   for (std::ptrdiff_t i = std::max<std::ptrdiff_t>(0, place - kNeighbours);
        i < std::min(count, place + kNeighbours + 1); ++i) {
-    if (first[i].family == row.family) names.push_back(first[i].name);
+    if (first[i].family == row.family && AreAlike(first[i].name, row.name)) names.push_back(first[i].name);
   }
   return names;
 }
@@ -116,14 +194,15 @@ std::string DocOf(const Row& row) {
 }
 
 std::vector<std::string_view> SeeAlso(const Row& row) {
-  std::vector<std::string_view> names;
+  std::vector<std::string_view> names = NamedIn(row.doc);
+  const std::size_t most = names.size() + kMostNames;
   const auto add = [&](const std::vector<std::string_view>& more) {
     for (const std::string_view name : more) {
       const bool known = name == row.name || std::find(names.begin(), names.end(), name) != names.end();
-      if (!known) names.push_back(name);
+      if (!known && names.size() < most) names.push_back(name);
     }
   };
-  add(NamedIn(row.doc));
+  add(SpokenOf(row));
   const std::vector<SentRequest> requests = RequestsOf(row);
   for (const SentRequest& request : requests) {
     if (requests.size() > kMostRequests) break;
@@ -131,6 +210,7 @@ std::vector<std::string_view> SeeAlso(const Row& row) {
     if (senders.size() <= kMostOfACode) add(senders);
   }
   add(NeighboursOf(row));
+  add(ThatSpeakOf(row));
   return names;
 }
 

@@ -23,8 +23,9 @@ std::string DialogSentence(const Row& row);
 // The row's text without its "See also ...".
 std::string DocOf(const Row& row);
 
-// Other exports of interest, those that the row names in front: then those that send the same code and hardly
-// more, when they are few, and the neighbours in the family.
+// Other exports of interest: those that the row's "See also" names, then others that it speaks of, those that
+// send the same code and hardly more, when they are few, the neighbours in the family that are called alike,
+// and some that speak of it.
 std::vector<std::string_view> SeeAlso(const Row& row);
 
 }  // namespace wfinfo::catalogue

@@ -49,3 +49,10 @@
    "folder: its full path, or a name by which the host finds it (the small host: its " \
    "path in the tree, or its name); null or \"\" for the current one"),                \
       (OptText, folder2, "second half of the name where the host splits it; null mostly")
+
+// The same where no name does not mean the current folder.
+#define WFINFO_NAMED_FOLDER_PAIR                                                       \
+  (OptText, folder1,                                                                   \
+   "folder: its full path, or a name by which the host finds it (the small host: its " \
+   "path in the tree, or its name); the small host does nothing for null and \"\""),   \
+      (OptText, folder2, "second half of the name where the host splits it; null mostly")

@@ -83,5 +83,29 @@ TEST(Reference, SendsToExportsThatShareACodeWhenTheyAreFew) {
   EXPECT_FALSE(sends_to("SyncOrikaeshi", "GetMailFlag")) << "code 15 is one of several here";
 }
 
+TEST(Reference, SendsToExportsThatSpeakOfEachOtherAndNotToMereNeighbours) {
+  const struct {
+    const char* from;
+    std::string_view to;
+    bool expected;
+    const char* why;
+  } cases[] = {
+      {"GetNotifyWnd", "HideNotifyWnd", true, "its text names it"},
+      {"IfInclude", "IfEqual", true, "its See also"},
+      {"AddString", "IfEqual", true, "the other's text names it"},
+      {"IfEqual", "ToBaseName", false, "stands beside it, and that is all"},
+      {"StopGrepFolderRealtime", "IsImapSyncTargetFolder", false, "another subject, two rows on"},
+      {"RetrieveCertificate", "SMIMEAddCertificate", true, "a parameter of the other names it"},
+      {"FindBookNote5", "FindBookNote6", true, "a neighbour that is called alike"},
+      {"Bypass_GetFocus", "Bypass_GetLastError", false, "alike in the family's mark only"},
+      {"GetMailFlag", "Move", false, "a word of every day, no export"},
+      {"QuotedRootBody", "Quote", true, "a plain word as a call"},
+  };
+  for (const auto& c : cases) {
+    const auto names = SeeAlso(*FindRow(c.from));
+    EXPECT_EQ(std::ranges::count(names, c.to), c.expected ? 1 : 0) << c.from << " " << c.to << ": " << c.why;
+  }
+}
+
 }  // namespace
 }  // namespace wfinfo::catalogue

@@ -49,11 +49,6 @@ bool TellsTheNumber(const std::string& doc) {
 std::string Missing(const Row& row) {
   const std::string doc(row.doc);
   if (row.result == "Void") return "";
-  static const std::regex kSame(R"(^The same as (\w+))");
-  if (std::smatch same; std::regex_search(doc, same, kSame)) {
-    const Row* other = FindRow(same[1].str());
-    return other == nullptr || other == &row ? "the export that it is the same as" : Missing(*other);
-  }
   if (!CannotFail(row.name) && !TellsTheFailure(doc)) return "what a failure gives";
   const bool text = row.result == "Str" || row.result == "OptStr";
   return text || TellsTheNumber(doc) ? "" : "the result";
@@ -82,6 +77,53 @@ TEST(RowDocs, ThatBeginWithTheSameNameTheOther) {
   }
 }
 
+// The last of a row of values that one text describes: a4 behind a3.
+bool GoesOn(const Row& row, std::size_t at) {
+  const std::string_view name = row.parameters[at].name;
+  if (at == 0 || name.size() < 2 || name.find_last_of("0123456789") != name.size() - 1) return false;
+  const std::string_view stem = name.substr(0, name.find_first_of("0123456789"));
+  const std::string_view before = row.parameters[at - 1].name;
+  return before.starts_with(stem) && before.substr(0, before.find_first_of("0123456789")) == stem;
+}
+
+TEST(RowDocs, TellWhatEachParameterIs) {
+  for (const Row& row : Rows()) {
+    for (std::size_t i = 0; i < row.parameters.size(); ++i) {
+      const Parameter& parameter = row.parameters[i];
+      EXPECT_TRUE(!parameter.doc.empty() || GoesOn(row, i)) << row.name << " " << parameter.name;
+    }
+  }
+}
+
+// That it is not checked stands beside the text already; what then counts does not.
+TEST(RowDocs, TellWhatCountsForATextThatIsNotChecked) {
+  for (const Row& row : Rows()) {
+    for (const Parameter& parameter : row.parameters) {
+      if (parameter.type != "RawText") continue;
+      EXPECT_NE(parameter.doc, "not checked") << row.name << " " << parameter.name;
+    }
+  }
+}
+
+// "The host's result" alone tells nobody which number is the good one.
+TEST(RowDocs, TellWhatTheSmallHostAnswersForAResultOfTheHost) {
+  for (const Row& row : Rows()) {
+    if (row.doc.find("he host's result") == std::string_view::npos) continue;
+    const bool told = Has(std::string(row.doc), std::regex("small host|not 0"));
+    EXPECT_TRUE(told) << row.name << ": " << row.doc;
+  }
+}
+
+// No name means the current folder where that is harmless. What takes mails or a folder away wants one named.
+TEST(RowDocs, OfWhatFilesMailsDoNotOfferTheCurrentFolder) {
+  for (const char* name :
+       {"Move", "Copy", "CopyWithCopyAttach", "DeleteFolder", "MakeFolder", "MakeGrepFolder"}) {
+    for (const Parameter& parameter : FindRow(name)->parameters)
+      EXPECT_EQ(parameter.doc.find("for the current one"), std::string_view::npos) << name;
+  }
+  EXPECT_NE(FindRow("GetNextFolder")->parameters[0].doc.find("for the current one"), std::string_view::npos);
+}
+
 TEST(RowDocs, ThatLackOneOfThemAreFound) {
   const struct {
     const char* result;
@@ -96,8 +138,8 @@ TEST(RowDocs, ThatLackOneOfThemAreFound) {
       {"Str", "Name of the folder.", "what a failure gives"},
       {"Str", "Name of the folder, \"\" without one.", ""},
       {"Void", "Does it.", ""},
-      {"Int", "The same as IsWrenfold.", ""},
-      {"Int", "The same as NoSuchExport.", "the export that it is the same as"},
+      {"Int", "The same as IsWrenfold.", "what a failure gives"},
+      {"Int", "The same as IsWrenfold: 1 in the host, else 0.", ""},
   };
   for (const auto& c : cases) {
     Row row{};

@@ -222,6 +222,22 @@ print LoadRootMail("{mbox}", {len(LINE)}), RootHeader("Subject"), Bypass_CopyFil
 print LoadRootMail("{mbox}", {len(LINE)}), RootHeader("Subject"), GetFolderMailCount("list", null, null)
 """), "1one1\n1two\n1one1\n1two2\n1one1\n1two2\n")
 
+    def test_a_new_rule_counts_folders_as_a_walk_through_them_does(self):
+        self.assert_output(self.run_filing("""\
+MakeFolder("first", null)
+MakeFolder("second", null)
+DeleteFolder("first", null)
+SelectFolder("inbox", null)
+number = 0
+folder = GetPrevFolder("second", null)
+while folder != ""
+  number = number + 1
+  folder = GetPrevFolder(folder, null)
+end
+print RegistSub(2, number, 0, 0), RegistSub(2, number + 1, 0, 0), RegistSub(2, -1, 0, 0)
+"""), "100\n")
+        self.assertEqual(self.files()["filters.txt"], b"Subject: one => second\r\n")
+
     def test_changes_that_nobody_saved_outlive_a_new_file(self):
         one, two = ((self.mails / name).as_posix() for name in ("inbox/one.eml", "inbox/two.eml"))
         self.assert_output(self.run_filing(f"""\

@@ -1,5 +1,6 @@
 """The small host itself: command line, macros, prompt, trace, and what it says about bad input."""
 import json
+import re
 import shutil
 import unittest
 
@@ -11,6 +12,12 @@ MAIL = (b"From: Alice <alice@example.com>\r\nTo: bob@example.org\r\nSubject: Fir
 TWO_MAILS = (b"From alice@example.com Mon Jun  2 09:00:00 2025\nFrom: Alice <alice@example.com>\nSubject: First\n\none\n\n"
              b"From bob@example.org Mon Jun  2 10:00:00 2025\nFrom: Bob <bob@example.org>\nSubject: Second\n"
              b"Status: RO\nX-Status: F\nX-Priority: 1\nCc: c@example.org\n\ntwo\n")
+
+
+def example_of(file, name):
+    """The example of an export as examples/ has it."""
+    text = (host.SOURCE / "examples" / file).read_text(encoding="utf-8")
+    return re.search(rf"^(?:// )?## {name}\b.*\n((?:(?!(?:// )?## ).*\n)*)", text, re.M)[1].rstrip("\n") + "\n"
 
 
 class CommandLine(HostTest):
@@ -285,12 +292,24 @@ class Prompt(HostTest):
     def test_helps(self):
         self.assert_output(self.prompt("help SetMailIndex"),
                            "SetMailIndex(index)\nOpens a mail of the list, which is then the only one selected. "
-                           "1, or 0 when there is none at that place: so a loop over the list ends. "
-                           "See also MailCount, NextMail.\n"
+                           "1, or 0 when there is none at that place: so a loop over the list ends.\n"
                            "  index: number; place in the list as it shows, 0 for the first\n"
                            "Result: a number\n"
-                           "Sends: code 33 (Frame); refused while a dialog shows\n"
-                           "The parameter list is inferred from the family and the name.\n")
+                           "Sends: code 33 (Frame)\n"
+                           "Refused while a dialog shows.\n"
+                           "The parameter list is inferred from the family and the name.\n"
+                           "See also: MailCount, NextMail, MailIndex, PrevMail\n\n" +
+                           example_of("mail_list.macro", "SetMailIndex"))
+
+    def test_helps_with_the_examples_of_every_family(self):
+        firsts = {}
+        for path in sorted((host.SOURCE / "examples").iterdir()):
+            if path.suffix in (".macro", ".c"):
+                text = path.read_text(encoding="utf-8")
+                firsts[path.name] = re.search(r"^(?:// )?## (\w+)", text, re.M)[1]
+        printed = self.prompt(*(f"help {name}" for name in firsts.values())).out
+        for file, name in firsts.items():
+            self.assertIn("\n\n" + example_of(file, name), printed, (file, name))
 
     def test_goes_on_after_a_mistake_and_ends_with_1(self):
         self.assertEqual(self.prompt("HomeDirr()", "1 +", "open 9", "2"), host.Result(

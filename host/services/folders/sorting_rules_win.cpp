@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <iterator>
 #include <map>
+#include <optional>
 
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
@@ -102,29 +103,35 @@ Answer Filter(Request& request) {
 constexpr const char* kRuleHeaders[] = {"From", "To", "Subject", "List-Id"};
 constexpr Slot kAddressHeaders = 2;  // of these only the address counts
 
+// The folder of a number in the order of GetNextFolder, which passes over those that were deleted.
+std::optional<std::size_t> FolderOfNumber(const HostState& state, Slot number) {
+  for (std::size_t i = 0; number >= 0 && i < state.folders().size(); ++i) {
+    if (!state.folders()[i].removed && number-- == 0) return i;
+  }
+  return std::nullopt;
+}
+
 // header, number of the folder, 1 = the selected mails go there too, a number that is not looked at
 Answer AddRule(Request& request) {
   HostState& state = request.state;
   const Slot header = request.Number(0);
-  const auto folder = static_cast<std::size_t>(request.Number(1));
+  const auto folder = FolderOfNumber(state, request.Number(1));
   if (header < 0 || header >= static_cast<Slot>(std::size(kRuleHeaders))) {
     return request.Fail("no header of a rule is number " + std::to_string(header));
   }
-  if (folder >= state.folders().size() || state.folders()[folder].removed) {
-    return request.Fail("no folder is number " + std::to_string(request.Number(1)));
-  }
+  if (!folder) return request.Fail("no folder is number " + std::to_string(request.Number(1)));
   if (state.read_only()) return request.Fail("rules are not written with --read-only");
   const std::string name = kRuleHeaders[header];
   std::string value = state.Header(state.root(), name);
   wfinfo::AddressReader reader(value);
   if (header < kAddressHeaders) value = reader.Read() ? std::string(reader.entry().address) : "";
   if (value.empty()) return request.Fail("the mail has no " + name);
-  const FilterRule rule{name + ": " + value, state.tree().PathInTree(folder)};
-  if (std::string failure = AddFilterRule(RulesOf(request, state.folders()[folder].tree), rule);
+  const FilterRule rule{name + ": " + value, state.tree().PathInTree(*folder)};
+  if (std::string failure = AddFilterRule(RulesOf(request, state.folders()[*folder].tree), rule);
       !failure.empty())
     return request.Fail(std::move(failure));
   if (request.Number(2) != 1) return Request::Done(true);
-  std::string failure = state.MoveMails(SelectedMails(request), folder);
+  std::string failure = state.MoveMails(SelectedMails(request), *folder);
   return failure.empty() ? Request::Done(true) : request.Fail(std::move(failure));
 }
 

@@ -21,15 +21,20 @@ TEST(ExportHelp, ShowsTheCallAndWhatItSends) {
   EXPECT_EQ(HelpText(*FindRow("SetMailIndex")),
             "SetMailIndex(index)\nOpens a mail of the list, which is then the only one selected. 1, or 0 "
             "when there is none at "
-            "that place: so a loop over the list ends. See also MailCount, NextMail.\n"
+            "that place: so a loop over the list ends.\n"
             "  index: number; place in the list as it shows, 0 for the first\n"
-            "Result: a number\nSends: code 33 (Frame); refused while a dialog shows\n"
-            "The parameter list is inferred from the family and the name.\n");
-  EXPECT_NE(HelpText(*FindRow("HomeDir")).find("goes through while a dialog shows"), std::string::npos);
-  EXPECT_NE(HelpText(*FindRow("NewMail")).find("Sends: menu command 40002; refused"), std::string::npos);
+            "Result: a number\nSends: code 33 (Frame)\nRefused while a dialog shows.\n"
+            "The parameter list is inferred from the family and the name.\n"
+            "See also: MailCount, NextMail, MailIndex, PrevMail\n");
+  EXPECT_NE(HelpText(*FindRow("HomeDir")).find("\nGoes through while a dialog shows.\n"), std::string::npos);
+  EXPECT_NE(HelpText(*FindRow("NewMail")).find("Sends: menu command 40002\nRefused"), std::string::npos);
   EXPECT_NE(HelpText(*FindRow("NextMail")).find("Sends: code 12 (Host), command 40031"), std::string::npos);
   EXPECT_NE(HelpText(*FindRow("DeleteFolder")).find("Sends: code 246 (Host), code 260 (Host)"),
             std::string::npos);
+  EXPECT_NE(HelpText(*FindRow("SaveStringToFile"))
+                .find("While a dialog shows, code 290 is refused; code 307 goes through.\n"),
+            std::string::npos);
+  EXPECT_EQ(HelpText(*FindRow("MainWnd")).find("while a dialog shows.\n"), std::string::npos);
   EXPECT_NE(HelpText(*FindRow("CallByEmailList")).find("Sends: what the called export sends\n"),
             std::string::npos);
 }

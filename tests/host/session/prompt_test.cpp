@@ -55,6 +55,9 @@ class FakeSide : public PromptSide {
     return std::get<macro::Program>(macro::Parse("made = 5\nprint made / 0", {Same, false, file}));
   }
   std::size_t PageLines() override { return page_lines; }
+  std::string Example(std::string_view name) override {
+    return name == "HomeDir" ? "" : "print " + std::string(name) + "()\n#> 1\n";
+  }
   std::string PrintValue(const Value& value) override { return value.Printed() + "\n"; }
 
   std::size_t page_lines = 0;
@@ -119,6 +122,8 @@ TEST(Prompt, HasWordsOfItsOwn) {
             "! there is no mail '3'; mails lists them\n! there is no mail ''; mails lists them\n"
             "! there is no mail 'x'; mails lists them\n");
   EXPECT_EQ(Talk({"help HomeDir"}).out, HelpText(*FindRow("HomeDir")));
+  EXPECT_EQ(Talk({"help MailCount"}).out, HelpText(*FindRow("MailCount")) + "\nprint MailCount()\n#> 1\n")
+      << "with its example";
   EXPECT_EQ(Talk({"help exports"}).out, HelpOverview());
   EXPECT_NE(Talk({"help"}).out.find("help NAME"), std::string::npos);
   const Conversation unknown = Talk({"help HomeDirr"});

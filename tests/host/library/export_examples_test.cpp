@@ -1,0 +1,34 @@
+// The example of an export is found in the file of its family.
+#include "host/library/export_examples.h"
+
+#include <gtest/gtest.h>
+
+namespace wrenfold {
+namespace {
+
+TEST(ExportExamples, AreFoundByTheirHeadings) {
+  constexpr char kMacros[] =
+      "# The family.\n\n## First\n# Does it.\nprint First()\n#> 1\n\n"
+      "## Second, SecondToo\r\nprint Second()\r\n#>\r\n\r\n## Last\nprint Last()";
+  const struct {
+    const char* file;
+    const char* name;
+    const char* expected;
+    const char* why;
+  } cases[] = {
+      {kMacros, "First", "# Does it.\nprint First()\n#> 1\n", "without the empty line behind it"},
+      {kMacros, "Second", "print Second()\n#>\n", "the first of two names, lines with CR LF"},
+      {kMacros, "SecondToo", "print Second()\n#>\n", "the second of them"},
+      {kMacros, "Last", "print Last()\n", "a last line without its end"},
+      {kMacros, "Sec", "", "the beginning of a name"},
+      {kMacros, "Too", "", "its end"},
+      {kMacros, "", "", "no name"},
+      {"// ## MAPILogoff\nint main(void) {}\n//> 0\n", "MAPILogoff", "int main(void) {}\n//> 0\n",
+       "a program in C"},
+      {"", "First", "", "an empty file"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(ExampleIn(c.file, c.name), c.expected) << c.why;
+}
+
+}  // namespace
+}  // namespace wrenfold
