@@ -275,7 +275,7 @@ std::optional<std::size_t> HostState::KnownMail(const StoredMail& read) {
 
 std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file, std::uint64_t offset) {
   const auto bytes = ReadWholeFile(file);
-  if (!bytes) return CannotRead(file, "the file cannot be opened");
+  if (!bytes) return WhyUnreadable(file);
   std::vector<StoredMail> mails = IsMbox(*bytes) ? SplitMbox(*bytes) : std::vector<StoredMail>{};
   if (mails.empty() && !bytes->empty()) mails.emplace_back().raw = *bytes;
   for (StoredMail& mail : mails) {

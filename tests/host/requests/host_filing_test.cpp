@@ -260,7 +260,7 @@ TEST_F(HostStateFiling, AFileIsOpened) {
   EXPECT_EQ(state_.OpenFile(root_ / "in/c.eml", 0), std::nullopt);
   EXPECT_EQ(Shown(), "a b [c] d @in") << "one that is read already";
   EXPECT_EQ(state_.OpenFile(root_ / "none", 0),
-            "cannot read " + (root_ / "none").string() + ": the file cannot be opened");
+            "cannot read " + (root_ / "none").string() + ": no such file or folder");
   fs::remove(file);
 }
 
