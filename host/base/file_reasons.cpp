@@ -49,7 +49,8 @@ std::string WhyUnreadable(const fs::path& file) {
   if (IsFolder(file)) return CannotRead(file, "it is a folder");
   errno = 0;
   const bool opens = std::ifstream(file, std::ios::binary).is_open();
-  return CannotRead(file, ReasonOf(opens ? std::error_code() : std::error_code(errno, std::generic_category())));
+  return CannotRead(file,
+                    ReasonOf(opens ? std::error_code() : std::error_code(errno, std::generic_category())));
 }
 
 std::string WhyUnwritable(const fs::path& file) {

@@ -217,6 +217,7 @@ std::string HostState::Receive(const std::filesystem::path& file, std::size_t fo
   if (stays || !filed.failure.empty()) TakeOut(added);
   MailsChanged();
   memories_.resize(mail_count());
+  if (!HasRoot() && folder == folder_) ShowFolder(folder);  // it was empty before
   // An mbox is left, which holds no mail.
   std::error_code error;
   if (is_mbox && !stays && filed.failure.empty() && !read_only()) std::filesystem::remove(file, error);
