@@ -1,5 +1,7 @@
 #include "host/base/file_reasons.h"
 
+#include <cerrno>
+#include <fstream>
 #include <system_error>
 
 #include "host/base/paths.h"
@@ -24,11 +26,6 @@ constexpr Reason kReasons[] = {
     {std::errc::filename_too_long, "the name is too long"},
 };
 
-bool Exists(const fs::path& path) {
-  std::error_code error;
-  return fs::exists(path, error);
-}
-
 bool IsFolder(const fs::path& path) {
   std::error_code error;
   return fs::is_directory(path, error);
@@ -50,8 +47,10 @@ std::string ReasonOf(const std::error_code& error) {
 std::string WhyUnreadable(const fs::path& file) {
   if (file.empty()) return "cannot read a file without a name";
   if (IsFolder(file)) return CannotRead(file, "it is a folder");
-  const auto code = Exists(file) ? std::errc::permission_denied : std::errc::no_such_file_or_directory;
-  return CannotRead(file, ReasonOf(std::make_error_code(code)));
+  errno = 0;
+  const bool opens = std::ifstream(file, std::ios::binary).is_open();
+  return CannotRead(file,
+                    ReasonOf(opens ? std::error_code() : std::error_code(errno, std::generic_category())));
 }
 
 std::string WhyUnwritable(const fs::path& file) {

@@ -16,7 +16,7 @@ std::string ReasonOf(const std::error_code& error);
 // "cannot read X: REASON", for a reason that is known.
 std::string CannotRead(const std::filesystem::path& path, const std::string& reason);
 
-// The same with what the file system shows of the file.
+// The same with what the system says of the file when it is opened once more.
 std::string WhyUnreadable(const std::filesystem::path& file);
 
 // "cannot write X: there is no folder Y"

@@ -56,7 +56,7 @@ std::optional<std::string> WriteFile(Written& written, const MailFolder& target)
   const fs::path file = NewFile(mail, target);
   // The file itself, which may hold more than the mail: a "From " line in front of it.
   const auto bytes = own_file ? ReadWholeFile(mail.source) : std::optional(mail.raw);
-  if (!bytes) return CannotRead(mail.source, "the file cannot be opened");
+  if (!bytes) return WhyUnreadable(mail.source);
   if (!ReplaceFile(file, *bytes)) return "cannot write " + PathToUtf8(file);
   mail.source = file;
   if (!own_file) mail.offset = 0;
@@ -122,7 +122,7 @@ void TakeBack(std::span<const Written> written) {
 std::optional<std::string> CutFromMbox(MailStore& store, const fs::path& file,
                                        std::span<const std::size_t> mails) {
   const auto bytes = ReadWholeFile(file);
-  if (!bytes) return CannotRead(file, "the file cannot be opened");
+  if (!bytes) return WhyUnreadable(file);
   std::vector<MboxSpan> cut;
   for (const MboxSpan& span : MboxSpans(*bytes)) {
     const bool wanted = std::any_of(mails.begin(), mails.end(), [&](std::size_t i) {

@@ -6,6 +6,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/file_names.h"
+#include "host/base/free_name.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
@@ -95,17 +96,19 @@ std::string SafeName(std::string_view utf8) {
   return safe.empty() ? "mail" : WideToUtf8(safe);
 }
 
-// The name with a number behind it until nothing has it.
-fs::path FreeName(const ExportPlan& plan, const std::string& name, std::set<std::string>& used) {
-  const char* extension = plan.type == ExportType::kText ? ".txt" : ".eml";
-  for (std::size_t n = 1;; ++n) {
-    const std::string numbered = (n == 1 ? name : name + " (" + std::to_string(n) + ")") + extension;
-    const fs::path path = plan.path / PathFromUtf8(numbered);
+// Names that differ in case only are one on Windows.
+std::string NameKey(const fs::path& file) { return Lower(PathToUtf8(file.filename())); }
+
+// A file that nothing has, neither in the folder nor of this export.
+fs::path FileFor(const ExportPlan& plan, const std::string& name, std::set<std::string>& used) {
+  const char* const extension = plan.type == ExportType::kText ? ".txt" : ".eml";
+  const auto taken = [&](const fs::path& file) {
     std::error_code error;
-    const bool taken = plan.write != ExportWrite::kTruncate && fs::exists(path, error);
-    // Names that differ in case only are one on Windows.
-    if (!taken && used.insert(Lower(numbered)).second) return path;
-  }
+    return used.contains(NameKey(file)) || (plan.write != ExportWrite::kTruncate && fs::exists(file, error));
+  };
+  fs::path file = FreeName(plan.path / PathFromUtf8(name + extension), taken);
+  used.insert(NameKey(file));
+  return file;
 }
 
 ExportResult ExportToFolder(const ExportPlan& plan, std::span<const ExportedMail> mails) {
@@ -114,7 +117,7 @@ ExportResult ExportToFolder(const ExportPlan& plan, std::span<const ExportedMail
   fs::create_directories(plan.path, error);
   std::set<std::string> used;
   for (std::size_t i = 0; i < mails.size(); ++i) {
-    const fs::path file = FreeName(plan, ExportName(mails[i], plan.naming, i), used);
+    const fs::path file = FileFor(plan, ExportName(mails[i], plan.naming, i), used);
     ++(ReplaceFile(file, mails[i].bytes) ? result.written : result.failed);
   }
   return result;

@@ -28,6 +28,9 @@ constexpr UINT_PTR kLongestResult = UINT_PTR{1} << 30;  // bytes
 // Addresses of the texts in the calls under way; a call may lead to others.
 std::vector<Slot> g_passed_texts;
 
+// The thread's last error behind the last call; what the host does between two calls does not touch it.
+DWORD g_last_error = 0;
+
 // Keeps the texts of a call alive while it lasts.
 class Slots {
  public:
@@ -76,6 +79,12 @@ std::variant<Value, Complaint> ResultOf(const Row& row, Slot result) {
 
 }  // namespace
 
+unsigned long LastErrorOfCall() { return g_last_error; }
+
+UncountedCalls::UncountedCalls() : error_(g_last_error) {}
+
+UncountedCalls::~UncountedCalls() { g_last_error = error_; }
+
 bool IsPassedText(long long value) {
   return std::find(g_passed_texts.begin(), g_passed_texts.end(), value) != g_passed_texts.end();
 }
@@ -91,7 +100,10 @@ std::variant<Value, Complaint> CallExport(const Library& library, const std::str
   const Slots slots(*row, parameters);
   const auto result = [&] {
     const ForeignCode library_code;
-    return slots.Call(reinterpret_cast<AnyExport>(reinterpret_cast<void*>(address)));
+    SetLastError(g_last_error);
+    const Slot answer = slots.Call(reinterpret_cast<AnyExport>(reinterpret_cast<void*>(address)));
+    g_last_error = GetLastError();
+    return answer;
   }();
   return ResultOf(*row, result);
 }

@@ -348,7 +348,7 @@ MailStore::Changes MailStore::ReadMboxAgain(std::size_t folder) {
   Changes changes;
   const fs::path file = folders_[folder].path;
   const auto bytes = ReadWholeFile(file);
-  if (!bytes) return changes.failure = CannotRead(file, "the file cannot be opened"), changes;
+  if (!bytes) return changes.failure = WhyUnreadable(file), changes;
   std::vector<std::size_t> before;
   for (std::size_t i = 0; i < mails_.size(); ++i) {
     if (mails_[i].place == MailPlace::kMbox && Normal(mails_[i].source) == file) before.push_back(i);

@@ -217,6 +217,7 @@ std::string HostState::Receive(const std::filesystem::path& file, std::size_t fo
   if (stays || !filed.failure.empty()) TakeOut(added);
   MailsChanged();
   memories_.resize(mail_count());
+  if (!HasRoot() && folder == folder_) ShowFolder(folder);  // it was empty before
   // An mbox is left, which holds no mail.
   std::error_code error;
   if (is_mbox && !stays && filed.failure.empty() && !read_only()) std::filesystem::remove(file, error);
@@ -275,7 +276,7 @@ std::optional<std::size_t> HostState::KnownMail(const StoredMail& read) {
 
 std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file, std::uint64_t offset) {
   const auto bytes = ReadWholeFile(file);
-  if (!bytes) return CannotRead(file, "the file cannot be opened");
+  if (!bytes) return WhyUnreadable(file);
   std::vector<StoredMail> mails = IsMbox(*bytes) ? SplitMbox(*bytes) : std::vector<StoredMail>{};
   if (mails.empty() && !bytes->empty()) mails.emplace_back().raw = *bytes;
   for (StoredMail& mail : mails) {

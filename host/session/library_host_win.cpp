@@ -11,11 +11,13 @@
 #include "host/library/export_help.h"
 #include "host/library/failure_reason.h"
 #include "host/library/host_functions_win.h"
+#include "host/library/silent_failure_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/interrupt_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
+#include "host/writing/missing_mails.h"
 #include "src/catalogue/rows.h"
 
 namespace wrenfold {
@@ -44,6 +46,13 @@ namespace {
 
 // Whom the library's messages are told.
 LibraryHost* g_host = nullptr;
+
+// A message of the library and what it leaves out.
+std::string WithWords(std::string message, const std::string& words) {
+  if (words.empty()) return message;
+  if (message.ends_with('.')) message.pop_back();
+  return message + "; " + words;
+}
 
 macro::Complaint Stopped(const std::string& name, const std::string& reason) {
   return {name + ": " + reason + " (--strict)"};
@@ -101,15 +110,16 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Finished(const Made& m
                                                                    macro::Value result) {
   std::string reason = server_.state().failure;
   if (!call.unserved.empty()) reason = call.unserved + " is not served by the small host";
-  if (reason.empty()) reason = made.message;
+  const auto* row = wfinfo::catalogue::FindRow(made.name);
+  if (reason.empty() && !made.message.empty())
+    reason = WithWords(made.message, RefusedWord(*row, made.parameters));
   const bool failed = call.failed || !call.unserved.empty() || !made.message.empty();
   if (strict_ && failed) return Stopped(made.name, reason);
   if (!call.unserved.empty() && !server_.trace().ShowsEverything())
     TellUnserved(made.name + " is not served by the small host (" + call.unserved + ")");
   TellNoMails(reason);
-  if (reason.empty()) reason = WrongDate(made, result);
-  const auto* row = wfinfo::catalogue::FindRow(made.name);
-  if (result.IsNull() && row != nullptr) {
+  if (reason.empty() && row->result != "Void") reason = WhySilent(library_, *row, made.parameters, result);
+  if (result.IsNull()) {
     result = macro::Value::NullBecause(WhyNull(*row, reason));
     if (reason.empty() && row->result != "Void") reason = result.WhyNull();
   }
@@ -118,20 +128,6 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Finished(const Made& m
     server_.trace().Call({made.name, calling_at(), made.parameters, result, reason}, call.traced);
   }
   return result;
-}
-
-// Why an export of dates gave "" or 0: the first parameter that FormatDate makes nothing of.
-std::string LibraryHost::WrongDate(const Made& made, const macro::Value& result) const {
-  const auto* row = wfinfo::catalogue::FindRow(made.name);
-  if (row == nullptr) return "";
-  for (auto at = NextDate(*row, result, 0); at && *at < made.parameters.size();
-       at = NextDate(*row, result, *at + 1)) {
-    const macro::Value asked[] = {made.parameters[*at], macro::Value(std::string("YYYY"))};
-    const auto year = CallExport(library_, "FormatDate", asked);
-    const auto* text = std::get_if<macro::Value>(&year);
-    if (text != nullptr && !text->IsTrue()) return ShownValue(made.parameters[*at]) + " is no date";
-  }
-  return "";
 }
 
 std::string LibraryHost::Where() const { return ShownLocation(calling_at()); }
@@ -144,7 +140,7 @@ void LibraryHost::TellUnserved(const std::string& reason) {
 
 // Once: a macro that reads mails where none were given has only empty answers to show.
 void LibraryHost::TellNoMails(const std::string& reason) {
-  if (server_.state().mail_count() > 0 || !reason.starts_with(kNoOpenMail)) return;
+  if (server_.state().mail_count() > 0 || !IsForLackOfMails(reason)) return;
   const std::string line = "no mails were given: --mail MAIL";
   if (told_.insert(line).second) Fail(Where() + line);
 }
@@ -184,12 +180,18 @@ void EndMacro(HostState& state) {
 
 // --- Macros of other windows ---
 
+std::nullopt_t OtherWindowsMacros::NotRun(const std::string& reason) {
+  Fail(reason);
+  state_.failure = reason;
+  return std::nullopt;
+}
+
 std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
                                                     std::span<const macro::Value> parameters) {
   macro::KnownNames known;
   for (std::size_t i = 0; i < parameters.size(); ++i) known.variables.insert("p" + std::to_string(i + 1));
   const auto loaded = Load(SystemCharsets().HostToUtf8(macro), known);
-  if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason), std::nullopt;
+  if (const auto* reason = std::get_if<std::string>(&loaded)) return NotRun(*reason);
   const auto& [file, program] = std::get<LoadedMacro>(loaded);
   macro::Interpreter interpreter(host_);
   for (std::size_t i = 0; i < parameters.size(); ++i) {
@@ -203,7 +205,7 @@ std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
   EndMacro(state_);
   state_.folder_state().find_pack_to_restore = std::move(pack);
   state_.failure = failure;
-  if (problem) return Fail(Located(file, *problem)), std::nullopt;
+  if (problem) return NotRun(Located(file, *problem));
   return interpreter.last_value().value_or(macro::Value(1));
 }
 

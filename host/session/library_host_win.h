@@ -55,7 +55,6 @@ class LibraryHost : public macro::MacroHost {
   // Says why the library could not write a file.
   void NoteFileFailure(const std::string& name, std::span<const macro::Value> parameters,
                        const std::variant<macro::Value, macro::Complaint>& result);
-  std::string WrongDate(const Made& made, const macro::Value& result) const;
   // "m.macro:3:1: " of the call under way; "" at the prompt.
   std::string Where() const;
   void TellUnserved(const std::string& reason);
@@ -83,7 +82,9 @@ class OtherWindowsMacros {
   OtherWindowsMacros& operator=(const OtherWindowsMacros&) = delete;
 
  private:
+  // Nothing when it could not be run: the user has been told, and HostState::failure says why.
   std::optional<macro::Value> Run(std::string_view macro, std::span<const macro::Value> parameters);
+  std::nullopt_t NotRun(const std::string& reason);
   static MacroOrReason Load(const std::string& text, macro::KnownNames& known);
 
   macro::MacroHost& host_;

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -9,7 +10,9 @@
 #include <vector>
 
 #include "host/base/paths.h"
+#include "host/library/host_functions_win.h"
 #include "host/library/library_win.h"
+#include "host/library/traced_words.h"
 #include "host/macro/run.h"
 #include "host/requests/host_state.h"
 #include "host/requests/request_server_win.h"
@@ -65,6 +68,12 @@ class TraceFile {
  private:
   HANDLE file_ = INVALID_HANDLE_VALUE;
 };
+
+std::optional<std::string> WrongTraceList(const std::vector<std::string>& words) {
+  std::vector<std::string_view> names;
+  for (const HostFunction& function : HostFunctions()) names.push_back(function.name);
+  return WrongTracedWord(words, names);
+}
 
 // --- The run ---
 
@@ -136,6 +145,7 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
 }  // namespace
 
 int RunMacroSession(const Options& options) {
+  if (const auto wrong = WrongTraceList(options.traced)) return Fail("--trace=: " + *wrong, kWrongUsage);
   std::vector<LoadedMacro> macros;
   macro::KnownNames known;
   for (const std::string& file : options.macros) {

@@ -267,11 +267,13 @@ long long OpenUrl(const char* url) {
     }
   }
   HINTERNET request = WinInet().InternetOpenUrlA(internet, url, "", 0, kOpenFlags, 0);
+  const DWORD error = GetLastError();
   const Kept kept = request != nullptr ? KeepOpened(internet, request, is_new) : Kept::kClosedMeanwhile;
   if (kept == Kept::kYes) return ToSlot(request);
   CloseHandleOf(request);
   if (is_new) CloseHandleOf(internet);  // no table entry holds it
   if (kept == Kept::kTableIsFull) ReportTooMany();
+  SetLastError(error);  // nothing else tells why there is no page
   return -1;
 }
 

@@ -39,6 +39,15 @@ TEST(ExtensionLibrary, AFailingNameWithABackslashEndsAtOnce) {
   host.ExpectMessages({kStringMessageEnglish, kStringMessageEnglish});
 }
 
+TEST(ExtensionLibrary, WhatDoesNotLoadLeavesTheSystemsReason) {
+  ScriptedHost host;
+  for (const char* name : {"C:\\no\\such.dll", "no-such-library.dll"}) {
+    SetLastError(ERROR_SUCCESS);
+    EXPECT_EQ(LoadDll(name), nullptr);
+    EXPECT_EQ(Bypass_GetLastError(), ERROR_MOD_NOT_FOUND) << name;
+  }
+}
+
 TEST(ExtensionLibrary, ATrailByteThatLooksLikeABackslashIsNone) {
   ScriptedHost host;
   // U+8868 is 0x95 0x5C: the name has no backslash, so the search goes on to the system directory and

@@ -159,6 +159,7 @@ TEST(Http, ARefusedConnectionFailsSilently) {
     port = gone.port();
   }
   EXPECT_EQ(Inet_OpenUrl(("http://127.0.0.1:" + std::to_string(port) + "/").c_str()), -1);
+  EXPECT_EQ(Bypass_GetLastError(), 12029) << "ERROR_INTERNET_CANNOT_CONNECT";
   EXPECT_EQ(Inet_OpenUrl("no url at all"), -1);
   EXPECT_EQ(Inet_Read(), nullptr);
   host.ExpectMessages({"WFINFO.DLL Inet_DoRead: Inet_OpenUrl not yet"});

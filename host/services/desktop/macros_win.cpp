@@ -1,6 +1,7 @@
 // Macros run in another window, and commands posted to the host.
 #include <windows.h>
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -34,15 +35,19 @@ std::vector<macro::Value> Parameters(const Request& request) {
   return parameters;
 }
 
+std::int64_t NumberOf(const macro::Value& value) { return value.IsNumber() ? value.Number() : 1; }
+
 Answer RunIn(HWND window, Request& request) {
-  if (!request.state.run_macro || g_depth >= kMostDepth) return {};
+  if (!request.state.run_macro) return request.Fail("nobody runs macros here");
+  if (g_depth >= kMostDepth)
+    return request.Fail("macros stand at most " + std::to_string(kMostDepth) + " deep in one another");
   const Windows::Acting acting(window);
   ++g_depth;
   const std::string macro(request.Text(0));
   const auto value = request.state.run_macro(macro, Parameters(request));
   --g_depth;
-  if (!value) return {};
-  return Request::AnswerNumber(value->IsNumber() ? value->Number() : 1);
+  if (!value) return request.Fail(std::string(request.state.failure));
+  return Request::AnswerNumber(NumberOf(*value));
 }
 
 // The reason and the name that macros ask for, while one runs.
@@ -95,8 +100,7 @@ std::optional<std::int64_t> RunBeforeSending(HostState& state) {
   ++g_depth;
   const auto value = state.run_macro(SystemCharsets().Utf8ToHost(file), {});
   --g_depth;
-  if (!value) return std::nullopt;
-  return value->IsNumber() ? value->Number() : 1;
+  return value ? std::optional(NumberOf(*value)) : std::nullopt;
 }
 
 }  // namespace wrenfold

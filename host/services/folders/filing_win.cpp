@@ -5,6 +5,7 @@
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/list/selection_win.h"
 #include "host/services/services_win.h"
+#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
@@ -15,7 +16,7 @@ Answer DoneUnless(Request& request, std::string failure) {
 
 Answer Delete(Request& request) {
   const std::vector<std::size_t> mails = SelectedMails(request);
-  if (mails.empty()) return request.Fail("no mail is selected");
+  if (mails.empty()) return request.Fail(kNoMailSelected);
   return DoneUnless(request, request.state.DeleteMails(mails));
 }
 
@@ -30,7 +31,7 @@ Answer MoveOrCopy(Request& request) {
   const auto target = FolderOfPair(request, 1);
   if (!target) return NoFolder(request);
   const std::vector<std::size_t> mails = SelectedMails(request);
-  if (mails.empty()) return request.Fail("no mail is selected");
+  if (mails.empty()) return request.Fail(kNoMailSelected);
   const bool all_there = std::all_of(mails.begin(), mails.end(), [&](std::size_t mail) {
     return request.state.Mail(mail).folder == *target;
   });

@@ -2,6 +2,7 @@
 
 #include "host/charset/charsets.h"
 #include "host/services/folders/folder_paths_win.h"
+#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 
@@ -13,7 +14,7 @@ std::optional<std::size_t> FolderOf(Request &request, std::size_t slot) {
   HostState &state = request.state;
   std::optional<std::size_t> folder;
   if (state.folders().empty()) {
-    request.Fail("no mails are open");
+    request.Fail(kNoMailsOpen);
   } else if (request.Number(slot) == 0) {
     folder = state.folder();
   } else {
@@ -35,7 +36,7 @@ std::optional<std::size_t> FolderOfPair(Request &request, std::size_t first_slot
     return std::nullopt;
   }
   if (!request.state.folders().empty()) return request.state.folder();
-  request.Fail("no mails are open");
+  request.Fail(kNoMailsOpen);
   return std::nullopt;
 }
 

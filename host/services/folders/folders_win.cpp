@@ -10,6 +10,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
@@ -19,7 +20,7 @@ constexpr Slot kSelectFolder = 0;
 constexpr Slot kSelectAccountGroup = 1;
 
 Answer Current(Request& request) {
-  if (request.state.folders().empty()) return request.Fail("no mails are open");
+  if (request.state.folders().empty()) return request.Fail(kNoMailsOpen);
   return request.AnswerText(FolderPath(request, request.state.folder()));
 }
 
@@ -93,7 +94,7 @@ Answer Go(Request& request) {
 Answer Make(Request& request) {
   const std::string name = NameOfPair(request, 0);
   if (request.state.folders().empty())
-    return request.Fail("no mails are open: there is no place for folders");
+    return request.Fail(std::string(kNoMailsOpen) + ": there is no place for folders");
   const std::size_t before = request.state.folders().size();
   auto made = request.state.tree().Make(name, request.state.folder());
   if (auto* reason = std::get_if<std::string>(&made)) return request.Fail(std::move(*reason));

@@ -3,6 +3,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
@@ -18,7 +19,7 @@ Answer NoSearch(Request& request, std::size_t folder) {
 // folder pair, find pack. The first text is the new folder's path; the second the folder that it searches.
 Answer Make(Request& request) {
   HostState& state = request.state;
-  if (state.folders().empty()) return request.Fail("no mails are open");
+  if (state.folders().empty()) return request.Fail(kNoMailsOpen);
   const std::string path = SystemCharsets().HostToUtf8(request.Text(0));
   const std::string pack = SystemCharsets().HostToUtf8(request.Text(2));
   if (path.empty()) return request.Fail("no folder is named");

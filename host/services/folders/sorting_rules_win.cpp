@@ -14,6 +14,7 @@
 #include "host/services/services_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
+#include "host/writing/missing_mails.h"
 #include "src/addresses/address_entry.h"
 
 namespace wrenfold {
@@ -65,7 +66,7 @@ std::map<std::size_t, std::vector<std::size_t>> Sorted(Request& request,
 
 Answer Sort(Request& request) {
   const std::vector<std::size_t> mails = SelectedMails(request);
-  if (mails.empty()) return request.Fail("no mail is selected");
+  if (mails.empty()) return request.Fail(kNoMailSelected);
   std::string failure;
   Slot filed = 0;
   for (const auto& [folder, group] : Sorted(request, mails, failure)) {
@@ -79,7 +80,7 @@ Answer Sort(Request& request) {
 
 // The dialog of the rules is the terminal.
 Answer ShowRules(Request& request) {
-  if (request.state.folders().empty()) return request.Fail("no mails are open");
+  if (request.state.folders().empty()) return request.Fail(kNoMailsOpen);
   const std::size_t tree = request.state.folders()[request.state.folder()].tree;
   const auto rules = ReadRules(RulesOf(request, tree));
   if (const auto* reason = std::get_if<std::string>(&rules)) return request.Fail(*reason);

@@ -9,6 +9,7 @@
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
 #include "host/windows/list_window_win.h"
+#include "host/writing/missing_mails.h"
 #include "src/dates/date_format.h"
 #include "src/dates/date_parse.h"
 
@@ -79,14 +80,14 @@ template <std::size_t ThreadLine::*kMember>
 Answer OfLine(Request& request) {
   const Slot place = request.Number(0);
   const ThreadLine* line = LineAt(request.state, static_cast<std::size_t>(place));
-  if (line == nullptr) return request.Fail("the list has no mail " + std::to_string(place));
+  if (line == nullptr) return request.Fail(kNotInList + std::to_string(place));
   return Request::AnswerNumber(static_cast<Slot>(line->*kMember));
 }
 
 Answer IsFolded(Request& request) {
   const Slot place = request.Number(0);
   const ThreadLine* line = LineAt(request.state, static_cast<std::size_t>(place));
-  if (line == nullptr) return request.Fail("the list has no mail " + std::to_string(place));
+  if (line == nullptr) return request.Fail(kNotInList + std::to_string(place));
   return Request::Done(line->children > 0 && request.state.list.IsFolded(line->mail));
 }
 

@@ -4,6 +4,7 @@
 #include "host/requests/shown_list.h"
 #include "host/services/list/list_moves_win.h"
 #include "host/services/services_win.h"
+#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
@@ -24,8 +25,8 @@ Answer SetIndex(Request& request) {
   const std::vector<std::size_t> list = Shown(request);
   const Slot place = request.Number(0);
   if (place < 0 || place >= static_cast<Slot>(list.size())) {
-    return request.NoNumber(
-        place, "the list has no mail " + std::to_string(place) + "; it shows " + std::to_string(list.size()));
+    return request.NoNumber(place,
+                            kNotInList + std::to_string(place) + "; it shows " + std::to_string(list.size()));
   }
   return OpenInList(request, list[static_cast<std::size_t>(place)]);
 }

@@ -14,6 +14,7 @@
 #include "host/services/writing/draft_win.h"
 #include "host/windows/frame_win.h"
 #include "host/writing/draft_file.h"
+#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
@@ -79,7 +80,7 @@ Answer OpenRelated(Request& request) {
 Answer OpenFile(Request& request) {
   if (request.Text(0).empty()) return request.Fail("no file is named");
   const std::filesystem::path file = PathFromUtf8(SystemCharsets().HostToUtf8(request.Text(0)));
-  if (request.state.folders().empty()) return request.Fail("no mails are open");
+  if (request.state.folders().empty()) return request.Fail(kNoMailsOpen);
   auto reason = request.state.OpenFile(file, static_cast<std::uint64_t>(request.Number(1)));
   return reason ? request.Fail(*std::move(reason)) : Request::Done(true);
 }

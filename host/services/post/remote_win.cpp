@@ -14,6 +14,7 @@
 #include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/terminal_win.h"
+#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
@@ -79,7 +80,7 @@ Answer Upload(Request& request) {
     if (const auto reason = SaveSafely(file, state.Mail(mail).raw)) return request.Fail(*reason);
     ++count;
   }
-  if (count == 0) return request.Fail("no mail is selected");
+  if (count == 0) return request.Fail(kNoMailSelected);
   TellStatus(request.state,
              "imap (simulated): " + MailsInWords(count) + " uploaded to " + PathToUtf8(Post(request).imap));
   return Request::Done(true);

@@ -17,6 +17,7 @@
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/progress.h"
+#include "host/writing/missing_mails.h"
 #include "host/writing/quoting.h"
 #include "src/addresses/address_entry.h"
 
@@ -72,7 +73,8 @@ void NoteReception(HostState& state, std::size_t first) {
 // path, file type, 1 = as just received, four options that are not looked at. Answers the number of mails.
 Answer Import(Request& request) {
   HostState& state = request.state;
-  if (state.folders().empty()) return request.Fail("no mails are open: there is no folder to import into");
+  if (state.folders().empty())
+    return request.Fail(std::string(kNoMailsOpen) + ": there is no folder to import into");
   if (!IsImportType(request.Number(1)))
     return request.Fail("no file type " + std::to_string(request.Number(1)));
   auto read = MailsToImport(PathOf(request.Text(0)), static_cast<ImportType>(request.Number(1)));
@@ -154,7 +156,7 @@ Answer Export(Request& request) {
   if (request.state.HasRoot()) {
     const std::vector<ExportedMail> mails = MailsToExport(request);
     // While a file that was there before can be told from one of this export.
-    reason = mails.empty() ? "no mail is selected to be exported" : WhyNotExported(plan);
+    reason = mails.empty() ? std::string(kNoMailSelected) + " to be exported" : WhyNotExported(plan);
     result = ExportMails(plan, mails);
   }
   request.SetLowNumber(0, result.written);
@@ -200,7 +202,7 @@ std::vector<std::size_t> MailsToCompare(Request& request) {
 // folder, second folder, mode, two numbers that are not looked at. Copies become the selection; with "yesall"
 // they are taken out of their folders, with nobody to ask only then. Answers their number.
 Answer CheckDuplicates(Request& request) {
-  if (request.state.folders().empty()) return request.Fail("no mails are open");
+  if (request.state.folders().empty()) return request.Fail(kNoMailsOpen);
   std::vector<ComparedMail> mails;
   Progress progress("comparing mails");
   for (const std::size_t mail : MailsToCompare(request)) {

@@ -19,6 +19,10 @@ std::size_t Kind(Request& request, std::size_t slot) {
   return static_cast<std::size_t>(request.Number(slot));
 }
 
+std::string NoSuch(std::string_view what, std::string_view name) {
+  return "there is no " + std::string(what) + " " + Quoted(SystemCharsets().HostToUtf8(name), 60);
+}
+
 // kind, index
 Answer Name(Request& request) {
   const std::vector<std::string> names = Templates(request).Names(Kind(request, 0));
@@ -28,17 +32,20 @@ Answer Name(Request& request) {
 
 // kind, name
 Answer Load(Request& request) {
-  return request.AnswerText(Templates(request).Text(Kind(request, 0), request.Text(1)));
+  const std::size_t kind = Kind(request, 0);
+  const std::string_view name = request.Text(1);
+  if (!Templates(request).Has(kind, name))
+    return request.Fail(NoSuch(kind == kSignKind ? "signature" : "template", name));
+  return request.AnswerText(Templates(request).Text(kind, name));
 }
 Answer Sign(Request& request) {
-  return request.AnswerText(Templates(request).Sign(Kind(request, 0), request.Text(1)));
+  const std::size_t kind = Kind(request, 0);
+  if (!Templates(request).Has(kind, request.Text(1)))
+    return request.Fail(NoSuch("template", request.Text(1)));
+  return request.AnswerText(Templates(request).Sign(kind, request.Text(1)));
 }
 
 // --- The mail being written ---
-
-std::string NoSuch(std::string_view what, std::string_view name) {
-  return "there is no " + std::string(what) + " " + Quoted(SystemCharsets().HostToUtf8(name), 60);
-}
 
 // What was written into the body stays between the new template and the new signature.
 Answer Reframe(Request& request, std::string_view template_name, std::string_view sign_name) {

@@ -9,6 +9,7 @@
 #include "host/services/writing/draft_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/writing/draft_file.h"
+#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
@@ -77,7 +78,7 @@ Answer Delete(Request& request) {
 Answer SetInSelected(Request& request) {
   if (const auto reason = WhyNoHeader(Name(request))) return request.Fail(*reason);
   const std::vector<std::size_t> mails = SelectedMails(request);
-  if (mails.empty()) return request.Fail("no mail is selected");
+  if (mails.empty()) return request.Fail(kNoMailSelected);
   for (const std::size_t mail : mails) {
     SetHeader(request.state.EditText(mail), Name(request), request.Text(1), 0);
     TellHeaderChange(request.state, mail);

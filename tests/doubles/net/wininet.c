@@ -50,6 +50,7 @@ BOOL WINAPI InternetCloseHandle(HINTERNET handle) {
   __atomic_store_n(&g_is_open[(INT_PTR)handle], 0, __ATOMIC_RELAXED);
   __atomic_sub_fetch(&g_state.open_handles, 1, __ATOMIC_RELAXED);
   if (g_state.closed < 64) g_state.closed_order[g_state.closed++] = (int)(INT_PTR)handle;
+  SetLastError(ERROR_SUCCESS); /* means nothing behind a success */
   return TRUE;
 }
 
@@ -64,6 +65,7 @@ HINTERNET WINAPI InternetOpenUrlA(HINTERNET internet, LPCSTR url, LPCSTR headers
   g_state.read_calls = 0;
   const HINTERNET request = g_state.fail_open_url ? NULL : NewHandle();
   CallOnce(&g_state.on_open_url_done);
+  if (request == NULL) SetLastError(ERROR_INTERNET_CANNOT_CONNECT);
   return request;
 }
 

@@ -35,6 +35,7 @@ TEST_F(HttpDouble, AFailedOpenIsReportedAndLeavesNothing) {
 TEST_F(HttpDouble, AFailedUrlIsSilentAndLeavesNoHandle) {
   state_.fail_open_url = 1;
   EXPECT_EQ(Inet_OpenUrl("http://example.org/"), -1);
+  EXPECT_EQ(Bypass_GetLastError(), 12029) << "the reason, although the handle was closed behind it";
   EXPECT_EQ(state_.open_handles, 0);
   state_.fail_open_url = 0;
   EXPECT_GT(Inet_OpenUrl("http://example.org/"), 0);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 
 #include "host/base/whole_file.h"
 
@@ -27,6 +28,13 @@ TEST(FreeName, IsTheFirstThatNoFileHas) {
   }
   EXPECT_EQ(FreeName(folder / "b.eml"), folder / "b.eml");
   fs::remove_all(folder);
+}
+
+TEST(FreeName, IsTheFirstThatTheCallerCallsFree) {
+  const std::set<fs::path> used = {"in/v1.2.eml", "in/v1.2 (2).eml", "in/v1.2 (3).eml"};
+  const auto taken = [&used](const fs::path& file) { return used.contains(file); };
+  EXPECT_EQ(FreeName("in/v1.2.eml", taken), fs::path("in/v1.2 (4).eml"));
+  EXPECT_EQ(FreeName("in/v1.3.eml", taken), fs::path("in/v1.3.eml"));
 }
 
 }  // namespace

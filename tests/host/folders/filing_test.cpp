@@ -206,7 +206,7 @@ TEST_F(HostFiling, AnMboxThatChangedMeanwhileIsLeftAlone) {
 TEST_F(HostFiling, WhatCanBeDoneIsDone) {
   fs::remove(root_ / "in/a.eml");
   const Filed filed = MoveMails(store_, std::vector{std::size_t{kA}, std::size_t{kB}}, Folder("out"));
-  EXPECT_EQ(filed.failure, "cannot read " + (root_ / "in/a.eml").string() + ": the file cannot be opened");
+  EXPECT_EQ(filed.failure, "cannot read " + (root_ / "in/a.eml").string() + ": no such file or folder");
   EXPECT_EQ(filed.mails, std::vector<std::size_t>{kB});
   EXPECT_EQ(Files(), "empty.mbox list.mbox out/b.eml");
 }

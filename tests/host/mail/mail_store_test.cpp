@@ -140,7 +140,7 @@ TEST_F(HostMailStore, AFolderIsReadAgain) {
   EXPECT_EQ(store.ReadAgain(1).added, 0u) << "nothing changed since";
   fs::remove(root_ / "list.mbox");
   EXPECT_EQ(store.ReadAgain(1).failure,
-            "cannot read " + (root_ / "list.mbox").string() + ": the file cannot be opened");
+            "cannot read " + (root_ / "list.mbox").string() + ": no such file or folder");
 }
 
 TEST_F(HostMailStore, SeveralPathsShareTheirFolders) {

@@ -204,6 +204,20 @@ TEST_F(Receiving, MakesAFolderForTheFirstMail) {
   EXPECT_EQ(state.tree().SetProperty(folder, "icon", "1"), std::nullopt) << "its tree is known";
 }
 
+TEST_F(Receiving, OpensTheFirstMailOfAnEmptyFolderThatShows) {
+  state_.ShowFolder(out_);
+  ASSERT_FALSE(state_.HasRoot());
+  EXPECT_EQ(state_.Receive(Put("e.eml", "Subject: e\r\n\r\n"), out_, false), "");
+  EXPECT_EQ(state_.Receive(Put("f.eml", "Subject: f\r\n\r\n"), out_, false), "");
+  EXPECT_EQ(Shown(), "[e] f @out");
+}
+
+TEST_F(Receiving, OpensNothingOfAFolderThatDoesNotShow) {
+  state_.ShowFolder(out_);
+  EXPECT_EQ(state_.Receive(Put("e.eml", "Subject: e\r\n\r\n"), in_, false), "");
+  EXPECT_FALSE(state_.HasRoot());
+}
+
 TEST_F(HostStateFiling, AFolderIsReadAgain) {
   Write("in/e.eml", "Subject: e\r\n\r\n");
   fs::remove(root_ / "in/a.eml");
@@ -260,7 +274,7 @@ TEST_F(HostStateFiling, AFileIsOpened) {
   EXPECT_EQ(state_.OpenFile(root_ / "in/c.eml", 0), std::nullopt);
   EXPECT_EQ(Shown(), "a b [c] d @in") << "one that is read already";
   EXPECT_EQ(state_.OpenFile(root_ / "none", 0),
-            "cannot read " + (root_ / "none").string() + ": the file cannot be opened");
+            "cannot read " + (root_ / "none").string() + ": no such file or folder");
   fs::remove(file);
 }
 
