@@ -66,6 +66,9 @@ class HostState {
   void Remove(std::size_t index);
   // True for a mail in no folder: removed, or opened from a file alone.
   bool IsRemoved(std::size_t index) const { return memories_[index].removed; }
+  bool LiesIn(std::size_t index, std::size_t folder) const {
+    return store_.mails()[index].folder == folder && !IsRemoved(index);
+  }
   // True for a number that no mail has any more: it was removed for good.
   bool IsGone(std::size_t index) const {
     return index >= mail_count() || (memories_[index].removed && !memories_[index].alone);
