@@ -33,12 +33,12 @@ enum class MailPlace : std::uint8_t {
 };
 
 struct StoredMail {
-  std::filesystem::path source;  // the file that holds it, or held it when it was read
-  std::uint64_t offset = 0;      // of its first header in that file (mbox: behind the "From " line)
-  std::string raw;               // the mail's own bytes; mbox: ">From " quoting undone
-  std::uint32_t flags = 0;       // MailFlag; those but forwarded start from Status and X-Status
+  std::filesystem::path source;   // the file that holds it, or held it when it was read
+  std::uint64_t offset = 0;       // of its first header in that file (mbox: behind the "From " line)
+  std::string raw;                // the mail's own bytes; mbox: ">From " quoting undone
+  std::uint32_t flags = 0;        // MailFlag; those but forwarded start from Status and X-Status
   std::uint32_t first_flags = 0;  // what its own headers tell whenever it is read
-  std::size_t folder = 0;        // index into folders()
+  std::size_t folder = 0;         // index into folders()
   MailPlace place = MailPlace::kMemory;
 };
 

@@ -66,7 +66,7 @@ std::string WriteMarks(const MarksText& text);
 
 // --- Which mail a line means ---
 
-// What tells a mail from others: its Message-ID, or with `by_bytes`, or without a usable one, "#" and a number
+// What tells a mail from others: its Message-ID; with `by_bytes`, or without a usable one, "#" and a number
 // made from all of it but line ends and the headers that mail programs keep their own notes in.
 std::string MailId(std::string_view raw, bool by_bytes);
 
@@ -79,8 +79,8 @@ struct MarkableMail {
 inline constexpr std::size_t kNoMarkable = std::numeric_limits<std::size_t>::max();
 
 // For each line the mail that it means, kNoMarkable for none; no mail is meant twice. A mail at the line's
-// place comes before another of the same id in its file. The case of ASCII letters in file names does not
-// count.
+// place comes before another of the same id in its file. File names are compared without regard to the
+// case of ASCII letters.
 std::vector<std::size_t> FindMarked(std::span<const MarksLine> lines, std::span<const MarkableMail> mails);
 
 }  // namespace wrenfold
