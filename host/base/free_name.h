@@ -10,7 +10,7 @@ namespace wrenfold {
 // The same with a number behind its stem.
 std::filesystem::path NumberedName(const std::filesystem::path& file, std::size_t number);
 
-// `file`, or the same with a number from 2 on that no file there has.
+// `file`, or the same with a number from 2 on that no file there has: "a (3).eml" for "a (2).eml" too.
 std::filesystem::path FreeName(const std::filesystem::path& file);
 
 // The same for the caller's own idea of what is taken.

@@ -9,6 +9,7 @@
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
+#include "host/mail/marks_file.h"
 
 namespace wrenfold {
 namespace {
@@ -34,6 +35,7 @@ bool CanBePath(std::string_view path) {
     const std::u16string part = Utf8ToWide(path.substr(0, slash));
     // Folders whose name begins with a period are not read.
     if (part.empty() || part[0] == u'.' || CleanFileName(part) != part) return false;
+    if (IsMarksFile(path.substr(0, slash))) return false;
     if (slash == path.npos) return true;
     path.remove_prefix(slash + 1);
   }
@@ -182,6 +184,7 @@ std::optional<std::string> FolderTree::WhyNotDelete(std::size_t folder) const {
   for (fs::recursive_directory_iterator entry(found.path, error), end; !error && entry != end;
        entry.increment(error)) {
     if (entry->is_directory(error) || known.contains(key(entry->path()))) continue;
+    if (IsMarksFile(PathToUtf8(entry->path().filename()))) continue;
     return found.name + " holds another file: " + PathToUtf8(entry->path().filename());
   }
   return std::nullopt;
@@ -199,6 +202,9 @@ std::optional<std::string> FolderTree::Delete(std::size_t folder) {
     const bool on_disk = found.kind != FolderKind::kSearch && !store_.read_only();
     // An mbox that still holds something is kept; the system keeps folders that do.
     const bool empty = found.kind != FolderKind::kMbox || fs::file_size(found.path, error) == 0;
+    // What is kept of mails that are gone keeps no folder.
+    if (on_disk && found.kind == FolderKind::kFolder) fs::remove(found.path / kMarksFile, error);
+    error.clear();
     if (on_disk && (!empty || !fs::remove(found.path, error)) && fs::exists(found.path))
       return "cannot delete " + PathToUtf8(found.path) + (error ? ": " + ReasonOf(error) : "");
     if (auto failure = properties_[found.tree].Remove(store_.PathInTree(i), store_.read_only()))

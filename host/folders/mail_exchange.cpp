@@ -148,7 +148,7 @@ std::optional<std::vector<StoredMail>> MailsOfFile(std::string_view bytes, Impor
                                   : type == ImportType::kPeriod ? SplitPeriods(bytes)
                                                                 : OneMail(bytes);
   if (mails.empty()) return std::nullopt;
-  for (StoredMail& mail : mails) mail.flags = FlagsOf(mail.raw);
+  for (StoredMail& mail : mails) mail.flags = mail.first_flags = FlagsOf(mail.raw);
   return mails;
 }
 

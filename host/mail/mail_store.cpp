@@ -9,6 +9,7 @@
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
+#include "host/mail/marks_file.h"
 #include "host/mail/mbox.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
@@ -27,7 +28,10 @@ bool IsMailFile(const fs::path& path) {
 }
 
 // What ReplaceFile writes beside a mail's file and renames at once.
-bool IsHalfWritten(const fs::path& path) { return ExtensionOf(path) == ".new" && IsMailFile(path.stem()); }
+bool IsMarks(const fs::path& path) { return IsMarksFile(PathToUtf8(path.filename())); }
+bool IsHalfWritten(const fs::path& path) {
+  return ExtensionOf(path) == ".new" && (IsMailFile(path.stem()) || IsMarks(path));
+}
 
 // The folder itself when it is given as "x/" or ".".
 fs::path Normal(const fs::path& path) {
@@ -110,6 +114,7 @@ std::uint32_t FlagsOf(std::string_view raw) {
   for (const FlagLetter& row : kFlagLetters) {
     if (letters.find(row.letter) != letters.npos) flags |= row.flag;
   }
+  if (Trim(FindHeader(parts, "X-Unsent")) == "1") flags |= kMailRead;
   return flags;
 }
 
@@ -227,6 +232,7 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file, std::size_t 
   const fs::file_status status = fs::status(file, error);
   if (status.type() == fs::file_type::not_found || error) return CannotRead(file, ReasonOf(error));
   if (status.type() != fs::file_type::regular) return CannotRead(file, "not a file");
+  if (IsMarks(file)) return CannotRead(file, kMarksAreNoMail);
   if (!known_.empty() && known_.contains(FileKey(file))) return nothing_new_ = true, std::nullopt;
   errno = 0;
   std::optional<std::string> read = ReadWholeFile(file);
@@ -274,7 +280,7 @@ void MailStore::AddMails(const fs::path& file, std::vector<StoredMail> mails, st
   for (StoredMail& mail : mails) {
     mail.source = file;
     mail.folder = folder;
-    mail.flags = FlagsOf(mail.raw);
+    mail.flags = mail.first_flags = FlagsOf(mail.raw);
     mail.place = in_mbox ? MailPlace::kMbox : MailPlace::kFile;
     mails_.push_back(std::move(mail));
   }

@@ -15,7 +15,7 @@
 
 namespace wrenfold {
 
-// What the host remembers of a mail while it runs; no file tells of it afterwards.
+// What the headers of a mail, or the way in which it came, tell of its state.
 enum MailFlag : std::uint32_t {
   kMailRead = 1,
   kMailReplied = 2,
@@ -33,11 +33,12 @@ enum class MailPlace : std::uint8_t {
 };
 
 struct StoredMail {
-  std::filesystem::path source;  // the file that holds it, or held it when it was read
-  std::uint64_t offset = 0;      // of its first header in that file (mbox: behind the "From " line)
-  std::string raw;               // the mail's own bytes; mbox: ">From " quoting undone
-  std::uint32_t flags = 0;       // MailFlag; those but forwarded start from Status and X-Status
-  std::size_t folder = 0;        // index into folders()
+  std::filesystem::path source;   // the file that holds it, or held it when it was read
+  std::uint64_t offset = 0;       // of its first header in that file (mbox: behind the "From " line)
+  std::string raw;                // the mail's own bytes; mbox: ">From " quoting undone
+  std::uint32_t flags = 0;        // MailFlag; those but forwarded start from Status and X-Status
+  std::uint32_t first_flags = 0;  // what its own headers tell whenever it is read
+  std::size_t folder = 0;         // index into folders()
   MailPlace place = MailPlace::kMemory;
 };
 
@@ -142,7 +143,7 @@ class MailStore {
 // The mails of an mbox file's bytes. A mail begins at a "From " line that holds a time (12:34) and stands at
 // the start or after an empty line; ">From ", ">>From " lines lose one ">".
 std::vector<StoredMail> SplitMbox(std::string_view bytes);
-// The flags that the Status and X-Status headers of a mail's bytes tell.
+// The flags that the Status and X-Status headers of a mail's bytes tell; a draft counts as read.
 std::uint32_t FlagsOf(std::string_view raw);
 
 }  // namespace wrenfold

@@ -104,8 +104,10 @@ std::optional<std::string> HostState::Refresh(std::size_t folder) {
     ReturnTo(place);
     return std::nullopt;
   }
+  const std::size_t before = mail_count();
   const MailStore::Changes changes = store_.ReadAgain(folder);
   memories_.resize(mail_count());
+  LoadMarks(before);
   for (const std::size_t i : changes.gone) memories_[i].removed = true;
   MailsChanged();
   ReturnTo(place);
@@ -135,6 +137,7 @@ std::string HostState::MoveMails(std::span<const std::size_t> mails, std::size_t
   MailsChanged();
   if (!filed.mails.empty()) selection.SelectOpenMail();
   ReturnTo(place);
+  SaveMarks();
   return filed.failure.empty() ? failure : filed.failure;
 }
 
@@ -147,9 +150,11 @@ std::string HostState::CopyMails(std::span<const std::size_t> mails, std::size_t
     copy.changed_mask = copied.changed_mask;
     copy.changed_bits = copied.changed_bits;
     copy.colour = copied.colour;
+    copy.other_marks = copied.other_marks;
   }
   MailsChanged();
   EnsureSearched(folder_);
+  SaveMarks();
   return filed.failure;
 }
 
@@ -180,6 +185,7 @@ std::string HostState::DeleteMails(std::span<const std::size_t> mails) {
   if (!gone.mails.empty()) selection.SelectOpenMail();
   MailsChanged();
   ReturnTo(place);
+  SaveMarks();
   return failure.empty() ? gone.failure : failure;
 }
 
@@ -187,6 +193,7 @@ std::string HostState::AddMail(std::string raw, std::size_t folder, std::uint32_
   std::vector<StoredMail> mails(1);
   mails[0].raw = std::move(raw);
   mails[0].flags = flags;
+  mails[0].first_flags = FlagsOf(mails[0].raw);
   return Import(std::move(mails), folder);
 }
 
@@ -195,6 +202,7 @@ std::string HostState::Import(std::vector<StoredMail> mails, std::size_t folder)
   const Filed filed = wrenfold::CopyMails(store_, added, folder);
   // What was copied is no mail of its own.
   TakeOut(added);
+  SaveMarks();
   return filed.failure;
 }
 
@@ -218,6 +226,7 @@ std::string HostState::Receive(const std::filesystem::path& file, std::size_t fo
   MailsChanged();
   memories_.resize(mail_count());
   if (!HasRoot() && folder == folder_) ShowFolder(folder);  // it was empty before
+  SaveMarks();
   // An mbox is left, which holds no mail.
   std::error_code error;
   if (is_mbox && !stays && filed.failure.empty() && !read_only()) std::filesystem::remove(file, error);
@@ -275,6 +284,7 @@ std::optional<std::size_t> HostState::KnownMail(const StoredMail& read) {
 }
 
 std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file, std::uint64_t offset) {
+  if (IsMarksFile(PathToUtf8(file.filename()))) return CannotRead(file, kMarksAreNoMail);
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return WhyUnreadable(file);
   std::vector<StoredMail> mails = IsMbox(*bytes) ? SplitMbox(*bytes) : std::vector<StoredMail>{};
@@ -284,7 +294,7 @@ std::optional<std::string> HostState::OpenFile(const std::filesystem::path& file
     mail.source = file;
     if (const auto known = KnownMail(mail)) return Open(*known), std::nullopt;
     mail.folder = folder_;
-    mail.flags = FlagsOf(mail.raw);
+    mail.flags = mail.first_flags = FlagsOf(mail.raw);
     store_.mails().push_back(std::move(mail));
     memories_.resize(mail_count());
     memories_.back().removed = memories_.back().alone = true;

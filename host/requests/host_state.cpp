@@ -19,13 +19,20 @@ std::uint32_t StateOfText(std::string_view text, bool has_attachments) {
 
 }  // namespace
 
+std::uint32_t StateOfFlags(std::uint32_t flags) {
+  return If((flags & kMailReplied) != 0, kStateReplied) | If((flags & kMailForwarded) != 0, kStateForwarded) |
+         If((flags & kMailRead) == 0, kStateUnread) | If((flags & kMailMarked) != 0, kStateMarked);
+}
+
 std::optional<std::string> HostState::AddMails(const std::filesystem::path& path,
                                                MailStore::Unreadable unreadable) {
   const bool first = mail_count() == 0;
+  const std::size_t before = mail_count();
   std::optional<std::string> reason = store_.Add(path, unreadable);
   memories_.resize(mail_count());
   if (reason) return reason;
   tree_.Load();
+  LoadMarks(before);
   if (first && HasRoot()) folder_ = Mail(root_).folder;
   return std::nullopt;
 }
@@ -54,12 +61,9 @@ std::string HostState::Header(std::size_t index, std::string_view name) {
 }
 
 std::uint32_t HostState::StateWord(std::size_t index) {
-  const std::uint32_t flags = Mail(index).flags;
   const HostMessage& message = Message(index);
-  const std::uint32_t found =
-      StateOfText(message.text, !message.attachments.empty()) | If(message.body_was_html, kStateHtml) |
-      If((flags & kMailReplied) != 0, kStateReplied) | If((flags & kMailForwarded) != 0, kStateForwarded) |
-      If((flags & kMailRead) == 0, kStateUnread) | If((flags & kMailMarked) != 0, kStateMarked);
+  const std::uint32_t found = StateOfText(message.text, !message.attachments.empty()) |
+                              If(message.body_was_html, kStateHtml) | StateOfFlags(Mail(index).flags);
   const Memory& memory = memories_[index];
   return (found & ~memory.changed_mask) | memory.changed_bits;
 }
@@ -106,11 +110,13 @@ void HostState::TakeRewritten(std::size_t index, std::string raw, std::int64_t m
   mail.raw = std::move(raw);
   memories_[index].message.reset();
   memories_[index].edited.reset();
+  memories_[index].rewritten = true;
   for (StoredMail& other : store_.mails()) {
     if (other.source == mail.source && other.offset > mail.offset) {
       other.offset = static_cast<std::uint64_t>(static_cast<std::int64_t>(other.offset) + moved_bytes);
     }
   }
+  SaveMarks();
 }
 
 std::size_t HostState::AddWritten(const std::filesystem::path& file, std::string raw) {

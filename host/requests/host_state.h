@@ -3,9 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +20,7 @@
 #include "host/macro/runner.h"
 #include "host/mail/mail_state.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/marks_file.h"
 #include "host/mime/message.h"
 #include "host/post/reception.h"
 #include "host/requests/command_state.h"
@@ -24,6 +28,9 @@
 #include "host/writing/writing_state.h"
 
 namespace wrenfold {
+
+// Bits of the state word that MailFlag tells.
+std::uint32_t StateOfFlags(std::uint32_t flags);
 
 class HostState {
  public:
@@ -54,7 +61,7 @@ class HostState {
 
   // The mail-state word: what the mail and its file say, and what was changed since.
   std::uint32_t StateWord(std::size_t index);
-  // Sets the bits of `mask` to those of `bits`. Nothing is written to the mail's file.
+  // Sets the bits of `mask` to those of `bits`. Nothing is written to the mail's own file.
   void ChangeState(std::size_t index, std::uint32_t bits, std::uint32_t mask);
   bool Folds(std::size_t index) { return (StateWord(index) & kStateNoFolding) == 0; }
 
@@ -62,10 +69,22 @@ class HostState {
   std::int64_t colour(std::size_t index) const { return memories_[index].colour; }
   void set_colour(std::size_t index, std::int64_t colour) { memories_[index].colour = colour; }
 
+  // --- What is kept of mails beside their files (marks_file.h), in host_marks.cpp ---
+
+  // Writes what differs from what was read, into the folders where the mails lie. Reading gives it back when
+  // mails are added; filing writes it at once, the end of the program the rest. False when a file cannot be
+  // written: what it holds is as it was, and `complain` is told once.
+  bool SaveMarks();
+  // Takes one line of UTF-8 that the user is to see.
+  std::function<void(const std::string&)> complain;
+
   // Takes a mail out of its folder; its file stays, and so does the root mail.
   void Remove(std::size_t index);
   // True for a mail in no folder: removed, or opened from a file alone.
   bool IsRemoved(std::size_t index) const { return memories_[index].removed; }
+  bool LiesIn(std::size_t index, std::size_t folder) const {
+    return store_.mails()[index].folder == folder && !IsRemoved(index);
+  }
   // True for a number that no mail has any more: it was removed for good.
   bool IsGone(std::size_t index) const {
     return index >= mail_count() || (memories_[index].removed && !memories_[index].alone);
@@ -152,6 +171,15 @@ class HostState {
   CommandState commands;
 
  private:
+  // A mail's line in a marks file, as it was read or written last.
+  struct KeptMarks {
+    std::filesystem::path folder;  // that holds the marks file
+    std::filesystem::path source;
+    std::uint64_t offset = 0;
+    MailMarks marks;
+    bool operator==(const KeptMarks&) const = default;
+  };
+
   // What the host keeps of one mail beside its file.
   struct Memory {
     std::unique_ptr<HostMessage> message;  // null until first used
@@ -159,6 +187,9 @@ class HostState {
     std::uint32_t changed_mask = 0;
     std::uint32_t changed_bits = 0;
     std::int64_t colour = 0;
+    std::string other_marks;        // fields of the marks file that others wrote
+    std::optional<KeptMarks> kept;  // what the file holds of it
+    bool rewritten = false;         // since then the mail has other bytes
     bool removed = false;
     bool alone = false;  // opened from a file: it is removed from nowhere
   };
@@ -177,6 +208,23 @@ class HostState {
   std::vector<std::size_t> Filable(std::span<const std::size_t> mails, std::string& failure) const;
   void MailsChanged();
   void Search(std::size_t folder);
+  // Of the mails from `first` on, those that came.
+  void LoadMarks(std::size_t first);
+  MailMarks MarksOf(std::size_t index) const;
+  void TakeMarks(std::size_t index, const MailMarks& marks);
+  bool LiesOnDisk(std::size_t index) const;
+  // Where its marks file is; the mails that share one.
+  std::filesystem::path MarksFolder(std::size_t index) const;
+  std::vector<std::size_t> MailsBesideMarks(const std::filesystem::path& folder) const;
+  std::vector<MarkableMail> Markable(const std::vector<std::size_t>& mails) const;
+  std::optional<KeptMarks> MarksToKeep(std::size_t index) const;
+  bool MarksDiffer(std::size_t index, const std::optional<KeptMarks>& now) const;
+  std::vector<std::filesystem::path> ChangedMarksFolders() const;
+  std::vector<MarksLine> LinesToKeep(const MarksText& text, const std::vector<std::size_t>& mails) const;
+  std::vector<MarksLine> LinesOfOthers(const MarksText& text, const std::filesystem::path& folder,
+                                       const std::vector<std::size_t>& mails) const;
+  std::optional<std::string> SaveMarksOf(const std::filesystem::path& folder);
+  void NoteKept(const std::filesystem::path& folder, const std::vector<std::size_t>& mails);
   // For mails of files that are named: the one at a place; and with what was written there since.
   std::optional<std::size_t> MailAt(const std::filesystem::path& file, std::uint64_t offset) const;
   std::optional<std::size_t> KnownMail(const StoredMail& read);
@@ -188,6 +236,7 @@ class HostState {
   std::size_t folder_ = 0;
   std::vector<Memory> memories_;
   std::map<int, std::int64_t> settings_;
+  std::set<std::filesystem::path> unsaved_told_;  // marks files that cannot be written
 };
 
 }  // namespace wrenfold

@@ -153,6 +153,7 @@ class RequestServer {
   // "14 requests, 2 not served: code 96 (SetMailColor) twice"; only the not served ones are named.
   std::string Summary() const;
   std::uint64_t not_served() const;
+  std::uint64_t requests() const { return requests_; }
 
  private:
   struct Unserved {

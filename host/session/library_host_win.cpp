@@ -73,9 +73,11 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Call(const std::string
   if (IsHostFunction(name)) return CallOwn(name, parameters);
   Made made{name, parameters, ""};
   Made* const outer_made = std::exchange(made_, &made);
+  const std::uint64_t requests = server_.requests();
   CallUnderWay outer = server_.BeginCall(name);
   auto result = CallExport(library_, name, parameters);
   NoteFileFailure(name, parameters, result);
+  NoteMissingWindow(made, requests, result);
   const CallUnderWay call = server_.EndCall(std::move(outer));
   made_ = outer_made;
   if (std::holds_alternative<macro::Complaint>(result)) return result;
@@ -89,6 +91,17 @@ void LibraryHost::NoteFileFailure(const std::string& name, std::span<const macro
   const bool failed = value != nullptr && value->IsNumber() && value->Number() == 0;
   if (name != "SaveStringToFile" || !failed || parameters.empty() || !parameters[0].IsText()) return;
   server_.state().failure = WhyUnwritable(PathFromUtf8(SystemCharsets().HostToUtf8(parameters[0].Text())));
+  server_.NoteFailure();
+}
+
+// What asks the window of a mail asks nobody while none stands in front, and reports nothing.
+void LibraryHost::NoteMissingWindow(const Made& made, std::uint64_t requests_before,
+                                    const std::variant<macro::Value, macro::Complaint>& result) {
+  const auto* const value = std::get_if<macro::Value>(&result);
+  const auto* const row = wfinfo::catalogue::FindRow(made.name);
+  if (value == nullptr || value->IsTrue() || row == nullptr || row->dispatcher != "View") return;
+  if (server_.requests() != requests_before || !made.message.empty()) return;
+  server_.state().failure = server_.state().HasDraft() ? kMailWindowBehind : kNoMailWindow;
   server_.NoteFailure();
 }
 

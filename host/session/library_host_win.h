@@ -55,6 +55,8 @@ class LibraryHost : public macro::MacroHost {
   // Says why the library could not write a file.
   void NoteFileFailure(const std::string& name, std::span<const macro::Value> parameters,
                        const std::variant<macro::Value, macro::Complaint>& result);
+  void NoteMissingWindow(const Made& made, std::uint64_t requests_before,
+                         const std::variant<macro::Value, macro::Complaint>& result);
   // "m.macro:3:1: " of the call under way; "" at the prompt.
   std::string Where() const;
   void TellUnserved(const std::string& reason);

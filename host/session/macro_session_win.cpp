@@ -128,6 +128,7 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
   const WrittenMail written_mail(state);
   const LastWords last_words([&state] {
     KeepAtEnd(state);
+    state.SaveMarks();
     TellWaiting(state);
   });
   macro::Interpreter interpreter(host);
@@ -138,6 +139,7 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
   if (goes_on && options.prompt) result = RunPrompt(interpreter, known, state);
   EndTransmission(state, macros_ended);
   if (!KeepAtEnd(state)) result = kFailed;
+  if (!state.SaveMarks()) result = kFailed;
   Summarise(server, options.trace);
   return result;
 }
@@ -155,6 +157,7 @@ int RunMacroSession(const Options& options) {
   }
   ShowProgressOnTerminal();
   HostState state;
+  state.complain = Complain;
   state.set_read_only(options.read_only);
   if (const auto reason = OpenWorkFiles(options, state)) return Fail(*reason);
   auto library = Library::Load();

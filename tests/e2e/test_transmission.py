@@ -118,7 +118,7 @@ class Outbox(TransmissionTest):
 
     def test_the_copy_of_a_sent_mail_is_the_mail_that_was_sent(self):
         self.run_here(WRITE + 'MakeFolder("kept", null)\nSetSentFolder("kept", null)\nprint SendNow()\n')
-        kept = [file.read_bytes() for file in (self.mails / "kept").iterdir()]
+        kept = [file.read_bytes() for file in (self.mails / "kept").glob("*.eml")]
         self.assertEqual(kept, [file.read_bytes() for file in self.sent.iterdir()])
 
     def test_where_mails_wait_is_no_folder_of_mails(self):

@@ -1,5 +1,5 @@
 // Filing: the selected mails to other folders, for good.
-#include <algorithm>
+#include <vector>
 
 #include "host/requests/request_server_win.h"
 #include "host/services/folders/folder_lookup_win.h"
@@ -30,13 +30,11 @@ Answer MoveOrCopy(Request& request) {
   if (NameOfPair(request, 1).empty()) return request.Fail("no folder is named");
   const auto target = FolderOfPair(request, 1);
   if (!target) return NoFolder(request);
-  const std::vector<std::size_t> mails = SelectedMails(request);
+  std::vector<std::size_t> mails = SelectedMails(request);
   if (mails.empty()) return request.Fail(kNoMailSelected);
-  const bool all_there = std::all_of(mails.begin(), mails.end(), [&](std::size_t mail) {
-    return request.state.Mail(mail).folder == *target;
-  });
-  // A loop that moves what it finds would find these again and again.
-  if (command == kMove && all_there) {
+  // A loop that files what it finds would find these again and again, and their copies.
+  std::erase_if(mails, [&](std::size_t mail) { return request.state.LiesIn(mail, *target); });
+  if (mails.empty()) {
     return request.Fail("what is selected lies in " + request.state.folders()[*target].name + " already");
   }
   return DoneUnless(request, command == kMove ? request.state.MoveMails(mails, *target)
@@ -47,9 +45,9 @@ constexpr Service kServices[] = {
     {13, nullptr, Delete,
      "moves the selected mails to the [trash](#folders-and-filing); those in it are removed for good"},
     {14, nullptr, MoveOrCopy,
-     "[files](#folders-and-filing) the selected mails in the folder; attachments are part of a mail here, so "
-     "both "
-     "copies are the same"},
+     "[files](#folders-and-filing) the selected mails in the folder, 0 when all lie there already; "
+     "attachments "
+     "are part of a mail here, so both copies are the same"},
 };
 
 }  // namespace
