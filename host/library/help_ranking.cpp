@@ -19,9 +19,10 @@ struct Weight {
 constexpr Weight kInName = {100, 60};
 constexpr Weight kInFirstSentence = {40, 25};
 constexpr Weight kInRest = {12, 6};
-constexpr int kWholeName = 40;     // added when the words of the question are all there is in the name
-constexpr int kMeant = 1000;       // what a synonym names comes before all other
-constexpr int kMeantByMore = 100;  // for each word of the phrase behind the first
+constexpr int kWholeName = 40;      // added when the words of the question are all there is in the name
+constexpr int kMeant = 10000;       // what a synonym names comes before all other
+constexpr int kMeantByMore = 5000;  // for each word of the phrase behind the first
+constexpr int kMeantLater = 100;    // less for each name behind the first of a synonym
 
 constexpr std::size_t kShortestBeginning = 3;  // letters that find a longer word
 constexpr std::size_t kEnough = 12;            // items with all words, so that others are not looked for
@@ -92,7 +93,7 @@ void Question::AddMeanings() {
       int score = kMeant + kMeantByMore * static_cast<int>(wanted.size() - 1);
       for (const std::string_view name : Pieces(row.names, ' ')) {
         for (Word* word : covered) word->meant.push_back({name, score});
-        --score;
+        score -= kMeantLater;
       }
     }
   }
