@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/base/nearest_names.h"
+#include "host/base/shortened.h"
 #include "src/bridge/host_protocol.h"
 #include "src/catalogue/reference.h"
 #include "src/catalogue/requests.h"
@@ -158,7 +159,7 @@ std::string HelpOverview() {
 std::string UnknownExport(std::string_view name, std::span<const std::string_view> others) {
   std::vector<std::string_view> names(others.begin(), others.end());
   for (const Row& row : wfinfo::catalogue::Rows()) names.push_back(row.name);
-  return "no export '" + std::string(name) + "'" + DidYouMean(name, names);
+  return "no export '" + Shortened(name) + "'" + DidYouMean(name, names);
 }
 
 std::optional<std::string> CheckCallForm(const std::string& name, std::size_t parameters,

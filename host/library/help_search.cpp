@@ -2,11 +2,16 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "host/base/ascii.h"
+#include "host/base/shortened.h"
 #include "host/library/export_help.h"
-#include "host/macro/functions.h"
+#include "host/library/help_lines.h"
+#include "host/library/help_ranking.h"
+#include "host/library/language_help.h"
+#include "host/macro/advice.h"
 #include "src/catalogue/rows.h"
 
 namespace wrenfold {
@@ -15,129 +20,9 @@ namespace {
 using wfinfo::catalogue::Row;
 using wfinfo::catalogue::Rows;
 
-constexpr std::size_t kMostFound = 40;  // lines
+constexpr std::size_t kMostFound = 12;  // that a search shows
 
-constexpr HelpEntry kLanguage[] = {
-    {"if", "if expression ... else if expression ... else ... end",
-     "Runs the first part whose expression is true. 0, \"\", null, [] and {} are false."},
-    {"else", "if expression ... else if expression ... else ... end",
-     "What is done when nothing before it is true."},
-    {"end", "end", "Closes if, while, for and function; one end closes a whole chain of else if."},
-    {"while", "while expression ... end", "Repeats while the expression is true; break leaves it."},
-    {"for", "for name in expression ... end",
-     "Goes through the values of a list, the names of a table, or the numbers from 0 below a number."},
-    {"in", "for name in expression ... end", "Belongs to for."},
-    {"break", "break", "Leaves the while or for around it."},
-    {"continue", "continue", "Begins the next round of the while or for around it."},
-    {"function", "function name(a, b) ... return expression ... end",
-     "A function of one's own; what it assigns is its own, all else is the macro's."},
-    {"return", "return expression", "Leaves a function with this value; without one it gives null."},
-    {"print", "print expression, ...", "Prints the values with nothing between them, and ends the line."},
-    {"null", "null", "The null pointer, for parameters that may be left out. Equal to nothing but null."},
-    {"and", "a and b", "1 when both are true, else 0; b is worked out only when a is true."},
-    {"or", "a or b", "1 when one of them is true, else 0; b is worked out only when a is false."},
-    {"not", "not a", "1 when a is false, else 0; denies a whole comparison: not a == b."},
-    {"operators", "or  and  == != < <= > >=  + -  * / %  - not",
-     "From weak to strong. + joins when a side is a text; / drops the fraction, % is the rest."},
-    {"lists", "[1, \"a\"]  list[0]  list[0] = 2  append(list, 3)",
-     "Values in a row, counted from 0; [] is empty. See help append, help sort, help for."},
-    {"terms", "root mail, current mail, the host's result, short result, long result",
-     "Root mail, open mail: the one that shows, or that the mail being written answers or forwards. Current "
-     "mail: the one "
-     "being written, else the open mail. The host's result: the number that a host answers; in brackets "
-     "stands what this "
-     "one, the small host, answers. A short or long result: a text that other programs than macros copy "
-     "before the next "
-     "one."},
-    {"tables", "{\"a\": 1}  table[\"a\"]  table[\"a\"] = 2",
-     "A value for each name, which is a text. See help get, help has, help keys."},
-};
-
-// Words that macro authors have for what the exports name otherwise.
-struct Topic {
-  std::string_view word;
-  std::string_view exports;  // with blanks between them
-};
-constexpr Topic kTopics[] = {
-    {"newsletter", "RootHeader CountRootHeader SelectFolder SetMailFlag"},
-    {"web", "Inet_OpenUrl Inet_Read Inet_HttpQueryInfo Inet_Close"},
-    {"page", "Inet_OpenUrl Inet_Read Inet_HttpQueryInfo Inet_Close"},
-    {"answer", "MakeReply MakeReplyCustom SwitchTemplate SendLater"},
-};
-
-std::string_view FirstSentence(std::string_view doc) {
-  const std::size_t end = doc.find(". ");
-  return end == std::string_view::npos ? doc : doc.substr(0, end + 1);
-}
-
-std::string Line(std::string_view form, std::string_view doc) {
-  return std::string(form) + "\n    " + std::string(FirstSentence(doc)) + "\n";
-}
-std::string Line(const Row& row) { return Line(CallForm(row), row.doc); }
-
-bool Contains(std::string_view text, std::string_view lowered) {
-  return Lower(text).find(lowered) != std::string::npos;
-}
-
-bool Mentions(const Row& row, std::string_view lowered) {
-  return Contains(row.doc, lowered) || Contains(row.family, lowered) ||
-         std::any_of(row.parameters.begin(), row.parameters.end(),
-                     [&](const auto& parameter) { return Contains(parameter.doc, lowered); });
-}
-
-bool IsTopicOf(std::string_view lowered, std::string_view name) {
-  for (const Topic& topic : kTopics) {
-    if (lowered == topic.word &&
-        (" " + std::string(topic.exports) + " ").find(" " + std::string(name) + " ") != std::string::npos) {
-      return true;
-    }
-  }
-  return false;
-}
-
-std::vector<HelpEntry> Others(std::span<const HelpEntry> host) {
-  std::vector<HelpEntry> entries(host.begin(), host.end());
-  for (const auto& function : macro::OwnFunctions())
-    entries.push_back({function.name, function.form, function.doc});
-  entries.insert(entries.end(), std::begin(kLanguage), std::end(kLanguage));
-  return entries;
-}
-
-std::string Family(std::string_view lowered) {
-  std::string text;
-  for (const Row& row : Rows()) {
-    if (Lower(row.family) == lowered) text += Line(row);
-  }
-  return text;
-}
-
-// Those with the word in their names first.
-std::optional<std::string> Search(std::string_view lowered, std::span<const HelpEntry> others) {
-  std::vector<std::string> found;
-  for (const bool by_name : {true, false}) {
-    for (const Row& row : Rows()) {
-      const bool named = Contains(row.name, lowered) || IsTopicOf(lowered, row.name);
-      if (named == by_name && (named || Mentions(row, lowered))) found.push_back(Line(row));
-    }
-    for (const HelpEntry& entry : others) {
-      const bool named = Contains(entry.name, lowered);
-      if (named == by_name && (named || Contains(entry.doc, lowered)))
-        found.push_back(Line(entry.form, entry.doc));
-    }
-  }
-  if (found.empty()) return std::nullopt;
-  std::string text;
-  for (std::size_t i = 0; i < std::min(found.size(), kMostFound); ++i) text += found[i];
-  if (found.size() > kMostFound) {
-    text += "... and " + std::to_string(found.size() - kMostFound) +
-            " more; help families lists them by subject\n";
-  }
-  return text;
-}
-
-}  // namespace
-
-std::string HelpFamilies() {
+std::string FamiliesPage() {
   std::vector<std::pair<std::string_view, std::size_t>> families;
   for (const Row& row : Rows()) {
     if (families.empty() || families.back().first != row.family) families.emplace_back(row.family, 0);
@@ -150,22 +35,131 @@ std::string HelpFamilies() {
   return text;
 }
 
-std::optional<std::string> HelpFor(std::string_view asked, std::span<const HelpEntry> host) {
-  if (const Row* row = wfinfo::catalogue::FindRow(asked)) return HelpText(*row);
-  const std::vector<HelpEntry> others = Others(host);
-  const auto known =
-      std::find_if(others.begin(), others.end(), [&](const HelpEntry& entry) { return entry.name == asked; });
-  if (known != others.end()) return std::string(known->form) + "\n" + std::string(known->doc) + "\n";
-  const std::string lowered = Lower(asked);
-  for (const HelpEntry& entry : kLanguage) {
-    // A sign of an operator, as it stands in the list of them.
-    if (entry.name == "operators" && !lowered.empty() && !IsLetter(lowered[0]) &&
-        (" " + std::string(entry.form) + " ").find(" " + lowered + " ") != std::string::npos) {
-      return std::string(entry.form) + "\n" + std::string(entry.doc) + "\n";
-    }
+std::string FunctionsPage(std::span<const HelpEntry> others) {
+  std::string page = "Functions of the host, beside the exports\n";
+  for (const HelpEntry& entry : others) {
+    if (entry.kind == HelpEntry::Kind::kHostFunction) page += ColumnLine(entry.form, entry.doc);
   }
-  if (const std::string family = Family(lowered); !family.empty()) return family;
-  return Search(lowered, others);
+  return page + "help language lists those of the language, help families the exports by subject\n";
+}
+
+std::optional<std::string> PageFor(const std::string& lowered, std::span<const HelpEntry> others) {
+  if (lowered == "exports") return HelpOverview();
+  if (lowered == "families") return FamiliesPage();
+  if (lowered == "language") return LanguagePage();
+  if (lowered == "functions") return FunctionsPage(others);
+  return std::nullopt;
+}
+
+std::string Family(const std::string& lowered) {
+  std::string text;
+  for (const Row& row : Rows()) {
+    if (Lower(row.family) == lowered) text += FoundLine(CallForm(row), row.doc);
+  }
+  return text;
+}
+
+std::string TextOf(const HelpEntry& entry) {
+  return std::string(entry.form) + "\n" + std::string(entry.doc) + "\n";
+}
+
+std::vector<HelpItem> Items(std::span<const HelpEntry> entries) {
+  std::vector<HelpItem> items;
+  for (const Row& row : Rows()) {
+    std::string more(row.family);
+    for (const auto& parameter : row.parameters) more.append(" ").append(parameter.doc);
+    items.push_back({row.name, CallForm(row), row.doc, std::move(more)});
+  }
+  for (const HelpEntry& entry : entries)
+    items.push_back({entry.name, std::string(entry.form), entry.doc, ""});
+  return items;
+}
+
+// "" when nothing is found; what is called `except` is known already.
+std::string Search(std::string_view asked, std::span<const HelpEntry> entries, std::size_t most,
+                   std::string_view except = "") {
+  const Question question(asked);
+  const std::vector<HelpItem> items = Items(entries);
+  std::vector<std::size_t> found = Ranked(question, items);
+  std::erase_if(found, [&](std::size_t i) { return items[i].name == except; });
+  std::string text;
+  for (std::size_t i = 0; i < std::min(found.size(), most); ++i)
+    text += FoundLine(items[found[i]].form, items[found[i]].doc);
+  if (found.size() > most) {
+    text += "and " + std::to_string(found.size() - most) + " more: help all " + Shortened(asked) + "\n";
+  }
+  return text;
+}
+
+// "RootHeader" of "RootHeader(\"x\")".
+std::string_view CalledName(std::string_view asked) {
+  const std::size_t open = asked.find('(');
+  return open == std::string_view::npos || open == 0 ? asked : Trim(asked.substr(0, open));
+}
+
+const Row* FindRow(std::string_view name) {
+  const auto rows = Rows();
+  const auto found = std::find_if(rows.begin(), rows.end(),
+                                  [name](const Row& row) { return EqualsIgnoringCase(row.name, name); });
+  return found == rows.end() ? nullptr : &*found;
+}
+
+const HelpEntry* FindEntry(std::string_view name, std::span<const HelpEntry> entries) {
+  const auto found = std::find_if(entries.begin(), entries.end(), [name](const HelpEntry& entry) {
+    return EqualsIgnoringCase(entry.name, name);
+  });
+  return found == entries.end() ? nullptr : &*found;
+}
+
+using Example = std::function<std::string(std::string_view)>;
+
+std::string RowText(const Row& row, const Example& example) {
+  const std::string shown = example == nullptr ? "" : example(row.name);
+  return HelpText(row) + (shown.empty() ? "" : "\n" + shown);
+}
+
+// What bears the very name. A plain word may be meant otherwise: "delete", but not "Delete".
+std::optional<std::string> Named(std::string_view name, std::span<const HelpEntry> entries,
+                                 const Example& example) {
+  if (const Row* exact = wfinfo::catalogue::FindRow(name)) return RowText(*exact, example);
+  if (const HelpEntry* entry = FindEntry(name, entries)) {
+    if (entry->kind != HelpEntry::Kind::kPrompt) return TextOf(*entry);
+    return TextOf(*entry) + Search(name, entries, kMostFound, entry->name);
+  }
+  const Row* row = FindRow(name);
+  if (row == nullptr) return std::nullopt;
+  const bool others = !Search(name, entries, 1, row->name).empty();
+  return RowText(*row, example) + (others ? "help all " + std::string(name) + " finds more\n" : "");
+}
+
+std::optional<std::string> Sign(std::string_view asked, std::span<const HelpEntry> entries) {
+  if (const std::string_view name = EntryOfSign(asked); !name.empty())
+    return TextOf(*FindEntry(name, entries));
+  if (asked.empty() || IsLetter(asked[0]) || IsDigit(asked[0]) ||
+      static_cast<unsigned char>(asked[0]) >= 0x80)
+    return std::nullopt;
+  std::size_t length = 1;
+  const std::string_view advice = macro::AdviceForSign(asked, length);
+  if (length != asked.size()) return std::nullopt;
+  return "there is no " + std::string(asked) + " in the language; " + std::string(advice) + "\n";
+}
+
+}  // namespace
+
+std::optional<std::string> HelpFor(std::string_view asked, std::span<const HelpEntry> others,
+                                   const Example& example) {
+  std::vector<HelpEntry> entries(others.begin(), others.end());
+  const std::vector<HelpEntry> language = LanguageHelp();
+  entries.insert(entries.end(), language.begin(), language.end());
+  const std::string lowered = Lower(asked);
+  if (auto page = PageFor(lowered, others)) return page;
+  if (auto named = Named(CalledName(asked), entries, example)) return named;
+  if (auto sign = Sign(asked, entries)) return sign;
+  if (std::string family = Family(lowered); !family.empty()) return family;
+  const bool all = lowered.starts_with("all ");
+  std::string found =
+      Search(all ? Trim(asked.substr(4)) : asked, entries, all ? Rows().size() * 2 : kMostFound);
+  return found.empty() ? std::nullopt : std::optional(std::move(found));
 }
 
 }  // namespace wrenfold

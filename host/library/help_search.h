@@ -1,27 +1,22 @@
-// What "help ..." at the prompt answers: exports, families, the language, the host's own functions; and a
-// search by word.
+// What "help ..." at the prompt answers: exports, families, the language, the host's own functions, the
+// prompt; and a search by words.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "host/library/help_entry.h"
+
 namespace wrenfold {
 
-// A function that is no export, or a word of the language.
-struct HelpEntry {
-  std::string_view name;
-  std::string_view form;  // "HostReason()"
-  std::string_view doc;
-};
-
-// All families with the number of their exports.
-std::string HelpFamilies();
-
-// Text for `asked`: the name of an export, of one of `host`, of a function or word of the language, of a
-// family; else all that have it in their names or descriptions, with their first sentence. nullopt when
-// nothing has.
-std::optional<std::string> HelpFor(std::string_view asked, std::span<const HelpEntry> host);
+// Text for `asked`: a page ("language", "functions", "families", "exports"); the name of an export, of one
+// of `others`, of a function, word or sign of the language, in any letter case and also as a call; a family;
+// else what a search finds, with first sentences, of which "all WORD" shows more than the best. Behind an
+// export stands what `example` gives for its name. nullopt when nothing is found.
+std::optional<std::string> HelpFor(std::string_view asked, std::span<const HelpEntry> others,
+                                   const std::function<std::string(std::string_view)>& example = nullptr);
 
 }  // namespace wrenfold

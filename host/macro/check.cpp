@@ -3,6 +3,8 @@
 #include <vector>
 
 #include "host/base/nearest_names.h"
+#include "host/base/shortened.h"
+#include "host/macro/advice.h"
 #include "host/macro/functions.h"
 
 namespace wrenfold::macro {
@@ -25,7 +27,8 @@ class Checker {
     for (const auto& [name, function] : program.functions) {
       function_ = function.get();
       if (FindOwnFunction(name) != nullptr || host_.has_function(name)) {
-        Complain(function->place, "there is a function '" + name + "' already; choose another name");
+        Complain(function->place,
+                 "there is a function '" + Shortened(name) + "' already; choose another name");
       }
       Statements(function->body);
     }
@@ -54,8 +57,10 @@ class Checker {
       return Complain(expression.place, name + " is a function; write " + name + "(...)");
     std::vector<std::string_view> names(known_.variables.begin(), known_.variables.end());
     if (function_ != nullptr) names.insert(names.end(), function_->own.begin(), function_->own.end());
-    Complain(expression.place,
-             "no variable '" + name + "': nothing is assigned to it" + DidYouMean(name, names));
+    const std::string missing = "no variable '" + Shortened(name) + "'";
+    const std::string_view advice = AdviceForWord(name);
+    if (!advice.empty()) return Complain(expression.place, missing + "; " + std::string(advice));
+    Complain(expression.place, missing + ": nothing is assigned to it" + DidYouMean(name, names));
   }
 
   void Call(const Expression& expression) {
@@ -71,6 +76,9 @@ class Checker {
       if (found->second != given) Complain(expression.place, WrongCount(name, found->second, given));
       return;
     }
+    const std::string_view advice = host_.has_function(name) ? "" : AdviceForWord(name);
+    if (!advice.empty())
+      return Complain(expression.place, "no function '" + name + "'; " + std::string(advice));
     if (const auto wrong = host_.check_call(name, given, OwnNames())) Complain(expression.place, *wrong);
   }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/base/nearest_names.h"
+#include "host/base/shortened.h"
 
 namespace wrenfold::macro {
 namespace {
@@ -263,7 +264,7 @@ Value* Interpreter::FindVariable(const Expression& expression) {
   std::vector<std::string_view> names;
   for (const auto& variable : scope) names.push_back(variable.first);
   Complain(expression.place,
-           "no variable '" + expression.name + "' yet" + DidYouMean(expression.name, names));
+           "no variable '" + Shortened(expression.name) + "' yet" + DidYouMean(expression.name, names));
   return nullptr;
 }
 

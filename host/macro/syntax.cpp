@@ -26,6 +26,8 @@
 #include <iterator>
 #include <limits>
 
+#include "host/base/shortened.h"
+#include "host/macro/advice.h"
 #include "host/macro/tokens.h"
 
 namespace wrenfold::macro {
@@ -62,13 +64,6 @@ const BinaryRow* BinaryOf(const Token& token) {
   return row == std::end(kBinaries) ? nullptr : row;
 }
 
-std::string Shown(const Token& token) {
-  if (token.kind == Token::Kind::kLineEnd) return "the end of the line";
-  if (token.kind == Token::Kind::kEnd) return "the end of the macro";
-  if (token.kind == Token::Kind::kText) return "a text";
-  return "'" + token.text + "'";
-}
-
 class Parser {
  public:
   Parser(std::string_view source, const SyntaxOptions& options)
@@ -81,7 +76,7 @@ class Parser {
     program_.file = options_.file;
     program_.statements = Lines();
     if (!problem_ && !AtEnd()) {
-      Complain(token_.place, "'" + token_.text + "' without an if, while, for or function before it");
+      Complain(token_.place, Shown(token_) + " without an if, while, for or function before it");
     }
     if (!problem_) problem_ = tokens_.problem();
     if (problem_) {
@@ -113,6 +108,7 @@ class Parser {
   Statement OneStatement() {
     Statement statement;
     statement.place = token_.place;
+    first_word_ = token_.kind == Token::Kind::kName ? token_.text : "";
     if (++depth_ > kDeepest) {
       Complain(token_.place, "too many statements inside one another");
     } else if (token_.IsWord("if")) {
@@ -129,6 +125,8 @@ class Parser {
       Print(statement);
     } else if (token_.kind == Token::Kind::kName && next_.IsSign("=")) {
       Assign(statement);
+    } else if (IsForeignStatement(first_word_) && !next_.IsSign("(")) {
+      Complain(token_.place, Foreign(token_.text));
     } else {
       Evaluate(statement);
     }
@@ -172,7 +170,9 @@ class Parser {
     Take();
     statement.name = NewName("a name is missing behind for; write for name in list");
     if (!problem_ && !token_.IsWord("in"))
-      return Complain(token_.place, "'in' is missing before " + Shown(token_) + "; write for name in list");
+      return Complain(token_.place,
+                      "'in' is missing before " + Shown(token_) + "; " +
+                          (token_.IsSign("=") ? std::string(AdviceForWord("to")) : "write for name in list"));
     Take();
     statement.expressions.push_back(Whole());
     ExpectLineEnd();
@@ -184,7 +184,7 @@ class Parser {
 
   void LeaveLoop(Statement& statement) {
     statement.kind = token_.IsWord("break") ? Statement::Kind::kBreak : Statement::Kind::kContinue;
-    if (loops_ == 0) return Complain(token_.place, "'" + token_.text + "' belongs inside of a while or for");
+    if (loops_ == 0) return Complain(token_.place, Shown(token_) + " belongs inside of a while or for");
     Take();
   }
 
@@ -215,7 +215,8 @@ class Parser {
     ExpectBlockEnd("function", place);
     if (problem_) return;
     if (!program_.functions.emplace(function->name, function).second)
-      Complain(function->place, "there is another function '" + function->name + "' in this macro");
+      Complain(function->place,
+               "there is another function '" + Shortened(function->name) + "' in this macro");
   }
 
   void Parameters(Function& function) {
@@ -226,7 +227,7 @@ class Parser {
     while (!problem_ && !token_.IsSign(")")) {
       if (function.parameters.size() == kMostParameters) Complain(token_.place, "too many parameters");
       if (function.own.contains(token_.text))
-        Complain(token_.place, "there is another parameter '" + token_.text + "'");
+        Complain(token_.place, "there is another parameter " + Shown(token_));
       function.parameters.push_back(NewName("the name of a parameter is missing"));
       if (!token_.IsSign(",")) break;
       Take();
@@ -254,8 +255,13 @@ class Parser {
 
   void Evaluate(Statement& statement) {
     statement.kind = Statement::Kind::kEvaluate;
+    const Place place = token_.place;
     statement.expressions.push_back(Whole());
-    if (!problem_ && token_.IsSign("=") && IsPlace(statement.expressions[0])) {
+    const Expression& first = statement.expressions[0];
+    const bool alone = token_.kind == Token::Kind::kLineEnd || AtEnd();
+    if (first.kind == Expression::Kind::kVariable && !alone && !AdviceForWord(first.name).empty())
+      return Complain(place, Foreign(first.name));
+    if (!problem_ && token_.IsSign("=") && IsPlace(first)) {
       statement.kind = Statement::Kind::kAssignInside;
       Take();
       statement.expressions.push_back(Whole());
@@ -269,17 +275,28 @@ class Parser {
 
   void ExpectLineEnd() {
     if (problem_ || AtEnd()) return;
-    if (token_.IsSign("=")) return Complain(token_.place, "'=' does not belong here; to compare, write ==");
-    if (token_.kind != Token::Kind::kLineEnd) {
-      return Complain(token_.place,
-                      Shown(token_) + " does not belong here; each statement stands on its own line");
-    }
-    Take();
+    if (token_.kind == Token::Kind::kLineEnd) return Take();
+    const Place place = token_.place;
+    const bool word = token_.kind == Token::Kind::kName;
+    if (word && !AdviceForWord(token_.text).empty()) return Complain(place, Foreign(token_.text));
+    const char* advice = token_.IsSign("=") ? "to compare, write =="
+                         : token_.IsSign("{") || token_.IsSign(":")
+                             ? "a block needs no sign: its lines follow, and end closes it"
+                         : first_word_ == "end" ? "end stands alone on its line"
+                                                : "each statement stands on its own line";
+    Complain(place, Shown(token_) + " does not belong here; " + advice);
+  }
+
+  static std::string Foreign(const std::string& word) {
+    return "'" + Shortened(word) + "' is no word of this language; " + std::string(AdviceForWord(word));
   }
 
   void ExpectBlockEnd(const char* word, Place place) {
     if (problem_) return;
-    if (token_.IsWord("end")) return Take();
+    if (token_.IsWord("end")) {
+      first_word_ = token_.text;
+      return Take();
+    }
     if (AtEnd()) {
       Complain(place, std::string("this ") + word + " has no end; write end on a line of its own");
       problem_->incomplete = !tokens_.problem();
@@ -369,9 +386,20 @@ class Parser {
     if (token_.kind == Token::Kind::kName && !IsKeyword(token_)) {
       return next_.IsSign("(") ? Call() : Variable();
     }
-    Complain(token_.place, "a value is missing before " + Shown(token_) +
-                               "; write a number, a \"text\", a variable or a call Name(...)");
+    Complain(token_.place, "a value is missing before " + Shown(token_) + "; " + AdviceForValue());
     return Expression();
+  }
+
+  // Signs behind one another may be one of another language: x += 1, x++, x--.
+  std::string AdviceForValue() const {
+    constexpr std::string_view kCalculating = "+-*/%";
+    const bool calculates = last_.size() == 1 && kCalculating.find(last_) != kCalculating.npos;
+    const bool twice = (last_ == "+" && token_.IsSign("+")) || (last_ == "-" && before_last_ == "-");
+    if (twice) return "there is no " + last_ + last_ + ", write name = name " + last_ + " 1";
+    if (calculates && token_.IsSign("="))
+      return "there is no " + last_ + "=, write name = name " + last_ + " ...";
+    if (token_.IsSign("}")) return "braces hold tables, {\"name\": value}; end closes a block";
+    return "write a number, a \"text\", a variable or a call Name(...)";
   }
 
   Expression Number() {
@@ -400,6 +428,10 @@ class Parser {
     if (!Deeper()) return Expression();
     Take();
     Expression inner = Binary(1);
+    if (!problem_ && token_.IsSign(",")) {
+      Complain(token_.place,
+               "a comma does not belong here; print takes its values without parentheses: print a, b");
+    }
     ExpectClosing(place, "(", ")");
     --depth_;
     return inner;
@@ -479,7 +511,7 @@ class Parser {
   bool TakeName(const char* missing) {
     if (problem_) return false;
     if (IsKeyword(token_)) {
-      Complain(token_.place, "'" + token_.text + "' is a word of the language, not a name");
+      Complain(token_.place, Shown(token_) + " is a word of the language, not a name");
     } else if (token_.kind != Token::Kind::kName) {
       Complain(token_.place, missing);
     } else {
@@ -497,7 +529,17 @@ class Parser {
 
   void TooLarge() { Complain(token_.place, "this number does not fit 64 bits with a sign"); }
 
+  std::string Shown(const Token& token) const {
+    if (token.kind == Token::Kind::kLineEnd) return "the end of the line";
+    if (token.kind == Token::Kind::kText) return "a text";
+    if (token.kind != Token::Kind::kEnd) return "'" + Shortened(token.text) + "'";
+    // What is typed at the prompt is no macro.
+    return options_.bare_expressions && options_.file.empty() ? "the end of the line"
+                                                              : "the end of the macro";
+  }
+
   void Take() {
+    before_last_ = std::exchange(last_, token_.kind == Token::Kind::kSign ? token_.text : "");
     token_ = std::move(next_);
     next_ = tokens_.Next();
   }
@@ -515,6 +557,9 @@ class Parser {
   const SyntaxOptions& options_;
   Token token_;
   Token next_;
+  std::string last_;  // signs before token_, "" for anything else
+  std::string before_last_;
+  std::string first_word_;  // of the statement or the end that was begun last
   Program program_;
   Function* function_ = nullptr;  // the one that is being read
   int loops_ = 0;                 // while and for that are open in it
@@ -531,8 +576,8 @@ bool IsPlace(const Expression& expression) {
 }
 
 std::string WrongCount(const std::string& name, std::size_t takes, std::size_t given) {
-  return name + " takes " + std::to_string(takes) + (takes == 1 ? " parameter, " : " parameters, ") +
-         std::to_string(given) + " given";
+  return Shortened(name) + " takes " + std::to_string(takes) +
+         (takes == 1 ? " parameter, " : " parameters, ") + std::to_string(given) + " given";
 }
 
 std::variant<Program, Problem> Parse(std::string_view source, const SyntaxOptions& options) {

@@ -5,7 +5,9 @@
 #include <iterator>
 
 #include "host/base/ascii.h"
+#include "host/base/shortened.h"
 #include "host/base/utf8_mark.h"
+#include "host/macro/advice.h"
 
 namespace wrenfold::macro {
 namespace {
@@ -91,8 +93,9 @@ Token Tokens::Number(Token token) {
     return Fail(std::move(token), place, "this number has more than 64 bits");
   if (error != std::errc() || end != digits.data() + digits.size()) {
     const std::string written = token.text;
-    return Fail(std::move(token), place,
-                "'" + written + "' is no number; write 123 or 0x7B, and names begin with a letter");
+    return Fail(
+        std::move(token), place,
+        "'" + Shortened(written) + "' is no number; write 123 or 0x7B, and names begin with a letter");
   }
   Advance(length);
   return token;
@@ -160,11 +163,11 @@ Token Tokens::Sign(Token token) {
   const auto* sign = std::find_if(std::begin(kSigns), std::end(kSigns),
                                   [rest](std::string_view s) { return rest.starts_with(s); });
   if (sign == std::end(kSigns)) {
-    const std::size_t length = Utf8Length(rest);
+    std::size_t length = Utf8Length(rest);
     const bool shown = length > 1 || (Peek() > ' ' && Peek() < 0x7F);
+    const std::string advice(AdviceForSign(rest, length));
     const std::string what = shown ? "'" + std::string(rest.substr(0, length)) + "'" : "this character";
-    return Fail(std::move(token), place_,
-                what + " does not belong here; texts stand in double quotes: \"...\"");
+    return Fail(std::move(token), place_, what + " does not belong here; " + advice);
   }
   token.kind = Token::Kind::kSign;
   token.text = *sign;

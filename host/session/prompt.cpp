@@ -2,33 +2,29 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
+#include "host/base/ascii.h"
+#include "host/base/shortened.h"
 #include "host/library/export_help.h"
-#include "host/terminal/terminal_text.h"
-#include "src/catalogue/rows.h"
+#include "host/library/help_search.h"
+#include "host/macro/block_words.h"
+#include "host/session/prompt_help.h"
 
 namespace wrenfold {
 namespace {
 
 constexpr std::string_view kMark = "> ";
 constexpr std::string_view kMarkPage = "-- Enter goes on, q ends -- ";
-constexpr std::string_view kMarkInside = ". ";  // while an if or while is open
+constexpr std::string_view kMarkInside = ". ";  // while a block is open
+constexpr std::string_view kNotRun = "nothing of this block was run";
 
-constexpr std::string_view kPromptHelp =
-    "RootHeader(\"Subject\")  calls an export and prints its result; calls nest, name = ... keeps a value\n"
-    "help NAME              what an export, a word of the language or a function of the host does\n"
-    "help WORD              finds exports by a word: help folder, help csv\n"
-    "help families          lists the subjects, help FAMILY the exports of one; help exports lists all "
-    "names\n"
-    "mails                  lists the mails; open N opens mail N of that list; folders lists the folders\n"
-    "vars                   lists the variables; run FILE runs a macro file\n"
-    "quit                   leaves\n";
+// The first line of "mails": macros count otherwise than "open N".
+constexpr std::string_view kMailsHead =
+    "open N counts these from 1, over all folders; SetMailIndex(n) the current folder's from 0\n";
 
-std::string_view Trimmed(std::string_view text) {
-  while (text.starts_with(' ') || text.starts_with('\t')) text.remove_prefix(1);
-  while (text.ends_with(' ') || text.ends_with('\t') || text.ends_with('\r')) text.remove_suffix(1);
-  return text;
-}
+// Words that other programs are left with, and so what is typed first.
+constexpr std::string_view kLeavingElsewhere[] = {"exit", "exit()", "quit()", "bye", "q", ":q", "logout"};
 
 // "word rest" of a line.
 struct Words {
@@ -38,37 +34,70 @@ struct Words {
 Words Split(std::string_view line) {
   const std::size_t end = line.find_first_of(" \t");
   if (end == std::string_view::npos) return {line, ""};
-  return {line.substr(0, end), Trimmed(line.substr(end))};
+  return {line.substr(0, end), Trim(line.substr(end))};
 }
+
+// What stands in double quotes, as a macro writes it, or the text itself.
+std::string Unquoted(std::string_view text) {
+  if (text.size() < 2 || !text.starts_with('"') || !text.ends_with('"')) return std::string(text);
+  std::string inner(text.substr(1, text.size() - 2));
+  for (std::size_t at = 0; (at = inner.find("\\\\", at)) != std::string::npos; ++at) inner.erase(at, 1);
+  return inner;
+}
+
+bool IsAssignment(std::string_view rest) { return rest.starts_with('=') && rest != "=" && rest != "=="; }
 
 }  // namespace
 
 bool Prompt::Run() {
-  while (std::optional<std::string> line = side_.ReadLine(kMark)) {
-    const Words words = Split(Trimmed(*line));
-    const bool command = words.rest == "==" || (!words.rest.starts_with('=') && !words.rest.starts_with('('));
-    if (words.first == "quit" && words.rest.empty()) break;
-    if (command && Command(words.first, words.rest)) continue;
-    if (!Statement(*std::move(line))) {
-      break;
-    }
-  }
+  side_.Write(side_.Greeting());
+  while (const std::optional<std::string> line = Read(kMark)) Line(*line);
   return all_well_;
+}
+
+// nullopt at the end. Ctrl+D and Ctrl+Z reach some terminals as characters, which end the input too.
+std::optional<std::string> Prompt::Read(std::string_view mark) {
+  std::optional<std::string> line = ended_ ? std::nullopt : side_.ReadLine(mark);
+  const bool quits = line && IsWord(Trim(*line), "quit");
+  if (!line || quits || line->starts_with('\x04') || line->starts_with('\x1A')) {
+    ended_ = true;
+    return std::nullopt;
+  }
+  return line;
+}
+
+void Prompt::Line(const std::string& line) {
+  const Words words = Split(Trim(line));
+  if (words.first.starts_with('?')) return Help(Trim(Trim(line).substr(1)));
+  const bool command = words.first == "help" || !words.rest.starts_with('(');
+  if (command && !IsAssignment(words.rest) && Command(words.first, words.rest)) return;
+  Statement(line);
+  if (IsAssignment(words.rest)) TellHiddenVariable(words.first);
+}
+
+// Letter case counts only where a variable has that very name.
+bool Prompt::IsWord(std::string_view typed, std::string_view word) const {
+  return typed == word || (EqualsIgnoringCase(typed, word) && !words_.known.variables.contains(typed));
 }
 
 // True when the line was one of the prompt's own words.
 bool Prompt::Command(std::string_view word, std::string_view rest) {
-  if (word == "help") {
+  const bool alone = rest.empty();
+  const bool leaving = alone && std::find(std::begin(kLeavingElsewhere), std::end(kLeavingElsewhere), word) !=
+                                    std::end(kLeavingElsewhere);
+  if (leaving && !words_.known.variables.contains(word)) {
+    Complain("quit leaves the prompt");
+  } else if (IsWord(word, "help")) {
     Help(rest);
-  } else if (word == "mails" && rest.empty()) {
-    Page(side_.MailList());
-  } else if (word == "folders" && rest.empty()) {
+  } else if (IsWord(word, "mails")) {
+    Mails(rest);
+  } else if (IsWord(word, "folders") && alone) {
     Page(side_.FolderList());
-  } else if (word == "vars" && rest.empty()) {
+  } else if (IsWord(word, "vars") && alone) {
     Variables();
-  } else if (word == "run" && !rest.empty()) {
-    RunFile(std::string(rest));
-  } else if (word == "open") {
+  } else if (IsWord(word, "run") && !alone) {
+    RunFile(rest);
+  } else if (IsWord(word, "open")) {
     Open(rest);
   } else {
     return false;
@@ -76,14 +105,30 @@ bool Prompt::Command(std::string_view word, std::string_view rest) {
   return true;
 }
 
-void Prompt::RunFile(const std::string& file) {
-  const auto loaded = side_.LoadMacro(file, words_.known);
+// A variable of this name is well, but its name alone does not show it.
+void Prompt::TellHiddenVariable(std::string_view name) {
+  const auto words = PromptWordHelp();
+  const bool hidden =
+      std::any_of(words.begin(), words.end(), [name](const HelpEntry& entry) { return entry.name == name; });
+  if (!hidden || !words_.known.variables.contains(name) || !told_.emplace(name).second) return;
+  const std::string word(name);
+  side_.Complain(word + " at the beginning of a line stays a word of the prompt; print " + word +
+                 " shows the variable");
+}
+
+void Prompt::RunFile(std::string_view file) {
+  const auto loaded = side_.LoadMacro(Unquoted(file), words_.known);
   if (const auto* reason = std::get_if<std::string>(&loaded)) {
-    all_well_ = false;
-    side_.Complain(*reason);
+    Complain(*reason);
   } else if (const auto problem = interpreter_.Run(std::get<macro::Program>(loaded))) {
     Explain(*problem);
   }
+}
+
+void Prompt::Mails(std::string_view folder) {
+  const auto list = side_.MailList(Unquoted(folder));
+  if (!list) return Complain("there is no folder '" + Shortened(folder) + "'; folders lists them");
+  Page(std::string(kMailsHead) + *list);
 }
 
 // "name = value", of a long value the beginning of its first line.
@@ -111,54 +156,81 @@ void Prompt::Page(std::string_view text) {
     if (end == std::string_view::npos || end + 1 >= text.size()) break;
     side_.Write(text.substr(0, end + 1));
     text.remove_prefix(end + 1);
-    const auto answer = side_.ReadLine(kMarkPage);
+    const auto answer = Read(kMarkPage);
     if (!answer || *answer == "q") return;
   }
   side_.Write(text);
 }
 
-// Reads on while an if or while is open. False at the end of the input.
-bool Prompt::Statement(std::string source) {
+// Reads on while a block is open.
+void Prompt::Statement(std::string source) {
+  int open = macro::BlocksOpened(source);
+  if (const auto wrong = WrongHeader(source)) return Refuse(*wrong, source, open);
   while (true) {
     const auto parsed = macro::Parse(source, {words_.to_host, true});
-    if (const auto* program = std::get_if<macro::Program>(&parsed)) {
-      if (const auto wrong = macro::CheckProgram(*program, words_.host, words_.known)) {
-        Explain(*wrong);
-      } else if (const auto problem = interpreter_.Run(*program)) {
-        Explain(*problem);
-      } else if (interpreter_.last_value() && !interpreter_.last_value()->IsNull()) {
-        side_.Write(side_.PrintValue(*interpreter_.last_value()));
-      }
-      return true;
-    }
+    if (const auto* program = std::get_if<macro::Program>(&parsed)) return Carry(*program, source, open);
     const auto& problem = std::get<macro::Problem>(parsed);
-    std::optional<std::string> more;
-    if (problem.incomplete) more = side_.ReadLine(kMarkInside);
-    if (!more) {
-      Explain(problem);
-      return !problem.incomplete;
-    }
+    if (!problem.incomplete) return Refuse(problem, source, open);
+    const std::optional<std::string> more = Read(kMarkInside);
+    if (!more) return Refuse(problem, source, open);
+    open += macro::BlocksOpened(*more);
     source += "\n" + *more;
   }
 }
 
-void Prompt::Explain(const macro::Problem& problem) {
-  all_well_ = false;
-  const std::string file = problem.file.empty() ? "" : problem.file + ", ";
-  const std::string line = problem.place.line > 1 ? "line " + std::to_string(problem.place.line) + ", " : "";
-  side_.Complain(file + line + "column " + std::to_string(problem.place.column) + ": " + problem.text);
+void Prompt::Carry(const macro::Program& program, const std::string& source, int open) {
+  if (const auto wrong = macro::CheckProgram(program, words_.host, words_.known)) {
+    Refuse(*wrong, source, open);
+  } else if (const auto problem = interpreter_.Run(program)) {
+    Explain(*problem);
+  } else if (interpreter_.last_value() && !interpreter_.last_value()->IsNull()) {
+    side_.Write(side_.PrintValue(*interpreter_.last_value()));
+  }
 }
 
-void Prompt::Help(std::string_view name) {
-  if (name.empty()) return side_.Write(kPromptHelp);
-  if (name == "exports") return Page(HelpOverview());
-  if (name == "families") return Page(HelpFamilies());
-  if (auto text = HelpFor(name, words_.host_help)) {
-    if (const std::string example = side_.Example(name); !example.empty()) text->append("\n").append(example);
-    return Page(*text);
+// A function whose name is taken is told before its lines are typed.
+std::optional<macro::Problem> Prompt::WrongHeader(const std::string& line) const {
+  const auto parsed = macro::Parse(line + "\nend", {words_.to_host, true});
+  const auto* program = std::get_if<macro::Program>(&parsed);
+  if (program == nullptr || program->functions.empty()) return std::nullopt;
+  macro::KnownNames known = words_.known;
+  return macro::CheckProgram(*program, words_.host, known);
+}
+
+// Tells what is wrong with `source`, and lets the lines of the blocks pass by that are open behind it: alone,
+// they would do what the refused line was to decide.
+void Prompt::Refuse(const macro::Problem& problem, const std::string& source, int open) {
+  Explain(problem);
+  const bool is_part = macro::BelongsToBlock(source);
+  const bool is_block = is_part || open > 0 || source.find('\n') != std::string::npos;
+  if (is_part) open = 1;
+  while (open > 0) {
+    const std::optional<std::string> line = Read(kMarkInside);
+    if (!line) break;
+    open += macro::BlocksOpened(*line);
   }
+  if (is_block) Complain(kNotRun);
+}
+
+void Prompt::Complain(std::string_view line) {
   all_well_ = false;
-  side_.Complain(UnknownExport(name));
+  side_.Complain(line);
+}
+
+void Prompt::Explain(const macro::Problem& problem) {
+  const std::string file = problem.file.empty() ? "" : problem.file + ", ";
+  const std::string line = problem.place.line > 1 ? "line " + std::to_string(problem.place.line) + ", " : "";
+  Complain(file + line + "column " + std::to_string(problem.place.column) + ": " + problem.text);
+}
+
+void Prompt::Help(std::string_view asked) {
+  if (asked.empty()) return side_.Write(PromptHelp());
+  std::vector<HelpEntry> others = words_.host_help;
+  const auto words = PromptWordHelp();
+  others.insert(others.end(), words.begin(), words.end());
+  const auto example = [this](std::string_view name) { return side_.Example(name); };
+  if (const auto text = HelpFor(asked, others, example)) return Page(*text);
+  Complain(UnknownExport(asked) + "; help alone tells what there is");
 }
 
 void Prompt::Open(std::string_view number) {
@@ -167,8 +239,7 @@ void Prompt::Open(std::string_view number) {
   const bool whole = error == std::errc() && end == number.data() + number.size();
   const std::optional<std::string> opened = whole ? side_.OpenMail(value) : std::nullopt;
   if (opened) return side_.Write(*opened);
-  all_well_ = false;
-  side_.Complain("there is no mail '" + std::string(number) + "'; mails lists them");
+  Complain("there is no mail '" + Shortened(number) + "'; mails lists them");
 }
 
 }  // namespace wrenfold

@@ -3,13 +3,14 @@
 
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
-#include "host/library/help_search.h"
+#include "host/library/help_entry.h"
 #include "host/macro/check.h"
 #include "host/macro/run.h"
 
@@ -19,12 +20,15 @@ namespace wrenfold {
 class PromptSide {
  public:
   virtual ~PromptSide() = default;
+  // What a person who types is greeted with, "" where nobody does.
+  virtual std::string Greeting() { return ""; }
   // One line without its end; `mark` is shown only where a person types. nullopt at the end of the input.
   virtual std::optional<std::string> ReadLine(std::string_view mark) = 0;
   virtual void Write(std::string_view text) = 0;
   virtual void Complain(std::string_view line) = 0;
-  // Lines of all mails for "mails".
-  virtual std::string MailList() = 0;
+  // Lines for "mails": of all mails, or of those in a folder, named as SelectFolder takes it; nullopt when
+  // there is none of that name.
+  virtual std::optional<std::string> MailList(const std::string& folder) = 0;
   // "open N": opens mail N, counted from 1, and says which it is; nullopt when there is none.
   virtual std::optional<std::string> OpenMail(std::size_t number) = 0;
   virtual std::string PrintValue(const macro::Value& value) = 0;
@@ -56,18 +60,30 @@ class Prompt {
   bool Run();
 
  private:
-  bool Statement(std::string source);
+  std::optional<std::string> Read(std::string_view mark);
+  void Line(const std::string& line);
+  bool IsWord(std::string_view typed, std::string_view word) const;
   bool Command(std::string_view word, std::string_view rest);
-  void RunFile(const std::string& file);
+  void Statement(std::string source);
+  void Carry(const macro::Program& program, const std::string& source, int open);
+  std::optional<macro::Problem> WrongHeader(const std::string& line) const;
+  void Refuse(const macro::Problem& problem, const std::string& source, int open);
+  void TellHiddenVariable(std::string_view name);
+
+  void RunFile(std::string_view file);
+  void Mails(std::string_view folder);
   void Variables();
   void Page(std::string_view text);
+  void Complain(std::string_view line);
   void Explain(const macro::Problem& problem);
-  void Help(std::string_view name);
+  void Help(std::string_view asked);
   void Open(std::string_view number);
 
   macro::Interpreter& interpreter_;
   PromptSide& side_;
   PromptWords words_;
+  std::set<std::string, std::less<>> told_;  // variables whose names are the prompt's words
+  bool ended_ = false;
   bool all_well_ = true;
 };
 

@@ -1,5 +1,6 @@
 #include "host/session/prompt_side_win.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "host/base/paths.h"
+#include "host/base/version.h"
 #include "host/library/example_files_win.h"
 #include "host/library/host_functions_win.h"
 #include "host/services/post/transmission_win.h"
@@ -44,12 +46,17 @@ class TerminalSide : public PromptSide {
   void Complain(std::string_view line) override { TheTerminal().Error(std::string(line) + "\n"); }
   std::string PrintValue(const macro::Value& value) override { return ShownHostText(value.Printed()) + "\n"; }
 
-  std::string MailList() override {
+  std::string Greeting() override {
+    return TheTerminal().IsInteractive() ? "wrenfold " + std::string(kHostVersion) + ": help, quit\n" : "";
+  }
+  std::optional<std::string> MailList(const std::string& folder) override {
+    const auto only = folder.empty() ? std::nullopt : state_.tree().Find(folder, state_.folder());
+    if (!folder.empty() && !only) return std::nullopt;
     std::string list;
     for (std::size_t i = 0; i < state_.mail_count(); ++i) {
-      if (!state_.IsRemoved(i)) list += Line(i);
+      if (!state_.IsRemoved(i) && (!only || state_.Mail(i).folder == *only)) list += Line(i);
     }
-    return list.empty() ? "no mails; give --mail\n" : list;
+    return !list.empty() ? list : only ? "no mails\n" : "no mails; give --mail\n";
   }
   std::optional<std::string> OpenMail(std::size_t number) override {
     if (number == 0 || !state_.Open(number - 1)) return std::nullopt;
@@ -58,8 +65,9 @@ class TerminalSide : public PromptSide {
   std::string FolderList() override {
     std::string list;
     for (std::size_t i = 0; i < state_.folders().size(); ++i) {
+      if (state_.folders()[i].removed) continue;
       list += i == state_.folder() && state_.HasRoot() ? "* " : "  ";
-      list += PathToUtf8(state_.folders()[i].path) + " (" + std::to_string(state_.MailsOf(i).size()) + ")\n";
+      list += Called(i) + " (" + std::to_string(state_.MailsOf(i).size()) + ")\n";
     }
     return list.empty() ? "no folders; give --mail\n" : list;
   }
@@ -73,7 +81,15 @@ class TerminalSide : public PromptSide {
   std::size_t PageLines() override { return TheTerminal().IsInteractive() ? TheTerminal().Lines() - 1 : 0; }
 
  private:
-  // "* 3  Subject (file.eml)"; the star marks the open one.
+  // As a macro writes it: "lists/users", with the quotes.
+  std::string Called(std::size_t folder) { return "\"" + state_.tree().CalledBy(folder) + "\""; }
+
+  bool HasFolders() const {
+    return std::count_if(state_.folders().begin(), state_.folders().end(),
+                         [](const MailFolder& folder) { return !folder.removed; }) > 1;
+  }
+
+  // "* 3  Subject (file.eml)", of several folders with the mail's; the star marks the open one.
   std::string Line(std::size_t index) {
     std::string line = index == state_.root() ? "* " : "  ";
     line += std::to_string(index + 1) + "  ";
@@ -82,7 +98,8 @@ class TerminalSide : public PromptSide {
       const bool blank = c == '\n' || c == '\t' || c == ' ';
       if (!blank || line.back() != ' ') line += blank ? ' ' : c;
     }
-    return line + " (" + PathToUtf8(state_.Mail(index).source.filename()) + ")\n";
+    line += " (" + PathToUtf8(state_.Mail(index).source.filename()) + ")";
+    return line + (HasFolders() ? " in " + Called(state_.Mail(index).folder) + "\n" : "\n");
   }
 
   HostState& state_;

@@ -287,7 +287,30 @@ class Prompt(HostTest):
     def test_lists_and_opens_mails(self):
         mail = self.write("two.mbox", TWO_MAILS)
         self.assert_output(self.prompt("mails", "open 2", "MailIndex()", arguments=("--mail", mail)),
+                           "open N counts these from 1, over all folders; SetMailIndex(n) the current folder's from 0\n"
                            "* 1  First (two.mbox)\n  2  Second (two.mbox)\n* 2  Second (two.mbox)\n1\n")
+
+    def test_names_folders_as_macros_take_them(self):
+        for name in ("T2/a.eml", "T2/Inbox/b.eml", "T2/lists/users/c.eml"):
+            (self.folder / name).parent.mkdir(parents=True, exist_ok=True)
+            self.write(name, MAIL)
+        arguments = ("--mail", self.folder / "T2")
+        listed = self.prompt("folders", arguments=arguments).out
+        names = [line[2:line.rindex(" (")] for line in listed.splitlines()]
+        self.assertEqual(names, ['"T2"', '"Inbox"', '"lists"', '"lists/users"'])
+        self.assertEqual([line[-2] for line in listed.splitlines()], list("1101"))
+        self.assert_output(self.prompt(*(f"SelectFolder({name})" for name in names), arguments=arguments), "1\n" * 4)
+        mails = self.prompt('mails "lists\\\\users"', "mails lists/users", "mails Inbox", arguments=arguments).out.splitlines()
+        self.assertEqual([line for line in mails if not line.startswith("open N")],
+                         ['  3  First (c.eml) in "lists/users"'] * 2 + ['  2  First (b.eml) in "Inbox"'])
+
+    def test_a_refused_line_does_not_let_its_block_delete_a_mail(self):
+        self.write("a.eml", MAIL)
+        result = self.prompt("if 1 = 2", "Delete()", "end", "if 0 then", "Delete()", "end", "MailCount()",
+                             arguments=("--mail", self.folder))
+        self.assertEqual(result.out, "1\n")
+        self.assertEqual(result.err.count("nothing of this block was run\n"), 2)
+        self.assertTrue((self.folder / "a.eml").exists())
 
     def test_helps(self):
         self.assert_output(self.prompt("help SetMailIndex"),
@@ -314,7 +337,7 @@ class Prompt(HostTest):
     def test_goes_on_after_a_mistake_and_ends_with_1(self):
         self.assertEqual(self.prompt("HomeDirr()", "1 +", "open 9", "2"), host.Result(
             "2\n", "column 1: no export 'HomeDirr'; did you mean HomeDir?\n"
-            "column 4: a value is missing before the end of the macro; write a number, a \"text\", a variable or a call "
+            "column 4: a value is missing before the end of the line; write a number, a \"text\", a variable or a call "
             "Name(...)\nthere is no mail '9'; mails lists them\n", 1))
 
     def test_ends_with_the_input_even_without_a_line_end(self):

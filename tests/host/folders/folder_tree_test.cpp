@@ -63,6 +63,21 @@ TEST_F(HostFolderTree, AFolderIsFoundByPathAndName) {
   for (const auto& c : cases) EXPECT_EQ(Found(c.name), c.expected) << c.why;
 }
 
+TEST_F(HostFolderTree, WhatAFolderIsCalledByFindsItFromEverywhere) {
+  Write("third/users/d.eml", "d");
+  ASSERT_EQ(store_.Add(root_ / "third"), std::nullopt);
+  for (std::size_t folder = 0; folder < store_.folders().size(); ++folder) {
+    const std::string called = tree_.CalledBy(folder);
+    EXPECT_EQ(called.find('\\'), std::string::npos) << called << ": it stands in quotes as it is";
+    for (std::size_t current = 0; current < store_.folders().size(); ++current) {
+      EXPECT_EQ(tree_.Find(called, current), folder) << called << " from " << current;
+    }
+  }
+  EXPECT_EQ(tree_.CalledBy(*tree_.Find("tree", 0)), "tree") << "the top of a tree";
+  EXPECT_EQ(tree_.CalledBy(*tree_.Find("lists/users", 0)), "lists/users");
+  EXPECT_EQ(tree_.CalledBy(*tree_.Find("list", 0)), "lists/list.mbox");
+}
+
 TEST_F(HostFolderTree, FoldersAreMadeInTheirTree) {
   EXPECT_EQ(Made("new/deep"), "new/deep");
   EXPECT_TRUE(fs::is_directory(root_ / "tree/new/deep"));

@@ -1,94 +1,24 @@
 // The prompt of the small host.
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <string>
 
 #include "host/library/export_help.h"
-#include "host/macro/tokens.h"
-#include "host/session/prompt.h"
 #include "src/catalogue/rows.h"
+#include "tests/host/session/talk.h"
 
 namespace wrenfold {
 namespace {
 
-using macro::Value;
 using wfinfo::catalogue::FindRow;
 
-std::string Same(std::string_view text) { return std::string(text); }
-
-class FakeHost : public macro::MacroHost {
- public:
-  explicit FakeHost(std::string& out) : out_(out) {}
-  std::variant<Value, macro::Complaint> Call(const std::string& name, std::span<const Value>) override {
-    if (name == "Text") return Value(std::string("text"));
-    if (name == "Nothing") return Value();
-    return macro::Complaint{UnknownExport(name)};
-  }
-  bool HasFunction(std::string_view) const override { return false; }
-  void Print(std::string_view line) override { out_ += "printed " + std::string(line) + "\n"; }
-
- private:
-  std::string& out_;
-};
-
-class FakeSide : public PromptSide {
- public:
-  std::optional<std::string> ReadLine(std::string_view mark) override {
-    marks += mark;
-    if (lines.empty()) return std::nullopt;
-    std::string line = lines.front();
-    lines.pop_front();
-    return line;
-  }
-  void Write(std::string_view text) override { out += text; }
-  void Complain(std::string_view line) override { out += "! " + std::string(line) + "\n"; }
-  std::string MailList() override { return "list\n"; }
-  std::optional<std::string> OpenMail(std::size_t number) override {
-    return number == 2 ? std::optional<std::string>("opened 2\n") : std::nullopt;
-  }
-  std::string FolderList() override { return "folder 1\nfolder 2\nfolder 3\n"; }
-  std::variant<macro::Program, std::string> LoadMacro(const std::string& file,
-                                                      macro::KnownNames& known) override {
-    if (file != "a.macro") return "cannot read the macro " + file;
-    known.variables.insert("made");
-    return std::get<macro::Program>(macro::Parse("made = 5\nprint made / 0", {Same, false, file}));
-  }
-  std::size_t PageLines() override { return page_lines; }
-  std::string Example(std::string_view name) override {
-    return name == "HomeDir" ? "" : "print " + std::string(name) + "()\n#> 1\n";
-  }
-  std::string PrintValue(const Value& value) override { return value.Printed() + "\n"; }
-
-  std::size_t page_lines = 0;
-  std::deque<std::string> lines;
-  std::string marks;
-  std::string out;
-};
-
-std::optional<std::string> CheckCall(const std::string& name, std::size_t,
-                                     std::span<const std::string_view>) {
-  return name == "Text" || name == "Nothing" ? std::nullopt : std::optional(UnknownExport(name));
-}
-const macro::HostNames kNames = {CheckCall, [](std::string_view) { return false; }};
-
-struct Conversation {
-  std::string out;
-  std::string marks;
-  bool all_well;
-};
-
-Conversation Talk(std::deque<std::string> lines, std::size_t page_lines = 0) {
+TEST(Prompt, GreetsWhoTypes) {
   FakeSide side;
-  side.page_lines = page_lines;
-  side.lines = std::move(lines);
+  side.greeting = "hello\n";
   FakeHost host(side.out);
   macro::Interpreter interpreter(host);
-  const bool all_well =
-      Prompt(interpreter, side,
-             {Same, kNames, {}, {{"HostReason", "HostReason()", "Why the call before failed."}}})
-          .Run();
-  return {side.out, side.marks, all_well};
+  Prompt(interpreter, side, {Same, kNames}).Run();
+  EXPECT_EQ(side.out, "hello\n");
 }
 
 TEST(Prompt, PrintsValuesAndKeepsVariables) {
@@ -107,30 +37,44 @@ TEST(Prompt, ReadsOnWhileABlockIsOpen) {
 TEST(Prompt, TellsMistakesAndGoesOn) {
   const Conversation talk = Talk({"1 +", "if 1", "1 / 0", "end", "3", "if 2"});
   EXPECT_EQ(talk.out,
-            "! column 4: a value is missing before the end of the macro; write a number, a \"text\", a "
+            "! column 4: a value is missing before the end of the line; write a number, a \"text\", a "
             "variable or a "
             "call Name(...)\n"
             "! line 2, column 3: division by 0\n"
             "3\n"
-            "! column 1: this if has no end; write end on a line of its own\n");
+            "! column 1: this if has no end; write end on a line of its own\n"
+            "! nothing of this block was run\n");
   EXPECT_FALSE(talk.all_well);
 }
 
 TEST(Prompt, HasWordsOfItsOwn) {
-  EXPECT_EQ(Talk({"mails", "open 2", " open  2 "}).out, "list\nopened 2\nopened 2\n");
+  EXPECT_EQ(Talk({"mails", "open 2", " open  2 "}).out, kMailsHead + "list\nopened 2\nopened 2\n");
+  EXPECT_EQ(Talk({"mails lists/users", "mails \"lists\\\\users\""}).out,
+            kMailsHead + "list of lists/users\n" + kMailsHead + "list of lists\\users\n");
+  EXPECT_EQ(Talk({"mails none"}).out, "! there is no folder 'none'; folders lists them\n");
   EXPECT_EQ(Talk({"open 3", "open", "open x"}).out,
             "! there is no mail '3'; mails lists them\n! there is no mail ''; mails lists them\n"
             "! there is no mail 'x'; mails lists them\n");
   EXPECT_EQ(Talk({"help HomeDir"}).out, HelpText(*FindRow("HomeDir")));
-  EXPECT_EQ(Talk({"help MailCount"}).out, HelpText(*FindRow("MailCount")) + "\nprint MailCount()\n#> 1\n")
-      << "with its example";
+  for (const char* asked : {"help MailCount", "help mailcount()"}) {
+    const std::string text = HelpText(*FindRow("MailCount")) + "\nprint MailCount()\n#> 1\n";
+    EXPECT_EQ(Talk({asked}).out.substr(0, text.size()), text) << asked << ": with its example";
+  }
   EXPECT_EQ(Talk({"help exports"}).out, HelpOverview());
   EXPECT_NE(Talk({"help"}).out.find("help NAME"), std::string::npos);
   const Conversation unknown = Talk({"help HomeDirr"});
-  EXPECT_EQ(unknown.out, "! no export 'HomeDirr'; did you mean HomeDir?\n");
+  EXPECT_EQ(unknown.out, "! no export 'HomeDirr'; did you mean HomeDir?; help alone tells what there is\n");
   EXPECT_FALSE(unknown.all_well);
-  EXPECT_EQ(Talk({"open = 4", "help = 5", "print open, help"}).out, "printed 45\n")
-      << "they are free as variables";
+  EXPECT_TRUE(Talk({"Mails", "FOLDERS", "QUIT", "1 / 0"}).all_well) << "letter case does not count";
+  EXPECT_EQ(Talk({"Vars = 3", "Vars"}).out, "3\n") << "but a variable of that very name comes first";
+}
+
+TEST(Prompt, TellsOnceThatAVariableHasTheNameOfItsWord) {
+  const std::string behind = " at the beginning of a line stays a word of the prompt; print ";
+  const Conversation talk = Talk({"open = 4", "help = 5", "open = 6", "print open, help", "x = 1"});
+  EXPECT_EQ(talk.out, "! open" + behind + "open shows the variable\n! help" + behind +
+                          "help shows the variable\nprinted 65\n");
+  EXPECT_TRUE(talk.all_well);
 }
 
 TEST(Prompt, RunsFilesAndListsVariablesAndFolders) {
@@ -141,7 +85,32 @@ TEST(Prompt, RunsFilesAndListsVariablesAndFolders) {
       "no variables yet; name = value makes one\n! cannot read the macro none.macro\n"
       "! a.macro, line 2, column 12: division by 0\n5\nmade = 5\nx = a...\nfolder 1\nfolder 2\nfolder 3\n");
   EXPECT_FALSE(talk.all_well);
-  EXPECT_EQ(Talk({"vars = 1", "run = 2", "folders = 3", "print vars, run, folders"}).out, "printed 123\n");
+  EXPECT_NE(
+      Talk({"vars = 1", "run = 2", "folders = 3", "print vars, run, folders"}).out.find("printed 123\n"),
+      std::string::npos);
+  for (const char* run : {"run \"a.macro\"", "Run  a.macro ", "run a.macro"}) {
+    EXPECT_EQ(Talk({run}).out, "! a.macro, line 2, column 12: division by 0\n") << run;
+  }
+}
+
+TEST(Prompt, TellsHowToLeave) {
+  for (const char* typed : {"exit", "exit()", "quit()", "q"}) {
+    const Conversation talk = Talk({typed, "1"});
+    EXPECT_EQ(talk.out, "! quit leaves the prompt\n1\n") << typed;
+    EXPECT_FALSE(talk.all_well) << typed;
+  }
+  EXPECT_EQ(Talk({"q = 3", "q"}).out, "3\n") << "a variable";
+}
+
+TEST(Prompt, CutsWhatIsTypedWhenItTellsOfIt) {
+  const std::string name(5000, 'x');
+  for (const std::string& line :
+       {name, name + "()", "print 1 " + name, "help " + name, "open " + name, "mails none" + name, "1" + name,
+        "function f(" + name + ", " + name + ")"}) {
+    const std::string out = Talk({line}).out;
+    EXPECT_LT(out.size(), 250u) << out;
+    EXPECT_NE(out.find("xxx\xE2\x80\xA6"), std::string::npos) << line.substr(0, 20) << ": " << out;
+  }
 }
 
 TEST(Prompt, PagesLongLists) {
@@ -151,42 +120,6 @@ TEST(Prompt, PagesLongLists) {
   EXPECT_EQ(Talk({"folders", "q", "1"}, 2).out, "folder 1\nfolder 2\n1\n");
   EXPECT_EQ(Talk({"folders", "1"}, 3).out, "folder 1\nfolder 2\nfolder 3\n1\n")
       << "what fits is not asked for";
-}
-
-TEST(Prompt, HelpsByWord) {
-  const struct {
-    const char* asked;
-    const char* part;
-    const char* why;
-  } kCases[] = {
-      {"help folder", "SelectFolder([folder1] [, folder2])\n    ", "part of names"},
-      {"help csv", "CSV_LoadFile(", "letter case does not count"},
-      {"help newsletter", "RootHeader(name)\n", "a topic that the exports name otherwise"},
-      {"help families", "Mail list (", "all families"},
-      {"help mail list",
-       "MailCount()\n    Number of mails that the list shows: those of the folder that are in the view "
-       "area and not hidden in folded threads.\n",
-       "one family"},
-      {"help if", "if expression ... else if", "a word of the language"},
-      {"help while", "while expression ... end\n", "another"},
-      {"help +", "From weak to strong.", "an operator"},
-      {"help ==", "From weak to strong.", "another"},
-      {"help split", "split(text, separator)\nThe parts of a text", "a function of the language"},
-      {"help HostReason", "HostReason()\nWhy", "a function of the host"},
-      {"help reason", "HostReason()\n    Why", "found by word"},
-  };
-  for (const auto& c : kCases) {
-    EXPECT_NE(Talk({c.asked}).out.find(c.part), std::string::npos) << c.why << "\n" << Talk({c.asked}).out;
-  }
-  EXPECT_NE(Talk({"help mail"}).out.find(" more; help families lists them by subject\n"), std::string::npos);
-}
-
-TEST(Prompt, EachWordOfTheLanguageHasHelp) {
-  for (const std::string_view word : macro::kKeywords) {
-    EXPECT_TRUE(Talk({"help " + std::string(word)}).all_well) << word;
-    EXPECT_EQ(Talk({"help " + std::string(word)}).out.find("    "), std::string::npos)
-        << word << ": found by search only";
-  }
 }
 
 }  // namespace
