@@ -183,9 +183,13 @@ Slot Arguments::WideText(Dice& dice, std::string& shown) {
 Slot Arguments::Window(Dice& dice, std::string& shown) {
   const std::size_t which = dice.Below(windows.size() + 2);
   if (which < windows.size()) return shown = "a window", Address(windows[which]);
-  Slot number = dice.Of(kNumbers);
-  if (static_cast<unsigned short>(number) == 0xFFFF) number = 0;  // every window of every program: kTamed
+  const Slot number = dice.Of(kNumbers);
   return shown = std::to_string(number), number;
+}
+
+Slot Arguments::NoWindow(std::string& shown) {
+  shown.assign(1, '0');
+  return 0;
 }
 
 Slot Arguments::Number(Dice& dice, std::string& shown) {
@@ -213,12 +217,18 @@ Slot Arguments::For(const wfinfo::catalogue::Row& row, const wfinfo::catalogue::
     for (std::size_t at = 0; at < kPage; ++at) room_[at] = static_cast<char>(dice.Next());
     return shown = "a record", Address(room_);
   }
-  if (parameter.type == "Handle") return Window(dice, shown);
+  if (parameter.type == "Handle") {
+    const Slot window = Window(dice, shown);
+    const bool names_all = static_cast<unsigned short>(window) == 0xFFFF;
+    return names_all && MustNameOneWindow(row.name, parameter.name) ? NoWindow(shown) : window;
+  }
   if (parameter.type == "Value" || parameter.type == "Rest") {
     if (dice.OneIn(2)) return Text(dice, shown);
     if (dice.OneIn(4)) return shown = "an earlier number", numbers_[dice.Below(kResults)];
   }
-  return Number(dice, shown);
+  const Slot number = Number(dice, shown);
+  if (!IsMessage(row.name, parameter.name)) return number;
+  return shown = std::to_string(number & kMessages), number & kMessages;
 }
 
 }  // namespace monkey

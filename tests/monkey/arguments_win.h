@@ -40,6 +40,7 @@ class Arguments {
   Slot NoText(Dice& dice, std::string& shown);
   Slot WideText(Dice& dice, std::string& shown);
   Slot Window(Dice& dice, std::string& shown);
+  Slot NoWindow(std::string& shown);
   Slot Number(Dice& dice, std::string& shown);
   char* AtPageEnd(const void* bytes, std::size_t size);
 

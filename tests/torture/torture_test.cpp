@@ -164,7 +164,7 @@ void Torture::FailOne(const Row& row, const ArgumentList& arguments, const std::
   // What the first failure made is kept or is given back: from the second on nothing is added.
   Result(row, arguments, name, nth);
   const long outstanding = Outstanding();
-  const unsigned long handles = monkey::Measure().handles;
+  const long handles = monkey::Measure().handles;
   for (int again = 0; again < 2; ++again) Result(row, arguments, name, nth);
   EXPECT_LE(Outstanding(), outstanding) << g_doing;
   // Without the entry that closes a store of certificates it stays open.
