@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t kPage = 4096;
 constexpr std::size_t kHuge = 1024 * 1024;
+constexpr std::size_t kLongest = 9000;  // where there are no huge ones
 
 // What ends in the middle of a character or an escape of host text.
 constexpr const char* kCutTexts[] = {"\x82",
@@ -148,7 +149,7 @@ Slot Arguments::ReadableText(Dice& dice, std::string& shown) {
       return Address(AtPageEnd(cut, std::strlen(cut) + 1));
     }
     case 1:
-      if (!dice.OneIn(32)) break;
+      if (!dice.OneIn(32) || !huge_texts_) break;
       return LongText(dice, kHuge - 2 + dice.Below(4), shown);
     case 2: {
       static const std::size_t kLengths[] = {126,  127,  128,  255,  256,  495,  496,  511,
@@ -157,7 +158,8 @@ Slot Arguments::ReadableText(Dice& dice, std::string& shown) {
     }
     case 3:
       if (const char* result = results_[dice.Below(kResults)];
-          result != nullptr && !IsBadStringPtrA(result, 1 << 28)) {
+          result != nullptr && !IsBadStringPtrA(result, 1 << 28) &&
+          (huge_texts_ || std::strlen(result) <= kLongest)) {
         return shown = "an earlier result", Address(result);
       }
       break;
@@ -200,6 +202,7 @@ Slot Arguments::Number(Dice& dice, std::string& shown) {
 Slot Arguments::For(const wfinfo::catalogue::Row& row, const wfinfo::catalogue::Parameter& parameter,
                     Dice& dice, std::string& shown) {
   const auto& type = TypeOf(parameter);
+  huge_texts_ = !ShowsItsTexts(row.name);
   if (const OwnTexts* const own = OwnTextsOf(row.name, parameter.name); own != nullptr && !dice.OneIn(8)) {
     const char* const text = own->texts[dice.Below(own->texts.size())];
     return shown = Shortened(text), Address(AtPageEnd(text, std::strlen(text) + 1));

@@ -44,7 +44,8 @@ class Arguments {
   Slot Number(Dice& dice, std::string& shown);
   char* AtPageEnd(const void* bytes, std::size_t size);
 
-  char* pages_;  // pages, behind each of which one cannot be touched
+  bool huge_texts_ = true;  // whether the parameter at hand may have one
+  char* pages_;             // pages, behind each of which one cannot be touched
   std::size_t next_place_ = 0;
   char* unreadable_;  // reserved only
   char* freed_;       // given back
