@@ -52,8 +52,8 @@ inline constexpr LeftOut kTamed[] = {
     {"recipients or a pass phrase of many words for PGP",
      "without pgp.exe the system looks for a program under every beginning of the command line up to a "
      "blank: "
-     "more than 20 seconds"},
-    {"1 MiB in Bypass_MessageBox", "the system lays it out for more than 20 seconds: 9,000 bytes at most"},
+     "minutes"},
+    {"1 MiB in Bypass_MessageBox", "the system takes many seconds to lay it out: 9,000 bytes at most"},
     {"a text without a terminator that goes on for more than is checked", "no check can tell"},
 };
 

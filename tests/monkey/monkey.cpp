@@ -3,7 +3,7 @@
 //   monkey CALLS SEED [--only FIRST-LAST,NUMBER,... | --row EXPORT] [--show] [--growth]
 //   monkey --left-out
 //
-// Exit code 0: nothing was found. A crash or a call that does not come back within 20 seconds is told with the
+// Exit code 0: nothing was found. A crash or a call that does not come back within 20 seconds, or longer on a busy machine, is told with the
 // call's number and ends with 1, growth with 2, an export that was never called with 3: "monkey.py" finds the
 // shortest sequence. --show prints each call, --growth the exports behind which handles and memory grew (slow).
 #include <windows.h>
@@ -34,6 +34,8 @@ using wfinfo::catalogue::Row;
 constexpr std::size_t kMostParameters = 14;
 constexpr int kPatienceMs = 20000;
 constexpr DWORD kBoxPollMs = 10;
+constexpr unsigned kPatiencePolls =
+    1000;  // a machine with much else to do takes longer for a look, and for a call
 constexpr unsigned long long kWithBoxes = 500;          // calls before the host takes the messages itself
 constexpr unsigned long long kEnoughForAll = 10000;     // calls that reach every export, whatever the seed
 constexpr unsigned long long kCallsOfALanguage = 1000;  // then the other one
@@ -95,10 +97,13 @@ BOOL CALLBACK ShowWindowOfThread(HWND window, LPARAM) {
 
 // Presses the boxes away, and sees that each call comes back.
 DWORD WINAPI Watch(void*) {
-  for (;; Sleep(kBoxPollMs)) {
+  unsigned long long number = 0;
+  for (unsigned polls = 0;; Sleep(kBoxPollMs)) {
     EnumThreadWindows(g_thread, &CloseBox, 0);
     const DWORD since = g_since;
-    if (since != 0 && static_cast<int>(GetTickCount() - since) > kPatienceMs) {
+    polls = since != 0 && number == g_number ? polls + 1 : 0;
+    number = g_number;
+    if (polls > kPatiencePolls && static_cast<int>(GetTickCount() - since) > kPatienceMs) {
       EnumThreadWindows(g_thread, &ShowWindowOfThread, 0);
       Tell("no end", 1);
     }
