@@ -3,9 +3,13 @@
 //   monkey CALLS SEED [--only FIRST-LAST,NUMBER,... | --row EXPORT] [--show] [--growth]
 //   monkey --left-out
 //
-// Exit code 0: nothing was found. A crash or a call that does not come back within 20 seconds, or longer on a busy machine, is told with the
-// call's number and ends with 1, growth with 2, an export that was never called with 3: "monkey.py" finds the
-// shortest sequence. --show prints each call, --growth the exports behind which handles and memory grew (slow).
+// Exit code 0: nothing was found. A crash or a call that does not come back within 20 seconds, or longer on a busy
+// machine, is told with the call's number and ends with 1, growth with 2, an export that was never called with 3:
+// "monkey.py" finds the shortest sequence. --show prints each call, --growth the exports behind which handles and
+// memory grew (slow).
+//
+// The last of the calls are made in rows: one export again and again, with other arguments each time, at a host that
+// keeps calm. What it holds must not grow with each stretch of them. --row makes the row of one export alone.
 #include <windows.h>
 
 #include <algorithm>
