@@ -40,8 +40,8 @@ of its calls failed in turn, of which `u` gave what the export gives else, `f` i
 NOT_REACHED = """
 ## Calls that can fail and did not come up
 
-They stand on paths that take a peer that answers, a message or certificate that is real, a program that starts, or a first use
-that was over: `tests/inside/` and `tests/faults/` make them fail there.
+They stand on paths that take a peer that answers, a message or certificate that is real, a program that starts, a box, or a
+first use that was over. `tests/inside/` and `tests/faults/` make those of OpenPGP, S/MIME and the network fail.
 
 """
 EXEMPT = """
