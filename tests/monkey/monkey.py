@@ -2,6 +2,7 @@
 
     monkey.py [CALLS] [SEED]        50,000 calls with a seed of this commit, when nothing else is said
     monkey.py --locale [SEED]       the locale of a seed: every second one has the other
+    monkey.py --again               how the usual run of this commit is made again
     monkey.py --in-turn             the usual run; ends with 77 when it is another locale's turn
 
 Runs build/windows/monkey.exe (`WFINFO_BUILD` names the folder) in a folder of its own, in the locale of `LC_ALL`.
@@ -118,9 +119,12 @@ def main(arguments):
     if "--locale" in arguments:
         print(locale_of(int(arguments[1]) if len(arguments) > 1 else seed))
         return 0
+    turn = locale_of(seed, os.environ.get("WFINFO_LOCALES", " ".join(LOCALES)).split())
+    if "--again" in arguments:
+        print(f"./dev monkey {USUAL_CALLS} {seed} {turn} (the seed is {source})")
+        return 0
     here = os.environ.get("LC_ALL", "")
     if "--in-turn" in arguments:
-        turn = locale_of(seed, os.environ.get("WFINFO_LOCALES", " ".join(LOCALES)).split())
         if turn != here:
             print(f"the run with seed {seed} ({source}) is made in locale {turn}")
             return NOT_IN_TURN
