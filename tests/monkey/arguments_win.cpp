@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t kPage = 4096;
 constexpr std::size_t kHuge = 1024 * 1024;
+constexpr std::size_t kLongest = 9000;  // where there are no huge ones
 
 // What ends in the middle of a character or an escape of host text.
 constexpr const char* kCutTexts[] = {"\x82",
@@ -148,7 +149,7 @@ Slot Arguments::ReadableText(Dice& dice, std::string& shown) {
       return Address(AtPageEnd(cut, std::strlen(cut) + 1));
     }
     case 1:
-      if (!dice.OneIn(32)) break;
+      if (!dice.OneIn(32) || !huge_texts_) break;
       return LongText(dice, kHuge - 2 + dice.Below(4), shown);
     case 2: {
       static const std::size_t kLengths[] = {126,  127,  128,  255,  256,  495,  496,  511,
@@ -157,7 +158,8 @@ Slot Arguments::ReadableText(Dice& dice, std::string& shown) {
     }
     case 3:
       if (const char* result = results_[dice.Below(kResults)];
-          result != nullptr && !IsBadStringPtrA(result, 1 << 28)) {
+          result != nullptr && !IsBadStringPtrA(result, 1 << 28) &&
+          (huge_texts_ || std::strlen(result) <= kLongest)) {
         return shown = "an earlier result", Address(result);
       }
       break;
@@ -183,9 +185,13 @@ Slot Arguments::WideText(Dice& dice, std::string& shown) {
 Slot Arguments::Window(Dice& dice, std::string& shown) {
   const std::size_t which = dice.Below(windows.size() + 2);
   if (which < windows.size()) return shown = "a window", Address(windows[which]);
-  Slot number = dice.Of(kNumbers);
-  if (static_cast<unsigned short>(number) == 0xFFFF) number = 0;  // every window of every program: kTamed
+  const Slot number = dice.Of(kNumbers);
   return shown = std::to_string(number), number;
+}
+
+Slot Arguments::NoWindow(std::string& shown) {
+  shown.assign(1, '0');
+  return 0;
 }
 
 Slot Arguments::Number(Dice& dice, std::string& shown) {
@@ -196,6 +202,7 @@ Slot Arguments::Number(Dice& dice, std::string& shown) {
 Slot Arguments::For(const wfinfo::catalogue::Row& row, const wfinfo::catalogue::Parameter& parameter,
                     Dice& dice, std::string& shown) {
   const auto& type = TypeOf(parameter);
+  huge_texts_ = !ShowsItsTexts(row.name);
   if (const OwnTexts* const own = OwnTextsOf(row.name, parameter.name); own != nullptr && !dice.OneIn(8)) {
     const char* const text = own->texts[dice.Below(own->texts.size())];
     return shown = Shortened(text), Address(AtPageEnd(text, std::strlen(text) + 1));
@@ -213,12 +220,18 @@ Slot Arguments::For(const wfinfo::catalogue::Row& row, const wfinfo::catalogue::
     for (std::size_t at = 0; at < kPage; ++at) room_[at] = static_cast<char>(dice.Next());
     return shown = "a record", Address(room_);
   }
-  if (parameter.type == "Handle") return Window(dice, shown);
+  if (parameter.type == "Handle") {
+    const Slot window = Window(dice, shown);
+    const bool names_all = static_cast<unsigned short>(window) == 0xFFFF;
+    return names_all && MustNameOneWindow(row.name, parameter.name) ? NoWindow(shown) : window;
+  }
   if (parameter.type == "Value" || parameter.type == "Rest") {
     if (dice.OneIn(2)) return Text(dice, shown);
     if (dice.OneIn(4)) return shown = "an earlier number", numbers_[dice.Below(kResults)];
   }
-  return Number(dice, shown);
+  const Slot number = Number(dice, shown);
+  if (!IsMessage(row.name, parameter.name)) return number;
+  return shown = std::to_string(number & kMessages), number & kMessages;
 }
 
 }  // namespace monkey

@@ -40,10 +40,12 @@ class Arguments {
   Slot NoText(Dice& dice, std::string& shown);
   Slot WideText(Dice& dice, std::string& shown);
   Slot Window(Dice& dice, std::string& shown);
+  Slot NoWindow(std::string& shown);
   Slot Number(Dice& dice, std::string& shown);
   char* AtPageEnd(const void* bytes, std::size_t size);
 
-  char* pages_;  // pages, behind each of which one cannot be touched
+  bool huge_texts_ = true;  // whether the parameter at hand may have one
+  char* pages_;             // pages, behind each of which one cannot be touched
   std::size_t next_place_ = 0;
   char* unreadable_;  // reserved only
   char* freed_;       // given back

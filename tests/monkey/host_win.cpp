@@ -103,7 +103,7 @@ void Host::Prepare(Dice& dice) {
     SetMenu(frame_, CreateMenu());
   }
   if (!IsWindow(view_)) view_ = Open(wfinfo::kOuterViewClass);
-  if (!dice.OneIn(4)) return;  // the windows stay as they are for a while
+  if (calm || !dice.OneIn(4)) return;  // the windows stay as they are for a while
   if (IsWindow(viewer_) && dice.OneIn(16)) DestroyWindow(viewer_);
   if (!IsWindow(viewer_) && dice.OneIn(64)) viewer_ = Open(wfinfo::kHtmlViewerClass);
   // The frame is disabled without a dialog, with one, or there is one beside it.
@@ -117,7 +117,7 @@ void Host::Prepare(Dice& dice) {
 }
 
 void Host::Interrupt() {
-  if (dice == nullptr) return;
+  if (dice == nullptr || calm) return;
   if (depth_ < kDeepest && dice->OneIn(24)) {
     ++depth_;
     reenter(*dice);
@@ -147,13 +147,17 @@ LRESULT CALLBACK Host::Receive(HWND window, UINT message, WPARAM wparam, LPARAM 
   return DefWindowProcA(window, message, wparam, lparam);
 }
 
-// Mostly `usual`; else a number that is no window, or a window that goes away.
+// Mostly `usual`; else a number that is no window or stands for all, or a window that goes away.
 LRESULT Host::AnswerWindow(HWND usual) {
-  switch (dice->Below(8)) {
+  switch (dice->Below(10)) {
     case 0:
       return 1;
     case 1:
       return 0x7FFFFFFFFFFFFFFE;
+    case 4:
+      return 65535;  // to the system every window of every program
+    case 5:
+      return -1;  // the same to some of its versions
     case 2:
       return Address(viewer_);
     case 3: {

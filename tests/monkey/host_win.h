@@ -26,6 +26,8 @@ class Host {
   void Interrupt();
   // The dice of the call at hand, with which requests are answered; null between calls.
   Dice* dice = nullptr;
+  // Neither calls back nor loses windows, so that all that grows is the library's.
+  bool calm = false;
   // Calls an export from inside a request.
   std::function<void(Dice&)> reenter;
 

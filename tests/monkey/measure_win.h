@@ -8,13 +8,15 @@
 namespace monkey {
 
 struct Holdings {
-  unsigned gdi;           // objects; Wine 8 tells none
-  unsigned user;          // objects: windows, menus, hooks, ...; Wine 8 tells none
-  unsigned windows;       // of this thread
-  unsigned long handles;  // place of the handle that the kernel gives next: it takes the lowest free ones
-  std::size_t bytes;      // private memory
+  long gdi;           // objects
+  long user;          // objects: windows, menus, hooks, ...
+  long handles;       // of the kernel
+  long blocks;        // of memory that the library has taken, when it is watched: library_memory_win.h
+  std::size_t bytes;  // private memory
 };
 
+// Exact but for `bytes`, which the system's heaps take in large pieces. Where the system does not tell how many
+// there are, they are found by taking some: as long as nobody else makes any, the counts can be compared.
 Holdings Measure();
 
 }  // namespace monkey

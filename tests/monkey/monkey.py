@@ -1,8 +1,12 @@
 """Lets the monkey play, and finds the shortest sequence of calls that does what it found.
 
     monkey.py [CALLS] [SEED]        50,000 calls with a seed of this commit, when nothing else is said
+    monkey.py --locale [SEED]       the locale of a seed: every second one has the other
+    monkey.py --again               how the usual run of this commit is made again
+    monkey.py --in-turn             the usual run; ends with 77 when it is another locale's turn
 
-Runs build/windows/monkey.exe (`WFINFO_BUILD` names the folder) in a folder of its own.
+Runs build/windows/monkey.exe (`WFINFO_BUILD` names the folder) in a folder of its own, in the locale of `LC_ALL`.
+With --in-turn, `WFINFO_LOCALES` names the locales that take turns, when those are not both.
 """
 import os
 import pathlib
@@ -18,11 +22,29 @@ USUAL_CALLS = 50_000
 TIMEOUT_SECONDS = 4 * 3600
 GROWTH = 2  # exit code of monkey.exe
 CALLS_TO_SEE_GROWTH = 20_000
+LOCALES = ("ja_JP.UTF-8", "C")
+SEED_WITHOUT_COMMIT = 1
+NOT_IN_TURN = 77
 
 
-def seed_of_commit():
-    commit = subprocess.run(["git", "rev-parse", "HEAD"], cwd=SOURCE, capture_output=True, text=True).stdout.strip()
-    return int(commit[:12] or "1", 16)
+def commit_at_hand():
+    """The commit that stands here, or "" where there is no git or no repository."""
+    try:
+        git = subprocess.run(["git", "rev-parse", "HEAD"], cwd=SOURCE, capture_output=True, text=True)
+    except OSError:
+        return ""
+    return git.stdout.strip() if git.returncode == 0 else ""
+
+
+def seed_of(commit):
+    """(seed, where it comes from)."""
+    if commit:
+        return int(commit[:12], 16), f"of commit {commit[:12]}"
+    return SEED_WITHOUT_COMMIT, "fixed, there being no commit to take it from"
+
+
+def locale_of(seed, locales=LOCALES):
+    return locales[seed % len(locales)]
 
 
 def run(*words):
@@ -87,21 +109,47 @@ def not_documented(printed):
     return [row for row in rows if row not in page]
 
 
+def tell_rows(calls, seed, printed):
+    for name in re.findall(r"^growth: (\w+) keeps", printed, re.M):
+        print(f"again with: monkey.exe {calls} {seed} --row {name}")
+
+
 def main(arguments):
+    seed, source = seed_of(commit_at_hand())
+    if "--locale" in arguments:
+        print(locale_of(int(arguments[1]) if len(arguments) > 1 else seed))
+        return 0
+    turn = locale_of(seed, os.environ.get("WFINFO_LOCALES", " ".join(LOCALES)).split())
+    if "--again" in arguments:
+        print(f"./dev monkey {USUAL_CALLS} {seed} {turn} (the seed is {source})")
+        return 0
+    here = os.environ.get("LC_ALL", "")
+    if "--in-turn" in arguments:
+        if turn != here:
+            print(f"the run with seed {seed} ({source}) is made in locale {turn}")
+            return NOT_IN_TURN
+        arguments = []
     calls = int(arguments[0]) if arguments else USUAL_CALLS
-    seed = int(arguments[1]) if len(arguments) > 1 else seed_of_commit()
+    if len(arguments) > 1:
+        seed, source = int(arguments[1]), "as told"
+    return play(calls, seed, source, here)
+
+
+def play(calls, seed, source, locale):
     code, printed = run("--left-out")
     missing = not_documented(printed)
     if code or missing:
         print(printed, end="")
         print("docs/reliability.md lacks:", *missing, sep="\n")
         return 1
-    print(f"{calls} calls, seed {seed}", flush=True)
+    print(f"{calls} calls, seed {seed} ({source}); again with: ./dev monkey {calls} {seed} {locale}", flush=True)
     code, printed = run(calls, seed)
     print(printed, end="")
     found = finding(printed)
     if found:
         tell_shortest(calls, seed, found[0], found[1])
+    elif code == GROWTH and "keeps" in printed:
+        tell_rows(calls, seed, printed)
     elif code == GROWTH:
         print("looking for what grows ...", flush=True)
         print(run(min(calls, CALLS_TO_SEE_GROWTH), seed, "--growth")[1], end="")

@@ -1,8 +1,8 @@
-"""How the monkey's findings are shortened."""
+"""How the monkey's findings are shortened, and where its seed comes from."""
 import random
 import unittest
 
-from monkey import finding, shortened
+from monkey import finding, locale_of, seed_of, shortened
 
 
 def numbers(sequence):
@@ -28,6 +28,18 @@ class Shrinking(unittest.TestCase):
                          ("exception C0000005", 12, "Beep(null) "))
         self.assertEqual(finding("no end in call 3: Wait() "), ("no end", 3, "Wait() "))
         self.assertIsNone(finding("10 calls; handles 3\ngrowth since call 2\n"))
+
+    def test_each_commit_has_a_seed_of_its_own_and_no_commit_a_fixed_one(self):
+        self.assertEqual(seed_of("0123456789abcdef0123456789abcdef01234567")[0], 0x0123456789ab)
+        self.assertNotEqual(seed_of("a" * 40), seed_of("b" * 40))
+        seed, source = seed_of("")
+        self.assertEqual(seed, 1)
+        self.assertIn("fixed", source)
+
+    def test_seeds_take_turns_in_the_locales_that_there_are(self):
+        self.assertEqual({locale_of(seed) for seed in (6, 7)}, {"ja_JP.UTF-8", "C"})
+        self.assertEqual(locale_of(6), locale_of(8))
+        self.assertEqual({locale_of(seed, ["C"]) for seed in range(4)}, {"C"})
 
 
 if __name__ == "__main__":

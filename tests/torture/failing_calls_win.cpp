@@ -5,6 +5,7 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "tests/support/library_imports_win.h"
 #include "tests/torture/system_calls.h"
 
 namespace torture {
@@ -115,40 +116,14 @@ void* CountingOf(std::string_view name, void* original) {
   return original;
 }
 
-template <class Type>
-Type* At(char* library, DWORD offset) {
-  return reinterpret_cast<Type*>(library + offset);
-}
-
-void Redirect(char* library, const IMAGE_IMPORT_DESCRIPTOR& module) {
-  const auto* names = At<const IMAGE_THUNK_DATA>(library, module.OriginalFirstThunk);
-  auto* slots = At<IMAGE_THUNK_DATA>(library, module.FirstThunk);
-  for (; names->u1.AddressOfData != 0; ++names, ++slots) {
-    const auto* const imported =
-        At<const IMAGE_IMPORT_BY_NAME>(library, static_cast<DWORD>(names->u1.AddressOfData));
-    const char* const name = reinterpret_cast<const char*>(imported->Name);
-    void* const original = CountingOf(name, reinterpret_cast<void*>(slots->u1.Function));
-    DWORD before;
-    VirtualProtect(slots, sizeof *slots, PAGE_READWRITE, &before);
-    slots->u1.Function = reinterpret_cast<ULONGLONG>(MakeHook(name, original));
-    VirtualProtect(slots, sizeof *slots, before, &before);
-  }
-}
-
 }  // namespace
 
 void InterceptSystemCalls() {
   constexpr SIZE_T kCodeOfAHook = 96;
   g_code = static_cast<unsigned char*>(
       VirtualAlloc(nullptr, kMostHooks * kCodeOfAHook, MEM_RESERVE | MEM_COMMIT, PAGE_EXECUTE_READWRITE));
-  auto* const library = reinterpret_cast<char*>(GetModuleHandleA("WFINFO.dll"));
-  const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(library);
-  const auto* const headers = At<const IMAGE_NT_HEADERS>(library, static_cast<DWORD>(dos->e_lfanew));
-  const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  for (auto* module = At<const IMAGE_IMPORT_DESCRIPTOR>(library, directory.VirtualAddress); module->Name != 0;
-       ++module) {
-    Redirect(library, *module);
-  }
+  wfinfo_test::ForEachImportOfLibrary(
+      [](std::string_view name, void* original) { return MakeHook(name, CountingOf(name, original)); });
 }
 
 void Arm(std::string_view name, unsigned nth) {

@@ -1,9 +1,13 @@
 #include "tests/torture/system_calls.h"
 
+#include <winsock2.h>
+
 namespace torture {
 namespace {
 
 constexpr long long kNoHandle = -1;
+constexpr long long kNoSocket = -1;
+constexpr long long kUnknownProvider = 0x800B0001;
 constexpr long long kAllBits = 0xFFFFFFFF;  // of 32
 
 constexpr std::string_view kGivesBack = "gives back; its failure would be the leak";
@@ -57,6 +61,8 @@ constexpr SystemCall kSystemCalls[] = {
     {"CertVerifyTimeValidity", 0, 0, kQuestion},
     {"CheckDlgButton", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"CloseHandle", 0, 0, kGivesBack},
+    {"closesocket", 0, 0, kGivesBack},
+    {"connect", kNoSocket, WSAECONNREFUSED, ""},
     {"CopyFileW", 0, ERROR_ACCESS_DENIED, ""},
     {"CreateDirectoryW", 0, ERROR_ACCESS_DENIED, ""},
     {"CreateEventA", 0, ERROR_NOT_ENOUGH_MEMORY, ""},
@@ -115,6 +121,8 @@ constexpr SystemCall kSystemCalls[] = {
     {"GetFileType", 0, ERROR_INVALID_HANDLE, ""},
     {"GetFocus", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"GetForegroundWindow", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
+    {"gethostbyaddr", 0, WSAHOST_NOT_FOUND, ""},
+    {"gethostbyname", 0, WSAHOST_NOT_FOUND, ""},
     {"GetKeyboardState", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"GetLastActivePopup", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"GetLastError", 0, 0, kCannotFail},
@@ -139,8 +147,18 @@ constexpr SystemCall kSystemCalls[] = {
     {"GetWindowsDirectoryA", 0, ERROR_INVALID_PARAMETER, ""},
     {"GetWindowTextW", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"GetWindowThreadProcessId", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
+    {"htons", 0, 0, kCannotFail},
+    {"HttpQueryInfoA", 0, ERROR_INVALID_HANDLE, ""},
+    {"inet_addr", 0, 0, kQuestion},
     {"InitializeCriticalSection", 0, 0, kCannotFail},
     {"InSendMessage", 0, 0, kQuestion},
+    {"InternetCloseHandle", 0, 0, kGivesBack},
+    {"InternetGetLastResponseInfoA", 0, ERROR_INVALID_HANDLE, ""},
+    {"InternetOpenA", 0, ERROR_NOT_ENOUGH_MEMORY, ""},
+    {"InternetOpenUrlA", 0, ERROR_NOT_ENOUGH_MEMORY, ""},
+    {"InternetReadFile", 0, ERROR_INVALID_HANDLE, ""},
+    {"InternetReadFileExA", 0, ERROR_INVALID_HANDLE, ""},
+    {"ioctlsocket", kNoSocket, WSAENOTSOCK, ""},
     {"IsBadCodePtr", 0, 0, kQuestion},
     {"IsBadReadPtr", 0, 0, kQuestion},
     {"IsBadStringPtrA", 0, 0, kQuestion},
@@ -182,6 +200,7 @@ constexpr SystemCall kSystemCalls[] = {
     {"MoveFileW", 0, ERROR_ACCESS_DENIED, ""},
     {"MsgWaitForMultipleObjects", kAllBits, ERROR_INVALID_HANDLE, ""},
     {"MultiByteToWideChar", 0, ERROR_INVALID_PARAMETER, ""},
+    {"ntohl", 0, 0, kCannotFail},
     {"OpenProcess", 0, ERROR_ACCESS_DENIED, ""},
     {"PeekMessageA", 0, 0, kQuestion},
     {"PostMessageA", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
@@ -190,6 +209,7 @@ constexpr SystemCall kSystemCalls[] = {
     {"QueueUserWorkItem", 0, ERROR_NOT_ENOUGH_MEMORY, ""},
     {"ReadFile", 0, ERROR_DISK_FULL, ""},
     {"realloc", 0, ERROR_NOT_ENOUGH_MEMORY, ""},
+    {"recv", kNoSocket, WSAECONNRESET, ""},
     {"RegCloseKey", 0, 0, kGivesBack},
     {"RegOpenKeyExA", ERROR_ACCESS_DENIED, 0, ""},
     {"RegQueryValueExA", ERROR_FILE_NOT_FOUND, 0, ""},
@@ -197,6 +217,7 @@ constexpr SystemCall kSystemCalls[] = {
     {"RemoveDirectoryW", 0, ERROR_ACCESS_DENIED, ""},
     {"SearchPathA", 0, ERROR_FILE_NOT_FOUND, ""},
     {"SearchPathW", 0, ERROR_FILE_NOT_FOUND, ""},
+    {"send", kNoSocket, WSAECONNRESET, ""},
     {"SendDlgItemMessageA", 0, 0, kAnswer},
     {"SendMessageA", 0, 0, kAnswer},
     {"SendMessageTimeoutA", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
@@ -210,13 +231,17 @@ constexpr SystemCall kSystemCalls[] = {
     {"SetForegroundWindow", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"SetKeyboardState", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"SetLastError", 0, 0, kCannotFail},
+    {"setsockopt", kNoSocket, WSAENOTSOCK, ""},
     {"SetTimer", 0, ERROR_NOT_ENOUGH_MEMORY, ""},
     {"SetWindowLongPtrA", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"SetWindowLongPtrW", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"SetWindowPos", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"SetWindowsHookExA", 0, ERROR_NOT_ENOUGH_MEMORY, ""},
+    {"ShellExecuteW", ERROR_FILE_NOT_FOUND, ERROR_FILE_NOT_FOUND, ""},
     {"ShowWindow", 0, 0, kNoWord},
+    {"shutdown", 0, 0, kGivesBack},
     {"Sleep", 0, 0, kCannotFail},
+    {"socket", kNoSocket, WSAEMFILE, ""},
     {"strchr", 0, 0, kOwnMemory},
     {"strcmp", 0, 0, kOwnMemory},
     {"strcpy", 0, 0, kOwnMemory},
@@ -237,7 +262,12 @@ constexpr SystemCall kSystemCalls[] = {
     {"wcscmp", 0, 0, kOwnMemory},
     {"wcslen", 0, 0, kOwnMemory},
     {"WideCharToMultiByte", 0, ERROR_INVALID_PARAMETER, ""},
+    {"WinVerifyTrust", kUnknownProvider, 0, ""},
     {"WriteFile", 0, ERROR_DISK_FULL, ""},
+    {"WSAAsyncSelect", kNoSocket, WSAENOTSOCK, ""},
+    {"WSACleanup", 0, 0, kGivesBack},
+    {"WSAGetLastError", 0, 0, kCannotFail},
+    {"WSAStartup", WSASYSNOTREADY, WSASYSNOTREADY, ""},
     {"wsprintfA", 0, 0, kOwnMemory},
     {"wsprintfW", 0, 0, kOwnMemory},
     {"wvsprintfA", 0, 0, kOwnMemory},
