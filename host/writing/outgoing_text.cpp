@@ -50,6 +50,21 @@ bool HasRecipients(std::string_view raw) {
   return false;
 }
 
+std::string_view UnreadableRecipient(std::string_view list) {
+  std::string_view name;  // whose address may follow
+  for (const std::string_view piece : AddressPieces(list)) {
+    const std::size_t at = piece.find('@');
+    const bool has_address = at != piece.npos && at > 0 && at + 1 < piece.size();
+    const bool is_empty_group = piece.ends_with(":;");
+    if (has_address && piece.ends_with('>')) name = {};
+    if (!name.empty()) return name;
+    if (has_address || is_empty_group) continue;
+    if (piece.find_first_of("<>@") != piece.npos) return piece;
+    name = piece;
+  }
+  return name;
+}
+
 bool IsToBeSent(std::string_view raw) { return Trim(FindHeader(SplitMessage(raw), "X-Unsent")) != "1"; }
 
 bool IsDue(std::string_view raw, std::string_view now) {

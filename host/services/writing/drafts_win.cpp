@@ -1,5 +1,6 @@
 // New mails, replies, forwards and resent mails, and what becomes of a written one: it goes to the outbox.
 #include "host/base/ascii.h"
+#include "host/charset/charsets.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
@@ -98,6 +99,26 @@ std::optional<std::string> PrepareSending(HostState& state) {
   return std::nullopt;
 }
 
+// A mail that would wait in the outbox for ever, or miss one of its readers.
+std::optional<std::string> WhyUnaddressed(std::string_view name, std::string_view list) {
+  const std::string utf8 = SystemCharsets().HostToUtf8(list);
+  const std::string_view entry = UnreadableRecipient(utf8);
+  if (entry.empty()) return std::nullopt;
+  return std::string(name) + " names no address: " + std::string(entry);
+}
+
+std::optional<std::string> WhyUnaddressed(const Draft& draft) {
+  std::size_t at = 0;
+  while (const auto header = FieldAt(draft.text, at)) {
+    at += header->lines.size();
+    for (const char* const name : {"To", "Cc", "Bcc"}) {
+      if (!header->Is(name)) continue;
+      if (auto reason = WhyUnaddressed(name, header->Value())) return reason;
+    }
+  }
+  return std::nullopt;
+}
+
 // A copy for the folder that a macro chose for sent mails.
 void KeepSent(HostState& state, const std::string& mail) {
   std::optional<std::size_t>& folder = state.folder_state().sent_folder;
@@ -112,6 +133,7 @@ Answer Send(Request& request) {
   HostState& state = request.state;
   if (!state.HasDraft()) return request.Fail("no mail is being written");
   if (const auto reason = PrepareSending(state)) return request.Fail(*reason);
+  if (const auto reason = WhyUnaddressed(*state.writing.draft)) return request.Fail(*reason);
   const std::string mail = FinishedMail(*state.writing.draft, NewStamp(state));
   const std::size_t before = state.commands.post.put;
   const Answer answer = kAtOnce ? PostNow(request, mail) : PostLater(request, mail);
@@ -144,13 +166,16 @@ Answer Resend(Request& request) {
   HostState& state = request.state;
   const Slot mode = request.Number(1);
   const bool as_bcc = (mode & kAsBcc) != 0;
+  const auto unaddressed = WhyUnaddressed(as_bcc ? "Resent-Bcc" : "Resent-To", request.Text(0));
   // The mail goes on as it came, byte by byte; a draft is its text.
   const std::string raw =
       HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + state.Mail(state.root()).raw;
   switch (mode & ~kAsBcc) {
     case kSendNow:
+      if (unaddressed) return request.Fail(*unaddressed);
       return PostNow(request, raw);
     case kSendLater:
+      if (unaddressed) return request.Fail(*unaddressed);
       return PostLater(request, raw);
     case kOpen:
       return OpenResent(request, ResentText(state.Message(state.root()).text, request.Text(0), as_bcc));
