@@ -86,6 +86,28 @@ class Outbox(TransmissionTest):
         self.assertIn("transmission: 1.eml has no recipient\n", result.err)
         self.assertEqual((self.names(self.outbox), self.names(self.sent)), (["1.eml", "2.eml"], ["3.eml"]))
 
+    def test_a_mail_that_cannot_reach_all_its_readers_is_refused_at_once(self):
+        for headers, reason in (
+                ({"To": "nobody"}, "To names no address: nobody"),
+                ({"To": "a@b.example", "Cc": "x y z"}, "Cc names no address: x y z"),
+                ({"To": "a@b.example", "Bcc": "c@d.example, <broken"}, "Bcc names no address: <broken"),
+                ({"To": "Bob <bob>, a@b.example"}, "To names no address: Bob <bob>"),
+                ({"To": "a@b.example, Alice"}, "To names no address: Alice"),
+                ({"To": "", "Subject": "s"}, "the mail has no recipient"),
+                ({"To": "Doe, John <j@b.example>", "Cc": "undisclosed-recipients:;"}, "")):
+            for send in ("SendLater", "SendNow"):
+                with self.subTest(headers, send=send):
+                    lines = "".join(f'SetHeader("{name}", "{value}")\n' for name, value in headers.items())
+                    result = self.run_here(f'NewMail()\n{lines}print {send}(), " ", HostReason(), " ", NewMailType()\n')
+                    self.assertEqual(result.out, f"0 {reason} 0\n" if reason else "1  0\n", result.err)
+
+    def test_so_is_a_mail_to_be_resent(self):
+        for mode, bcc, header in (("sendnow", "", "Resent-To"), ("sendlater", "bcc", "Resent-Bcc")):
+            with self.subTest(mode):
+                result = self.run_here(f'print MakeResentForward("nobody", "{mode}", "", "{bcc}"), " ", HostReason()\n')
+                self.assertEqual(result.out, f"0 {header} names no address: nobody\n", result.err)
+                self.assertEqual(self.names(self.outbox), [])
+
     def test_an_outbox_that_cannot_be_written_loses_nothing(self):
         self.write("blocked", "a file in the place of the folder")
         result = self.run_here(WRITE + 'print SendLater(), SendNow(), CurrentHeader("Subject")\n',

@@ -362,6 +362,7 @@ void StopTransmission(HostState& state) {
 }
 
 Answer PostLater(Request& request, std::string_view mail) {
+  if (!HasRecipients(mail)) return request.Fail("the mail has no recipient");
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;

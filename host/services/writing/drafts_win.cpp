@@ -1,5 +1,6 @@
 // New mails, replies, forwards and resent mails, and what becomes of a written one: it goes to the outbox.
 #include "host/base/ascii.h"
+#include "host/charset/charsets.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
 #include "host/mime/sections.h"
@@ -102,6 +103,26 @@ std::optional<std::string> PrepareSending(HostState& state) {
   return std::nullopt;
 }
 
+// A mail that would wait in the outbox for ever, or miss one of its readers.
+std::optional<std::string> WhyUnaddressed(std::string_view name, std::string_view list) {
+  const std::string utf8 = SystemCharsets().HostToUtf8(list);
+  const std::string_view entry = UnreadableRecipient(utf8);
+  if (entry.empty()) return std::nullopt;
+  return std::string(name) + " names no address: " + std::string(entry);
+}
+
+std::optional<std::string> WhyUnaddressed(const Draft& draft) {
+  std::size_t at = 0;
+  while (const auto header = FieldAt(draft.text, at)) {
+    at += header->lines.size();
+    for (const char* const name : {"To", "Cc", "Bcc"}) {
+      if (!header->Is(name)) continue;
+      if (auto reason = WhyUnaddressed(name, header->Value())) return reason;
+    }
+  }
+  return std::nullopt;
+}
+
 // A copy for the folder that a macro chose for sent mails.
 void KeepSent(HostState& state, const std::string& mail) {
   std::optional<std::size_t>& folder = state.folder_state().sent_folder;
@@ -115,6 +136,7 @@ template <bool kAtOnce>
 Answer Send(Request& request) {
   HostState& state = request.state;
   if (const auto reason = PrepareSending(state)) return request.Fail(*reason);
+  if (const auto reason = WhyUnaddressed(*state.writing.draft)) return request.Fail(*reason);
   const std::string mail = FinishedMail(*state.writing.draft, NewStamp(state));
   const std::size_t before = state.commands.post.put;
   const Answer answer = kAtOnce ? PostNow(request, mail) : PostLater(request, mail);
@@ -158,6 +180,7 @@ Answer Resend(Request& request) {
   HostState& state = request.state;
   const Slot mode = request.Number(1);
   const bool as_bcc = (mode & wfinfo::kResendAsBcc) != 0;
+  const auto unaddressed = WhyUnaddressed(as_bcc ? "Resent-Bcc" : "Resent-To", request.Text(0));
   // The mail goes on as it came, byte by byte; a draft is its text.
   const std::string& came = state.Mail(state.root()).raw;
   const MessageParts parts = SplitMessage(came);
@@ -166,8 +189,10 @@ Answer Resend(Request& request) {
       HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + (all_body ? "\r\n" : "") + came;
   switch (mode & ~wfinfo::kResendAsBcc) {
     case kSendNow:
+      if (unaddressed) return request.Fail(*unaddressed);
       return PostNow(request, raw);
     case kSendLater:
+      if (unaddressed) return request.Fail(*unaddressed);
       return PostLater(request, raw);
     case kOpen:
       return OpenResent(request, ResentText(state.Message(state.root()).text, request.Text(0), as_bcc));
