@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 
 namespace wrenfold {
 
@@ -11,5 +12,8 @@ std::filesystem::path NumberedName(const std::filesystem::path& file, std::size_
 
 // `file`, or the same with a number from 2 on that no file there has.
 std::filesystem::path FreeName(const std::filesystem::path& file);
+// The same where more than files may take a name.
+std::filesystem::path FreeName(const std::filesystem::path& file,
+                               const std::function<bool(const std::filesystem::path&)>& is_taken);
 
 }  // namespace wrenfold
