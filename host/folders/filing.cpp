@@ -247,8 +247,8 @@ bool Rename(StoredMail& mail, const MailFolder& target) {
   return !error;
 }
 
-// Out of an mbox: its new file is ready before anything shows in `target`, so that a move which is interrupted
-// leaves mails twice only when that happens between the two renames, or while files get their names.
+// Out of an mbox: its new file is ready before anything shows in `target`, so that an interrupted move leaves
+// mails twice only between the two renames, or while files get their names.
 std::variant<std::vector<Written>, std::string> WriteAndTake(MailStore& store,
                                                              std::span<const std::size_t> group,
                                                              std::size_t target) {

@@ -99,8 +99,8 @@ class HostState {
   std::string CopyMails(std::span<const std::size_t> mails, std::size_t target);
   // To the trash of their tree, which is made when missing; what lies in it is removed for good.
   std::string DeleteMails(std::span<const std::size_t> mails);
-  // A draft that was sent or saved elsewhere goes out of its mbox for good, also when mails are only read: left
-  // there it would be sent again.
+  // A draft that was sent or saved elsewhere goes out of its mbox for good, also when mails are only read:
+  // left there it would be sent again. Why it stays.
   std::string TakeOutOfMbox(std::size_t draft);
   // Writes new mails into a folder, behind the mails that there are.
   std::string AddMail(std::string raw, std::size_t folder, std::uint32_t flags);
