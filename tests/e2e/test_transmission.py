@@ -175,9 +175,8 @@ class BeforeSending(TransmissionTest):
             with self.subTest(guard):
                 result = self.send(guard)
                 reason = f"the macro before sending, {self.folder}/guard.macro, {reason}"
-                for line in result.out.splitlines():
-                    self.assertEqual(line, f"0 {reason}")
-                self.assertNotEqual(result.out, "")
+                answers = [line for line in result.out.splitlines() if line != "1"]  # which a macro may print
+                self.assertEqual(answers or ["none"], [f"0 {reason}"] * len(answers))
                 self.assertEqual(f"wrenfold: the mail is held back: {reason}\n" in result.err, told, result.err)
                 self.assertNotIn("would send", result.err)
                 self.assertEqual((self.names(self.outbox), self.names(self.sent)), ([], []))
