@@ -30,7 +30,7 @@ STEPS = [
     ("who_wrote", ""),
     ("learn/07_mark_what_asks", ""),
     ("file_newsletters", ""),
-    # This one opens the folder by its last name, and counts what lies there.
+    # This one opens the folder by its last name.
     ("answer_as_draft", f"{ALICE} --drafts out/learn/Drafts {ACCOUNTS} --templates samples/templates"),
     ("mails_from_csv", f"{ALICE} --drafts out/drafts {ACCOUNTS}"),
     ("export_sender", ""),

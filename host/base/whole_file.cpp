@@ -51,9 +51,13 @@ bool WriteWholeFile(const fs::path& file, std::string_view bytes) {
   return Write(file, bytes, std::ios::trunc);
 }
 
-bool ReplaceFile(const fs::path& file, std::string_view bytes) {
+fs::path BesideFile(const fs::path& file) {
   fs::path beside = file;
-  beside += ".new";
+  return beside += ".new";
+}
+
+bool ReplaceFile(const fs::path& file, std::string_view bytes) {
+  const fs::path beside = BesideFile(file);
   std::error_code error;
   const bool written = WriteWholeFile(beside, bytes);
   if (written) fs::rename(beside, file, error);

@@ -22,6 +22,9 @@ std::optional<std::string> ReadBytes(const std::filesystem::path& file, std::uin
 // Makes the file, or gives it new contents. False on failure, which may leave it cut.
 bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
+// Where ReplaceFile writes before the file has its place: "a.eml.new".
+std::filesystem::path BesideFile(const std::filesystem::path& file);
+
 // Writes beside the file and then takes its place, so that a failure leaves the old one whole. False
 // on failure.
 bool ReplaceFile(const std::filesystem::path& file, std::string_view bytes);

@@ -31,6 +31,8 @@ struct Written {
   std::optional<std::uintmax_t> mbox_size;  // before it was added to an mbox; else it has a file of its own
 };
 
+std::string CannotWrite(const fs::path& file) { return "cannot write " + PathToUtf8(file); }
+
 ExportedMail AsExported(const StoredMail& mail) {
   const MessageParts parts = SplitMessage(mail.raw);
   wfinfo::AddressReader from(FindHeader(parts, "From"));
@@ -45,11 +47,18 @@ ExportedMail AsExported(const StoredMail& mail) {
   return exported;
 }
 
+// A name that no file has, and none that is being written.
 fs::path NewFile(const StoredMail& mail, const MailFolder& target) {
-  if (mail.place == MailPlace::kFile) return FreeName(target.path / mail.source.filename());
-  return FreeName(target.path / PathFromUtf8(ExportName(AsExported(mail), ExportNaming::kDate, 0) + ".eml"));
+  const fs::path name = mail.place == MailPlace::kFile
+                            ? mail.source.filename()
+                            : PathFromUtf8(ExportName(AsExported(mail), ExportNaming::kDate, 0) + ".eml");
+  return FreeName(target.path / name, [](const fs::path& file) {
+    std::error_code error;
+    return fs::exists(file, error) || fs::exists(BesideFile(file), error);
+  });
 }
 
+// Beside the name that it is to have.
 std::optional<std::string> WriteFile(Written& written, const MailFolder& target) {
   StoredMail& mail = written.mail;
   const bool own_file = mail.place == MailPlace::kFile;
@@ -57,11 +66,22 @@ std::optional<std::string> WriteFile(Written& written, const MailFolder& target)
   // The file itself, which may hold more than the mail: a "From " line in front of it.
   const auto bytes = own_file ? ReadWholeFile(mail.source) : std::optional(mail.raw);
   if (!bytes) return WhyUnreadable(mail.source);
-  if (!ReplaceFile(file, *bytes)) return "cannot write " + PathToUtf8(file);
+  if (!WriteWholeFile(BesideFile(file), *bytes)) {
+    std::error_code error;
+    fs::remove(BesideFile(file), error);
+    return CannotWrite(file);
+  }
   mail.source = file;
   if (!own_file) mail.offset = 0;
   mail.place = MailPlace::kFile;
   return std::nullopt;
+}
+
+// Gives a file that was written beside its name.
+std::optional<std::string> Name(const Written& written) {
+  std::error_code error;
+  fs::rename(BesideFile(written.mail.source), written.mail.source, error);
+  return error ? std::optional(CannotWrite(written.mail.source)) : std::nullopt;
 }
 
 // The last bytes of a file.
@@ -71,37 +91,28 @@ std::string EndingOf(const fs::path& file, std::uintmax_t size) {
       .value_or("");
 }
 
-std::optional<std::string> AppendToMbox(Written& written, const MailFolder& target) {
+// All of them in one go.
+std::optional<std::string> AppendToMbox(std::span<Written> mails, const MailFolder& target) {
   std::error_code error;
   const std::uintmax_t size = fs::file_size(target.path, error);
   if (error) return CannotRead(target.path, ReasonOf(error));
-  const std::string separator = MboxSeparator(EndingOf(target.path, size));
-  const std::string entry = MboxEntry(AsExported(written.mail));
-  if (!AppendToFile(target.path, separator + entry)) {
-    fs::resize_file(target.path, size, error);
-    return "cannot write " + PathToUtf8(target.path);
+  std::string text;
+  std::string ending = EndingOf(target.path, size);
+  for (Written& written : mails) {
+    text += MboxSeparator(ending);
+    const std::string entry = MboxEntry(AsExported(written.mail));
+    ending = entry;
+    written.mbox_size = size;
+    written.mail.source = target.path;
+    written.mail.offset = size + text.size() + entry.find('\n') + 1;
+    written.mail.place = MailPlace::kMbox;
+    // The entry ends its last line, and so does the mail when it is taken out again.
+    written.mail.raw = MailOfSpan(entry, MboxSpans(entry)[0]);
+    text += entry;
   }
-  written.mbox_size = size;
-  written.mail.source = target.path;
-  written.mail.offset = size + separator.size() + entry.find('\n') + 1;
-  written.mail.place = MailPlace::kMbox;
-  // The entry ends its last line, and so does the mail when it is taken out again.
-  written.mail.raw = MailOfSpan(entry, MboxSpans(entry)[0]);
-  return std::nullopt;
-}
-
-// The mail as it is in `target`, or why it cannot be there.
-std::variant<Written, std::string> Write(const StoredMail& mail, std::size_t target, const MailStore& store) {
-  const MailFolder& folder = store.folders()[target];
-  Written written{mail, std::nullopt};
-  written.mail.folder = target;
-  if (folder.kind == FolderKind::kSearch)
-    return folder.name + " shows what a search finds: no mail lies in it";
-  if (store.read_only()) return written;
-  auto failure =
-      folder.kind == FolderKind::kMbox ? AppendToMbox(written, folder) : WriteFile(written, folder);
-  if (failure) return *std::move(failure);
-  return written;
+  if (AppendToFile(target.path, text)) return std::nullopt;
+  fs::resize_file(target.path, size, error);
+  return CannotWrite(target.path);
 }
 
 // In the reverse order of writing.
@@ -110,32 +121,83 @@ void TakeBack(std::span<const Written> written) {
   for (std::size_t i = written.size(); i-- > 0;) {
     if (written[i].mbox_size) {
       fs::resize_file(written[i].mail.source, *written[i].mbox_size, error);
-    } else {
+    } else if (!fs::remove(BesideFile(written[i].mail.source), error)) {
       fs::remove(written[i].mail.source, error);
     }
   }
 }
 
+// The files beside their names, then all get them: little time passes between the first and the last.
+std::optional<std::string> WriteFiles(std::vector<Written>& mails, const MailFolder& target) {
+  std::optional<std::string> failure;
+  std::size_t count = 0;  // of those that were written
+  while (count < mails.size() && !(failure = WriteFile(mails[count], target))) ++count;
+  for (std::size_t i = 0; i < mails.size() && !failure; ++i) failure = Name(mails[i]);
+  if (failure) TakeBack(std::span(mails).first(count));
+  return failure;
+}
+
+// The mails as they are in `target`, or why they cannot all be there; then none is.
+std::variant<std::vector<Written>, std::string> Write(std::span<const std::size_t> mails, std::size_t target,
+                                                      const MailStore& store) {
+  const MailFolder& folder = store.folders()[target];
+  std::vector<Written> written;
+  for (const std::size_t i : mails) {
+    written.push_back({store.mails()[i], std::nullopt});
+    written.back().mail.folder = target;
+  }
+  if (folder.kind == FolderKind::kSearch)
+    return folder.name + " shows what a search finds: no mail lies in it";
+  if (store.read_only()) return written;
+  auto failure =
+      folder.kind == FolderKind::kMbox ? AppendToMbox(written, folder) : WriteFiles(written, folder);
+  if (failure) return *std::move(failure);
+  return written;
+}
+
 // --- Taking mails from where they lie ---
 
-// Rewrites an mbox without these mails, and tells the others where they are in it. Why it stays as it is.
-std::optional<std::string> CutFromMbox(MailStore& store, const fs::path& file,
-                                       std::span<const std::size_t> mails) {
+// An mbox without some of its mails, which lies beside it until it takes its place.
+struct MboxCut {
+  fs::path file;
+  std::vector<MboxSpan> spans;
+};
+
+// Writes it, or tells why that is not possible.
+std::variant<MboxCut, std::string> PrepareCut(const MailStore& store, const fs::path& file,
+                                              std::span<const std::size_t> mails) {
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return WhyUnreadable(file);
-  std::vector<MboxSpan> cut;
+  std::set<std::uint64_t> offsets;
+  for (const std::size_t i : mails) offsets.insert(store.mails()[i].offset);
+  MboxCut cut{file, {}};
   for (const MboxSpan& span : MboxSpans(*bytes)) {
-    const bool wanted = std::any_of(mails.begin(), mails.end(), [&](std::size_t i) {
-      return store.mails()[i].offset == span.mail && store.mails()[i].raw == MailOfSpan(*bytes, span);
+    if (!offsets.contains(span.mail)) continue;
+    const std::string raw = MailOfSpan(*bytes, span);
+    const bool same = std::any_of(mails.begin(), mails.end(), [&](std::size_t i) {
+      return store.mails()[i].offset == span.mail && store.mails()[i].raw == raw;
     });
-    if (wanted) cut.push_back(span);
+    if (same) cut.spans.push_back(span);
   }
-  if (cut.size() != mails.size()) return PathToUtf8(file) + " was changed since it was read";
-  if (!ReplaceFile(file, WithoutSpans(*bytes, cut))) return "cannot write " + PathToUtf8(file);
+  if (cut.spans.size() != mails.size()) return PathToUtf8(file) + " was changed since it was read";
+  if (WriteWholeFile(BesideFile(file), WithoutSpans(*bytes, cut.spans))) return cut;
+  std::error_code error;
+  fs::remove(BesideFile(file), error);
+  return CannotWrite(file);
+}
+
+// Puts it in its place, and tells the mails left where they are in it. Why the mbox stays as it is.
+std::optional<std::string> CommitCut(MailStore& store, const MboxCut& cut) {
+  std::error_code error;
+  fs::rename(BesideFile(cut.file), cut.file, error);
+  if (error) {
+    fs::remove(BesideFile(cut.file), error);
+    return CannotWrite(cut.file);
+  }
   for (StoredMail& mail : store.mails()) {
-    if (mail.place != MailPlace::kMbox || mail.source != file) continue;
+    if (mail.place != MailPlace::kMbox || mail.source != cut.file) continue;
     std::uint64_t before = 0;
-    for (const MboxSpan& span : cut) before += span.end <= mail.offset ? span.end - span.begin : 0;
+    for (const MboxSpan& span : cut.spans) before += span.end <= mail.offset ? span.end - span.begin : 0;
     mail.offset -= before;
   }
   return std::nullopt;
@@ -145,7 +207,11 @@ std::optional<std::string> TakeFromDisk(MailStore& store, std::span<const std::s
   const StoredMail& first = store.mails()[mails[0]];
   if (store.read_only() || first.place == MailPlace::kMemory) return std::nullopt;
   const fs::path file = first.source;
-  if (first.place == MailPlace::kMbox) return CutFromMbox(store, file, mails);
+  if (first.place == MailPlace::kMbox) {
+    const auto cut = PrepareCut(store, file, mails);
+    if (const auto* reason = std::get_if<std::string>(&cut)) return *reason;
+    return CommitCut(store, std::get<MboxCut>(cut));
+  }
   std::error_code error;
   if (!fs::remove(file, error) && error) return "cannot remove " + PathToUtf8(file) + ": " + ReasonOf(error);
   return std::nullopt;
@@ -181,27 +247,40 @@ bool Rename(StoredMail& mail, const MailFolder& target) {
   return !error;
 }
 
+// Out of an mbox: its new file is ready before anything shows in `target`, so that an interrupted move leaves
+// mails twice only between the two renames, or while files get their names.
+std::variant<std::vector<Written>, std::string> WriteAndTake(MailStore& store,
+                                                             std::span<const std::size_t> group,
+                                                             std::size_t target) {
+  const StoredMail& first = store.mails()[group[0]];
+  const bool cuts = first.place == MailPlace::kMbox && !store.read_only();
+  std::optional<MboxCut> cut;
+  if (cuts) {
+    auto prepared = PrepareCut(store, fs::path(first.source), group);
+    if (auto* reason = std::get_if<std::string>(&prepared)) return std::move(*reason);
+    cut = std::get<MboxCut>(std::move(prepared));
+  }
+  auto written = Write(group, target, store);
+  if (std::holds_alternative<std::string>(written)) {
+    std::error_code error;
+    if (cut) fs::remove(BesideFile(cut->file), error);
+    return written;
+  }
+  auto failure = cut ? CommitCut(store, *cut) : TakeFromDisk(store, group);
+  if (!failure) return written;
+  if (!store.read_only()) TakeBack(std::get<std::vector<Written>>(written));
+  return *std::move(failure);
+}
+
 std::optional<std::string> MoveGroup(MailStore& store, std::span<const std::size_t> group,
                                      std::size_t target) {
   const MailFolder& folder = store.folders()[target];
   StoredMail& first = store.mails()[group[0]];
   const bool renames = first.place == MailPlace::kFile && folder.kind == FolderKind::kFolder;
   if (renames && !store.read_only() && Rename(first, folder)) return first.folder = target, std::nullopt;
-  std::vector<Written> written;
-  std::optional<std::string> failure;
-  for (const std::size_t i : group) {
-    auto result = Write(store.mails()[i], target, store);
-    if (auto* reason = std::get_if<std::string>(&result)) {
-      failure = std::move(*reason);
-      break;
-    }
-    written.push_back(std::get<Written>(std::move(result)));
-  }
-  if (!failure) failure = TakeFromDisk(store, group);
-  if (failure) {
-    if (!store.read_only()) TakeBack(written);
-    return failure;
-  }
+  auto result = WriteAndTake(store, group, target);
+  if (auto* reason = std::get_if<std::string>(&result)) return std::move(*reason);
+  auto& written = std::get<std::vector<Written>>(result);
   for (std::size_t i = 0; i < group.size(); ++i) store.mails()[group[i]] = std::move(written[i].mail);
   return std::nullopt;
 }
@@ -230,12 +309,12 @@ Filed CopyMails(MailStore& store, std::span<const std::size_t> mails, std::size_
   Filed filed;
   for (const std::size_t i : mails) {
     if (i >= store.mails().size()) continue;
-    auto result = Write(store.mails()[i], target, store);
+    auto result = Write(std::span(&i, 1), target, store);
     if (auto* reason = std::get_if<std::string>(&result)) {
       Note(filed, {}, std::move(*reason));
       continue;
     }
-    store.mails().push_back(std::get<Written>(std::move(result)).mail);
+    store.mails().push_back(std::move(std::get<std::vector<Written>>(result)[0].mail));
     filed.mails.push_back(i);
   }
   return filed;

@@ -1,10 +1,10 @@
 // Mails to other folders, on disk and in the store.
 //
 // A mail with a file of its own is renamed into the folder; one of an mbox is written there first and then
-// left out of the mbox, which is rewritten beside and renamed. An interrupted move leaves a mail twice, never
-// not at all. A mail that cannot be written, or not be taken from where it lies, stays there, and nothing is
-// left of the try. Names in use get a number behind them: "a (2).eml"; mails without a file are named by
-// their date: "20250602-090000.eml".
+// left out of the mbox, which is rewritten beside and renamed. An interrupted move leaves mails twice, never
+// not at all, and only those that had their new places by then. A mail that cannot be written, or not be
+// taken from where it lies, stays there, and nothing is left of the try. Names in use get a number behind
+// them: "a (2).eml"; mails without a file are named by their date: "20250602-090000.eml".
 //
 // A store that is read-only changes in memory alone.
 #pragma once

@@ -3,6 +3,7 @@
 #include "host/charset/charsets.h"
 #include "host/charset/names.h"
 #include "host/mail/named_address.h"
+#include "host/terminal/terminal_text.h"
 #include "host/writing/missing_mail.h"
 
 namespace wrenfold {
@@ -63,7 +64,9 @@ HostResult GoToLine(HostCall& call) {
 HostResult Address(HostCall& call) {
   const Value& address = call.given[1];
   if (address.IsText() && !address.Text().empty()) {
-    return Value(NamedAddress(TextOf(call.given[0]), address.Text()));
+    if (IsOneAddress(address.Text())) return Value(NamedAddress(TextOf(call.given[0]), address.Text()));
+    const std::string shown = Quoted(SystemCharsets().HostToUtf8(address.Text()), 60);
+    return TextOr(call, std::nullopt, (shown + " is not one address").c_str());
   }
   return Complaint{"HostAddress takes a name, which may be \"\", and an address"};
 }
@@ -91,7 +94,9 @@ constexpr HostFunction kFunctions[] = {
      "Moves the cursor in the text of the mail being written, 0 for the first line (SwitchDontOrikaeshi, "
      "GetDontOrikaeshi)."},
     {"HostAddress", 2, Address, "HostAddress(name, address)",
-     "One recipient, whatever is in the name: \"Doe, Jane\" <jane@example.com>."},
+     "One recipient, whatever is in the name: \"Doe, Jane\" <jane@example.com>; \"\" with the reason when "
+     "the "
+     "address is not one address."},
     {"HostDecode", 2, Decode, "HostDecode(bytes, charset)",
      "Host text of the bytes of another program, such as a page that Inet_Read gave: HostDecode(page, "
      "\"utf-8\"); with \"\" as a mail "

@@ -307,7 +307,10 @@ std::optional<Value> Interpreter::CallFunction(const Expression& expression,
   for (std::size_t i = 0; i < parameters.size(); ++i)
     frame.variables.insert_or_assign(function->parameters[i], std::move(parameters[i]));
   Frame* const outer = std::exchange(frame_, &frame);
+  // A statement of a function is none of the program's.
+  std::optional<Value> value = std::move(last_value_);
   const Flow flow = RunAll(function->body);
+  last_value_ = std::move(value);
   frame_ = outer;
   if (flow == Flow::kStop) return std::nullopt;
   return std::move(frame.result);

@@ -254,7 +254,7 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file, std::size_t 
       return std::nullopt;
     }
   } else {
-    if (ExtensionOf(file) == ".mbox") return CannotRead(file, "an mbox file begins with a \"From \" line");
+    if (ExtensionOf(file) == ".mbox") return CannotRead(file, kNoMbox);
     mails.emplace_back().raw = std::move(bytes);
   }
   const fs::path folder = FolderOfFile(file);

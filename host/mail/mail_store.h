@@ -61,6 +61,9 @@ struct MailTree {
   std::filesystem::path root;
 };
 
+// What is wrong with an .mbox file that is none.
+inline constexpr char kNoMbox[] = "an mbox file begins with a \"From \" line";
+
 // A folder of this name holds what the host itself keeps, the mails that it sends and receives among it.
 inline constexpr char kOwnFolder[] = "wrenfold";
 

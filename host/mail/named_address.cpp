@@ -33,4 +33,28 @@ std::string NamedAddress(std::string_view name, std::string_view address) {
   return (special ? '"' + quoted + '"' : shown) + " <" + OneLine(address) + ">";
 }
 
+bool IsOneAddress(std::string_view address) {
+  constexpr std::string_view kDividers = "<>,;:\"\\()";
+  address = Trim(address);
+  const bool opens = address.starts_with('"');
+  bool quoted = opens;
+  if (opens) address.remove_prefix(1);
+  while (!address.empty()) {
+    const std::string_view unit = wfinfo::NextUnit(address);
+    address.remove_prefix(unit.size());
+    if (unit.size() > 1) continue;
+    const char c = unit[0];
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') return false;
+    if (quoted && c == '\\') {
+      if (!address.empty()) address.remove_prefix(wfinfo::UnitLength(address));
+    } else if (quoted && c == '"') {
+      quoted = false;
+      if (!address.starts_with('@')) return false;
+    } else if (!quoted && (c == ' ' || kDividers.find(c) != kDividers.npos)) {
+      return false;
+    }
+  }
+  return !quoted;
+}
+
 }  // namespace wrenfold

@@ -10,4 +10,8 @@ namespace wrenfold {
 // text. Line ends become blanks; "" as the name gives the address alone.
 std::string NamedAddress(std::string_view name, std::string_view address);
 
+// Whether host text can stand between "<" and ">" as one address: outside a quoted part in front of its "@"
+// it holds nothing that would end or divide the entry. Blanks around it do not count.
+bool IsOneAddress(std::string_view address);
+
 }  // namespace wrenfold

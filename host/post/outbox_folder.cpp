@@ -18,6 +18,8 @@ namespace fs = std::filesystem;
 
 std::string CannotWrite(const fs::path& path) { return "cannot write " + PathToUtf8(path); }
 
+std::string ExtensionOf(const fs::path& file) { return Lower(PathToUtf8(file.extension())); }
+
 // Makes the folder if need be; false when there is none then.
 bool MakeFolder(const fs::path& folder) {
   std::error_code error;
@@ -28,11 +30,18 @@ bool MakeFolder(const fs::path& folder) {
 }  // namespace
 
 std::vector<fs::path> MailFilesOf(const fs::path& folder) {
+  std::vector<fs::path> files = MailAndMboxFilesOf(folder);
+  std::erase_if(files, [](const fs::path& file) { return ExtensionOf(file) != ".eml"; });
+  return files;
+}
+
+std::vector<fs::path> MailAndMboxFilesOf(const fs::path& folder) {
   std::vector<fs::path> files;
   std::error_code error;
   fs::directory_iterator entry(folder, error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    if (Lower(PathToUtf8(entry->path().extension())) == ".eml") files.push_back(entry->path());
+    const std::string extension = ExtensionOf(entry->path());
+    if (extension == ".eml" || extension == ".mbox") files.push_back(entry->path());
   }
   std::ranges::sort(files);
   return files;

@@ -49,6 +49,8 @@ class OutboxFolder {
 
 // The .eml files of a folder in order of their names; none when it cannot be read.
 std::vector<std::filesystem::path> MailFilesOf(const std::filesystem::path& folder);
+// With its .mbox files among them.
+std::vector<std::filesystem::path> MailAndMboxFilesOf(const std::filesystem::path& folder);
 
 // Moves a file, also to another volume; a failure leaves the file where it was. Returns why.
 std::optional<std::string> MoveFileTo(const std::filesystem::path& from, const std::filesystem::path& to);

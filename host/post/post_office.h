@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ struct PostOffice {
   std::filesystem::path mails;  // for received mails while there is no folder
   std::string send_with;        // command line of a program that really sends, UTF-8; "" : nothing leaves
   std::size_t put = 0;          // mails that this run has put into the outbox
+  std::set<std::filesystem::path> failed;  // files of the outbox that this run could not send
 
   Transmission transmission;
   std::vector<std::filesystem::path> remote;  // mails on the server, as last listed

@@ -68,7 +68,12 @@ std::string Code(DWORD code) { return std::to_string(code); }
 
 // The child, waited for.
 std::optional<std::string> Wait(const UniqueHandle& process, const std::string& name) {
-  if (WaitForSingleObject(process.get(), kMostMs) != WAIT_OBJECT_0) {
+  const DWORD waited = WaitForSingleObject(process.get(), kMostMs);
+  if (waited == WAIT_FAILED) {
+    return name + " was started, but cannot be waited for, error " + Code(GetLastError()) +
+           ": look whether it has sent the mail, which would be sent again";
+  }
+  if (waited != WAIT_OBJECT_0) {
     TerminateProcess(process.get(), 1);
     WaitForSingleObject(process.get(), INFINITE);
     return name + " did not end within ten minutes";
@@ -94,7 +99,7 @@ std::variant<UniqueHandle, std::string> Start(const std::string& line, HANDLE in
                       EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr, &start.StartupInfo, &child)) {
     return "error " + Code(GetLastError());
   }
-  CloseHandle(child.hThread);
+  if (child.hThread != nullptr) CloseHandle(child.hThread);
   return UniqueHandle(child.hProcess);
 }
 

@@ -21,10 +21,13 @@ void Transmission::Advance(const Carry& carry) {
     return;
   }
   const TransmissionStep& step = steps_[next_++];
+  received = 1;
   if (auto failure = carry(step)) {
     result_.failures.push_back(*std::move(failure));
+  } else if (step.kind == TransmissionStep::Kind::kSend) {
+    ++result_.sent;
   } else {
-    ++(step.kind == TransmissionStep::Kind::kSend ? result_.sent : result_.received);
+    result_.received += received;
   }
   running_ = next_ < steps_.size();
 }

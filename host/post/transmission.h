@@ -44,6 +44,8 @@ class Transmission {
 
   // Asked before each step.
   bool cancel_asked = false;
+  // Mails that the step brought: whoever carries it out may set it to what an mbox held.
+  std::size_t received = 1;
 
   const TransmissionResult& result() const { return result_; }
 

@@ -1,5 +1,6 @@
 // The half of HostState that knows folders: which mails each shows, and what filing changes.
 #include <algorithm>
+#include <utility>
 
 #include "host/base/ascii.h"
 #include "host/base/file_reasons.h"
@@ -189,6 +190,20 @@ std::string HostState::DeleteMails(std::span<const std::size_t> mails) {
   return failure.empty() ? gone.failure : failure;
 }
 
+std::string HostState::TakeOutOfMbox(std::size_t draft) {
+  const MailPlace place =
+      std::exchange(Mail(draft).place, MailPlace::kMbox);  // one that was opened alone too
+  const bool was_read_only = read_only();
+  set_read_only(false);
+  const Filed gone = EraseMails(store_, std::span(&draft, 1));
+  set_read_only(was_read_only);
+  if (!gone.failure.empty()) return Mail(draft).place = place, gone.failure;
+  memories_[draft].alone = false;
+  Remove(draft);
+  MailsChanged();
+  return "";
+}
+
 std::string HostState::AddMail(std::string raw, std::size_t folder, std::uint32_t flags) {
   std::vector<StoredMail> mails(1);
   mails[0].raw = std::move(raw);
@@ -210,15 +225,17 @@ std::string HostState::Receive(const std::filesystem::path& file, std::size_t fo
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return WhyUnreadable(file);
   if (bytes->empty()) return CannotRead(file, "the file is empty");
+  const bool named_mbox = Lower(PathToUtf8(file.extension())) == ".mbox";
+  if (named_mbox && !IsMbox(*bytes)) return CannotRead(file, kNoMbox);
   auto mails = MailsOfFile(*bytes, IsMbox(*bytes) ? ImportType::kMbox : ImportType::kEml);
   if (!mails) return CannotRead(file, "no mail is in it");
+  const bool is_mbox = named_mbox || mails->size() > 1;
   for (StoredMail& mail : *mails) {
     mail.source = file;
-    mail.place = mails->size() == 1 ? MailPlace::kFile : MailPlace::kMbox;
+    mail.place = is_mbox ? MailPlace::kMbox : MailPlace::kFile;
     mail.flags &= ~std::uint32_t{kMailRead | kMailOld};
     mail.folder = kNoFolder;
   }
-  const bool is_mbox = mails->size() > 1;
   const std::vector<std::size_t> added = Append(*std::move(mails));
   const Filed filed =
       stays ? wrenfold::CopyMails(store_, added, folder) : wrenfold::MoveMails(store_, added, folder);

@@ -118,6 +118,9 @@ class HostState {
   std::string CopyMails(std::span<const std::size_t> mails, std::size_t target);
   // To the trash of their tree, which is made when missing; what lies in it is removed for good.
   std::string DeleteMails(std::span<const std::size_t> mails);
+  // A draft that was sent or saved elsewhere goes out of its mbox for good, also when mails are only read:
+  // left there it would be sent again. Why it stays.
+  std::string TakeOutOfMbox(std::size_t draft);
   // Writes new mails into a folder, behind the mails that there are.
   std::string AddMail(std::string raw, std::size_t folder, std::uint32_t flags);
   std::string Import(std::vector<StoredMail> mails, std::size_t folder);
@@ -164,9 +167,10 @@ class HostState {
   Reception reception;
   // Why the last request, or the last call of a macro, failed, as UTF-8; "" when it did not.
   std::string failure;
-  // Runs macros in other windows and before a mail is sent; empty: nobody does, and those requests are
-  // answered 0.
+  // Runs macros in other windows; empty: nobody does, and those requests are answered 0.
   MacroRunner run_macro;
+  // Runs the macro file that has its turn before a mail is sent (UTF-8); empty: no mail is sent then.
+  MacroFileRunner run_macro_file;
   // What the keyword commands work with: accounts, templates, address book, ...
   CommandState commands;
 

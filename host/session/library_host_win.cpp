@@ -203,7 +203,16 @@ std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
                                                     std::span<const macro::Value> parameters) {
   macro::KnownNames known;
   for (std::size_t i = 0; i < parameters.size(); ++i) known.variables.insert("p" + std::to_string(i + 1));
-  const auto loaded = Load(SystemCharsets().HostToUtf8(macro), known);
+  return Run(Load(SystemCharsets().HostToUtf8(macro), known), parameters);
+}
+
+std::optional<macro::Value> OtherWindowsMacros::RunFile(const std::string& file) {
+  macro::KnownNames known;
+  return Run(LoadMacro(file, kMacroNames, known), {});
+}
+
+std::optional<macro::Value> OtherWindowsMacros::Run(const MacroOrReason& loaded,
+                                                    std::span<const macro::Value> parameters) {
   if (const auto* reason = std::get_if<std::string>(&loaded)) return NotRun(*reason);
   const auto& [file, program] = std::get<LoadedMacro>(loaded);
   macro::Interpreter interpreter(host_);
@@ -219,7 +228,7 @@ std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
   state_.folder_state().find_pack_to_restore = std::move(pack);
   state_.failure = failure;
   if (problem) return NotRun(Located(file, *problem));
-  return interpreter.last_value().value_or(macro::Value(1));
+  return interpreter.last_value().value_or(macro::Value::NullBecause("its last statement has no value"));
 }
 
 MacroOrReason OtherWindowsMacros::Load(const std::string& text, macro::KnownNames& known) {

@@ -78,8 +78,12 @@ class OtherWindowsMacros {
  public:
   OtherWindowsMacros(macro::MacroHost& host, HostState& state) : host_(host), state_(state) {
     state.run_macro = [this](std::string_view macro, auto parameters) { return Run(macro, parameters); };
+    state.run_macro_file = [this](const std::string& file) { return RunFile(file); };
   }
-  ~OtherWindowsMacros() { state_.run_macro = nullptr; }
+  ~OtherWindowsMacros() {
+    state_.run_macro = nullptr;
+    state_.run_macro_file = nullptr;
+  }
   OtherWindowsMacros(const OtherWindowsMacros&) = delete;
   OtherWindowsMacros& operator=(const OtherWindowsMacros&) = delete;
 
@@ -87,6 +91,8 @@ class OtherWindowsMacros {
   // Nothing when it could not be run: the user has been told, and HostState::failure says why.
   std::optional<macro::Value> Run(std::string_view macro, std::span<const macro::Value> parameters);
   std::nullopt_t NotRun(const std::string& reason);
+  std::optional<macro::Value> RunFile(const std::string& file);
+  std::optional<macro::Value> Run(const MacroOrReason& loaded, std::span<const macro::Value> parameters);
   static MacroOrReason Load(const std::string& text, macro::KnownNames& known);
 
   macro::MacroHost& host_;

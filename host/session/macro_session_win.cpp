@@ -140,8 +140,18 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
   EndTransmission(state, macros_ended);
   if (!KeepAtEnd(state)) result = kFailed;
   if (!state.SaveMarks()) result = kFailed;
+  if (result == kFine && HasUnsentMails(state)) result = kFailed;
   Summarise(server, options.trace);
   return result;
+}
+
+// Mails that its macro cannot look at would all be held back.
+std::optional<std::string> WhyNoSendMacro(const Options& options) {
+  if (options.send_macros.empty()) return std::nullopt;
+  macro::KnownNames known;
+  const auto loaded = LoadMacro(options.send_macros.back(), kMacroNames, known);
+  const auto* const reason = std::get_if<std::string>(&loaded);
+  return reason == nullptr ? std::nullopt : std::optional("--send-macro: " + *reason);
 }
 
 }  // namespace
@@ -155,6 +165,7 @@ int RunMacroSession(const Options& options) {
     if (const auto* reason = std::get_if<std::string>(&loaded)) return Fail(*reason);
     macros.push_back(std::get<LoadedMacro>(std::move(loaded)));
   }
+  if (const auto reason = WhyNoSendMacro(options)) return Fail(*reason);
   ShowProgressOnTerminal();
   HostState state;
   state.complain = Complain;

@@ -97,7 +97,7 @@ const std::string_view kUsage =
     "  --accounts FILE   accounts, read and written; else accounts.txt beside the first mail\n"
     "  --templates DIR   templates and signatures; --book FILE: an address book\n"
     "  --drafts DIR   where mails that are being written are kept; else Drafts beside the first mail\n"
-    "  --send-macro FILE   a macro that is run before each mail is sent; its value 0 refuses the mail\n"
+    "  --send-macro FILE   a macro that is run before each mail is sent; only a number but 0 lets it go\n"
     "  --inbox DIR    folder that mails are received from, in place of a server\n"
     "  --outbox DIR   folder of mails to be sent; else wrenfold/outbox beside the mails\n"
     "  --send-with \"PROGRAM ARGS\"   really sends: hands each mail to a program; else nothing leaves\n"
@@ -120,7 +120,9 @@ const std::string_view kUsage =
     "  --help         this text\n"
     "  --version      the versions of host and library\n"
     "\n"
-    "Exit code: 0 when all went well, 1 after an error, 2 when the command line is wrong.\n";
+    "Exit code: 0 when all went well, 1 after an error or when a mail could not be sent, 2 when the command "
+    "line\n"
+    "is wrong.\n";
 
 std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> arguments) {
   Options options;

@@ -32,6 +32,7 @@ struct Draft {
   std::string macro;               // that opened it
   std::size_t answered = kNoMail;  // that mail in this run
   std::size_t stored = kNoMail;    // mail of the folder of drafts that holds it
+  std::size_t in_mbox = kNoMail;   // mail of an mbox that it was opened from and takes the place of
   std::size_t cursor_line = 0;     // line of the body that the cursor stands in
 
   bool operator==(const Draft&) const = default;

@@ -33,6 +33,22 @@ void AddWhereMissing(std::string& mail, const MessageParts& parts, const std::st
   if (!value.empty() && Trim(FindHeader(parts, name)).empty()) mail += name + ": " + value + "\r\n";
 }
 
+// --- Recipients ---
+
+// Whether an entry, or its brackets when it ends in some, has something on both sides of an "@".
+bool HoldsAddress(std::string_view entry) {
+  const std::size_t open = entry.ends_with('>') ? entry.rfind('<') : entry.npos;
+  if (open != entry.npos) entry = entry.substr(open + 1, entry.size() - open - 2);
+  entry = Trim(entry);
+  const std::size_t at = entry.rfind('@');
+  return at != entry.npos && at > 0 && at + 1 < entry.size();
+}
+
+// "undisclosed-recipients:;"
+bool IsEmptyGroup(std::string_view entry) {
+  return entry.ends_with(';') && Trim(entry.substr(0, entry.size() - 1)).ends_with(':');
+}
+
 }  // namespace
 
 std::string HeaderOfHostText(std::string_view line) {
@@ -50,6 +66,19 @@ bool HasRecipients(std::string_view raw) {
     }
   }
   return false;
+}
+
+std::string_view UnreadableRecipient(std::string_view list) {
+  std::string_view name;  // whose address may follow
+  for (const std::string_view piece : AddressPieces(list)) {
+    const bool has_address = HoldsAddress(piece);
+    if (has_address && piece.ends_with('>')) name = {};
+    if (!name.empty()) return name;
+    if (has_address || IsEmptyGroup(piece)) continue;
+    if (piece.find_first_of("<>@") != piece.npos) return piece;
+    name = piece;
+  }
+  return name;
 }
 
 bool IsToBeSent(std::string_view raw) { return Trim(FindHeader(SplitMessage(raw), "X-Unsent")) != "1"; }

@@ -18,6 +18,7 @@ enum class MacroReason : std::int64_t { kUser = 0, kBeforeSending = 1 };
 struct WritingState {
   std::optional<Draft> draft;  // the mail being written
   std::optional<Draft> kept;   // the same as it was begun empty or saved last
+  std::size_t begun = 0;       // mails that were begun or opened again: whether it is the same one
 
   std::filesystem::path drafts;   // folder that drafts are saved in
   std::filesystem::path target;   // another one that a macro chose; "" for none

@@ -62,8 +62,13 @@ szCcEmail = archive@example.com
         self.run_sample("reply_with_date", "--mail", "samples/mails/japanese-iso-2022-jp.eml")
 
     def test_answer_as_draft(self):
-        self.run_sample("answer_as_draft", "--mail", "samples/mails/plain-ascii.eml", "--accounts", "samples/accounts.txt", "--templates",
-                        "samples/templates")
+        arguments = ("answer_as_draft", "--mail", "samples/mails/plain-ascii.eml", "--accounts", "samples/accounts.txt", "--templates",
+                     "samples/templates")
+        self.run_sample(*arguments)
+        # Once more, beside its first draft and another one.
+        other = self.folder / "samples/mails/Drafts/0.eml"
+        other.write_bytes(b"To: a@example.com\r\nSubject: another\r\nX-Unsent: 1\r\n\r\ntext\r\n")
+        self.run_sample(*arguments)
 
     def test_mails_from_csv(self):
         self.run_sample("mails_from_csv", "--mail", "samples/mails/plain-ascii.eml", "--accounts", "samples/accounts.txt")

@@ -2,6 +2,7 @@
 import email
 import email.policy
 import os
+import shutil
 import stat
 import unittest
 
@@ -39,6 +40,18 @@ class Drafts(HostTest):
 
 
 class Files(Drafts):
+    def test_a_name_makes_one_recipient_and_an_address_that_is_none_is_refused(self):
+        names = ("a> <b", "a@x.example> <b@x.example>, c", 'x" <b@x.example>, "y', "back\\\\", "(open", "山> <b, c")
+        for name in names:
+            with self.subTest(name):
+                quoted = name.replace('"', '\\"')
+                self.run_on_mail(f'NewMail()\nSetHeader("To", HostAddress("{quoted}", "c@d.example"))\nSaveDraft2(1)\n')
+                addresses = self.draft()["To"].addresses
+                self.assertEqual([a.addr_spec for a in addresses], ["c@d.example"], name)
+                shutil.rmtree(self.folder / "Drafts", ignore_errors=True)
+        result = self.run_on_mail('print "[", HostAddress("x", "a@b.example> <c@d.example"), "] ", HostReason()\n')
+        self.assert_output(result, '[] "a@b.example> <c@d.example" is not one address\n')
+
     def test_a_draft_is_read_by_others(self):
         self.write("book.bin", bytes(range(256)))
         self.assert_output(self.run_on_mail(

@@ -10,6 +10,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/desktop/macros_win.h"
 #include "host/services/services_win.h"
+#include "host/terminal/failure_win.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -93,14 +94,39 @@ constexpr Service kServices[] = {
 
 const ServiceFamily kMacrosServices = {kServices, {}};
 
-std::optional<std::int64_t> RunBeforeSending(HostState& state) {
-  const std::string file = state.writing.send_macro;
-  if (!state.run_macro || g_depth >= kMostDepth) return std::nullopt;
+namespace {
+
+// nullopt when it could not be run to its end.
+std::optional<macro::Value> RunBeforeSending(HostState& state, const std::string& file) {
+  if (!state.run_macro_file || g_depth >= kMostDepth) return std::nullopt;
   const RunningFor running(state.writing, MacroReason::kBeforeSending, file);
   ++g_depth;
-  const auto value = state.run_macro(SystemCharsets().Utf8ToHost(file), {});
+  auto value = state.run_macro_file(file);
   --g_depth;
-  return value ? std::optional(NumberOf(*value)) : std::nullopt;
+  return value;
+}
+
+}  // namespace
+
+std::optional<std::string> WhyHeldBack(HostState& state) {
+  const std::string file = state.writing.send_macro;
+  if (file.empty()) return std::nullopt;
+  const std::string macro = "the macro before sending, " + file + ", ";
+  const std::size_t begun = state.writing.begun;
+  const auto value = RunBeforeSending(state, file);
+  // A refusal is the macro's own business; whoever wrote it has to hear of the others.
+  if (value && value->IsNumber() && value->Number() == 0) return macro + "refused the mail";
+  std::string reason;
+  if (!value) {
+    reason = macro + "could not be run to its end";
+  } else if (!value->IsNumber()) {
+    reason = macro + "does not end in a number, which would let the mail go";
+  } else if (!state.HasDraft() || state.writing.begun != begun) {
+    reason = macro + "closed the mail";
+  }
+  if (reason.empty()) return std::nullopt;
+  Tell("the mail is held back: " + reason);
+  return reason;
 }
 
 }  // namespace wrenfold

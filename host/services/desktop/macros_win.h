@@ -1,15 +1,15 @@
 // Macros that services run.
 #pragma once
 
-#include <cstdint>
 #include <optional>
+#include <string>
 
 #include "host/requests/host_state.h"
 
 namespace wrenfold {
 
-// Runs the user's macro before a mail is sent: its value, 1 when that is no number; nothing when it cannot
-// be run.
-std::optional<std::int64_t> RunBeforeSending(HostState& state);
+// Has the user's macro, if there is one, look at the mail being written. Returns why that must not be sent:
+// only a number other than 0 lets it go, and only while it is the same mail that is being written.
+std::optional<std::string> WhyHeldBack(HostState& state);
 
 }  // namespace wrenfold

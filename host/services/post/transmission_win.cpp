@@ -79,9 +79,11 @@ std::size_t FolderFor(HostState& state, const std::string& account) {
 
 std::optional<std::string> Receive(HostState& state, const TransmissionStep& step) {
   const std::size_t first = state.mail_count();
+  const auto came = [&] { return state.mail_count() - first; };
   const std::string reason =
       state.Receive(step.file, FolderFor(state, step.account), step.kind == Kind::kFetch);
   for (std::size_t mail = first; mail < state.mail_count(); ++mail) state.reception.Add(mail, step.account);
+  Post(state).transmission.received = came();
   return reason.empty() ? std::nullopt : std::optional(reason);
 }
 
@@ -101,7 +103,7 @@ bool Has(HostState& state, std::size_t folder, const fs::path& file) {
 void AddMailsOf(HostState& state, std::vector<TransmissionStep>& steps, Kind kind, const fs::path& server,
                 const std::string& account) {
   const std::size_t folder = FolderFor(state, account);
-  for (fs::path& file : MailFilesOf(server)) {
+  for (fs::path& file : kind == Kind::kReceive ? MailAndMboxFilesOf(server) : MailFilesOf(server)) {
     if (kind == Kind::kFetch && Has(state, folder, file)) continue;
     steps.push_back({kind, std::move(file), account});
   }
@@ -158,14 +160,16 @@ void ShowWouldSend(const std::string& raw) {
 }
 
 std::optional<std::string> Send(HostState& state, const TransmissionStep& step) {
-  const PostOffice& post = Post(state);
+  PostOffice& post = Post(state);
   const auto before = ReadWholeFile(step.file);
   const MailStamp stamp{DateHeaderNow(), UniqueNameNow(), Utf8(OwnAddress(state))};
-  return post.outbox.Send(step.file, stamp, [&](const fs::path& file, const std::string&) {
+  auto failure = post.outbox.Send(step.file, stamp, [&](const fs::path& file, const std::string&) {
     if (!post.send_with.empty()) return SendWithProgram(post.send_with, file);
     ShowWouldSend(*before);
     return std::optional<std::string>();
   });
+  if (failure) post.failed.insert(step.file);
+  return failure;
 }
 
 std::vector<TransmissionStep> StepsToSend(HostState& state) {
@@ -357,6 +361,7 @@ void StopTransmission(HostState& state) {
 }
 
 Answer PostLater(Request& request, std::string_view mail) {
+  if (!HasRecipients(mail)) return request.Fail("the mail has no recipient");
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
   ++Post(request.state).put;
@@ -376,6 +381,12 @@ Answer PostNow(Request& request, std::string_view mail) {
   }
   FinishTransmission(request.state);
   return Transmit(request, kSendNow, {{Kind::kSend, file, ""}});
+}
+
+bool HasUnsentMails(HostState& state) {
+  std::error_code error;
+  return std::ranges::any_of(Post(state).failed,
+                             [&](const fs::path& file) { return fs::exists(file, error); });
 }
 
 std::string WaitingMails(HostState& state) {

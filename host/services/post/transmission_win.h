@@ -28,6 +28,9 @@ void StopTransmission(HostState& state);
 // What the user must know when the program ends: "1 mail waits in ...". "" for nothing.
 std::string WaitingMails(HostState& state);
 
+// Whether a mail that this run tried to send lies in the outbox still.
+bool HasUnsentMails(HostState& state);
+
 inline constexpr char kNoImap[] = "no IMAP server: --imap DIR names a folder that stands for one";
 
 // The accounts' names as host text; "local" when there are none. The first one is the current account.

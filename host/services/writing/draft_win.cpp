@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "host/base/ascii.h"
 #include "host/base/paths.h"
@@ -49,14 +51,39 @@ std::size_t FindById(HostState& state, std::string_view id) {
   return kNoMail;
 }
 
+// Whether an mbox holds this mail and no other.
+bool IsOnlyMail(std::string_view mbox, const std::string& raw) {
+  const std::vector<StoredMail> mails = IsMbox(mbox) ? SplitMbox(mbox) : std::vector<StoredMail>();
+  return mails.size() == 1 && mails[0].raw == raw;
+}
+
 void DeleteStored(HostState& state, std::size_t mail) {
   const fs::path file = state.Mail(mail).source;
   std::error_code error;
   // Whatever another program has written there since stays.
   const auto bytes = ReadWholeFile(file);
-  if (bytes && *bytes == state.Mail(mail).raw && fs::remove(file, error)) return state.Remove(mail);
+  const bool same = bytes && (*bytes == state.Mail(mail).raw || IsOnlyMail(*bytes, state.Mail(mail).raw));
+  if (same && fs::remove(file, error)) return state.Remove(mail);
   if (!bytes && !fs::exists(file, error)) return state.Remove(mail);
   Tell("the draft " + PathToUtf8(file) + " was sent, but cannot be deleted");
+}
+
+// Of a draft that an mbox holds, the mail there; an .eml file with a "From " line in front is no mbox.
+bool LiesInMbox(HostState& state, std::size_t mail) {
+  const StoredMail& stored = state.Mail(mail);
+  if (stored.place != MailPlace::kMemory) return stored.place == MailPlace::kMbox;
+  return IsMbox(ReadWholeFile(stored.source).value_or(""));
+}
+
+void LeaveMbox(HostState& state, Draft& draft, const char* what_became) {
+  if (draft.in_mbox >= state.mail_count()) return;
+  const std::string failure = state.TakeOutOfMbox(draft.in_mbox);
+  if (failure.empty()) {
+    draft.in_mbox = kNoMail;
+  } else {
+    Tell("the draft in " + PathToUtf8(state.Mail(draft.in_mbox).source) + " was " + what_became +
+         ", but cannot be deleted there: " + failure);
+  }
 }
 
 void MarkAnswered(HostState& state, const Draft& draft) {
@@ -92,6 +119,7 @@ Answer BeginWriting(Request& request, Draft draft) {
   state.folder_state().keep_root_flags = false;
   state.writing.kept.reset();
   state.writing.draft = std::move(draft);
+  ++state.writing.begun;
   state.writing.switched = 0;
   Windows::OpenView();
   return Request::Done(true);
@@ -101,16 +129,19 @@ Answer ReopenDraft(Request& request, std::size_t mail) {
   HostState& state = request.state;
   const fs::path& file = state.Mail(mail).source;
   std::error_code error;
-  if (state.IsRemoved(mail) && !fs::exists(file, error))
-    return request.Fail("the draft was sent or deleted: " + PathToUtf8(file) + " is gone");
-  if (!state.HasDraft() || state.writing.draft->stored != mail) {
+  const bool is_gone = state.IsGone(mail) && state.Mail(mail).place == MailPlace::kMemory;
+  if (is_gone || (state.IsRemoved(mail) && !fs::exists(file, error)))
+    return request.Fail("the draft was sent or deleted: " + PathToUtf8(file) +
+                        (is_gone ? " does not hold it any more" : " is gone"));
+  if (!state.HasDraft() || (state.writing.draft->stored != mail && state.writing.draft->in_mbox != mail)) {
     if (const auto reason = KeepDraft(state)) return request.Fail(*reason);
     Draft draft = ReadDraftFile(state.Mail(mail).raw);
     // One of many mails in a file is saved to a file of its own.
-    if (!IsMbox(ReadWholeFile(state.Mail(mail).source).value_or(""))) draft.stored = mail;
+    (LiesInMbox(state, mail) ? draft.in_mbox : draft.stored) = mail;
     draft.answered = FindById(state, draft.answered_id);
     state.writing.kept = draft;
     state.writing.draft = std::move(draft);
+    ++state.writing.begun;
     state.writing.switched = 0;
   }
   Windows::OpenView();
@@ -125,9 +156,11 @@ std::optional<std::string> SaveDraft(HostState& state) {
   if (auto reason = SaveSafely(file, bytes)) return reason;
   if (draft.stored < state.mail_count()) {
     state.TakeRewritten(draft.stored, std::move(bytes), 0);
+    state.Mail(draft.stored).offset = 0;
   } else {
     draft.stored = state.AddWritten(file, std::move(bytes));
   }
+  LeaveMbox(state, draft, "saved to a file of its own");
   state.writing.kept = draft;
   return std::nullopt;
 }
@@ -154,9 +187,10 @@ void CloseDraft(HostState& state) {
 }
 
 void FinishDraft(HostState& state) {
-  const Draft draft = *std::move(state.writing.draft);
+  Draft draft = *std::move(state.writing.draft);
   CloseDraft(state);
   MarkAnswered(state, draft);
+  LeaveMbox(state, draft, "sent");
   if (draft.stored < state.mail_count()) DeleteStored(state, draft.stored);
 }
 

@@ -1,5 +1,8 @@
 // New mails, replies, forwards and resent mails, and what becomes of a written one: it goes to the outbox.
+#include <utility>
+
 #include "host/base/ascii.h"
+#include "host/charset/charsets.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
 #include "host/mime/sections.h"
@@ -88,16 +91,30 @@ Answer ForwardAttached(Request& request) {
 
 // The user's macro has its turn, and the mail is looked at once more.
 std::optional<std::string> PrepareSending(HostState& state) {
-  if (!state.writing.send_macro.empty()) {
-    const auto value = RunBeforeSending(state);
-    if (!value) return "the macro before sending, " + state.writing.send_macro + ", cannot be run";
-    if (*value == 0) return "the macro before sending, " + state.writing.send_macro + ", refused the mail";
-    if (!state.HasDraft())
-      return "the macro before sending, " + state.writing.send_macro + ", closed the mail";
-  }
+  if (auto reason = WhyHeldBack(state)) return reason;
   if (!state.writing.quiet_subject &&
       Trim(HeaderValue(state.CurrentText(), "Subject").value_or("")).empty()) {
     Tell("the mail has no subject (NoWarningNoSubject() leaves this out)");
+  }
+  return std::nullopt;
+}
+
+// A mail that would wait in the outbox for ever, or miss one of its readers.
+std::optional<std::string> WhyUnaddressed(std::string_view name, std::string_view list) {
+  const std::string utf8 = SystemCharsets().HostToUtf8(list);
+  const std::string_view entry = UnreadableRecipient(utf8);
+  if (entry.empty()) return std::nullopt;
+  return std::string(name) + " names no address: " + std::string(entry);
+}
+
+std::optional<std::string> WhyUnaddressed(const Draft& draft) {
+  std::size_t at = 0;
+  while (const auto header = FieldAt(draft.text, at)) {
+    at += header->lines.size();
+    for (const char* const name : {"To", "Cc", "Bcc"}) {
+      if (!header->Is(name)) continue;
+      if (auto reason = WhyUnaddressed(name, header->Value())) return reason;
+    }
   }
   return std::nullopt;
 }
@@ -115,6 +132,7 @@ template <bool kAtOnce>
 Answer Send(Request& request) {
   HostState& state = request.state;
   if (const auto reason = PrepareSending(state)) return request.Fail(*reason);
+  if (const auto reason = WhyUnaddressed(*state.writing.draft)) return request.Fail(*reason);
   const std::string mail = FinishedMail(*state.writing.draft, NewStamp(state));
   const std::size_t before = state.commands.post.put;
   const Answer answer = kAtOnce ? PostNow(request, mail) : PostLater(request, mail);
@@ -152,28 +170,46 @@ Answer OpenResent(Request& request, std::string text) {
   return BeginWriting(request, std::move(draft));
 }
 
+// The user's macro sees the mail, with its new header, as the one being written. What it changes is not sent.
+std::optional<std::string> WhyNotResent(HostState& state, const std::string& resent_header) {
+  if (state.writing.send_macro.empty()) return std::nullopt;
+  WritingState& writing = state.writing;
+  const std::size_t begun = writing.begun;
+  Draft seen;
+  seen.purpose = DraftPurpose::kForward;
+  seen.text = resent_header + state.Message(state.root()).text;
+  auto draft = std::exchange(writing.draft, seen);
+  auto kept = std::exchange(writing.kept, seen);
+  const auto switched = std::exchange(writing.switched, 0);
+  auto reason = WhyHeldBack(state);
+  // A mail that the macro began is kept as a draft.
+  if (writing.begun != begun) KeepDraft(state);
+  writing.draft = std::move(draft);
+  writing.kept = std::move(kept);
+  writing.switched = switched;
+  return reason;
+}
+
 // recipient, mode, 1 = as in the log (which is the same mail here)
 Answer Resend(Request& request) {
   if (!request.HasText(0)) return request.Fail("no recipient to resend the mail to");
   HostState& state = request.state;
-  const Slot mode = request.Number(1);
-  const bool as_bcc = (mode & wfinfo::kResendAsBcc) != 0;
+  const Slot mode = request.Number(1) & ~wfinfo::kResendAsBcc;
+  const bool as_bcc = (request.Number(1) & wfinfo::kResendAsBcc) != 0;
+  if (mode == kOpen)
+    return OpenResent(request, ResentText(state.Message(state.root()).text, request.Text(0), as_bcc));
+  if (mode != kSendNow && mode != kSendLater)
+    return request.Fail("no such way to resend: " + std::to_string(request.Number(1)));
+  if (const auto reason = WhyUnaddressed(as_bcc ? "Resent-Bcc" : "Resent-To", request.Text(0)))
+    return request.Fail(*reason);
   // The mail goes on as it came, byte by byte; a draft is its text.
   const std::string& came = state.Mail(state.root()).raw;
   const MessageParts parts = SplitMessage(came);
   const bool all_body = parts.headers.empty() && parts.body.size() == came.size();
-  const std::string raw =
-      HeaderOfHostText(ResentText("", request.Text(0), as_bcc)) + (all_body ? "\r\n" : "") + came;
-  switch (mode & ~wfinfo::kResendAsBcc) {
-    case kSendNow:
-      return PostNow(request, raw);
-    case kSendLater:
-      return PostLater(request, raw);
-    case kOpen:
-      return OpenResent(request, ResentText(state.Message(state.root()).text, request.Text(0), as_bcc));
-    default:
-      return request.Fail("no such way to resend: " + std::to_string(mode));
-  }
+  const std::string header = ResentText("", request.Text(0), as_bcc);
+  const std::string raw = HeaderOfHostText(header) + (all_body ? "\r\n" : "") + came;
+  if (const auto reason = WhyNotResent(state, header)) return request.Fail(*reason);
+  return mode == kSendNow ? PostNow(request, raw) : PostLater(request, raw);
 }
 
 constexpr Service kServices[] = {

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <set>
 
 #include "host/folders/filing.h"
@@ -92,6 +95,62 @@ TEST_F(HostFiling, AMailOfAnMboxIsLeftOutOfIt) {
   EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kM2}}, Folder("out")).failure, "");
   EXPECT_EQ(Source(kM2), "out/20250602-090000.eml");
   EXPECT_EQ(Read("list.mbox"), "");
+}
+
+// The program is killed as soon as the first mail shows in its new folder: the mbox without the mails lies ready then.
+TEST_F(HostFiling, NothingShowsInTheNewFolderBeforeTheMboxCanBeReplaced) {
+  constexpr std::size_t kMails = 1000;
+  std::string mbox;
+  for (std::size_t i = 0; i < kMails; ++i) mbox += kFrom + "Subject: " + std::to_string(i) + "\n\nx\n\n";
+  Write("big/big.mbox", mbox);
+  fs::create_directories(root_ / "big/to");
+  MailStore store;
+  ASSERT_EQ(store.Add(root_ / "big"), std::nullopt);
+  std::vector<std::size_t> all(kMails);
+  for (std::size_t i = 0; i < kMails; ++i) all[i] = i;
+  const std::size_t target = store.FolderAt(root_ / "big/to");
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    MoveMails(store, all, target);
+    _exit(0);
+  }
+  const auto shown = [this] {
+    std::size_t count = 0;
+    for (const auto& entry : fs::directory_iterator(root_ / "big/to"))
+      count += entry.path().extension() == ".eml" ? 1 : 0;
+    return count;
+  };
+  while (shown() == 0 && waitpid(child, nullptr, WNOHANG) == 0) continue;
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  EXPECT_GT(shown(), 0u);
+  EXPECT_TRUE(fs::exists(root_ / "big/big.mbox.new") || Read("big/big.mbox").empty());
+  EXPECT_GE(shown() + SplitMbox(Read("big/big.mbox")).size(), kMails) << "none is lost";
+}
+
+TEST_F(HostFiling, ANameThatIsBeingWrittenIsNotTaken) {
+  Write("out/20250602-090000.eml.new", "of another program");
+  EXPECT_EQ(MoveMails(store_, std::vector{std::size_t{kM2}}, Folder("out")).failure, "");
+  EXPECT_EQ(Source(kM2), "out/20250602-090000 (2).eml");
+  EXPECT_EQ(Read("out/20250602-090000.eml.new"), "of another program");
+}
+
+TEST_F(HostFiling, ManyMailsOfOneDateLeaveAnMboxTogether) {
+  for (const std::size_t mail : {kM1, kM2, kM3}) {
+    EXPECT_EQ(CopyMails(store_, std::vector{mail}, Folder("empty.mbox")).failure, "");
+  }
+  const Filed filed = MoveMails(store_, std::vector<std::size_t>{5, 6, 7}, Folder("out"));
+  EXPECT_EQ(filed.failure, "");
+  EXPECT_EQ(Files(),
+            "empty.mbox in/a.eml in/b.eml list.mbox out/19700101-000000 (2).eml out/19700101-000000.eml "
+            "out/20250602-090000.eml");
+  EXPECT_EQ(MoveMails(store_, std::vector<std::size_t>{7, 5, 6}, Folder("empty.mbox")).failure, "");
+  EXPECT_EQ(SplitMbox(Read("empty.mbox")).size(), 3u);
+  EXPECT_EQ(MoveMails(store_, std::vector<std::size_t>{5, 6, 7}, Folder("list.mbox")).failure, "");
+  EXPECT_EQ(SplitMbox(Read("list.mbox")).size(), 6u);
+  EXPECT_EQ(OnDisk(5).substr(0, 11), "Subject: m1");
+  EXPECT_EQ(OnDisk(7).substr(0, 11), "Subject: m3");
 }
 
 TEST_F(HostFiling, AMailIsAddedToAnMbox) {

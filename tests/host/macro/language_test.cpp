@@ -198,6 +198,11 @@ TEST(MacroLanguage, AtThePromptExpressionsStandAloneAndBlocksGoOn) {
   EXPECT_EQ(interpreter.last_value(), std::nullopt);
   EXPECT_FALSE(interpreter.Run(std::get<Program>(Parse("x", {Same, true}))));
   EXPECT_EQ(interpreter.last_value(), Value(1)) << "variables stay";
+  for (const char* statement : {"print f()", "list[f() - 1] = 2", "while f() - 1\nend", "x = f()"}) {
+    const std::string source = std::string("list = [0]\nfunction f()\n7\nreturn 1\nend\n") + statement;
+    EXPECT_FALSE(interpreter.Run(std::get<Program>(Parse(source, {Same, true}))));
+    EXPECT_EQ(interpreter.last_value(), std::nullopt) << "a line of a function is none of " << statement;
+  }
 
   for (const char* open :
        {"if 1", "while 1\nprint 1", "if 1\nelse", "if 1\nif 2\nend", "for i in 3", "function f()"}) {

@@ -51,6 +51,18 @@ TEST(Transmission, ACancelCountsBetweenMailsAndNotBehindTheLast) {
   }
 }
 
+TEST(Transmission, AStepMayBringManyMails) {
+  Transmission transmission;
+  transmission.Start(40003, Steps());
+  while (transmission.IsRunning()) {
+    transmission.Advance([&transmission](const TransmissionStep& step) {
+      if (step.file == "a.eml") transmission.received = 3;
+      return std::optional<std::string>();
+    });
+  }
+  EXPECT_EQ(transmission.Summary(), "received 4 mails, sent 1 mail");
+}
+
 TEST(Transmission, TheNextOneForgetsTheCancelAndTheCounts) {
   Transmission transmission;
   transmission.Start(40003, Steps());

@@ -56,6 +56,47 @@ TEST_F(HostStateFiling, TheNextMailIsOpenedElseTheLast) {
   EXPECT_EQ(Shown(), "a b [c] @out") << "the last one has none behind it";
 }
 
+TEST_F(HostStateFiling, AnMboxIsReceivedMailByMail) {
+  const std::string from = "From a@example.org Mon Jan  1 00:00:00 2024\n";
+  const struct {
+    std::string bytes;
+    std::size_t mails;
+    std::string reason;
+  } cases[] = {{from + "Subject: one\n\n", 1, ""},
+               {from + "Subject: one\n\n\n" + from + "Subject: two\n\n", 2, ""},
+               {"Subject: none\n\n", 0, "an mbox file begins with a \"From \" line"},
+               {"", 0, "the file is empty"}};
+  for (const auto& [bytes, mails, reason] : cases) {
+    Write("drop/new.mbox", bytes);
+    const std::size_t before = state_.MailsOf(out_).size();
+    const std::string failure = state_.Receive(root_ / "drop/new.mbox", out_, false);
+    EXPECT_TRUE(reason.empty() ? failure.empty() : failure.ends_with(reason)) << failure;
+    EXPECT_EQ(state_.MailsOf(out_).size(), before + mails) << bytes;
+    EXPECT_EQ(fs::exists(root_ / "drop/new.mbox"), !reason.empty()) << "it goes when all came: " << bytes;
+  }
+  for (const auto& entry : fs::directory_iterator(root_ / "out")) EXPECT_EQ(entry.path().extension(), ".eml");
+  fs::remove_all(root_ / "out");
+  Write("drop/new.mbox", cases[1].bytes);
+  EXPECT_NE(state_.Receive(root_ / "drop/new.mbox", out_, false), "");
+  EXPECT_EQ(Read("drop/new.mbox"), cases[1].bytes) << "it stays whole when they cannot be written";
+}
+
+TEST_F(HostStateFiling, ADraftThatWasSentLeavesItsMboxAlsoWhenMailsAreOnlyRead) {
+  const std::string from = "From a@example.org Mon Jan  1 00:00:00 2024\n";
+  Write("d/d.mbox", from + "Subject: one\n\n\n" + from + "Subject: two\n\n");
+  HostState state;
+  state.set_read_only(true);
+  ASSERT_EQ(state.AddMails(root_ / "d", MailStore::Unreadable::kRefuse), std::nullopt);
+  EXPECT_EQ(state.TakeOutOfMbox(0), "");
+  EXPECT_EQ(Read("d/d.mbox"), from + "Subject: two\n\n");
+  EXPECT_TRUE(state.IsGone(0));
+  EXPECT_TRUE(state.read_only());
+  Write("d/d.mbox", from + "Subject: three\n\n");
+  EXPECT_NE(state.TakeOutOfMbox(1), "") << "another program wrote there";
+  EXPECT_FALSE(state.IsGone(1));
+  EXPECT_EQ(Read("d/d.mbox"), from + "Subject: three\n\n");
+}
+
 TEST_F(HostStateFiling, FlagsAndColoursGoAlong) {
   state_.ChangeState(0, kStateMarked, kStateMarked);
   state_.set_colour(0, 3);

@@ -53,6 +53,30 @@ TEST(FinishedMail, HasRecipientsWhenAnAddressIsNamed) {
   for (const auto& [raw, expected] : cases) EXPECT_EQ(HasRecipients(raw), expected) << raw;
 }
 
+TEST(UnreadableRecipient, IsTheFirstEntryThatNamesNoAddress) {
+  const struct {
+    const char* list;
+    const char* expected;
+    const char* why;
+  } cases[] = {
+      {"", "", "nobody"},
+      {"a@x, B <b@x>, <c@x>", "", "addresses in every form"},
+      {"Doe, John <j@x>", "", "a name that nobody quoted"},
+      {"undisclosed-recipients:;, Team: ;", "", "empty groups"},
+      {"Team: a@x, b@x;", "", "a group"},
+      {"nobody", "nobody", "a name alone"},
+      {"a@x, Alice", "Alice", "behind an address"},
+      {"Alice, a@x", "Alice", "in front of one that is not its own"},
+      {"Bob <bob>", "Bob <bob>", "brackets without an address"},
+      {"\"Bob @ work\" <bob>", "\"Bob @ work\" <bob>", "the name's sign is none of an address"},
+      {"Bob <>", "Bob <>", "empty brackets"},
+      {"a@x, <broken", "<broken", "an open bracket"},
+      {"bob@", "bob@", "nothing behind the sign"},
+      {"<@x>", "<@x>", "nothing in front of it"},
+  };
+  for (const auto& [list, expected, why] : cases) EXPECT_EQ(UnreadableRecipient(list), expected) << why;
+}
+
 TEST(FinishedMail, WaitsForItsWriterWhenItSaysSo) {
   EXPECT_FALSE(IsToBeSent("X-Unsent: 1\r\n\r\n"));
   EXPECT_TRUE(IsToBeSent("X-Unsent: 0\r\n\r\n"));
