@@ -129,7 +129,11 @@ std::vector<MarkableMail> HostState::Markable(const std::vector<std::size_t>& ma
 
 void HostState::LoadMarks(std::size_t first) {
   std::set<fs::path> marks_folders;
-  for (std::size_t i = first; i < mail_count(); ++i) marks_folders.insert(MarksFolder(i));
+  for (std::size_t i = first; i < mail_count(); ++i) {
+    // Mails of one folder mostly follow each other.
+    const bool follows = i > first && Mail(i).folder == Mail(i - 1).folder;
+    if (!follows) marks_folders.insert(MarksFolder(i));
+  }
   for (const fs::path& folder : marks_folders) {
     const fs::path file = folder / kMarksFile;
     std::string bytes;
@@ -209,7 +213,8 @@ std::vector<MarksLine> HostState::LinesOfOthers(const MarksText& text, const fs:
   std::set<std::string> read;
   for (const std::size_t i : mails) read.insert(Lower(FileName(store_.mails()[i].source)));
   for (const MailFolder& other : folders()) {
-    if (other.kind == FolderKind::kMbox) read.insert(Lower(FileName(other.path)));
+    const bool here = other.kind == FolderKind::kMbox && other.path.parent_path() == folder;
+    if (here) read.insert(Lower(FileName(other.path)));
   }
   std::vector<MarksLine> lines;
   for (const MarksLine& line : text.lines) {
