@@ -79,24 +79,6 @@ std::optional<std::size_t> FolderTree::Find(std::string_view path, std::size_t c
   return first([&](std::size_t i) { return folders[i].name; });
 }
 
-std::string FolderTree::CalledBy(std::size_t folder) const {
-  const std::vector<MailFolder>& folders = store_.folders();
-  const auto means_it = [&](const std::string& path) {
-    std::size_t asked_in = store_.trees().size();  // of each tree one folder is enough
-    for (std::size_t i = 0; i < folders.size(); ++i) {
-      if (folders[i].removed || folders[i].tree == asked_in) continue;
-      asked_in = folders[i].tree;
-      if (Find(path, i) != folder) return false;
-    }
-    return true;
-  };
-  const std::string in_tree = store_.PathInTree(folder);
-  for (const std::string& path : {in_tree == "." ? folders[folder].name : in_tree, in_tree}) {
-    if (means_it(path)) return path;
-  }
-  return FullPath(folders[folder].path);
-}
-
 // --- Properties ---
 
 std::string FolderTree::Property(std::size_t folder, std::string_view key) const {

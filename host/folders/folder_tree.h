@@ -25,10 +25,6 @@ class FolderTree {
   // any case of ASCII letters; those of the tree of folder `current` go first.
   std::optional<std::size_t> Find(std::string_view path, std::size_t current) const;
 
-  // What Find takes for the folder from everywhere, the shortest with slashes: "lists/users", of a top its
-  // name, else its full path.
-  std::string CalledBy(std::size_t folder) const;
-
   // Where a folder lies in its tree: "lists/users", "." for the top.
   std::string PathInTree(std::size_t folder) const { return store_.PathInTree(folder); }
 

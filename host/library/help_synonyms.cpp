@@ -40,7 +40,7 @@ constexpr Synonym kSynonyms[] = {
     {"log", "DumpSmall print --trace OpenLog"},
     {"output|echo|show text|display", "print Bypass_MessageBox ShowNotifyWnd"},
     {"exit|quit|leave|stop|bye", "quit Exit return break SetCancel"},
-    {"macro|script|batch", "--macro run functions ExecAt ExecAtMain SendMacro"},
+    {"macro|script|batch", "--macro run function ExecAt ExecAtMain SendMacro"},
     {"sleep|wait|timer", "SetAutoPushTimer SetWaitCursor TransmitAll"},
     // A mail.
     {"sender|author|who wrote|from address|writer",
@@ -102,6 +102,7 @@ constexpr Synonym kSynonyms[] = {
      "GetNextFolder folders NextFolder GetFolderMailCount"},
     {"create folder|new folder|make folder|add folder", "MakeFolder SelectFolder"},
     {"inbox", "SelectFolder folders ReceiveAll"},
+    {"count mail folder|mail in folder|how many mail folder", "GetFolderMailCount MailCount MailCountAll"},
     {"count mail|number of mail|how many mail",
      "MailCount GetFolderMailCount MailCountAll SelectedMailCount"},
     {"filter|rule|sort mail", "DoFilter RegistSub SetSortMethod"},

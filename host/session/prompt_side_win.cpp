@@ -11,6 +11,7 @@
 
 #include "host/base/paths.h"
 #include "host/base/version.h"
+#include "host/folders/folder_names.h"
 #include "host/library/example_files_win.h"
 #include "host/library/host_functions_win.h"
 #include "host/services/post/transmission_win.h"
@@ -82,7 +83,9 @@ class TerminalSide : public PromptSide {
 
  private:
   // As a macro writes it: "lists/users", with the quotes.
-  std::string Called(std::size_t folder) { return "\"" + state_.tree().CalledBy(folder) + "\""; }
+  std::string Called(std::size_t folder) {
+    return "\"" + CalledBy(state_.tree(), state_.folders(), folder) + "\"";
+  }
 
   bool HasFolders() const {
     return std::count_if(state_.folders().begin(), state_.folders().end(),

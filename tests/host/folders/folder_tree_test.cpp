@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "host/folders/filter_rules.h"
+#include "host/folders/folder_names.h"
 #include "host/folders/folder_tree.h"
 #include "tests/host/mail/mail_folder_fixture.h"
 
@@ -67,15 +68,15 @@ TEST_F(HostFolderTree, WhatAFolderIsCalledByFindsItFromEverywhere) {
   Write("third/users/d.eml", "d");
   ASSERT_EQ(store_.Add(root_ / "third"), std::nullopt);
   for (std::size_t folder = 0; folder < store_.folders().size(); ++folder) {
-    const std::string called = tree_.CalledBy(folder);
+    const std::string called = CalledBy(tree_, store_.folders(), folder);
     EXPECT_EQ(called.find('\\'), std::string::npos) << called << ": it stands in quotes as it is";
     for (std::size_t current = 0; current < store_.folders().size(); ++current) {
       EXPECT_EQ(tree_.Find(called, current), folder) << called << " from " << current;
     }
   }
-  EXPECT_EQ(tree_.CalledBy(*tree_.Find("tree", 0)), "tree") << "the top of a tree";
-  EXPECT_EQ(tree_.CalledBy(*tree_.Find("lists/users", 0)), "lists/users");
-  EXPECT_EQ(tree_.CalledBy(*tree_.Find("list", 0)), "lists/list.mbox");
+  EXPECT_EQ(CalledBy(tree_, store_.folders(), *tree_.Find("tree", 0)), "tree") << "the top of a tree";
+  EXPECT_EQ(CalledBy(tree_, store_.folders(), *tree_.Find("lists/users", 0)), "lists/users");
+  EXPECT_EQ(CalledBy(tree_, store_.folders(), *tree_.Find("list", 0)), "lists/list.mbox");
 }
 
 TEST_F(HostFolderTree, FoldersAreMadeInTheirTree) {

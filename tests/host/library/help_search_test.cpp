@@ -104,7 +104,7 @@ TEST(HelpSearch, BeginsWithWhatAUserMeans) {
       {"削除", "Delete()"},
       {"メールを削除", "Delete()"},
       {"フォルダー", "SelectFolder("},
-      {"返信", "MakeReply()"},
+      {"返信", "MakeReply("},
       {"宛先", "SetHeader("},
       {"件名", "Subject()"},
       {"添付", "AddAttach("},
@@ -188,7 +188,7 @@ TEST(HelpSearch, AnswersSigns) {
       {"{}", "A value for each name"},
       {"#", "A comment goes"},
       {"\\n", "Escapes"},
-      {"'", "texts stand in double quotes"},
+      {"'", "A text stands in double quotes"},
   };
   for (const auto& c : kCases)
     EXPECT_NE(Help(c.asked).find(c.part), std::string::npos) << c.asked << Help(c.asked);
