@@ -316,6 +316,7 @@ class Tests:
         """'' when all pass, the first failing test, "crash" or "time"."""
         def limit():
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+            resource.setrlimit(resource.RLIMIT_CPU, (int(seconds) + 1,) * 2)  # also when this tool is ended
             if "ASAN_OPTIONS" not in environment:
                 resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
         preload = f"{environment.pop('LD_PRELOAD', '')} {library}".strip()
