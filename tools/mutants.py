@@ -511,7 +511,7 @@ def main():
     parser.add_argument("--sample", type=int, help="at most so many mutants of each file")
     parser.add_argument("--seed", default="1")
     parser.add_argument("--write", action="store_true", help="the table of docs/reliability.md")
-    parser.add_argument("--fresh", action="store_true", help="forget earlier results")
+    parser.add_argument("--fresh", action="store_true", help="forget earlier results of these files")
     options = parser.parse_args()
     WORK.mkdir(parents=True, exist_ok=True)
     everything = all_files()
@@ -519,7 +519,10 @@ def main():
     if not chosen:
         sys.exit(f"no pure file has {' or '.join(options.files)} in its path")
     store = BUILD / "results.json"
-    kept = json.loads(store.read_text()) if store.exists() and not options.fresh else {"met": {}, "results": {}}
+    kept = json.loads(store.read_text()) if store.exists() else {"met": {}, "results": {}}
+    for name in chosen if options.fresh else []:
+        for part in ("met", "results"):
+            kept[part].pop(name, None)
     all_commands, tests = commands(), Tests()
     files = [File(name, everything.index(name), all_commands) for name in chosen]
     met = meet(files, tests, kept["met"])
