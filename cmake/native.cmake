@@ -7,8 +7,8 @@ target_link_libraries(print_catalogue PRIVATE wfinfo_pure)
 # The small host's portable half: mail decoding and the macro language.
 file(GLOB_RECURSE host_pure_sources CONFIGURE_DEPENDS host/*.cpp)
 list(FILTER host_pure_sources EXCLUDE REGEX "_win\\.cpp$")
-if(WFINFO_BENCH)
-  set(host_pure_sources)  # the benchmarks measure the library alone
+if(WFINFO_BENCH OR WFINFO_COVERAGE OR WFINFO_MUTANTS)
+  set(host_pure_sources)  # these measure the library alone
 endif()
 if(host_pure_sources)
   include(cmake/gumbo.cmake)
@@ -71,10 +71,17 @@ elseif(NOT WFINFO_FUZZ)
   # Pure units, by subject; the folders left out hold what needs Windows.
   file(GLOB_RECURSE test_sources CONFIGURE_DEPENDS tests/*_test.cpp)
   list(FILTER test_sources EXCLUDE REGEX "/tests/(dll|doubles|faults|inside|monkey|torture)/")
+  if(NOT host_pure_sources)
+    list(FILTER test_sources EXCLUDE REGEX "/tests/host/")
+  endif()
   add_executable(native_tests ${test_sources})
   target_link_libraries(native_tests PRIVATE wfinfo_pure GTest::gmock_main)
   if(host_pure_sources)
     target_link_libraries(native_tests PRIVATE host_pure)
+  endif()
+  if(WFINFO_MUTANTS)
+    target_sources(native_tests PRIVATE tests/support/mutant_listener.cpp)
+    target_link_options(native_tests PRIVATE -rdynamic)  # the changed file finds the number of the living mutant
   endif()
   target_precompile_headers(native_tests PRIVATE <gtest/gtest.h> <filesystem> <random> <string> <vector>)
   # Only those that read files of the repository know its folder: the others compile alike in every checkout.
@@ -82,11 +89,13 @@ elseif(NOT WFINFO_FUZZ)
     tests/host/mail/sample_mails_test.cpp tests/host/charset/names_test.cpp tests/host/charset/imap_utf7_test.cpp
     PROPERTIES
     COMPILE_DEFINITIONS WFINFO_SOURCE_DIR="${CMAKE_SOURCE_DIR}" SKIP_PRECOMPILE_HEADERS ON)
-  # Mails read by the host and by Python.
-  add_executable(read_mail tools/read_mail.cpp)
-  target_link_libraries(read_mail PRIVATE host_pure)
-  add_test(NAME native.mail_corpus COMMAND python3 ${CMAKE_SOURCE_DIR}/tests/corpus/test_corpus.py)
-  set_tests_properties(native.mail_corpus PROPERTIES TIMEOUT 120
-    ENVIRONMENT "WFINFO_READ_MAIL=$<TARGET_FILE:read_mail>;PYTHONDONTWRITEBYTECODE=1")
+  if(host_pure_sources)
+    # Mails read by the host and by Python.
+    add_executable(read_mail tools/read_mail.cpp)
+    target_link_libraries(read_mail PRIVATE host_pure)
+    add_test(NAME native.mail_corpus COMMAND python3 ${CMAKE_SOURCE_DIR}/tests/corpus/test_corpus.py)
+    set_tests_properties(native.mail_corpus PROPERTIES TIMEOUT 120
+      ENVIRONMENT "WFINFO_READ_MAIL=$<TARGET_FILE:read_mail>;PYTHONDONTWRITEBYTECODE=1")
+  endif()
   gtest_discover_tests(native_tests TEST_PREFIX native. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endif()

@@ -79,9 +79,10 @@ class EntryScanner {
  private:
   char At(std::size_t position) const { return position < text_.size() ? text_[position] : '\0'; }
   std::string_view Between(std::size_t from, std::size_t to) const { return text_.substr(from, to - from); }
+  // The length of the unit at a position inside the text.
   std::size_t UnitAt(std::size_t position) const {
     const std::string_view rest = text_.substr(position);
-    return utf8_ && !StartsWithEscape(rest) ? (rest.empty() ? 0 : 1) : UnitLength(rest);
+    return utf8_ && !StartsWithEscape(rest) ? 1 : UnitLength(rest);
   }
   // What a section that did not close before `at_` is: open up to its line's end or the text's, or too long.
   AddressError Unclosed() const {
@@ -320,7 +321,7 @@ AddressError EntryScanner::JudgeNamePart(std::size_t name_end) {
       StepOver(kKinds[static_cast<unsigned char>(c)]);
     }
   }
-  if (last_close != kNone && last_close + 1 == name_end && last_open != kNone && last_at != kNone) {
+  if (last_close != kNone && last_close + 1 == name_end && last_at != kNone) {
     two = two || last_open < last_at;
   }
   if (two) return AddressError::kNoCommaBetween;
@@ -353,7 +354,8 @@ std::size_t EntryScanner::TrimmedEnd(std::size_t from, std::size_t to) const {
       continue;
     }
     position += UnitAt(position);
-    if (c == '\\' && position < to && !IsLineEnd(text_[position])) position += UnitAt(position);
+    // Something follows a backslash: the last byte is a blank.
+    if (c == '\\' && !IsLineEnd(text_[position])) position += UnitAt(position);
     content = position;
   }
   return content < to ? content : to;
@@ -444,13 +446,12 @@ bool AddressReader::Read() {
 }
 
 std::size_t AddressReader::CountRest() {
-  std::size_t count = 0;
-  do {
+  for (std::size_t count = 0;; ++count) {
     count += BestAddressKernels().count(bytes_.text(), &at_);
     entry_ = EntryScanner(bytes_, at_, {}).Scan();
     at_ = entry_.next;
-  } while (entry_.error == AddressError::kNone && ++count > 0);
-  return count;
+    if (entry_.error != AddressError::kNone) return count;
+  }
 }
 
 AddressEntry SplitAddressEntry(std::string_view list, AddressParts* parts, const AddressSyntax& syntax) {

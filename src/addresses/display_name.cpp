@@ -69,7 +69,7 @@ std::size_t NameElement(std::string_view name, unsigned code_page) {
 }
 
 bool IsQuotedName(std::string_view name, unsigned code_page) {
-  if (name.size() < 2 || name[0] != '"') return false;
+  if (!name.starts_with('"')) return false;
   for (std::size_t at = 1; at < name.size();) {
     const std::size_t length = NameElement(name.substr(at), code_page);
     if (name[at] == '"') return at + 1 == name.size();

@@ -279,7 +279,7 @@ class DateFormatter {
       writer_.Text(field.name(time_));
       return field.field.size();
     }
-    return rest[0] == 'E' ? EraField(rest, true) : 0;
+    return EraField(rest, true);  // no other letter than E begins a longer name
   }
 
   // An era name, behind an E when the letter is asked for; 0 for anything else.

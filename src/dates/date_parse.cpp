@@ -177,7 +177,7 @@ class DateReader {
       : at_(text.data()), end_(text.data() + text.size()), parts_(parts) {}
 
   std::optional<HeaderDate> Read() {
-    while (!(numeric_zone_ && DateKnown() && TimeKnown())) {
+    while (!(numeric_zone_ && DateKnown())) {  // a numeric zone stands behind a time
       SkipBlanks();
       if (at_ == end_) break;
       const Reading reading = ReadToken();
@@ -287,7 +287,7 @@ class DateReader {
 
   // A zone that lost its sign: "09:07:03 0900" is east.
   Reading ReadBareZone(const Number& number) {
-    if (numeric_zone_ || number.digits != 4) return Reading::kForeign;
+    if (number.digits != 4) return Reading::kForeign;
     SetNumericZone(static_cast<int>(number.value / 100), static_cast<int>(number.value % 100), false);
     return Reading::kGoesOn;
   }

@@ -44,21 +44,21 @@ WFINFO_UNCHECKED inline bool VisitBits(Search& search, const char* p, std::uint3
 // Drives a search from `from` on: Visit(p) looks at position p exactly and is called with rising p, at least
 // for every p in Candidates(p) (a bit for each byte of a vector), until it returns true, which it must do at
 // the terminator. The first kLookBack positions are always visited, so that Candidates may look back. Stops
-// at `until` (a multiple of the vector width behind the start; null: never) and returns false then.
+// at `until` (aligned to a vector, at least kLookBack + kWidth behind the start; null: never) and returns
+// false then.
 template <class Search>
 WFINFO_UNCHECKED bool Walk(Search& search, const char* from, const char* until = nullptr) {
   const char* p = from;
   for (; p != from + kLookBack; ++p) {
-    if (p == until) return false;
     if (search.Visit(p)) return true;
   }
   if (Offset(p, kPage) <= kPage - kWidth) {
     const std::size_t step = kWidth - Offset(p, kWidth);  // the rest belongs to the next, aligned vector
     const auto kept = static_cast<std::uint32_t>((std::uint64_t{1} << step) - 1);
-    if (p != until && VisitBits(search, p, search.Candidates(p) & kept)) return true;
-    if (p != until) p += step;
+    if (VisitBits(search, p, search.Candidates(p) & kept)) return true;
+    p += step;
   }
-  for (; p != until && Offset(p, kWidth) != 0; ++p) {
+  for (; Offset(p, kWidth) != 0; ++p) {
     if (search.Visit(p)) return true;
   }
   while (p != until) {
@@ -209,7 +209,6 @@ struct HeaderSearch {
 
   // Looks at `p` as the start of a line, if it is one.
   WFINFO_UNCHECKED bool Examine(const char* p) {
-    if (p == seen) return false;
     seen = p;
     const char byte = *p;
     if (byte == '\0') return EndsAt(p);

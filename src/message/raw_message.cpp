@@ -22,9 +22,8 @@ const char* BehindLineEnd(const char* p) {
 const char* LogicalLineEnd(const char* p) {
   for (;;) {
     const char* const end = Lines().find_line_end(p);
-    if (*end == '\0') return end;
     p = BehindLineEnd(end);
-    if (!IsBlank(*p)) return end;
+    if (!IsBlank(*p)) return end;  // another line, or the end of the text
   }
 }
 

@@ -1,5 +1,7 @@
 #include "src/openpgp/command_line.h"
 
+#include <algorithm>
+
 #include "src/text/measured_text.h"
 
 namespace wfinfo {
@@ -80,7 +82,7 @@ std::size_t WriteInstalledCommandLine(std::string_view windows_directory, std::s
   line.Add("\"");
   line.Add(windows_directory.substr(0, kDrive));
   line.Add("Program files\\Network Associates\\PGPNT\\pgp.exe\"");
-  line.Add(command.size() > kLeadingWord ? command.substr(kLeadingWord) : std::string_view());
+  line.Add(command.substr(std::min(command.size(), kLeadingWord)));
   return line.Terminate();
 }
 

@@ -45,8 +45,7 @@ std::optional<std::string_view> MailNames::Next() {
   while (const std::optional<Element> name = Take(rest_)) {
     if (name->tag == kMailName) return name->content;
   }
-  rest_ = {};
-  return std::nullopt;
+  return std::nullopt;  // what is left is not taken: the next call fails alike
 }
 
 }  // namespace wfinfo::smime

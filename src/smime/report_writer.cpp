@@ -20,7 +20,7 @@ std::size_t WholeUnits(std::string_view text) {
   std::size_t at = 0;
   while (at < text.size()) {
     const std::size_t length = UnitLength(text.substr(at));
-    if (length == 1 && IsLeadByte(text[at]) && at + 1 == text.size()) break;
+    if (length == 1 && IsLeadByte(text[at])) break;  // nothing stands behind it
     at += length;
   }
   return at;

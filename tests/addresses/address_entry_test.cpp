@@ -116,7 +116,24 @@ TEST(AddressEntry, EncodedWordsAreUnitsOnRequest) {
               words);
   ExpectEntry({"A\r\n B <a@b>", "A B", "a@b", 11, "folds are left out"}, words);
   ExpectEntry({"=?x, y", "", "=?x", 4, "no end: no word"}, words);
+  ExpectEntry({"a=b, c", "", "a=b", 4, "a sign that begins no word"}, words);
+  ExpectEntry({"=?x?BB?=, y", "", "=?x?BB?=", 9, "an encoding of two letters: up to the next end"}, words);
+  ExpectEntry({"=?x?=?, y", "", "=?x?=?", 7, "the sign behind the charset ends the word"}, words);
+  ExpectEntry({"=?x?B?a,\r\n b?= <c@d>", "", "=?x?B?a", 8, "no word goes over a line's end"}, words);
   ExpectEntry({"=?x?B?a,b?= <a@b>", "", "=?x?B?a", 8, "without the request"});
+}
+
+// 31 quotes open a section; those behind them are part of what it holds.
+TEST(AddressEntry, ARunOfQuotesHasALimit) {
+  for (const std::size_t quotes : {29u, 31u, 33u}) {
+    const std::string run(quotes, '"');
+    const std::string list = run + "a, b" + run + " <c@d>, e";
+    const AddressEntry entry = ScanAddressEntry(list, 0, {});
+    EXPECT_EQ(entry.error, AddressError::kNone) << quotes;
+    EXPECT_EQ(entry.name, run + "a, b" + run) << quotes;
+    EXPECT_EQ(entry.address, "c@d") << quotes;
+    EXPECT_EQ(entry.next, list.size() - 2) << quotes;
+  }
 }
 
 struct ErrorCase {

@@ -50,6 +50,19 @@ TEST(DisplayName, IsQuotedWhereItMust) {
       {"\"\x95\x5C\"", "\"\x95\x5C\"", "in front of the closing quote"},
       {"\x83\x40\x83\x5B\x83\x5D", "\x83\x40\x83\x5B\x83\x5D", "@ [ ] as second bytes"},
       {"\x83\x40,", "\"\x83\x40,\"", "and a real comma"},
+      {"\"\"\x93\xFA\"\"", "\"\x93\xFA\"", "doubled quotes around a character of two bytes"},
+      {"a\"b,c\"", "\"a\\\"b,c\\\"\"", "a quote at the second place alone doubles nothing"},
+      {"\"\"a\" b", "\"\\\"\\\"a\\\" b\"", "doubled in front only"},
+      {"\"\"a'\"", "\"\\\"\\\"a'\\\"\"", "behind an apostrophe and a quote: no mirror"},
+      {"'\"a\"\"", "\"'\\\"a\\\"\\\"\"", "nor an apostrophe here and a quote there"},
+      {"'a,b", "\"'a,b\"", "an apostrophe in front only"},
+      {"\"\"\"\"", "\"\"", "two empty pairs"},
+      {"\"\"\"", "\"\\\"\\\"\\\"\"", "three quotes are no two pairs"},
+      {"''", "\"\"", "two apostrophes and nothing between them"},
+      {"xa\"x", "\"xa\\\"x\"", "letters are no outer pair"},
+      {"x\"a\"x", "\"x\\\"a\\\"x\"", "nor around a pair of quotes"},
+      {"\"a\"\"", "\"\\\"a\\\"\\\"\"", "doubled behind only"},
+      {"\"\\\x95\x5C\"", "\"\\\x95\x5C\"", "a backslash in front of a character takes it whole"},
   };
   for (const NameCase& c : cases) {
     EXPECT_EQ(Quoted(c.name), c.quoted) << c.why;
@@ -78,7 +91,28 @@ TEST(DisplayName, NeverOverrunsItsBuffer) {
   EXPECT_EQ(Quoted(std::string(1100, '"')).size(), 510u) << "254 escaped quotes and the pair";
 }
 
+TEST(DisplayName, AZeroByteNeedsNoQuotes) {
+  EXPECT_FALSE(NeedsQuotes(std::string_view("x\0y", 3), kCodePageShiftJis));
+}
+
+TEST(DisplayName, ANameOf1021BytesIsOnlyEnclosed) {
+  EXPECT_EQ(Quoted("'" + std::string(1018, 'a') + "'"), "\"" + std::string(509, 'a') + "\"");
+  EXPECT_EQ(Quoted("'" + std::string(1019, 'a') + "'"), "\"'" + std::string(508, 'a') + "\"");
+  EXPECT_EQ(Quoted("\"\"" + std::string(1016, 'a') + "\"\""), "\"" + std::string(509, 'a') + "\"");
+  EXPECT_EQ(Quoted("\"\"" + std::string(1017, 'a') + "\"\""), "\"\\\"\\\"" + std::string(505, 'a') + "\"");
+}
+
+TEST(DisplayName, HalfACharacterAtTheEndIsFoundFromTheBeginning) {
+  EXPECT_EQ(WithoutHalfCharacter("\x83\x83\x83", kCodePageShiftJis), "\x83\x83");
+  EXPECT_EQ(WithoutHalfCharacter("\x83\x83\x83\x83", kCodePageShiftJis), "\x83\x83\x83\x83");
+}
+
 TEST(DisplayName, Utf8SecondBytesAreNoLeadBytes) {
+  EXPECT_EQ(Quoted("\xE3\x80\x81,b", kCodePageUtf8), "\"\xE3\x80\x81,b\"")
+      << "as Shift-JIS its last byte would take the comma";
+  EXPECT_EQ(NameElement("\\", kCodePageUtf8), 1u) << "a backslash with nothing behind it";
+  EXPECT_EQ(Quoted("a,b\\", kCodePageUtf8), "\"a,b\\\\\"") << "a backslash at the end";
+  EXPECT_EQ(Quoted("\x1A\x80\x80\x0D,", kCodePageUtf8), "\"\x1A\x80\x80\x0D,\"") << "an escape";
   EXPECT_EQ(Quoted("\xE8\xA1\xA8,\xE8", kCodePageUtf8), "\"\xE8\xA1\xA8,\xE8\"");
 }
 
@@ -115,6 +149,9 @@ TEST(Honorific, StandsBehindTheName) {
        "with a name the mode makes no difference"},
       {"", kDefaultHonorific, false, "", "nothing"},
       {"Taro <t@x", kDefaultHonorific, false, "", "malformed"},
+      {"Taro <t@x> rest", kDefaultHonorific, false, "", "malformed behind the address"},
+      {sama + " <t@x>", kDefaultHonorific, false, sama + " <t@x>", "there already, and nothing else"},
+      {"<>", kDefaultHonorific, true, "", "neither name nor address"},
   };
   for (const HonorificCase& c : cases) {
     std::string result(ComposeWithHonorific(c.list, c.honorific, c.also_without_name, nullptr), '#');

@@ -33,6 +33,16 @@ TEST(Reference, TellsWhichRequestsADialogRefuses) {
     EXPECT_EQ(DialogSentence(*FindRow(c.name)), c.expected) << c.name << ": " << c.why;
 }
 
+TEST(Reference, CountsWhatADialogRefusesAndLetsThrough) {
+  Row row{};
+  row.kind = Kind::kHand;
+  row.requests = "H290 H46 H307";
+  EXPECT_EQ(DialogSentence(row), "While a dialog shows, code 290 is refused; codes 46 and 307 go through.");
+  row.requests = "M40001 M40002 H46";
+  EXPECT_EQ(DialogSentence(row),
+            "While a dialog shows, menu commands 40001 and 40002 are refused; code 46 goes through.");
+}
+
 TEST(Reference, NamesRequests) {
   EXPECT_EQ(TitleOf({'H', 44, kNoFirstSlot}), "code 44");
   EXPECT_EQ(TitleOf({'F', 12, 40024}), "menu command 40024");

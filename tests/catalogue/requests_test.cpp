@@ -42,6 +42,8 @@ TEST(Requests, OfARowWrittenByHandAreTheWordsOfItsColumn) {
       {"H12:", {}, "no command behind the colon"},
       {"H1x", {}, "more than a number"},
       {"M", {}, "no command"},
+      {"M40179x", {}, "more than a command"},
+      {"H12:40x", {}, "more than a command behind the colon"},
       {"H1  F2 ", {"H1", "F2"}, "further blanks"},
   };
   for (const auto& c : cases) EXPECT_EQ(Words(HandRow(c.column)), c.expected) << c.column << ": " << c.why;

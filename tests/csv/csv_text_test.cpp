@@ -132,6 +132,40 @@ TEST(CsvText, LinesWiderThanWhatIsRememberedAreWalked) {
   EXPECT_EQ(walker.Field(0), "next");
 }
 
+TEST(CsvText, FarFieldsOfEveryShapeAreWalked) {
+  static const char* const kPieces[] = {"a,",      ",",     "\"q\",",        "\"a\"\"b\",",
+                                        "\"c\"d,", "\"\",", "\"x,y\r\nz\",", "\"e\"\"f\""};
+  static const char* const kEnds[] = {"",           "last", "\"open",       "\"open\"\"",
+                                      "\"closed\"", "\n",   "last\r\nnext", "\"q\"\rnext"};
+  std::mt19937 random(5);
+  for (int round = 0; round < 200; ++round) {
+    std::string text;
+    for (int i = 0; i < 1020; ++i) text += "x,";
+    for (auto n = random() % 30; n > 0; --n) text += kPieces[random() % std::size(kPieces)];
+    text += kEnds[random() % std::size(kEnds)];
+    Walker walker(text);
+    const CsvReference reference(text);
+    const std::size_t columns = reference.ColumnCount();
+    ASSERT_EQ(walker.ColumnCount(), columns) << text.substr(2040);
+    for (std::size_t column = 1018; column < columns; ++column) {
+      ASSERT_EQ(walker.Field(column), reference.Field(column)) << column << ": " << text.substr(2040);
+    }
+  }
+}
+
+TEST(CsvText, FieldsAreCopiedAsFarAsThereIsRoom) {
+  const std::string text = "abcdef,\"" + std::string(40, 'x') + "\",z\n" + std::string(40, 'y');
+  Walker walker(text);
+  char out[64];
+  EXPECT_EQ(walker.CopyColumn(0, out, 6), 6u) << "no room for the terminator: nothing is copied";
+  EXPECT_EQ(walker.CopyColumn(0, out, 7), 6u);
+  EXPECT_EQ(std::string_view(out, 6), "abcdef");
+  EXPECT_EQ(walker.CopyColumn(1, out, 42), 42u) << "the quotes need room too";
+  EXPECT_EQ(walker.CopyColumn(1, out, 43), 40u);
+  EXPECT_EQ(std::string_view(out, 40), std::string(40, 'x'));
+  EXPECT_EQ(walker.CopyField(std::string_view(text).substr(7, 1), out, sizeof out), 0u) << "a quote alone";
+}
+
 // Texts in which everything that matters is frequent, with long plain runs in between so that blocks
 // are crossed.
 std::string RandomText(std::mt19937& random, bool tidy) {

@@ -47,6 +47,7 @@ TEST(DateFormat, FieldsPrintAsTheirTableSays) {
       {"Y", "2024", "a one-letter year is whole"},
       {"YYY", "2024", "a number is never cut"},
       {"YYYYYY", "002024", "zeros fill a longer run"},
+      {"YYYY", "30828", "a year of five digits", {30828, 9, 4, 14, 2, 48, 5, 477}},
       {"YY", "00", "modulo 100, two digits", OnDate(2000, 1, 1)},
       {"YY", "1899", "below 1900 there is no modulo", OnDate(1899, 1, 1)},
       {"YY", "00", "1900 is the first", OnDate(1900, 1, 1)},
@@ -157,7 +158,7 @@ TEST(DateFormat, ErasBeginAndEndOnTheirDays) {
 }
 
 TEST(DateFormat, WhatDoesNotFitIsOnlyCounted) {
-  const std::string format = "Y EFW " REIWA "Y" GAN "    DDDDD JJJ\x1A\xCD\x80\x84";
+  const std::string format = "Y DD YYYY EFW " REIWA "Y" GAN "    DDDDD JJJ\x1A\xCD\x80\x84";
   const std::string whole = Formatted(format);
   for (std::size_t room = 0; room <= whole.size(); ++room) {
     std::string out(room + 4, '#');

@@ -60,7 +60,8 @@ TEST(DateShift, DistancesAreRead) {
 TEST(DateShift, DistancesBeyondFileTimesAreNone) {
   for (const std::string_view text :
        {"10675200", "-10675200", "99999999999999999999999999", "0.999999999999999", "10675199.3",
-        "0.0.0.922337203686", "1.1.1.99999999999999999999"}) {
+        "0.0.0.922337203686", "0.0.0.9223372036854775808", "18446744073709551617",
+        "1.1.1.99999999999999999999"}) {
     EXPECT_FALSE(ReadShiftText(text)) << text;
   }
 }
@@ -75,6 +76,7 @@ TEST(DateShift, WeekdaysStayInTheirWeek) {
   for (const WeekdayCase& c : cases) {
     const std::optional<DateShift> shift = ReadShiftText(c.text);
     ASSERT_TRUE(shift && shift->weekday);
+    EXPECT_EQ(shift->distance, 0);
     const std::optional<CivilTime> time = ShiftTime(kWednesday, *shift);
     ASSERT_TRUE(time);
     EXPECT_EQ(time->day, c.day);
@@ -90,6 +92,7 @@ TEST(DateShift, TimesOutsideFileTimesAreNone) {
   EXPECT_TRUE(ShiftTime(0, ShiftOfDays(0)));
   EXPECT_FALSE(ShiftTime(0, ShiftOfDays(-1)));
   EXPECT_FALSE(ShiftTime(0, *ReadShiftText("-0.0.0.1")));
+  EXPECT_FALSE(ShiftTime(std::numeric_limits<FileTicks>::min(), ShiftOfDays(-1))) << "nor any later one";
   EXPECT_TRUE(ShiftTime(kMax, ShiftOfDays(0)));
   EXPECT_FALSE(ShiftTime(kMax, *ReadShiftText("0.0.0.1")));
   EXPECT_FALSE(ShiftTime(kMax, *ReadShiftText("10675199")));

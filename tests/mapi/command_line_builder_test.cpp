@@ -215,6 +215,24 @@ TEST(MapiCommandLine, Documents) {
       {"a b%20;c", ";,", " attach=\"a b%20\" attach=\"c\"", "nothing is escaped; the first character counts"},
       {"\x83\x7C.txt|b", "|", " attach=\"\x83\x7C.txt\" attach=\"b\"", "a trail byte is no delimiter"},
       {"\xE4;b", ";", " attach=\"\xE4\" attach=\"b\"", "a letter of another code page before the delimiter"},
+      {"\xE4\x7F"
+       "b",
+       "\x7F", " attach=\"\xE4\" attach=\"b\"", "0x7F is no trail byte"},
+      {"\xE4\xFD"
+       "b",
+       "\xFD", " attach=\"\xE4\" attach=\"b\"", "nor is 0xFD"},
+      {"\x83\x40"
+       "b",
+       "@",
+       " attach=\"\x83\x40"
+       "b\"",
+       "0x40 is the lowest of them"},
+      {"\x83\xFC"
+       "b",
+       "\xFC",
+       " attach=\"\x83\xFC"
+       "b\"",
+       "0xFC the highest"},
       {"a\x81\x42"
        "b",
        "\x81\x42", " attach=\"a\" attach=\"b\"", "a double-byte delimiter"},

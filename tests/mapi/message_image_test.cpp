@@ -145,6 +145,21 @@ TEST(MessageImage, RecordsThatOverlapAreDropped) {
   EXPECT_EQ(mail.files, nullptr);
 }
 
+TEST(MessageImage, RecordsMayStandInAnyOrderSideBySide) {
+  ImageUnderTest image;
+  const FileRecord file = {};
+  const Recipient two[2] = {};
+  image.mail.files = At<FileRecord*>(image.Put(&file, sizeof file));
+  image.mail.file_count = 1;
+  image.mail.recipients = At<Recipient*>(image.Put(two, sizeof two));
+  image.mail.recipient_count = 2;
+  image.mail.originator = At<Recipient*>(image.Put(two, sizeof two[0]));
+  const MailRecord& mail = image.Convert();
+  EXPECT_NE(mail.originator, nullptr);
+  EXPECT_EQ(mail.recipient_count, 2u);
+  EXPECT_EQ(mail.file_count, 1u) << "in front of those converted before, and touching them";
+}
+
 TEST(MessageImage, ATextAtTheVeryEndIsTerminated) {
   ImageUnderTest image;
   image.mail.subject = At<char*>(image.Put("abc", 3));

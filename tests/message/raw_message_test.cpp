@@ -79,6 +79,7 @@ TEST(RawMessage, NamesAreCutTo253BytesBeforeTheColonIsAdded) {
   EXPECT_EQ(HeaderName(std::string(252, 'n') + ":").view(), std::string(252, 'n') + ":");
   EXPECT_EQ(HeaderName(std::string(253, 'n') + ":").view(), std::string(253, 'n') + ":");
   EXPECT_EQ(HeaderName("").view(), ":");
+  EXPECT_EQ(HeaderName(std::string_view()).view(), ":");
   EXPECT_EQ(Value((std::string(253, 'n') + ": cut\r\n\r\n").c_str(), long_name), "cut");
 }
 

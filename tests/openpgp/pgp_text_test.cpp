@@ -1,6 +1,7 @@
 // Command lines of the OpenPGP programs, byte for byte, and the messages that macros get to see.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -76,12 +77,22 @@ TEST(PgpCommandLine, HasARecipientOptionForEachWord) {
       {" ", "", "nobody"},
       {"\x93\xFA\x96{ \xB1", " -r\"\x93\xFA\x96{\" -r\"\xB1\"", "bytes above 127 are part of words"},
       {"a\"b", " -r\"a\"b\"", "quotes stay as they are"},
+      {"a!b@x", " -r\"a!b@x\"", "the code behind the blank is part of a word"},
       {"%s %i", " -r\"%s\" -r\"%i\"", "and so do percent signs"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(CommandLine({true, PgpOperation::kEncrypt, "gpg.exe", c.recipients, {}, {}}),
               std::string("gpg.exe --batch --yes -v -o $PgpOut.asc -ea") + c.options + " $PgpIn.asc")
         << c.why;
+  }
+}
+
+TEST(PgpCommandLine, ReadsNothingBehindTheRecipients) {
+  for (const std::string_view recipients : {"a@x", "a@x "}) {
+    const std::unique_ptr<char[]> exact(new char[recipients.size()]);
+    recipients.copy(exact.get(), recipients.size());
+    EXPECT_EQ(CommandLine({true, PgpOperation::kEncrypt, "gpg", {exact.get(), recipients.size()}, {}, {}}),
+              "gpg --batch --yes -v -o $PgpOut.asc -ea -r\"a@x\" $PgpIn.asc");
   }
 }
 
@@ -96,12 +107,17 @@ TEST(PgpCommandLine, NamesTheUsualPlaceOnTheDriveOfWindows) {
   std::string text(length + 1, '#');
   EXPECT_EQ(WriteInstalledCommandLine("D:\\WINDOWS", command, text.data()), length);
   EXPECT_STREQ(text.c_str(), "\"D:\\Program files\\Network Associates\\PGPNT\\pgp.exe\" +batchmode -o x");
+  const std::string without(WriteInstalledCommandLine("D:\\WINDOWS", "pg", nullptr), '#');
+  EXPECT_EQ(length - without.size(), command.size() - 3)
+      << "a command shorter than its leading word adds nothing";
 }
 
 // --- Messages ------------------------------------------------------------------------------------------
 
 std::string Shown(std::string text) {
-  text.resize(RemoveTemporaryFileLines(text.data()));
+  const std::size_t length = RemoveTemporaryFileLines(text.data());
+  EXPECT_EQ(text.c_str()[length], '\0') << "it is terminated where it ends";
+  text.resize(length);
   return text;
 }
 

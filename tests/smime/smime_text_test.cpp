@@ -29,6 +29,14 @@ TEST(SmimeReport, TextThatDoesNotFitIsCutInFrontOfACharacter) {
   EXPECT_EQ(report.view(), "12345\x82\xA0") << "nothing is added after a cut";
 }
 
+TEST(SmimeReport, IsTerminatedFromTheBeginning) {
+  char room[] = "xxxxxxx";
+  ReportWriter report(room, sizeof room);
+  EXPECT_STREQ(report.text(), "");
+  report.Add("ab");
+  EXPECT_STREQ(report.text(), "ab");
+}
+
 TEST(SmimeReport, FormattedTextIsCutTheSameWay) {
   for (std::size_t room = 1; room < 16; ++room) {
     std::vector<char> buffer(room);
@@ -57,6 +65,8 @@ TEST(SmimeReport, FormattedTextKnowsTheConversionsOfTheReports) {
       {"%02u", 2026, "2026", "the width is no limit"},
       {"%08X", 0x800B0109u, "800B0109", "capital letters"},
       {"%X", 0xA, "A", "hexadecimal without a width"},
+      {"%u", 10, "10", "a first digit of 1"},
+      {"%X", 0x1F, "1F", "a first digit of 1"},
       {"100%% of %u", 3, "100% of 3", "a percent sign"},
       {"%u%", 3, "3", "half a conversion at the end"},
       {"%99u", 1, "0000000000000001", "as wide as a number may be"},
@@ -98,6 +108,8 @@ TEST(SmimeReport, ANameCannotPassForAFinding) {
   };
   for (const auto& test : cases) EXPECT_EQ(Cleaned(test.name), test.shown) << test.why;
   EXPECT_EQ(Cleaned("ab\x82", true), "ab") << "half a character at the end of a cut name";
+  EXPECT_EQ(Cleaned("ab", true), "ab") << "whole ones stay";
+  EXPECT_EQ(Cleaned("a\x82\xA0", true), "a\x82\xA0") << "whole ones stay";
   EXPECT_EQ(Cleaned("Jos\xE9", false), "Jos\xE9") << "the same byte is a letter elsewhere";
 }
 
@@ -151,6 +163,12 @@ TEST(SmimeAddresses, AListEndsWithTwoDotsWhenAnItemDoesNotFit) {
   EXPECT_EQ(ListOf({"1234"}, 10), "1234") << "shorter than the five bytes left";
   EXPECT_EQ(ListOf({"12345"}, 10), "..") << "not shorter than the five bytes left";
   EXPECT_EQ(ListOf({"12", "3", "4"}, 10), "12, ..") << "nothing follows the dots";
+  EXPECT_EQ(ListOf({"1", "2"}, 64), "1, 2") << "items of one byte";
+  char room[10];
+  AddressListWriter list(room, sizeof room);
+  EXPECT_TRUE(list.Add("1234"));
+  EXPECT_FALSE(list.Add("5"));
+  EXPECT_FALSE(list.Add("")) << "nor anything behind that";
 }
 
 TEST(SmimeAddresses, AListNeverLeavesItsBuffer) {
@@ -177,6 +195,10 @@ TEST(SmimeAddresses, AddressesAreComparedWhole) {
       {"a@x, b@y", "a@x", false, "and so is what stands behind a comma"},
       {"\x83\x41@x", "\x83\x61@x", false, "two double-byte characters whose second bytes look like A and a"},
       {"\x83\x41@x", "\x83\x41@X", true, "the letters around them still do"},
+      {"third@example.org", "third@example.orgx", false, "a beginning of the other"},
+      {"\x1A\x80\x80\x84", "\x1A\x80\x80x", false, "an escape and bytes that begin like one"},
+      {"ab@x", "\x83\x62@x", false, "two letters and a character"},
+      {"\x83\x62@x", "ab@x", false, "a character and two letters"},
   };
   for (const auto& test : cases) EXPECT_EQ(IsSameAddress(test.own, test.sender), test.is_same) << test.why;
   EXPECT_FALSE(IsSameAddress(std::string_view("a@x\0b", 5), "a@x")) << "a zero is a part of it";
@@ -235,6 +257,18 @@ TEST(SmimeMailNames, AreFoundAmongNamesOfOtherKinds) {
        {"a@x"},
        "a name that is cut short"},
       {sequence(text("\x9F\x81\x00", 3) + mail), {}, "a long tag"},
+      {text("\x30\x82\x01", 3), {}, "a length that is cut short"},
+      {sequence(text("\x81\x85\x00\x00\x00\x00\x03", 7) + "a@x"),
+       {},
+       "a length of five bytes that would fit"},
+      {sequence(text("\x81\x84\x00\x00\x00\x03", 6) + "a@x"), {"a@x"}, "one of four bytes"},
+      {sequence(text("\x81\x00", 2)), {""}, "an empty name at the end"},
+      {sequence(text("\x81\x81\x00", 3)), {""}, "the same with a length of two bytes"},
+      {sequence(text("\x81\x80", 2) + std::string(128, 'n')), {}, "no definite length: not 128"},
+      {sequence(text("\x81\x82\x01\x2C", 4) + std::string(300, 'n') + mail),
+       {std::string(300, 'n'), "a@x"},
+       "a length whose bytes both count"},
+      {"\x31\x05" + mail, {}, "in a set, which is no sequence"},
       {sequence(text("\x81\x85\x01\x01\x01\x01\x01", 7)), {}, "a length of five bytes"},
   };
   for (const auto& test : cases) EXPECT_EQ(MailNamesIn(test.encoded), test.names) << test.why;
@@ -248,6 +282,7 @@ TEST(SmimeAddresses, TheSignersAddressIsReadFromAFixedDistance) {
   EXPECT_EQ(SignerAddressIn(label23 + "alice@example.org next", label23), "alice@example.org");
   EXPECT_EQ(SignerAddressIn(label23 + std::string(127, 'a'), label23), std::string(127, 'a'));
   EXPECT_EQ(SignerAddressIn(label23 + std::string(128, 'a'), label23), "");
+  EXPECT_EQ(SignerAddressIn(label23 + "a!b@x next", label23), "a!b@x") << "the byte behind the blank is part";
   EXPECT_EQ(SignerAddressIn("nothing here", english), "");
   EXPECT_EQ(SignerAddressIn("Signer: x" + label23 + "other@x\r\n" + label23 + "alice@x\r\n", label23),
             "alice@x")

@@ -53,6 +53,27 @@ TEST(Slicing, KeepsCharactersWhole) {
   }
 }
 
+// The rule looks for a 0x1A in the three bytes before a cut or a start, the nearest first.
+TEST(Slicing, TheNearestOfThreeBytesDecides) {
+  EXPECT_EQ(RightPart("\x1A"
+                      "ab\x1Axyz",
+                      4),
+            "\x1A"
+            "ab\x1Axyz")
+      << "what stands at the start itself does not count";
+  EXPECT_EQ(RightPart("\x1A"
+                      "abcdefg",
+                      4),
+            "defg")
+      << "four bytes before";
+  EXPECT_EQ(RightPart("a\x1A"
+                      "b\x1Axyz",
+                      3),
+            "\x1Axyz")
+      << "the nearest of two";
+  EXPECT_EQ(MiddlePart("abc", 1, 1), "b");
+}
+
 std::set<std::size_t> Borders(std::string_view text) {
   std::set<std::size_t> borders = {0};
   for (std::size_t at = 0; at < text.size(); borders.insert(at)) at += UnitLength(text.substr(at));
@@ -102,7 +123,7 @@ TEST(Slicing, EscapingStopsBeforeTheUnitBehind8190Bytes) {
 
 TEST(Slicing, EnclosingQuotesAreRecognised) {
   for (const char* text : {"\"a\"", "\"\"\"", "\"a b\""}) EXPECT_TRUE(IsEnclosedInQuotes(text)) << text;
-  for (const char* text : {"", "\"", "\"\"", "a\"", "\"a", "\"a\x81\""})
+  for (const char* text : {"", "\"", "\"\"", "a\"", "\"a", "\"a\x81\"", "ab\"", "\"ab", "abc"})
     EXPECT_FALSE(IsEnclosedInQuotes(text)) << text;
   EXPECT_TRUE(IsEnclosedInQuotes("\"" + std::string(8189, 'a') + "\""));
   EXPECT_FALSE(IsEnclosedInQuotes("\"" + std::string(8190, 'a') + "\""));
@@ -111,6 +132,7 @@ TEST(Slicing, EnclosingQuotesAreRecognised) {
 TEST(Slicing, BaseNamesStandBehindTheLastBackslash) {
   EXPECT_EQ(BaseName("C:\\a\\b.txt"), "b.txt");
   EXPECT_EQ(BaseName("b.txt"), "b.txt");
+  EXPECT_EQ(BaseName("\\b.txt"), "b.txt");
   EXPECT_EQ(BaseName("C:\\a\\"), "");
   EXPECT_EQ(BaseName(""), "");
   EXPECT_EQ(BaseName("C:\\\x95\x5C.txt"), "\x95\x5C.txt") << "a second byte is no backslash";
@@ -175,6 +197,14 @@ TEST(Randomness, TextsAreJudged) {
       {"axkqzvb", 0, "one vowel in seven letters"},
       {"axkqzvbn", 1, "one in eight: unknown pairs"},
       {"strengthsstr", 0, "few vowels, known pairs"},
+      {"thrast", 0, "each of the five vowels counts: one in six letters"},
+      {"threst", 0, "each of the five vowels counts: one in six letters"},
+      {"thrist", 0, "each of the five vowels counts: one in six letters"},
+      {"throst", 0, "each of the five vowels counts: one in six letters"},
+      {"thrust", 0, "each of the five vowels counts: one in six letters"},
+      {"thryst", 1, "y is none"},
+      {"ththththe", 0, "known pairs"},
+      {"tHtHtHtHe", 1, "a pair with a capital letter is not known"},
       {"", 0, "nothing"},
       {"\x82\xA0\x82\xA2\x82\xA4\x82\xA6\x82\xA8", 0, "no letters at all"},
   };
@@ -201,6 +231,7 @@ TEST(Randomness, DomainsAreJudgedByOneLabel) {
       {"internet@xkqzvbnm.com", 1, "the label ends at another byte"},
       {"xkqzvbnm.com>", 0, "another byte at the end"},
       {"xkqzvbnm.com.", 1, "a dot at the end"},
+      {"xkq1zvb2nm.com", 1, "digits are part of a label"},
       {"..", 0, "empty labels"},
       {"", 0, "nothing"},
   };

@@ -40,6 +40,11 @@ TEST(HostText, UnitsAreRecognised) {
   for (const UnitCase& c : cases) EXPECT_EQ(UnitLength(c.text), c.length) << c.why;
 }
 
+TEST(HostText, OnlyAPlaceInsideACharacterSplitsIt) {
+  EXPECT_TRUE(SplitsUnit("\x83\x41", 1));
+  for (const std::size_t place : {0u, 2u, 3u, 5u}) EXPECT_FALSE(SplitsUnit("\x83\x41", place)) << place;
+}
+
 struct CutCase {
   std::string text;
   std::size_t limit;
@@ -73,6 +78,29 @@ TEST(HostText, CutsKeepWholeUnits) {
     EXPECT_EQ(CopyWithinLimit(copy.data(), c.text, c.limit), c.length) << c.why;
     EXPECT_EQ(copy.substr(0, c.length + 1), c.text.substr(0, c.length) + '\0') << c.why;
   }
+}
+
+TEST(HostText, ACutLooksForTheNearestOfThreeBytes) {
+  EXPECT_EQ(CutBefore("\x1A"
+                      "AB\x83\x41",
+                      4),
+            0u)
+      << "behind a character that is left out";
+  EXPECT_EQ(CutBefore("\x1A"
+                      "ab\x1A"
+                      "cd",
+                      3),
+            0u)
+      << "what stands behind the cut does not count";
+  EXPECT_EQ(CutBefore("a\x1A"
+                      "b\x1A"
+                      "xy",
+                      4),
+            3u)
+      << "the nearest of two";
+  char copy[] = "##";
+  EXPECT_EQ(CopyWithinLimit(copy, std::string_view(), sizeof copy), 0u);
+  EXPECT_STREQ(copy, "");
 }
 
 // The limit of a reported message: 496 with its terminator.

@@ -91,6 +91,20 @@ TEST(Utf8Validation, RandomTextsAgreeWithTheDefinition) {
   EXPECT_LT(good, 15000);
 }
 
+// Texts that are cut short at a block's end, and go on with a whole block of ASCII or end there.
+TEST(Utf8Validation, ASequenceCutShortAtABlocksEndIsSeen) {
+  for (const std::string lead : {"\xC3", "\xE3\x81", "\xF0\x9F\x98"}) {
+    for (std::size_t end = lead.size(); end <= 260; ++end) {
+      for (const std::size_t behind : {0u, 1u, 64u, 128u, 200u}) {
+        const std::string text = std::string(end - lead.size(), 'x') + lead + std::string(behind, 'y');
+        for (const Utf8Validator* const validator : RunnableUtf8Validators()) {
+          ASSERT_FALSE(validator->is_well_formed(text)) << validator->name << end << " " << behind;
+        }
+      }
+    }
+  }
+}
+
 struct LikelyCase {
   std::string text;
   bool likely;
@@ -115,6 +129,9 @@ TEST(LikelyUtf8, FollowsTheRule) {
       {"abc" + Encoded(0xFEFF) + "\xFF", true, "also behind ASCII"},
       {Encoded(0x3042) + Encoded(0xFEFF) + "\xFF", false, "but not behind another character"},
       {"\xC0\x80", true, "not the shortest form: kept"},
+      {std::string(32, 'a'), false, "ASCII that fills its blocks"},
+      {Encoded(0x65E5) + std::string(16, 'a'), true, "such ASCII behind an ideograph"},
+      {Encoded(0x65E5) + std::string(20, 'a') + "\xE3", false, "a sequence cut short far behind"},
   };
   for (const LikelyCase& c : cases) EXPECT_EQ(IsLikelyUtf8(c.text), c.likely) << c.why;
 }

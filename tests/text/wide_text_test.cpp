@@ -7,6 +7,7 @@
 #include <string>
 
 #include "src/text/host_text.h"
+#include "src/text/utf8_text.h"
 #include "tests/support/iconv_code_page.h"
 
 namespace wfinfo {
@@ -226,6 +227,28 @@ TEST(CodePage, OtherOutcomesThanOneOrTwoBytesAreKnown) {
   EXPECT_EQ(WideToHost(u"\u3042", host, code_page), 1u);
   EXPECT_EQ(host[0], '?');
   EXPECT_FALSE(code_page.IsPair(CodePage::LeadRow(0x81), 0x40));
+  EXPECT_EQ(Utf8ToHostMbcs("\xE3\x81\x82", host, code_page), 1u);
+  EXPECT_EQ(host[0], '?') << "from UTF-8 too";
+}
+
+TEST(CodePage, AZeroByteIsNoHostForm) {
+  const CharacterCalls calls = {[](const char*, int, char16_t*) { return 0; },
+                                [](const char*) { return false; },
+                                [](char16_t unit, char* bytes, bool*) {
+                                  bytes[0] = '\0';
+                                  bytes[1] = 'x';
+                                  return unit % 2 == 0 ? 1 : 2;
+                                }};
+  static CodePagePages pages;
+  const CodePage code_page(calls, pages);
+  for (const char16_t unit : {u'\u3042', u'\u3043'}) {
+    char host[4];
+    EXPECT_EQ(WideToHost(std::u16string_view(&unit, 1), host, code_page), 1u);
+    EXPECT_EQ(host[0], '?');
+  }
+  char16_t wide[2];
+  EXPECT_EQ(HostToWide("\x81\x40", wide, code_page), 1u);
+  EXPECT_EQ(wide[0], u'?') << "a conversion that fails";
 }
 
 }  // namespace
