@@ -14,11 +14,12 @@ namespace wrenfold {
 std::variant<macro::Value, macro::Complaint> CallExport(const Library& library, const std::string& name,
                                                         std::span<const macro::Value> parameters);
 
-// What the system said of the last call (GetLastError); means something where the export's documentation sends
-// its caller to Bypass_GetLastError.
+// What the system said of the last call (GetLastError); means something where the export's documentation
+// sends its caller to Bypass_GetLastError.
 unsigned long LastErrorOfCall();
 
-// Calls on the host's own account do not count: the next Bypass_GetLastError tells what it would without them.
+// Calls on the host's own account do not count: the next Bypass_GetLastError tells what it would without
+// them.
 class UncountedCalls {
  public:
   UncountedCalls();

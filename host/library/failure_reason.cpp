@@ -105,8 +105,7 @@ bool IsAnswer(const Row& row, std::string_view doc) {
   return false;
 }
 
-// A result that may be a failure as the documentation writes it (a handle of 0 may be null there); "" for
-// others.
+// A result that may be a failure as the documentation writes it (a handle of 0 may be null there); else "".
 std::string FailureValue(const macro::Value& result) {
   constexpr std::int64_t kAllBits = 0xFFFFFFFF;
   if (result.IsText()) return result.Text().empty() ? "\"\"" : "";

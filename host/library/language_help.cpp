@@ -143,6 +143,7 @@ std::string LanguagePage() {
   AddSection(page, "Values", kValues);
   AddSection(page, "Operators", kOperators);
   AddSection(page, "Functions for lists, tables and texts", Functions());
+  AddSection(page, "Terms of the reference", kTerms);
   return page.append("A macro\n").append(kExample);
 }
 

@@ -8,8 +8,8 @@
 
 namespace wrenfold {
 
-// Why one of `words` names nothing that the trace could show: neither an export or one of `others`, nor in digits
-// a code or menu command that an export sends. nullopt when all do.
+// Why one of `words` names nothing that the trace could show: neither an export or one of `others`, nor
+// in digits a code or menu command that an export sends. nullopt when all do.
 std::optional<std::string> WrongTracedWord(std::span<const std::string> words,
                                            std::span<const std::string_view> others);
 

@@ -14,8 +14,8 @@ std::string HeaderOfHostText(std::string_view line);
 // Whether somebody is named who is to get it: To, Cc or Bcc, or their Resent- kin when there is one.
 bool HasRecipients(std::string_view raw);
 
-// The first entry of a header of recipients that names no address, "" for none: `nobody`, `<broken`; not `Doe`
-// in "Doe, John <j@example.com>" and no empty group.
+// The first entry of a header of recipients that names no address, "" for none: `nobody`, `<broken`; not
+// `Doe` in "Doe, John <j@example.com>" and no empty group.
 std::string_view UnreadableRecipient(std::string_view list);
 
 // False for a mail that waits for its writer: "X-Unsent: 1".
