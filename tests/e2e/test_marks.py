@@ -76,7 +76,7 @@ class Marks(Folders):
         self.run_on('SelectFolder("in", null)\nSwitchMark()\nSetMailColor(2)\nAddBookmark()\n')
         self.assert_output(self.run_on(
             'SelectFolder("in", null)\nprint Move("out", null)\nSelectFolder("l", null)\nSwitchMark()\nprint Move("out", null)\n'
-            'SelectFolder("out", null)\nprint Copy("in", null)\n'), "1\n1\n1\n")
+            'SelectFolder("out", null)\nSetMailIndex(1)\nprint Copy("in", null)\n'), "1\n1\n1\n")
         self.assertEqual(self.state("out"), {"a": "1101 2 1", "x": "1101 0 0"})
         self.assertEqual(self.state("in")["a"], "1101 2 0")
         self.assertEqual(self.state("l"), {"y": UNTOUCHED, "z": UNTOUCHED})
