@@ -157,10 +157,10 @@ def contents():
     return packed
 
 
-def pack(target=ZIP):
+def pack(target=ZIP, packed=None):
     temporary = target.with_suffix(".new")
-    with zipfile.ZipFile(temporary, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as archive:
-        for name, content in sorted(contents().items()):
+    with zipfile.ZipFile(temporary, "w", zipfile.ZIP_DEFLATED, compresslevel=6) as archive:
+        for name, content in sorted((packed or contents()).items()):
             info = zipfile.ZipInfo(name, (1980, 1, 1, 0, 0, 0))
             info.compress_type = zipfile.ZIP_DEFLATED
             info.create_system = 0  # as if made on Windows: no Unix permissions

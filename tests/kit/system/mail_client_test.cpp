@@ -6,6 +6,7 @@
 #include <windows.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 #include "tests/kit/system/child_win.h"
@@ -36,8 +37,11 @@ class UsersChoice {
     Set(client);
   }
   ~UsersChoice() {
-    if (had_one_) return Set(before_);
-    RegDeleteKeyValueA(HKEY_CURRENT_USER, kClients, nullptr);
+    if (had_one_) {
+      Set(before_);
+    } else {
+      RegDeleteKeyValueA(HKEY_CURRENT_USER, kClients, nullptr);
+    }
   }
 
  private:

@@ -62,12 +62,20 @@ class Person {
   PCCERT_CONTEXT cert_ = nullptr;
 };
 
+// For the entry CertVerifyCertificateChainPolicy: a chain that ends at the certificate itself is fine.
+BOOL WINAPI GoodPolicy(LPCSTR, PCCERT_CHAIN_CONTEXT, PCERT_CHAIN_POLICY_PARA,
+                       PCERT_CHAIN_POLICY_STATUS status) {
+  status->dwError = 0;
+  return TRUE;
+}
+
 class SystemSmime : public testing::Test {
  protected:
   SystemSmime() {
     // Nobody's authority vouches for these certificates, which would be refused before anything is made.
     crypto_.replaced["CertGetCertificateChain"] = reinterpret_cast<void*>(&GoodChain);
     crypto_.replaced["CertFreeCertificateChain"] = reinterpret_cast<void*>(&CertFreeCertificateChain);
+    crypto_.replaced["CertVerifyCertificateChainPolicy"] = reinterpret_cast<void*>(&GoodPolicy);
     crypto_.Store("My").Add(alice_.cert());
     crypto_.Store("AddressBook").Add(bob_.cert());
   }
@@ -76,7 +84,7 @@ class SystemSmime : public testing::Test {
   std::string Made(int mode, const char* recipients, const char* signer, int algorithm = 7, int hash = 0) {
     const char* const made = SmimeEncryptSign(mode, kText.c_str(), recipients, signer, algorithm, hash, 0);
     const std::string message(made, PgpGetSMIMEOutputSize());
-    EXPECT_FALSE(message.empty());
+    EXPECT_FALSE(message.empty()) << Boxes();
     return message;
   }
   std::string Decrypted(const std::string& message) {
@@ -126,11 +134,11 @@ TEST_P(Hash, ADetachedSignatureIsGoodForItsTextAlone) {
   const std::string message = Made(1, nullptr, "alice@example.org", 7, GetParam().selector);
   EXPECT_EQ(message.find("The text of a mail"), message.npos);
   Verify(message, kText.data(), kText.size());
-  EXPECT_EQ(GetLastSMIMESigned(), 1) << PgpGetInfo();
+  EXPECT_EQ(wfinfo::g_signatureState, 1) << wfinfo::PgpInfoText();
   std::string altered = kText;
   altered[30] ^= 1;
   Verify(message, altered.data(), altered.size());
-  EXPECT_EQ(GetLastSMIMESigned(), 0) << PgpGetInfo();
+  EXPECT_EQ(wfinfo::g_signatureState, 0) << wfinfo::PgpInfoText();
   EXPECT_EQ(Boxes(), "");
 }
 INSTANTIATE_TEST_SUITE_P(System, Hash,
@@ -142,9 +150,9 @@ TEST_F(SystemSmime, WhatIsSignedAndEncryptedIsBothWhenItIsOpened) {
   LetBobRead();
   const std::string message = Made(2, "bob@example.org", "alice@example.org");
   const std::string inner = Decrypted(message);
-  ASSERT_FALSE(inner.empty()) << PgpGetInfo();
+  ASSERT_FALSE(inner.empty()) << wfinfo::PgpInfoText();
   Verify(inner, nullptr, 0);
-  EXPECT_EQ(GetLastSMIMESigned(), 1) << PgpGetInfo();
+  EXPECT_EQ(wfinfo::g_signatureState, 1) << wfinfo::PgpInfoText();
   EXPECT_EQ(PgpGetSMIMEOutputSize(), kText.size() + 1) << "the terminating zero is part of it";
   EXPECT_EQ(Boxes(), "");
 }
@@ -166,7 +174,7 @@ TEST_F(SystemSmime, AnEnvelopeWithOneOtherByteDoesNotGiveTheText) {
 TEST_F(SystemSmime, ADetachedSignatureWithoutItsTextIsNotGood) {
   const std::string message = Made(1, nullptr, "alice@example.org");
   Verify(message, nullptr, 0);
-  EXPECT_EQ(GetLastSMIMESigned(), 0) << PgpGetInfo();
+  EXPECT_EQ(wfinfo::g_signatureState, 0) << wfinfo::PgpInfoText();
 }
 
 // --- WinVerifyTrust ---
