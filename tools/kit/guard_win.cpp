@@ -59,7 +59,7 @@ Verdict Guard::PutBack() {
   std::string changed;
   for (const Kept& kept : kept_) {
     if (kept.is_ours && on_disk_) RestoreTree(kept.place, kept.tree);
-    for (const std::string& path : Differences(kept.tree, SavedTree(kept.place))) {
+    for (const std::string& path : Differences(kept.tree, SavedTree(kept.place), kept.is_ours)) {
       changed += NameOf(kept.place) + path + "\n";
     }
   }

@@ -107,9 +107,9 @@ bool Restore(HKEY root, const std::wstring& path, const Json& saved) {
   return good;
 }
 
-void Compare(const Json& before, const Json& after, const std::string& path,
+void Compare(const Json& before, const Json& after, const std::string& path, bool empty_keys_count,
              std::vector<std::string>& found) {
-  if (before.kind != after.kind) return found.push_back(path);
+  if (empty_keys_count && before.kind != after.kind) return found.push_back(path);
   for (const char* const part : {"values", "keys"}) {
     std::vector<std::string> names;
     for (const auto& [name, value] : before[part].members) names.push_back(name);
@@ -121,7 +121,7 @@ void Compare(const Json& before, const Json& after, const std::string& path,
       const Json& b = after[part][name];
       if (found.size() >= kMostDifferences) return;
       if (part[0] == 'k') {
-        Compare(a, b, path + "\\" + name, found);
+        Compare(a, b, path + "\\" + name, empty_keys_count, found);
       } else if (a.text != b.text || a.kind != b.kind) {
         found.push_back(path + ", value \"" + name + "\"");
       }
@@ -140,13 +140,13 @@ Json SavedTree(const RegistryPlace& place) { return TreeOf(RootOf(place), place.
 bool RestoreTree(const RegistryPlace& place, const Json& saved) {
   // A key that is as it was is not opened for writing, which may not be allowed.
   const Json present = SavedTree(place);
-  if (Differences(saved, present).empty()) return true;
+  if (Differences(saved, present, true).empty()) return true;
   return Restore(RootOf(place), place.path, saved);
 }
 
-std::vector<std::string> Differences(const Json& before, const Json& after) {
+std::vector<std::string> Differences(const Json& before, const Json& after, bool empty_keys_count) {
   std::vector<std::string> found;
-  Compare(before, after, "", found);
+  Compare(before, after, "", empty_keys_count, found);
   return found;
 }
 

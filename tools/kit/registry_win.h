@@ -22,7 +22,8 @@ Json SavedTree(const RegistryPlace& place);
 // Brings the key to what was saved: only what differs is written or deleted. False when that was not allowed.
 bool RestoreTree(const RegistryPlace& place, const Json& saved);
 
-// Paths of what differs between two trees, most of ten.
-std::vector<std::string> Differences(const Json& before, const Json& after);
+// Paths of what differs between two trees, most of ten. Windows makes empty keys where it only looks: they count only
+// where `empty_keys_count`.
+std::vector<std::string> Differences(const Json& before, const Json& after, bool empty_keys_count);
 
 }  // namespace kit

@@ -20,8 +20,8 @@ struct Wanted {
   int lanes = 2;
 };
 
-// The tests of the plan that are wanted, with their results, in the order of the plan. Tells its progress on the
-// console.
+// The tests of the plan that are wanted, with their results, in the order of the plan. The console shows how far
+// they are.
 std::vector<Result> RunAll(const Plan& plan, const Record& record, const Place& place, const Wanted& wanted);
 
 // What could name the user: the run's folder and the kit's become words. What is no UTF-8 is made visible.
