@@ -1,7 +1,7 @@
 """Packs the Windows test kit: out/kit.zip. `./dev kit` builds what goes in and calls this.
 
     python3 tools/make_kit.py                   packs
-    python3 tools/make_kit.py --take REPORT     takes what Wine answered out of a report of the kit: tests/kit/expected.json
+    python3 tools/make_kit.py --take REPORT...  takes what Wine answered out of reports of the kit: tests/kit/expected.json
 
 The archive is the same, byte for byte, for the same files. What is in it stands in docs/test-kit.md.
 """
@@ -171,23 +171,23 @@ def pack(target=ZIP, packed=None):
 # --- What Wine answered ---
 
 
-def take(report):
-    """Writes expected.json from a report; a test a line, so that changes can be read."""
-    told = json.loads(pathlib.Path(report).read_text(encoding="utf-8"))
-    assert not told["stopped"], "it was stopped"
-    system = f"Wine {told['system']['Wine']}, code pages {told['system']['code pages']}"
+def take(*reports):
+    """Writes expected.json from reports, of which a later one goes before; a test a line, so that changes can be read."""
     tests = {}
-    for test in told["tests"]:
-        if test["name"].startswith("kit.") or test["name"].startswith("e2e."):
-            continue
-        why = {} if test["outcome"] == "passed" else {"why": test.get("reason", "")}
-        tests[test["name"]] = {"outcome": test["outcome"], **why}
+    for report in reports:
+        told = json.loads(pathlib.Path(report).read_text(encoding="utf-8"))
+        system = f"Wine {told['system']['Wine']}, code pages {told['system']['code pages']}"
+        for test in told["tests"]:
+            if test["outcome"] == "not run" or test["name"].startswith(("kit.", "e2e.")):
+                continue
+            why = {} if test["outcome"] == "passed" else {"why": test.get("reason", "")}
+            tests[test["name"]] = {"outcome": test["outcome"], **why}
     lines = ",\n".join(f"  {json.dumps(name)}: {json.dumps(tests[name], ensure_ascii=False)}" for name in sorted(tests))
     EXPECTED.write_text(f'{{\n "system": {json.dumps(system)},\n "tests": {{\n{lines}\n }}\n}}\n', encoding="utf-8")
 
 
 if __name__ == "__main__" and sys.argv[1:2] == ["--take"]:
-    sys.exit(take(sys.argv[2]) or 0)
+    sys.exit(take(*sys.argv[2:]) or 0)
 
 if __name__ == "__main__":
     pack()

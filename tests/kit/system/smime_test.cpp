@@ -62,12 +62,8 @@ class Person {
   PCCERT_CONTEXT cert_ = nullptr;
 };
 
-// For the entry CertVerifyCertificateChainPolicy: a chain that ends at the certificate itself is fine.
-BOOL WINAPI GoodPolicy(LPCSTR, PCCERT_CHAIN_CONTEXT, PCERT_CHAIN_POLICY_PARA,
-                       PCERT_CHAIN_POLICY_STATUS status) {
-  status->dwError = 0;
-  return TRUE;
-}
+// For the entry WinVerifyTrust: nothing is wrong with a certificate. SystemTrust asks the system itself.
+LONG WINAPI GoodTrust(HWND, GUID*, void*) { return ERROR_SUCCESS; }
 
 class SystemSmime : public testing::Test {
  protected:
@@ -75,7 +71,7 @@ class SystemSmime : public testing::Test {
     // Nobody's authority vouches for these certificates, which would be refused before anything is made.
     crypto_.replaced["CertGetCertificateChain"] = reinterpret_cast<void*>(&GoodChain);
     crypto_.replaced["CertFreeCertificateChain"] = reinterpret_cast<void*>(&CertFreeCertificateChain);
-    crypto_.replaced["CertVerifyCertificateChainPolicy"] = reinterpret_cast<void*>(&GoodPolicy);
+    crypto_.replaced["WinVerifyTrust"] = reinterpret_cast<void*>(&GoodTrust);
     crypto_.Store("My").Add(alice_.cert());
     crypto_.Store("AddressBook").Add(bob_.cert());
   }
