@@ -18,8 +18,7 @@ std::variant<macro::Value, macro::Complaint> CallExport(const Library& library, 
 // sends its caller to Bypass_GetLastError.
 unsigned long LastErrorOfCall();
 
-// Calls on the host's own account do not count: the next Bypass_GetLastError tells what it would without
-// them.
+// Calls on the host's own account do not count: Bypass_GetLastError tells what it would without them.
 class UncountedCalls {
  public:
   UncountedCalls();

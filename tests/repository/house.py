@@ -37,7 +37,7 @@ HOST_MAY_TAKE = re.compile(r"src/(bridge/host_protocol\.h|(base|text|dates|addre
                            r"mapi/(host_blocks|mapi_records)\.h)")
 INCLUDE_ROOTS = ("src/", "host/", "tests/", "catalogue/", "resources/", "bench/", "fuzz/", "tools/")
 GENERATED = ("wfinfo.h",)  # stands in out/
-IN_THE_ROOT = {".ci", ".clang-format", ".gitattributes", ".gitignore", "CHANGELOG.md", "CMakeLists.txt",
+IN_THE_ROOT = {".ci", ".clang-format", ".gitattributes", ".github", ".gitignore", "CHANGELOG.md", "CMakeLists.txt",
                "CMakePresets.json", "CONTRIBUTING.md", "README.md", "bench", "catalogue", "cmake", "dev", "docs", "examples",
                "fuzz", "host", "resources", "samples", "src", "tests", "tools"}
 

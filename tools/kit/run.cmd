@@ -1,0 +1,2 @@
+@"%~dp0kit.exe" %*
+@exit /b %errorlevel%
