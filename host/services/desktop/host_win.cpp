@@ -20,8 +20,8 @@ Answer Yes(Request&) { return Request::AnswerNumber(1); }
 constexpr Service kServices[] = {
     {46, nullptr, HomeDir, "folder of `wrenfold.exe` with its backslash"},
     {48, nullptr, Version, "100 for version 1.00"},
-    {93, nullptr, Yes, "1: who asks is a macro"},  // whoever asks is a macro
-    {289, nullptr, No, "0: no beta"},              // no beta,
+    {93, nullptr, Yes, "1: who asks is a macro"},
+    {289, nullptr, No, "0: no beta"},
 };
 
 }  // namespace

@@ -74,8 +74,9 @@ Answer Sort(Request& request) {
     for (const std::size_t mail : group) filed += request.state.Mail(mail).folder == folder ? 1 : 0;
     if (failure.empty()) failure = reason;
   }
-  if (!failure.empty()) request.Fail(failure);
-  return filed == 0 && !failure.empty() ? request.Fail(failure) : Request::AnswerNumber(filed);
+  if (failure.empty()) return Request::AnswerNumber(filed);
+  const Answer failed = request.Fail(failure);
+  return filed == 0 ? failed : Request::AnswerNumber(filed);
 }
 
 // The dialog of the rules is the terminal.

@@ -1,4 +1,4 @@
-// Tabs, of which each tree of folders has one; bookmarks; what the list shows of a search.
+// Tabs, of which each tree of folders has one; bookmarks.
 #include <filesystem>
 
 #include "host/base/paths.h"

@@ -22,7 +22,7 @@ void FinishTransmission(HostState& state);
 // Shows what goes on, and keeps it as the status that macros ask for.
 void TellStatus(HostState& state, const std::string& line);
 
-// Ends one before its next mail, which stays where it is, and tells so.
+// Ends a transmission before its next mail, which stays where it is, and tells so.
 void StopTransmission(HostState& state);
 
 // What the user must know when the program ends: "1 mail waits in ...". "" for nothing.
