@@ -1,4 +1,4 @@
-// The headers of the current mail, and the drafts of mails being written.
+// Changes of the headers of the current mail, or of all that are selected.
 #include "host/charset/charsets.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
@@ -6,15 +6,13 @@
 #include "host/services/list/selection_win.h"
 #include "host/services/mail/mail_editing_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/draft_win.h"
+#include "host/services/writing/written_mail_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/writing/draft_file.h"
 #include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
-
-// --- Headers ---
 
 std::string_view Name(const Request& request) { return request.Text(0); }
 
@@ -86,61 +84,18 @@ Answer SetInSelected(Request& request) {
   return Request::AnswerNumber(static_cast<Slot>(mails.size()));
 }
 
-// --- Drafts ---
-
-Answer Purpose(Request& request) {
-  return Request::AnswerNumber(static_cast<Slot>(request.state.draft_purpose()));
-}
-
-Answer Save(Request& request) {
-  if (const auto reason = SaveDraft(request.state)) return request.Fail(*reason);
-  return Request::Done(true);
-}
-
-// 0 as SaveDraft; else the mail is closed, and the open mail is the current one again.
-Answer SaveAndClose(Request& request) {
-  const Answer saved = Save(request);
-  if (saved.value != 0 && request.Number(0) != 0) CloseDraft(request.state);
-  return saved;
-}
-
-// A draft over its own file; a received mail with its changes over the file that it came from.
-Answer AlterSave(Request& request) {
-  HostState& state = request.state;
-  if (state.HasDraft()) {
-    if (state.writing.draft->stored == kNoMail)
-      return request.Fail("this mail has no file yet: SaveDraft() makes one");
-    return Save(request);
-  }
-  if (!state.HasRoot()) return request.Fail(kNeitherMail);
-  if (!state.Changes(state.root())) return request.None("the mail was not changed");
-  if (const auto reason = SaveChanges(state, state.root())) return request.Fail(*reason);
-  return Request::Done(true);
-}
-
 constexpr Service kServices[] = {
     {43, "TT", WithCurrent<Set>, "sets the first header of a name in the current mail, or adds it"},
     {44, "TT", WithCurrent<Add>, "adds a header to the current mail"},
     {90, "TTI", WithCurrent<SetOccurrence>,
      "sets a header by its number; the number of the last plus one adds one; 1 when it was done"},
     {94, "TI", WithCurrent<Delete>, "deletes a header by its number"},
-    {102, "I", WithDraft<SaveAndClose>, "saves the mail being written as a draft; not 0: and closes it"},
-    {121, nullptr, AlterSave,
-     "saves a draft over its own file, or a received mail with the changes that were made to it over the old "
-     "one"},
-    {169, nullptr, WithDraft<Purpose>,
-     "what the mail being written was begun for: 0 new mail, 1 reply, 2 forward"},
     {212, "TT", SetInSelected,
      "sets a header in each selected mail, in memory until the mail is saved; the number of mails"},
 };
 
-constexpr Command kCommands[] = {
-    {40173, WithDraft<Save>,
-     "saves the mail being written as a draft, in a file that its next saving replaces"},
-};
-
 }  // namespace
 
-const ServiceFamily kWritingServices = {kServices, kCommands};
+const ServiceFamily kHeaderChangesServices = {kServices, {}};
 
 }  // namespace wrenfold

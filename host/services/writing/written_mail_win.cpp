@@ -1,4 +1,4 @@
-#include "host/services/writing/draft_win.h"
+#include "host/services/writing/written_mail_win.h"
 
 #include <filesystem>
 #include <system_error>

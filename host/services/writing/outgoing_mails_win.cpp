@@ -11,7 +11,7 @@
 #include "host/services/folders/folder_lookup_win.h"
 #include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/draft_win.h"
+#include "host/services/writing/written_mail_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/writing/draft_file.h"
@@ -240,6 +240,6 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
-const ServiceFamily kDraftsServices = {kServices, kCommands};
+const ServiceFamily kOutgoingMailsServices = {kServices, kCommands};
 
 }  // namespace wrenfold
