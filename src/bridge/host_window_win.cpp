@@ -116,14 +116,14 @@ Candidate FromTopLevelWindow(HWND window, SearchMode mode) {
 }
 
 Candidate FromEnumeration(SearchMode mode) {
-  Candidate found{Outcome::kTestModality, nullptr};
-  WalkTopLevelWindows([&](HWND window) {
-    if (!BelongsToCaller(window)) return false;
-    const Candidate candidate = FromTopLevelWindow(window, mode);
-    if (candidate.outcome == Outcome::kSearchOn) return false;
-    found = candidate;
-    return true;
-  });
+  Candidate found{Outcome::kSearchOn, nullptr};
+  const auto decides = [&](HWND window) {
+    if (BelongsToCaller(window)) found = FromTopLevelWindow(window, mode);
+    return found.outcome != Outcome::kSearchOn;
+  };
+  WalkTopLevelWindows(decides);
+  if (found.outcome == Outcome::kSearchOn) VisitTopLevelWindows(decides);
+  if (found.outcome == Outcome::kSearchOn) found.outcome = Outcome::kTestModality;
   return found;
 }
 
@@ -166,6 +166,8 @@ HWND FindAnyFrame() {
     return own != nullptr;
   };
   WalkFrames(note, [&] { first = nullptr; });
+  if (first != nullptr && own == nullptr)
+    VisitTopLevelWindows([&](HWND window) { return HasClass(window, kFrameClass) && note(window); });
   return own != nullptr ? own : first;
 }
 

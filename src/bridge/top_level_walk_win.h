@@ -41,6 +41,15 @@ void WalkTopLevelWindows(Visit visit) {
   WalkTopLevelWindows(visit, [] {});
 }
 
+// All top-level windows in the z-order of one moment, until `visit` returns true. A walk passes a window over that
+// another program's doings bring from behind it to its front; nothing hides one from this, which asks for them all.
+template <typename Visit>
+void VisitTopLevelWindows(Visit visit) {
+  EnumWindows(
+      [](HWND window, LPARAM visitor) -> BOOL { return !(*reinterpret_cast<Visit*>(visitor))(window); },
+      reinterpret_cast<LPARAM>(&visit));
+}
+
 // The frames of all hosts.
 template <typename Visit, typename Restart>
 void WalkFrames(Visit visit, Restart restart) {

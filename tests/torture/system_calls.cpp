@@ -95,6 +95,7 @@ constexpr SystemCall kSystemCalls[] = {
     {"EnableWindow", 0, 0, kNoWord},
     {"EndDialog", 0, 0, kGivesBack},
     {"EnterCriticalSection", 0, 0, kCannotFail},
+    {"EnumWindows", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"FileTimeToSystemTime", 0, ERROR_INVALID_PARAMETER, ""},
     {"FindWindowA", 0, ERROR_INVALID_WINDOW_HANDLE, ""},
     {"FindWindowExA", 0, ERROR_INVALID_WINDOW_HANDLE, ""},

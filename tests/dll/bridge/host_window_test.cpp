@@ -1,6 +1,8 @@
 // Which window a request reaches, and when it is refused.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "tests/support/bystander_win.h"
 #include "tests/support/import_patch_win.h"
 #include "tests/support/library.h"
@@ -84,6 +86,47 @@ TEST(HostWindow, AFrameThatGoesAwayUnderTheSearchDoesNotHideTheHost) {
   host.Expect(kFrameCode).Answer(3).At(host.frame());
   EXPECT_EQ(MailCount(), 3);
   EXPECT_FALSE(IsWindow(g_vanishing));
+}
+
+HWND g_rising = nullptr;  // comes to the top when the neighbour of another window is asked for, once
+
+void RiseOnce() {
+  if (g_rising == nullptr) return;
+  SetWindowPos(std::exchange(g_rising, nullptr), HWND_TOP, 0, 0, 0, 0,
+               SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}
+
+HWND WINAPI GetWindowWhileOneRises(HWND window, UINT direction) {
+  RiseOnce();
+  return GetWindow(window, direction);
+}
+
+TEST(HostWindow, AHostThatComesToTheFrontUnderTheSearchIsFound) {
+  ScriptedHost host;
+  Raise(ActivateStranger(host));
+  g_rising = host.frame();
+  const ImportPatch patch("USER32.dll", "GetWindow", &GetWindowWhileOneRises);
+  host.Expect(kHostCode).Answer(1);
+  EXPECT_EQ(IsTransmitting(), 1);
+  EXPECT_EQ(g_rising, nullptr);
+}
+
+HWND WINAPI FindWindowWhileOneRises(HWND parent, HWND after, LPCSTR name, LPCSTR title) {
+  if (after != nullptr) RiseOnce();
+  return FindWindowExA(parent, after, name, title);
+}
+
+TEST(HostWindow, AFrameThatComesToTheFrontUnderTheSearchIsFoundBeforeThoseOfOthers) {
+  ScriptedHost host;
+  g_vanishing = host.OpenWindow("WrenfoldFrame");  // of another program, by what ProcessOfNone says
+  ActivateStranger(host);
+  Raise(g_vanishing);
+  g_rising = host.frame();
+  const ImportPatch next("USER32.dll", "FindWindowExA", &FindWindowWhileOneRises);
+  const ImportPatch process("USER32.dll", "GetWindowThreadProcessId", &ProcessOfNone);
+  host.Expect(kFrameCode).Answer(3).At(host.frame());
+  EXPECT_EQ(MailCount(), 3);
+  EXPECT_EQ(g_rising, nullptr);
 }
 
 TEST(HostWindow, AnActiveFrameIsAskedForItsRequestTargetOnce) {
