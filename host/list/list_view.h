@@ -1,4 +1,5 @@
-// How the mail list shows its folders, and the lists made of them.
+// What the user set for the mail list (order, threads, area), with the list of each folder that was made by
+// that; and for the window of the open mail.
 #pragma once
 
 #include <cstddef>

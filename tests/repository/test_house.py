@@ -228,6 +228,17 @@ class Comments(unittest.TestCase):
 
 
 class Format(unittest.TestCase):
+    def test_no_text_is_torn(self):
+        # What the formatter leaves that breaks a long text: a full line, a few words, and the rest, which it does not join.
+        wrong = []
+        for name in CODE:
+            lines = house.read(name).splitlines()
+            for number, (before, line, behind) in enumerate(zip(lines, lines[1:], lines[2:]), 2):
+                piece, word = re.fullmatch(r'\s*(?:u8)?"[^"\\]*"', line), re.match(r'\s*(?:u8)?"([^" ]*)', behind)
+                if piece and word and before.endswith('"') and len(before) > 80 and len(line) + len(word[1]) < WIDTH - 10:
+                    wrong.append(f"{name}:{number}: {line.strip()}")
+        self.assertEqual(wrong, [], "join the pieces, and run ./dev format")
+
     @unittest.skipIf(shutil.which("clang-format-14") is None, "clang-format-14 is not installed")
     def test_every_source_has_the_house_format(self):
         names = [name for name in NAMES if name.endswith((".cpp", ".h", ".c"))]

@@ -46,8 +46,7 @@ constexpr Service kServices[] = {
      "moves the selected mails to the [trash](#folders-and-filing); those in it are removed for good"},
     {14, nullptr, MoveOrCopy,
      "[files](#folders-and-filing) the selected mails in the folder, 0 when all lie there already; "
-     "attachments "
-     "are part of a mail here, so both copies are the same"},
+     "attachments are part of a mail here, so both copies are the same"},
 };
 
 }  // namespace

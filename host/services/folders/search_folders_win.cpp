@@ -81,8 +81,7 @@ Answer RestoreFindPackAtEnd(Request& request) {
 constexpr Service kServices[] = {
     {249, nullptr, Make,
      "makes a [grep folder](#grep-folders) of that path (first text) that searches the second folder, or "
-     "everywhere; "
-     "its settings stay in folders.txt"},
+     "everywhere; its settings stay in folders.txt"},
     {251, nullptr, WithFolder<FindPack>, "the find pack of a grep folder"},
     {252, nullptr, WithFolder<FindFolder>,
      "full path of the folder that a grep folder searches, \"\" for everywhere"},

@@ -96,8 +96,7 @@ constexpr Command kCommands[] = {
     {40134, WithRoot<OpenView>, "the same for the root mail, which a mail being written answers or forwards"},
     {40135, WithRoot<OpenRelated<IsReply>>,
      "opens the first mail that answers the open one (In-Reply-To, else the last of References), in the "
-     "outer "
-     "view"},
+     "outer view"},
     {40136, WithRoot<OpenRelated<Forwards>>,
      "the first one that forwards it: as text, with `Fwd:` or `Fw:` and its Message-ID in a header, or as an "
      "attached mail"},

@@ -1,7 +1,6 @@
 // Transmission: mails are received from a folder that stands for the server, and sent out of the outbox.
 // Nothing leaves the machine unless the user named a program that sends.
 #include "host/services/post/transmission_win.h"
-#include "host/base/paths.h"
 
 #include <windows.h>
 
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "host/base/ascii.h"
+#include "host/base/paths.h"
 #include "host/base/plain_window_win.h"
 #include "host/base/time_stamp_win.h"
 #include "host/base/whole_file.h"
@@ -177,6 +177,15 @@ std::vector<TransmissionStep> StepsToSend(HostState& state) {
   for (fs::path& file : Post(state).outbox.Waiting(DateHeaderNow()))
     steps.push_back({Kind::kSend, std::move(file), ""});
   return steps;
+}
+
+// Says why a mail waits until its writer mends it.
+bool TellUndated(HostState& state, std::string_view mail) {
+  const std::string when = UndatedDelivery(mail);
+  if (when.empty()) return false;
+  TellStatus(state,
+             "the mail waits in the outbox: its Deferred-Delivery " + Quoted(when, 60) + " is no date");
+  return true;
 }
 
 // --- A transmission, waited for or in the background ---
@@ -345,15 +354,6 @@ void TellStatus(HostState& state, const std::string& line) {
 
 void FinishTransmission(HostState& state) {
   while (Post(state).transmission.IsRunning()) Advance(state);
-}
-
-// Says why a mail waits until its writer mends it.
-bool TellUndated(HostState& state, std::string_view mail) {
-  const std::string when = UndatedDelivery(mail);
-  if (when.empty()) return false;
-  TellStatus(state,
-             "the mail waits in the outbox: its Deferred-Delivery " + Quoted(when, 60) + " is no date");
-  return true;
 }
 
 void StopTransmission(HostState& state) {

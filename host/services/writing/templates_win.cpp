@@ -138,8 +138,7 @@ constexpr Service kServices[] = {
     {115, "IT", Sign, "name of the signature that comes with a template"},
     {116, "T", WithDraft<SwitchTemplate>,
      "puts the mail being written into another template, with the template's signature if it has one; what "
-     "was written "
-     "stays"},
+     "was written stays"},
     {117, "T", WithDraft<SwitchSign>, "gives the mail being written another signature, none for \"\""},
     {118, "T", SetDraftFolder, "folder in which drafts are saved from then on, \"\" for the usual one"},
     {151, "", CurrentName<&Draft::template_name>, "template of the mail being written"},
