@@ -177,7 +177,7 @@ std::optional<std::string> WhyNotResent(HostState& state, const std::string& res
   const std::size_t begun = writing.begun;
   Draft seen;
   seen.purpose = DraftPurpose::kForward;
-  seen.text = resent_header + state.Message(state.root()).text;
+  seen.text = resent_header + state.RootText();
   auto draft = std::exchange(writing.draft, seen);
   auto kept = std::exchange(writing.kept, seen);
   const auto switched = std::exchange(writing.switched, 0);
@@ -196,8 +196,7 @@ Answer Resend(Request& request) {
   HostState& state = request.state;
   const Slot mode = request.Number(1) & ~wfinfo::kResendAsBcc;
   const bool as_bcc = (request.Number(1) & wfinfo::kResendAsBcc) != 0;
-  if (mode == kOpen)
-    return OpenResent(request, ResentText(state.Message(state.root()).text, request.Text(0), as_bcc));
+  if (mode == kOpen) return OpenResent(request, ResentText(state.RootText(), request.Text(0), as_bcc));
   if (mode != kSendNow && mode != kSendLater)
     return request.Fail("no such way to resend: " + std::to_string(request.Number(1)));
   if (const auto reason = WhyUnaddressed(as_bcc ? "Resent-Bcc" : "Resent-To", request.Text(0)))

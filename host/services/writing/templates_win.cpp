@@ -127,7 +127,6 @@ Answer SetDraftFolder(Request& request) {
 
 // The small host makes no information items: the user is told where they would lie.
 Answer SetInfoFolder(Request& request, std::size_t folder) {
-  request.state.Setting(request.code()) = static_cast<Slot>(folder);
   Tell("information items go to " + request.state.folders()[folder].name + " (simulated: there are none)");
   return Request::Done(true);
 }
@@ -147,8 +146,7 @@ constexpr Service kServices[] = {
      "template with which new mails, replies (1) or forwards (2) in a folder begin; kept while the program "
      "runs"},
     {154, "TTIT", SetReference, "chooses that template, none for \"\""},
-    {200, "TT", WithFolder<SetInfoFolder>,
-     "keeps the folder of information items while the program runs, and tells it; the host makes none"},
+    {200, "TT", WithFolder<SetInfoFolder>, "tells where information items would go; the host makes none"},
     {308, "", WithDraft<IsSignHtml>, "1 when the signature of the mail being written has an HTML form"},
 };
 
