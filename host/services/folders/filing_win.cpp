@@ -2,9 +2,9 @@
 #include <vector>
 
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
-#include "host/services/list/selection_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_lookup_win.h"
+#include "host/shared/selection_win.h"
 #include "host/writing/missing_mails.h"
 
 namespace wrenfold {

@@ -7,8 +7,8 @@
 #include "host/base/ascii.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_lookup_win.h"
 
 namespace wrenfold {
 namespace {

@@ -8,8 +8,8 @@
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_lookup_win.h"
 #include "host/writing/missing_mails.h"
 
 namespace wrenfold {

@@ -8,8 +8,8 @@
 #include "host/charset/charsets.h"
 #include "host/list/csv_list.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/list/selection_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/selection_win.h"
 #include "host/terminal/progress.h"
 
 namespace wrenfold {

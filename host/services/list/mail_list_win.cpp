@@ -2,8 +2,8 @@
 // marks. The open mail is the root mail and the current one.
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
-#include "host/services/list/list_moves_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/list_moves_win.h"
 #include "host/writing/missing_mails.h"
 
 namespace wrenfold {

@@ -5,8 +5,8 @@
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
-#include "host/services/list/list_moves_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/list_moves_win.h"
 
 namespace wrenfold {
 namespace {

@@ -11,7 +11,7 @@
 #include "host/mime/sections.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/windows/frame_win.h"
 #include "host/writing/draft_file.h"
 #include "host/writing/missing_mails.h"

@@ -9,7 +9,7 @@
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/writing/mail_rewrite.h"

@@ -4,8 +4,8 @@
 #include "host/mail/headers.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_paths_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_paths_win.h"
 #include "host/writing/draft_file.h"
 
 namespace wrenfold {

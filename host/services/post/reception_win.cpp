@@ -5,9 +5,9 @@
 #include "host/charset/charsets.h"
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
-#include "host/services/folders/folder_paths_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_lookup_win.h"
+#include "host/shared/folder_paths_win.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {

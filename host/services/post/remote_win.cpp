@@ -10,9 +10,9 @@
 #include "host/post/inbox_folder.h"
 #include "host/post/outbox_folder.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/list/selection_win.h"
 #include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/selection_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/writing/missing_mails.h"
 

@@ -22,7 +22,7 @@
 #include "host/post/send_program_win.h"
 #include "host/requests/shown_list.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/terminal/host_text.h"
 #include "host/terminal/interrupt_win.h"
 #include "host/terminal/own_code_win.h"

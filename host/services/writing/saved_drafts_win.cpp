@@ -3,7 +3,7 @@
 #include "host/requests/request_server_win.h"
 #include "host/services/mail/mail_editing_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/writing/missing_mails.h"
 
 namespace wrenfold {

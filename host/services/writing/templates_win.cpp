@@ -5,9 +5,9 @@
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/folder_lookup_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_text.h"
 

@@ -1,7 +1,7 @@
-#include "host/services/folders/folder_lookup_win.h"
+#include "host/shared/folder_lookup_win.h"
 
 #include "host/charset/charsets.h"
-#include "host/services/folders/folder_paths_win.h"
+#include "host/shared/folder_paths_win.h"
 #include "host/writing/missing_mails.h"
 
 namespace wrenfold {
