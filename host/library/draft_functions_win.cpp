@@ -2,9 +2,9 @@
 
 #include "host/charset/charsets.h"
 #include "host/charset/names.h"
+#include "host/mail/missing_mail.h"
 #include "host/mail/named_address.h"
 #include "host/terminal/terminal_text.h"
-#include "host/writing/missing_mail.h"
 
 namespace wrenfold {
 namespace {

@@ -1,11 +1,11 @@
 // Filing: the selected mails to other folders, for good.
 #include <vector>
 
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
 #include "host/shared/selection_win.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {

@@ -7,10 +7,10 @@
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {

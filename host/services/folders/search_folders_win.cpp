@@ -1,9 +1,9 @@
 // Folders that show what a search finds, and the search settings of a macro.
 #include "host/charset/charsets.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {

@@ -9,12 +9,12 @@
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/folders/filter_rules.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/shared/selection_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
-#include "host/writing/missing_mails.h"
 #include "src/addresses/address_entry.h"
 
 namespace wrenfold {

@@ -4,12 +4,12 @@
 #include <limits>
 
 #include "host/list/mail_order.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
 #include "host/windows/list_window_win.h"
-#include "host/writing/missing_mails.h"
 #include "src/dates/date_format.h"
 #include "src/dates/date_parse.h"
 

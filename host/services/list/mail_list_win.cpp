@@ -1,10 +1,10 @@
 // The list of mails: how many there are, which is open, moving between them, which are selected, and their
 // marks. The open mail is the root mail and the current one.
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
 #include "host/services/services_win.h"
 #include "host/shared/list_moves_win.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {

@@ -7,6 +7,7 @@
 #include "host/charset/charsets.h"
 #include "host/list/mail_order.h"
 #include "host/list/threads.h"
+#include "host/mail/missing_mail.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
 #include "host/requests/request_server_win.h"
@@ -14,7 +15,6 @@
 #include "host/shared/written_mail_win.h"
 #include "host/windows/frame_win.h"
 #include "host/writing/draft_file.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {

@@ -7,6 +7,7 @@
 #include "host/base/safe_saving.h"
 #include "host/charset/charsets.h"
 #include "host/folders/filing.h"
+#include "host/mail/missing_mail.h"
 #include "host/post/inbox_folder.h"
 #include "host/post/outbox_folder.h"
 #include "host/requests/request_server_win.h"
@@ -14,7 +15,6 @@
 #include "host/services/services_win.h"
 #include "host/shared/selection_win.h"
 #include "host/terminal/terminal_win.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
