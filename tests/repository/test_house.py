@@ -62,6 +62,15 @@ class Floors(unittest.TestCase):
                  if not target.startswith(("src/", "host/", "resources/", "catalogue/"))]
         self.assertEqual(wrong, [])
 
+    def test_services_know_nothing_of_each_other(self):
+        # What several of them do stands in host/shared/.
+        wrong = []
+        for name in house.sources(NAMES, "host/services/"):
+            others = {"host/services/services_win.h", name.replace(".cpp", ".h")}
+            wrong += [f"{name} takes {target}" for target in house.includes(name)
+                      if target.startswith("host/services/") and target not in others]
+        self.assertEqual(wrong, [])
+
     def test_only_the_catalogue_expands_the_rows(self):
         wrong = [name for name in house.sources(NAMES, "src/", "host/")
                  if not name.startswith(("src/catalogue/", "src/entry/")) and any(t.startswith("catalogue/") for t in house.includes(name))]

@@ -11,9 +11,9 @@
 #include "host/post/inbox_folder.h"
 #include "host/post/outbox_folder.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
 #include "host/shared/selection_win.h"
+#include "host/shared/transport_win.h"
 #include "host/terminal/terminal_win.h"
 
 namespace wrenfold {

@@ -2,8 +2,8 @@
 #include "host/mail/headers.h"
 #include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/mail/mail_editing_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/changed_mail_win.h"
 #include "host/shared/written_mail_win.h"
 
 namespace wrenfold {
