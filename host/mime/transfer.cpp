@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "host/base/ascii.h"
-#include "host/charset/japanese.h"
+#include "host/base/base64.h"
 
 namespace wrenfold {
 namespace {
