@@ -19,8 +19,8 @@
 #include "host/session/prompt.h"
 #include "host/shared/transport_win.h"
 #include "host/terminal/failure_win.h"
-#include "host/terminal/host_text.h"
 #include "host/terminal/interrupt_win.h"
+#include "host/terminal/shown_host_text.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 

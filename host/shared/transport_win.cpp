@@ -20,9 +20,9 @@
 #include "host/post/send_program_win.h"
 #include "host/requests/shown_list.h"
 #include "host/shared/written_mail_win.h"
-#include "host/terminal/host_text.h"
 #include "host/terminal/interrupt_win.h"
 #include "host/terminal/own_code_win.h"
+#include "host/terminal/shown_host_text.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 

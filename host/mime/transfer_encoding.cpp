@@ -1,4 +1,4 @@
-#include "host/mime/transfer.h"
+#include "host/mime/transfer_encoding.h"
 
 #include <cstdint>
 

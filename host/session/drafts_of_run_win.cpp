@@ -1,4 +1,4 @@
-#include "host/session/written_mails_win.h"
+#include "host/session/drafts_of_run_win.h"
 
 #include <algorithm>
 #include <filesystem>
