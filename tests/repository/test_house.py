@@ -121,6 +121,10 @@ class Names(unittest.TestCase):
                     wrong.append(f"{name}: {lines} lines in {function.strip().splitlines()[0]}")
         self.assertEqual(wrong, [])
 
+    def test_export_files_say_first_what_they_hold(self):
+        wrong = [name for name in NAMES if name.endswith("_export.cpp") and not house.read(name).startswith("// ")]
+        self.assertEqual(wrong, [])
+
     def test_each_export_stands_in_the_file_of_its_family(self):
         rows = hand_rows()
         self.assertGreater(sum(map(len, rows.values())), 100)
