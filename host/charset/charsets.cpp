@@ -6,6 +6,7 @@
 #include "host/charset/japanese.h"
 #include "host/charset/likely.h"
 #include "host/charset/names.h"
+#include "host/charset/unicode.h"
 #include "src/text/code_page.h"
 #include "src/text/host_text.h"
 #include "src/text/wide_text.h"

@@ -4,7 +4,8 @@
 
 #include <cerrno>
 
-#include "host/charset/japanese.h"
+#include "host/charset/charsets.h"
+#include "host/charset/unicode.h"
 #include "src/text/code_page.h"
 
 namespace wrenfold {

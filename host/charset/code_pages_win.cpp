@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-#include "host/charset/japanese.h"
+#include "host/charset/charsets.h"
+#include "host/charset/unicode.h"
 
 namespace wrenfold {
 namespace {

@@ -1,7 +1,7 @@
 #include "host/charset/east_asian.h"
 
 #include "host/base/ascii.h"
-#include "host/charset/japanese.h"
+#include "host/charset/unicode.h"
 
 namespace wrenfold {
 namespace {

@@ -2,6 +2,8 @@
 // turned into its Shift-JIS code, so that vendor characters (circled digits, IBM kanji) come out alike in
 // all three.
 #include "host/charset/japanese.h"
+
+#include "host/charset/unicode.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/charset/unicode.h"
+
 namespace wrenfold {
 namespace {
 

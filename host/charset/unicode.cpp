@@ -1,8 +1,10 @@
 // The Unicode transfer forms: UTF-8, UTF-7, UTF-16.
-#include <cstdint>
-#include <string>
+#include "host/charset/unicode.h"
 
-#include "host/charset/japanese.h"
+#include <cstdint>
+
+#include "host/base/base64.h"
+#include "host/charset/charsets.h"
 
 namespace wrenfold {
 namespace {

@@ -2,9 +2,9 @@
 
 #include "host/charset/charsets.h"
 #include "host/charset/names.h"
+#include "host/mail/missing_mail.h"
 #include "host/mail/named_address.h"
 #include "host/terminal/terminal_text.h"
-#include "host/writing/missing_mail.h"
 
 namespace wrenfold {
 namespace {
@@ -95,8 +95,7 @@ constexpr HostFunction kFunctions[] = {
      "GetDontOrikaeshi)."},
     {"HostAddress", 2, Address, "HostAddress(name, address)",
      "One recipient, whatever is in the name: \"Doe, Jane\" <jane@example.com>; \"\" with the reason when "
-     "the "
-     "address is not one address."},
+     "the address is not one address."},
     {"HostDecode", 2, Decode, "HostDecode(bytes, charset)",
      "Host text of the bytes of another program, such as a page that Inet_Read gave: HostDecode(page, "
      "\"utf-8\"); with \"\" as a mail "

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "host/terminal/host_text.h"
+#include "host/terminal/shown_host_text.h"
 
 namespace wrenfold {
 namespace {

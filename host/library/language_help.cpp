@@ -19,8 +19,7 @@ constexpr HelpEntry kStatements[] = {
      kLanguage},
     {"calls", "Name(a, b)",
      "Calls an export or a function; calls nest. Optional parameters at the end may be left out, the "
-     "parentheses "
-     "not. In expressions ( and ) say what is worked out first.",
+     "parentheses not. In expressions ( and ) say what is worked out first.",
      kLanguage},
     {"if", "if expression ... else if expression ... else ... end",
      "Runs the first part whose expression is true. 0, \"\", null, [] and {} are false.", kLanguage},
@@ -73,11 +72,9 @@ constexpr HelpEntry kOperators[] = {
 constexpr HelpEntry kTerms[] = {
     {"terms", "root mail, current mail, the host's result, short result, long result",
      "Root mail, open mail: the one that shows, or that the mail being written answers or forwards. Current "
-     "mail: "
-     "the one being written, else the open mail. The host's result: the number that a host answers; in "
-     "brackets "
-     "stands what this one, the small host, answers. A short or long result: a text that other programs than "
-     "macros copy before the next one.",
+     "mail: the one being written, else the open mail. The host's result: the number that a host answers; in "
+     "brackets stands what this one, the small host, answers. A short or long result: a text that other "
+     "programs than macros copy before the next one.",
      kLanguage},
 };
 

@@ -10,7 +10,7 @@
 #include "host/base/system_errors.h"
 #include "host/library/export_caller_win.h"
 #include "host/library/failure_reason.h"
-#include "host/terminal/host_text.h"
+#include "host/terminal/shown_host_text.h"
 #include "src/base/slot.h"
 
 namespace wrenfold {

@@ -1,4 +1,5 @@
-// How the mail list shows its folders, and the lists made of them.
+// What the user set for the mail list (order, threads, area), with the list of each folder that was made by
+// that; and for the window of the open mail.
 #pragma once
 
 #include <cstddef>
@@ -27,6 +28,10 @@ enum class ViewArea : std::int64_t {
 };
 inline constexpr std::int64_t kLastViewArea = 6;
 
+// The numbers of SelectPane and CurrentPane.
+enum class Pane : std::int64_t { kFolders = 0, kList = 1, kMail = 2 };
+inline constexpr std::int64_t kLastPane = 2;
+
 // One folder as the list has it from the time when it was made: a mail that is read later stays in the area
 // of unread ones.
 struct FolderList {
@@ -39,6 +44,7 @@ struct ListView {
   std::int64_t sort = 0;
   ThreadView threads = ThreadView::kOff;
   ViewArea area = ViewArea::kAll;
+  Pane pane = Pane::kFolders;    // that has the focus
   bool found_only = false;       // only mails of the last search
   bool whole_threads = true;     // what is done to a folded mail is done to its hidden answers
   bool highlights_found = true;  // in the lines of the list

@@ -1,4 +1,4 @@
-// What differs from mail to mail whatever is in it.
+// What a mail is given at the moment when it is made: date, unique name, sender.
 #pragma once
 
 #include <string>

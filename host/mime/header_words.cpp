@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "host/base/ascii.h"
-#include "host/mime/transfer.h"
+#include "host/mime/transfer_encoding.h"
 
 namespace wrenfold {
 namespace {

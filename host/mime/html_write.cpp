@@ -3,7 +3,7 @@
 #include "host/mime/parameters.h"
 #include "host/mime/parts.h"
 #include "host/mime/sections.h"
-#include "host/mime/transfer.h"
+#include "host/mime/transfer_encoding.h"
 
 namespace wrenfold {
 namespace {

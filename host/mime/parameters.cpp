@@ -5,7 +5,7 @@
 
 #include "host/base/ascii.h"
 #include "host/mime/header_words.h"
-#include "host/mime/transfer.h"
+#include "host/mime/transfer_encoding.h"
 
 namespace wrenfold {
 namespace {

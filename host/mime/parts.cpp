@@ -8,7 +8,7 @@
 #include "host/mime/header_words.h"
 #include "host/mime/html_text.h"
 #include "host/mime/parameters.h"
-#include "host/mime/transfer.h"
+#include "host/mime/transfer_encoding.h"
 
 namespace wrenfold {
 namespace {

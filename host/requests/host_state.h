@@ -56,6 +56,8 @@ class HostState {
   StoredMail& Mail(std::size_t index) { return store_.mails()[index]; }
   // The mail decoded to host text, kept from its first use on: addresses stay valid.
   const HostMessage& Message(std::size_t index);
+  // The whole root mail as host text. There must be one.
+  const std::string& RootText() { return Message(root_).text; }
   // Header `name` of the mail as host text, "" when absent.
   std::string Header(std::size_t index, std::string_view name);
 
@@ -159,8 +161,6 @@ class HostState {
 
   // --- What is only remembered ---
 
-  // A number that one code sets and another asks for (pane, sort method, ...), 0 at first.
-  std::int64_t& Setting(int code) { return settings_[code]; }
   Selection selection;
   ListView list;
   MailView view;
@@ -239,7 +239,6 @@ class HostState {
   std::size_t root_ = 0;
   std::size_t folder_ = 0;
   std::vector<Memory> memories_;
-  std::map<int, std::int64_t> settings_;
   std::set<std::filesystem::path> unsaved_told_;  // marks files that cannot be written
 };
 

@@ -1,7 +1,7 @@
 #include "host/requests/request_server_win.h"
 
 #include "host/library/request_names.h"
-#include "host/terminal/host_text.h"
+#include "host/terminal/shown_host_text.h"
 #include "host/terminal/terminal_text.h"
 #include "src/bridge/host_protocol.h"
 #include "src/text/host_text.h"

@@ -11,9 +11,9 @@
 #include <string_view>
 #include <utility>
 
+#include "host/mail/missing_mail.h"
 #include "host/requests/host_state.h"
 #include "host/requests/trace.h"
-#include "host/writing/missing_mail.h"
 
 namespace wrenfold {
 

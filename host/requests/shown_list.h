@@ -38,9 +38,9 @@ std::vector<std::size_t> SelectedMails(HostState& state);
 // threads stand two blanks further in for each level.
 std::string ListLineText(HostState& state, std::size_t mail, std::size_t level);
 
-// The current account's name, host text: of those that a mail is addressed to, else the first; "local" when
-// there are no accounts.
-std::string AccountOf(HostState& state, std::size_t mail);
+// Names of accounts, host text: the first one, "local" when there are none; and the first one to whose
+// addresses a mail goes, else the first of all.
 std::string FirstAccount(HostState& state);
+std::string AccountOf(HostState& state, std::size_t mail);
 
 }  // namespace wrenfold

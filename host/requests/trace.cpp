@@ -2,7 +2,7 @@
 
 #include "host/base/ascii.h"
 #include "host/charset/charsets.h"
-#include "host/terminal/host_text.h"
+#include "host/terminal/shown_host_text.h"
 
 namespace wrenfold {
 namespace {

@@ -12,12 +12,12 @@
 #include "host/library/failure_reason.h"
 #include "host/library/host_functions_win.h"
 #include "host/library/silent_failure_win.h"
+#include "host/mail/missing_mail.h"
 #include "host/terminal/failure_win.h"
-#include "host/terminal/host_text.h"
 #include "host/terminal/interrupt_win.h"
+#include "host/terminal/shown_host_text.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
-#include "host/writing/missing_mails.h"
 #include "src/catalogue/rows.h"
 
 namespace wrenfold {

@@ -26,8 +26,7 @@ constexpr HelpEntry kWords[] = {
      kPrompt},
     {"mails", "mails, mails FOLDER",
      "Lists the mails of all folders, or of one. The numbers, counted from 1 over all folders, are those of "
-     "open "
-     "N; SetMailIndex(n) counts the list of the current folder from 0.",
+     "open N; SetMailIndex(n) counts the list of the current folder from 0.",
      kPrompt},
     {"open", "open N",
      "Opens mail N of the list that mails shows, counted from 1, and goes to its folder. In a macro "

@@ -10,7 +10,7 @@
 #include "host/mapi/server_win.h"
 #include "host/post/program_line.h"
 #include "host/services/desktop/application_win.h"
-#include "host/session/written_mails_win.h"
+#include "host/session/drafts_of_run_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/questions_win.h"
 

@@ -54,7 +54,7 @@ HWND HtmlViewer(HostState& state) {
   const bool isolated = state.view.isolates_viewer;
   const std::wstring isolated_class(std::begin(wfinfo::kHtmlViewerClass), std::end(wfinfo::kHtmlViewerClass));
   return Show(g_viewer, isolated ? isolated_class.c_str() : kViewerInFrameClass,
-              isolated ? nullptr : Windows::Frame(), state.Message(state.root()).text);
+              isolated ? nullptr : Windows::Frame(), state.RootText());
 }
 
 HWND HtmlEditor(HostState& state) {

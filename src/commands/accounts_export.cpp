@@ -1,3 +1,4 @@
+// The settings of an account, which is borrowed from the host while a macro reads and changes them.
 #include <windows.h>
 
 #include "src/bridge/host_request_win.h"

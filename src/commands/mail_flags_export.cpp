@@ -1,3 +1,4 @@
+// The flags of a mail, among them those that are items of its menu, and the character set.
 #include "src/bridge/host_protocol.h"
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
@@ -13,6 +14,8 @@ namespace {
 
 constexpr int kCodeChangeFlags = 97;
 constexpr int kCodeCharSet = 193;
+
+bool CurrentMailIs(MailState bit) { return (SendHostRequest(kCodeMailState) & bit) != 0; }
 
 }  // namespace
 
@@ -31,11 +34,15 @@ long long SetMailFlag(const char* name, int value) noexcept {
   return SendHostRequest(kCodeChangeFlags, block);
 }
 
+long long IsUnread() noexcept { return CurrentMailIs(kStateUnread) ? 1 : 0; }
+
+long long IsMarked() noexcept { return CurrentMailIs(kStateMarked) ? 1 : 0; }
+
 int IsHighPriority() noexcept {
   const MenuItem item = FrameMenuItem(kMenuHighPriority);
   if (item.IsKnown() && !item.IsGrayed()) return item.IsChecked() ? 1 : 0;
   // Not a mail being written: the flag of the mail shown.
-  return (SendHostRequest(kCodeMailState) & kStateHighPriority) != 0 ? 1 : 0;
+  return CurrentMailIs(kStateHighPriority) ? 1 : 0;
 }
 
 int IsRequestNotification() noexcept { return FrameMenuItem(kMenuRequestNotification).IsChecked() ? 1 : 0; }

@@ -1,5 +1,4 @@
-// Words for moving through the mail list, replying, forwarding and opening the log. Letter case does
-// not count.
+// Words for moving through the mail list. Letter case does not count.
 #pragma once
 
 #include "src/commands/keyword_table.h"
@@ -28,25 +27,5 @@ inline constexpr Keyword kRollModeRows[] = {{"", 0},
                                             {"RollFolderAccount", 7},
                                             {"RollFolderAll", 8}};
 inline constexpr KeywordTable kRollModes{kRollModeRows};
-
-inline constexpr Keyword kReplyKindRows[] = {{"", 0},           {"Query", 1},      {"All", 2},
-                                             {"AllWithMe", 3},  {"Single", 4},     {"From", 5},
-                                             {"QueryEvery", 6}, {"AllFrom", 7},    {"AllFromWithMe", 8},
-                                             {"QueryAll", 9},   {"QueryFrom", 10}, {"QueryAllFrom", 11}};
-inline constexpr KeywordTable kReplyKinds{kReplyKindRows};
-
-inline constexpr Keyword kReplyAttachmentRows[] = {{"", 0}, {"CopyAttach", 1}};
-inline constexpr KeywordTable kReplyAttachments{kReplyAttachmentRows};
-
-inline constexpr Keyword kMultiReplyRows[] = {{"", 0}, {"QueryMultiReply", 1}, {"ForceMultiReply", 2}};
-inline constexpr KeywordTable kMultiReplies{kMultiReplyRows};
-
-inline constexpr Keyword kResendModeRows[] = {{"sendlater", 54}, {"sendnow", 53}, {"open", 101}};
-inline constexpr KeywordTable kResendModes{kResendModeRows};
-
-// Menu commands; any other text opens the log folder.
-inline constexpr Keyword kLogKindRows[] = {{"direct", 40308}, {"decode", 40309}};
-inline constexpr KeywordTable kLogKinds{kLogKindRows};
-inline constexpr long long kOpenLogCommand = 40100;
 
 }  // namespace wfinfo

@@ -1,3 +1,4 @@
+// Mails of other programs in and out, and copies of mails that came twice.
 #include "src/bridge/host_request_win.h"
 #include "src/bridge/report_win.h"
 #include "src/catalogue/declarations.h"

@@ -19,9 +19,9 @@ void TellOfStuckHandOff() {
       Chosen(
           {"TamarinMail try to process command-line but the previous command-line processing TamarinMail not "
            "respond. This command-line process is cancelled.",
-           "タマリンメールにコマンドラインを処理させようとしましたが、前のコマンドラインを処理しているタマリ"
-           "ンメールが"
-           "応答しません。このコマンドラインの処理は中止しました。"}),
+           "タマリンメールにコマンドラインを処理させようとしましたが、"
+           "前のコマンドラインを処理しているタマリンメールが応答しません。"
+           "このコマンドラインの処理は中止しました。"}),
       title, MB_ICONHAND);
 }
 

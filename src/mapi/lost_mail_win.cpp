@@ -8,9 +8,9 @@ namespace {
 constexpr Message kDenied = {
     "TamarinMail cannot be reached from this program, and the mail is lost. If TamarinMail runs as an "
     "administrator, close it and start it as usual, then send the mail again.",
-    "このプログラムからはタマリンメールに接続できないため、メールを渡せませんでした。タマリンメールを管理者と"
-    "し"
-    "て実行している場合は、終了して通常どおり起動してから、もう一度送信してください。"};
+    "このプログラムからはタマリンメールに接続できないため、メールを渡せませんでした。"
+    "タマリンメールを管理者として実行している場合は、終了して通常どおり起動してから、"
+    "もう一度送信してください。"};
 constexpr Message kFailed = {
     "The mail could not be handed over to TamarinMail and is lost (error %u). Please send it again.",
     "メールをタマリンメールに渡せませんでした (エラー %u)。もう一度送信してください。"};

@@ -20,9 +20,7 @@ constexpr int kCodeRootText = 1;
 constexpr int kCodeDisplayedHeader = 2;
 constexpr int kCodeCountCurrentHeader = 4;
 constexpr int kCodeSelectedRootText = 47;
-constexpr int kCodeQuote = 86;
 constexpr int kCodeFoldHeader = 158;
-constexpr int kCodeQuoteBelow = 297;
 
 const char* RootText() { return SendHostRequestStr(kCodeRootText); }
 
@@ -36,15 +34,6 @@ const char* RootHeaderValue(const char* text, const HeaderName& name, std::size_
 const char* ReturnPart(const char* whole, std::string_view part) {
   return whole == kNoText ? kNoText : ReturnLongText(WithoutFinalLineEnd(part));
 }
-
-const char* SendText(int code, const char* text) {
-  return WithLentText(text, [code](const char* lent) {
-    Slot block[] = {ToSlot(lent)};
-    return SendHostRequestStr(code, block);
-  });
-}
-
-const char* QuoteText(const char* text) { return SendText(kCodeQuote, text); }
 
 }  // namespace
 
@@ -113,10 +102,24 @@ const char* SelectedRootText2() noexcept {
 const char* OrikaeshiSelectedRootText2() noexcept { return SelectedRootText2(); }
 
 const char* SmallRootHeader() noexcept {
-  return SendText(kCodeFoldHeader, SendHostRequestStr(kCodeDisplayedHeader));
+  return WithLentText(SendHostRequestStr(kCodeDisplayedHeader), [](const char* lent) {
+    Slot block[] = {ToSlot(lent)};
+    return SendHostRequestStr(kCodeFoldHeader, block);
+  });
 }
 
 const char* OrikaeshiSmallRootHeader() noexcept { return SmallRootHeader(); }
+
+const char* CustomRootHeader2(const char* spec) noexcept {
+  if (!IsText(spec)) return kNoText;
+  return WithLentText(AllRootHeader(), [spec](const char* lent) { return CustomSmallHeader(spec, lent); });
+}
+
+const char* CustomRootHeader(const char* spec) noexcept {
+  return IsText(spec) ? WithLentText(CustomRootHeader2(spec), HeaderOrikaeshi) : kNoText;
+}
+
+const char* OrikaeshiCustomRootHeader(const char* spec) noexcept { return CustomRootHeader(spec); }
 
 const char* CurrentHeader2(const char* name, int n) noexcept {
   if (!IsText(name) || n < 0) return kNoText;
@@ -129,24 +132,4 @@ long long CountCurrentHeader(const char* name) noexcept {
   if (!IsText(name)) return 0;
   Slot block[] = {ToSlot(name), ToSlot(g_resultText), kShortResultSize};
   return SendHostRequest(kCodeCountCurrentHeader, block);
-}
-
-const char* QuotedRootHeader(const char* name) noexcept {
-  return IsText(name) ? QuoteText(RootHeader(name)) : kNoText;
-}
-
-const char* QuotedSmallRootHeader() noexcept { return QuoteText(SmallRootHeader()); }
-
-const char* QuotedAllRootHeader() noexcept { return QuoteText(AllRootHeader()); }
-
-const char* QuotedRootBody() noexcept { return QuoteText(RootBody()); }
-
-const char* QuotedSelectedRootText() noexcept { return QuoteText(SelectedRootText()); }
-
-const char* QuotedSelectedRootText2() noexcept { return QuoteText(SelectedRootText2()); }
-
-const char* QuoteOE(const char* text) noexcept {
-  if (!IsText(text)) return kNoText;
-  // This code takes the text itself, not a block that points to it.
-  return SendHostRequestStr(kCodeQuoteBelow, reinterpret_cast<Slot*>(const_cast<char*>(text)));
 }

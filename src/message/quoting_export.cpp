@@ -16,7 +16,9 @@ namespace {
 
 // Function codes and commands of the host.
 constexpr int kCodeRootState = 263;
+constexpr int kCodeQuote = 86;
 constexpr int kCodeQuoteWidth = 262;
+constexpr int kCodeQuoteBelow = 297;
 constexpr int kDontFoldCommand = 40179;
 
 bool StateHas(int code, MailState bit) { return (SendHostRequest(code) & bit) != 0; }
@@ -34,6 +36,13 @@ const char* WithLineEnds(const char* text, LineEnd form) {
 }
 
 // The texts that these get are results, which a macro may end while the host works.
+const char* QuoteText(const char* text) {
+  return WithLentText(text, [](const char* lent) {
+    Slot block[] = {ToSlot(lent)};
+    return SendHostRequestStr(kCodeQuote, block);
+  });
+}
+
 const char* QuoteUnfolded(const char* text) {
   return WithLentText(text, [](const char* lent) { return QuoteWidth(lent, kUnfoldedWidth); });
 }
@@ -57,13 +66,15 @@ const char* QuoteWidth(const char* text, long long width) noexcept {
   return SendHostRequestStr(kCodeQuoteWidth, block);
 }
 
+const char* QuoteOE(const char* text) noexcept {
+  if (!IsText(text)) return kNoText;
+  // This code takes the text itself, not a block that points to it.
+  return SendHostRequestStr(kCodeQuoteBelow, reinterpret_cast<Slot*>(const_cast<char*>(text)));
+}
+
 long long IsOrikaeshi() noexcept { return StateHas(kCodeMailState, kStateNoFolding) ? 0 : 1; }
 
 long long IsRootOrikaeshi() noexcept { return StateHas(kCodeRootState, kStateNoFolding) ? 0 : 1; }
-
-long long IsUnread() noexcept { return StateHas(kCodeMailState, kStateUnread) ? 1 : 0; }
-
-long long IsMarked() noexcept { return StateHas(kCodeMailState, kStateMarked) ? 1 : 0; }
 
 long long SyncOrikaeshi() noexcept {
   const bool root_off = StateHas(kCodeRootState, kStateNoFolding);
@@ -76,6 +87,20 @@ long long SwitchDontOrikaeshi() noexcept {
   return 0;
 }
 
+const char* QuotedRootHeader(const char* name) noexcept {
+  return IsText(name) ? QuoteText(RootHeader(name)) : kNoText;
+}
+
+const char* QuotedSmallRootHeader() noexcept { return QuoteText(SmallRootHeader()); }
+
+const char* QuotedAllRootHeader() noexcept { return QuoteText(AllRootHeader()); }
+
+const char* QuotedRootBody() noexcept { return QuoteText(RootBody()); }
+
+const char* QuotedSelectedRootText() noexcept { return QuoteText(SelectedRootText()); }
+
+const char* QuotedSelectedRootText2() noexcept { return QuoteText(SelectedRootText2()); }
+
 const char* QuotedRootBody_SyncOrikaeshi() noexcept { return QuoteAsRoot(RootBody()); }
 
 const char* QuotedSelectedRootText_SyncOrikaeshi() noexcept { return QuoteAsRoot(SelectedRootText()); }
@@ -87,17 +112,6 @@ const char* QuotedRootBody_NoOrikaeshi() noexcept { return QuoteUnfolded(RootBod
 const char* QuotedSelectedRootText_NoOrikaeshi() noexcept { return QuoteUnfolded(SelectedRootText()); }
 
 const char* QuotedSelectedRootText2_NoOrikaeshi() noexcept { return QuoteUnfolded(SelectedRootText2()); }
-
-const char* CustomRootHeader2(const char* spec) noexcept {
-  if (!IsText(spec)) return kNoText;
-  return WithLentText(AllRootHeader(), [spec](const char* lent) { return CustomSmallHeader(spec, lent); });
-}
-
-const char* CustomRootHeader(const char* spec) noexcept {
-  return IsText(spec) ? WithLentText(CustomRootHeader2(spec), HeaderOrikaeshi) : kNoText;
-}
-
-const char* OrikaeshiCustomRootHeader(const char* spec) noexcept { return CustomRootHeader(spec); }
 
 const char* QuotedCustomRootHeader(const char* spec) noexcept {
   return IsText(spec) ? WithLentText(CustomRootHeader(spec), Quote) : kNoText;

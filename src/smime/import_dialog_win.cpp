@@ -71,8 +71,7 @@ bool MayTrust(HWND dialog, const ImportRow& row) {
               {"%s ... You are installing this certificate to the \"Trusted certification authority\" cert "
                "store.\n\n"
                "If you install it into this store, the certificate will be treated as 100%% trust. Are you "
-               "OK to "
-               "continue?",
+               "OK to continue?",
                "%s ... この証明書を「信頼された証明機関」の証明書ストアに登録しようとしています。\n\n"
                "このストアに登録すると、この証明書は100%%"
                "信頼できるものとして扱われます。続けてもよろしいですか？"}),

@@ -39,9 +39,8 @@ bool TellsTheFailure(const std::string& doc) {
 bool TellsTheNumber(const std::string& doc) {
   static const std::regex kValue(R"((^|[^\w.])(1|-1|[Nn]ot 0)([^\w]|$)|[Aa]lways|`then`)");
   static const std::regex kMeaning(
-      "([Rr]esult|[Nn]umber|[Hh]andle|[Ww]indow|[Ss]ize|[Pp]lace|[Ll]ength|[Dd]epth|[Aa]ddress|[Ii]ndex|[Bb]"
-      "its|"
-      "[Vv]ersion|[Vv]alue|answers?|[Rr]oom|[Ww]hich|[Ii]d|How (long|many|often))([^\\w]|$)");
+      "([Rr]esult|[Nn]umber|[Hh]andle|[Ww]indow|[Ss]ize|[Pp]lace|[Ll]ength|[Dd]epth|[Aa]ddress|[Ii]ndex|"
+      "[Bb]its|[Vv]ersion|[Vv]alue|answers?|[Rr]oom|[Ww]hich|[Ii]d|How (long|many|often))([^\\w]|$)");
   return Has(doc, kValue) || Has(doc, kMeaning);
 }
 

@@ -7,8 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "src/commands/folder_words.h"
+#include "src/commands/log_words.h"
 #include "src/commands/mail_words.h"
 #include "src/commands/navigation_words.h"
+#include "src/commands/reply_words.h"
 #include "src/commands/template_words.h"
 #include "src/commands/transfer_words.h"
 

@@ -112,6 +112,18 @@ TEST(MailFlags, BadNamesAreReportedByTheCheck) {
   }
 }
 
+TEST(MailFlags, TheSameWordTellsUnreadAndMarked) {
+  ScriptedHost host;
+  host.Expect(15).Answer(0x100000);
+  EXPECT_EQ(IsUnread(), 1);
+  host.Expect(15).Answer(~Slot{0x100000});
+  EXPECT_EQ(IsUnread(), 0);
+  host.Expect(15).Answer(0x4000000);
+  EXPECT_EQ(IsMarked(), 1);
+  host.Expect(15).Answer(~Slot{0x4000000});
+  EXPECT_EQ(IsMarked(), 0);
+}
+
 TEST(MailColor, IsAPlainRequest) {
   ScriptedHost host;
   host.Expect(95).Answer(3);

@@ -85,12 +85,11 @@ TEST_F(Mapi, AMailThatCannotBeHandedOverIsToldByABoxThatKeepsNobodyWaiting) {
     const ImportPatch patch("KERNEL32.dll", "OpenProcess", &NoProcess);
     expect(ERROR_ACCESS_DENIED, kDenied, "a host of higher integrity");
     mapi.host.SetLanguage(Language::kJapanese);
-    expect(
-        ERROR_ACCESS_DENIED,
-        Sjis(u8"このプログラムからはタマリンメールに接続できないため、メールを渡せませんでした。"
-             u8"タマリンメールを管理者として実行している場合は、終了して通常どおり起動してから、もう一度送信"
-             u8"してください。"),
-        "in Japanese");
+    expect(ERROR_ACCESS_DENIED,
+           Sjis(u8"このプログラムからはタマリンメールに接続できないため、メールを渡せませんでした。"
+                u8"タマリンメールを管理者として実行している場合は、終了して通常どおり起動してから、"
+                u8"もう一度送信してください。"),
+           "in Japanese");
     mapi.host.SetLanguage(Language::kEnglish);
     expect(ERROR_INVALID_PARAMETER, kFailed, "a host that has just ended");
   }

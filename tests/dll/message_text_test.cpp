@@ -202,40 +202,24 @@ TEST_F(MessageText, TheDisplayedHeaderIsFoldedByTheHost) {
   EXPECT_STREQ(SmallRootHeader2(), "shown");
 }
 
-TEST_F(MessageText, TextsAreQuotedByTheHost) {
-  const auto expect_quote = [this](const std::string& text) {
-    host_.Expect(86).Text(text).Answer("> " + text);
-  };
-  expect_quote("Hello");
-  EXPECT_STREQ(QuotedRootHeader("Subject"), "> Hello");
-  expect_quote("");
-  EXPECT_STREQ(QuotedRootHeader("To"), "> ");
-  expect_quote("line 0\r\n\r\nline 2");
-  QuotedRootBody();
-  expect_quote("Received: from a\r\n\tby b\r\nSubject: Hello\r\nFrom: x@example.com\r\nReceived: second\r\n");
-  QuotedAllRootHeader();
-  host_.Expect(2).Answer(std::string("shown"));
-  host_.Expect(158).Text("shown").Answer(std::string("folded"));
-  expect_quote("folded");
-  QuotedSmallRootHeader();
-  host_.Expect(47).Answer(std::string("selected"));
-  expect_quote("selected");
-  QuotedSelectedRootText();
-  host_.Expect(47).Answer(0);
-  expect_quote("line 0\r\n\r\nline 2");
-  QuotedSelectedRootText2();
-}
-
-TEST_F(MessageText, OneKindOfQuotingTakesTheTextItself) {
-  const char text[] = "text";
-  static const char kQuoted[] = "quoted";
-  host_.Expect(297).Do([](const Request& request) {
-    EXPECT_STREQ(reinterpret_cast<const char*>(request.block), "text");
-    return static_cast<Slot>(reinterpret_cast<INT_PTR>(kQuoted));
-  });
-  EXPECT_STREQ(QuoteOE(text), "quoted");
-  EXPECT_STREQ(QuoteOE(kNumberForText), "");
-  host_.ExpectMessages({kStringMessageEnglish});
+TEST_F(MessageText, CustomHeadersComeFromTheWholeHeader) {
+  mail_ = "A: 1\r\n\r\nbody";
+  host_.Expect(285).Text("A").Text("A: 1\r\n").Answer(std::string("custom"));
+  EXPECT_STREQ(CustomRootHeader2("A"), "custom");
+  host_.Expect(285).Text("A").Text("A: 1\r\n").Answer(std::string("custom"));
+  host_.Expect(158).Text("custom").Answer(std::string("folded"));
+  EXPECT_STREQ(CustomRootHeader("A"), "folded");
+  host_.Expect(285).Text("A").Text("A: 1\r\n").Answer(0);
+  host_.Expect(158).Text("").Answer(0);
+  EXPECT_STREQ(OrikaeshiCustomRootHeader("A"), "");
+  // An earlier long result as the parameter outlives the header that replaces it.
+  host_.Expect(285).Text("x\r\n").Text("A: 1\r\n").Answer(std::string("custom"));
+  EXPECT_STREQ(CustomRootHeader2(Orikaeshi("x")), "custom");
+  host_.Verify();
+  EXPECT_STREQ(CustomRootHeader(nullptr), "");
+  EXPECT_STREQ(CustomRootHeader2(nullptr), "");
+  EXPECT_STREQ(OrikaeshiCustomRootHeader(nullptr), "");
+  host_.ExpectMessages(std::vector<std::string>(3, kStringMessageEnglish));
 }
 
 TEST_F(MessageText, AShortCurrentHeaderComesInTheShortBuffer) {

@@ -51,8 +51,7 @@ inline constexpr LeftOut kTamed[] = {
     {"a buffer to free", "freed whatever it is: null"},
     {"recipients or a pass phrase of many words for PGP",
      "without pgp.exe the system looks for a program under every beginning of the command line up to a "
-     "blank: "
-     "minutes"},
+     "blank: minutes"},
     {"1 MiB in Bypass_MessageBox", "the system takes many seconds to lay it out: 9,000 bytes at most"},
     {"a text without a terminator that goes on for more than is checked", "no check can tell"},
 };

@@ -1,8 +1,11 @@
 #include "tests/monkey/words.h"
 
 #include "src/commands/account_keys.h"
+#include "src/commands/folder_words.h"
+#include "src/commands/log_words.h"
 #include "src/commands/mail_words.h"
 #include "src/commands/navigation_words.h"
+#include "src/commands/reply_words.h"
 #include "src/commands/template_words.h"
 #include "src/commands/transfer_words.h"
 

@@ -41,8 +41,7 @@ TEST(PgpCommandLine, IsExactForEachProgramAndOperation) {
        "gpg2.exe --batch --yes -v -o $PgpOut.asc -ea -r\"a@x\" -r\"b@y\" $PgpIn.asc"},
       {true, PgpOperation::kSign,
        "gpg2.exe --batch --yes --force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc -u\"me <m@x>\" -sat "
-       "--clearsign "
-       "$PgpIn.asc "},
+       "--clearsign $PgpIn.asc "},
       {true, PgpOperation::kEncryptAndSign,
        "gpg2.exe --batch --yes --force-v3-sigs --passphrase-fd 0 -o $PgpOut.asc  -u\"me <m@x>\" -esa "
        "-r\"a@x\" "

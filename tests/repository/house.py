@@ -28,6 +28,7 @@ HOST = [
     ["library", "user", "mapi"],
     ["requests"],
     ["windows"],
+    ["shared"],
     ["services"],
     ["session"],
     ["main_win.cpp"],

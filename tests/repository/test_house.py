@@ -62,6 +62,15 @@ class Floors(unittest.TestCase):
                  if not target.startswith(("src/", "host/", "resources/", "catalogue/"))]
         self.assertEqual(wrong, [])
 
+    def test_services_know_nothing_of_each_other(self):
+        # What several of them do stands in host/shared/.
+        wrong = []
+        for name in house.sources(NAMES, "host/services/"):
+            others = {"host/services/services_win.h", name.replace(".cpp", ".h")}
+            wrong += [f"{name} takes {target}" for target in house.includes(name)
+                      if target.startswith("host/services/") and target not in others]
+        self.assertEqual(wrong, [])
+
     def test_only_the_catalogue_expands_the_rows(self):
         wrong = [name for name in house.sources(NAMES, "src/", "host/")
                  if not name.startswith(("src/catalogue/", "src/entry/")) and any(t.startswith("catalogue/") for t in house.includes(name))]
@@ -110,6 +119,10 @@ class Names(unittest.TestCase):
                 lines = function[function.index("{\n"):].count("\n") - 1 if "{\n" in function else 0
                 if lines > HELPER_LINES:
                     wrong.append(f"{name}: {lines} lines in {function.strip().splitlines()[0]}")
+        self.assertEqual(wrong, [])
+
+    def test_export_files_say_first_what_they_hold(self):
+        wrong = [name for name in NAMES if name.endswith("_export.cpp") and not house.read(name).startswith("// ")]
         self.assertEqual(wrong, [])
 
     def test_each_export_stands_in_the_file_of_its_family(self):
@@ -228,6 +241,17 @@ class Comments(unittest.TestCase):
 
 
 class Format(unittest.TestCase):
+    def test_no_text_is_torn(self):
+        # What the formatter leaves that breaks a long text: a full line, a few words, and the rest, which it does not join.
+        wrong = []
+        for name in CODE:
+            lines = house.read(name).splitlines()
+            for number, (before, line, behind) in enumerate(zip(lines, lines[1:], lines[2:]), 2):
+                piece, word = re.fullmatch(r'\s*(?:u8)?"[^"\\]*"', line), re.match(r'\s*(?:u8)?"([^" ]*)', behind)
+                if piece and word and before.endswith('"') and len(before) > 80 and len(line) + len(word[1]) < WIDTH - 10:
+                    wrong.append(f"{name}:{number}: {line.strip()}")
+        self.assertEqual(wrong, [], "join the pieces, and run ./dev format")
+
     @unittest.skipIf(shutil.which("clang-format-14") is None, "clang-format-14 is not installed")
     def test_every_source_has_the_house_format(self):
         names = [name for name in NAMES if name.endswith((".cpp", ".h", ".c"))]

@@ -18,8 +18,8 @@
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
-#include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/transport_win.h"
 #include "host/terminal/questions_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/list_window_win.h"
@@ -32,8 +32,6 @@ namespace fs = std::filesystem;
 // --- Settings ---
 
 constexpr std::string_view kSection = "settings";
-
-constexpr int kPaneCode = 89;  // that asks for it
 
 // How the mail list shows, and the pane that has the focus.
 struct NumberRow {
@@ -55,8 +53,8 @@ constexpr NumberRow kNumbers[] = {
     {"view_area", [](HostState& state) { return static_cast<std::int64_t>(state.list.area); },
      [](HostState& state, std::int64_t number) { state.list.area = static_cast<ViewArea>(number); },
      kLastViewArea},
-    {"pane", [](HostState& state) { return state.Setting(kPaneCode); },
-     [](HostState& state, std::int64_t number) { state.Setting(kPaneCode) = number; }, 2},
+    {"pane", [](HostState& state) { return static_cast<std::int64_t>(state.list.pane); },
+     [](HostState& state, std::int64_t number) { state.list.pane = static_cast<Pane>(number); }, kLastPane},
 };
 
 constexpr std::string_view kCodePageKey = "japanese_code_page";

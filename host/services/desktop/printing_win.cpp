@@ -1,8 +1,8 @@
 // Printing: no printer is used, what would be printed is listed on standard error.
 #include "host/requests/request_server_win.h"
-#include "host/services/list/selection_win.h"
 #include "host/services/services_win.h"
-#include "host/terminal/host_text.h"
+#include "host/shared/selection_win.h"
+#include "host/terminal/shown_host_text.h"
 #include "host/terminal/terminal_win.h"
 
 namespace wrenfold {

@@ -1,11 +1,11 @@
 // Filing: the selected mails to other folders, for good.
 #include <vector>
 
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
-#include "host/services/list/selection_win.h"
 #include "host/services/services_win.h"
-#include "host/writing/missing_mails.h"
+#include "host/shared/folder_lookup_win.h"
+#include "host/shared/selection_win.h"
 
 namespace wrenfold {
 namespace {
@@ -46,8 +46,7 @@ constexpr Service kServices[] = {
      "moves the selected mails to the [trash](#folders-and-filing); those in it are removed for good"},
     {14, nullptr, MoveOrCopy,
      "[files](#folders-and-filing) the selected mails in the folder, 0 when all lie there already; "
-     "attachments "
-     "are part of a mail here, so both copies are the same"},
+     "attachments are part of a mail here, so both copies are the same"},
 };
 
 }  // namespace

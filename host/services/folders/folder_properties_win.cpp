@@ -7,8 +7,8 @@
 #include "host/base/ascii.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_lookup_win.h"
 
 namespace wrenfold {
 namespace {
@@ -182,8 +182,7 @@ constexpr Service kServices[] = {
     {321, "T", RoleFolder<"drafts">, "the same for the folder `drafts`"},
     {322, nullptr, WithFolder<TakesPart>,
      "1 when the folder's account (`account` in folders.txt, else the first) has `fImapSync` and folders.txt "
-     "does not "
-     "say `imapsync = 0`"},
+     "does not say `imapsync = 0`"},
     {323, "T", RoleFolder<"sent">,
      "the folder `sent` of the current folder's tree, for an account with `fImapSync`; else \"\""},
     {324, "T", UploadAccount, "the account itself when it has `fImapSync`, else \"\""},

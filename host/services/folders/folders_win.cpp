@@ -7,10 +7,10 @@
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
-#include "host/writing/missing_mails.h"
+#include "host/shared/folder_lookup_win.h"
 
 namespace wrenfold {
 namespace {
@@ -152,28 +152,24 @@ constexpr Service kServices[] = {
      "full path of the folder that the mail list shows: a folder, an mbox file or a search folder"},
     {8, nullptr, Select,
      "goes to a folder (full path, path in its tree, or name alone) and opens its first mail; "
-     "`SelectAccountGroup` "
-     "goes to the first folder with mails of a tree: each `--mail` is a group, named as the folder at its "
-     "top"},
+     "`SelectAccountGroup` goes to the first folder with mails of a tree: each `--mail` is a group, named as "
+     "the folder at its top"},
     {42, nullptr, WithRoot<RootsFolder>, "full path of the folder in which the root mail lies"},
     {69, nullptr, Make,
      "makes a directory: a full path, or one in the tree of the current folder, with the folders above it; 0 "
-     "when it "
-     "is there already"},
+     "when it is there already"},
     {137, nullptr, WithFolder<NeighbourPath<1>>, "path of the next folder, \"\" behind the last"},
     {138, nullptr, WithFolder<NeighbourPath<-1>>, "path of the folder before, \"\" before the first"},
     {174, nullptr, WithRoot<RootsFolder>, "as 42"},
     {188, nullptr, WithFolder<Refresh>,
      "reads the files of the folder again: new mails are added, those whose file is gone leave; a search "
-     "folder "
-     "searches again"},
+     "folder searches again"},
     {246, nullptr, MayDelete,
      "1 when the folder can be deleted; not the top of a tree, the trash, or what holds other files than "
      "mails"},
     {260, nullptr, Delete,
      "moves the mails of the folder and of those below it to the trash, then removes the folders; one that "
-     "is not "
-     "empty then is kept"},
+     "is not empty then is kept"},
 };
 
 constexpr Command kCommands[] = {

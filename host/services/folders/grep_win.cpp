@@ -8,9 +8,9 @@
 
 #include "host/mail/find_pack.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
-#include "host/services/list/list_moves_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_lookup_win.h"
+#include "host/shared/list_moves_win.h"
 #include "host/terminal/progress.h"
 #include "host/windows/frame_win.h"
 

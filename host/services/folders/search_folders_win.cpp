@@ -1,9 +1,9 @@
 // Folders that show what a search finds, and the search settings of a macro.
 #include "host/charset/charsets.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
-#include "host/writing/missing_mails.h"
+#include "host/shared/folder_lookup_win.h"
 
 namespace wrenfold {
 namespace {
@@ -81,8 +81,7 @@ Answer RestoreFindPackAtEnd(Request& request) {
 constexpr Service kServices[] = {
     {249, nullptr, Make,
      "makes a [grep folder](#grep-folders) of that path (first text) that searches the second folder, or "
-     "everywhere; "
-     "its settings stay in folders.txt"},
+     "everywhere; its settings stay in folders.txt"},
     {251, nullptr, WithFolder<FindPack>, "the find pack of a grep folder"},
     {252, nullptr, WithFolder<FindFolder>,
      "full path of the folder that a grep folder searches, \"\" for everywhere"},

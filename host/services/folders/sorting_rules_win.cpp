@@ -9,12 +9,12 @@
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/folders/filter_rules.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/list/selection_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/selection_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
-#include "host/writing/missing_mails.h"
 #include "src/addresses/address_entry.h"
 
 namespace wrenfold {
@@ -140,12 +140,11 @@ Answer AddRule(Request& request) {
 constexpr Service kServices[] = {
     {10, nullptr, Filter,
      "`DoFilter` moves the selected mails by the [sorting rules](#sorting-rules) and answers how many were "
-     "filed; "
-     "`FilterDlg` shows the rules on standard error"},
+     "filed; `FilterDlg` shows the rules on standard error"},
     {122, nullptr, WithRoot<AddRule>,
      "adds a [sorting rule](#sorting-rules) like the open mail: its From (0), To (1), Subject (2) or List-Id "
-     "(3), the "
-     "number of the folder in the order of `GetNextFolder` from 0, 1 to file the selected mails at once"},
+     "(3), the number of the folder in the order of `GetNextFolder` from 0, 1 to file the selected mails at "
+     "once"},
 };
 
 }  // namespace

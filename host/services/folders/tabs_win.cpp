@@ -113,8 +113,7 @@ Answer IsBookmarked(Request& request) {
 constexpr Service kServices[] = {
     {248, nullptr, Tabs,
      "each `--mail` has a tab with the name of its folder and shows the folder that was open in it; titles, "
-     "icons, "
-     "flags and closed tabs last while the program runs; the last tab is not closed"},
+     "icons, flags and closed tabs last while the program runs; the last tab is not closed"},
     {286, nullptr, WithRoot<AddBookmark>, "bookmarks the root mail, [for good](#marks)"},
     {287, nullptr, WithRoot<DeleteBookmark>, "1 when the root mail had a bookmark"},
     {288, nullptr, WithRoot<IsBookmarked>, "1 when the root mail has a bookmark"},

@@ -8,8 +8,8 @@
 #include "host/charset/charsets.h"
 #include "host/list/csv_list.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/list/selection_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/selection_win.h"
 #include "host/terminal/progress.h"
 
 namespace wrenfold {
@@ -101,8 +101,7 @@ Answer Export(Request& request) {
 constexpr Service kServices[] = {
     {142, "TIIT", WithRoot<Export>,
      "number of mails written to the CSV file of the first parameter: 0 of the list, 1 selected, 2 of all "
-     "folders; 0 "
-     "as UTF-8, 1 as host text; columns such as `date+subject`, or 0"},
+     "folders; 0 as UTF-8, 1 as host text; columns such as `date+subject`, or 0"},
 };
 
 }  // namespace

@@ -4,12 +4,12 @@
 #include <limits>
 
 #include "host/list/mail_order.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
-#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_lookup_win.h"
 #include "host/windows/list_window_win.h"
-#include "host/writing/missing_mails.h"
 #include "src/dates/date_format.h"
 #include "src/dates/date_parse.h"
 
@@ -200,13 +200,11 @@ constexpr Service kServices[] = {
     {26, nullptr, Sort, "the number set, 0 at first"},
     {27, nullptr, SetSort,
      "0 as read, 1 date, 2 subject, 3 sender, 4 recipient, 5 size, 6 unread first, 7 marked first, 8 colour, "
-     "9 "
-     "attachments first; 100 more turns the order round"},
+     "9 attachments first; 100 more turns the order round"},
     {28, nullptr, Area, "the number set, 0 at first"},
     {29, nullptr, SetArea,
      "0 all, 1 unread, 2 marked, 3 with attachments, 4 of high priority, 5 hot, 6 not answered; a mail that "
-     "changes "
-     "stays in the list until that is made anew"},
+     "changes stays in the list until that is made anew"},
     {38, nullptr, SwitchDraw,
      "0 leaves the lines of the list window as they are, 1 draws them, 2 lets the next change draw"},
     {54, nullptr, Remake, "makes the list of a folder anew from what its mails are at present"},
@@ -233,8 +231,7 @@ constexpr Service kServices[] = {
      "marks found mails with F in the lines of the list; answers what it was before"},
     {331, nullptr, WithRoot<CachedLine>,
      "the open mail's line: marks, date, sender, subject and bytes between tabs; marks are U unread, M "
-     "marked, A "
-     "attachments, F found"},
+     "marked, A attachments, F found"},
 };
 
 constexpr Command kCommands[] = {

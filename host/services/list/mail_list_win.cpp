@@ -1,10 +1,10 @@
 // The list of mails: how many there are, which is open, moving between them, which are selected, and their
 // marks. The open mail is the root mail and the current one.
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
-#include "host/services/list/list_moves_win.h"
 #include "host/services/services_win.h"
-#include "host/writing/missing_mails.h"
+#include "host/shared/list_moves_win.h"
 
 namespace wrenfold {
 namespace {
@@ -75,31 +75,28 @@ Answer EnumSelection(Request& request) {
 
 // --- The pane that has the focus ---
 
-constexpr Slot kFolderPane = 0;
-constexpr Slot kListPane = 1;
-constexpr Slot kMailPane = 2;
-constexpr int kPane = 89;  // the code that asks for it
-
 Answer SelectPane(Request& request) {
   const Slot pane = request.Number(0);
-  if (pane < kFolderPane || pane > kMailPane)
-    return request.Fail("no pane " + std::to_string(pane) + ": 0 to 2");
-  request.state.Setting(kPane) = pane;
+  if (pane < 0 || pane > kLastPane) return request.Fail("no pane " + std::to_string(pane) + ": 0 to 2");
+  request.state.list.pane = static_cast<Pane>(pane);
   return Request::Done(true);
 }
 
-Answer Pane(Request& request) { return Request::AnswerNumber(request.state.Setting(kPane)); }
+Answer SelectedPane(Request& request) {
+  return Request::AnswerNumber(static_cast<Slot>(request.state.list.pane));
+}
 
 Answer SelectAllInPane(Request& request) {
-  switch (request.state.Setting(kPane)) {
-    case kListPane:
+  switch (request.state.list.pane) {
+    case Pane::kList:
       return SelectAll(request);
-    case kMailPane:
+    case Pane::kMail:
       request.state.view.all_text_selected = true;
       return Request::Done(true);
-    default:
-      return request.Fail("the pane of folders has the focus, where one is selected at a time");
+    case Pane::kFolders:
+      break;
   }
+  return request.Fail("the pane of folders has the focus, where one is selected at a time");
 }
 
 // --- Marks of the open mail ---
@@ -165,7 +162,7 @@ constexpr Service kServices[] = {
     {31, nullptr, CountAll, "mails of the folder, shown or not"},
     {32, nullptr, WithRoot<Index>, "place of the open mail in the list, from 0; -1 when it does not show"},
     {33, nullptr, SetIndex, "opens another mail of the list: 1 when there is one"},
-    {kPane, nullptr, Pane, "the pane selected last, 0 at first"},
+    {89, nullptr, SelectedPane, "the pane selected last, 0 at first"},
     {95, nullptr, WithRoot<Colour>,
      "colour of the open mail, 0 at first, [kept](#marks) when the program ends"},
     {96, nullptr, WithRoot<SetColour>, "sets it"},
@@ -181,7 +178,7 @@ constexpr Service kServices[] = {
      "answers"},
     {159, nullptr, WithRoot<AccountGroup>, "the line `group = ...` of the open mail's account"},
     {191, nullptr, WithRoot<SelectAll>, "selects the mails that the list shows, until one is opened"},
-    {225, nullptr, Pane, "the pane selected last, 0 at first"},
+    {225, nullptr, SelectedPane, "the pane selected last, 0 at first"},
     {245, nullptr, WithRoot<SelectAllInPane>,
      "in the mail list as `SelectAllMail`; in the mail its text, which `SelectedRootText` then gives; 0 in "
      "the pane of folders"},

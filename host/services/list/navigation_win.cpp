@@ -5,8 +5,8 @@
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
 #include "host/requests/shown_list.h"
-#include "host/services/list/list_moves_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/list_moves_win.h"
 
 namespace wrenfold {
 namespace {
@@ -50,7 +50,7 @@ constexpr std::size_t kPageLines = 20;
 // Shows the next page, or the one before: false at that end of the mail.
 bool TurnPage(Request& request, bool forwards) {
   HostState& state = request.state;
-  const std::string_view body = SplitMail(state.Message(state.root()).text).body;
+  const std::string_view body = SplitMail(state.RootText()).body;
   const auto lines = static_cast<std::size_t>(std::count(body.begin(), body.end(), '\n')) +
                      (body.empty() || body.ends_with('\n') ? 0 : 1);
   std::size_t& first = state.view.first_line;

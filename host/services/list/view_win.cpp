@@ -7,14 +7,14 @@
 #include "host/charset/charsets.h"
 #include "host/list/mail_order.h"
 #include "host/list/threads.h"
+#include "host/mail/missing_mail.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/windows/frame_win.h"
 #include "host/writing/draft_file.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {
@@ -96,8 +96,7 @@ constexpr Command kCommands[] = {
     {40134, WithRoot<OpenView>, "the same for the root mail, which a mail being written answers or forwards"},
     {40135, WithRoot<OpenRelated<IsReply>>,
      "opens the first mail that answers the open one (In-Reply-To, else the last of References), in the "
-     "outer "
-     "view"},
+     "outer view"},
     {40136, WithRoot<OpenRelated<Forwards>>,
      "the first one that forwards it: as text, with `Fwd:` or `Fw:` and its Message-ID in a header, or as an "
      "attached mail"},

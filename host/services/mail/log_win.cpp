@@ -29,7 +29,7 @@ Answer DirectLog(Request& request) {
 }
 
 Answer DecodedLog(Request& request) {
-  const std::string& text = request.state.Message(request.state.root()).text;
+  const std::string& text = request.state.RootText();
   ShowLog("log, decoded", SystemCharsets().HostToUtf8(text));
   return Request::AnswerNumber(1);
 }

@@ -1,18 +1,9 @@
 // A received mail that is changed: its text may be edited between beginning and saving, and saving writes the
 // mail's file anew.
-#include "host/services/mail/mail_editing_win.h"
-
-#include "host/base/paths.h"
-#include "host/base/safe_saving.h"
-#include "host/base/time_stamp_win.h"
-#include "host/base/whole_file.h"
-#include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
-#include "host/terminal/failure_win.h"
-#include "host/terminal/terminal_text.h"
-#include "host/writing/mail_rewrite.h"
+#include "host/shared/changed_mail_win.h"
+#include "host/shared/written_mail_win.h"
 
 namespace wrenfold {
 namespace {
@@ -79,40 +70,8 @@ constexpr Command kCommands[] = {
     {40083, EnableEdit, "makes the mail that is shown editable: as code 123"},
 };
 
-// The mail at a place of a file, as it is read from there.
-std::string MailAt(std::string_view file, std::uint64_t offset, const std::string& raw) {
-  if (!IsMbox(file)) return raw;
-  for (StoredMail& mail : SplitMbox(file)) {
-    if (mail.offset == offset) return std::move(mail.raw);
-  }
-  return raw;
-}
-
 }  // namespace
 
 const ServiceFamily kMailEditingServices = {kServices, kCommands};
-
-void TellHeaderChange(HostState& state, std::size_t mail) {
-  WritingState& writing = state.writing;
-  if (writing.quiet_header_changes || writing.editing == mail || !writing.warned_of.insert(mail).second)
-    return;
-  Tell("headers of " + Quoted(SystemCharsets().HostToUtf8(state.Header(mail, "Subject")), 60) +
-       " are changed in memory only: AlterSave() writes them (NoWarningHeaderUpdate() leaves this out)");
-}
-
-std::optional<std::string> SaveChanges(HostState& state, std::size_t mail) {
-  const StoredMail& stored = state.Mail(mail);
-  const std::string raw =
-      RewrittenMail(stored.raw, state.Message(mail).text, *state.Changes(mail), "=_" + UniqueNameNow());
-  if (state.read_only()) return state.TakeRewritten(mail, raw, 0), std::nullopt;
-  const auto file = ReadWholeFile(stored.source);
-  if (!file) return "cannot read " + PathToUtf8(stored.source);
-  const auto replaced = WithMailReplaced(*file, stored.offset, stored.raw, raw);
-  if (!replaced) return PathToUtf8(stored.source) + " was changed by another program: the mail is not saved";
-  if (auto reason = SaveSafely(stored.source, *replaced)) return reason;
-  const auto moved = static_cast<std::int64_t>(replaced->size()) - static_cast<std::int64_t>(file->size());
-  state.TakeRewritten(mail, MailAt(*replaced, stored.offset, raw), moved);
-  return std::nullopt;
-}
 
 }  // namespace wrenfold

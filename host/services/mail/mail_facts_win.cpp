@@ -11,14 +11,12 @@
 #include "host/mime/message.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/writing/draft_file.h"
 #include "src/dates/date_parse.h"
 
 namespace wrenfold {
 namespace {
-
-const std::string& RootText(Request& request) { return request.state.Message(request.state.root()).text; }
 
 std::string FirstHeader(std::string_view text, std::string_view name, std::string_view otherwise) {
   const auto value = HeaderValue(text, name);
@@ -37,7 +35,7 @@ Answer Decode(Request& request) {
   return request.AnswerText(charsets.ToHostText(DecodeHeaderValue(request.Text(0), "", false, charsets)));
 }
 
-Answer RootDate(Request& request) { return request.AnswerText(TransmitDateOf(RootText(request))); }
+Answer RootDate(Request& request) { return request.AnswerText(TransmitDateOf(request.state.RootText())); }
 Answer CurrentDate(Request& request) {
   return request.AnswerText(TransmitDateOf(request.state.CurrentText()));
 }
@@ -83,7 +81,7 @@ Answer EncodedSize(Request& request) {
 
 template <class Fact>
 Answer OfSender(Request& request, Fact fact) {
-  const auto host = SenderHostOf(RootText(request));
+  const auto host = SenderHostOf(request.state.RootText());
   return request.AnswerText(host ? fact(*host) : "");
 }
 
@@ -94,7 +92,7 @@ Answer SenderCountry(Request& request) {
   return OfSender(request, [](const SenderHost& host) { return CountryOfHost(host.name); });
 }
 Answer SenderNetwork(Request& request) { return OfSender(request, NetworkOfHost); }
-Answer SenderCheck(Request& request) { return request.AnswerText(DomainCheckOf(RootText(request))); }
+Answer SenderCheck(Request& request) { return request.AnswerText(DomainCheckOf(request.state.RootText())); }
 
 Answer CountryName(Request& request) {
   const Country* country = FindCountry(request.Text(0));

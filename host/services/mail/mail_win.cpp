@@ -4,19 +4,20 @@
 #include "host/mail/headers.h"
 #include "host/mail/mail_store.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_paths_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_paths_win.h"
 #include "host/writing/draft_file.h"
 
 namespace wrenfold {
 namespace {
 
 StoredMail& Root(Request& request) { return request.state.Mail(request.state.root()); }
-const std::string& RootText(Request& request) { return request.state.Message(request.state.root()).text; }
 
-Answer RootMail(Request& request) { return Request::AnswerKept(RootText(request)); }
+Answer RootMail(Request& request) { return Request::AnswerKept(request.state.RootText()); }
 
-Answer SmallHeader(Request& request) { return request.AnswerText(DisplayedHeaders(RootText(request))); }
+Answer SmallHeader(Request& request) {
+  return request.AnswerText(DisplayedHeaders(request.state.RootText()));
+}
 Answer SmallCurrentHeader(Request& request) {
   return request.AnswerText(DisplayedHeaders(request.state.CurrentText()));
 }
@@ -56,7 +57,7 @@ Answer MailType(Request& request) {
 // All of the text or nothing: there is no view to select in with the mouse.
 Answer SelectedText(Request& request) {
   const bool selected = request.state.view.all_text_selected;
-  return request.AnswerText(selected ? std::string(SplitMail(RootText(request)).body) : "");
+  return request.AnswerText(selected ? std::string(SplitMail(request.state.RootText()).body) : "");
 }
 
 Answer FileName(Request& request) {

@@ -2,8 +2,8 @@
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/terminal/host_text.h"
 #include "host/terminal/questions_win.h"
+#include "host/terminal/shown_host_text.h"
 #include "host/terminal/terminal_win.h"
 
 namespace wrenfold {

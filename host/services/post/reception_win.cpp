@@ -5,9 +5,9 @@
 #include "host/charset/charsets.h"
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
-#include "host/services/folders/folder_paths_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/folder_lookup_win.h"
+#include "host/shared/folder_paths_win.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {
@@ -143,8 +143,7 @@ constexpr Service kServices[] = {
     {203, nullptr, Accounts, "the accounts that were asked, one on each line"},
     {223, nullptr, FactOf,
      "0 subject, 1 sender, 2 account, 3 folder, 4 start of the body, 5 recipients, 6 file, 7 place in the "
-     "file; full "
-     "paths; \"\" without such a mail"},
+     "file; full paths; \"\" without such a mail"},
     {283, nullptr, SetBodyTop, "bytes of a body that 223 gives, 200 at first; no character is split"},
 };
 

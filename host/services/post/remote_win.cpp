@@ -7,14 +7,14 @@
 #include "host/base/safe_saving.h"
 #include "host/charset/charsets.h"
 #include "host/folders/filing.h"
+#include "host/mail/missing_mail.h"
 #include "host/post/inbox_folder.h"
 #include "host/post/outbox_folder.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/list/selection_win.h"
-#include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/selection_win.h"
+#include "host/shared/transport_win.h"
 #include "host/terminal/terminal_win.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {

@@ -1,7 +1,7 @@
 #include "host/services/writing/draft_side_win.h"
 
 #include "host/mail/headers.h"
-#include "host/writing/missing_mail.h"
+#include "host/mail/missing_mail.h"
 
 namespace wrenfold {
 

@@ -6,7 +6,7 @@
 #include "host/mail/headers.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/terminal/questions_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/writing/draft.h"

@@ -2,14 +2,14 @@
 #include "host/charset/charsets.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/list/selection_win.h"
-#include "host/services/mail/mail_editing_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/changed_mail_win.h"
+#include "host/shared/selection_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/writing/draft_file.h"
-#include "host/writing/missing_mails.h"
 
 namespace wrenfold {
 namespace {

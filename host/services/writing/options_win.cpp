@@ -6,7 +6,7 @@
 #include "host/mail/priority.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/windows/frame_win.h"
 #include "host/writing/mail_options.h"
 #include "src/bridge/host_protocol.h"

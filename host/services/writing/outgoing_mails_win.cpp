@@ -7,11 +7,11 @@
 #include "host/mail/headers.h"
 #include "host/mime/sections.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/desktop/macros_win.h"
-#include "host/services/folders/folder_lookup_win.h"
-#include "host/services/post/transmission_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/folder_lookup_win.h"
+#include "host/shared/inner_macros_win.h"
+#include "host/shared/transport_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_win.h"
 #include "host/writing/draft_file.h"
@@ -177,7 +177,7 @@ std::optional<std::string> WhyNotResent(HostState& state, const std::string& res
   const std::size_t begun = writing.begun;
   Draft seen;
   seen.purpose = DraftPurpose::kForward;
-  seen.text = resent_header + state.Message(state.root()).text;
+  seen.text = resent_header + state.RootText();
   auto draft = std::exchange(writing.draft, seen);
   auto kept = std::exchange(writing.kept, seen);
   const auto switched = std::exchange(writing.switched, 0);
@@ -196,8 +196,7 @@ Answer Resend(Request& request) {
   HostState& state = request.state;
   const Slot mode = request.Number(1) & ~wfinfo::kResendAsBcc;
   const bool as_bcc = (request.Number(1) & wfinfo::kResendAsBcc) != 0;
-  if (mode == kOpen)
-    return OpenResent(request, ResentText(state.Message(state.root()).text, request.Text(0), as_bcc));
+  if (mode == kOpen) return OpenResent(request, ResentText(state.RootText(), request.Text(0), as_bcc));
   if (mode != kSendNow && mode != kSendLater)
     return request.Fail("no such way to resend: " + std::to_string(request.Number(1)));
   if (const auto reason = WhyUnaddressed(as_bcc ? "Resent-Bcc" : "Resent-To", request.Text(0)))

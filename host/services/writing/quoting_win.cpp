@@ -73,8 +73,7 @@ constexpr Service kServices[] = {
      "`HostGoToLine`"},
     {134, "T", Kinsoku,
      "folded at 72 columns by the rules for Japanese text; at the line ends that are there closing "
-     "characters go up, "
-     "opening ones down"},
+     "characters go up, opening ones down"},
     {158, "T", FoldHeader, "headers folded at 72 columns: lines that go on begin with a blank"},
     {262, "TI", QuoteWidth, "`> ` and folding at that width; 0 means 72, 9999 no folding"},
     {285, "TT", CustomHeader,

@@ -1,10 +1,10 @@
 // Saving the mail being written as a draft, and a received mail that was changed.
 #include "host/mail/headers.h"
+#include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/mail/mail_editing_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
-#include "host/writing/missing_mails.h"
+#include "host/shared/changed_mail_win.h"
+#include "host/shared/written_mail_win.h"
 
 namespace wrenfold {
 namespace {

@@ -5,9 +5,9 @@
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/requests/request_server_win.h"
-#include "host/services/folders/folder_lookup_win.h"
 #include "host/services/services_win.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/folder_lookup_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/terminal/failure_win.h"
 #include "host/terminal/terminal_text.h"
 
@@ -127,7 +127,6 @@ Answer SetDraftFolder(Request& request) {
 
 // The small host makes no information items: the user is told where they would lie.
 Answer SetInfoFolder(Request& request, std::size_t folder) {
-  request.state.Setting(request.code()) = static_cast<Slot>(folder);
   Tell("information items go to " + request.state.folders()[folder].name + " (simulated: there are none)");
   return Request::Done(true);
 }
@@ -138,8 +137,7 @@ constexpr Service kServices[] = {
     {115, "IT", Sign, "name of the signature that comes with a template"},
     {116, "T", WithDraft<SwitchTemplate>,
      "puts the mail being written into another template, with the template's signature if it has one; what "
-     "was written "
-     "stays"},
+     "was written stays"},
     {117, "T", WithDraft<SwitchSign>, "gives the mail being written another signature, none for \"\""},
     {118, "T", SetDraftFolder, "folder in which drafts are saved from then on, \"\" for the usual one"},
     {151, "", CurrentName<&Draft::template_name>, "template of the mail being written"},
@@ -148,8 +146,7 @@ constexpr Service kServices[] = {
      "template with which new mails, replies (1) or forwards (2) in a folder begin; kept while the program "
      "runs"},
     {154, "TTIT", SetReference, "chooses that template, none for \"\""},
-    {200, "TT", WithFolder<SetInfoFolder>,
-     "keeps the folder of information items while the program runs, and tells it; the host makes none"},
+    {200, "TT", WithFolder<SetInfoFolder>, "tells where information items would go; the host makes none"},
     {308, "", WithDraft<IsSignHtml>, "1 when the signature of the mail being written has an HTML form"},
 };
 

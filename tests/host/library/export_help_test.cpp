@@ -20,8 +20,7 @@ std::string Same(std::string_view text) { return std::string(text); }
 TEST(ExportHelp, ShowsTheCallAndWhatItSends) {
   EXPECT_EQ(HelpText(*FindRow("SetMailIndex")),
             "SetMailIndex(index)\nOpens a mail of the list, which is then the only one selected. 1, or 0 "
-            "when there is none at "
-            "that place: so a loop over the list ends.\n"
+            "when there is none at that place: so a loop over the list ends.\n"
             "  index: number; place in the list as it shows, 0 for the first\n"
             "Result: a number\nSends: code 33 (Frame)\nRefused while a dialog shows.\n"
             "The parameter list is inferred from the family and the name.\n"

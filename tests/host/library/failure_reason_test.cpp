@@ -75,8 +75,7 @@ TEST(RefusedWord, NamesTheParameterAndAllOfItsWords) {
       {"SetAutoPushTimer",
        {Number(1), Text("maybe")},
        "button is \"maybe\", and may be: ok cancel abort retry ignore yes no, or a control id in digits; "
-       "nothing or "
-       "empty: the default button",
+       "nothing or empty: the default button",
        ""},
       {"NextPrevCustom", {Text("any"), Text("down"), Text("Mail"), Text("")}, "", "it stands in the text"},
       {"MakeReplyCustom",

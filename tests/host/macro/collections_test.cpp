@@ -76,8 +76,7 @@ TEST(MacroCollections, LoopsGoThroughThem) {
       {"for i in 1000\nend\nprint i", "999\n", "an empty body"},
       {"for x in \"abc\"\nend",
        "1:10: for goes through a list, a table or up to a number, and this is a text; split(text, \"\") "
-       "gives its "
-       "characters",
+       "gives its characters",
        "a text is no list"},
       {"break", "1:1: 'break' belongs inside of a while or for", "no loop around it"},
       {"while 1\nfunction f()\nend\nend", "2:1: a function stands by itself, not inside of another statement",
@@ -161,8 +160,7 @@ TEST(MacroFunctions, GiveResultsByValue) {
        "null tells where it came from"},
       {"function f()\nend\nx = f()\nprint 1 + x",
        "4:9: cannot calculate with a number and null (f gave no result: it ended without a return); only + "
-       "takes "
-       "texts",
+       "takes texts",
        "also later"},
       {"function f(a)\nend\nf()", "3:1: f takes 1 parameter, 0 given", "too few parameters"},
   });

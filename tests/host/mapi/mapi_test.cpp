@@ -32,8 +32,7 @@ std::string Composed(const CommandLineRequest& request, const std::vector<Outgoi
 TEST(MailCommand, TakesTheArgumentsOfAMail) {
   const auto request = ParseMailCommand(
       "sendnow Macro=a%20b Subject=Hello%20there body=one%0Atwo\r\n%zz To=Jo%20%3Cj@x%3E%2C%20b Cc=c To=d "
-      "Bcc=e "
-      "Attach=C%3A\\a%20b*b%2Etxt Attach=%2A template=1");
+      "Bcc=e Attach=C%3A\\a%20b*b%2Etxt Attach=%2A template=1");
   ASSERT_TRUE(request);
   EXPECT_EQ(request->command, MailCommand::kSendNow);
   EXPECT_EQ(request->macro, "a b");

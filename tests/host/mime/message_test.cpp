@@ -6,7 +6,7 @@
 #include "host/mime/message.h"
 #include "host/mime/parameters.h"
 #include "host/mime/parts.h"
-#include "host/mime/transfer.h"
+#include "host/mime/transfer_encoding.h"
 
 namespace wrenfold {
 namespace {

@@ -38,8 +38,7 @@ TEST(Prompt, TellsMistakesAndGoesOn) {
   const Conversation talk = Talk({"1 +", "if 1", "1 / 0", "end", "3", "if 2"});
   EXPECT_EQ(talk.out,
             "! column 4: a value is missing before the end of the line; write a number, a \"text\", a "
-            "variable or a "
-            "call Name(...)\n"
+            "variable or a call Name(...)\n"
             "! line 2, column 3: division by 0\n"
             "3\n"
             "! column 1: this if has no end; write end on a line of its own\n"

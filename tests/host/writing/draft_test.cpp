@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "host/mail/headers.h"
-#include "host/mime/file_types.h"
 #include "host/writing/draft.h"
 #include "host/writing/draft_file.h"
 
@@ -210,12 +209,6 @@ TEST(WrittenHeader, SurvivesAReader) {
     EXPECT_LE(end - at, 90u) << ids;
     at = end + 2;
   }
-}
-
-TEST(FileTypes, FollowTheExtension) {
-  EXPECT_EQ(TypeOfFile("a.TXT"), "text/plain") << "in any case";
-  EXPECT_EQ(TypeOfFile("a.tar.gz"), "application/octet-stream");
-  EXPECT_EQ(TypeOfFile("txt"), "application/octet-stream") << "no extension";
 }
 
 }  // namespace

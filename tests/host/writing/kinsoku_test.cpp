@@ -1,9 +1,7 @@
-// Line breaks of Japanese text, shown headers, and names with addresses.
+// Line breaks of Japanese text.
 #include <gtest/gtest.h>
 
 #include "host/charset/charsets.h"
-#include "host/mail/custom_header.h"
-#include "host/mail/named_address.h"
 #include "host/writing/kinsoku.h"
 #include "host/writing/quoting.h"
 
@@ -60,74 +58,6 @@ TEST(Kinsoku, LosesNoCharacterAndKeepsTheWidth) {
       EXPECT_EQ(joined, rest);
     }
   }
-}
-
-TEST(CustomHeaders, ShowWhatIsChosen) {
-  constexpr std::string_view kBlock =
-      "Received: by a\r\nFrom: Alice\r\nTo: b,\r\n c\r\nSubject: s\r\nDKIM-Signature: x\r\nReceived: by "
-      "b\r\nDate: d\r\nno colon\r\n";
-  struct Case {
-    const char* spec;
-    const char* expected;
-    const char* why;
-  };
-  const Case cases[] = {
-      {"Subject, From", "Subject: s\r\nFrom: Alice\r\n", "in the order of the names"},
-      {"subject=Betreff", "Betreff: s\r\n", "another name in front"},
-      {"To:", "To: b,\r\n c\r\n", "folds stay; a colon does not matter"},
-      {"received", "Received: by a\r\nReceived: by b\r\n", "each of them"},
-      {"From, *, -Received, -DKIM-*", "From: Alice\r\nTo: b,\r\n c\r\nSubject: s\r\nDate: d\r\n",
-       "all others but some"},
-      {"", "From: Alice\r\nTo: b,\r\n c\r\nSubject: s\r\nDate: d\r\n", "the usual ones"},
-      {"None, From, From", "From: Alice\r\n", "no header twice"},
-      {",,", "", "no name at all"},
-  };
-  for (const Case& c : cases) EXPECT_EQ(CustomHeaders(c.spec, kBlock), c.expected) << c.why;
-  EXPECT_EQ(CustomHeaders("*", ""), "");
-}
-
-TEST(NamedAddress, IsOneEntryOfAList) {
-  struct Case {
-    const char* name;
-    const char* expected;
-  };
-  const Case cases[] = {
-      {"", "a@x"},
-      {"Alice Baker", "Alice Baker <a@x>"},
-      {"Doe, Jane", "\"Doe, Jane\" <a@x>"},
-      {"a \"b\" \\", "\"a \\\"b\\\" \\\\\" <a@x>"},
-      {"表, 示", "\"表, 示\" <a@x>"},
-      {"表", "表 <a@x>"},
-      {"two\r\nlines", "two  lines <a@x>"},
-      {"a> <b", "\"a> <b\" <a@x>"},
-      {"a@x> <b@x>, c", "\"a@x> <b@x>, c\" <a@x>"},
-  };
-  for (const Case& c : cases) EXPECT_EQ(Utf8(NamedAddress(Host(c.name), " a@x\r\n")), c.expected) << c.name;
-}
-
-TEST(NamedAddress, IsMadeOfOneAddressOnly) {
-  const struct {
-    const char* address;
-    bool expected;
-    const char* why;
-  } cases[] = {
-      {"a@x", true, "an address"},
-      {" a@x\r\n", true, "with blanks around it"},
-      {"\"a, <b>\"@x", true, "the part in front of the sign is quoted"},
-      {"日本@例え.jp", true, "letters of two bytes"},
-      {"ソ@x", true, "whose second byte is a backslash"},
-      {"a@[192.0.2.1]", true, "at a number"},
-      {"a@x> <b@x", false, "ends the brackets and begins others"},
-      {"a@x, b@x", false, "two addresses"},
-      {"a@x; b@x", false, "divided in the other way"},
-      {"a@x b@x", false, "a blank"},
-      {"a@x\r\nBcc: b@x", false, "another header"},
-      {"\"a@x", false, "an open quote"},
-      {"\"a\" <b@x", false, "a name"},
-      {"a\"@x", false, "a quote that opens nowhere"},
-      {"<a@x>", false, "brackets of its own"},
-  };
-  for (const auto& [address, expected, why] : cases) EXPECT_EQ(IsOneAddress(Host(address)), expected) << why;
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
-#include "host/mime/transfer.h"
+#include "host/mime/transfer_encoding.h"
 
 #include <cstdint>
 
 #include "host/base/ascii.h"
-#include "host/charset/japanese.h"
+#include "host/base/base64.h"
 
 namespace wrenfold {
 namespace {

@@ -1,8 +1,8 @@
-#include "host/services/folders/folder_lookup_win.h"
+#include "host/shared/folder_lookup_win.h"
 
 #include "host/charset/charsets.h"
-#include "host/services/folders/folder_paths_win.h"
-#include "host/writing/missing_mails.h"
+#include "host/mail/missing_mail.h"
+#include "host/shared/folder_paths_win.h"
 
 namespace wrenfold {
 

@@ -1,4 +1,4 @@
-#include "host/session/written_mails_win.h"
+#include "host/session/drafts_of_run_win.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -10,7 +10,7 @@
 #include "host/base/time_stamp_win.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 #include "host/writing/draft_file.h"

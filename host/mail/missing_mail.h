@@ -3,10 +3,13 @@
 
 #include <string_view>
 
-#include "host/writing/missing_mail.h"
-
 namespace wrenfold {
 
+inline constexpr char kNoOpenMail[] = "no mail is open";
+inline constexpr char kNoWrittenMail[] = "no mail is being written";
+inline constexpr char kNoMailWindow[] = "no mail is being written, or open in a window of its own";
+inline constexpr char kMailWindowBehind[] = "the window of the mail being written is not in front";
+inline constexpr char kNeitherMail[] = "no mail is open or being written";
 inline constexpr char kNoMailsOpen[] = "no mails are open";  // and so there are no folders
 inline constexpr char kNoMailSelected[] = "no mail is selected";
 inline constexpr char kNotInList[] = "the list has no mail ";  // the place follows

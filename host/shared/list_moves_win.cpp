@@ -1,4 +1,4 @@
-#include "host/services/list/list_moves_win.h"
+#include "host/shared/list_moves_win.h"
 
 #include "host/charset/charsets.h"
 #include "host/terminal/terminal_text.h"

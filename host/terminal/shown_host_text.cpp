@@ -1,4 +1,4 @@
-#include "host/terminal/host_text.h"
+#include "host/terminal/shown_host_text.h"
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-// Changes to received mails.
+// Changes to received mails, which are in memory until they are saved.
 #pragma once
 
 #include <cstddef>

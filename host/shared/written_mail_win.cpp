@@ -1,4 +1,4 @@
-#include "host/services/writing/written_mail_win.h"
+#include "host/shared/written_mail_win.h"
 
 #include <filesystem>
 #include <system_error>

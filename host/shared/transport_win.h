@@ -1,4 +1,4 @@
-// Mails into the outbox and out of it, for the services that write mails.
+// Receiving and sending: mails from the folder that stands for the server, into the outbox and out of it.
 #pragma once
 
 #include <string>
@@ -8,6 +8,17 @@
 #include "host/requests/request_server_win.h"
 
 namespace wrenfold {
+
+// Begins a reception: its steps, one a mail, for the current account or for all.
+std::vector<TransmissionStep> StepsToReceive(HostState& state, TransmissionStep::Kind kind,
+                                             bool all_accounts);
+
+// One step for each mail of the outbox whose time has come.
+std::vector<TransmissionStep> StepsToSend(HostState& state);
+
+// Carries the steps out: waits for the end, or goes on in the background when code 57 brought the command.
+// Nothing else may be under way.
+Answer Transmit(Request& request, Slot command, std::vector<TransmissionStep> steps);
 
 // Puts a finished mail (RFC 5322) into the outbox. Answers 1, or 0 with the reason.
 Answer PostLater(Request& request, std::string_view mail);
