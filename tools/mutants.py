@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Changes the pure code in one place at a time, and tells which changes no native test notices.
 
-    ./dev mutants [FILE...] [--sample N [--seed S]] [--write] [--fresh]
+    ./dev mutants [FILE...] [--sample N [--seed S]] [--jobs N] [--write] [--fresh]
 
 FILE is a part of a path below src/; without one all pure files are taken. Changes (mutants): a comparison's border
 (< and <=, == and !=), && and ||, a number (one more, 0), a character (the next one), true and false, a condition of if
@@ -28,6 +28,7 @@ import random
 import re
 import resource
 import shlex
+import signal
 import subprocess
 import sys
 
@@ -38,7 +39,6 @@ BUILD = ROOT / "build/mutants"
 WORK = BUILD / "work"
 EXPLAINED = ROOT / "tools/mutants_explained.tsv"
 PAGE = ROOT / "docs/reliability.md"
-JOBS = os.cpu_count() or 2
 QUICK_MS = 400          # of tests that run first
 LONGEST_TABLE = 30      # literals of one list that are changed; of a longer one as many, evenly spread
 NUMBERS_PER_FILE = 2000
@@ -313,21 +313,23 @@ class Tests:
                           if path.suffix in (".cpp", ".h", ".inc") and not path.name.endswith("_win.cpp")))
 
     def run(self, names, seconds, library, number=0, **environment):
-        """'' when all pass, the first failing test, "crash" or "time"."""
+        """'' when all pass, the first failing test, "crash" or "time"; `seconds` of the processor's time."""
         def limit():
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-            resource.setrlimit(resource.RLIMIT_CPU, (int(seconds) + 1,) * 2)  # also when this tool is ended
+            resource.setrlimit(resource.RLIMIT_CPU, (int(seconds) + 1, int(seconds) + 3))
             if "ASAN_OPTIONS" not in environment:
                 resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
         preload = f"{environment.pop('LD_PRELOAD', '')} {library}".strip()
         try:
             done = subprocess.run([self.program, "--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=" + ":".join(names)],
-                                  cwd=BUILD, capture_output=True, timeout=seconds, preexec_fn=limit, stdin=subprocess.DEVNULL,
+                                  cwd=BUILD, capture_output=True, timeout=60 + 50 * seconds, preexec_fn=limit, stdin=subprocess.DEVNULL,
                                   env={**os.environ, "LD_PRELOAD": preload, "WFINFO_MUTANT": str(number), **environment})
         except subprocess.TimeoutExpired:
             return "time"
         if done.returncode == 0:
             return ""
+        if done.returncode == -signal.SIGXCPU:
+            return "time"
         failed = re.search(rb"\[  FAILED  \] ([\w/.]+)", done.stdout)
         return failed[1].decode() if failed else "crash"
 
@@ -337,7 +339,7 @@ def link(objects, library, *flags):
     return library
 
 
-def meet(files, tests, kept):
+def meet(files, tests, kept, jobs):
     """{file: {test: (milliseconds, numbers of the mutants that it comes upon)}}"""
     met = {f.name: {t: v for t, v in kept.get(f.name, {}).get("tests", {}).items() if v[0] == tests.hashes.get(t)}
            if kept.get(f.name, {}).get("hash") == sha(f.hash, str(f.base)) else {} for f in files}
@@ -349,11 +351,11 @@ def meet(files, tests, kept):
 
         def shard(i):
             out = WORK / f"met-{i}.tsv"
-            wrong = tests.run(unknown[i::JOBS], 3600, library, WFINFO_MUTANTS_MET=str(out))
+            wrong = tests.run(unknown[i::jobs], 3600, library, WFINFO_MUTANTS_MET=str(out))
             assert wrong == "", f"without a living mutant: {wrong}"
             return out.read_text().splitlines()
-        with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
-            for line in (line for lines in pool.map(shard, range(min(JOBS, len(unknown)))) for line in lines):
+        with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+            for line in (line for lines in pool.map(shard, range(min(jobs, len(unknown)))) for line in lines):
                 test, ms, *numbers = line.split("\t")
                 for f in files:
                     own = [int(n) for n in numbers if f.base <= int(n) < f.base + NUMBERS_PER_FILE]
@@ -384,7 +386,7 @@ class Judge:
             groups[0 if spent <= QUICK_MS or not groups[0] else 1].append(name)
         for group in groups:
             if group:
-                seconds = 15 + sum(self.times[n] for n in group) / 1000 * 12
+                seconds = (15 if "LD_PRELOAD" in environment else 4) + sum(self.times[n] for n in group) / 1000 * 12
                 if killer := self.tests.run(group, seconds, library, number, **environment):
                     return killer
         return ""
@@ -454,7 +456,7 @@ def examine(file, tests, met, results, options):
         state, killer = judge.judge(mutant, before.get("killer"))
         return mutant, {"file": file.hash, "state": state, "killer": killer, "text": tests.hashes.get(killer, ""),
                         "tests": tests.hash}
-    with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         for mutant, row in pool.map(one, waiting):
             rows[mutant.key(file.text)] = row
     keys = {m.key(file.text) for m in file.mutants}
@@ -510,6 +512,7 @@ def main():
     parser.add_argument("files", nargs="*")
     parser.add_argument("--sample", type=int, help="at most so many mutants of each file")
     parser.add_argument("--seed", default="1")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count() or 2, help="test programs at a time")
     parser.add_argument("--write", action="store_true", help="the table of docs/reliability.md")
     parser.add_argument("--fresh", action="store_true", help="forget earlier results of these files")
     options = parser.parse_args()
@@ -525,7 +528,7 @@ def main():
             kept[part].pop(name, None)
     all_commands, tests = commands(), Tests()
     files = [File(name, everything.index(name), all_commands) for name in chosen]
-    met = meet(files, tests, kept["met"])
+    met = meet(files, tests, kept["met"], options.jobs)
     for file in files:
         count, survivors = examine(file, tests, met[file.name], kept["results"], options)
         kept.setdefault("summary", {})[file.name] = {"text": sha(file.text), "count": count, "of": len(file.mutants)}
