@@ -9,9 +9,9 @@ and ?: (negated), a statement (left out). A mutant is killed when a test fails, 
 
 A file is compiled once with all its mutants, each behind a question for its number (mutants.h), at -O1 and without
 sanitizers. A run without a living mutant tells which tests come upon which; then only those run for each, the quick ones
-first. What cannot ask at run time (constants, case labels) is compiled on its own. What survives is compiled on its
-own too: where the compiler makes the same code as of the original, there is no change; else the tests run again with
-that file under ASan and UBSan, as they do in ./dev test.
+first. What cannot ask at run time (constants, case labels) is compiled on its own, and all tests run. What survives is
+compiled on its own too: where the compiler makes the same code as of the original, there is no change; else the tests
+run again with that file under ASan and UBSan, as they do in ./dev test.
 
 Kept in build/mutants/results.json: a kill as long as the file and the text of the test are the same; a survivor as long
 as all tests are. mutants_explained.tsv beside this tool tells of survivors that change nothing that can be seen.
@@ -339,23 +339,38 @@ def link(objects, library, *flags):
     return library
 
 
+def without_shared_units(files):
+    """The files in sets of which no two compile the same unit, as a kernel and its source file do."""
+    sets = []
+    for file in files:
+        fitting = next((s for s in sets if not any(set(file.units) & set(f.units) for f in s)), None)
+        if fitting is None:
+            sets.append(fitting := [])
+        fitting.append(file)
+    return sets
+
+
 def meet(files, tests, kept, jobs):
     """{file: {test: (milliseconds, numbers of the mutants that it comes upon)}}"""
     met = {f.name: {t: v for t, v in kept.get(f.name, {}).get("tests", {}).items() if v[0] == tests.hashes.get(t)}
            if kept.get(f.name, {}).get("hash") == sha(f.hash, str(f.base)) else {} for f in files}
     unknown = sorted(t for t in tests.hashes if any(t not in met[f.name] for f in files))
-    objects = [o for f in files for o in f.schema()]
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        objects = [o for made in pool.map(File.schema, files) for o in made]
     if unknown:
         print(f"{len(unknown)} tests run once to see what they come upon", file=sys.stderr)
         library = link(objects, WORK / "all.so")
 
-        def shard(i):
-            out = WORK / f"met-{i}.tsv"
-            wrong = tests.run(unknown[i::jobs], 3600, library, WFINFO_MUTANTS_MET=str(out))
+        def alone(test):
+            """Each in its own process: what is worked out once is otherwise met by the first test only."""
+            out = WORK / f"met-{sha(test)[:12]}.tsv"
+            wrong = tests.run([test], 3600, library, WFINFO_MUTANTS_MET=str(out))
             assert wrong == "", f"without a living mutant: {wrong}"
-            return out.read_text().splitlines()
+            line = out.read_text().strip("\n")
+            out.unlink()
+            return line
         with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-            for line in (line for lines in pool.map(shard, range(min(jobs, len(unknown)))) for line in lines):
+            for line in pool.map(alone, unknown):
                 test, ms, *numbers = line.split("\t")
                 for f in files:
                     own = [int(n) for n in numbers if f.base <= int(n) < f.base + NUMBERS_PER_FILE]
@@ -370,7 +385,7 @@ class Judge:
         self.file, self.tests = file, tests
         self.times = {test: row[1] for test, row in met.items()}
         self.by_number = collections.defaultdict(list)
-        self.touching = [test for test, row in met.items() if row[2]]
+        self.touching = {test for test, row in met.items() if row[2]}
         for test in self.touching:
             for number in met[test][2]:
                 self.by_number[number].append(test)
@@ -378,22 +393,26 @@ class Judge:
         self.original = None
 
     def run(self, names, library, number=0, first=None, **environment):
-        """The quick tests first; what killed the mutant, or ''."""
-        names = sorted(names, key=lambda t: (t != first, self.times[t]))
-        groups, spent = [[], []], 0
-        for name in names:
-            spent += self.times[name]
-            groups[0 if spent <= QUICK_MS or not groups[0] else 1].append(name)
+        """Those that come upon the file first, and of them the quick ones; what killed the mutant, or ''."""
+        groups = []
+        for part in ([t for t in names if t in self.touching], [t for t in names if t not in self.touching]):
+            quick, slow, spent = [], [], 0
+            for name in sorted(part, key=lambda t: (t != first, self.times[t])):
+                spent += self.times[name]
+                (quick if spent <= QUICK_MS or not quick else slow).append(name)
+            groups += [quick, slow]
         for group in groups:
             if group:
-                seconds = (15 if "LD_PRELOAD" in environment else 4) + sum(self.times[n] for n in group) / 1000 * 12
+                before = sum(self.times[n] for n in group) / 1000
+                seconds = 15 + 12 * before if "LD_PRELOAD" in environment else 2 + 4 * before
                 if killer := self.tests.run(group, seconds, library, number, **environment):
                     return killer
         return ""
 
     def judge(self, mutant, first=None):
         """(state, killer): killed, survived, same (code), refused (by the compiler)."""
-        names = self.by_number.get(mutant.number, []) if mutant.number else self.touching
+        # What cannot ask does not tell who comes upon it either; a table is read by any function of any file.
+        names = self.by_number.get(mutant.number, []) if mutant.number else list(self.times)
         if mutant.number and names and (killer := self.run(names, self.library, mutant.number, first)):
             return "killed", killer
         folder = self.file.folder / f"alone-{mutant.start}-{sha(mutant.after)[:6]}"
@@ -407,6 +426,7 @@ class Judge:
                 return "survived", "no test comes here"
             if not mutant.number and (killer := self.run(names, link(objects, folder / "alone.so"), first=first)):
                 return "killed", killer
+            names = [name for name in names if name in self.touching]  # only this file's own code is watched
             objects, _ = self.file.compile(mutant.applied(self.file.text), folder, "-fsanitize=address,undefined",
                                            "-fno-sanitize-recover=all")
             library = link(objects, folder / "asan.so", "-fsanitize=address,undefined")
@@ -528,7 +548,9 @@ def main():
             kept[part].pop(name, None)
     all_commands, tests = commands(), Tests()
     files = [File(name, everything.index(name), all_commands) for name in chosen]
-    met = meet(files, tests, kept["met"], options.jobs)
+    met = {}
+    for some in without_shared_units(files):
+        met |= meet(some, tests, kept["met"], options.jobs)
     for file in files:
         count, survivors = examine(file, tests, met[file.name], kept["results"], options)
         kept.setdefault("summary", {})[file.name] = {"text": sha(file.text), "count": count, "of": len(file.mutants)}

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <string>
 #include <vector>
 
@@ -115,6 +116,51 @@ TEST(Reference, SendsToExportsThatSpeakOfEachOtherAndNotToMereNeighbours) {
     const auto names = SeeAlso(*FindRow(c.from));
     EXPECT_EQ(std::ranges::count(names, c.to), c.expected ? 1 : 0) << c.from << " " << c.to << ": " << c.why;
   }
+}
+
+bool Holds(const std::vector<std::string_view>& names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// The slow reading: `name` as a word of `text`.
+bool Names(std::string_view text, std::string_view name) {
+  const auto is_of_a_word = [&](std::size_t at) {
+    return at < text.size() && (std::isalnum(static_cast<unsigned char>(text[at])) != 0 || text[at] == '_');
+  };
+  for (std::size_t at = text.find(name); at != std::string_view::npos; at = text.find(name, at + 1)) {
+    if (!is_of_a_word(at - 1) && !is_of_a_word(at + name.size())) return true;
+  }
+  return false;
+}
+
+constexpr std::size_t kMostNames = 8;  // beyond those of the text's "See also"
+
+TEST(Reference, SendsToAllExportsThatATextNamesAndThatAreNoPlainWords) {
+  std::size_t found = 0;
+  for (const Row& row : Rows()) {
+    const std::vector<std::string_view> names = SeeAlso(row);
+    if (names.size() >= kMostNames) continue;  // there may be more than are told
+    for (const Row& other : Rows()) {
+      const bool plain =
+          std::ranges::all_of(other.name.substr(1), [](char c) { return c >= 'a' && c <= 'z'; });
+      bool named = Names(row.doc, other.name);
+      for (const Parameter& parameter : row.parameters) named = named || Names(parameter.doc, other.name);
+      if (plain || !named || other.name == row.name) continue;
+      ++found;
+      EXPECT_TRUE(Holds(names, other.name)) << row.name << " " << other.name;
+      const std::vector<std::string_view> back = SeeAlso(other);
+      EXPECT_TRUE(Holds(back, row.name) || back.size() >= kMostNames) << other.name << " " << row.name;
+    }
+  }
+  EXPECT_GT(found, 50u);
+}
+
+TEST(Reference, SendsToEightExportsAtMostBeyondThoseOfTheText) {
+  std::size_t longest = 0;
+  for (const Row& row : Rows()) {
+    if (row.doc.find("See also") == std::string_view::npos) longest = std::max(longest, SeeAlso(row).size());
+  }
+  EXPECT_EQ(longest, kMostNames);
 }
 
 }  // namespace
