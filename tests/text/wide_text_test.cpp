@@ -153,6 +153,13 @@ TEST(WideText, Utf16BecomesHostText) {
   for (const TextCase& c : cases) EXPECT_EQ(Host(c.wide), c.host) << c.why;
 }
 
+TEST(WideText, ALeadByteAtTheEndTakesNothingFromBehind) {
+  const std::string_view behind = "\x93\xFA";
+  char16_t units[2];
+  EXPECT_EQ(HostToWide(behind.substr(0, 1), units, IconvCodePage()), 1u);
+  EXPECT_EQ(units[0], IconvCodePage().Single(0x93));
+}
+
 // The slow reading: every character by itself, through the calls.
 std::u16string SlowWide(const std::string& host) {
   std::u16string wide;
@@ -341,6 +348,14 @@ TEST(CodePage, EveryEntryIsTheSystemsAnswerAndAskedForOnce) {
       ASSERT_EQ(code_page.Host(static_cast<char16_t>(unit)), OddSystem::Host(unit)) << unit << ", " << why;
     }
   }
+  char16_t units[2];
+  char bytes[4];
+  EXPECT_EQ(HostToWide("\x80", units, code_page), 1u);
+  EXPECT_EQ(units[0], u'?') << "the first byte that is the system's";
+  EXPECT_EQ(WideToHost(u"\x80", bytes, code_page), 1u);
+  EXPECT_EQ(bytes[0], '?') << "the first unit that is";
+  EXPECT_EQ(Utf8ToHostMbcs("\xC2\x80", bytes, code_page), 1u);
+  EXPECT_EQ(bytes[0], '?') << "from UTF-8 too";
   EXPECT_EQ(OddSystem::wide_asked, 61 * 256);
   EXPECT_EQ(OddSystem::pairs_asked, 60 * 256);
   EXPECT_EQ(OddSystem::host_asked, 256 * 256);
