@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Changes the pure code in one place at a time, and tells which changes no native test notices.
 
-    ./dev mutants [FILE...] [--sample N [--seed S]] [--write] [--fresh]
+    ./dev mutants [FILE...] [--sample N [--seed S]] [--jobs N] [--write] [--fresh]
 
 FILE is a part of a path below src/; without one all pure files are taken. Changes (mutants): a comparison's border
 (< and <=, == and !=), && and ||, a number (one more, 0), a character (the next one), true and false, a condition of if
@@ -9,9 +9,9 @@ and ?: (negated), a statement (left out). A mutant is killed when a test fails, 
 
 A file is compiled once with all its mutants, each behind a question for its number (mutants.h), at -O1 and without
 sanitizers. A run without a living mutant tells which tests come upon which; then only those run for each, the quick ones
-first. What cannot ask at run time (constants, case labels) is compiled on its own. What survives is compiled on its
-own too: where the compiler makes the same code as of the original, there is no change; else the tests run again with
-that file under ASan and UBSan, as they do in ./dev test.
+first. What cannot ask at run time (constants, case labels) is compiled on its own, and all tests run. What survives is
+compiled on its own too: where the compiler makes the same code as of the original, there is no change; else the tests
+run again with that file under ASan and UBSan, as they do in ./dev test.
 
 Kept in build/mutants/results.json: a kill as long as the file and the text of the test are the same; a survivor as long
 as all tests are. mutants_explained.tsv beside this tool tells of survivors that change nothing that can be seen.
@@ -28,6 +28,7 @@ import random
 import re
 import resource
 import shlex
+import signal
 import subprocess
 import sys
 
@@ -38,7 +39,6 @@ BUILD = ROOT / "build/mutants"
 WORK = BUILD / "work"
 EXPLAINED = ROOT / "tools/mutants_explained.tsv"
 PAGE = ROOT / "docs/reliability.md"
-JOBS = os.cpu_count() or 2
 QUICK_MS = 400          # of tests that run first
 LONGEST_TABLE = 30      # literals of one list that are changed; of a longer one as many, evenly spread
 NUMBERS_PER_FILE = 2000
@@ -313,21 +313,23 @@ class Tests:
                           if path.suffix in (".cpp", ".h", ".inc") and not path.name.endswith("_win.cpp")))
 
     def run(self, names, seconds, library, number=0, **environment):
-        """'' when all pass, the first failing test, "crash" or "time"."""
+        """'' when all pass, the first failing test, "crash" or "time"; `seconds` of the processor's time."""
         def limit():
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-            resource.setrlimit(resource.RLIMIT_CPU, (int(seconds) + 1,) * 2)  # also when this tool is ended
+            resource.setrlimit(resource.RLIMIT_CPU, (int(seconds) + 1, int(seconds) + 3))
             if "ASAN_OPTIONS" not in environment:
                 resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
         preload = f"{environment.pop('LD_PRELOAD', '')} {library}".strip()
         try:
             done = subprocess.run([self.program, "--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=" + ":".join(names)],
-                                  cwd=BUILD, capture_output=True, timeout=seconds, preexec_fn=limit, stdin=subprocess.DEVNULL,
+                                  cwd=BUILD, capture_output=True, timeout=60 + 50 * seconds, preexec_fn=limit, stdin=subprocess.DEVNULL,
                                   env={**os.environ, "LD_PRELOAD": preload, "WFINFO_MUTANT": str(number), **environment})
         except subprocess.TimeoutExpired:
             return "time"
         if done.returncode == 0:
             return ""
+        if done.returncode == -signal.SIGXCPU:
+            return "time"
         failed = re.search(rb"\[  FAILED  \] ([\w/.]+)", done.stdout)
         return failed[1].decode() if failed else "crash"
 
@@ -337,23 +339,38 @@ def link(objects, library, *flags):
     return library
 
 
-def meet(files, tests, kept):
+def without_shared_units(files):
+    """The files in sets of which no two compile the same unit, as a kernel and its source file do."""
+    sets = []
+    for file in files:
+        fitting = next((s for s in sets if not any(set(file.units) & set(f.units) for f in s)), None)
+        if fitting is None:
+            sets.append(fitting := [])
+        fitting.append(file)
+    return sets
+
+
+def meet(files, tests, kept, jobs):
     """{file: {test: (milliseconds, numbers of the mutants that it comes upon)}}"""
     met = {f.name: {t: v for t, v in kept.get(f.name, {}).get("tests", {}).items() if v[0] == tests.hashes.get(t)}
            if kept.get(f.name, {}).get("hash") == sha(f.hash, str(f.base)) else {} for f in files}
     unknown = sorted(t for t in tests.hashes if any(t not in met[f.name] for f in files))
-    objects = [o for f in files for o in f.schema()]
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        objects = [o for made in pool.map(File.schema, files) for o in made]
     if unknown:
         print(f"{len(unknown)} tests run once to see what they come upon", file=sys.stderr)
         library = link(objects, WORK / "all.so")
 
-        def shard(i):
-            out = WORK / f"met-{i}.tsv"
-            wrong = tests.run(unknown[i::JOBS], 3600, library, WFINFO_MUTANTS_MET=str(out))
+        def alone(test):
+            """Each in its own process: what is worked out once is otherwise met by the first test only."""
+            out = WORK / f"met-{sha(test)[:12]}.tsv"
+            wrong = tests.run([test], 3600, library, WFINFO_MUTANTS_MET=str(out))
             assert wrong == "", f"without a living mutant: {wrong}"
-            return out.read_text().splitlines()
-        with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
-            for line in (line for lines in pool.map(shard, range(min(JOBS, len(unknown)))) for line in lines):
+            line = out.read_text().strip("\n")
+            out.unlink()
+            return line
+        with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+            for line in pool.map(alone, unknown):
                 test, ms, *numbers = line.split("\t")
                 for f in files:
                     own = [int(n) for n in numbers if f.base <= int(n) < f.base + NUMBERS_PER_FILE]
@@ -368,7 +385,7 @@ class Judge:
         self.file, self.tests = file, tests
         self.times = {test: row[1] for test, row in met.items()}
         self.by_number = collections.defaultdict(list)
-        self.touching = [test for test, row in met.items() if row[2]]
+        self.touching = {test for test, row in met.items() if row[2]}
         for test in self.touching:
             for number in met[test][2]:
                 self.by_number[number].append(test)
@@ -376,22 +393,26 @@ class Judge:
         self.original = None
 
     def run(self, names, library, number=0, first=None, **environment):
-        """The quick tests first; what killed the mutant, or ''."""
-        names = sorted(names, key=lambda t: (t != first, self.times[t]))
-        groups, spent = [[], []], 0
-        for name in names:
-            spent += self.times[name]
-            groups[0 if spent <= QUICK_MS or not groups[0] else 1].append(name)
+        """Those that come upon the file first, and of them the quick ones; what killed the mutant, or ''."""
+        groups = []
+        for part in ([t for t in names if t in self.touching], [t for t in names if t not in self.touching]):
+            quick, slow, spent = [], [], 0
+            for name in sorted(part, key=lambda t: (t != first, self.times[t])):
+                spent += self.times[name]
+                (quick if spent <= QUICK_MS or not quick else slow).append(name)
+            groups += [quick, slow]
         for group in groups:
             if group:
-                seconds = 15 + sum(self.times[n] for n in group) / 1000 * 12
+                before = sum(self.times[n] for n in group) / 1000
+                seconds = 15 + 12 * before if "LD_PRELOAD" in environment else 2 + 4 * before
                 if killer := self.tests.run(group, seconds, library, number, **environment):
                     return killer
         return ""
 
     def judge(self, mutant, first=None):
         """(state, killer): killed, survived, same (code), refused (by the compiler)."""
-        names = self.by_number.get(mutant.number, []) if mutant.number else self.touching
+        # What cannot ask does not tell who comes upon it either; a table is read by any function of any file.
+        names = self.by_number.get(mutant.number, []) if mutant.number else list(self.times)
         if mutant.number and names and (killer := self.run(names, self.library, mutant.number, first)):
             return "killed", killer
         folder = self.file.folder / f"alone-{mutant.start}-{sha(mutant.after)[:6]}"
@@ -405,6 +426,7 @@ class Judge:
                 return "survived", "no test comes here"
             if not mutant.number and (killer := self.run(names, link(objects, folder / "alone.so"), first=first)):
                 return "killed", killer
+            names = [name for name in names if name in self.touching]  # only this file's own code is watched
             objects, _ = self.file.compile(mutant.applied(self.file.text), folder, "-fsanitize=address,undefined",
                                            "-fno-sanitize-recover=all")
             library = link(objects, folder / "asan.so", "-fsanitize=address,undefined")
@@ -454,7 +476,7 @@ def examine(file, tests, met, results, options):
         state, killer = judge.judge(mutant, before.get("killer"))
         return mutant, {"file": file.hash, "state": state, "killer": killer, "text": tests.hashes.get(killer, ""),
                         "tests": tests.hash}
-    with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         for mutant, row in pool.map(one, waiting):
             rows[mutant.key(file.text)] = row
     keys = {m.key(file.text) for m in file.mutants}
@@ -510,6 +532,7 @@ def main():
     parser.add_argument("files", nargs="*")
     parser.add_argument("--sample", type=int, help="at most so many mutants of each file")
     parser.add_argument("--seed", default="1")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count() or 2, help="test programs at a time")
     parser.add_argument("--write", action="store_true", help="the table of docs/reliability.md")
     parser.add_argument("--fresh", action="store_true", help="forget earlier results of these files")
     options = parser.parse_args()
@@ -525,7 +548,9 @@ def main():
             kept[part].pop(name, None)
     all_commands, tests = commands(), Tests()
     files = [File(name, everything.index(name), all_commands) for name in chosen]
-    met = meet(files, tests, kept["met"])
+    met = {}
+    for some in without_shared_units(files):
+        met |= meet(some, tests, kept["met"], options.jobs)
     for file in files:
         count, survivors = examine(file, tests, met[file.name], kept["results"], options)
         kept.setdefault("summary", {})[file.name] = {"text": sha(file.text), "count": count, "of": len(file.mutants)}

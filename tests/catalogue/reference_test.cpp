@@ -4,8 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
+#include <iterator>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "src/bridge/host_protocol.h"
 
 namespace wfinfo::catalogue {
 namespace {
@@ -115,6 +121,102 @@ TEST(Reference, SendsToExportsThatSpeakOfEachOtherAndNotToMereNeighbours) {
     const auto names = SeeAlso(*FindRow(c.from));
     EXPECT_EQ(std::ranges::count(names, c.to), c.expected ? 1 : 0) << c.from << " " << c.to << ": " << c.why;
   }
+}
+
+using Names = std::vector<std::string_view>;
+
+bool Holds(const Names& names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// The exports that a text names, in its order: a plain word only as a call, or behind "See also".
+Names NamedBy(std::string_view text) {
+  const auto is_of_a_name = [](char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+  };
+  Names names;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (at > 0 && is_of_a_name(text[at - 1])) continue;
+    std::size_t end = at;
+    while (end < text.size() && is_of_a_name(text[end])) ++end;
+    const std::string_view word = text.substr(at, end - at);
+    if (FindRow(word) == nullptr) continue;
+    const bool plain = std::ranges::all_of(word.substr(1), [](char c) { return c >= 'a' && c <= 'z'; });
+    const bool called = text.substr(end).starts_with('(');
+    if (!plain || called || text.substr(0, at).find("See also ") != std::string_view::npos)
+      names.push_back(word);
+  }
+  return names;
+}
+
+// What a request asks for: a menu command, by whatever code it is sent, or a code.
+std::pair<bool, long long> Asked(const SentRequest& request) {
+  const bool command = request.way == 'M' || CarriesCommand(request.code);
+  return {command, command ? request.first_slot : request.code};
+}
+
+// The reference's list of a row, worked out as it would be told.
+class SlowReference {
+ public:
+  SlowReference() {
+    for (const Row& row : Rows()) {
+      Names names = NamedBy(row.doc);
+      for (const Parameter& parameter : row.parameters)
+        std::ranges::copy(NamedBy(parameter.doc), std::back_inserter(names));
+      named_.push_back(names);
+      if (RequestsOf(row).size() > 2) continue;
+      for (const SentRequest& request : RequestsOf(row)) {
+        if (!Holds(senders_[Asked(request)], row.name)) senders_[Asked(request)].push_back(row.name);
+      }
+    }
+  }
+
+  Names SeeAlso(std::size_t place) {
+    const Row& row = Rows()[place];
+    const std::size_t list = row.doc.find("See also ");
+    Names names;
+    if (list != std::string_view::npos) names = NamedBy(row.doc.substr(list, row.doc.find('.', list) - list));
+    const std::size_t most = names.size() + 8;
+    const auto add = [&](std::string_view name) {
+      if (name != row.name && !Holds(names, name) && names.size() < most) names.push_back(name);
+    };
+    std::ranges::for_each(named_[place], add);
+    const std::vector<SentRequest> requests = RequestsOf(row);
+    for (std::size_t i = 0; requests.size() <= 2 && i < requests.size(); ++i) {
+      const Names& senders = senders_[Asked(requests[i])];
+      if (senders.size() <= 6) std::ranges::for_each(senders, add);
+    }
+    for (std::size_t other = place < 2 ? 0 : place - 2; other <= place + 2 && other < Rows().size();
+         ++other) {
+      const bool alike = Beginning(Rows()[other].name) == Beginning(row.name);
+      if (alike && Rows()[other].family == row.family) add(Rows()[other].name);
+    }
+    for (std::size_t other = 0; other < Rows().size(); ++other) {
+      if (Holds(named_[other], row.name)) add(Rows()[other].name);
+    }
+    return names;
+  }
+
+ private:
+  // Six letters, behind the family's mark of up to six letters such as Bypass_.
+  static std::string_view Beginning(std::string_view name) {
+    const std::size_t mark = name.find('_');
+    return (mark <= 6 ? name.substr(mark + 1) : name).substr(0, 6);
+  }
+
+  std::vector<Names> named_;
+  std::map<std::pair<bool, long long>, Names> senders_;
+};
+
+TEST(Reference, SendsWhereTheSlowReadingOfTheCatalogueDoes) {
+  SlowReference slow;
+  std::size_t longest = 0;
+  for (std::size_t place = 0; place < Rows().size(); ++place) {
+    const Row& row = Rows()[place];
+    EXPECT_EQ(SeeAlso(row), slow.SeeAlso(place)) << row.name;
+    if (row.doc.find("See also") == std::string_view::npos) longest = std::max(longest, SeeAlso(row).size());
+  }
+  EXPECT_EQ(longest, 8u) << "of those that the text does not ask for";
 }
 
 }  // namespace

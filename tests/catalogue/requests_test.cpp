@@ -57,6 +57,14 @@ TEST(Requests, OfTheOtherRowsStandInTheirFields) {
   EXPECT_EQ(RequestsOf(*FindRow("SetTabTitle"))[0].first_slot, FindRow("SetTabTitle")->first_slot);
 }
 
+TEST(Requests, OfMenuCommandsCarryNoCode) {
+  for (const Row& row : {*FindRow("NewMail"), HandRow("M40179")}) {
+    const SentRequest request = RequestsOf(row)[0];
+    EXPECT_EQ(request.way, 'M') << row.name;
+    EXPECT_EQ(request.code, 0) << row.name;
+  }
+}
+
 TEST(Requests, NameTheirDispatcher) {
   EXPECT_EQ(DispatcherOf({'H', 1, kNoFirstSlot}), "Host");
   EXPECT_EQ(DispatcherOf({'F', 1, kNoFirstSlot}), "Frame");
@@ -91,6 +99,14 @@ TEST(Types, OfResultsTellNoFailureValue) {
     EXPECT_EQ(type.meaning.find("failure"), std::string_view::npos) << name;
     EXPECT_EQ(type.call_meaning.find("failure"), std::string_view::npos) << name;
   }
+}
+
+// Such as a type of a later catalogue: any value of eight bytes, answered by a number.
+TEST(Types, OfUnknownNamesAreThePlainOnes) {
+  EXPECT_EQ(TypeOf({"Other", "x", ""}).name, "Int64");
+  Row row{};
+  row.result = "Other";
+  EXPECT_EQ(ResultTypeOf(row).name, "Int");
 }
 
 TEST(Types, TellWhatASlotCarries) {

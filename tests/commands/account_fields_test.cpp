@@ -140,6 +140,27 @@ TEST(AccountKeys, SplitTextsShareTheirFirstPlaceWithTheirKey) {
   EXPECT_EQ(Split("szEmailAlias").Limit(), 1022u);
 }
 
+// The host reads both places too: that a text comes back from where it was put is not enough.
+TEST(AccountKeys, SplitTextsGoOnAtTheHostsPlaces) {
+  const struct {
+    std::string_view word;
+    std::size_t offset, room, overflow_offset, overflow_room, dropped;
+  } cases[] = {
+      {"szPop3Password", 560, 80, 4520, 128, 0},
+      {"szBccEmail", 1976, 80, 4776, 80, 0},
+      {"szEmailAlias", 1476, 256, 3752, 767, 1},
+  };
+  EXPECT_EQ(SplitTexts().size(), std::size(cases));
+  for (const auto& c : cases) {
+    const SplitText& split = Split(c.word);
+    EXPECT_EQ(split.offset, c.offset) << c.word;
+    EXPECT_EQ(split.room, c.room) << c.word;
+    EXPECT_EQ(split.overflow_offset, c.overflow_offset) << c.word;
+    EXPECT_EQ(split.overflow_room, c.overflow_room) << c.word;
+    EXPECT_EQ(split.dropped, c.dropped) << c.word;
+  }
+}
+
 TEST(AccountKeys, ProvisionalOnesEndTheTable) {
   ASSERT_GT(AccountKeys().size(), 6u);
   const auto provisional = AccountKeys().last(6);

@@ -94,6 +94,36 @@ TEST(CsvText, NothingAttachedIsNoText) {
   EXPECT_FALSE(walker.SetLine(3));
 }
 
+TEST(CsvText, AnotherTextForgetsTheFirst) {
+  std::string many;
+  for (int i = 0; i < 5000; ++i) many += std::to_string(i) + ",b,c\n";
+  std::string wide;
+  for (int i = 0; i < 1100; ++i) wide += std::to_string(i) + ",";
+  CsvText walker;
+  for (const std::string& first : {many, wide}) {
+    walker.Attach(first);
+    EXPECT_GT(walker.LineCount() + walker.MaxColumnCount(), 1000u);
+    EXPECT_EQ(walker.SetLine(4000), first == many);
+    EXPECT_EQ(walker.Field(1099), "");
+    walker.SetLine(0);
+    EXPECT_EQ(walker.Field(1099), first == many ? "" : "1099");
+    char out[64];
+    EXPECT_EQ(walker.CopyColumn(0, out, sizeof out), 1u);
+
+    const std::string second = "x,y\nz";
+    walker.Attach(second);
+    EXPECT_EQ(walker.Field(0), "x");
+    EXPECT_EQ(walker.LineCount(), 2u);
+    EXPECT_EQ(walker.MaxColumnCount(), 2u);
+    EXPECT_FALSE(walker.SetLine(4000));
+    EXPECT_TRUE(walker.SetLine(1));
+    EXPECT_EQ(walker.Field(0), "z");
+    walker.Detach();
+    EXPECT_EQ(walker.LineCount() + walker.MaxColumnCount() + walker.ColumnCount(), 0u);
+    EXPECT_FALSE(walker.SkipLine());
+  }
+}
+
 TEST(CsvText, LineNumbersBelowZeroAreTheFirstLine) {
   Walker walker("a\nb");
   EXPECT_TRUE(walker.SetLine(1));
@@ -200,6 +230,7 @@ TEST(CsvKernels, EverySetAgreesWithTheSlowReading) {
       const CsvLine line = kernels.scan_line(view, starts);
       ASSERT_EQ(line.fields, reference.ColumnCount()) << kernels.name << ": " << text;
       ASSERT_EQ(kernels.line_end(view), line.end) << kernels.name << ": " << text;
+      if (line.fields == 0) ASSERT_EQ(line.last_field_end, line.end) << kernels.name << ": " << text;
       for (std::size_t i = 0; i < std::min(line.fields, starts.size()); ++i) {
         const std::string_view field = reference.Field(i);
         ASSERT_EQ(view.data() + starts[i], field.data()) << kernels.name << ", field " << i << ": " << text;

@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace wfinfo {
 namespace {
@@ -164,6 +165,14 @@ TEST(DateFormat, WhatDoesNotFitIsOnlyCounted) {
     std::string out(room + 4, '#');
     EXPECT_EQ(FormatDateText(format, kTime, out.data(), room), whole.size());
     EXPECT_EQ(out, whole.substr(0, room) + "####");
+  }
+}
+
+TEST(DateFormat, AFieldEndsWithTheFormatWhateverStandsBehind) {
+  const std::string_view behind = "YYYYDDDD";
+  char out[16];
+  for (const auto& [length, expected] : {std::pair{1u, "2024"}, {2u, "24"}, {5u, "20245"}, {6u, "202405"}}) {
+    EXPECT_EQ(std::string(out, FormatDateText(behind.substr(0, length), kTime, out, sizeof out)), expected);
   }
 }
 

@@ -175,7 +175,7 @@ TEST(MapiCommandLine, TheBlockHasTheUsualSizeWhileThatIsEnough) {
   mail.subject = "a b";  // 5 escaped
   mail.note = "c d";     // 5
   const Recipient recipients[] = {To("n m", "a@b"), To(nullptr, "q")};
-  const FileRecord files[] = {Attached("p", "q r"), Attached("p", nullptr)};
+  const FileRecord files[] = {Attached("p", "q r"), Attached("p", nullptr), Attached(nullptr, "lost.txt")};
   mail.recipients = recipients;
   mail.files = files;
   EXPECT_EQ(MailBlockSize(mail),
@@ -247,7 +247,9 @@ TEST(MapiCommandLine, Documents) {
 TEST(MapiCommandLine, FiveThousandDelimitersFit) {
   std::string expected = "newmail";
   for (int i = 0; i <= 5000; ++i) expected += " attach=\"\"";
-  EXPECT_EQ(BuiltDocuments(std::string(5000, ';'), ";"), expected + " template=1 sign=1");
+  expected += " template=1 sign=1";
+  EXPECT_EQ(BuiltDocuments(std::string(5000, ';'), ";"), expected);
+  EXPECT_EQ(DocumentsBlockSize(std::string(5000, ';'), ";"), kCommandLineAt + expected.size() + 1);
 }
 
 TEST(MapiCommandLine, RandomMailsNeverOutgrowTheirBlock) {

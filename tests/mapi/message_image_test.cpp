@@ -166,6 +166,12 @@ TEST(MessageImage, ATextAtTheVeryEndIsTerminated) {
   EXPECT_STREQ(image.Convert().subject, "abc");
 }
 
+TEST(MessageImage, TheRoomIsARecordAtLeastAndAZeroByte) {
+  EXPECT_EQ(ImageRoom(0), sizeof(MailRecord) + 1);
+  EXPECT_EQ(ImageRoom(sizeof(MailRecord)), sizeof(MailRecord) + 1);
+  EXPECT_EQ(ImageRoom(5000), 5001u);
+}
+
 TEST(MessageImage, AnImageShorterThanARecordIsAnEmptyMail) {
   ImageUnderTest image;
   const MailRecord& mail = image.ConvertBytes({});

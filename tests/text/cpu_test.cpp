@@ -9,8 +9,11 @@ namespace {
 TEST(Cpu, SaysWhatTheCompilersTestSays) {
   const bool expected = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("pclmul") &&
                         __builtin_cpu_supports("popcnt") && __builtin_cpu_supports("bmi");
-  EXPECT_EQ(HasAvx2(), expected);
+  EXPECT_EQ(AskForAvx2(), expected);
+  EXPECT_EQ(g_avx2.load(), expected ? CpuAnswer::kYes : CpuAnswer::kNo) << "what is kept";
   EXPECT_EQ(HasAvx2(), expected) << "also from memory";
+  g_avx2.store(CpuAnswer::kNotAsked);
+  EXPECT_EQ(HasAvx2(), expected) << "asked by the first question";
 }
 
 TEST(Cpu, OfSetsAllButTheLastRunEverywhere) {

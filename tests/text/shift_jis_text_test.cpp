@@ -41,6 +41,15 @@ TEST(ShiftJisTest, FollowsTheRule) {
     EXPECT_EQ(LooksLikeShiftJis(c.text, IconvCodePage()), c.passes) << c.why;
 }
 
+TEST(ShiftJisTest, BytesBelow0x40AreNoTrailBytesWhateverTheSystemSays) {
+  const CharacterCalls calls = {[](const char*, int, char16_t*) { return 1; },
+                                [](const char*) { return true; }, [](char16_t, char*, bool*) { return 0; }};
+  static CodePagePages pages;
+  const CodePage code_page(calls, pages);
+  EXPECT_FALSE(LooksLikeShiftJis("\x93\x3F", code_page));
+  EXPECT_TRUE(LooksLikeShiftJis("\x93\x40", code_page));
+}
+
 // The rule, character by character.
 bool SlowLooksLikeShiftJis(const std::string& text) {
   std::size_t common = 0, rare = 0;

@@ -178,6 +178,9 @@ TEST(Utf8ToHost, FollowsTheRule) {
        "b\xE3",
        "a??b", "a trail byte missing: each byte is replaced"},
       {"\x80\xBF\xFE\xFF", "????", "bytes that start nothing"},
+      {"a\x80", "a?", "such a byte at the end: nothing is cut short there"},
+      {"a\xFE", "a?", "0xFE at the end"},
+      {"a\xFF", "a?", "0xFF at the end"},
   };
   for (const ConversionCase& c : cases) EXPECT_EQ(Host(c.utf8), c.host) << c.why;
 }

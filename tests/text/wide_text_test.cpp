@@ -75,6 +75,32 @@ TEST(FullWidth, FollowsTheRangesAndTheTables) {
   for (const WidthCase& c : cases) EXPECT_EQ(IsFullWidth(c.unit), c.wide) << c.why;
 }
 
+// East_Asian_Width of Unicode 14.0.0, W and F, typed as ranges: what the tables of bits are held against.
+struct WidthRange {
+  unsigned first, last;
+};
+constexpr WidthRange kWideRanges[] = {
+    {0x1100, 0x115F}, {0x231A, 0x231B}, {0x2329, 0x232A}, {0x23E9, 0x23EC}, {0x23F0, 0x23F0},
+    {0x23F3, 0x23F3}, {0x25FD, 0x25FE}, {0x2614, 0x2615}, {0x2648, 0x2653}, {0x267F, 0x267F},
+    {0x2693, 0x2693}, {0x26A1, 0x26A1}, {0x26AA, 0x26AB}, {0x26BD, 0x26BE}, {0x26C4, 0x26C5},
+    {0x26CE, 0x26CE}, {0x26D4, 0x26D4}, {0x26EA, 0x26EA}, {0x26F2, 0x26F3}, {0x26F5, 0x26F5},
+    {0x26FA, 0x26FA}, {0x26FD, 0x26FD}, {0x2705, 0x2705}, {0x270A, 0x270B}, {0x2728, 0x2728},
+    {0x274C, 0x274C}, {0x274E, 0x274E}, {0x2753, 0x2755}, {0x2757, 0x2757}, {0x2795, 0x2797},
+    {0x27B0, 0x27B0}, {0x27BF, 0x27BF}, {0x2B1B, 0x2B1C}, {0x2B50, 0x2B50}, {0x2B55, 0x2B55},
+    {0x2E80, 0x2E99}, {0x2E9B, 0x2EF3}, {0x2F00, 0x2FD5}, {0x2FF0, 0x2FFB}, {0x3000, 0xA48C},
+    {0xA490, 0xA4C6}, {0xA960, 0xA97C}, {0xAC00, 0xD7FF}, {0xE000, 0xFAFF}, {0xFE10, 0xFE19},
+    {0xFE30, 0xFE52}, {0xFE54, 0xFE66}, {0xFE68, 0xFE6B}, {0xFF01, 0xFF60}, {0xFFE0, 0xFFE6},
+};
+
+TEST(FullWidth, OfEveryUnitIsThatOfTheStandard) {
+  const WidthRange* range = std::begin(kWideRanges);
+  for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
+    while (range != std::end(kWideRanges) && range->last < unit) ++range;
+    const bool wide = range != std::end(kWideRanges) && unit >= range->first;
+    EXPECT_EQ(IsFullWidth(static_cast<char16_t>(unit)), wide) << std::hex << unit;
+  }
+}
+
 TEST(WideText, AnEscapeCarriesEveryUnit) {
   for (unsigned value = 0; value <= 0xFFFF; ++value) {
     const auto unit = static_cast<char16_t>(value);
@@ -125,6 +151,13 @@ TEST(WideText, Utf16BecomesHostText) {
        "ASCII over two blocks"},
   };
   for (const TextCase& c : cases) EXPECT_EQ(Host(c.wide), c.host) << c.why;
+}
+
+TEST(WideText, ALeadByteAtTheEndTakesNothingFromBehind) {
+  const std::string_view behind = "\x93\xFA";
+  char16_t units[2];
+  EXPECT_EQ(HostToWide(behind.substr(0, 1), units, IconvCodePage()), 1u);
+  EXPECT_EQ(units[0], IconvCodePage().Single(0x93));
 }
 
 // The slow reading: every character by itself, through the calls.
@@ -249,6 +282,83 @@ TEST(CodePage, AZeroByteIsNoHostForm) {
   char16_t wide[2];
   EXPECT_EQ(HostToWide("\x81\x40", wide, code_page), 1u);
   EXPECT_EQ(wide[0], u'?') << "a conversion that fails";
+}
+
+// A system whose answers show which character was asked for, and how often one was. What it does not say to have
+// written holds garbage.
+struct OddSystem {
+  static constexpr char16_t kGarbage = u'!';
+  static inline int wide_asked = 0, pairs_asked = 0, host_asked = 0;
+
+  static std::uint32_t Units(unsigned first, unsigned second, int length) {
+    const auto unit =
+        static_cast<std::uint32_t>(first << 8 | second << 1 | static_cast<unsigned>(length - 1));
+    const std::uint32_t answers[] = {u'?', unit, unit | 0xABCD0000, 0};
+    return answers[(first + second) % 4];
+  }
+  static int ToWide(const char* bytes, int length, char16_t* units) {
+    ++wide_asked;
+    const unsigned first = static_cast<unsigned char>(bytes[0]);
+    const unsigned second = length == 2 ? static_cast<unsigned char>(bytes[1]) : 0;
+    const std::uint32_t answer = Units(first, second, length);
+    const int count = static_cast<int>((first + second) % 4);
+    units[0] = count == 0 ? kGarbage : static_cast<char16_t>(answer);
+    units[1] = count == 2 ? static_cast<char16_t>(answer >> 16) : kGarbage;
+    return count == 3 ? 1 : count;
+  }
+  static bool IsPair(unsigned first, unsigned second) { return (first + second) % 3 == 1; }
+  static bool AskIsPair(const char* bytes) {
+    ++pairs_asked;
+    return IsPair(static_cast<unsigned char>(bytes[0]), static_cast<unsigned char>(bytes[1]));
+  }
+  static std::uint16_t Host(unsigned unit) {
+    const auto two = static_cast<std::uint16_t>(unit * 7 | 0x8100);
+    const std::uint16_t answers[] = {kNeedsEscape, static_cast<std::uint16_t>(unit % 255 + 1), two,
+                                     kNoHostForm, kNoHostForm};
+    return answers[unit % 5];
+  }
+  static int ToHost(char16_t unit, char* bytes, bool* lost) {
+    ++host_asked;
+    *lost = unit % 5 == 0;
+    const std::uint16_t answer = Host(unit);
+    const int count = unit % 5;
+    bytes[0] = static_cast<char>(count == 1 ? answer : count == 2 ? answer >> 8 : kGarbage);
+    bytes[1] = static_cast<char>(count == 2 ? answer : kGarbage);
+    return count == 4 ? 0 : count;
+  }
+};
+
+TEST(CodePage, EveryEntryIsTheSystemsAnswerAndAskedForOnce) {
+  const CharacterCalls calls = {OddSystem::ToWide, OddSystem::AskIsPair, OddSystem::ToHost};
+  static CodePagePages pages;
+  const CodePage code_page(calls, pages);
+  for (const char* why : {"filled by the first question", "from memory"}) {
+    for (unsigned byte = 0; byte < 0x100; ++byte) {
+      const auto second = static_cast<unsigned char>(byte);
+      EXPECT_EQ(code_page.Single(second), OddSystem::Units(byte, 0, 1)) << byte << ", " << why;
+      for (unsigned row = 0; row < CodePage::kLeadRows; ++row) {
+        const unsigned lead = row < 31 ? 0x81 + row : 0xE0 + row - 31;
+        ASSERT_EQ(code_page.Pair(row, second), OddSystem::Units(lead, byte, 2))
+            << lead << byte << ", " << why;
+        ASSERT_EQ(code_page.IsPair(row, second), OddSystem::IsPair(lead, byte))
+            << lead << byte << ", " << why;
+      }
+    }
+    for (unsigned unit = 0x80; unit <= 0xFFFF; ++unit) {
+      ASSERT_EQ(code_page.Host(static_cast<char16_t>(unit)), OddSystem::Host(unit)) << unit << ", " << why;
+    }
+  }
+  char16_t units[2];
+  char bytes[4];
+  EXPECT_EQ(HostToWide("\x80", units, code_page), 1u);
+  EXPECT_EQ(units[0], u'?') << "the first byte that is the system's";
+  EXPECT_EQ(WideToHost(u"\x80", bytes, code_page), 1u);
+  EXPECT_EQ(bytes[0], '?') << "the first unit that is";
+  EXPECT_EQ(Utf8ToHostMbcs("\xC2\x80", bytes, code_page), 1u);
+  EXPECT_EQ(bytes[0], '?') << "from UTF-8 too";
+  EXPECT_EQ(OddSystem::wide_asked, 61 * 256);
+  EXPECT_EQ(OddSystem::pairs_asked, 60 * 256);
+  EXPECT_EQ(OddSystem::host_asked, 256 * 256);
 }
 
 }  // namespace
