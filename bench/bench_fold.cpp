@@ -17,9 +17,9 @@ using wfinfo::LineEnd;
 enum Ends : std::int64_t { kRight, kMixed };
 
 // A text whose line ends are CR LF, or one of all kinds.
-std::string Text(const benchmark::State& state) {
-  const std::string right = Body(static_cast<std::size_t>(state.range(0)), kAscii);
-  if (state.range(1) == kRight) return right;
+std::string MakeText(std::int64_t size, std::int64_t ends) {
+  const std::string right = Body(static_cast<std::size_t>(size), kAscii);
+  if (ends == kRight) return right;
   static constexpr std::string_view kKinds[] = {"\r\n", "\n", "\r", "\r\r\n"};
   Random random;
   std::string mixed;
@@ -32,13 +32,17 @@ std::string Text(const benchmark::State& state) {
   return mixed;
 }
 
+const std::string& Text(const benchmark::State& state) {
+  return KeptText(state.range(0), state.range(1), MakeText);
+}
+
 void Finish(benchmark::State& state, std::size_t bytes) {
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
   state.SetLabel(state.range(1) == kRight ? "right" : "mixed");
 }
 
 void WriteOnly(benchmark::State& state, LineEnd form) {
-  const std::string text = Text(state);
+  const std::string& text = Text(state);
   const wfinfo::FoldSize size = wfinfo::MeasureLineEnds(text.c_str(), form);
   std::string out(size.output, '\0');
   for (auto _ : state) {
@@ -49,7 +53,7 @@ void WriteOnly(benchmark::State& state, LineEnd form) {
 }
 
 void MeasureAndWrite(benchmark::State& state, LineEnd form) {
-  const std::string text = Text(state);
+  const std::string& text = Text(state);
   std::string out(wfinfo::MeasureLineEnds(text.c_str(), form).output, '\0');
   for (auto _ : state) {
     const wfinfo::FoldSize size = wfinfo::MeasureLineEnds(text.c_str(), form);
@@ -95,7 +99,7 @@ std::size_t MeasureByBytes(const char* p) {
 
 // The byte loops to the unfolded form: one that measures and one that writes.
 void Ref(benchmark::State& state) {
-  const std::string text = Text(state);
+  const std::string& text = Text(state);
   std::string out(text.size() * 2, '\0');
   for (auto _ : state) {
     benchmark::DoNotOptimize(MeasureByBytes(text.c_str()));
@@ -105,7 +109,7 @@ void Ref(benchmark::State& state) {
 }
 
 void Memcpy(benchmark::State& state) {
-  const std::string text = Text(state);
+  const std::string& text = Text(state);
   std::string out(text.size(), '\0');
   for (auto _ : state) {
     std::memcpy(out.data(), text.data(), text.size());

@@ -24,14 +24,9 @@ using namespace wfinfo_bench;
 constexpr char kShortHeader[] = "Subject: benchmark\r\n\r\n";
 
 const std::string& Mail(const benchmark::State& state) {
-  static std::string text;
-  static std::int64_t made_size = -1, made_script = -1;
-  if (made_size != state.range(0) || made_script != state.range(1)) {
-    made_size = state.range(0);
-    made_script = state.range(1);
-    text = kShortHeader + Body(static_cast<std::size_t>(made_size) - (sizeof kShortHeader - 1), made_script);
-  }
-  return text;
+  return KeptText(state.range(0), state.range(1), [](std::int64_t size, std::int64_t script) {
+    return kShortHeader + Body(static_cast<std::size_t>(size) - (sizeof kShortHeader - 1), script);
+  });
 }
 
 void Finish(benchmark::State& state, std::size_t bytes) {
@@ -216,6 +211,7 @@ BENCHMARK_CAPTURE(BodyLines, ours, nullptr)->Apply(AllTexts);
 BENCHMARK_CAPTURE(BodyLines, portable, wfinfo::RunnableLineKernels().front())->Apply(AllTexts);
 #if defined(__x86_64__)
 BENCHMARK_CAPTURE(BodyLines, sse2, wfinfo::RunnableLineKernels()[1])->Apply(AllTexts);
+BENCHMARK_CAPTURE(BodyLines, best, &wfinfo::Lines())->Apply(AllTexts);
 BENCHMARK(BodyLinesOneByteAvx2)->Apply(AllTexts);
 #endif
 BENCHMARK(BodyLinesRef)->Apply(AllTexts);

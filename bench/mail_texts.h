@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace wfinfo_bench {
 
@@ -25,6 +27,15 @@ class Random {
  private:
   std::uint64_t state_ = 88172645463325252u;
 };
+
+// The text that make(size, kind) gives, made once: a benchmark asks for it again in each of its runs.
+template <class Make>
+const std::string& KeptText(std::int64_t size, std::int64_t kind, Make make) {
+  static std::map<std::pair<std::int64_t, std::int64_t>, std::string> texts;
+  std::string& text = texts[{size, kind}];
+  if (text.empty()) text = make(size, kind);
+  return text;
+}
 
 // Lines of 20 to 76 columns, ended by CR LF, cut to exactly `size` bytes.
 inline std::string Body(std::size_t size, std::int64_t script) {

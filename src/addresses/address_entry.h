@@ -59,11 +59,14 @@ AddressEntry ScanAddressEntry(std::string_view list, std::size_t at, const Addre
 // Reads a list entry by entry: while (reader.Read()) use(reader.entry());
 class AddressReader {
  public:
-  explicit AddressReader(std::string_view list) : bytes_(list) {}
+  // Begins at `at`, where an entry begins.
+  explicit AddressReader(std::string_view list, std::size_t at = 0) : bytes_(list), at_(at) {}
 
   // Reads the next entry; false at the end of the list or at a malformed entry.
   bool Read();
   const AddressEntry& entry() const { return entry_; }
+  // Where the next entry is read.
+  std::size_t at() const { return at_; }
   // Reads on to the end or the first malformed entry and tells how many entries that were.
   std::size_t CountRest();
 

@@ -27,4 +27,13 @@ struct ListedAddress {
 // Entry `n` of `list`, counted from 0.
 ListedAddress NthAddress(std::string_view list, std::size_t n);
 
+// The same for who asks for many entries of one list: a long list is read once. A copy of it is kept with the
+// places of its entries, and these count only as long as the copy is equal to what is asked about, byte for
+// byte: a list that changed where it stands is read anew. Any thread may ask; one that finds another at it
+// reads from the start.
+ListedAddress NthAddressAgain(std::string_view list, std::size_t n);
+
+// Shorter lists are read from the start: that takes no longer than to compare them.
+inline constexpr std::size_t kRememberedList = 2048;
+
 }  // namespace wfinfo

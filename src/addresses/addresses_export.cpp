@@ -54,15 +54,17 @@ const char* SetEmailOnly(const char* text) noexcept {
 }
 
 int CountEmailList(const char* list) noexcept {
-  if (!IsText(list)) return 0;
-  const wfinfo::AddressCount count = wfinfo::CountAddresses(list);
+  const auto text = wfinfo::CheckedText(list);
+  if (!text) return 0;
+  const wfinfo::AddressCount count = wfinfo::CountAddresses(*text);
   wfinfo::LogAddressError("CountEmailList", count.end);
   return static_cast<int>(count.entries);
 }
 
 const char* GetEmailList(const char* list, int n) noexcept {
-  if (!IsText(list) || n < 0) return kNoText;
-  const wfinfo::ListedAddress entry = wfinfo::NthAddress(list, static_cast<std::size_t>(n));
+  const auto text = wfinfo::CheckedText(list);
+  if (!text || n < 0) return kNoText;
+  const wfinfo::ListedAddress entry = wfinfo::NthAddressAgain(*text, static_cast<std::size_t>(n));
   if (entry.error != AddressError::kNone) {
     wfinfo::LogAddressError("GetEmailList", entry.error);
     return kNoText;

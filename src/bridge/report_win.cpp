@@ -9,6 +9,7 @@
 #include "src/bridge/host_protocol.h"
 #include "src/bridge/host_window_win.h"
 #include "src/text/host_text.h"
+#include "src/text/long_text.h"
 
 namespace wfinfo {
 
@@ -20,6 +21,7 @@ namespace {
 constexpr char kPrefix[] = "WFINFO.DLL: ";
 constexpr std::size_t kMessageRoom = 512;
 constexpr std::size_t kTextLimit = 496;                // of the text behind the prefix, terminator included
+constexpr UINT_PTR kPage = 4096;                       // the smallest one
 constexpr UINT_PTR kAddressSpace = UINT_PTR{1} << 47;  // bytes of it that belong to the process
 
 }  // namespace
@@ -45,20 +47,33 @@ void ReportErrorAbout(const Message& message, const char* name, std::size_t show
   ReportError(text);
 }
 
-bool IsReadableText(const void* text) {
-  const auto address = reinterpret_cast<UINT_PTR>(text);
+std::optional<std::string_view> TextAt(const void* text) {
+  const auto* const begin = static_cast<const char*>(text);
   // The one walk ends at the terminator or at memory that cannot be read, whichever comes first: what passes
-  // may be read to its end, however long it is.
-  return address < kAddressSpace && !IsBadStringPtrA(static_cast<LPCSTR>(text), kAddressSpace - address);
+  // may be read to its end, however long it is. A page can be read when its first byte can.
+  for (const char* at = begin;;) {
+    const auto address = reinterpret_cast<UINT_PTR>(at);
+    if (address >= kAddressSpace || IsBadStringPtrA(at, 1)) return std::nullopt;
+    const std::size_t here = kPage - address % kPage;
+    const std::size_t length = LengthWithin(at, here);
+    at += length;
+    if (length < here) return std::string_view(begin, static_cast<std::size_t>(at - begin));
+  }
 }
+
+bool IsReadableText(const void* text) { return TextAt(text).has_value(); }
 
 bool IsWritable(void* memory, unsigned long long size) { return !IsBadWritePtr(memory, size); }
 
-int CheckStringParam(const void* text) {
-  if (IsReadableText(text)) return 0;
-  ReportError({"String parameter missing or numeric parameter specified that should be string.",
-               "文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。"});
-  return 1;
+int CheckStringParam(const void* text) { return CheckedText(text) ? 0 : 1; }
+
+std::optional<std::string_view> CheckedText(const void* text) {
+  const auto view = TextAt(text);
+  if (!view) {
+    ReportError({"String parameter missing or numeric parameter specified that should be string.",
+                 "文字列が渡されるべき所に数値が指定されたか、またはパラメータが足りません。"});
+  }
+  return view;
 }
 
 }  // namespace wfinfo

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
+#include <string_view>
 
 #include "src/bridge/host_protocol.h"
 #include "src/bridge/language_win.h"
@@ -26,6 +28,10 @@ int CheckStringParam(const void* text);
 
 // The same test without a report.
 bool IsReadableText(const void* text);
+
+// The text itself, nothing when it is not readable. The second reports that.
+std::optional<std::string_view> TextAt(const void* text);
+std::optional<std::string_view> CheckedText(const void* text);
 
 // True when `size` bytes at `memory` may be written: where a caller wants a result to go.
 bool IsWritable(void* memory, unsigned long long size);

@@ -36,8 +36,6 @@ int ReadCountParam(long long value) {
   return ReadCount({text, strnlen(text, kDigitsLooked)});
 }
 
-std::string_view ReadableText(const char* text) {
-  return IsReadableText(text) ? std::string_view(text) : std::string_view();
-}
+std::string_view ReadableText(const char* text) { return TextAt(text).value_or(std::string_view()); }
 
 }  // namespace wfinfo

@@ -41,8 +41,9 @@ char* StableTexts::Room(std::size_t size) {
 }
 
 const char* StableTexts::Keep(const char* text) {
-  if (failed_ || text == nullptr || !IsReadableText(text)) return text;
-  const std::size_t size = std::strlen(text) + 1;
+  const auto view = failed_ ? std::nullopt : TextAt(text);
+  if (!view) return text;
+  const std::size_t size = view->size() + 1;
   char* const copy = Room(size);
   failed_ = copy == nullptr;
   return failed_ ? nullptr : static_cast<const char*>(std::memcpy(copy, text, size));

@@ -1,10 +1,18 @@
 #include "src/strings/slicing.h"
 
 #include <algorithm>
+#include <cstdint>
+
+#include "src/text/simd.h"
+#include "src/text/unit_blocks.h"
 
 namespace wfinfo {
 
 namespace {
+
+using Vec = simd::Sse2;
+
+#include "src/text/block_kernel.h"
 
 // The bytes from `start` to `end`, cut back to whole units. The start is one already.
 std::string_view Between(std::string_view text, std::size_t start, std::size_t end) {
@@ -60,10 +68,9 @@ bool IsEnclosedInQuotes(std::string_view text) {
 
 std::string_view BaseName(std::string_view path) {
   std::size_t base = 0;
-  for (std::size_t at = 0; at < path.size();) {
-    const std::string_view unit = NextUnit(path.substr(at));
-    at += unit.size();
-    if (unit == "\\") base = at;
+  for (UnitBlocks blocks(path); blocks.Next();) {
+    const std::uint64_t backslashes = Equal(LoadBlock(blocks.bytes()), '\\') & ~blocks.inside();
+    if (backslashes != 0) base = blocks.at() + 64 - static_cast<std::size_t>(__builtin_clzll(backslashes));
   }
   return path.substr(base);
 }

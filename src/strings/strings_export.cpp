@@ -37,7 +37,8 @@ const char* ReturnPart(std::string_view part, bool wanted) {
 }  // namespace
 
 const char* ToUpper(const char* text) noexcept {
-  return IsText(text) ? ReturnChanged(text, wfinfo::MakeUpperCase) : kNoText;
+  const auto checked = wfinfo::CheckedText(text);
+  return checked ? ReturnChanged(*checked, wfinfo::MakeUpperCase) : kNoText;
 }
 
 const char* ToLower(const char* text) noexcept {

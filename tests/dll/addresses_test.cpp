@@ -82,6 +82,16 @@ TEST(Addresses, ResultsMayBeGivenBack) {
   EXPECT_STREQ(SetNameOnly(SetNameOnly("Taro <t@x>")), "Taro");
 }
 
+TEST(Addresses, AListThatChangedWhereItStandsIsReadAnew) {
+  std::string list;
+  for (int i = 0; i < 400; ++i) list += "r" + std::to_string(i) + "@x, ";
+  for (int i = 0; i < 400; ++i) ASSERT_EQ(GetEmailList(list.c_str(), i), "r" + std::to_string(i) + "@x");
+  list[list.find(',')] = '.';
+  EXPECT_STREQ(GetEmailList(list.c_str(), 398), "r399@x");
+  EXPECT_STREQ(GetEmailList(list.c_str(), 399), "");
+  EXPECT_STREQ(GetEmailList(list.c_str(), 100), "r101@x");
+}
+
 std::vector<std::pair<std::string, unsigned>> g_logged;
 
 // What the host's log received while `call` ran.

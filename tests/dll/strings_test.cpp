@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "tests/support/guarded_win.h"
 #include "tests/support/library.h"
 #include "tests/support/scripted_host_win.h"
 
@@ -35,6 +36,21 @@ TEST(Strings, OnlyToUpperReportsAnUnreadableText) {
     EXPECT_STREQ(ToBaseName(text), "");
   }
   host.ExpectMessages({});
+}
+
+// The check goes through a text page by page.
+TEST(Strings, TextsMayEndWithTheirPageAndMustEndBeforeOneThatCannotBeRead) {
+  ScriptedHost host(Language::kEnglish);
+  for (const std::size_t size : {0u, 1u, 15u, 64u, 4095u, 4096u, 8191u, 8192u, 12287u, 12300u, 70000u}) {
+    const std::string text(size, 'x');
+    const Guarded guarded(text);
+    EXPECT_EQ(ToUpper(guarded.get()), std::string(size, 'X')) << size;
+    EXPECT_EQ(ToLower(guarded.get()), text) << size;
+    guarded.get()[size] = 'x';
+    EXPECT_STREQ(ToUpper(guarded.get()), "") << size;
+    EXPECT_STREQ(ToLower(guarded.get()), "") << size;
+    host.ExpectMessages({kStringMessageEnglish});
+  }
 }
 
 TEST(Strings, PartsNeverHoldHalfACharacter) {
