@@ -133,7 +133,7 @@ endforeach()
 # Stand-ins (children, libraries), test programs of another make, measurements and tools: each in a folder of its
 # own.
 file(GLOB further_programs CONFIGURE_DEPENDS tests/doubles/*/CMakeLists.txt tests/faults/*/CMakeLists.txt
-  tests/inside/*/CMakeLists.txt tests/kit/*/CMakeLists.txt tests/monkey/CMakeLists.txt tests/torture/CMakeLists.txt bench/windows/CMakeLists.txt tools/*/CMakeLists.txt)
+  tests/inside/*/CMakeLists.txt tests/kit/*/CMakeLists.txt tests/monkey/CMakeLists.txt tests/torture/CMakeLists.txt tests/soak/CMakeLists.txt fuzz/windows/CMakeLists.txt bench/windows/CMakeLists.txt tools/*/CMakeLists.txt)
 include_directories(${CMAKE_SOURCE_DIR})
 include(cmake/inside_tests.cmake)
 foreach(program ${further_programs})

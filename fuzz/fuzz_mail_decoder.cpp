@@ -11,25 +11,13 @@
 #include <string_view>
 
 #include "fuzz/demand.h"
+#include "fuzz/whole_text.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
-#include "src/text/host_text.h"
 
 namespace {
-
-void DemandWholeText(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const std::string_view unit = wfinfo::NextUnit(text.substr(at));
-    Demand(unit[0] != '\0' && unit[0] != '\n');
-    if (unit.size() == 1) Demand(!wfinfo::IsLeadByte(unit[0]) && unit[0] != wfinfo::kEscapeByte);
-    at += unit.size();
-    if (unit[0] != '\r') continue;
-    Demand(at < text.size() && text[at] == '\n');
-    ++at;
-  }
-}
 
 // Logical headers of host text: lines that do not begin with a blank; the first one may.
 std::size_t CountHeaders(std::string_view header) {

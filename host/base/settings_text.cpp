@@ -18,6 +18,8 @@ bool IsComment(std::string_view line) {
   return line.starts_with('#') || line.starts_with(';');
 }
 
+const char* BlankWord(char blank) { return blank == '\t' ? "\\t" : "\\s"; }
+
 std::string Escaped(std::string_view value) {
   std::string escaped;
   while (!value.empty()) {
@@ -30,8 +32,9 @@ std::string Escaped(std::string_view value) {
     value.remove_prefix(line_end > 0 ? line_end : 1);
   }
   // A reader trims blanks off both ends.
-  if (escaped.ends_with(' ')) escaped.replace(escaped.size() - 1, 1, "\\s");
-  if (escaped.starts_with(' ')) escaped.replace(0, 1, "\\s");
+  if (!escaped.empty() && IsBlank(escaped.back()))
+    escaped.replace(escaped.size() - 1, 1, BlankWord(escaped.back()));
+  if (!escaped.empty() && IsBlank(escaped.front())) escaped.replace(0, 1, BlankWord(escaped.front()));
   return escaped;
 }
 
@@ -42,8 +45,19 @@ std::string Unescaped(std::string_view text) {
       value += text[i];
       continue;
     }
-    const char letter = text[++i];
-    value += letter == 'n' ? "\r\n" : letter == 's' ? " " : std::string(1, letter);
+    switch (const char letter = text[++i]) {
+      case 'n':
+        value += "\r\n";
+        break;
+      case 's':
+        value += ' ';
+        break;
+      case 't':
+        value += '\t';
+        break;
+      default:
+        value += letter;
+    }
   }
   return value;
 }

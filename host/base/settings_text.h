@@ -3,7 +3,8 @@
 //   # comment                      ("#" or ";" at the start of a line)
 //   [local]
 //   szSecondPop3Server = pop.example.com
-//   szSignature = -- \nAlice       ("\n" is a line end, "\s" a blank at an end of the value, "\\" a "\")
+//   szSignature = -- \nAlice       ("\n" is a line end, "\s" a blank and "\t" a tab at an end of the value,
+//                                   "\\" a "\")
 //
 // Names of sections and keys are compared without regard to the case of ASCII letters. Of sections with the
 // same name, and of keys with the same name in one section, the first counts. Everything here is UTF-8.

@@ -46,15 +46,15 @@ std::vector<MboxSpan> MboxSpans(std::string_view bytes) {
 
 std::string MailOfSpan(std::string_view bytes, const MboxSpan& span) {
   std::string mail;
+  std::size_t separator = 0;  // bytes of the last line when it is empty
   for (std::size_t at = span.mail; at < span.end;) {
     const LineLength length = FirstLine(bytes.substr(at));
     const std::string_view line = bytes.substr(at, length.with_end);
     mail += IsQuotedFrom(line) ? line.substr(1) : line;
+    separator = length.text == 0 ? length.with_end : 0;
     at += length.with_end;
   }
-  // An empty line at the end, whichever way the lines end.
-  const std::size_t last = mail.ends_with("\r\n") ? 2 : mail.ends_with('\n') ? 1 : 0;
-  if (last > 0 && mail.size() > last && mail[mail.size() - last - 1] == '\n') mail.resize(mail.size() - last);
+  if (mail.size() > separator) mail.resize(mail.size() - separator);
   return mail;
 }
 

@@ -66,6 +66,16 @@ void EachValue(const char* record, Visit visit) {
   }
 }
 
+// Number of the first line that is not UTF-8; 0 when there is none.
+std::size_t FirstForeignLine(std::string_view text) {
+  for (std::size_t number = 1; !text.empty(); ++number) {
+    const LineLength length = FirstLine(text);
+    if (!IsValidUtf8(text.substr(0, length.text))) return number;
+    text.remove_prefix(length.with_end);
+  }
+  return 0;
+}
+
 std::string PasswordKey(std::string_view section, std::string_view word) {
   return Lower(section) + '\n' + std::string(word);
 }
@@ -78,6 +88,9 @@ std::optional<std::string> AccountStore::Open(const std::filesystem::path& file)
   if (!std::filesystem::exists(file, error)) return std::nullopt;
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return "cannot read the accounts " + PathToUtf8(file);
+  // An account with a name in another encoding could be listed, but not asked for by that name.
+  if (const std::size_t line = FirstForeignLine(*bytes); line > 0)
+    return "the accounts " + PathToUtf8(file) + " are to be UTF-8: line " + std::to_string(line) + " is not";
   settings_ = SettingsText(*bytes);
   return std::nullopt;
 }
@@ -165,7 +178,7 @@ bool AccountStore::Keep(const std::string& section, const char* record) {
   std::map<std::string_view, std::string> old_values;
   EachValue(before.data(), [&](std::string_view word, bool, std::string value) { old_values[word] = value; });
   SettingsText changed = settings_;
-  changed.RenameSection(section, title);
+  if (title != section) changed.RenameSection(section, title);
   std::map<std::string, std::string> passwords;
   EachValue(record, [&](std::string_view word, bool secret, std::string value) {
     if (secret) {

@@ -1,6 +1,7 @@
 // Which holdings grow whenever the same calls are made again.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 
@@ -30,6 +31,14 @@ inline std::string SteadyGrowth(std::span<const Holdings> measures) {
     grown += (grown.empty() ? "" : ", ") + std::to_string(by) + " " + kind.name;
   }
   return grown;
+}
+
+// What a run may hold more at its end than after its beginning: caches that fill, fragments.
+inline bool HasGrown(const Holdings& before, const Holdings& after) {
+  constexpr std::size_t kMostBytes = std::size_t{32} << 20;
+  return after.gdi > before.gdi + 32 || after.user > before.user + 32 ||
+         after.handles > before.handles + 32 || after.blocks > before.blocks + 32 ||
+         after.bytes > before.bytes + kMostBytes;
 }
 
 }  // namespace monkey

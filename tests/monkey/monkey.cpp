@@ -397,13 +397,6 @@ void Show(unsigned long long done, const Holdings& held) {
   std::fflush(stdout);
 }
 
-// What a run may hold more at its end than after its first fifth: caches that fill, fragments.
-bool HasGrown(const Holdings& before, const Holdings& after) {
-  return after.gdi > before.gdi + 32 || after.user > before.user + 32 ||
-         after.handles > before.handles + 32 || after.blocks > before.blocks + 32 ||
-         after.bytes > before.bytes + 32 * 1024 * 1024;
-}
-
 // Makes the calls of `ranges`; true when more is held at the end than after a fifth of them.
 bool MakeInOrder(Run& run, const std::vector<std::pair<unsigned long long, unsigned long long>>& ranges,
                  unsigned long long& done) {

@@ -260,6 +260,7 @@ TEST(HostMbox, MailsAreSplitAtFromLines) {
        {"A\n\nFrom x\n>From y\n>Fromage\n> From\n"},
        "quoting is undone, one level"},
       {"From a 12:00\n\nFrom b 12:01\n", {"\n", ""}, "mails without content"},
+      {"From a 12:00\nA\nx\r\r\nFrom b 12:01\nB\n", {"A\nx\r", "B\n"}, "CR alone before the empty line"},
       {"junk\n\nFrom a 12:00\nA\n", {"A\n"}, "what stands before the first mail is dropped"},
       {"", {}, "nothing"},
   };

@@ -53,6 +53,22 @@ TEST(SettingsText, ChangesOneLineAndLeavesTheRest) {
   EXPECT_EQ(SettingsText(settings.Text()).Value("a", "X"), " two\r\nlines\r\nand \\ ");
 }
 
+TEST(SettingsText, SaysTheSameWhenItIsReadAgain) {
+  for (const char* text : {"\xEF\xBB\xBF[a]\nk=1", "\xEF\xBB\xBF\xEF\xBB\xBF[a]\nk=1"}) {
+    const SettingsText settings(text);
+    EXPECT_EQ(settings.Value("a", "k"), "1");
+    EXPECT_EQ(SettingsText(settings.Text()).Text(), settings.Text());
+  }
+}
+
+TEST(SettingsText, KeepsBlanksAtTheEndsOfAValue) {
+  for (const char* value : {" a ", "\ta\t", "\t", " ", "  ", "\t \t", "a\tb", "\\t", "\\s "}) {
+    SettingsText settings("[a]\n");
+    settings.Set("a", "k", value);
+    EXPECT_EQ(SettingsText(settings.Text()).Value("a", "k"), value);
+  }
+}
+
 TEST(SettingsText, KnowsWhatCanBeASection) {
   for (const char* name : {"a", "a b", "\xE4\xBB\x95"}) EXPECT_TRUE(SettingsText::CanBeSection(name)) << name;
   for (const char* name : {"", " a", "a]", "[a", "a\nb", "a\t"})
@@ -98,6 +114,13 @@ TEST_F(HostAccounts, AMissingFileHoldsNoAccountsAndIsMadeForTheFirst) {
 
 TEST_F(HostAccounts, AFolderIsNoFile) { EXPECT_NE(store_.Open(folder_), std::nullopt); }
 
+TEST_F(HostAccounts, AFileInAnotherEncodingIsRefusedWithItsLine) {
+  OpenWith("[local]\n");
+  std::ofstream(file_, std::ios::binary) << "# \xE5\xB1\xB1\r\n[\x8E\x52]\r\n";
+  EXPECT_EQ(store_.Reload(), "the accounts " + file_.string() + " are to be UTF-8: line 2 is not");
+  EXPECT_EQ(store_.Names(), std::vector<std::string>{"local"}) << "those that were read before";
+}
+
 TEST_F(HostAccounts, ALentRecordHoldsWhatTheFileSays) {
   OpenWith(
       "[local]\nszSecondPop3Server = pop.example.com\nfImapSync = 1\nnSendableMailInMinute = -3\n"
@@ -128,6 +151,13 @@ TEST_F(HostAccounts, SavingWritesWhatWasChangedAndKeepsTheRest) {
             "# mine\r\n[local]\r\nfTLS12 = 1\r\nunknown = kept\r\nnAccountIcon = 44\r\n"
             "szCcEmail = c@example.com\r\n\r\n[other]\r\n");
   EXPECT_STREQ(store_.Lend("local") + 1212, "secret") << "a password lives as long as the program";
+}
+
+TEST_F(HostAccounts, SavingWithoutAChangeKeepsEachLine) {
+  const std::string text = "[ one ]\r\n # c\r\nfTLS12=1\r\n";
+  OpenWith(text);
+  EXPECT_TRUE(store_.Save(store_.Lend("one")));
+  EXPECT_EQ(FileText(), text);
 }
 
 TEST_F(HostAccounts, ReleasingForgetsTheChanges) {
