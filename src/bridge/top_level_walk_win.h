@@ -41,8 +41,8 @@ void WalkTopLevelWindows(Visit visit) {
   WalkTopLevelWindows(visit, [] {});
 }
 
-// All top-level windows in the z-order of one moment, until `visit` returns true. A walk passes a window over that
-// another program's doings bring from behind it to its front; nothing hides one from this, which asks for them all.
+// All top-level windows in the z-order of one moment, until `visit` returns true. A walk passes a window over
+// that another program's doings bring from behind it to its front; nothing hides one from this.
 template <typename Visit>
 void VisitTopLevelWindows(Visit visit) {
   EnumWindows(
