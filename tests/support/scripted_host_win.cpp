@@ -299,11 +299,13 @@ struct BoxCloser::State {
   std::atomic<bool> stop{false};
   std::mutex lock;
   std::vector<Box> boxes;
-  std::vector<HWND> closed;
   std::thread thread;
 };
 
 namespace {
+
+// A property of boxes that were told to close. It goes with the window: the next one may have the same handle.
+constexpr char kToldToClose[] = "BoxCloser";
 
 std::string WindowText(HWND window) {
   char text[1024] = "";
@@ -324,12 +326,10 @@ BoxCloser::BoxCloser(int button) : state_(new State{}) {
         if (process != GetCurrentProcessId() || !IsWindowVisible(box)) continue;
         const HWND label = GetDlgItem(box, 0xFFFF);  // the text of a message box
         if (label == nullptr) continue;
+        if (GetPropA(box, kToldToClose) != nullptr) continue;
+        SetPropA(box, kToldToClose, box);
         {
           const std::lock_guard lock(state->lock);
-          bool known = false;
-          for (const HWND closed : state->closed) known = known || closed == box;
-          if (known) continue;
-          state->closed.push_back(box);
           state->boxes.push_back({WindowText(box), WindowText(label), GetWindow(box, GW_OWNER)});
         }
         PostMessageA(box, WM_COMMAND, static_cast<WPARAM>(state->button), 0);
