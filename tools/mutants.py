@@ -390,14 +390,15 @@ class Judge:
             for number in met[test][2]:
                 self.by_number[number].append(test)
         self.library = link(file.schema(), file.folder / "schema.so")
-        self.original = None
+        self.original = self.last = None
 
     def run(self, names, library, number=0, first=None, **environment):
-        """Those that come upon the file first, and of them the quick ones; what killed the mutant, or ''."""
-        groups = []
+        """`first`, then those that come upon the file, the quick ones first; what killed the mutant, or ''."""
+        groups = [[name for name in names if name == first]]
+        names = [name for name in names if name != first]
         for part in ([t for t in names if t in self.touching], [t for t in names if t not in self.touching]):
             quick, slow, spent = [], [], 0
-            for name in sorted(part, key=lambda t: (t != first, self.times[t])):
+            for name in sorted(part, key=self.times.get):
                 spent += self.times[name]
                 (quick if spent <= QUICK_MS or not quick else slow).append(name)
             groups += [quick, slow]
@@ -473,7 +474,10 @@ def examine(file, tests, met, results, options):
 
     def one(mutant):
         before = rows.get(mutant.key(file.text), {})
-        state, killer = judge.judge(mutant, before.get("killer"))
+        # Where no test is known to come, what killed the last one may kill this one too.
+        state, killer = judge.judge(mutant, before.get("killer") or (None if mutant.number else judge.last))
+        if killer in tests.hashes:
+            judge.last = killer
         return mutant, {"file": file.hash, "state": state, "killer": killer, "text": tests.hashes.get(killer, ""),
                         "tests": tests.hash}
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:

@@ -447,6 +447,29 @@ TEST(AddressKernels, ReadEachByteAsThePlainParserDoes) {
   }
 }
 
+TEST(AddressKernels, TakeNoEntryToEndTooEarlyOrTooLate) {
+  const struct {
+    std::string list;
+    const char* why;
+  } cases[] = {
+      {"\"\"a\" <x@y>, \"b\"\" <c@d>", "a run of quotes that its mirror closes in the next entry"},
+      {"\"\\\"a\" <x@y>, \"b\\\"\" <c@d>", "a run with a backslash"},
+      {"a\\ (b, c) d", "a backslash takes a blank and a parenthesis"},
+      {"a\\\x83\x5C, b", "a backslash in front of a double-byte character"},
+      {"a\\\x81, b", "and of a lead byte alone"},
+      {"\"(\" (\") <x@y>, b", "a parenthesis in quotes, a quote in a comment"},
+      {"(a (b) c, d) <x@y>", "comments that nest"},
+      {"b@c>, d", "a closing bracket alone"},
+      {"<x@y, d", "an opening one"},
+  };
+  for (const AddressKernels* const set : RunnableAddressKernels()) {
+    for (const auto& c : cases) {
+      SCOPED_TRACE(c.why);
+      IsUnderstood(*set, c.list, 0);
+    }
+  }
+}
+
 TEST(AddressKernels, CountAsThePlainParserDoesAsFarAsTheyGo) {
   for (const AddressKernels* const set : RunnableAddressKernels()) {
     const AddressKernels& kernels = *set;

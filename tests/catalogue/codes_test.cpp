@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "src/bridge/host_protocol.h"
 #include "src/catalogue/requests.h"
@@ -70,6 +71,26 @@ TEST(Codes, HaveTheFormsOfAllExportsThatSendThem) {
   EXPECT_EQ(SlotCount(FormsOf(45)[0]), 1u) << "further slots are not counted";
   const auto groups = FormsOf(8).back();
   EXPECT_EQ(SlotCount(groups), 2u) << "the sub-command and the name";
+}
+
+TEST(Codes, HaveNoFormsOfRowsThatSendNoBlock) {
+  EXPECT_TRUE(FormsOf(0).empty()) << "exports written by hand carry no code in their row";
+  EXPECT_TRUE(FormsOf(40002).empty()) << "a command of the menu";
+}
+
+TEST(Codes, OfARowHaveItsParametersAsTheirSlots) {
+  const std::vector<BlockForm> forms = FormsOf(42);
+  ASSERT_EQ(forms.size(), 1u);
+  EXPECT_EQ(SlotCount(forms[0]), 0u) << "RootFolder has no sub-command and no parameter";
+  EXPECT_FALSE(forms[0].by_hand);
+  EXPECT_FALSE(forms[0].text_itself);
+}
+
+TEST(Codes, AreLookUpsOnlyOfTheExportsThatTheListNames) {
+  EXPECT_TRUE(IsLookUp(*FindRow("MainWnd"), 129));
+  EXPECT_TRUE(IsLookUp(*FindRow("TrayIcon"), 129));
+  EXPECT_FALSE(IsLookUp(*FindRow("RootFolder"), 129));
+  EXPECT_FALSE(IsLookUp(*FindRow("MainWnd"), 42));
 }
 
 }  // namespace

@@ -230,7 +230,7 @@ TEST(CsvKernels, EverySetAgreesWithTheSlowReading) {
       const CsvLine line = kernels.scan_line(view, starts);
       ASSERT_EQ(line.fields, reference.ColumnCount()) << kernels.name << ": " << text;
       ASSERT_EQ(kernels.line_end(view), line.end) << kernels.name << ": " << text;
-      if (line.fields == 0) ASSERT_EQ(line.last_field_end, line.end) << kernels.name << ": " << text;
+      ASSERT_TRUE(line.fields != 0 || line.last_field_end == line.end) << kernels.name << ": " << text;
       for (std::size_t i = 0; i < std::min(line.fields, starts.size()); ++i) {
         const std::string_view field = reference.Field(i);
         ASSERT_EQ(view.data() + starts[i], field.data()) << kernels.name << ", field " << i << ": " << text;
