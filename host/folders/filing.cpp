@@ -8,6 +8,7 @@
 #include <utility>
 #include <variant>
 
+#include "host/base/ascii.h"
 #include "host/base/file_reasons.h"
 #include "host/base/free_name.h"
 #include "host/base/paths.h"
@@ -47,11 +48,18 @@ ExportedMail AsExported(const StoredMail& mail) {
   return exported;
 }
 
+// As which a folder takes a mail for its own; a file that was named on the command line may have any name.
+fs::path MailFileName(const StoredMail& mail) {
+  if (mail.place != MailPlace::kFile)
+    return PathFromUtf8(ExportName(AsExported(mail), ExportNaming::kDate, 0) + ".eml");
+  fs::path name = mail.source.filename();
+  if (Lower(PathToUtf8(name.extension())) != ".eml") name += ".eml";
+  return name;
+}
+
 // A name that no file has, and none that is being written.
 fs::path NewFile(const StoredMail& mail, const MailFolder& target) {
-  const fs::path name = mail.place == MailPlace::kFile
-                            ? mail.source.filename()
-                            : PathFromUtf8(ExportName(AsExported(mail), ExportNaming::kDate, 0) + ".eml");
+  const fs::path name = MailFileName(mail);
   return FreeName(target.path / name, [](const fs::path& file) {
     std::error_code error;
     return fs::exists(file, error) || fs::exists(BesideFile(file), error);

@@ -6,7 +6,6 @@
     monkey.py --in-turn             the usual run; ends with 77 when it is another locale's turn
 
 Runs build/windows/monkey.exe (`WFINFO_BUILD` names the folder) in a folder of its own, in the locale of `LC_ALL`.
-With --in-turn, `WFINFO_LOCALES` names the locales that take turns, when those are not both.
 """
 import os
 import pathlib
@@ -16,35 +15,14 @@ import subprocess
 import sys
 import tempfile
 
-SOURCE = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).parents[2]))
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
+from turns import NOT_IN_TURN, SOURCE, commit_at_hand, locale_of, locales_here, seed_of
+
 PROGRAM = pathlib.Path(os.environ.get("WFINFO_BUILD", SOURCE / "build/windows")) / "monkey.exe"
 USUAL_CALLS = 50_000
 TIMEOUT_SECONDS = 4 * 3600
 GROWTH = 2  # exit code of monkey.exe
 CALLS_TO_SEE_GROWTH = 20_000
-LOCALES = ("ja_JP.UTF-8", "C")
-SEED_WITHOUT_COMMIT = 1
-NOT_IN_TURN = 77
-
-
-def commit_at_hand():
-    """The commit that stands here, or "" where there is no git or no repository."""
-    try:
-        git = subprocess.run(["git", "rev-parse", "HEAD"], cwd=SOURCE, capture_output=True, text=True)
-    except OSError:
-        return ""
-    return git.stdout.strip() if git.returncode == 0 else ""
-
-
-def seed_of(commit):
-    """(seed, where it comes from)."""
-    if commit:
-        return int(commit[:12], 16), f"of commit {commit[:12]}"
-    return SEED_WITHOUT_COMMIT, "fixed, there being no commit to take it from"
-
-
-def locale_of(seed, locales=LOCALES):
-    return locales[seed % len(locales)]
 
 
 def run(*words):
@@ -119,7 +97,7 @@ def main(arguments):
     if "--locale" in arguments:
         print(locale_of(int(arguments[1]) if len(arguments) > 1 else seed))
         return 0
-    turn = locale_of(seed, os.environ.get("WFINFO_LOCALES", " ".join(LOCALES)).split())
+    turn = locale_of(seed, locales_here())
     if "--again" in arguments:
         print(f"./dev monkey {USUAL_CALLS} {seed} {turn} (the seed is {source})")
         return 0

@@ -62,6 +62,21 @@ TEST_F(HostFiling, AFileIsRenamed) {
   EXPECT_EQ(store_.mails()[kB].folder, Folder("out"));
 }
 
+TEST_F(HostFiling, AFileOfAnotherKindOfNameIsReadAgainWhereItWent) {
+  Write("letter.txt", "Subject: letter\n\nx\n");
+  Write("loud.EML", "Subject: loud\n\nx\n");
+  MailStore store;
+  ASSERT_EQ(store.Add(root_ / "letter.txt"), std::nullopt);
+  ASSERT_EQ(store.Add(root_ / "loud.EML"), std::nullopt);
+  ASSERT_EQ(store.Add(root_ / "in"), std::nullopt);
+  const std::size_t in = store.folders().size() - 1;
+  ASSERT_EQ(MoveMails(store, std::vector{std::size_t{0}, std::size_t{1}}, in).failure, "");
+  EXPECT_EQ(Files(), "empty.mbox in/a.eml in/b.eml in/letter.txt.eml in/loud.EML list.mbox");
+  MailStore again;
+  ASSERT_EQ(again.Add(root_ / "in"), std::nullopt);
+  EXPECT_EQ(again.mails().size(), 4u);
+}
+
 TEST_F(HostFiling, ANameInUseGetsANumber) {
   Write("out/a.eml", "another");
   Write("out/a (2).eml", "one more");
