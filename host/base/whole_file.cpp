@@ -6,6 +6,9 @@
 #include <iterator>
 #include <system_error>
 
+#include "host/base/file_hold.h"
+#include "host/base/renaming.h"
+
 namespace wrenfold {
 namespace {
 
@@ -57,11 +60,11 @@ fs::path BesideFile(const fs::path& file) {
 }
 
 bool ReplaceFile(const fs::path& file, std::string_view bytes) {
+  const FileHold hold(file);
+  if (hold.failure()) return false;
   const fs::path beside = BesideFile(file);
+  if (WriteWholeFile(beside, bytes) && !RenameOver(beside, file)) return true;
   std::error_code error;
-  const bool written = WriteWholeFile(beside, bytes);
-  if (written) fs::rename(beside, file, error);
-  if (written && !error) return true;
   fs::remove(beside, error);
   return false;
 }

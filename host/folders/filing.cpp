@@ -9,9 +9,11 @@
 #include <variant>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/file_reasons.h"
 #include "host/base/free_name.h"
 #include "host/base/paths.h"
+#include "host/base/renaming.h"
 #include "host/base/whole_file.h"
 #include "host/folders/mail_exchange.h"
 #include "host/mail/mbox.h"
@@ -87,9 +89,8 @@ std::optional<std::string> WriteFile(Written& written, const MailFolder& target)
 
 // Gives a file that was written beside its name.
 std::optional<std::string> Name(const Written& written) {
-  std::error_code error;
-  fs::rename(BesideFile(written.mail.source), written.mail.source, error);
-  return error ? std::optional(CannotWrite(written.mail.source)) : std::nullopt;
+  const fs::path& file = written.mail.source;
+  return RenameToNew(BesideFile(file), file) ? std::optional(CannotWrite(file)) : std::nullopt;
 }
 
 // The last bytes of a file.
@@ -196,9 +197,8 @@ std::variant<MboxCut, std::string> PrepareCut(const MailStore& store, const fs::
 
 // Puts it in its place, and tells the mails left where they are in it. Why the mbox stays as it is.
 std::optional<std::string> CommitCut(MailStore& store, const MboxCut& cut) {
-  std::error_code error;
-  fs::rename(BesideFile(cut.file), cut.file, error);
-  if (error) {
+  if (RenameOver(BesideFile(cut.file), cut.file)) {
+    std::error_code error;
     fs::remove(BesideFile(cut.file), error);
     return CannotWrite(cut.file);
   }
@@ -244,15 +244,23 @@ std::vector<std::vector<std::size_t>> ByFile(const MailStore& store, std::span<c
   return groups;
 }
 
+// What other hosts leave alone while a mail is filed: the file that holds it, and where it goes to.
+std::vector<fs::path> HeldFor(const MailStore& store, const StoredMail& mail, const MailFolder* target) {
+  std::vector<fs::path> files;
+  if (store.read_only()) return files;
+  if (mail.place != MailPlace::kMemory) files.push_back(mail.source);
+  if (target != nullptr && target->kind != FolderKind::kSearch) files.push_back(target->path);
+  return files;
+}
+
 // --- Moving ---
 
-// A rename, which is whole or not done at all; false where the system cannot do that.
+// A rename, which is whole or not done at all; false where the system cannot do that: to another volume.
 bool Rename(StoredMail& mail, const MailFolder& target) {
   const fs::path file = NewFile(mail, target);
-  std::error_code error;
-  fs::rename(mail.source, file, error);
-  if (!error) mail.source = file;
-  return !error;
+  if (RenameToNew(mail.source, file)) return false;
+  mail.source = file;
+  return true;
 }
 
 // Out of an mbox: its new file is ready before anything shows in `target`, so that an interrupted move leaves
@@ -284,6 +292,8 @@ std::optional<std::string> MoveGroup(MailStore& store, std::span<const std::size
                                      std::size_t target) {
   const MailFolder& folder = store.folders()[target];
   StoredMail& first = store.mails()[group[0]];
+  const FileHold hold(HeldFor(store, first, &folder));
+  if (hold.failure()) return hold.failure();
   const bool renames = first.place == MailPlace::kFile && folder.kind == FolderKind::kFolder;
   if (renames && !store.read_only() && Rename(first, folder)) return first.folder = target, std::nullopt;
   auto result = WriteAndTake(store, group, target);
@@ -317,6 +327,11 @@ Filed CopyMails(MailStore& store, std::span<const std::size_t> mails, std::size_
   Filed filed;
   for (const std::size_t i : mails) {
     if (i >= store.mails().size()) continue;
+    const FileHold hold(HeldFor(store, store.mails()[i], &store.folders()[target]));
+    if (hold.failure()) {
+      Note(filed, {}, hold.failure());
+      continue;
+    }
     auto result = Write(std::span(&i, 1), target, store);
     if (auto* reason = std::get_if<std::string>(&result)) {
       Note(filed, {}, std::move(*reason));
@@ -331,7 +346,8 @@ Filed CopyMails(MailStore& store, std::span<const std::size_t> mails, std::size_
 Filed EraseMails(MailStore& store, std::span<const std::size_t> mails) {
   Filed filed;
   for (const std::vector<std::size_t>& group : ByFile(store, mails)) {
-    auto failure = TakeFromDisk(store, group);
+    const FileHold hold(HeldFor(store, store.mails()[group[0]], nullptr));
+    auto failure = hold.failure() ? hold.failure() : TakeFromDisk(store, group);
     if (!failure && !store.read_only()) {
       for (const std::size_t i : group) store.mails()[i].place = MailPlace::kMemory;
     }
