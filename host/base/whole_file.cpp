@@ -69,6 +69,19 @@ bool ReplaceFile(const fs::path& file, std::string_view bytes) {
   return false;
 }
 
-bool AppendToFile(const fs::path& file, std::string_view bytes) { return Write(file, bytes, std::ios::app); }
+bool AppendToFile(const fs::path& file, std::string_view bytes) {
+  const FileHold hold(file);
+  if (hold.failure()) return false;
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(file, error);
+  const bool is_new = error == std::errc::no_such_file_or_directory;
+  if (Write(file, bytes, std::ios::app)) return true;
+  if (is_new) {
+    fs::remove(file, error);
+  } else if (!error) {
+    fs::resize_file(file, size, error);
+  }
+  return false;
+}
 
 }  // namespace wrenfold

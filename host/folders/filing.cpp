@@ -17,6 +17,7 @@
 #include "host/base/whole_file.h"
 #include "host/folders/mail_exchange.h"
 #include "host/mail/mbox.h"
+#include "host/mail/mbox_adding.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
 #include "src/addresses/address_entry.h"
@@ -59,23 +60,45 @@ fs::path MailFileName(const StoredMail& mail) {
   return name;
 }
 
+using UsedNumbers = std::map<fs::path, std::size_t>;  // by name, of those that were given
+
 // A name that no file has, and none that is being written.
-fs::path NewFile(const StoredMail& mail, const MailFolder& target) {
+fs::path NewFile(const StoredMail& mail, const MailFolder& target, UsedNumbers& used) {
   const fs::path name = MailFileName(mail);
-  return FreeName(target.path / name, [](const fs::path& file) {
+  const auto taken = [](const fs::path& file) {
     std::error_code error;
     return fs::exists(file, error) || fs::exists(BesideFile(file), error);
+  };
+  return FreeName(target.path / name, taken, used[name]);
+}
+
+std::string WasChanged(const fs::path& file) { return PathToUtf8(file) + " was changed since it was read"; }
+
+// Whether the bytes of its file have the mail where it was read.
+bool StillHold(std::string_view bytes, const StoredMail& mail) {
+  if (!IsMbox(bytes)) return mail.offset == 0 && bytes == mail.raw;
+  const std::vector<MboxSpan> spans = MboxSpans(bytes);
+  return std::any_of(spans.begin(), spans.end(), [&](const MboxSpan& span) {
+    return span.mail == mail.offset && MailOfSpan(bytes, span) == mail.raw;
   });
 }
 
+// Why a mail with a file of its own is not to be taken from there.
+std::optional<std::string> WhyNotTake(const StoredMail& mail) {
+  const auto bytes = ReadWholeFile(mail.source);
+  if (!bytes) return WhyUnreadable(mail.source);
+  return StillHold(*bytes, mail) ? std::nullopt : std::optional(WasChanged(mail.source));
+}
+
 // Beside the name that it is to have.
-std::optional<std::string> WriteFile(Written& written, const MailFolder& target) {
+std::optional<std::string> WriteFile(Written& written, const MailFolder& target, UsedNumbers& used) {
   StoredMail& mail = written.mail;
   const bool own_file = mail.place == MailPlace::kFile;
-  const fs::path file = NewFile(mail, target);
+  const fs::path file = NewFile(mail, target, used);
   // The file itself, which may hold more than the mail: a "From " line in front of it.
   const auto bytes = own_file ? ReadWholeFile(mail.source) : std::optional(mail.raw);
   if (!bytes) return WhyUnreadable(mail.source);
+  if (own_file && !StillHold(*bytes, mail)) return WasChanged(mail.source);
   if (!WriteWholeFile(BesideFile(file), *bytes)) {
     std::error_code error;
     fs::remove(BesideFile(file), error);
@@ -102,6 +125,7 @@ std::string EndingOf(const fs::path& file, std::uintmax_t size) {
 
 // All of them in one go.
 std::optional<std::string> AppendToMbox(std::span<Written> mails, const MailFolder& target) {
+  TakeBackAdding(target.path);
   std::error_code error;
   const std::uintmax_t size = fs::file_size(target.path, error);
   if (error) return CannotRead(target.path, ReasonOf(error));
@@ -119,9 +143,7 @@ std::optional<std::string> AppendToMbox(std::span<Written> mails, const MailFold
     written.mail.raw = MailOfSpan(entry, MboxSpans(entry)[0]);
     text += entry;
   }
-  if (AppendToFile(target.path, text)) return std::nullopt;
-  fs::resize_file(target.path, size, error);
-  return CannotWrite(target.path);
+  return AddToMbox(target.path, text);
 }
 
 // In the reverse order of writing.
@@ -139,8 +161,9 @@ void TakeBack(std::span<const Written> written) {
 // The files beside their names, then all get them: little time passes between the first and the last.
 std::optional<std::string> WriteFiles(std::vector<Written>& mails, const MailFolder& target) {
   std::optional<std::string> failure;
+  UsedNumbers used;
   std::size_t count = 0;  // of those that were written
-  while (count < mails.size() && !(failure = WriteFile(mails[count], target))) ++count;
+  while (count < mails.size() && !(failure = WriteFile(mails[count], target, used))) ++count;
   for (std::size_t i = 0; i < mails.size() && !failure; ++i) failure = Name(mails[i]);
   if (failure) TakeBack(std::span(mails).first(count));
   return failure;
@@ -175,20 +198,18 @@ struct MboxCut {
 // Writes it, or tells why that is not possible.
 std::variant<MboxCut, std::string> PrepareCut(const MailStore& store, const fs::path& file,
                                               std::span<const std::size_t> mails) {
+  TakeBackAdding(file);
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return WhyUnreadable(file);
-  std::set<std::uint64_t> offsets;
-  for (const std::size_t i : mails) offsets.insert(store.mails()[i].offset);
+  std::map<std::uint64_t, std::size_t> by_offset;
+  for (const std::size_t i : mails) by_offset[store.mails()[i].offset] = i;
   MboxCut cut{file, {}};
   for (const MboxSpan& span : MboxSpans(*bytes)) {
-    if (!offsets.contains(span.mail)) continue;
-    const std::string raw = MailOfSpan(*bytes, span);
-    const bool same = std::any_of(mails.begin(), mails.end(), [&](std::size_t i) {
-      return store.mails()[i].offset == span.mail && store.mails()[i].raw == raw;
-    });
-    if (same) cut.spans.push_back(span);
+    const auto mail = by_offset.find(span.mail);
+    if (mail != by_offset.end() && store.mails()[mail->second].raw == MailOfSpan(*bytes, span))
+      cut.spans.push_back(span);
   }
-  if (cut.spans.size() != mails.size()) return PathToUtf8(file) + " was changed since it was read";
+  if (cut.spans.size() != mails.size()) return WasChanged(file);
   if (WriteWholeFile(BesideFile(file), WithoutSpans(*bytes, cut.spans))) return cut;
   std::error_code error;
   fs::remove(BesideFile(file), error);
@@ -202,11 +223,14 @@ std::optional<std::string> CommitCut(MailStore& store, const MboxCut& cut) {
     fs::remove(BesideFile(cut.file), error);
     return CannotWrite(cut.file);
   }
+  std::vector<std::uint64_t> cut_before{0};  // of the first spans, how many bytes
+  for (const MboxSpan& span : cut.spans) cut_before.push_back(cut_before.back() + span.end - span.begin);
   for (StoredMail& mail : store.mails()) {
     if (mail.place != MailPlace::kMbox || mail.source != cut.file) continue;
-    std::uint64_t before = 0;
-    for (const MboxSpan& span : cut.spans) before += span.end <= mail.offset ? span.end - span.begin : 0;
-    mail.offset -= before;
+    const auto behind =
+        std::upper_bound(cut.spans.begin(), cut.spans.end(), mail.offset,
+                         [](std::uint64_t at, const MboxSpan& span) { return at < span.end; });
+    mail.offset -= cut_before[static_cast<std::size_t>(behind - cut.spans.begin())];
   }
   return std::nullopt;
 }
@@ -221,6 +245,9 @@ std::optional<std::string> TakeFromDisk(MailStore& store, std::span<const std::s
     return CommitCut(store, std::get<MboxCut>(cut));
   }
   std::error_code error;
+  if (fs::exists(file, error)) {
+    if (auto reason = WhyNotTake(first)) return reason;
+  }
   if (!fs::remove(file, error) && error) return "cannot remove " + PathToUtf8(file) + ": " + ReasonOf(error);
   return std::nullopt;
 }
@@ -257,7 +284,8 @@ std::vector<fs::path> HeldFor(const MailStore& store, const StoredMail& mail, co
 
 // A rename, which is whole or not done at all; false where the system cannot do that: to another volume.
 bool Rename(StoredMail& mail, const MailFolder& target) {
-  const fs::path file = NewFile(mail, target);
+  UsedNumbers used;
+  const fs::path file = NewFile(mail, target, used);
   if (RenameToNew(mail.source, file)) return false;
   mail.source = file;
   return true;
@@ -295,6 +323,9 @@ std::optional<std::string> MoveGroup(MailStore& store, std::span<const std::size
   const FileHold hold(HeldFor(store, first, &folder));
   if (hold.failure()) return hold.failure();
   const bool renames = first.place == MailPlace::kFile && folder.kind == FolderKind::kFolder;
+  if (first.place == MailPlace::kFile && !store.read_only()) {
+    if (auto reason = WhyNotTake(first)) return reason;
+  }
   if (renames && !store.read_only() && Rename(first, folder)) return first.folder = target, std::nullopt;
   auto result = WriteAndTake(store, group, target);
   if (auto* reason = std::get_if<std::string>(&result)) return std::move(*reason);
