@@ -4,6 +4,7 @@
 #include <fstream>
 #include <system_error>
 
+#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 
@@ -63,6 +64,8 @@ std::string WhyUnwritable(const fs::path& file) {
 }
 
 std::optional<std::string> WriteSafely(const fs::path& file, std::string_view bytes) {
+  const FileHold hold(file);
+  if (hold.failure()) return hold.failure();
   return ReplaceFile(file, bytes) ? std::nullopt : std::optional(WhyUnwritable(file));
 }
 

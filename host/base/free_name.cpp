@@ -1,5 +1,6 @@
 #include "host/base/free_name.h"
 
+#include <algorithm>
 #include <string>
 #include <system_error>
 
@@ -44,10 +45,12 @@ Numbered TakeApart(const fs::path& file) {
 
 // Numbers in use mostly lie together, so the gap behind them is found by halving: thousands of mails of one
 // date would ask the system millions of times.
-fs::path FreeName(const fs::path& file, const std::function<bool(const fs::path&)>& taken) {
-  if (!taken(file)) return file;
+fs::path FreeName(const fs::path& file, const std::function<bool(const fs::path&)>& taken,
+                  std::size_t& used) {
   const Numbered numbered = TakeApart(file);
-  std::size_t used = numbered.number;
+  const bool first = used == 0;
+  used = std::max(used, numbered.number);
+  if (first && !taken(file)) return file;
   std::size_t free = used + 1;
   while (taken(NumberedName(numbered.file, free))) {
     used = free;
@@ -57,7 +60,12 @@ fs::path FreeName(const fs::path& file, const std::function<bool(const fs::path&
     const std::size_t middle = used + (free - used) / 2;
     (taken(NumberedName(numbered.file, middle)) ? used : free) = middle;
   }
-  return NumberedName(numbered.file, free);
+  return NumberedName(numbered.file, used = free);
+}
+
+fs::path FreeName(const fs::path& file, const std::function<bool(const fs::path&)>& taken) {
+  std::size_t used = 0;
+  return FreeName(file, taken, used);
 }
 
 fs::path FreeName(const fs::path& file) {

@@ -6,6 +6,9 @@
 #include <iterator>
 #include <system_error>
 
+#include "host/base/file_hold.h"
+#include "host/base/renaming.h"
+
 namespace wrenfold {
 namespace {
 
@@ -57,15 +60,28 @@ fs::path BesideFile(const fs::path& file) {
 }
 
 bool ReplaceFile(const fs::path& file, std::string_view bytes) {
+  const FileHold hold(file);
+  if (hold.failure()) return false;
   const fs::path beside = BesideFile(file);
+  if (WriteWholeFile(beside, bytes) && !RenameOver(beside, file)) return true;
   std::error_code error;
-  const bool written = WriteWholeFile(beside, bytes);
-  if (written) fs::rename(beside, file, error);
-  if (written && !error) return true;
   fs::remove(beside, error);
   return false;
 }
 
-bool AppendToFile(const fs::path& file, std::string_view bytes) { return Write(file, bytes, std::ios::app); }
+bool AppendToFile(const fs::path& file, std::string_view bytes) {
+  const FileHold hold(file);
+  if (hold.failure()) return false;
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(file, error);
+  const bool is_new = error == std::errc::no_such_file_or_directory;
+  if (Write(file, bytes, std::ios::app)) return true;
+  if (is_new) {
+    fs::remove(file, error);
+  } else if (!error) {
+    fs::resize_file(file, size, error);
+  }
+  return false;
+}
 
 }  // namespace wrenfold

@@ -26,10 +26,10 @@ bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 std::filesystem::path BesideFile(const std::filesystem::path& file);
 
 // Writes beside the file and then takes its place, so that a failure leaves the old one whole. False
-// on failure.
+// on failure. Two hosts do it one after the other.
 bool ReplaceFile(const std::filesystem::path& file, std::string_view bytes);
 
-// Adds to the end of a file, which is made when missing. False on failure.
+// Adds to the end of a file, which is made when missing. False on failure; then the file is as it was.
 bool AppendToFile(const std::filesystem::path& file, std::string_view bytes);
 
 }  // namespace wrenfold

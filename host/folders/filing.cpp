@@ -9,12 +9,15 @@
 #include <variant>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/file_reasons.h"
 #include "host/base/free_name.h"
 #include "host/base/paths.h"
+#include "host/base/renaming.h"
 #include "host/base/whole_file.h"
 #include "host/folders/mail_exchange.h"
 #include "host/mail/mbox.h"
+#include "host/mail/mbox_adding.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
 #include "src/addresses/address_entry.h"
@@ -57,23 +60,45 @@ fs::path MailFileName(const StoredMail& mail) {
   return name;
 }
 
+using UsedNumbers = std::map<fs::path, std::size_t>;  // by name, of those that were given
+
 // A name that no file has, and none that is being written.
-fs::path NewFile(const StoredMail& mail, const MailFolder& target) {
+fs::path NewFile(const StoredMail& mail, const MailFolder& target, UsedNumbers& used) {
   const fs::path name = MailFileName(mail);
-  return FreeName(target.path / name, [](const fs::path& file) {
+  const auto taken = [](const fs::path& file) {
     std::error_code error;
     return fs::exists(file, error) || fs::exists(BesideFile(file), error);
+  };
+  return FreeName(target.path / name, taken, used[name]);
+}
+
+std::string WasChanged(const fs::path& file) { return PathToUtf8(file) + " was changed since it was read"; }
+
+// Whether the bytes of its file have the mail where it was read.
+bool StillHold(std::string_view bytes, const StoredMail& mail) {
+  if (!IsMbox(bytes)) return mail.offset == 0 && bytes == mail.raw;
+  const std::vector<MboxSpan> spans = MboxSpans(bytes);
+  return std::any_of(spans.begin(), spans.end(), [&](const MboxSpan& span) {
+    return span.mail == mail.offset && MailOfSpan(bytes, span) == mail.raw;
   });
 }
 
+// Why a mail with a file of its own is not to be taken from there.
+std::optional<std::string> WhyNotTake(const StoredMail& mail) {
+  const auto bytes = ReadWholeFile(mail.source);
+  if (!bytes) return WhyUnreadable(mail.source);
+  return StillHold(*bytes, mail) ? std::nullopt : std::optional(WasChanged(mail.source));
+}
+
 // Beside the name that it is to have.
-std::optional<std::string> WriteFile(Written& written, const MailFolder& target) {
+std::optional<std::string> WriteFile(Written& written, const MailFolder& target, UsedNumbers& used) {
   StoredMail& mail = written.mail;
   const bool own_file = mail.place == MailPlace::kFile;
-  const fs::path file = NewFile(mail, target);
+  const fs::path file = NewFile(mail, target, used);
   // The file itself, which may hold more than the mail: a "From " line in front of it.
   const auto bytes = own_file ? ReadWholeFile(mail.source) : std::optional(mail.raw);
   if (!bytes) return WhyUnreadable(mail.source);
+  if (own_file && !StillHold(*bytes, mail)) return WasChanged(mail.source);
   if (!WriteWholeFile(BesideFile(file), *bytes)) {
     std::error_code error;
     fs::remove(BesideFile(file), error);
@@ -87,9 +112,8 @@ std::optional<std::string> WriteFile(Written& written, const MailFolder& target)
 
 // Gives a file that was written beside its name.
 std::optional<std::string> Name(const Written& written) {
-  std::error_code error;
-  fs::rename(BesideFile(written.mail.source), written.mail.source, error);
-  return error ? std::optional(CannotWrite(written.mail.source)) : std::nullopt;
+  const fs::path& file = written.mail.source;
+  return RenameToNew(BesideFile(file), file) ? std::optional(CannotWrite(file)) : std::nullopt;
 }
 
 // The last bytes of a file.
@@ -101,6 +125,7 @@ std::string EndingOf(const fs::path& file, std::uintmax_t size) {
 
 // All of them in one go.
 std::optional<std::string> AppendToMbox(std::span<Written> mails, const MailFolder& target) {
+  TakeBackAdding(target.path);
   std::error_code error;
   const std::uintmax_t size = fs::file_size(target.path, error);
   if (error) return CannotRead(target.path, ReasonOf(error));
@@ -118,9 +143,7 @@ std::optional<std::string> AppendToMbox(std::span<Written> mails, const MailFold
     written.mail.raw = MailOfSpan(entry, MboxSpans(entry)[0]);
     text += entry;
   }
-  if (AppendToFile(target.path, text)) return std::nullopt;
-  fs::resize_file(target.path, size, error);
-  return CannotWrite(target.path);
+  return AddToMbox(target.path, text);
 }
 
 // In the reverse order of writing.
@@ -138,8 +161,9 @@ void TakeBack(std::span<const Written> written) {
 // The files beside their names, then all get them: little time passes between the first and the last.
 std::optional<std::string> WriteFiles(std::vector<Written>& mails, const MailFolder& target) {
   std::optional<std::string> failure;
+  UsedNumbers used;
   std::size_t count = 0;  // of those that were written
-  while (count < mails.size() && !(failure = WriteFile(mails[count], target))) ++count;
+  while (count < mails.size() && !(failure = WriteFile(mails[count], target, used))) ++count;
   for (std::size_t i = 0; i < mails.size() && !failure; ++i) failure = Name(mails[i]);
   if (failure) TakeBack(std::span(mails).first(count));
   return failure;
@@ -174,20 +198,18 @@ struct MboxCut {
 // Writes it, or tells why that is not possible.
 std::variant<MboxCut, std::string> PrepareCut(const MailStore& store, const fs::path& file,
                                               std::span<const std::size_t> mails) {
+  TakeBackAdding(file);
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return WhyUnreadable(file);
-  std::set<std::uint64_t> offsets;
-  for (const std::size_t i : mails) offsets.insert(store.mails()[i].offset);
+  std::map<std::uint64_t, std::size_t> by_offset;
+  for (const std::size_t i : mails) by_offset[store.mails()[i].offset] = i;
   MboxCut cut{file, {}};
   for (const MboxSpan& span : MboxSpans(*bytes)) {
-    if (!offsets.contains(span.mail)) continue;
-    const std::string raw = MailOfSpan(*bytes, span);
-    const bool same = std::any_of(mails.begin(), mails.end(), [&](std::size_t i) {
-      return store.mails()[i].offset == span.mail && store.mails()[i].raw == raw;
-    });
-    if (same) cut.spans.push_back(span);
+    const auto mail = by_offset.find(span.mail);
+    if (mail != by_offset.end() && store.mails()[mail->second].raw == MailOfSpan(*bytes, span))
+      cut.spans.push_back(span);
   }
-  if (cut.spans.size() != mails.size()) return PathToUtf8(file) + " was changed since it was read";
+  if (cut.spans.size() != mails.size()) return WasChanged(file);
   if (WriteWholeFile(BesideFile(file), WithoutSpans(*bytes, cut.spans))) return cut;
   std::error_code error;
   fs::remove(BesideFile(file), error);
@@ -196,17 +218,19 @@ std::variant<MboxCut, std::string> PrepareCut(const MailStore& store, const fs::
 
 // Puts it in its place, and tells the mails left where they are in it. Why the mbox stays as it is.
 std::optional<std::string> CommitCut(MailStore& store, const MboxCut& cut) {
-  std::error_code error;
-  fs::rename(BesideFile(cut.file), cut.file, error);
-  if (error) {
+  if (RenameOver(BesideFile(cut.file), cut.file)) {
+    std::error_code error;
     fs::remove(BesideFile(cut.file), error);
     return CannotWrite(cut.file);
   }
+  std::vector<std::uint64_t> cut_before{0};  // of the first spans, how many bytes
+  for (const MboxSpan& span : cut.spans) cut_before.push_back(cut_before.back() + span.end - span.begin);
   for (StoredMail& mail : store.mails()) {
     if (mail.place != MailPlace::kMbox || mail.source != cut.file) continue;
-    std::uint64_t before = 0;
-    for (const MboxSpan& span : cut.spans) before += span.end <= mail.offset ? span.end - span.begin : 0;
-    mail.offset -= before;
+    const auto behind =
+        std::upper_bound(cut.spans.begin(), cut.spans.end(), mail.offset,
+                         [](std::uint64_t at, const MboxSpan& span) { return at < span.end; });
+    mail.offset -= cut_before[static_cast<std::size_t>(behind - cut.spans.begin())];
   }
   return std::nullopt;
 }
@@ -221,6 +245,9 @@ std::optional<std::string> TakeFromDisk(MailStore& store, std::span<const std::s
     return CommitCut(store, std::get<MboxCut>(cut));
   }
   std::error_code error;
+  if (fs::exists(file, error)) {
+    if (auto reason = WhyNotTake(first)) return reason;
+  }
   if (!fs::remove(file, error) && error) return "cannot remove " + PathToUtf8(file) + ": " + ReasonOf(error);
   return std::nullopt;
 }
@@ -244,15 +271,24 @@ std::vector<std::vector<std::size_t>> ByFile(const MailStore& store, std::span<c
   return groups;
 }
 
+// What other hosts leave alone while a mail is filed: the file that holds it, and where it goes to.
+std::vector<fs::path> HeldFor(const MailStore& store, const StoredMail& mail, const MailFolder* target) {
+  std::vector<fs::path> files;
+  if (store.read_only()) return files;
+  if (mail.place != MailPlace::kMemory) files.push_back(mail.source);
+  if (target != nullptr && target->kind != FolderKind::kSearch) files.push_back(target->path);
+  return files;
+}
+
 // --- Moving ---
 
-// A rename, which is whole or not done at all; false where the system cannot do that.
+// A rename, which is whole or not done at all; false where the system cannot do that: to another volume.
 bool Rename(StoredMail& mail, const MailFolder& target) {
-  const fs::path file = NewFile(mail, target);
-  std::error_code error;
-  fs::rename(mail.source, file, error);
-  if (!error) mail.source = file;
-  return !error;
+  UsedNumbers used;
+  const fs::path file = NewFile(mail, target, used);
+  if (RenameToNew(mail.source, file)) return false;
+  mail.source = file;
+  return true;
 }
 
 // Out of an mbox: its new file is ready before anything shows in `target`, so that an interrupted move leaves
@@ -284,7 +320,12 @@ std::optional<std::string> MoveGroup(MailStore& store, std::span<const std::size
                                      std::size_t target) {
   const MailFolder& folder = store.folders()[target];
   StoredMail& first = store.mails()[group[0]];
+  const FileHold hold(HeldFor(store, first, &folder));
+  if (hold.failure()) return hold.failure();
   const bool renames = first.place == MailPlace::kFile && folder.kind == FolderKind::kFolder;
+  if (first.place == MailPlace::kFile && !store.read_only()) {
+    if (auto reason = WhyNotTake(first)) return reason;
+  }
   if (renames && !store.read_only() && Rename(first, folder)) return first.folder = target, std::nullopt;
   auto result = WriteAndTake(store, group, target);
   if (auto* reason = std::get_if<std::string>(&result)) return std::move(*reason);
@@ -317,6 +358,11 @@ Filed CopyMails(MailStore& store, std::span<const std::size_t> mails, std::size_
   Filed filed;
   for (const std::size_t i : mails) {
     if (i >= store.mails().size()) continue;
+    const FileHold hold(HeldFor(store, store.mails()[i], &store.folders()[target]));
+    if (hold.failure()) {
+      Note(filed, {}, hold.failure());
+      continue;
+    }
     auto result = Write(std::span(&i, 1), target, store);
     if (auto* reason = std::get_if<std::string>(&result)) {
       Note(filed, {}, std::move(*reason));
@@ -331,7 +377,8 @@ Filed CopyMails(MailStore& store, std::span<const std::size_t> mails, std::size_
 Filed EraseMails(MailStore& store, std::span<const std::size_t> mails) {
   Filed filed;
   for (const std::vector<std::size_t>& group : ByFile(store, mails)) {
-    auto failure = TakeFromDisk(store, group);
+    const FileHold hold(HeldFor(store, store.mails()[group[0]], nullptr));
+    auto failure = hold.failure() ? hold.failure() : TakeFromDisk(store, group);
     if (!failure && !store.read_only()) {
       for (const std::size_t i : group) store.mails()[i].place = MailPlace::kMemory;
     }

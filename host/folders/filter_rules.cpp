@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/utf8_mark.h"
 #include "host/base/whole_file.h"
@@ -44,6 +45,8 @@ std::string AddFilterRule(const std::filesystem::path& file, const FilterRule& r
   const bool same = rules != nullptr && rules->size() == 1 && (*rules)[0].condition == rule.condition &&
                     (*rules)[0].folder == rule.folder;
   if (!same) return "this can be no rule: " + line;
+  const FileHold hold(file);
+  if (hold.failure()) return *hold.failure();
   std::error_code error;
   const auto before = ReadWholeFile(file);
   if (!before && std::filesystem::exists(file, error)) return "cannot read " + PathToUtf8(file);

@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 
@@ -38,10 +39,7 @@ std::string FolderOf(std::string_view section) {
 }  // namespace
 
 FolderProperties::FolderProperties(const std::filesystem::path& root) : file_(root / "folders.txt") {
-  std::error_code error;
-  const auto text = ReadWholeFile(file_);
-  readable_ = text || !std::filesystem::exists(file_, error);
-  settings_ = SettingsText(text.value_or(""));
+  settings_ = SettingsText(ReadWholeFile(file_).value_or(""));
 }
 
 std::vector<std::string> FolderProperties::Folders() const {
@@ -57,25 +55,30 @@ std::string FolderProperties::Value(std::string_view folder, std::string_view ke
 std::optional<std::string> FolderProperties::Set(std::string_view folder, std::string_view key,
                                                  std::string_view value, bool in_memory) {
   const std::string section = SectionOf(folder);
-  SettingsText changed = settings_;
-  if (!changed.HasSection(section)) {
-    if (!SettingsText::CanBeSection(section)) return "a folder of this name keeps nothing";
-    changed.AddSection(section);
-  }
-  changed.Set(section, key, value);
-  return Keep(std::move(changed), in_memory);
+  if (!SettingsText::CanBeSection(section)) return "a folder of this name keeps nothing";
+  return Change(in_memory, [&](SettingsText& settings) {
+    if (!settings.HasSection(section)) settings.AddSection(section);
+    settings.Set(section, key, value);
+  });
 }
 
 std::optional<std::string> FolderProperties::Remove(std::string_view folder, bool in_memory) {
-  if (!settings_.HasSection(SectionOf(folder))) return std::nullopt;
-  SettingsText changed = settings_;
-  changed.RemoveSection(SectionOf(folder));
-  return Keep(std::move(changed), in_memory);
+  const std::string section = SectionOf(folder);
+  if (!settings_.HasSection(section)) return std::nullopt;
+  return Change(in_memory, [&](SettingsText& settings) { settings.RemoveSection(section); });
 }
 
-std::optional<std::string> FolderProperties::Keep(SettingsText changed, bool in_memory) {
-  if (!in_memory && !readable_) return "cannot read " + PathToUtf8(file_);
-  if (!in_memory && !ReplaceFile(file_, changed.Text())) return "cannot write " + PathToUtf8(file_);
+std::optional<std::string> FolderProperties::Change(bool in_memory,
+                                                    const std::function<void(SettingsText&)>& change) {
+  if (in_memory) return change(settings_), std::nullopt;
+  const FileHold hold(file_);
+  if (hold.failure()) return hold.failure();
+  std::error_code error;
+  const auto text = ReadWholeFile(file_);
+  if (!text && std::filesystem::exists(file_, error)) return "cannot read " + PathToUtf8(file_);
+  SettingsText changed(text.value_or(""));
+  change(changed);
+  if (!ReplaceFile(file_, changed.Text())) return "cannot write " + PathToUtf8(file_);
   settings_ = std::move(changed);
   return std::nullopt;
 }

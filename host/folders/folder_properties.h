@@ -9,6 +9,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,10 +35,10 @@ class FolderProperties {
   std::optional<std::string> Remove(std::string_view folder, bool in_memory);
 
  private:
-  std::optional<std::string> Keep(SettingsText changed, bool in_memory);
+  // Makes a change to what the file holds, which others may have written since, and writes it.
+  std::optional<std::string> Change(bool in_memory, const std::function<void(SettingsText&)>& change);
 
   std::filesystem::path file_;
-  bool readable_ = true;  // else it is left alone
   SettingsText settings_;
 };
 

@@ -6,11 +6,13 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/mail/marks_file.h"
 #include "host/mail/mbox.h"
+#include "host/mail/mbox_adding.h"
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
 #include "host/terminal/progress.h"
@@ -74,6 +76,9 @@ constexpr FlagLetter kFlagLetters[] = {
 // Folders below folders that are looked at; what lies deeper is no mail tree.
 constexpr int kDeepest = 32;
 
+// A host that is adding to an mbox for longer is not waited for.
+constexpr std::chrono::milliseconds kReadingWait{1000};
+
 // One name for each file, however it is reached.
 fs::path Key(const fs::path& path) {
   std::error_code error;
@@ -129,6 +134,19 @@ std::vector<StoredMail> SplitMbox(std::string_view bytes) {
 }
 
 // --- Reading ---
+
+// The bytes of a file without what somebody was adding to the mbox: another host, or one that was ended, whose
+// half mail is taken back.
+std::optional<std::string> MailStore::ReadMails(const fs::path& file) {
+  const bool is_mbox = ExtensionOf(file) == ".mbox";
+  const FileHold hold(is_mbox ? std::vector{file} : std::vector<fs::path>(), kReadingWait);
+  if (is_mbox && !hold.failure() && !read_only_ && TakeBackAdding(file))
+    skipped_.push_back(PathToUtf8(file) + " ended in a mail that was not wholly added; that was taken back");
+  std::optional<std::string> bytes = ReadWholeFile(file);
+  if (!bytes || !(is_mbox || IsMbox(*bytes))) return bytes;
+  if (const auto size = SizeBeforeAdding(file, *bytes)) bytes->resize(*size);
+  return bytes;
+}
 
 // All or nothing: what a failed path has added already is taken back.
 std::optional<std::string> MailStore::Add(const fs::path& path, Unreadable unreadable) {
@@ -235,7 +253,7 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file, std::size_t 
   if (IsMarks(file)) return CannotRead(file, kMarksAreNoMail);
   if (!known_.empty() && known_.contains(FileKey(file))) return nothing_new_ = true, std::nullopt;
   errno = 0;
-  std::optional<std::string> read = ReadWholeFile(file);
+  std::optional<std::string> read = ReadMails(file);
   if (!read) return CannotRead(file, ReasonOf(std::error_code(errno, std::generic_category())));
   std::string& bytes = *read;
   // What filing leaves of an mbox when all its mails went elsewhere is a folder still.
@@ -353,7 +371,7 @@ MailStore::Changes MailStore::ReadAgain(std::size_t folder) {
 MailStore::Changes MailStore::ReadMboxAgain(std::size_t folder) {
   Changes changes;
   const fs::path file = folders_[folder].path;
-  const auto bytes = ReadWholeFile(file);
+  const auto bytes = ReadMails(file);
   if (!bytes) return changes.failure = WhyUnreadable(file), changes;
   std::vector<std::size_t> before;
   for (std::size_t i = 0; i < mails_.size(); ++i) {

@@ -120,6 +120,7 @@ class MailStore {
   bool read_only() const { return read_only_; }
 
  private:
+  std::optional<std::string> ReadMails(const std::filesystem::path& file);
   std::optional<std::string> AddFile(const std::filesystem::path& file, std::size_t tree);
   std::optional<std::string> AddTree(const std::filesystem::path& root, Unreadable unreadable);
   std::optional<std::string> AddBranch(const std::filesystem::path& folder, std::size_t tree, int level,

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
@@ -222,6 +223,8 @@ std::string HostState::Import(std::vector<StoredMail> mails, std::size_t folder)
 }
 
 std::string HostState::Receive(const std::filesystem::path& file, std::size_t folder, bool stays) {
+  const FileHold hold(file);
+  if (hold.failure()) return *hold.failure();
   const auto bytes = ReadWholeFile(file);
   if (!bytes) return WhyUnreadable(file);
   if (bytes->empty()) return CannotRead(file, "the file is empty");

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
@@ -227,6 +228,8 @@ std::vector<MarksLine> HostState::LinesOfOthers(const MarksText& text, const fs:
 
 std::optional<std::string> HostState::SaveMarksOf(const fs::path& folder) {
   const fs::path file = folder / kMarksFile;
+  const FileHold hold(file);
+  if (hold.failure()) return hold.failure();
   std::string bytes;
   if (auto reason = ReadMarksFile(file, bytes)) return reason;
   MarksText text = ReadMarks(bytes);

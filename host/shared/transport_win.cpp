@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/plain_window_win.h"
 #include "host/base/time_stamp_win.h"
@@ -62,16 +63,6 @@ std::size_t FolderFor(HostState& state, const std::string& account) {
   return state.FolderAt(Post(state).mails);
 }
 
-std::optional<std::string> Receive(HostState& state, const TransmissionStep& step) {
-  const std::size_t first = state.mail_count();
-  const auto came = [&] { return state.mail_count() - first; };
-  const std::string reason =
-      state.Receive(step.file, FolderFor(state, step.account), step.kind == Kind::kFetch);
-  for (std::size_t mail = first; mail < state.mail_count(); ++mail) state.reception.Add(mail, step.account);
-  Post(state).transmission.received = came();
-  return reason.empty() ? std::nullopt : std::optional(reason);
-}
-
 // Whether a folder has a mail of the server: under the same name, or in an mbox with the same bytes.
 bool Has(HostState& state, std::size_t folder, const fs::path& file) {
   std::error_code error;
@@ -81,6 +72,22 @@ bool Has(HostState& state, std::size_t folder, const fs::path& file) {
   return std::ranges::any_of(state.MailsOf(folder), [&](std::size_t mail) {
     return Trim(state.Mail(mail).raw) == Trim(raw);  // an mbox ends each mail with a line end
   });
+}
+
+std::optional<std::string> Receive(HostState& state, const TransmissionStep& step) {
+  const FileHold hold(step.file);
+  if (hold.failure()) return hold.failure();
+  const std::size_t folder = FolderFor(state, step.account);
+  // Another host may have received it since the steps were made.
+  std::error_code error;
+  if (!fs::exists(step.file, error) && !error) return std::nullopt;
+  if (step.kind == Kind::kFetch && Has(state, folder, step.file)) return std::nullopt;
+  const std::size_t first = state.mail_count();
+  const auto came = [&] { return state.mail_count() - first; };
+  const std::string reason = state.Receive(step.file, folder, step.kind == Kind::kFetch);
+  for (std::size_t mail = first; mail < state.mail_count(); ++mail) state.reception.Add(mail, step.account);
+  Post(state).transmission.received = came();
+  return reason.empty() ? std::nullopt : std::optional(reason);
 }
 
 // What the folder of the server has for an account. Of mails that stay there, only those that the account's

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
@@ -105,7 +106,13 @@ std::string AccountStore::Value(std::string_view name, std::string_view key) con
   return ToHost(settings_.Value(ToUtf8(name), key).value_or(""));
 }
 
-bool AccountStore::Write(SettingsText changed) {
+bool AccountStore::Change(const std::function<bool(SettingsText&)>& change) {
+  const FileHold hold(file_);
+  std::error_code error;
+  const auto bytes = ReadWholeFile(file_);
+  if (hold.failure() || (!bytes && std::filesystem::exists(file_, error))) return false;
+  SettingsText changed(bytes.value_or(""));
+  if (!change(changed)) return false;
   if (!ReplaceFile(file_, changed.Text())) return false;
   settings_ = std::move(changed);
   return true;
@@ -113,10 +120,12 @@ bool AccountStore::Write(SettingsText changed) {
 
 bool AccountStore::Create(std::string_view name) {
   const std::string section = ToUtf8(name);
-  if (!SettingsText::CanBeSection(section) || settings_.HasSection(section)) return false;
-  SettingsText changed = settings_;
-  changed.AddSection(section);
-  return Write(std::move(changed));
+  if (!SettingsText::CanBeSection(section)) return false;
+  return Change([&](SettingsText& settings) {
+    if (settings.HasSection(section)) return false;
+    settings.AddSection(section);
+    return true;
+  });
 }
 
 std::vector<char> AccountStore::RecordOf(const std::string& section) const {
@@ -173,21 +182,24 @@ bool AccountStore::Save(const char* record) {
 bool AccountStore::Keep(const std::string& section, const char* record) {
   const std::string title = ToUtf8(ValueOf(*wfinfo::FindAccountKey(kTitle), record));
   const bool renamed = !EqualsIgnoringCase(title, section);
-  if (!SettingsText::CanBeSection(title) || (renamed && settings_.HasSection(title))) return false;
+  if (!SettingsText::CanBeSection(title)) return false;
   const std::vector<char> before = RecordOf(section);
   std::map<std::string_view, std::string> old_values;
   EachValue(before.data(), [&](std::string_view word, bool, std::string value) { old_values[word] = value; });
-  SettingsText changed = settings_;
-  if (title != section) changed.RenameSection(section, title);
   std::map<std::string, std::string> passwords;
-  EachValue(record, [&](std::string_view word, bool secret, std::string value) {
-    if (secret) {
-      passwords[PasswordKey(title, word)] = value;
-    } else if (value != old_values[word]) {
-      changed.Set(title, word, ToUtf8(value));
-    }
+  const bool written = Change([&](SettingsText& settings) {
+    if (!settings.HasSection(section) || (renamed && settings.HasSection(title))) return false;
+    if (title != section) settings.RenameSection(section, title);
+    EachValue(record, [&](std::string_view word, bool secret, std::string value) {
+      if (secret) {
+        passwords[PasswordKey(title, word)] = value;
+      } else if (value != old_values[word]) {
+        settings.Set(title, word, ToUtf8(value));
+      }
+    });
+    return true;
   });
-  if (!Write(std::move(changed))) return false;
+  if (!written) return false;
   for (const auto& [key, password] : passwords) passwords_[key] = password;
   for (Loan& other : loans_) {
     if (EqualsIgnoringCase(other.section, section)) other.section = title;
@@ -201,10 +213,12 @@ std::string AccountStore::Text(std::string_view name, std::size_t kind) const {
 
 bool AccountStore::SetText(std::string_view name, std::size_t kind, std::string_view text) {
   const std::string section = ToUtf8(name);
-  if (kind >= std::size(kTexts) || !settings_.HasSection(section)) return false;
-  SettingsText changed = settings_;
-  changed.Set(section, kTexts[kind], ToUtf8(text));
-  return Write(std::move(changed));
+  if (kind >= std::size(kTexts)) return false;
+  return Change([&](SettingsText& settings) {
+    if (!settings.HasSection(section)) return false;
+    settings.Set(section, kTexts[kind], ToUtf8(text));
+    return true;
+  });
 }
 
 }  // namespace wrenfold

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/utf8_mark.h"
 #include "host/base/whole_file.h"
@@ -128,22 +129,27 @@ std::optional<std::string> AddressBook::Add(const BookEntry& entry) {
   const std::string shown = SystemCharsets().HostToUtf8(Trim(In(entry, BookPart::kAddress)));
   if (file_.empty()) return "there is no address book: --book FILE names one";
   if (shown.empty()) return "an entry needs an address";
-  if (Find(In(entry, BookPart::kAddress)) != nullptr)
+  const FileHold hold(file_);
+  if (hold.failure()) return hold.failure();
+  // What another program has written since stays, and counts.
+  AddressBook book;
+  if (auto reason = book.Open(file_)) return reason;
+  if (book.Find(In(entry, BookPart::kAddress)) != nullptr)
     return Quoted(shown, 100) + " is in the address book already";
   for (std::size_t part = 0; part < kBookParts; ++part) {
-    const bool kept = std::find(columns_.begin(), columns_.end(), part) != columns_.end();
+    const bool kept = std::find(book.columns_.begin(), book.columns_.end(), part) != book.columns_.end();
     if (!kept && !entry[part].empty()) {
       return "the address book " + PathToUtf8(file_) + " has no column " + std::string(kColumns[part]);
     }
   }
-  // What another program has written since stays.
   auto bytes = ReadWholeFile(file_);
   if (!bytes) return "cannot read the address book " + PathToUtf8(file_);
   const std::string_view line_end = bytes->find("\r\n") == bytes->npos ? "\n" : "\r\n";
   if (!bytes->empty() && !bytes->ends_with('\n')) *bytes += line_end;
-  if (!ReplaceFile(file_, bytes->append(Line(entry, columns_)).append(line_end))) {
+  if (!ReplaceFile(file_, bytes->append(Line(entry, book.columns_)).append(line_end))) {
     return "cannot write the address book " + PathToUtf8(file_);
   }
+  *this = std::move(book);
   entries_.push_back(entry);
   return std::nullopt;
 }

@@ -2,7 +2,11 @@
 #include "host/base/whole_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <string>
 
@@ -59,6 +63,28 @@ TEST_F(WholeFile, IsReplacedAndAddedTo) {
   ASSERT_TRUE(AppendToFile(folder_ / "file", " three"));
   EXPECT_EQ(ReadWholeFile(folder_ / "file"), "two three");
   EXPECT_FALSE(fs::exists(folder_ / "file.new"));
+}
+
+// The disk is full: of what is added only a part can be written.
+TEST_F(WholeFile, IsAsItWasWhenNotAllCanBeAdded) {
+  const auto old_file = folder_ / "old.txt";
+  ASSERT_TRUE(WriteWholeFile(old_file, "old"));
+  const auto add = [&](const fs::path& file) {
+    const pid_t child = fork();
+    if (child == 0) {
+      std::signal(SIGXFSZ, SIG_IGN);
+      const rlimit most{20'000, 20'000};
+      setrlimit(RLIMIT_FSIZE, &most);
+      _exit(AppendToFile(file, std::string(100'000, 'x')) ? 1 : 0);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
+  };
+  EXPECT_EQ(add(old_file), 0);
+  EXPECT_EQ(ReadWholeFile(old_file), "old");
+  EXPECT_EQ(add(folder_ / "new.txt"), 0);
+  EXPECT_FALSE(fs::exists(folder_ / "new.txt"));
 }
 
 }  // namespace

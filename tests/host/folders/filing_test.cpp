@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <ctime>
 #include <set>
 
 #include "host/folders/filing.h"
@@ -294,6 +295,103 @@ TEST_F(HostFiling, AReadOnlyStoreChangesInMemoryAlone) {
   EXPECT_EQ(Files() + Read("list.mbox"), before);
   EXPECT_EQ(store_.mails()[kA].folder, Folder("out"));
   EXPECT_EQ(store_.mails().size(), 6u);
+}
+
+// --- Adding that is interrupted ---
+
+TEST_F(HostFiling, AHalfMailThatAnEndedProgramAddedIsTakenBack) {
+  const std::string whole = kFrom + "Subject: whole\n\nwhole\n\n";
+  const std::string added = kFrom + "Subject: added\n\n" + std::string(1000, 'x') + "\n\n";
+  struct Case {
+    std::string behind;  // the mails that were there
+    std::string left;    // of the mbox
+    const char* why;
+  };
+  const Case cases[] = {
+      {added.substr(0, 200), whole, "half of it"},
+      {added, whole, "all of it: the mail lies where it came from too"},
+      {"", whole, "nothing yet"},
+      {added.substr(0, 200) + kFrom + "Subject: other\n\ny\n",
+       whole + added.substr(0, 200) + kFrom + "Subject: other\n\ny\n", "another program has gone on"},
+  };
+  for (const Case& row : cases) {
+    Write("add/box.mbox", whole + row.behind);
+    Write("add/box.mbox.adding", std::to_string(whole.size()) + "\n" + added);
+    MailStore seen;
+    seen.set_read_only(true);
+    ASSERT_EQ(seen.Add(root_ / "add"), std::nullopt);
+    EXPECT_EQ(seen.mails().size(), SplitMbox(row.left).size()) << "read only: " << row.why;
+    EXPECT_EQ(Read("add/box.mbox"), whole + row.behind) << "read only: " << row.why;
+    MailStore store;
+    ASSERT_EQ(store.Add(root_ / "add"), std::nullopt);
+    EXPECT_EQ(store.mails().size(), SplitMbox(row.left).size()) << row.why;
+    EXPECT_EQ(Read("add/box.mbox"), row.left) << row.why;
+    EXPECT_FALSE(fs::exists(root_ / "add/box.mbox.adding")) << row.why;
+    const bool cut = row.left.size() < whole.size() + row.behind.size();
+    EXPECT_EQ(store.skipped().size(), cut ? 1u : 0u) << row.why;
+  }
+}
+
+TEST_F(HostFiling, AProgramThatIsKilledWhileItAddsLeavesNoHalfMail) {
+  constexpr std::size_t kSize = 30'000'000;
+  Write("kill/big.eml", "Subject: big\n\n" + std::string(kSize, 'x') + "\n");
+  const std::string before = kFrom + "Subject: m\n\nm\n\n";
+  Write("kill/box.mbox", before);
+  MailStore store;
+  ASSERT_EQ(store.Add(root_ / "kill"), std::nullopt);
+  const std::size_t big = store.mails()[0].raw.size() > kSize ? 0 : 1;
+  const pid_t child = fork();
+  if (child == 0) {
+    CopyMails(store, std::span(&big, 1), store.mails()[1 - big].folder);
+    _exit(0);
+  }
+  while (fs::file_size(root_ / "kill/box.mbox") == before.size() && waitpid(child, nullptr, WNOHANG) == 0)
+    continue;
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  MailStore again;
+  ASSERT_EQ(again.Add(root_ / "kill"), std::nullopt);
+  for (const StoredMail& mail : again.mails())
+    EXPECT_TRUE(mail.raw.size() < 100 || mail.raw.size() > kSize) << "half a mail: " << mail.raw.size();
+}
+
+// --- Files that others changed ---
+
+TEST_F(HostFiling, AFileThatAnotherProgramReplacedIsLeftAlone) {
+  Write("in/a.eml", "Subject: another mail\n\nnobody has read this\n");
+  Write("in/b.eml", kFrom + "Subject: b\n\nother\n");
+  const std::vector<std::size_t> both{kA, kB};
+  for (const Filed& filed :
+       {MoveMails(store_, both, Folder("out")), MoveMails(store_, both, Folder("empty.mbox")),
+        CopyMails(store_, both, Folder("out")), EraseMails(store_, both)}) {
+    EXPECT_EQ(filed.failure, (root_ / "in/a.eml").string() + " was changed since it was read");
+    EXPECT_EQ(filed.mails, std::vector<std::size_t>{});
+  }
+  EXPECT_EQ(Files(), "empty.mbox in/a.eml in/b.eml list.mbox");
+  EXPECT_EQ(Read("empty.mbox"), "");
+}
+
+// Time is compared with that of fewer mails, as machines differ.
+TEST_F(HostFiling, ThousandsOfMailsOfOneDateLeaveAnMboxInLinearTime) {
+  const auto time_of = [this](std::size_t count) {
+    const std::string name = std::to_string(count);
+    std::string mbox;
+    for (std::size_t i = 0; i < count; ++i) mbox += kFrom + "Subject: s\n\nx\n\n";
+    Write(name + "/box.mbox", mbox);
+    fs::create_directories(root_ / name / "to");
+    MailStore store;
+    EXPECT_EQ(store.Add(root_ / name), std::nullopt);
+    std::vector<std::size_t> all(count);
+    for (std::size_t i = 0; i < count; ++i) all[i] = i;
+    const std::size_t to = store.FolderAt(root_ / name / "to");
+    const std::clock_t begin = std::clock();
+    EXPECT_EQ(MoveMails(store, all, to).mails.size(), count);
+    return static_cast<double>(std::clock() - begin);
+  };
+  constexpr std::size_t kFew = 2000;
+  constexpr std::size_t kTimes = 8;
+  const double few = time_of(kFew);
+  EXPECT_LT(time_of(kFew * kTimes), few * static_cast<double>(kTimes) * 2);
 }
 
 }  // namespace
