@@ -16,6 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view kTrash = "trash";
+
 std::string WithSlashes(std::string_view path) {
   std::string slashed(path);
   std::replace(slashed.begin(), slashed.end(), '\\', '/');
@@ -169,7 +171,7 @@ std::vector<std::size_t> FolderTree::Branch(std::size_t folder) const {
 std::optional<std::string> FolderTree::WhyNotDelete(std::size_t folder) const {
   const MailFolder& found = store_.folders()[folder];
   if (store_.PathInTree(folder) == ".") return found.name + " is the top of its tree";
-  const auto trash = WithRole(found.tree, "trash");
+  const auto trash = WithRole(found.tree, kTrash);
   const std::vector<std::size_t> branch = Branch(folder);
   if (trash && std::find(branch.begin(), branch.end(), *trash) != branch.end())
     return found.name + " holds the trash";
@@ -221,7 +223,9 @@ std::optional<std::size_t> FolderTree::WithRole(std::size_t tree, std::string_vi
   for (std::size_t i = 0; i < store_.folders().size(); ++i) {
     const MailFolder& folder = store_.folders()[i];
     if (folder.removed || folder.tree != tree || folder.kind == FolderKind::kSearch) continue;
-    if (EqualsIgnoringCase(Property(i, "role"), role)) return i;
+    // Mails that lie in the trash are deleted for good: the top, where all lie, is none.
+    const bool can_play = role != kTrash || store_.PathInTree(i) != ".";
+    if (can_play && EqualsIgnoringCase(Property(i, "role"), role)) return i;
     if (!by_name && EqualsIgnoringCase(store_.PathInTree(i), role)) by_name = i;
   }
   return by_name;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/base/ascii.h"
+#include "host/base/file_reasons.h"
 #include "host/base/free_name.h"
 #include "host/base/paths.h"
 #include "host/base/safe_saving.h"
@@ -83,17 +84,43 @@ std::vector<fs::path> OutboxFolder::Waiting(std::string_view now) const {
 }
 
 std::optional<std::string> OutboxFolder::Send(const fs::path& file, const MailStamp& stamp,
-                                              const Hand& hand) const {
+                                              const Hand& hand) {
+  const std::string name = PathToUtf8(file.filename());
+  if (const auto sent = sent_in_run_.find(file); sent != sent_in_run_.end()) return File(file, sent->second);
   const auto raw = ReadWholeFile(file);
   if (!raw || raw->empty()) return "cannot read " + PathToUtf8(file);
-  const std::string name = PathToUtf8(file.filename());
   if (!HasRecipients(*raw)) return name + " has no recipient";
   // The Message-ID is in the file before anybody has the mail: sent twice, it is known for the same.
   const std::string mail = FinishMail(*raw, stamp);
-  if (mail != *raw && !ReplaceFile(file, mail)) return CannotWrite(file);
+  if (mail != *raw && !ReplaceFile(file, mail)) return WhyUnwritable(file);
   if (!MakeFolder(sent_)) return CannotWrite(sent_);
   if (auto reason = hand(file, mail)) return name + ": " + *reason;
-  return MoveFileTo(file, FreeName(sent_ / file.filename()));
+  return File(file, mail);
+}
+
+std::optional<std::string> OutboxFolder::File(const fs::path& file, std::string mail) {
+  const fs::path target = FreeName(sent_ / file.filename());
+  const std::string was_sent = PathToUtf8(file) + " was sent, but ";
+  std::error_code error;
+  fs::rename(file, target, error);
+  if (!error) return Forget(file);
+  // The file is gone, held by another program, or on another volume: the copy comes out of memory.
+  if (!mail.empty() && !ReplaceFile(target, mail)) {
+    const bool waits = fs::exists(file, error);
+    if (waits) sent_in_run_[file] = std::move(mail);
+    return was_sent + "no copy of it can be written into " + PathToUtf8(sent_) +
+           (waits ? ": it lies in the outbox still, from where another run would send it again" : "");
+  }
+  error.clear();
+  fs::remove(file, error);
+  if (!error) return Forget(file);
+  sent_in_run_[file].clear();  // its copy is there
+  return was_sent + "cannot be removed from the outbox, from where another run would send it again";
+}
+
+std::optional<std::string> OutboxFolder::Forget(const fs::path& file) {
+  sent_in_run_.erase(file);
+  return std::nullopt;
 }
 
 }  // namespace wrenfold

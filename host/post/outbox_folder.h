@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,13 +39,19 @@ class OutboxFolder {
   // With `now`, as in a Date header, only those that are due then.
   std::vector<std::filesystem::path> Waiting(std::string_view now = "") const;
 
-  // Fills in what the mail lacks, hands it on, and moves it to the sent ones. Returns why it stays.
+  // Fills in what the mail lacks, hands it on, and moves it to the sent ones. Returns why it stays, or that it
+  // was sent but could not be moved: then the next call tries that again and hands nothing on.
   std::optional<std::string> Send(const std::filesystem::path& file, const MailStamp& stamp,
-                                  const Hand& hand) const;
+                                  const Hand& hand);
 
  private:
+  std::optional<std::string> File(const std::filesystem::path& file, std::string mail);
+  std::optional<std::string> Forget(const std::filesystem::path& file);
+
   std::filesystem::path outbox_;
   std::filesystem::path sent_;
+  // Files that were handed on and lie in the outbox still, with the mail while it has no copy among the sent.
+  std::map<std::filesystem::path, std::string> sent_in_run_;
 };
 
 // The .eml files of a folder in order of their names; none when it cannot be read.

@@ -27,6 +27,8 @@ struct PostOffice {
   std::size_t put = 0;          // mails that this run has put into the outbox
   std::set<std::filesystem::path> failed;  // files of the outbox that this run could not send
 
+  bool lost_copy = false;  // a mail was sent of which no copy could be kept
+
   Transmission transmission;
   std::vector<std::filesystem::path> remote;  // mails on the server, as last listed
   DialUp dial_up;

@@ -8,9 +8,11 @@
 #include <vector>
 
 #include "host/base/paths.h"
+#include "host/base/system_errors.h"
+#include "host/base/time_stamp_win.h"
+#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/post/program_line.h"
-#include "src/base/unique_win.h"
 
 namespace wrenfold {
 namespace {
@@ -55,13 +57,33 @@ class HandleList {
   bool is_made_ = false;
 };
 
-// Held while a mail is handed on, so that no other host hands it on too. Goes with its holder; one that a
-// crash of the system left is nobody's.
-wfinfo::UniqueFile Claim(const std::filesystem::path& file) {
-  std::filesystem::path claim = file;
-  claim += L".sending";
-  return wfinfo::UniqueFile(CreateFileW(claim.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
-                                        FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+// The mail for the program, which may do with it what it likes. Goes with its holder.
+class Copy {
+ public:
+  explicit Copy(std::string_view mail) {
+    std::error_code error;
+    path_ = std::filesystem::temp_directory_path(error) / ("wrenfold-" + UniqueNameNow() + ".eml");
+    if (error || !WriteWholeFile(path_, mail)) Remove();
+  }
+  ~Copy() { Remove(); }
+  Copy(const Copy&) = delete;
+  Copy& operator=(const Copy&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }  // "" when there is none
+
+ private:
+  void Remove() {
+    std::error_code error;
+    if (!path_.empty()) std::filesystem::remove(path_, error);
+    path_.clear();
+  }
+  std::filesystem::path path_;
+};
+
+// Nobody else can open the file or move it away while this is held: what is sent can be filed then.
+wfinfo::UniqueFile Hold(const std::filesystem::path& file) {
+  return wfinfo::UniqueFile(CreateFileW(file.c_str(), GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 std::string Code(DWORD code) { return std::to_string(code); }
@@ -112,16 +134,25 @@ UniqueHandle OpenInherited(const wchar_t* path, DWORD access) {
 
 }  // namespace
 
-std::optional<std::string> SendWithProgram(const std::string& line, const std::filesystem::path& file) {
+wfinfo::UniqueFile ClaimMail(const std::filesystem::path& file) {
+  std::filesystem::path claim = file;
+  claim += L".sending";
+  return wfinfo::UniqueFile(CreateFileW(claim.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
+                                        FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+}
+
+std::optional<std::string> SendWithProgram(const std::string& line, const std::filesystem::path& file,
+                                           std::string_view mail) {
   const auto program = ParseProgramLine(line);
   if (!program) return "no program in '" + line + "'";
   const std::string& name = program->arguments[0];
-  std::error_code error;
-  const auto command = SystemLine(*program, PathToUtf8(std::filesystem::absolute(file, error)));
+  const wfinfo::UniqueFile held = Hold(file);
+  if (!held) return "it is not sent: " + SystemReason(GetLastError());
+  const Copy copy(mail);
+  if (copy.path().empty()) return "no copy of it can be written for " + name;
+  const auto command = SystemLine(*program, PathToUtf8(copy.path()));
   if (!command) return "its name cannot be given to the batch file " + name;
-  const wfinfo::UniqueFile claim = Claim(file);
-  if (!claim && GetLastError() == ERROR_SHARING_VIOLATION) return "another program is sending it";
-  const UniqueHandle in = OpenInherited(program->wants_file ? L"NUL" : file.c_str(), GENERIC_READ);
+  const UniqueHandle in = OpenInherited(program->wants_file ? L"NUL" : copy.path().c_str(), GENERIC_READ);
   if (!in) return "cannot open it, error " + Code(GetLastError());
   UniqueHandle out = Inheritable(GetStdHandle(STD_ERROR_HANDLE));
   if (!out) out = OpenInherited(L"NUL", GENERIC_WRITE);

@@ -137,13 +137,20 @@ void ShowWouldSend(const std::string& raw) {
 
 std::optional<std::string> Send(HostState& state, const TransmissionStep& step) {
   PostOffice& post = Post(state);
+  const auto claim = ClaimMail(step.file);
+  if (!claim && GetLastError() == ERROR_SHARING_VIOLATION) {
+    post.failed.insert(step.file);
+    return PathToUtf8(step.file.filename()) + ": another program is sending it";
+  }
   const auto before = ReadWholeFile(step.file);
   const MailStamp stamp{DateHeaderNow(), UniqueNameNow(), Utf8(OwnAddress(state))};
-  auto failure = post.outbox.Send(step.file, stamp, [&](const fs::path& file, const std::string&) {
-    if (!post.send_with.empty()) return SendWithProgram(post.send_with, file);
+  auto failure = post.outbox.Send(step.file, stamp, [&](const fs::path& file, const std::string& mail) {
+    if (!post.send_with.empty()) return SendWithProgram(post.send_with, file, mail);
     ShowWouldSend(*before);
     return std::optional<std::string>();
   });
+  std::error_code error;
+  if (failure && !fs::exists(step.file, error)) post.lost_copy = true;
   if (failure) post.failed.insert(step.file);
   return failure;
 }
@@ -284,8 +291,9 @@ Answer PostNow(Request& request, std::string_view mail) {
 
 bool HasUnsentMails(HostState& state) {
   std::error_code error;
-  return std::ranges::any_of(Post(state).failed,
-                             [&](const fs::path& file) { return fs::exists(file, error); });
+  return Post(state).lost_copy || std::ranges::any_of(Post(state).failed, [&](const fs::path& file) {
+           return fs::exists(file, error);
+         });
 }
 
 std::string WaitingMails(HostState& state) {

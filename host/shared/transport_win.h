@@ -39,7 +39,7 @@ void StopTransmission(HostState& state);
 // What the user must know when the program ends: "1 mail waits in ...". "" for nothing.
 std::string WaitingMails(HostState& state);
 
-// Whether a mail that this run tried to send lies in the outbox still.
+// Whether a mail that this run tried to send lies in the outbox still, or was sent and has no copy.
 bool HasUnsentMails(HostState& state);
 
 inline constexpr char kNoImap[] = "no IMAP server: --imap DIR names a folder that stands for one";

@@ -110,7 +110,7 @@ Answer BeginWriting(Request& request, Draft draft) {
   draft.quoted = BodyOf(draft);
   draft.macro = SystemCharsets().Utf8ToHost(state.writing.macro);
   const auto reference = state.commands.template_references.find({state.folder(), kind});
-  if (reference != state.commands.template_references.end()) {
+  if (reference != state.commands.template_references.end() && !draft.resent) {
     draft.template_name = reference->second;
     draft.sign_name = state.commands.templates.Sign(kind, reference->second);
     ChangeFrame(draft, {}, FrameOf(state, draft));

@@ -26,14 +26,15 @@ struct Draft {
   std::string quoted;                   // quoted or forwarded text, which a template frames
   std::string template_name;
   std::string sign_name;
-  std::string charset;             // MIME name; "": the narrowest of ASCII and UTF-8
-  std::string account;             // "": the usual one
-  std::string answered_id;         // Message-ID of the mail that it answers or forwards
-  std::string macro;               // that opened it
-  std::size_t answered = kNoMail;  // that mail in this run
-  std::size_t stored = kNoMail;    // mail of the folder of drafts that holds it
-  std::size_t in_mbox = kNoMail;   // mail of an mbox that it was opened from and takes the place of
-  std::size_t cursor_line = 0;     // line of the body that the cursor stands in
+  std::string charset;                // MIME name; "": the narrowest of ASCII and UTF-8
+  std::string account;                // "": the usual one
+  std::string answered_id;            // Message-ID of the mail that it answers or forwards
+  std::string macro;                  // that opened it
+  std::optional<std::string> resent;  // bytes of the mail that it hands on as it came (resent_mail.h)
+  std::size_t answered = kNoMail;     // that mail in this run
+  std::size_t stored = kNoMail;       // mail of the folder of drafts that holds it
+  std::size_t in_mbox = kNoMail;      // mail of an mbox that it was opened from and takes the place of
+  std::size_t cursor_line = 0;        // line of the body that the cursor stands in
 
   bool operator==(const Draft&) const = default;
 };

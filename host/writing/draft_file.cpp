@@ -12,6 +12,7 @@
 #include "host/mime/parameters.h"
 #include "host/mime/sections.h"
 #include "host/writing/quoting.h"
+#include "host/writing/resent_mail.h"
 
 namespace wrenfold {
 namespace {
@@ -155,6 +156,50 @@ std::string TakeOwn(std::string& text, std::string_view name) {
   return TakeHeader(text, std::string(kOwnPrefix) + std::string(name));
 }
 
+// What a draft's file has of ours, whatever kind it is.
+std::string OwnLines(const Draft& draft) {
+  std::string headers = std::string(kUnsent) + ": 1\r\n";
+  AddOwn(headers, "Purpose", kPurposes[static_cast<std::size_t>(draft.purpose) % std::size(kPurposes)]);
+  AddOwn(headers, "Template", draft.template_name);
+  AddOwn(headers, "Sign", draft.sign_name);
+  AddOwn(headers, "Charset", draft.charset);
+  AddOwn(headers, "Account", draft.account);
+  AddOwn(headers, "Macro", draft.macro);
+  AddOwn(headers, "Answers", draft.answered_id);
+  return headers;
+}
+
+void TakeOwnLines(std::string& text, Draft& draft) {
+  const std::string purpose = TakeOwn(text, "Purpose");
+  const auto* found = std::ranges::find(kPurposes, std::string_view(purpose));
+  if (found != std::end(kPurposes)) draft.purpose = static_cast<DraftPurpose>(found - std::begin(kPurposes));
+  draft.template_name = TakeOwn(text, "Template");
+  draft.sign_name = TakeOwn(text, "Sign");
+  draft.charset = TakeOwn(text, "Charset");
+  draft.account = TakeOwn(text, "Account");
+  draft.macro = TakeOwn(text, "Macro");
+  draft.answered_id = TakeOwn(text, "Answers");
+  TakeHeader(text, kUnsent);
+}
+
+// The last of our lines in a draft of a resent mail: behind it stands the mail that came.
+constexpr std::string_view kResentMark = "X-Wrenfold-Resent: 1\r\n";
+
+std::optional<Draft> ReadResentDraft(std::string_view raw) {
+  std::size_t at = 0;
+  while (!HeadersEndAt(raw.substr(at)) && !raw.substr(at).starts_with(kResentMark))
+    at += FirstHeader(raw.substr(at)).with_end;
+  if (!raw.substr(at).starts_with(kResentMark)) return std::nullopt;
+  Draft draft;
+  draft.resent = raw.substr(at + kResentMark.size());
+  std::string own = MakeHostMessage(std::string(raw.substr(0, at)) + "\r\n").text;
+  TakeOwnLines(own, draft);
+  HostMessage came = MakeHostMessage(*draft.resent);
+  draft.text = std::string(SplitMail(own).headers) + came.text;
+  draft.attachments = std::move(came.attachments);
+  return draft;
+}
+
 void TakeAdded(std::string& text) {
   const std::string added = TakeOwn(text, "Added");
   for (std::string_view rest = added; !rest.empty();) {
@@ -195,20 +240,21 @@ std::string WrittenText(std::string_view body, std::string_view html, std::strin
 std::string CharsetOf(const Draft& draft) { return InCharset(BodyOf(draft), WantedCharset(draft)).charset; }
 
 std::string FinishedMail(const Draft& draft, const MailStamp& stamp) {
+  if (draft.resent) {
+    if (const auto block = BlockOf(draft)) return ResentMail(WrittenHeaders(*block), *draft.resent, stamp);
+  }
   std::string added;
   return Headers(draft, stamp, added) + Content(draft, stamp);
 }
 
 std::string DraftFile(const Draft& draft, const MailStamp& stamp) {
+  if (draft.resent) {
+    // A changed one is kept with its changes, as any other mail.
+    if (const auto block = BlockOf(draft))
+      return OwnLines(draft) + WrittenHeaders(*block) + std::string(kResentMark) + *draft.resent;
+  }
   std::string added;
-  std::string headers = Headers(draft, stamp, added) + std::string(kUnsent) + ": 1\r\n";
-  AddOwn(headers, "Purpose", kPurposes[static_cast<std::size_t>(draft.purpose) % std::size(kPurposes)]);
-  AddOwn(headers, "Template", draft.template_name);
-  AddOwn(headers, "Sign", draft.sign_name);
-  AddOwn(headers, "Charset", draft.charset);
-  AddOwn(headers, "Account", draft.account);
-  AddOwn(headers, "Macro", draft.macro);
-  AddOwn(headers, "Answers", draft.answered_id);
+  std::string headers = Headers(draft, stamp, added) + OwnLines(draft);
   AddOwn(headers, "Added", added);
   return headers + Content(draft, stamp);
 }
@@ -216,6 +262,7 @@ std::string DraftFile(const Draft& draft, const MailStamp& stamp) {
 bool IsDraftFile(std::string_view raw) { return Trim(FindHeader(SplitMessage(raw), kUnsent)) == "1"; }
 
 Draft ReadDraftFile(std::string_view raw) {
+  if (auto resent = ReadResentDraft(raw)) return *std::move(resent);
   const MessageParts parts = SplitMessage(raw);
   HostMessage message = MakeHostMessage(raw);
   Draft draft;
@@ -223,20 +270,10 @@ Draft ReadDraftFile(std::string_view raw) {
   draft.attachments = std::move(message.attachments);
   if (const auto html = HtmlOfMail(parts)) draft.html = SystemCharsets().ToHostText(*html);
   std::string& text = draft.text;
-  const std::string purpose = TakeOwn(text, "Purpose");
-  const auto* found = std::ranges::find(kPurposes, std::string_view(purpose));
-  if (found != std::end(kPurposes)) draft.purpose = static_cast<DraftPurpose>(found - std::begin(kPurposes));
-  draft.template_name = TakeOwn(text, "Template");
-  draft.sign_name = TakeOwn(text, "Sign");
-  draft.charset = TakeOwn(text, "Charset");
-  draft.account = TakeOwn(text, "Account");
-  draft.macro = TakeOwn(text, "Macro");
-  draft.answered_id = TakeOwn(text, "Answers");
+  TakeOwnLines(text, draft);
   TakeAdded(text);
-  for (const std::string_view name :
-       {"MIME-Version", "Content-Type", "Content-Transfer-Encoding", "X-Unsent"}) {
+  for (const std::string_view name : {"MIME-Version", "Content-Type", "Content-Transfer-Encoding"})
     TakeHeader(text, name);
-  }
   return draft;
 }
 

@@ -4,6 +4,7 @@
 //   multipart/alternative (text, HTML)            with HTML beside it
 //   multipart/mixed (one of these, attachments)   with attachments
 //
+// One that is resent is the mail that came, with its new headers in front (resent_mail.h).
 // A draft's file has X-Unsent: 1 and headers "X-Wrenfold-..." beside, from which it is opened again as it
 // was; a finished mail has neither.
 #pragma once

@@ -1,6 +1,7 @@
 #include "host/writing/outgoing_text.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "host/base/ascii.h"
 #include "host/mail/headers.h"
@@ -8,6 +9,8 @@
 #include "host/mime/message.h"
 #include "host/mime/sections.h"
 #include "host/writing/draft_file.h"
+#include "host/writing/recipients.h"
+#include "host/writing/resent_mail.h"
 #include "src/dates/date_parse.h"
 
 namespace wrenfold {
@@ -23,30 +26,19 @@ bool IsOurs(std::string_view line) {
   return name == "x-unsent" || name.starts_with("x-wrenfold-");
 }
 
-bool IsResent(const MessageParts& parts) {
-  return !FindHeader(parts, "Resent-To").empty() || !FindHeader(parts, "Resent-Bcc").empty() ||
-         !FindHeader(parts, "Resent-Cc").empty();
-}
-
 void AddWhereMissing(std::string& mail, const MessageParts& parts, const std::string& name,
                      const std::string& value) {
   if (!value.empty() && Trim(FindHeader(parts, name)).empty()) mail += name + ": " + value + "\r\n";
 }
 
-// --- Recipients ---
-
-// Whether an entry, or its brackets when it ends in some, has something on both sides of an "@".
-bool HoldsAddress(std::string_view entry) {
-  const std::size_t open = entry.ends_with('>') ? entry.rfind('<') : entry.npos;
-  if (open != entry.npos) entry = entry.substr(open + 1, entry.size() - open - 2);
-  entry = Trim(entry);
-  const std::size_t at = entry.rfind('@');
-  return at != entry.npos && at > 0 && at + 1 < entry.size();
+bool IsRecipient(std::string_view name) {
+  return EqualsIgnoringCase(name, "To") || EqualsIgnoringCase(name, "Cc") || EqualsIgnoringCase(name, "Bcc");
 }
 
-// "undisclosed-recipients:;"
-bool IsEmptyGroup(std::string_view entry) {
-  return entry.ends_with(';') && Trim(entry.substr(0, entry.size() - 1)).ends_with(':');
+NewestBlock BlockOf(const MessageParts& parts) {
+  NewestBlock block;
+  for (const HeaderField& field : parts.headers) block.Takes(Trim(field.name));
+  return block;
 }
 
 }  // namespace
@@ -59,26 +51,13 @@ std::string HeaderOfHostText(std::string_view line) {
 
 bool HasRecipients(std::string_view raw) {
   const MessageParts parts = SplitMessage(raw);
-  if (IsResent(parts)) return true;
-  for (const std::string_view name : {"To", "Cc", "Bcc"}) {
-    for (const HeaderField& field : parts.headers) {
-      if (EqualsIgnoringCase(field.name, name) && field.value.find('@') != field.value.npos) return true;
-    }
-  }
-  return false;
-}
-
-std::string_view UnreadableRecipient(std::string_view list) {
-  std::string_view name;  // whose address may follow
-  for (const std::string_view piece : AddressPieces(list)) {
-    const bool has_address = HoldsAddress(piece);
-    if (has_address && piece.ends_with('>')) name = {};
-    if (!name.empty()) return name;
-    if (has_address || IsEmptyGroup(piece)) continue;
-    if (piece.find_first_of("<>@") != piece.npos) return piece;
-    name = piece;
-  }
-  return name;
+  const bool resent = IsResent(parts);
+  NewestBlock block;
+  return std::ranges::any_of(parts.headers, [&](const HeaderField& field) {
+    const std::string_view name = Trim(field.name);
+    const bool counts = resent ? block.Takes(name) && IsResentRecipient(name) : IsRecipient(name);
+    return counts && NamesRecipient(field.value);
+  });
 }
 
 bool IsToBeSent(std::string_view raw) { return Trim(FindHeader(SplitMessage(raw), "X-Unsent")) != "1"; }
@@ -97,19 +76,22 @@ bool IsDue(std::string_view raw, std::string_view now) {
 
 std::string FinishMail(std::string_view raw, const MailStamp& stamp) {
   const MessageParts parts = SplitMessage(raw);
-  const std::string kin = IsResent(parts) ? "Resent-" : "";
+  const bool resent = IsResent(parts);
   std::string mail;
-  AddWhereMissing(mail, parts, kin + "From", AddressListValue(stamp.from));
-  AddWhereMissing(mail, parts, kin + "Date", stamp.date);
-  AddWhereMissing(mail, parts, kin + "Message-ID", "<" + stamp.unique + "@wrenfold.invalid>");
-  bool ours = false;
-  while (!raw.empty()) {
-    const LineLength length = FirstLine(raw);
-    if (length.text == 0) break;
-    const std::string_view line = raw.substr(0, length.text);
-    if (!IsBlank(line.front())) ours = IsOurs(line);
-    if (!ours) mail.append(line).append("\r\n");
-    raw.remove_prefix(length.with_end);
+  if (!resent) {
+    AddWhereMissing(mail, parts, "From", AddressListValue(stamp.from));
+    AddWhereMissing(mail, parts, "Date", stamp.date);
+    AddWhereMissing(mail, parts, "Message-ID", "<" + stamp.unique + "@wrenfold.invalid>");
+  }
+  std::string missing = resent ? MissingOfBlock(BlockOf(parts), stamp) : "";
+  NewestBlock block;
+  while (!HeadersEndAt(raw)) {
+    const std::string_view lines = raw.substr(0, FirstHeader(raw).with_end);
+    raw.remove_prefix(lines.size());
+    if (IsOurs(lines)) continue;
+    const bool newest = resent && block.Takes(Trim(lines.substr(0, lines.find(':'))));
+    if (newest) mail += std::exchange(missing, "");  // in front of the block
+    mail += WithCrLf(resent && !newest ? OlderHeader(lines) : lines);
   }
   return mail + (raw.empty() ? "\r\n" : WithCrLf(raw));
 }

@@ -11,12 +11,9 @@ namespace wrenfold {
 // One header of host text with its line end, as it stands in a mail file.
 std::string HeaderOfHostText(std::string_view line);
 
-// Whether somebody is named who is to get it: To, Cc or Bcc, or their Resent- kin when there is one.
+// Whether somebody is named who is to get it: in To, Cc or Bcc, or in the newest block of Resent- headers when
+// there is one of those.
 bool HasRecipients(std::string_view raw);
-
-// The first entry of a header of recipients that names no address, "" for none: `nobody`, `<broken`; not
-// `Doe` in "Doe, John <j@example.com>" and no empty group.
-std::string_view UnreadableRecipient(std::string_view list);
 
 // False for a mail that waits for its writer: "X-Unsent: 1".
 bool IsToBeSent(std::string_view raw);
@@ -29,7 +26,8 @@ bool IsDue(std::string_view raw, std::string_view now);
 std::string UndatedDelivery(std::string_view raw);
 
 // The mail as it leaves: lines end with CR LF; From, Date and Message-ID (of a resent mail their Resent- kin)
-// are added where they are missing; our own headers, X-Unsent and X-Wrenfold-..., are taken out.
+// are added where they are missing; our own headers, X-Unsent and X-Wrenfold-..., are taken out, and of a
+// resent mail whoever else it was for (resent_mail.h).
 std::string FinishMail(std::string_view raw, const MailStamp& stamp);
 
 }  // namespace wrenfold

@@ -108,6 +108,29 @@ class Outbox(TransmissionTest):
                 self.assertEqual(result.out, f"0 {header} names no address: nobody\n", result.err)
                 self.assertEqual(self.names(self.outbox), [])
 
+    def test_a_resent_mail_never_goes_to_those_it_came_for(self):
+        (self.mails / "a.eml").write_bytes(b"From: alice@example.com\r\nTo: team@example.com\r\nBcc: old@example.com\r\n"
+                                           b"Resent-To: first@example.com\r\nMessage-ID: <1@x>\r\n\r\nhello\r\n")
+        open_it = 'MakeResentForward("{}", "open", "", "")\n'
+        for source, answer in (
+                ('print MakeResentForward("", "sendnow", "", "")', "0 the mail has no recipient"),
+                ('print MakeResentForward("Grp:;", "sendlater", "", "")', "0 the mail has no recipient"),
+                (open_it.format("") + "print SendNow()", "0 the mail has no recipient"),
+                (open_it.format("d@x.jp") + 'HostSetBody("mine")\nprint SendNow()',
+                 "0 a mail that is resent goes on as it came, but this one was changed: MakeForward() makes one of your own"),
+                ('NewMail()\nSetHeader("To", "a@x.jp")\nSetHeader("Resent-To", "b@x.jp")\nprint SendLater()',
+                 "0 a mail of your own has no Resent-To: MakeResentForward() hands one on"),
+                (open_it.format("") + 'SetHeader("Resent-To", "d@x.jp")\nprint SaveDraft2(1), SelectFolder("Drafts"), OpenMail(), SendNow()',
+                 "1111 ")):
+            with self.subTest(source):
+                result = self.run_here(source + ', " ", HostReason()\n')
+                self.assertEqual(result.out, answer + "\n", result.err)
+                self.assertEqual(self.names(self.outbox), [])
+        sent = next(self.sent.iterdir()).read_bytes()
+        self.assertRegex(sent, rb"^Resent-Date: [^\r]*\r\nResent-Message-ID: [^\r]*\r\nResent-To: d@x.jp\r\n"
+                               rb"From: alice@example.com\r\nTo: team@example.com\r\nX-Resent-To: first@example.com\r\n"
+                               rb"Message-ID: <1@x>\r\n\r\nhello\r\n$")
+
     def test_an_outbox_that_cannot_be_written_loses_nothing(self):
         self.write("blocked", "a file in the place of the folder")
         result = self.run_here(WRITE + 'print SendLater(), SendNow(), CurrentHeader("Subject")\n',
@@ -335,6 +358,28 @@ class ReallySending(TransmissionTest):
         self.assertIn("word 4: two words & | > x.txt\nword 5: %PATH%\n", result.err)
         self.assertIn(b"zoe@example.com", (self.folder / "got.eml").read_bytes())
         self.assertFalse((self.folder / "x.txt").exists())
+
+    def test_a_program_may_do_with_its_copy_what_it_likes(self):
+        result = self.run_here(WRITE + "print SendNow(), SentMailCount(), TransmitError()\n", "--send-with", "cmd /c del {file}")
+        self.assertEqual((result.out, result.code), ("110\n", 0), result.err)
+        self.assertEqual(self.only(self.sent)["Subject"], "日本語の件名")
+
+    def test_a_mail_whose_file_another_program_has_open_is_not_sent(self):
+        self.run_here(WRITE + "SendLater()\n")
+        waiting = next(self.outbox.iterdir())
+        hold = ["cmd", "/c", f"ping -n 30 127.0.0.1 < {windows_path(waiting)}"]
+        holder = subprocess.Popen((["wine"] if os.name != "nt" else []) + hold, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        time.sleep(3)
+        try:
+            result = self.run_here("for i in 2\nprint SendRemain(), TransmitError(), SentMailCount(), HostReason()\nend\n",
+                                   "--send-with", self.peer("got.eml", 0))
+        finally:
+            holder.kill()
+            holder.wait()
+        self.assertEqual(result.code, 1)
+        self.assertRegex(result.out, r"^(010[^\n]*(another program uses it|cannot write)[^\n]*\n){2}$")
+        self.assertFalse((self.folder / "got.eml").exists())
+        self.assertEqual((len(self.names(self.outbox)), self.names(self.sent)), (1, []))
 
     def test_a_program_that_fails_leaves_the_mail_with_its_message_id(self):
         for line, reason in ((self.peer("got.eml", 3), "ended with exit code 3"),

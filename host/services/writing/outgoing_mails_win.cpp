@@ -1,11 +1,11 @@
 // New mails, replies, forwards and resent mails, and what becomes of a written one: it goes to the outbox.
+#include <initializer_list>
 #include <utility>
 
 #include "host/base/ascii.h"
 #include "host/charset/charsets.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
-#include "host/mime/sections.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
@@ -19,6 +19,8 @@
 #include "host/writing/mail_rewrite.h"
 #include "host/writing/outgoing_text.h"
 #include "host/writing/quoting.h"
+#include "host/writing/recipients.h"
+#include "host/writing/resent_mail.h"
 #include "src/bridge/host_protocol.h"
 
 namespace wrenfold {
@@ -91,7 +93,10 @@ Answer ForwardAttached(Request& request) {
 
 // The user's macro has its turn, and the mail is looked at once more.
 std::optional<std::string> PrepareSending(HostState& state) {
+  const Draft before = *state.writing.draft;
   if (auto reason = WhyHeldBack(state)) return reason;
+  // It goes on as it came, whatever the macro did to it.
+  if (before.resent) state.writing.draft = before;
   if (!state.writing.quiet_subject &&
       Trim(HeaderValue(state.CurrentText(), "Subject").value_or("")).empty()) {
     Tell("the mail has no subject (NoWarningNoSubject() leaves this out)");
@@ -107,16 +112,30 @@ std::optional<std::string> WhyUnaddressed(std::string_view name, std::string_vie
   return std::string(name) + " names no address: " + std::string(entry);
 }
 
-std::optional<std::string> WhyUnaddressed(const Draft& draft) {
+std::optional<std::string> WhyUnaddressed(std::string_view text, std::initializer_list<const char*> names) {
   std::size_t at = 0;
-  while (const auto header = FieldAt(draft.text, at)) {
+  while (const auto header = FieldAt(text, at)) {
     at += header->lines.size();
-    for (const char* const name : {"To", "Cc", "Bcc"}) {
+    for (const char* const name : names) {
       if (!header->Is(name)) continue;
       if (auto reason = WhyUnaddressed(name, header->Value())) return reason;
     }
   }
   return std::nullopt;
+}
+
+// A mail that is resent goes to its new recipients alone, any other one names them in headers of its own.
+std::optional<std::string> WhyUnaddressed(const Draft& draft) {
+  constexpr std::initializer_list<const char*> kResentNames = {"Resent-To", "Resent-Cc", "Resent-Bcc"};
+  if (draft.resent) {
+    if (auto reason = WhyNotAsItCame(draft)) return reason;
+    return WhyUnaddressed(*BlockOf(draft), kResentNames);
+  }
+  for (const char* const name : kResentNames) {
+    if (HeaderValue(draft.text, name))
+      return "a mail of your own has no " + std::string(name) + ": MakeResentForward() hands one on";
+  }
+  return WhyUnaddressed(draft.text, {"To", "Cc", "Bcc"});
 }
 
 // A copy for the folder that a macro chose for sent mails.
@@ -161,13 +180,15 @@ constexpr Slot kSendNow = 53;
 constexpr Slot kSendLater = 54;
 constexpr Slot kOpen = 101;
 
-// The mail and its files; the multipart around them is made anew.
-Answer OpenResent(Request& request, std::string text) {
+// The mail as it came, for its new headers to be looked at.
+Draft OpenedMail(HostState& state, const std::string& block) {
+  const HostMessage& message = state.Message(state.root());
   Draft draft;
   draft.purpose = DraftPurpose::kForward;
-  draft.text = std::move(text);
-  draft.attachments = request.state.Message(request.state.root()).attachments;
-  return BeginWriting(request, std::move(draft));
+  draft.text = block + message.text;
+  draft.attachments = message.attachments;
+  draft.resent = state.Mail(state.root()).raw;
+  return draft;
 }
 
 // The user's macro sees the mail, with its new header, as the one being written. What it changes is not sent.
@@ -175,9 +196,7 @@ std::optional<std::string> WhyNotResent(HostState& state, const std::string& res
   if (state.writing.send_macro.empty()) return std::nullopt;
   WritingState& writing = state.writing;
   const std::size_t begun = writing.begun;
-  Draft seen;
-  seen.purpose = DraftPurpose::kForward;
-  seen.text = resent_header + state.RootText();
+  const Draft seen = OpenedMail(state, resent_header);
   auto draft = std::exchange(writing.draft, seen);
   auto kept = std::exchange(writing.kept, seen);
   const auto switched = std::exchange(writing.switched, 0);
@@ -196,19 +215,16 @@ Answer Resend(Request& request) {
   HostState& state = request.state;
   const Slot mode = request.Number(1) & ~wfinfo::kResendAsBcc;
   const bool as_bcc = (request.Number(1) & wfinfo::kResendAsBcc) != 0;
-  if (mode == kOpen) return OpenResent(request, ResentText(state.RootText(), request.Text(0), as_bcc));
+  const std::string header = ResentText("", request.Text(0), as_bcc);
+  if (mode == kOpen) return BeginWriting(request, OpenedMail(state, header));
   if (mode != kSendNow && mode != kSendLater)
     return request.Fail("no such way to resend: " + std::to_string(request.Number(1)));
   if (const auto reason = WhyUnaddressed(as_bcc ? "Resent-Bcc" : "Resent-To", request.Text(0)))
     return request.Fail(*reason);
-  // The mail goes on as it came, byte by byte; a draft is its text.
-  const std::string& came = state.Mail(state.root()).raw;
-  const MessageParts parts = SplitMessage(came);
-  const bool all_body = parts.headers.empty() && parts.body.size() == came.size();
-  const std::string header = ResentText("", request.Text(0), as_bcc);
-  const std::string raw = HeaderOfHostText(header) + (all_body ? "\r\n" : "") + came;
+  const std::string mail =
+      ResentMail(HeaderOfHostText(header), state.Mail(state.root()).raw, NewStamp(state));
   if (const auto reason = WhyNotResent(state, header)) return request.Fail(*reason);
-  return mode == kSendNow ? PostNow(request, raw) : PostLater(request, raw);
+  return mode == kSendNow ? PostNow(request, mail) : PostLater(request, mail);
 }
 
 constexpr Service kServices[] = {

@@ -193,6 +193,13 @@ TEST_F(HostFolderTree, ARoleIsKnownByPropertyOrName) {
   EXPECT_EQ(tree_.WithRole(1, "trash"), std::nullopt) << "another tree";
 }
 
+TEST_F(HostFolderTree, TheTopIsNoTrashWhateverItsRoleSays) {
+  EXPECT_EQ(tree_.SetProperty(0, "role", "trash"), std::nullopt);
+  EXPECT_EQ(tree_.WithRole(0, "trash"), std::nullopt) << "Delete would remove its mails for good";
+  const auto made = tree_.MakeWithRole(0, "trash");
+  EXPECT_EQ(std::get<std::size_t>(made), tree_.Find("trash", 0));
+}
+
 TEST_F(HostFolderTree, SearchFoldersComeBack) {
   const auto made =
       tree_.MakeSearch("found/minutes", 0, "Subject: minutes\r\nBody: x", tree_.Find("lists", 0));

@@ -80,6 +80,40 @@ TEST_F(Outbox, WhatCannotBeSentIsToldAndStays) {
   EXPECT_TRUE(fs::exists(root_ / "outbox/b.eml"));
 }
 
+TEST_F(Outbox, OfAMailThatIsGoneWhenItWasHandedOnTheCopyComesOutOfMemory) {
+  fs::path file;
+  outbox_.Add(kMail, "u-1", file);
+  const auto take = [](const fs::path& given, const std::string&) {
+    fs::remove(given);
+    return std::optional<std::string>();
+  };
+  EXPECT_EQ(outbox_.Send(file, kStamp, take), std::nullopt);
+  EXPECT_EQ(Bytes(root_ / "Sent/u-1.eml"), FinishMail(kMail, kStamp));
+}
+
+TEST_F(Outbox, AMailThatWasSentAndCannotBeFiledIsToldAndNotSentAgain) {
+  fs::path file;
+  outbox_.Add(kMail, "u-1", file);
+  int times = 0;
+  const auto block = [&](const fs::path&, const std::string&) {
+    ++times;
+    fs::remove_all(root_ / "Sent");
+    Put("Sent", "a file in the place of the folder");
+    return std::optional<std::string>();
+  };
+  const std::string told = file.string() + " was sent, but no copy of it can be written into " +
+                           (root_ / "Sent").string() +
+                           ": it lies in the outbox still, from where another run would send it again";
+  EXPECT_EQ(outbox_.Send(file, kStamp, block), told);
+  EXPECT_EQ(outbox_.Send(file, kStamp, block), told);
+  fs::remove(root_ / "Sent");
+  fs::create_directories(root_ / "Sent");
+  EXPECT_EQ(outbox_.Send(file, kStamp, block), std::nullopt);
+  EXPECT_EQ(times, 1);
+  EXPECT_EQ(Bytes(root_ / "Sent/u-1.eml"), FinishMail(kMail, kStamp));
+  EXPECT_TRUE(outbox_.Waiting().empty());
+}
+
 TEST_F(Outbox, SendsInOrderOfNamesAndNotWhatIsUnfinishedOrUnsent) {
   Put("outbox/b.eml", kMail);
   Put("outbox/a.EML", kMail);
