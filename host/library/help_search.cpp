@@ -12,6 +12,8 @@
 #include "host/library/help_ranking.h"
 #include "host/library/language_help.h"
 #include "host/macro/advice.h"
+#include "src/bridge/host_protocol.h"
+#include "src/catalogue/requests.h"
 #include "src/catalogue/rows.h"
 
 namespace wrenfold {
@@ -43,11 +45,57 @@ std::string FunctionsPage(std::span<const HelpEntry> others) {
   return page + "help language lists those of the language, help families the exports by subject\n";
 }
 
+// How the examples behind the entries are read and run.
+constexpr std::string_view kExamplesPage =
+    "help NAME shows an example behind an export; RootHeader, say: help RootHeader.\n"
+    "  # text        a comment: what the example is good for\n"
+    "  #> text       a line that it prints, of a macro or a message; // and //> in a program in C\n"
+    "  #< text       a line that the user types where the macro asks for one\n"
+    "  FILE:6:24     FILE is the macro's own file, behind it line and column of the call\n"
+    "  Run with: ... how the host is started for it; without such a line\n"
+    "                wrenfold --mail samples/mails --macro FILE does\n"
+    "  Needs: ...    what must be there beside that: a variable that is set before, a program, a server\n"
+    "Messages of the library are those of --english. Examples change the mails that they are run on: take a\n"
+    "copy of samples, or --read-only.\n";
+
+bool IsNumber(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return IsDigit(c); });
+}
+
+// The digits of "44", "code 44", "command 40014", "menu command 40014"; "" of anything else.
+std::string_view AskedCode(std::string_view lowered) {
+  for (const std::string_view word : {"menu ", "code ", "command "}) {
+    if (lowered.starts_with(word)) lowered = Trim(lowered.substr(word.size()));
+  }
+  return IsNumber(lowered) ? lowered : "";
+}
+
+bool Sends(const Row& row, std::string_view number) {
+  const auto requests = wfinfo::catalogue::RequestsOf(row);
+  return std::any_of(requests.begin(), requests.end(), [number](const auto& request) {
+    const bool carries = request.code == 0 || wfinfo::CarriesCommand(request.code);
+    return (request.code != 0 && std::to_string(request.code) == number) ||
+           (carries && std::to_string(request.first_slot) == number);
+  });
+}
+
+// The exports that send a code or menu command.
+std::string SendersPage(std::string_view number) {
+  std::string text;
+  for (const Row& row : Rows()) {
+    if (Sends(row, number)) text += FoundLine(CallForm(row), row.doc);
+  }
+  if (text.empty()) return "no export sends code or menu command " + Shortened(number) + "\n";
+  return "Code or menu command " + std::string(number) + " is sent by\n" + text;
+}
+
 std::optional<std::string> PageFor(const std::string& lowered, std::span<const HelpEntry> others) {
   if (lowered == "exports") return HelpOverview();
   if (lowered == "families") return FamiliesPage();
   if (lowered == "language") return LanguagePage();
   if (lowered == "functions") return FunctionsPage(others);
+  if (lowered == "examples") return std::string(kExamplesPage);
+  if (const std::string_view code = AskedCode(lowered); !code.empty()) return SendersPage(code);
   return std::nullopt;
 }
 
@@ -57,6 +105,13 @@ std::string Family(const std::string& lowered) {
     if (Lower(row.family) == lowered) text += FoundLine(CallForm(row), row.doc);
   }
   return text;
+}
+
+// As "help families" shows it: "Folders" is a family, "folders" a word of the prompt.
+bool IsFamilyTitle(std::string_view asked) {
+  const auto rows = Rows();
+  return wfinfo::catalogue::FindRow(asked) == nullptr &&
+         std::any_of(rows.begin(), rows.end(), [asked](const Row& row) { return row.family == asked; });
 }
 
 std::string TextOf(const HelpEntry& entry) {
@@ -124,7 +179,8 @@ std::optional<std::string> Named(std::string_view name, std::span<const HelpEntr
   if (const Row* exact = wfinfo::catalogue::FindRow(name)) return RowText(*exact, example);
   if (const HelpEntry* entry = FindEntry(name, entries)) {
     if (entry->kind != HelpEntry::Kind::kPrompt) return TextOf(*entry);
-    return TextOf(*entry) + Search(name, entries, kMostFound, entry->name);
+    const bool others = !Search(name, entries, 1, entry->name).empty();
+    return TextOf(*entry) + (others ? "help all " + std::string(name) + " finds exports\n" : "");
   }
   const Row* row = FindRow(name);
   if (row == nullptr) return std::nullopt;
@@ -153,6 +209,7 @@ std::optional<std::string> HelpFor(std::string_view asked, std::span<const HelpE
   entries.insert(entries.end(), language.begin(), language.end());
   const std::string lowered = Lower(asked);
   if (auto page = PageFor(lowered, others)) return page;
+  if (IsFamilyTitle(asked)) return Family(lowered);
   if (auto named = Named(CalledName(asked), entries, example)) return named;
   if (auto sign = Sign(asked, entries)) return sign;
   if (std::string family = Family(lowered); !family.empty()) return family;

@@ -12,7 +12,8 @@
 
 namespace wrenfold {
 
-// Text for `asked`: a page ("language", "functions", "families", "exports"); the name of an export, of one
+// Text for `asked`: a page ("language", "functions", "families", "exports", "examples"); the exports that
+// send a code ("44", "code 44", "40014"); a family as it is titled; the name of an export, of one
 // of `others`, of a function, word or sign of the language, in any letter case and also as a call; a family;
 // else what a search finds, with first sentences, of which "all WORD" shows more than the best. Behind an
 // export stands what `example` gives for its name. nullopt when nothing is found.

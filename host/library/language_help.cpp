@@ -74,7 +74,8 @@ constexpr HelpEntry kTerms[] = {
      "Root mail, open mail: the one that shows, or that the mail being written answers or forwards. Current "
      "mail: the one being written, else the open mail. The host's result: the number that a host answers; in "
      "brackets stands what this one, the small host, answers. A short or long result: a text that other "
-     "programs than macros copy before the next one.",
+     "programs than macros copy before the next one. In an example #> is what it prints, #< what the user "
+     "types: help examples.",
      kLanguage},
 };
 

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "host/base/ascii.h"
+#include "host/base/nearest_names.h"
 #include "host/base/shortened.h"
 #include "host/library/export_help.h"
 #include "host/library/help_search.h"
@@ -22,6 +23,8 @@ constexpr std::string_view kNotRun = "nothing of this block was run";
 // The first line of "mails": macros count otherwise than "open N".
 constexpr std::string_view kMailsHead =
     "open N counts these from 1, over all folders; SetMailIndex(n) the current folder's from 0\n";
+
+constexpr std::string_view kHelpAlone = "; help alone tells what there is";
 
 // Words that other programs are left with, and so what is typed first.
 constexpr std::string_view kLeavingElsewhere[] = {"exit", "exit()", "quit()", "bye", "q", ":q", "logout"};
@@ -93,6 +96,10 @@ bool Prompt::Command(std::string_view word, std::string_view rest) {
     Mails(rest);
   } else if (IsWord(word, "folders") && alone) {
     Page(side_.FolderList());
+  } else if (IsMisused(word, rest)) {
+    Complain(std::string(word) + " stands alone: it lists " +
+             (EqualsIgnoringCase(word, "vars") ? "all variables"
+                                               : "all folders; mails FOLDER lists the mails of one"));
   } else if (IsWord(word, "vars") && alone) {
     Variables();
   } else if (IsWord(word, "run") && !alone) {
@@ -103,6 +110,32 @@ bool Prompt::Command(std::string_view word, std::string_view rest) {
     return false;
   }
   return true;
+}
+
+// "folders x": the word, which stands alone, with something behind it that makes no expression of it.
+bool Prompt::IsMisused(std::string_view word, std::string_view rest) const {
+  constexpr std::string_view kOperators = "=!<>+-*/%[(,.";
+  if (!IsWord(word, "folders") && !IsWord(word, "vars")) return false;
+  return !rest.empty() && !words_.known.variables.contains(word) &&
+         kOperators.find(rest[0]) == kOperators.npos;
+}
+
+// "; did you mean help?" for "hepl" and "hepl folder"; "" when the first word is a variable or like none of
+// the prompt's. Two letters that changed places are two slips.
+std::string Prompt::MeantWord(std::string_view source) const {
+  const Words words = Split(Trim(source));
+  const bool is_name = std::all_of(words.first.begin(), words.first.end(), IsLetter);
+  if (!is_name || words.first.size() < 3 || words_.known.variables.contains(words.first)) return "";
+  if (!words.rest.empty() && !IsLetter(words.rest[0]) && !IsDigit(words.rest[0])) return "";
+  std::string_view nearest;
+  std::size_t least = words.first.size() > 3 ? 3 : 2;
+  for (const HelpEntry& entry : PromptWordHelp()) {
+    const std::size_t distance = EditDistance(words.first, entry.name);
+    if (distance >= least) continue;
+    nearest = entry.name;
+    least = distance;
+  }
+  return nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?";
 }
 
 // A variable of this name is well, but its name alone does not show it.
@@ -200,7 +233,11 @@ std::optional<macro::Problem> Prompt::WrongHeader(const std::string& line) const
 // Tells what is wrong with `source`, and lets the lines of the blocks pass by that are open behind it: alone,
 // they would do what the refused line was to decide.
 void Prompt::Refuse(const macro::Problem& problem, const std::string& source, int open) {
-  Explain(problem);
+  macro::Problem told = problem;
+  const std::string meant = MeantWord(source);
+  if (Split(Trim(source)).rest.empty() && told.text.starts_with("no variable ")) told.text += kHelpAlone;
+  told.text += meant;
+  Explain(told);
   const bool is_part = macro::BelongsToBlock(source);
   const bool is_block = is_part || open > 0 || source.find('\n') != std::string::npos;
   if (is_part) open = 1;
@@ -230,7 +267,7 @@ void Prompt::Help(std::string_view asked) {
   others.insert(others.end(), words.begin(), words.end());
   const auto example = [this](std::string_view name) { return side_.Example(name); };
   if (const auto text = HelpFor(asked, others, example)) return Page(*text);
-  Complain(UnknownExport(asked) + "; help alone tells what there is");
+  Complain(UnknownExport(asked) + std::string(kHelpAlone));
 }
 
 void Prompt::Open(std::string_view number) {

@@ -63,6 +63,8 @@ class Prompt {
   std::optional<std::string> Read(std::string_view mark);
   void Line(const std::string& line);
   bool IsWord(std::string_view typed, std::string_view word) const;
+  bool IsMisused(std::string_view word, std::string_view rest) const;
+  std::string MeantWord(std::string_view source) const;
   bool Command(std::string_view word, std::string_view rest);
   void Statement(std::string source);
   void Carry(const macro::Program& program, const std::string& source, int open);

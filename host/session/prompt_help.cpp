@@ -11,6 +11,7 @@ constexpr std::string_view kPromptHelp =
     "help functions         functions of the host: HostReason() tells why the last call failed, ...\n"
     "help families          lists the subjects, help FAMILY the exports of one; help exports lists all "
     "names\n"
+    "help 44                the exports that send code 44 to the host; help examples how examples are read\n"
     "mails                  lists the mails; open N opens mail N of that list; mails FOLDER those of one "
     "folder\n"
     "folders                lists the folders, as SelectFolder takes them\n"
@@ -22,7 +23,7 @@ constexpr auto kPrompt = HelpEntry::Kind::kPrompt;
 constexpr HelpEntry kWords[] = {
     {"help", "help, help NAME, help WORD ..., help all WORD ...",
      "Tells what an export, a function or a word is, or finds exports by words. Also help language, help "
-     "functions, help families, help exports. ? does the same.",
+     "functions, help families, help exports, help examples, help 44 (who sends code 44). ? does the same.",
      kPrompt},
     {"mails", "mails, mails FOLDER",
      "Lists the mails of all folders, or of one. The numbers, counted from 1 over all folders, are those of "
@@ -47,7 +48,10 @@ constexpr HelpEntry kWords[] = {
      kPrompt},
     {"--read-only", "wrenfold --read-only ...",
      "Macros change no mail file: mails move and change in memory alone.", kPrompt},
-    {"--trace", "wrenfold --trace ...", "Tells each call and each request on standard error.", kPrompt},
+    {"--trace", "wrenfold --trace ..., wrenfold --trace=SetHeader,44 ...",
+     "Tells each call and each request on standard error; behind = stand exports, codes and menu commands, "
+     "commas between them, and nothing else is told. --trace-json FILE writes them for tools.",
+     kPrompt},
 };
 
 }  // namespace

@@ -165,9 +165,70 @@ TEST(HelpSearch, KnowsThePromptsWordsAndWhatElseHasThem) {
     EXPECT_TRUE(Help(word).starts_with(std::string(entry->form) + "\n" + std::string(entry->doc) + "\n"))
         << word;
   }
-  EXPECT_NE(RowOf(Help("folders"), "SelectFolder("), std::string::npos);
-  EXPECT_NE(RowOf(Help("mails"), "MailCount()"), std::string::npos);
-  EXPECT_NE(RowOf(Help("quit"), "Exit()"), std::string::npos);
+  for (const std::string_view word : {"mails", "open", "run", "folders"}) {
+    EXPECT_EQ(RowCount(Help(word)), 0u) << "nothing but the word: " << Help(word);
+    EXPECT_NE(Help(word).find("\nhelp all " + std::string(word) + " finds exports\n"), std::string::npos)
+        << word;
+  }
+  EXPECT_NE(RowOf(Help("all folders"), "SelectFolder("), std::string::npos);
+  EXPECT_NE(RowOf(Help("all mails"), "MailCount()"), std::string::npos);
+  EXPECT_NE(RowOf(Help("all quit"), "Exit()"), std::string::npos);
+}
+
+TEST(HelpSearch, TellsWhoSendsACodeOrMenuCommand) {
+  for (const std::string_view asked : {"44", "code 44", "Code 44"}) {
+    EXPECT_NE(RowOf(Help(asked), "AddHeader(name, value)\n"), std::string::npos) << asked << "\n"
+                                                                                 << Help(asked);
+    EXPECT_NE(RowOf(Help(asked), "AddHeaderIf(name, value)\n"), std::string::npos) << asked;
+    EXPECT_EQ(RowCount(Help(asked)), 2u) << asked;
+  }
+  for (const std::string_view asked : {"40014", "code 40014", "command 40014", "menu command 40014"}) {
+    EXPECT_NE(RowOf(Help(asked), "FindUp()\n"), std::string::npos) << asked << "\n" << Help(asked);
+    EXPECT_EQ(RowCount(Help(asked)), 1u) << asked;
+  }
+  EXPECT_NE(RowOf(Help("40002"), "NewMail()\n"), std::string::npos) << "a command without code";
+  EXPECT_EQ(Help("99999"), "no export sends code or menu command 99999\n");
+}
+
+TEST(HelpSearch, TakesAFamilyAsItIsTitled) {
+  EXPECT_NE(RowOf(Help("Folders"), "MakeFolder("), std::string::npos) << Help("Folders");
+  EXPECT_EQ(RowOf(Help("folders"), "MakeFolder("), std::string::npos) << "the word of the prompt";
+  for (const wfinfo::catalogue::Row& row : wfinfo::catalogue::Rows()) {
+    if (FindRow(row.family) != nullptr) continue;
+    EXPECT_NE(RowOf(Help(row.family), CallForm(row) + "\n    "), std::string::npos) << row.family << row.name;
+  }
+}
+
+TEST(HelpSearch, ExplainsTheExamples) {
+  for (const std::string_view part : {"#> ", "#< ", "FILE", "Run with:", "Needs:", "--mail samples/mails"})
+    EXPECT_NE(Help("examples").find(part), std::string::npos) << part;
+  EXPECT_NE(Help("terms").find("help examples"), std::string::npos);
+}
+
+TEST(HelpSearch, NeedsNoOtherPage) {
+  for (const wfinfo::catalogue::Row& row : wfinfo::catalogue::Rows())
+    EXPECT_EQ(HelpText(row).find("docs/"), std::string::npos) << row.name;
+  const struct {
+    std::string_view name;
+    std::string_view part;
+  } kCases[] = {
+      {"SetFindPack", "any header's name, Body, or Any"},
+      {"FormatDate", "D day"},
+      {"FormatDateDefault1601", "an \"o\" in front"},
+      {"FormatDateSub", "EM and EFM month"},
+      {"CurrentDate", "means something to FormatDate alone"},
+      {"CsvExport", "cc, subject, size (bytes), folder, file and unread"},
+      {"DoGrep", "drafts too"},
+      {"StartDoGrep2", "drafts too"},
+      {"CsvExport", "drafts too"},
+  };
+  for (const auto& c : kCases)
+    EXPECT_NE(HelpText(*FindRow(c.name)).find(c.part), std::string::npos)
+        << c.name << HelpText(*FindRow(c.name));
+  for (const std::string_view name :
+       {"SetHeader", "AddHeader", "AddHeaderIf", "SetHeader2", "DeleteHeader", "DeleteHeader2",
+        "DeleteHeaderUnited", "SetHeaderUnited", "SetOrDeleteHeader"})
+    EXPECT_NE(HelpText(*FindRow(name)).find("in memory until AlterSave"), std::string::npos) << name;
 }
 
 TEST(HelpSearch, AnswersSigns) {

@@ -46,6 +46,38 @@ TEST(Prompt, TellsMistakesAndGoesOn) {
   EXPECT_FALSE(talk.all_well);
 }
 
+TEST(Prompt, KnowsAMistypedWordOfItsOwn) {
+  const struct {
+    const char* typed;
+    const char* expected;
+    const char* why;
+  } kCases[] = {
+      {"hepl",
+       "! column 1: no variable 'hepl': nothing is assigned to it; help alone tells what there is; did you "
+       "mean help?\n",
+       "two letters that changed places"},
+      {"quitt",
+       "! column 1: no variable 'quitt': nothing is assigned to it; help alone tells what there is; did you "
+       "mean quit?\n",
+       "one too many"},
+      {"zzzzzz",
+       "! column 1: no variable 'zzzzzz': nothing is assigned to it; help alone tells what there is\n",
+       "like nothing"},
+      {"folders x", "! folders stands alone: it lists all folders; mails FOLDER lists the mails of one\n",
+       ""},
+      {"vars x", "! vars stands alone: it lists all variables\n", ""},
+  };
+  for (const auto& c : kCases) {
+    const Conversation talk = Talk({c.typed});
+    EXPECT_EQ(talk.out, c.expected) << c.why;
+    EXPECT_FALSE(talk.all_well) << c.typed;
+  }
+  EXPECT_NE(Talk({"hepl folder"}).out.find("; did you mean help?\n"), std::string::npos);
+  EXPECT_EQ(Talk({"folders = 2", "x = folders + 1", "folders + 1"}).out.find("stands alone: it"),
+            std::string::npos);
+  EXPECT_EQ(Talk({"1 + opne"}).out.find("did you mean"), std::string::npos) << "not at the beginning";
+}
+
 TEST(Prompt, HasWordsOfItsOwn) {
   EXPECT_EQ(Talk({"mails", "open 2", " open  2 "}).out, kMailsHead + "list\nopened 2\nopened 2\n");
   EXPECT_EQ(Talk({"mails lists/users", "mails \"lists\\\\users\""}).out,
