@@ -6,12 +6,13 @@
 
 using V = Vec::Type;
 constexpr std::size_t kWidth = Vec::kWidth;
-constexpr std::size_t kPage = 4096;   // the smallest page there is
-constexpr std::size_t kLookBack = 4;  // bytes before a position that a search may look at
-constexpr std::size_t kStep = 64;     // bytes that are looked at as one word of bits
-constexpr std::size_t kUnroll = 4;    // vectors in one round of the counting loop
-constexpr std::size_t kBlock = kUnroll * kWidth;
-constexpr int kRounds = 16;  // rounds until the byte sums are emptied: at most 2 * 4 * 16 < 256 each
+constexpr std::size_t kPage = 4096;         // the smallest page there is
+constexpr std::size_t kLookBack = 4;        // bytes before a position that a search may look at
+constexpr std::size_t kStep = 64;           // bytes that are looked at as one word of bits
+constexpr std::size_t kBlock = 4 * kWidth;  // bytes that are copied at a time
+constexpr std::size_t kCounted = kBlock < kStep ? kStep : kBlock;  // bytes of a round of the counting loop
+constexpr std::size_t kUnroll = kCounted / kWidth;
+constexpr int kRounds = 16;  // rounds until the byte sums are emptied: at most 8 * 16 < 256 each
 
 inline std::size_t Offset(const char* p, std::size_t unit) {
   return reinterpret_cast<std::uintptr_t>(p) & (unit - 1);
@@ -156,7 +157,7 @@ WFINFO_UNCHECKED const char* CountBlocks(const char* p, std::size_t& ends, std::
     const char* const run = p;
     int round = 0;
     while (round < kRounds && CountBlock(p, sum)) {
-      p += kBlock;
+      p += kCounted;
       ++round;
     }
     const std::size_t counted = Vec::Sum(sum);
@@ -171,7 +172,7 @@ WFINFO_UNCHECKED void CountInto(LineSearch& search) {
   // Blocks are aligned to their size, which divides a page, and stand far enough behind the start to
   // look back.
   const char* const from = search.text + kWidth + kLookBack;
-  const char* const first_block = from + (kBlock - Offset(from, kBlock));
+  const char* const first_block = from + (kCounted - Offset(from, kCounted));
   if (Walk(search, search.text, first_block)) return;
   Walk(search, CountBlocks(first_block, search.ends, search.wanted));
 }
@@ -206,7 +207,7 @@ WFINFO_UNCHECKED LineTally CountEnds(const char* text) {
   const char* p = text - Offset(text, kStep);
   if (CountStep(p, ~std::uint64_t{0} << Offset(text, kStep), search)) return {search.ends, search.at};
   // Blocks are aligned to their size and look back as far as an escape and its CR reach.
-  for (p += kStep; p < text + kLookBack || Offset(p, kBlock) != 0; p += kStep) {
+  for (p += kStep; p < text + kLookBack || Offset(p, kCounted) != 0; p += kStep) {
     if (CountStep(p, ~std::uint64_t{0}, search)) return {search.ends, search.at};
   }
   p = CountBlocks(p, search.ends, search.wanted);
