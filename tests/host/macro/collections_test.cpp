@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "host/charset/charsets.h"
 #include "tests/host/macro/run_macro.h"
 
 namespace wrenfold::macro {
@@ -113,6 +114,12 @@ TEST(MacroCollections, HasFunctionsForTextsListsAndTables) {
       {"a = []\nprint append(a, 1), append(a, [2]), append(a[1], 3), a", "122[1, [2, 3]]\n", "append"},
       {"text = 1\nprint text + len(\"a\")", "2\n", "a variable may be named like them"},
   });
+}
+
+TEST(MacroCollections, SplitLeavesCharactersAboveFfffWhole) {
+  const std::string text = SystemCharsets().Utf8ToHost("a\U0001F600b");  // two escapes in host text
+  Check({{"s = \"" + text + "\"\nprint len(split(s, \"\")), join(reverse(split(s, \"\")), \"\")",
+          "3" + SystemCharsets().Utf8ToHost("b\U0001F600a") + "\n", "as one character"}});
 }
 
 TEST(MacroCollections, TellsWhatItsFunctionsNeed) {
