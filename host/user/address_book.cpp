@@ -128,6 +128,7 @@ std::optional<std::string> AddressBook::Add(const BookEntry& entry) {
   const std::string shown = SystemCharsets().HostToUtf8(Trim(In(entry, BookPart::kAddress)));
   if (file_.empty()) return "there is no address book: --book FILE names one";
   if (shown.empty()) return "an entry needs an address";
+  if (!IsOneAddress(In(entry, BookPart::kAddress))) return Quoted(shown, 100) + " is not one address";
   if (Find(In(entry, BookPart::kAddress)) != nullptr)
     return Quoted(shown, 100) + " is in the address book already";
   for (std::size_t part = 0; part < kBookParts; ++part) {
