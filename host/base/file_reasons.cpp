@@ -6,6 +6,7 @@
 
 #include "host/base/file_hold.h"
 #include "host/base/paths.h"
+#include "host/base/system_errors.h"
 #include "host/base/whole_file.h"
 
 namespace wrenfold {
@@ -18,7 +19,8 @@ struct Reason {
   const char* text;
 };
 
-// The system's own texts are in the user's language or none at all under some C libraries; these are ours.
+// The system's own texts are in the user's language and code page, with a line end, or none at all under some
+// C libraries; these are ours.
 constexpr Reason kReasons[] = {
     {std::errc::no_such_file_or_directory, "no such file or folder"},
     {std::errc::not_a_directory, "no such file or folder"},
@@ -42,7 +44,12 @@ std::string ReasonOf(const std::error_code& error) {
   for (const Reason& row : kReasons) {
     if (error == row.code) return row.text;
   }
-  return error ? error.message() : "the file cannot be opened";
+  if (!error) return "the file cannot be opened";
+#ifdef _WIN32
+  if (error.category() == std::system_category())
+    return SystemReason(static_cast<unsigned long>(error.value()));
+#endif
+  return error.message();
 }
 
 std::string WhyUnreadable(const fs::path& file) {

@@ -30,18 +30,36 @@ std::string FullPath(const fs::path& path) {
   return WithSlashes(PathToUtf8(fs::absolute(path, error).lexically_normal()));
 }
 
-// True when each part of a path in a tree can be a folder's name as it stands.
-bool CanBePath(std::string_view path) {
+// Names of files that the host keeps beside mails, and what it writes beside a file.
+bool IsOwnFile(std::string_view name) {
+  return IsMarksFile(name) || EqualsIgnoringCase(name, "folders.txt") ||
+         EqualsIgnoringCase(name, "filters.txt") || Lower(name).ends_with(".new");
+}
+
+// Why a part of a path cannot be a folder's name as it stands, if so.
+std::optional<std::string> WhyNoName(std::string_view name) {
+  const std::u16string part = Utf8ToWide(name);
+  if (part.empty()) return "a part of it is empty";
+  // Folders whose name begins with a period are not read.
+  if (part[0] == u'.') return "a part of it begins with a period";
+  if (IsOwnFile(name)) return "files of the host are called so";
+  if (part.size() > kLongestFileName)
+    return "a name has " + std::to_string(kLongestFileName) + " characters at most";
+  if (CleanFileName(part) != part) return "Windows takes no such name";
+  return std::nullopt;
+}
+
+// The same of each part of a path in a tree.
+std::optional<std::string> WhyNoPath(std::string_view path) {
   while (true) {
     const std::size_t slash = path.find('/');
-    const std::u16string part = Utf8ToWide(path.substr(0, slash));
-    // Folders whose name begins with a period are not read.
-    if (part.empty() || part[0] == u'.' || CleanFileName(part) != part) return false;
-    if (IsMarksFile(path.substr(0, slash))) return false;
-    if (slash == path.npos) return true;
+    if (auto reason = WhyNoName(path.substr(0, slash))) return reason;
+    if (slash == path.npos) return std::nullopt;
     path.remove_prefix(slash + 1);
   }
 }
+
+bool CanBePath(std::string_view path) { return !WhyNoPath(path); }
 
 // In any case, as the system takes them.
 bool IsBelow(std::string_view path, std::string_view folder) {
@@ -107,8 +125,10 @@ std::variant<FolderTree::Place, std::string> FolderTree::PlaceOf(std::string_vie
                         EqualsIgnoringCase(std::string_view(wanted).substr(0, root.size()), root);
     if (within) place = {tree, wanted.substr(root.size() + 1)};
   }
-  if (!CanBePath(place.path) || !store_.LooksAt(place.tree, place.path))
-    return "no folder can be called \"" + std::string(path) + "\"";
+  std::optional<std::string> reason = WhyNoPath(place.path);
+  if (!reason && !store_.LooksAt(place.tree, place.path))
+    reason = "it would not be read: it lies too deep, behind a link, or where mails wait";
+  if (reason) return "no folder can be called \"" + std::string(path) + "\": " + *reason;
   return place;
 }
 

@@ -1,5 +1,6 @@
 #include "host/folders/mail_exchange.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
 #include <system_error>
@@ -176,6 +177,31 @@ std::string ExportName(const ExportedMail& mail, ExportNaming naming, std::size_
   char text[24];
   std::snprintf(text, sizeof text, "%04zu", number + 1);
   return text;
+}
+
+std::string WhyOverMails(const ExportPlan& plan, std::span<const MailFolder> folders,
+                         std::span<const fs::path> sources) {
+  const bool to_folder = plan.type == ExportType::kEml || plan.type == ExportType::kText;
+  const auto same = [&plan](const fs::path& path) {
+    std::error_code error;
+    return fs::equivalent(path, plan.path, error) && !error;
+  };
+  // An mbox takes mails at its end; any other file would hold two.
+  const auto in_folder = [&](const MailFolder& folder) {
+    const bool harmless =
+        plan.write == ExportWrite::kAppend || (to_folder && folder.kind == FolderKind::kMbox);
+    return !folder.removed && folder.kind != FolderKind::kSearch && !harmless && same(folder.path);
+  };
+  const bool writes_over = plan.write != ExportWrite::kNew;
+  if (writes_over && std::ranges::any_of(folders, in_folder))
+    return PathToUtf8(plan.path) + " holds mails that are open: Export writes no other ones over them";
+  const bool is_mail = writes_over && !to_folder && std::ranges::any_of(sources, same);
+  const bool is_mbox = std::ranges::any_of(folders, [&](const MailFolder& folder) {
+    return folder.kind == FolderKind::kMbox && same(folder.path);
+  });
+  if (is_mail && !is_mbox)
+    return PathToUtf8(plan.path) + " is a mail that is open: Export writes no other ones over it";
+  return "";
 }
 
 ExportResult ExportMails(const ExportPlan& plan, std::span<const ExportedMail> mails) {

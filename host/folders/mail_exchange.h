@@ -62,6 +62,11 @@ struct ExportPlan {
 
 // Writes the mails. A file of its own that exists is replaced by kTruncate; else the name gets a number
 // behind it: "Minutes (2).eml". Names given in this export are never used twice.
+// Why an export would write over mails that are read, or into their folder over their files; "" when it would
+// not. `sources`: the files that mails were read from.
+std::string WhyOverMails(const ExportPlan& plan, std::span<const MailFolder> folders,
+                         std::span<const std::filesystem::path> sources);
+
 ExportResult ExportMails(const ExportPlan& plan, std::span<const ExportedMail> mails);
 
 }  // namespace wrenfold

@@ -63,7 +63,7 @@ HostResult GoToLine(HostCall& call) {
 
 HostResult Address(HostCall& call) {
   const Value& address = call.given[1];
-  if (address.IsText() && !address.Text().empty()) {
+  if (address.IsText()) {
     if (IsOneAddress(address.Text())) return Value(NamedAddress(TextOf(call.given[0]), address.Text()));
     const std::string shown = Quoted(SystemCharsets().HostToUtf8(address.Text()), 60);
     return TextOr(call, std::nullopt, (shown + " is not one address").c_str());

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "src/text/host_text.h"
+#include "src/text/wide_text.h"
 
 namespace wrenfold::macro {
 namespace {
@@ -75,6 +76,18 @@ std::size_t FindWhole(std::string_view text, std::string_view separator, std::si
   return std::string_view::npos;
 }
 
+bool IsSurrogate(std::string_view unit, char16_t first) {
+  return unit.size() == wfinfo::kEscapeLength && (wfinfo::EscapedUnit(unit.data()) & 0xFC00) == first;
+}
+
+// Length of the character that `text` begins with: one above U+FFFF is two escapes.
+std::size_t CharacterLength(std::string_view text) {
+  const std::string_view first = wfinfo::NextUnit(text);
+  if (!IsSurrogate(first, 0xD800)) return first.size();
+  const std::string_view second = wfinfo::NextUnit(text.substr(first.size()));
+  return first.size() + (IsSurrogate(second, 0xDC00) ? second.size() : 0);
+}
+
 Result Split(Given given, std::size_t most_bytes) {
   if (!given[0].IsText()) return Wrong("split", "a text", given[0]);
   if (!given[1].IsText()) return Wrong("split", "a text as its separator", given[1]);
@@ -85,7 +98,7 @@ Result Split(Given given, std::size_t most_bytes) {
   for (std::size_t at = 0; at <= text.size();) {
     const bool by_character = separator.empty();
     if (by_character && at == text.size()) break;
-    const std::size_t end = by_character ? at + wfinfo::UnitLength(text.substr(at))
+    const std::size_t end = by_character ? at + CharacterLength(text.substr(at))
                                          : std::min(FindWhole(text, separator, at), text.size());
     pieces.emplace_back(std::string(text.substr(at, end - at)));
     bytes += Value::ItemBytes(pieces.back());

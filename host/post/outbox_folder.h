@@ -39,8 +39,8 @@ class OutboxFolder {
   // With `now`, as in a Date header, only those that are due then.
   std::vector<std::filesystem::path> Waiting(std::string_view now = "") const;
 
-  // Fills in what the mail lacks, hands it on, and moves it to the sent ones. Returns why it stays, or that it
-  // was sent but could not be moved: then the next call tries that again and hands nothing on.
+  // Fills in what the mail lacks, hands it on, and moves it to the sent ones. Returns why it stays, or that
+  // it was sent but could not be moved: then the next call tries that again and hands nothing on.
   std::optional<std::string> Send(const std::filesystem::path& file, const MailStamp& stamp,
                                   const Hand& hand);
 

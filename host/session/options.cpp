@@ -148,6 +148,8 @@ std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> 
   }
   const bool works = options.help || options.version || options.prompt || !options.macros.empty() ||
                      options.serve || options.stop || options.register_mapi || options.unregister_mapi;
+  if (options.serve && (!options.macros.empty() || options.prompt))
+    return UsageError{"a host that serves runs no macros: --serve goes without --macro and --prompt"};
   if (!works) return UsageError{"nothing to do: give --macro FILE or --prompt"};
   return options;
 }

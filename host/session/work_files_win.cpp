@@ -74,7 +74,25 @@ void LeaveOutPostFolders(const Options& options, HostState& state) {
   }
 }
 
+// Receiving empties a folder and sending takes all of its mails: a folder that was given to be read is
+// neither.
+std::optional<std::string> WhyMailFolder(const Options& options, const char* name,
+                                         const std::vector<std::string>& given) {
+  std::error_code error;
+  for (const std::string& mails : options.mails) {
+    if (!given.empty() && fs::equivalent(PathFromUtf8(mails), PathFromUtf8(given.back()), error) && !error)
+      return std::string(name) + " " + given.back() +
+             " is the folder of mails that --mail names: take another one";
+  }
+  return std::nullopt;
+}
+
 std::optional<std::string> OpenPostOffice(const Options& options, HostState& state) {
+  for (const auto& [name, given] :
+       {std::pair{"--inbox", &options.inboxes}, std::pair{"--outbox", &options.outboxes},
+        std::pair{"--imap", &options.imaps}}) {
+    if (auto reason = WhyMailFolder(options, name, *given)) return reason;
+  }
   PostOffice& post = state.commands.post;
   const fs::path folder = PostFolder(options);
   const fs::path outbox = LastOr(options.outboxes, folder / "outbox");

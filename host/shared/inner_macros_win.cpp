@@ -47,6 +47,7 @@ std::optional<std::string> WhyHeldBack(HostState& state) {
   const std::string file = state.writing.send_macro;
   if (file.empty()) return std::nullopt;
   const std::string macro = "the macro before sending, " + file + ", ";
+  if (state.writing.reason == MacroReason::kBeforeSending) return macro + "cannot send a mail itself";
   const std::size_t begun = state.writing.begun;
   const auto value = RunBeforeSending(state, file);
   // A refusal is the macro's own business; whoever wrote it has to hear of the others.

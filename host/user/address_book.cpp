@@ -129,6 +129,7 @@ std::optional<std::string> AddressBook::Add(const BookEntry& entry) {
   const std::string shown = SystemCharsets().HostToUtf8(Trim(In(entry, BookPart::kAddress)));
   if (file_.empty()) return "there is no address book: --book FILE names one";
   if (shown.empty()) return "an entry needs an address";
+  if (!IsOneAddress(In(entry, BookPart::kAddress))) return Quoted(shown, 100) + " is not one address";
   const FileHold hold(file_);
   if (hold.failure()) return hold.failure();
   // What another program has written since stays, and counts.

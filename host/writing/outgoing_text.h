@@ -11,8 +11,8 @@ namespace wrenfold {
 // One header of host text with its line end, as it stands in a mail file.
 std::string HeaderOfHostText(std::string_view line);
 
-// Whether somebody is named who is to get it: in To, Cc or Bcc, or in the newest block of Resent- headers when
-// there is one of those.
+// Whether somebody is named who is to get it: in To, Cc or Bcc, or in the newest block of Resent- headers
+// when there is one of those.
 bool HasRecipients(std::string_view raw);
 
 // False for a mail that waits for its writer: "X-Unsent: 1".

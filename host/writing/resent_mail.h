@@ -1,5 +1,5 @@
-// Mails that are handed on as they came (RFC 5322, section 3.6.6): a block of Resent- headers in front says by
-// whom, when and to whom. A mail that is resent again gets another block above the old ones.
+// Mails that are handed on as they came (RFC 5322, section 3.6.6): a block of Resent- headers in front says
+// by whom, when and to whom. A mail that is resent again gets another block above the old ones.
 //
 //   Resent-From: me@x            the newest block: ends at a header of another kind, or one it has already
 //   Resent-To: new@x

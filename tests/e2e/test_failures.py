@@ -4,6 +4,8 @@ import os
 import pathlib
 import shutil
 import socket
+import subprocess
+import time
 import unittest
 
 import example_set_ups
@@ -181,6 +183,23 @@ class Reasons(HostTest):
                                 '"newmail", "reply", "forward" or "sign" (a signature), in any letter case')
         self.assertTrue(second.startswith('The 1st parameter of MakeReplyCustom is invalid; kind is "Everyone", and may be: '
                                           'to whom: "" as the user has set it, Single the sender, '), second)
+
+
+class OfTheSystem(HostTest):
+    def test_is_one_line_of_our_own_words(self):
+        (self.folder / "mails/to").mkdir(parents=True)
+        self.write("mails/1.eml", "Subject: a\n\ntext\n")
+        start = ["wine"] if os.name != "nt" else []
+        holder = subprocess.Popen(start + ["cmd", "/c", "ping -n 30 127.0.0.1 < mails\\1.eml"], cwd=self.folder,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        time.sleep(3)
+        try:
+            result = run("--english", "--mail", "mails", "--macro",
+                         self.write("m.macro", 'print Move("to", null), " [", HostReason(), "]"\n'), folder=self.folder)
+        finally:
+            holder.kill()
+            holder.wait()
+        self.assertRegex(result.out, r"^0 \[[^\r\n]*another program uses it \(system error 32\)\]\n$")
 
 
 class WithoutMails(HostTest):

@@ -46,7 +46,7 @@ class OnDisk(Filing):
 
     def test_no_mail_goes_where_none_is_read(self):
         (self.mails / "filters.txt").write_text("Subject: one => WRENFOLD\nSubject: two => out/deep\n")
-        reason = 'no folder can be called "{}"'.format
+        reason = 'no folder can be called "{}": it would not be read: it lies too deep, behind a link, or where mails wait'.format
         before = self.files()
         self.assert_output(self.run_filing(
             'SelectFolder("inbox", null)\n'

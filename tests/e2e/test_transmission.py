@@ -230,6 +230,13 @@ class BeforeSending(TransmissionTest):
                 self.assertEqual((result.out, result.code), ("", 1))
                 self.assertIn(f"wrenfold: --send-macro: {reason}", result.err)
 
+    def test_it_cannot_send_a_mail_itself(self):
+        guard = 'print SendNow(), " ", HostReason()\nnumber("1")\n'
+        result = self.send(guard, WRITE + 'print SendNow(), " ", HostReason(), SentMailCount()\n')
+        self.assertEqual(result.out, f"0 the macro before sending, {self.folder}/guard.macro, cannot send a mail itself\n1 1\n", result.err)
+        self.assertNotIn("held back", result.err)
+        self.assertEqual(len(self.names(self.sent)), 1)
+
     def test_one_that_goes_while_the_program_runs_holds_the_mails_back(self):
         guard = self.write("guard.macro", "MailCount()\n")
         result = self.run_here(f'SaveStringToFile("guard.macro", "ok", 0, 2)\n' + self.SEND, "--send-macro", guard)
@@ -306,6 +313,29 @@ class Inbox(TransmissionTest):
                      self.write("test.macro", "print Receive(), MailCount(), Subject()\n"), folder=self.folder)
         self.assertEqual((result.out, result.err, result.code), ("11first\n", "sound: mail received\n", 0))
         self.assertEqual(self.names(self.folder / "home/mails"), ["a.eml"])
+
+    def test_a_folder_of_mails_that_are_read_is_no_inbox_and_no_outbox(self):
+        for option in ("--inbox", "--outbox", "--imap"):
+            result = self.run_here("print 1\n", option, "./mails")
+            self.assertEqual((result.out, result.err, result.code),
+                             ("", f"wrenfold: {option} ./mails is the folder of mails that --mail names: take another one\n", 1))
+        self.assertEqual(self.names(self.mails), ["a.eml"])
+
+    def test_what_the_server_holds_is_not_uploaded_again(self):
+        (self.folder / "server").mkdir()
+        result = self.run_here('print ImapUpload(), ImapUpload(), " ", HostReason()\n', "--imap", "server")
+        self.assertEqual(result.out, "10 the server holds what is selected already\n", result.err)
+        self.assertEqual(self.names(self.folder / "server"), ["a.eml"])
+
+    def test_an_import_of_a_folder_tells_what_it_passes_over(self):
+        self.write("empty.eml", "")
+        (self.folder / "o/sub").mkdir(parents=True)
+        for name, text in (("0.eml", ""), ("1.eml", "Subject: 1\r\n\r\n"), ("b.mbox", "From x\n\n")):
+            self.write(f"o/{name}", text)
+        result = self.run_here('print Import("o", "auto", "", "", "", "", "")\n')
+        self.assertEqual((result.out, result.code), ("1\n", 0), result.err)
+        self.assertRegex(result.err, r"^wrenfold: Import reads the .eml files of o alone: 1 .mbox files and 1 folders in it are passed over\n"
+                                     r"wrenfold: o.0.eml is no file of the type asked for \(skipped\)\n$")
 
     def test_a_folder_that_is_none_is_told_before_anything_runs(self):
         for option in ("--inbox", "--imap"):

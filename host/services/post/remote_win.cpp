@@ -1,10 +1,12 @@
 // Mails on the server: remote mail, and what is uploaded there. The server is a folder.
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
 #include "host/base/free_name.h"
 #include "host/base/paths.h"
 #include "host/base/safe_saving.h"
+#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/folders/filing.h"
 #include "host/mail/missing_mail.h"
@@ -67,6 +69,14 @@ Answer DeleteRemote(Request& request) {
 constexpr Slot kUpload = 0;  // waits for the end
 constexpr Slot kStartUpload = 1;
 
+// Whether a file of the server has the same bytes: of mails the same size comes first.
+bool IsOnServer(const fs::path& server, std::string_view raw) {
+  std::error_code error;
+  return std::ranges::any_of(MailFilesOf(server), [&](const fs::path& file) {
+    return fs::file_size(file, error) == raw.size() && ReadWholeFile(file) == raw;
+  });
+}
+
 Answer Upload(Request& request) {
   const Slot form = request.Number(0);
   if (form != kUpload && form != kStartUpload)
@@ -74,13 +84,16 @@ Answer Upload(Request& request) {
   if (Post(request).imap.empty()) return request.Fail(kNoImap);
   HostState& state = request.state;
   std::size_t count = 0;
-  for (const std::size_t mail : SelectedMails(request)) {
+  const std::vector<std::size_t> mails = SelectedMails(request);
+  for (const std::size_t mail : mails) {
+    if (IsOnServer(Post(request).imap, state.Mail(mail).raw)) continue;
     const fs::path name = state.Mail(mail).source.stem();
     const fs::path file = FreeName(Post(request).imap / PathFromUtf8(PathToUtf8(name) + ".eml"));
     if (const auto reason = SaveSafely(file, state.Mail(mail).raw)) return request.Fail(*reason);
     ++count;
   }
-  if (count == 0) return request.Fail(kNoMailSelected);
+  if (mails.empty()) return request.Fail(kNoMailSelected);
+  if (count == 0) return request.Fail("the server holds what is selected already");
   TellStatus(request.state,
              "imap (simulated): " + MailsInWords(count) + " uploaded to " + PathToUtf8(Post(request).imap));
   return Request::Done(true);
@@ -91,7 +104,9 @@ constexpr Service kServices[] = {
     {156, nullptr, DeleteRemote,
      "number of mails there with the Message-ID of a selected mail, which are moved to the folder's "
      "`deleted`"},
-    {299, "I", Upload, "copies the selected mails into the folder of `--imap`; both forms at once"},
+    {299, "I", Upload,
+     "copies the selected mails into the folder of `--imap`, those that are there already left out; both "
+     "forms at once"},
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <system_error>
 #include <variant>
 
+#include "host/base/ascii.h"
 #include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
@@ -18,6 +19,8 @@
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
 #include "host/terminal/progress.h"
+#include "host/terminal/terminal_text.h"
+#include "host/terminal/terminal_win.h"
 #include "host/writing/quoting.h"
 #include "src/addresses/address_entry.h"
 
@@ -45,21 +48,45 @@ std::variant<std::vector<StoredMail>, std::string> MailsAt(const std::filesystem
   return *std::move(mails);
 }
 
-// The mails of a file or of the .eml files of a folder, or why there are none.
+// What a folder holds beside its .eml files.
+void TellPassedOver(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  std::size_t folders = 0;
+  std::size_t mboxes = 0;
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    std::error_code unknown;
+    const bool is_folder = entry->is_directory(unknown);
+    folders += is_folder ? 1 : 0;
+    mboxes += !is_folder && Lower(PathToUtf8(entry->path().extension())) == ".mbox" ? 1 : 0;
+  }
+  if (folders + mboxes == 0) return;
+  TheTerminal().Error("wrenfold: Import reads the .eml files of " + PathToUtf8(folder) +
+                      " alone: " + std::to_string(mboxes) + " .mbox files and " + std::to_string(folders) +
+                      " folders in it are passed over\n");
+}
+
+// The mails of a file or of the .eml files of a folder, or why there are none. Files of the folder that hold
+// none are told and skipped.
 std::variant<std::vector<StoredMail>, std::string> MailsToImport(const std::filesystem::path& path,
                                                                  ImportType type) {
   std::error_code error;
   if (!std::filesystem::is_directory(path, error)) return MailsAt(path, type);
   const std::vector<std::filesystem::path> files = MailFilesOf(path);
   if (files.empty()) return "no .eml file in the folder " + PathToUtf8(path);
+  TellPassedOver(path);
   std::vector<StoredMail> all;
   Progress progress("importing mails", files.size());
   for (const std::filesystem::path& file : files) {
     progress.Step();
     auto mails = MailsAt(file, type);
-    if (std::holds_alternative<std::string>(mails)) return mails;
+    if (const auto* reason = std::get_if<std::string>(&mails)) {
+      TheTerminal().Error("wrenfold: " + Printable(*reason) + " (skipped)\n");
+      continue;
+    }
     std::ranges::move(std::get<std::vector<StoredMail>>(mails), std::back_inserter(all));
   }
+  if (all.empty()) return "no mail in the .eml files of the folder " + PathToUtf8(path);
   return all;
 }
 
@@ -145,6 +172,16 @@ std::string WhyNotExported(const ExportPlan& plan) {
   return WhyUnwritable(to_folder ? plan.path / "mail" : plan.path);
 }
 
+std::string WhyOverMails(HostState& state, const ExportPlan& plan) {
+  std::vector<std::filesystem::path> sources;
+  for (std::size_t mail = 0; mail < state.mail_count(); ++mail) {
+    const std::filesystem::path& source = state.Mail(mail).source;
+    const bool alike = EqualsIgnoringCase(PathToUtf8(source.filename()), PathToUtf8(plan.path.filename()));
+    if (alike && (sources.empty() || sources.back() != source)) sources.push_back(source);
+  }
+  return wrenfold::WhyOverMails(plan, state.folders(), sources);
+}
+
 // path, type, naming, encoding, 1 = fold, new / append / truncate, 1 = time stamp (not looked at). The counts
 // go into the first two slots; the answer is the first.
 Answer Export(Request& request) {
@@ -153,7 +190,10 @@ Answer Export(Request& request) {
                         static_cast<ExportWrite>(request.Number(5))};
   ExportResult result;
   std::string reason = kNoOpenMail;
-  if (request.state.HasRoot()) {
+  const std::string over = WhyOverMails(request.state, plan);
+  if (!over.empty()) {
+    reason = over;
+  } else if (request.state.HasRoot()) {
     const std::vector<ExportedMail> mails = MailsToExport(request);
     // While a file that was there before can be told from one of this export.
     reason = mails.empty() ? std::string(kNoMailSelected) + " to be exported" : WhyNotExported(plan);

@@ -55,6 +55,9 @@ Answer Rename(Request& request) {
   if (attachment == nullptr) return NoSuch(request);
   const std::string name(Trim(request.Text(1)));
   if (name.empty()) return request.Fail("an attachment needs a name");
+  if (ToUtf8(name).find_first_of("/\\:\r\n") != std::string::npos)
+    return request.Fail("no file can be called " + Quoted(ToUtf8(name), 60) +
+                        ": a name is no path and one line");
   attachment->file_name = name;
   return Request::Done(true);
 }

@@ -1,5 +1,5 @@
 // New mails, replies, forwards and resent mails, and what becomes of a written one: it goes to the outbox.
-#include <initializer_list>
+#include <span>
 #include <utility>
 
 #include "host/base/ascii.h"
@@ -112,7 +112,7 @@ std::optional<std::string> WhyUnaddressed(std::string_view name, std::string_vie
   return std::string(name) + " names no address: " + std::string(entry);
 }
 
-std::optional<std::string> WhyUnaddressed(std::string_view text, std::initializer_list<const char*> names) {
+std::optional<std::string> WhyUnaddressed(std::string_view text, std::span<const char* const> names) {
   std::size_t at = 0;
   while (const auto header = FieldAt(text, at)) {
     at += header->lines.size();
@@ -126,7 +126,8 @@ std::optional<std::string> WhyUnaddressed(std::string_view text, std::initialize
 
 // A mail that is resent goes to its new recipients alone, any other one names them in headers of its own.
 std::optional<std::string> WhyUnaddressed(const Draft& draft) {
-  constexpr std::initializer_list<const char*> kResentNames = {"Resent-To", "Resent-Cc", "Resent-Bcc"};
+  static constexpr const char* kNames[] = {"To", "Cc", "Bcc"};
+  static constexpr const char* kResentNames[] = {"Resent-To", "Resent-Cc", "Resent-Bcc"};
   if (draft.resent) {
     if (auto reason = WhyNotAsItCame(draft)) return reason;
     return WhyUnaddressed(*BlockOf(draft), kResentNames);
@@ -135,7 +136,7 @@ std::optional<std::string> WhyUnaddressed(const Draft& draft) {
     if (HeaderValue(draft.text, name))
       return "a mail of your own has no " + std::string(name) + ": MakeResentForward() hands one on";
   }
-  return WhyUnaddressed(draft.text, {"To", "Cc", "Bcc"});
+  return WhyUnaddressed(draft.text, kNames);
 }
 
 // A copy for the folder that a macro chose for sent mails.

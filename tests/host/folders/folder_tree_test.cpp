@@ -89,12 +89,31 @@ TEST_F(HostFolderTree, FoldersAreMadeInTheirTree) {
 }
 
 TEST_F(HostFolderTree, WhatNoFolderCanBeCalledIsRefused) {
-  for (const char* name :
-       {"", "..", "../x", "a/../../x", "/x", "a//b", ".hidden", "x.", "nul", "a:b", "a*"}) {
-    EXPECT_EQ(Made(name), std::string("no folder can be called \"") + name + "\"");
-  }
-  EXPECT_EQ(Made((root_ / "elsewhere").string()),
-            "no folder can be called \"" + (root_ / "elsewhere").string() + "\"");
+  const std::string long_name(201, 'x');
+  const struct {
+    std::string name;
+    const char* why;
+  } cases[] = {
+      {"", "a part of it is empty"},
+      {"..", "a part of it begins with a period"},
+      {"../x", "a part of it begins with a period"},
+      {"a/../../x", "a part of it begins with a period"},
+      {"/x", "a part of it is empty"},
+      {"a//b", "a part of it is empty"},
+      {".hidden", "a part of it begins with a period"},
+      {"x.", "Windows takes no such name"},
+      {"nul", "Windows takes no such name"},
+      {"a:b", "Windows takes no such name"},
+      {"a*", "Windows takes no such name"},
+      {"folders.txt", "files of the host are called so"},
+      {"lists/Filters.TXT", "files of the host are called so"},
+      {"box.mbox.new", "files of the host are called so"},
+      {"wrenfold.marks", "files of the host are called so"},
+      {long_name, "a name has 200 characters at most"},
+      {(root_ / "elsewhere").string(), "a part of it is empty"},
+  };
+  for (const auto& [name, why] : cases)
+    EXPECT_EQ(Made(name), "no folder can be called \"" + name + "\": " + why);
   EXPECT_EQ(Made("a.eml"), "there is a file " + (root_ / "tree/a.eml").string());
   EXPECT_EQ(Files(), "other/users/c.eml tree/a.eml tree/lists/list.mbox tree/lists/users/b.eml");
 }
@@ -106,7 +125,9 @@ TEST_F(HostFolderTree, NoFolderIsMadeWhereNoMailIsRead) {
   for (const std::string& name :
        {std::string("wrenfold"), std::string("Wrenfold/sent"), std::string("lists/WRENFOLD/deep"),
         std::string("OUT"), std::string("out/deep"), deep + "/33", (root_ / "tree/wrenfold").string()}) {
-    EXPECT_EQ(Made(name), "no folder can be called \"" + name + "\"");
+    EXPECT_EQ(Made(name),
+              "no folder can be called \"" + name +
+                  "\": it would not be read: it lies too deep, behind a link, or where mails wait");
   }
   EXPECT_EQ(Files(), "other/users/c.eml tree/a.eml tree/lists/list.mbox tree/lists/users/b.eml");
   EXPECT_EQ(Made("wrenfolds"), "wrenfolds");

@@ -131,6 +131,33 @@ TEST_F(Exporting, FilesOfTheirOwnNeverTakeOneName) {
   EXPECT_EQ(Files("text"), (Names{"0001.txt", "0002.txt"}));
 }
 
+TEST_F(Exporting, WritesNothingOverMailsThatAreRead) {
+  WriteWholeFile(folder_ / "1.eml", "Subject: 1\r\n\r\n");
+  WriteWholeFile(folder_ / "box.mbox", "From x\n\n");
+  const std::vector<MailFolder> folders = {{"mails", folder_, FolderKind::kFolder, 0},
+                                           {"box", folder_ / "box.mbox", FolderKind::kMbox, 0}};
+  const std::vector<fs::path> sources = {folder_ / "1.eml", folder_ / "box.mbox"};
+  const struct {
+    const char* path;
+    ExportType type;
+    ExportWrite write;
+    bool refused;
+  } cases[] = {
+      {"1.eml", ExportType::kMbox, ExportWrite::kTruncate, true},
+      {"./1.eml", ExportType::kPeriod, ExportWrite::kAppend, true},
+      {"1.eml", ExportType::kMbox, ExportWrite::kNew, false},  // which writes to no file that is there
+      {"box.mbox", ExportType::kMbox, ExportWrite::kTruncate, true},
+      {"box.mbox", ExportType::kMbox, ExportWrite::kAppend, false},
+      {"other.mbox", ExportType::kMbox, ExportWrite::kTruncate, false},
+      {".", ExportType::kEml, ExportWrite::kTruncate, true},
+      {".", ExportType::kEml, ExportWrite::kNew, false},
+  };
+  for (const auto& [path, type, write, refused] : cases) {
+    const ExportPlan plan{folder_ / path, type, ExportNaming::kNumber, write};
+    EXPECT_EQ(!WhyOverMails(plan, folders, sources).empty(), refused) << path << static_cast<int>(write);
+  }
+}
+
 // Mails by number; the first three have one Message-ID.
 ComparedMail Mail(std::size_t number, const char* id) {
   ComparedMail mail{};

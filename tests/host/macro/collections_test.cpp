@@ -115,6 +115,16 @@ TEST(MacroCollections, HasFunctionsForTextsListsAndTables) {
   });
 }
 
+TEST(MacroCollections, SplitLeavesCharactersAboveFfffWhole) {
+  // U+1F600 is two escapes in host text.
+  Check(
+      {{"s = \"a\\x1A\\xBD\\xD8\\x86\\x1A\\x80\\xDE\\x86b\"\n"
+        "print len(split(s, \"\")), join(reverse(split(s, \"\")), \"\")",
+        "3b\x1A\xBD\xD8\x86\x1A\x80\xDE\x86"
+        "a\n",
+        "as one character"}});
+}
+
 TEST(MacroCollections, TellsWhatItsFunctionsNeed) {
   Check({
       {"print number(\"12 apples\")",

@@ -247,7 +247,7 @@ TEST_F(HostMarks, FileIsNoMailAndKeepsNoFolder) {
   EXPECT_EQ(state_->AddMails(file, MailStore::Unreadable::kRefuse), reason);
   EXPECT_EQ(state_->OpenFile(file, 0), reason);
   EXPECT_EQ(std::get<std::string>(state_->tree().Make("out/wrenfold.marks", 0)),
-            "no folder can be called \"out/wrenfold.marks\"");
+            "no folder can be called \"out/wrenfold.marks\": files of the host are called so");
   Write("in/wrenfold.marks", "# mine\r\n");
   EXPECT_EQ(state_->tree().WhyNotDelete(Folder("in")), std::nullopt);
   EXPECT_EQ(state_->DeleteMails(std::vector{Find("a"), Find("b"), Find("c")}), "");

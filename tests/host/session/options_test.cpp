@@ -99,6 +99,8 @@ TEST(CommandLine, SaysWhatIsWrong) {
   };
   const Case cases[] = {
       {{"--english"}, "nothing to do: give --macro FILE or --prompt"},
+      {{"--macro", "a", "--serve"},
+       "a host that serves runs no macros: --serve goes without --macro and --prompt"},
       {{"--slow", "fast"}, "--slow needs milliseconds behind it"},
       {{"--modal"}, "--modal needs milliseconds behind it"},
       {{"--home"}, "--home needs a folder behind it"},

@@ -92,6 +92,7 @@ TEST_F(AddressBookFile, TakesAnEntryBehindItsLastLine) {
   EXPECT_EQ(again.Part("b@x", 1), "Jr., \"B\" #1");
   EXPECT_EQ(book.Add(Entry("B@x", "")), "\"B@x\" is in the address book already");
   EXPECT_EQ(book.Add(Entry("", "x")), "an entry needs an address");
+  EXPECT_EQ(book.Add(Entry("c@x.jp, d@x.jp", "")), "\"c@x.jp, d@x.jp\" is not one address");
   EXPECT_NE(book.Add(Entry("c@x", "C", "Work")), std::nullopt) << "no column for groups";
   EXPECT_EQ(book.Find("c@x"), nullptr);
   EXPECT_NE(AddressBook().Add(Entry("c@x", "C")), std::nullopt) << "no file";
