@@ -177,10 +177,21 @@ class Reasons(HostTest):
         result = self.run_macro('x = LoadTemplate("all", "x")\nprint HostReason()\n'
                                 'x = MakeReplyCustom("Everyone", "", "", 0)\nprint HostReason()\n')
         first, second = result.out.splitlines()
-        self.assertEqual(first, 'Invalid template kind specified in Template series function; kind is "all", and may be: '
+        self.assertEqual(first, 'Invalid template kind specified in Template series function; kind cannot be "all"; it takes: '
                                 '"newmail", "reply", "forward" or "sign" (a signature), in any letter case')
-        self.assertTrue(second.startswith('The 1st parameter of MakeReplyCustom is invalid; kind is "Everyone", and may be: '
-                                          'to whom: "" as the user has set it, Single the sender, '), second)
+        self.assertTrue(second.startswith('The 1st parameter of MakeReplyCustom is invalid; kind cannot be "Everyone"; '
+                                          'it takes (to whom): "" as the user has set it, Single the sender, '), second)
+
+
+    def test_name_what_there_is_instead(self):
+        self.write("a.eml", "Subject: Meeting at 10:30\n\ntext\n")
+        result = self.run_macro('print CsvExport("x.csv", 0, 0, "date+sender"), " ", HostReason()\n'
+                                'SetFindPack("text")\nprint SetFindPack("Subject: x\\nMeeting at 10:30"), " ", HostReason()\n'
+                                'print GetFindPack(0, 0), " ", SetFindPack("Any: Meeting at 10:30")\n', "--mail", self.folder / "a.eml")
+        self.assertEqual(result.out.splitlines(), [
+            "0 no column 'sender'; there are date, from, to, cc, subject, size, folder, file and unread, with + between them",
+            "0 'Meeting at 10' is no name of a header; to look for the text anywhere, write Any: Meeting at 10:30",
+            "text 1"])
 
 
 class WithoutMails(HostTest):
