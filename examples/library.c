@@ -1,5 +1,6 @@
 // The hand-over, for programs that load the library in a process of their own: no macro calls these two. Each example is
 // a program behind <windows.h>, <stdio.h> and "wfinfo.h", linked with libWFINFO.dll.a.
+// Needs: a C compiler, with wfinfo.h and libWFINFO.dll.a
 
 // ## NotifyWrenfoldInfo
 // Has messages in English, and takes them itself: without it they are Japanese and come in a box.

@@ -1,6 +1,7 @@
 // Simple MAPI, for other programs: they include <mapi.h>, link with the system's mapi32 and reach this library
 // when it is registered (docs/simple-mapi.md). Each example is a program behind <windows.h>, <mapi.h> and <stdio.h>.
 // A host runs; in its store lie 1-minutes.eml, 2-files.eml and 3-old.eml. minutes.txt lies beside the program.
+// Needs: a C compiler; a host that serves (wrenfold --serve), registered as mail client, with the three mails in its store
 
 // ## MAPILogon
 // Is there a mail program? One that does not run is started, which may take ten seconds.

@@ -9,11 +9,17 @@
 #include <string_view>
 #include <vector>
 
+#include "src/catalogue/example_needs.h"
+
 namespace wfinfo {
 
 // What each export's example is: the lines of its macro, "#> " in front of what they print, or of its program
 // in C with "//> ". An example may show several exports.
-using Examples = std::map<std::string, std::string, std::less<>>;
+struct Example {
+  std::string text;
+  ExampleNeeds needs;
+};
+using Examples = std::map<std::string, Example, std::less<>>;
 
 // The names of "First, Second".
 inline std::vector<std::string> ExampleNames(const std::string& heading) {
@@ -32,11 +38,18 @@ inline std::vector<std::string> ExampleNames(const std::string& heading) {
 inline void ReadExampleFile(const std::filesystem::path& path, std::string_view mark, Examples& examples) {
   std::ifstream file(path);
   std::vector<std::string> names;
+  ExampleNeeds of_all;
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with(mark)) {
       names = ExampleNames(line.substr(mark.size()));
+      for (const std::string& name : names) examples[name].needs = of_all;
+    } else if (names.empty()) {
+      of_all.Take(line);
     } else {
-      for (const std::string& name : names) examples[name] += line + "\n";
+      for (const std::string& name : names) {
+        Example& example = examples[name];
+        if (!example.needs.Take(line)) example.text += line + "\n";
+      }
     }
   }
 }
@@ -47,7 +60,7 @@ inline Examples ReadExamples(const std::filesystem::path& folder) {
     if (entry.path().extension() == ".macro") ReadExampleFile(entry.path(), "## ", examples);
     if (entry.path().extension() == ".c") ReadExampleFile(entry.path(), "// ## ", examples);
   }
-  for (auto& [name, text] : examples) text.erase(text.find_last_not_of('\n') + 2);
+  for (auto& [name, example] : examples) example.text.erase(example.text.find_last_not_of('\n') + 2);
   return examples;
 }
 

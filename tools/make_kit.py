@@ -91,15 +91,16 @@ def example_runs():
         files, arguments, output, typed = {}, [], "", ""
         for heading, lines in test_examples.examples_of(path)[1]:
             name = f"{test_examples.names_of(heading, path)[0]}.example"
-            files[name] = f'print "{heading}"\n{test_examples.without("#>", lines).partition(chr(10))[2]}\n'
+            files[name] = f'print "{heading}"\n{test_examples.macro_of(lines)}\n'
             arguments += ["--macro", name]
-            output += "\n".join([heading, *test_examples.marked("#>", lines)]) + "\n"
+            printed = "\n".join([heading, *test_examples.marked("#>", lines)]) + "\n"
+            output += re.sub(r"\bFILE:(?=\d)", name + ":", printed)
             typed += "".join(line + "\n" for line in test_examples.marked("#<", lines))
         copies = {"samples": "samples"} | {f"programs/{file}": pathlib.Path(file).name
                                            for file in test_examples.STAND_INS.get(family, [])}
         yield {"name": f"examples.{family}", "copies": copies, "files": files, "input": typed, "output": output,
                "folders": ["server", "imap"] if family in no_more else [], "joined": True, "seconds": 300,
-               "arguments": [*test_examples.OPTIONS, *test_examples.MORE_OPTIONS.get(family, []), *arguments]}
+               "arguments": [*test_examples.options_of(path), *arguments]}
 
 
 def learning_runs():

@@ -207,7 +207,16 @@ Printed from the catalogue. %zu exports.
 | Refused while a dialog shows | while the host shows a modal dialog nothing is sent: the user is told, and the function gives its failure value |
 | The parameter list is inferred | no description of the list was at hand: it follows from family and name |
 | `#<`, `#>` | in an example: what the user types, and what is printed |
+| Run with: | options that an example needs beside `--mail samples/mails`; FILE is the example itself, also in what it prints |
+| Needs: | what must be there beside that: variables that are set before it, programs, servers, keys |
 )head";
+
+void PrintExample(const wfinfo::Example& example) {
+  std::printf("\n```\n%s```\n", example.text.c_str());
+  if (const std::string command = example.needs.Command(); !command.empty())
+    std::printf("\nRun with: `%s`\n", command.c_str());
+  if (!example.needs.things().empty()) std::printf("\nNeeds: %s.\n", example.needs.things().c_str());
+}
 
 int PrintMarkdown(const wfinfo::Examples& examples) {
   std::printf(kMarkdownHead, Rows().size());
@@ -231,7 +240,7 @@ int PrintMarkdown(const wfinfo::Examples& examples) {
     PrintRequests(row);
     if (row.inferred) std::printf("- The parameter list is inferred.\n");
     if (const auto example = examples.find(row.name); example != examples.end())
-      std::printf("\n```\n%s```\n", example->second.c_str());
+      PrintExample(example->second);
     PrintSeeAlso(row);
   }
   return 0;
@@ -289,13 +298,14 @@ int PrintJson(const wfinfo::Examples& examples) {
                   JsonText(TypeOf(parameter).c_type).c_str(), JsonText(parameter.doc).c_str());
       first = false;
     }
-    const auto example = examples.find(row.name);
+    const auto found = examples.find(row.name);
+    const wfinfo::Example example = found == examples.end() ? wfinfo::Example() : found->second;
     std::printf(
         "], \"requests\": %s, \"during_dialog\": %s, \"inferred\": %s, \"doc\": %s, \"see_also\": %s, "
-        "\"example\": %s}",
+        "\"example\": %s, \"run_with\": %s, \"needs\": %s}",
         JsonRequests(row).c_str(), JsonText(DialogSentence(row)).c_str(), row.inferred ? "true" : "false",
-        JsonText(DocOf(row)).c_str(), JsonNames(SeeAlso(row)).c_str(),
-        JsonText(example == examples.end() ? "" : example->second).c_str());
+        JsonText(DocOf(row)).c_str(), JsonNames(SeeAlso(row)).c_str(), JsonText(example.text).c_str(),
+        JsonText(example.needs.Command()).c_str(), JsonText(example.needs.things()).c_str());
   }
   std::printf("\n]\n");
   return 0;

@@ -172,6 +172,20 @@ bool Lists(std::string_view doc, std::string_view word) {
   return false;
 }
 
+// "to whom: Single the sender, From ...": what the words mean, and the words. A lead of more than one
+// sentence stays where it is.
+struct Words {
+  std::string_view lead;
+  std::string_view list;
+};
+Words WordsOf(std::string_view doc) {
+  const std::size_t colon = doc.find(": ");
+  const std::string_view lead = doc.substr(0, colon);
+  if (colon == doc.npos || lead.find_first_of("\",;(") != lead.npos || lead.find(". ") != lead.npos)
+    return {"", doc};
+  return {lead, doc.substr(colon + 2)};
+}
+
 }  // namespace
 
 std::string WhyByDocumentation(const Row& row, const macro::Value& result) {
@@ -210,8 +224,9 @@ std::string RefusedWord(const Row& row, std::span<const macro::Value> parameters
     const Parameter& parameter = row.parameters[i];
     const macro::Value& given = parameters[i];
     if (!given.IsText() || !TakesWords(row, parameter) || Lists(parameter.doc, given.Text())) continue;
-    return std::string(parameter.name) + " is " + QuotedHostText(given.Text()) +
-           ", and may be: " + std::string(parameter.doc);
+    const Words words = WordsOf(parameter.doc);
+    return std::string(parameter.name) + " cannot be " + QuotedHostText(given.Text()) + "; it takes" +
+           (words.lead.empty() ? "" : " (" + std::string(words.lead) + ")") + ": " + std::string(words.list);
   }
   return "";
 }

@@ -28,7 +28,7 @@ bool ComesOfNothing(const wfinfo::catalogue::Row& row, std::span<const macro::Va
 std::string WhyByDocumentation(const wfinfo::catalogue::Row& row, const macro::Value& result);
 
 // For a call that the library refused: the parameter that had to be one of its words, and all of these, as
-// `kind is "all", and may be: "newmail", ...`. "" when every word is one.
+// `kind cannot be "all"; it takes: "newmail", ...`. "" when every word is one.
 std::string RefusedWord(const wfinfo::catalogue::Row& row, std::span<const macro::Value> parameters);
 
 // For an export of the dates family that gave "" or 0: the number of the parameter, from `from` on, that has

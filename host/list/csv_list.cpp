@@ -1,6 +1,9 @@
 #include "host/list/csv_list.h"
 
+#include <iterator>
+
 #include "host/base/ascii.h"
+#include "host/base/shortened.h"
 
 namespace wrenfold {
 namespace {
@@ -47,6 +50,15 @@ std::variant<std::vector<CsvColumn>, std::string> ParseCsvColumns(std::string_vi
     if (end == words.npos) return columns;
     words.remove_prefix(end + 1);
   }
+}
+
+std::string NoCsvColumn(std::string_view word) {
+  std::string text = "no column '" + Shortened(word) + "'; there are ";
+  for (const ColumnRow& row : kColumns) {
+    if (&row != kColumns) text += &row == std::end(kColumns) - 1 ? " and " : ", ";
+    text += row.name;
+  }
+  return text + ", with + between them";
 }
 
 std::string_view NameOf(CsvColumn column) { return kColumns[static_cast<std::size_t>(column)].name; }

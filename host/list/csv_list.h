@@ -15,6 +15,9 @@ enum class CsvColumn { kDate, kFrom, kTo, kCc, kSubject, kSize, kFolder, kFile, 
 // is none.
 std::variant<std::vector<CsvColumn>, std::string> ParseCsvColumns(std::string_view words);
 
+// "no column 'sender'; there are date, from, ...".
+std::string NoCsvColumn(std::string_view word);
+
 // The name of a column, for the first line.
 std::string_view NameOf(CsvColumn column);
 

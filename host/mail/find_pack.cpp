@@ -1,6 +1,7 @@
 #include "host/mail/find_pack.h"
 
 #include "host/base/ascii.h"
+#include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
 #include "src/text/host_text.h"
 
@@ -38,6 +39,17 @@ bool HoldsText(std::string_view text, std::string_view wanted) {
     if (BeginsWith(text, wanted)) return true;
     if (text.empty()) return false;
   }
+}
+
+std::string_view NoPlaceOf(std::string_view pack) {
+  while (!pack.empty()) {
+    const LineLength length = FirstLine(pack);
+    const std::string_view line = Trim(pack.substr(0, length.text));
+    const std::size_t colon = line.find(':');
+    if (colon != line.npos && !CanBeHeader(Trim(line.substr(0, colon)))) return line;
+    pack.remove_prefix(length.with_end);
+  }
+  return "";
 }
 
 bool Finds(std::string_view pack, std::string_view mail) {

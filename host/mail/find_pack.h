@@ -15,6 +15,10 @@ namespace wrenfold {
 // True when host text `text` holds `wanted` beginning at a character, ASCII letters in any case.
 bool HoldsText(std::string_view text, std::string_view wanted);
 
+// The first line of `pack` whose place is no header's name, such as "Meeting at 10:30", so that nothing is
+// ever found there; "" when there is none.
+std::string_view NoPlaceOf(std::string_view pack);
+
 // True when every condition of `pack` holds for a mail (host text).
 bool Finds(std::string_view pack, std::string_view mail);
 

@@ -31,17 +31,32 @@ std::string TracedSlot(Slot value, char shape) {
   return text != nullptr ? QuotedHostText(text) : TracedAddress(value);
 }
 
-std::string TracedSlots(LPARAM block, std::string_view shapes) {
-  if (block == 0) return "";
-  if (shapes == "P") return " (" + TracedSlot(block, 'T') + ")";
+macro::Value ValueOfSlot(Slot value, char shape) {
+  if (shape == 'I') return value;
+  if (value == 0) return {};
+  const char* text = shape == 'T' ? ReadableText(value) : nullptr;
+  return std::string(text != nullptr ? text : TracedAddress(value));
+}
+
+struct Traced {
+  std::string text;  // " (1, \"text\")"
+  std::vector<macro::Value> values;
+};
+
+Traced TracedSlots(LPARAM block, std::string_view shapes) {
+  if (block == 0) return {};
+  if (shapes == "P") return {" (" + TracedSlot(block, 'T') + ")", {ValueOfSlot(block, 'T')}};
   const auto* slots = reinterpret_cast<const Slot*>(block);
-  if (IsBadReadPtr(slots, shapes.size() * sizeof(Slot))) return " (" + TracedAddress(block) + ")";
-  std::string text = " (";
+  if (IsBadReadPtr(slots, shapes.size() * sizeof(Slot)))
+    return {" (" + TracedAddress(block) + ")", {macro::Value(TracedAddress(block))}};
+  Traced traced{" (", {}};
   for (std::size_t i = 0; i < shapes.size(); ++i) {
-    if (i > 0) text += ", ";
-    text += TracedSlot(slots[i], shapes[i]);
+    if (i > 0) traced.text += ", ";
+    traced.text += TracedSlot(slots[i], shapes[i]);
+    traced.values.push_back(ValueOfSlot(slots[i], shapes[i]));
   }
-  return text + ")";
+  traced.text += ")";
+  return traced;
 }
 
 // Menu command in the first slot of the codes that carry one.
@@ -138,7 +153,7 @@ Slot RequestServer::Serve(int code, LPARAM block) {
   const Handler handler = service != nullptr   ? service->handler
                           : command != nullptr ? command->handler
                                                : nullptr;
-  std::string slots;
+  Traced slots;
   if (trace_.IsOn()) {
     const std::string shapes =
         service != nullptr && service->shapes != nullptr ? service->shapes : SlotShapes(key, call_.name);
@@ -150,7 +165,7 @@ Slot RequestServer::Serve(int code, LPARAM block) {
     NoteUnserved(key);
     return 0;
   }
-  if (trace_.IsOn()) Show(key, slots, answer);
+  if (trace_.IsOn()) Show(key, std::move(slots.text), std::move(slots.values), answer);
   return answer.value;
 }
 
@@ -164,17 +179,23 @@ Slot RequestServer::ServeCommand(int id) {
   }
   Request request(*this, state_, 0, nullptr);
   const Answer answer = command->handler(request);
-  if (trace_.IsOn()) Show(key, "", answer);
+  if (trace_.IsOn()) Show(key, "", {}, answer);
   return answer.value;
 }
 
-void RequestServer::Show(const RequestKey& key, const std::string& slots, Answer answer) {
+void RequestServer::Show(const RequestKey& key, std::string slots, std::vector<macro::Value> values,
+                         Answer answer) {
   const bool is_text = answer.is_text && answer.value != 0;
-  const std::string shown =
-      is_text ? QuotedHostText(reinterpret_cast<const char*>(answer.value)) : std::to_string(answer.value);
-  const std::string reason = answer.explained ? state_.failure : "";
-  if (trace_.Request(call_.name, {RequestNames(key, call_.name), key, slots, shown, reason}))
-    call_.traced = true;
+  const macro::Value answered =
+      is_text ? macro::Value(std::string(reinterpret_cast<const char*>(answer.value))) : answer.value;
+  Note({RequestNames(key, call_.name), key, std::move(slots), std::move(values), ShownValue(answered),
+        answered, answer.explained ? state_.failure : ""});
+}
+
+void RequestServer::Note(const TracedRequest& request) {
+  if (!trace_.Request(call_.name, request)) return;
+  call_.traced = true;
+  ++shown_;
 }
 
 void RequestServer::NoteUnserved(const RequestKey& key) {
@@ -184,7 +205,7 @@ void RequestServer::NoteUnserved(const RequestKey& key) {
   if (++unserved.count > 1) return;
   const std::string names = RequestNames(key, call_.name);
   unserved.title = title + " (" + names + ")";
-  if (trace_.IsOn() && trace_.Request(call_.name, {names, key, "", "0", "", false})) call_.traced = true;
+  if (trace_.IsOn()) Note({names, key, "", {}, "0", macro::Value(0), "", false});
 }
 
 std::uint64_t RequestServer::not_served() const {
@@ -194,7 +215,8 @@ std::uint64_t RequestServer::not_served() const {
 }
 
 std::string RequestServer::Summary() const {
-  std::string text = std::to_string(requests_) + (requests_ == 1 ? " request, " : " requests, ") +
+  const std::string shown = trace_.IsLimited() ? std::to_string(shown_) + " shown of " : "";
+  std::string text = shown + std::to_string(requests_) + (requests_ == 1 ? " request, " : " requests, ") +
                      std::to_string(not_served()) + " not served";
   const char* before = ": ";
   for (const auto& entry : unserved_) {

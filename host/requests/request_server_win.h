@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "host/mail/missing_mail.h"
 #include "host/requests/host_state.h"
@@ -150,7 +151,8 @@ class RequestServer {
 
   const std::string& Keep(int code, std::string text) { return kept_[code] = std::move(text); }
 
-  // "14 requests, 2 not served: code 96 (SetMailColor) twice"; only the not served ones are named.
+  // "14 requests, 2 not served: code 96 (SetMailColor) twice"; only the not served ones are named. Of a
+  // trace that is limited "3 shown of 14 requests, ...".
   std::string Summary() const;
   std::uint64_t not_served() const;
   std::uint64_t requests() const { return requests_; }
@@ -160,7 +162,8 @@ class RequestServer {
     std::string title;  // "code 96 (SetMailColor)"
     std::uint64_t count = 0;
   };
-  void Show(const RequestKey& key, const std::string& slots, Answer answer);
+  void Show(const RequestKey& key, std::string slots, std::vector<macro::Value> values, Answer answer);
+  void Note(const TracedRequest& request);
   void NoteUnserved(const RequestKey& key);
 
   const Service* FindService(int code) const;
@@ -173,6 +176,7 @@ class RequestServer {
   std::uint64_t requests_ = 0;
   std::map<std::string, Unserved> unserved_;
   std::map<int, std::string> kept_;
+  std::uint64_t shown_ = 0;  // requests that the trace showed
 };
 
 }  // namespace wrenfold

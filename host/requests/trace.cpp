@@ -26,24 +26,26 @@ std::string JsonValue(const macro::Value& value) {
   return value.IsText() ? JsonText(SystemCharsets().HostToUtf8(value.Text())) : value.Printed();
 }
 
+std::string JsonList(std::span<const macro::Value> values) {
+  std::string list;
+  for (const macro::Value& value : values) list += (list.empty() ? "" : ",") + JsonValue(value);
+  return "[" + list + "]";
+}
+
 std::string JsonRequest(const TracedRequest& request) {
   return "{\"request\":" + JsonText(request.names) + ",\"code\":" + std::to_string(request.key.code) +
-         ",\"command\":" + std::to_string(request.key.command) + ",\"slots\":" + JsonText(request.slots) +
-         ",\"answer\":" + JsonText(request.answer) + ",\"served\":" + (request.served ? "true" : "false") +
+         ",\"command\":" + std::to_string(request.key.command) + ",\"slots\":" + JsonList(request.values) +
+         ",\"answer\":" + JsonValue(request.answered) + ",\"served\":" + (request.served ? "true" : "false") +
          ",\"reason\":" + JsonText(request.reason) + "}";
 }
 
 std::string JsonCall(const TracedCall& call) {
-  std::string parameters;
-  for (const macro::Value& parameter : call.parameters) {
-    parameters += (parameters.empty() ? "" : ",") + JsonValue(parameter);
-  }
   std::string text = "{\"call\":" + JsonText(call.name);
   if (call.at) {
     text += ",\"file\":" + JsonText(call.at->file) + ",\"line\":" + std::to_string(call.at->place.line) +
             ",\"column\":" + std::to_string(call.at->place.column);
   }
-  return text + ",\"parameters\":[" + parameters + "],\"result\":" + JsonValue(call.result) +
+  return text + ",\"parameters\":" + JsonList(call.parameters) + ",\"result\":" + JsonValue(call.result) +
          ",\"reason\":" + JsonText(call.reason) + "}";
 }
 
@@ -73,6 +75,14 @@ void Trace::Call(const TracedCall& call, bool by_request) const {
           ShownValue(call.result) + reason + "\n");
   }
   if (json_) json_(JsonCall(call) + "\n");
+}
+
+void Trace::Message(std::string_view name, std::string_view text) const {
+  if (json_ && Shows(name)) json_("{\"message\":" + JsonText(text) + ",\"call\":" + JsonText(name) + "}\n");
+}
+
+void Trace::Stopped(std::string_view why) const {
+  if (json_) json_("{\"stopped\":" + JsonText(why) + "}\n");
 }
 
 std::string ShownValue(const macro::Value& value) {

@@ -18,9 +18,11 @@ namespace wrenfold {
 struct TracedRequest {
   std::string names;  // of the exports that may have sent it
   RequestKey key;
-  std::string slots;   // " (1, \"text\")"
-  std::string answer;  // as shown
-  std::string reason;  // why it failed, or ""
+  std::string slots;                 // " (1, \"text\")"
+  std::vector<macro::Value> values;  // of the slots: numbers, texts, null; an address as text, "0x7FF0"
+  std::string answer;                // as shown
+  macro::Value answered;             // whole
+  std::string reason;                // why it failed, or ""
   bool served = true;
 };
 
@@ -43,10 +45,15 @@ class Trace {
 
   bool IsOn() const { return text_ || json_; }
   bool ShowsText() const { return static_cast<bool>(text_); }
+  bool IsLimited() const { return IsOn() && !only_.empty(); }
   bool ShowsEverything() const { return text_ && only_.empty(); }
 
   // `calling` is the export that the macro calls. True when the request is shown.
   bool Request(std::string_view calling, const TracedRequest& request) const;
+  // A message of the library, in the call of `name`, and why a macro stopped: for tools alone, people are
+  // told anyway.
+  void Message(std::string_view name, std::string_view text) const;
+  void Stopped(std::string_view why) const;
   // `by_request`: one of its requests was shown.
   void Call(const TracedCall& call, bool by_request) const;
 

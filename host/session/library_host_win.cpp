@@ -163,6 +163,7 @@ void LibraryHost::ShowMessage(const char* text) {
   std::string call;
   if (g_host != nullptr && g_host->made_ != nullptr) {
     Made& made = *g_host->made_;
+    g_host->server_.trace().Message(made.name, message);
     call = "  in " + g_host->Where() + ShownCall(made.name, made.parameters) + "\n";
     constexpr std::string_view kFrom = "WFINFO.DLL: ";
     if (made.message.empty()) {

@@ -77,14 +77,18 @@ std::optional<std::string> WrongTraceList(const std::vector<std::string>& words)
 
 // --- The run ---
 
-int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state) {
+int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interpreter, HostState& state,
+              const Trace& trace) {
   const Interruptible interruptible;
   for (const LoadedMacro& loaded : macros) {
     state.writing.macro = loaded.file;
     const auto problem = interpreter.Run(loaded.program);
     EndMacro(state);
     if (state.commands.application.exit_asked) return kFine;
-    if (problem) return Fail(Located(loaded.file, *problem), IsInterrupted() ? kInterrupted : kFailed);
+    if (!problem) continue;
+    const std::string why = Located(loaded.file, *problem);
+    trace.Stopped(why);
+    return Fail(why, IsInterrupted() ? kInterrupted : kFailed);
   }
   return kFine;
 }
@@ -132,7 +136,7 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
     TellWaiting(state);
   });
   macro::Interpreter interpreter(host);
-  int result = RunMacros(macros, interpreter, state);
+  int result = RunMacros(macros, interpreter, state, trace);
   state.writing.macro.clear();
   const bool macros_ended = result == kFine;
   const bool goes_on = macros_ended && !state.commands.application.exit_asked;

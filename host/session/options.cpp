@@ -72,7 +72,22 @@ void AddNames(std::vector<std::string>& names, std::string_view list) {
   }
 }
 
-UsageError Unknown(std::string_view argument) {
+// What is wrong with the list behind "--trace="; "" when it may be one.
+std::string WrongList(std::string_view list) {
+  if (list.find_first_not_of(", ") == list.npos)
+    return "--trace= needs exports or codes behind it, as in --trace=SetHeader,44; --trace alone tells "
+           "everything";
+  if (list.find_first_of("; ") != list.npos)
+    return "--trace=" + std::string(list) + ": write a comma between two names, as in --trace=SetHeader,44";
+  return "";
+}
+
+// `before` is the argument in front of it.
+UsageError Unknown(std::string_view argument, std::string_view before) {
+  if (!argument.starts_with("-") && before == "--trace") {
+    return {"'" + std::string(argument) +
+            "' stands alone; to trace it alone write --trace=" + std::string(argument)};
+  }
   if (!argument.starts_with("-")) {
     return {"'" + std::string(argument) + "' stands alone; mails follow --mail, macros --macro"};
   }
@@ -120,22 +135,27 @@ const std::string_view kUsage =
     "  --help         this text\n"
     "  --version      the versions of host and library\n"
     "\n"
-    "Exit code: 0 when all went well, 1 after an error or when a mail could not be sent, 2 when the command "
-    "line\n"
-    "is wrong.\n";
+    "Exit code: 0 at the end of the last macro, even when calls failed: they answer 0 or \"\", the macro\n"
+    "goes on, and messages of the library on standard error change nothing. 1 when a macro was stopped by\n"
+    "a mistake in it or, with --strict, by a call that failed; when a line of a piped prompt was wrong;\n"
+    "when a file that the command line names cannot be used; and when a mail could not be sent, or a draft\n"
+    "or mark not be kept. 2 when the command line is wrong, 130 after Ctrl+C.\n";
 
 std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> arguments) {
   Options options;
   options.serve = arguments.empty();
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     if (arguments[i].starts_with(kTraceOnly)) {
+      const std::string_view list = std::string_view(arguments[i]).substr(kTraceOnly.size());
+      if (std::string wrong = WrongList(list); !wrong.empty()) return UsageError{std::move(wrong)};
       options.trace = true;
-      AddNames(options.traced, std::string_view(arguments[i]).substr(kTraceOnly.size()));
+      AddNames(options.traced, list);
       continue;
     }
     const auto* row = std::find_if(std::begin(kOptions), std::end(kOptions),
                                    [&](const OptionRow& r) { return r.name == arguments[i]; });
-    if (row == std::end(kOptions)) return Unknown(arguments[i]);
+    if (row == std::end(kOptions))
+      return Unknown(arguments[i], i > 0 ? std::string_view(arguments[i - 1]) : "");
     if (row->set != nullptr) {
       row->set(options);
       continue;

@@ -2,6 +2,9 @@
 
 One host runs a whole family: standard output and standard error come in one stream, in the order in which a terminal
 would show them. A line "## Name" in that stream begins each example. An example in C is a program of its own.
+
+"# Run with: OPTIONS" in an example, or in the head of its file for all of them, tells what the host is started with beside
+the mails; the host of a family is started with all that its examples name. "# Needs: ..." tells what else must be there.
 """
 import concurrent.futures
 import difflib
@@ -23,10 +26,6 @@ OUT = pathlib.Path(os.environ.get("WFINFO_OUT", host.SOURCE / "out"))
 BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows"))
 # What lies beside the program in a family's run: libraries that nobody can expect to be installed.
 STAND_INS = {"archivers": ["doubles/archivers/unlha32.dll", "doubles/archivers/Zip32J.dll"]}
-# What a family's host is started with beside the usual: a second group of folders, for tabs and groups; folders in place
-# of the servers.
-MORE_OPTIONS = {family: ["--mail", "samples/copies"] for family in ("folders", "mail_list", "transfer")}
-MORE_OPTIONS |= {family: ["--inbox", "server", "--imap", "imap"] for family in ("application", "transmission")}
 # What runs while a family's examples do: see example_set_ups.py.
 SET_UPS = {"http": example_set_ups.web_site, "sockets": example_set_ups.mail_server, "smime": example_set_ups.certificates,
            "pgp": example_set_ups.key_ring, "mapi": example_set_ups.mail_receiver,
@@ -39,8 +38,7 @@ C_HEAD = '#define WFINFO_NO_MAPI\n#include <windows.h>\n#include <mapi.h>\n#incl
 # The system's Simple MAPI first: programs know nothing else, and find our functions through it.
 C_LIBRARIES = ["-lmapi32", OUT / "libWFINFO.dll.a"]
 C_COMPILER = ["x86_64-w64-mingw32-gcc", "-Wall", "-Wextra", "-Werror", f"-I{OUT}"]
-OPTIONS = ["--english", "--mail", "samples/mails", "--accounts", "samples/accounts.txt", "--templates", "samples/templates",
-           "--book", "samples/address-book.csv"]
+USUAL = ["--english", "--mail", "samples/mails"]
 
 
 def catalogue():
@@ -74,6 +72,29 @@ def examples_of(path):
     return head, [tuple(part.split("\n", 1)) for part in parts]
 
 
+def told(word, lines, path):
+    """What the comments "# WORD: ..." of some lines tell, one each."""
+    return marked(f"{'//' if path.suffix == '.c' else '#'} {word}:", lines)
+
+
+def options_of(path):
+    """What the host of a family is started with: the mails, and each option that an example names, once."""
+    options = list(USUAL)
+    for line in told("Run with", path.read_text(encoding="utf-8"), path):
+        for option, value in re.findall(r"(--[a-z-]+)(?: ([^-\s]\S*))?", line):
+            words = [option, value] if value else [option]
+            if not any(options[i:i + len(words)] == words for i in range(len(options))):
+                options += words
+    return options
+
+
+def macro_of(lines):
+    """The lines of an example that its macro has: the first, a comment, makes room for its heading."""
+    for mark in ("#>", "# Run with:", "# Needs:"):
+        lines = without(mark, lines)
+    return lines.partition("\n")[2]
+
+
 def marked(mark, lines):
     """The lines behind a mark, which is followed by a blank or by nothing."""
     return [line[len(mark) + 1:] for line in lines.split("\n") if line == mark or line.startswith(mark + " ")]
@@ -92,17 +113,17 @@ def run_macros(path, folder, provided):
     (folder / "set up.macro").write_text(provided.macro(), encoding="utf-8")
     macros = ["--macro", "set up.macro"]
     for heading, lines in examples:
-        # The host names the place of what it complains of: an example has its own name there, and its own lines, of
-        # which the first is a comment.
         macro = folder / f"{names_of(heading, path)[0]}.example"
-        macro.write_text(f'print "{heading}"\n{without("#>", lines).partition(chr(10))[2]}\n', encoding="utf-8")
+        macro.write_text(f'print "{heading}"\n{macro_of(lines)}\n', encoding="utf-8")
         macros += ["--macro", macro.name]
     typed = "".join(line + "\n" for _, lines in examples for line in marked("#<", lines))
     with open(folder / "printed", "wb") as printed:
-        subprocess.run([*host.command(), *OPTIONS, *MORE_OPTIONS.get(path.stem, []), *macros], input=typed.encode(),
+        subprocess.run([*host.command(), *options_of(path), *macros], input=typed.encode(),
                        stdout=printed, stderr=subprocess.STDOUT, cwd=folder, env=provided.environment, timeout=300)
     text = (folder / "printed").read_text(encoding="utf-8")
-    first, *parts = re.split(r"^(?=## )", text.replace("\r\n", "\n"), flags=re.M)
+    # The host names the place of what it complains of; a reader's file has a name of its own.
+    text = re.sub(r"\b\w+\.example:(?=\d)", "FILE:", text.replace("\r\n", "\n"))
+    first, *parts = re.split(r"^(?=## )", text, flags=re.M)
     return first, dict(part.split("\n", 1) for part in parts)
 
 
@@ -191,12 +212,37 @@ class Completeness(unittest.TestCase):
         self.assertEqual(sorted(names), sorted(reference))
 
     def test_the_reference_shows_each_example(self):
-        reference = {row["name"]: row["example"] for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))}
+        reference = {row["name"]: row for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))}
         for path in example_files():
-            for heading, lines in examples_of(path)[1]:
+            head, examples = examples_of(path)
+            run_with, needs = (f"{'//' if path.suffix == '.c' else '#'} {word}:" for word in ("Run with", "Needs"))
+            for heading, lines in examples:
                 for name in names_of(heading, path):
                     with self.subTest(name):
-                        self.assertEqual(reference[name].strip("\n"), lines.strip("\n"))
+                        shown = without(needs, without(run_with, lines))
+                        self.assertEqual(reference[name]["example"].strip("\n"), shown.strip("\n"))
+                        options = " ".join(told("Run with", head, path) + told("Run with", lines, path))
+                        self.assertEqual(reference[name]["run_with"],
+                                         options and f"wrenfold --mail samples/mails {options} --macro FILE")
+                        self.assertEqual(reference[name]["needs"],
+                                         "; ".join(told("Needs", head, path) + told("Needs", lines, path)))
+
+    def test_what_an_example_is_run_with_are_options_of_the_host(self):
+        for path in example_files():
+            for line in told("Run with", path.read_text(encoding="utf-8"), path):
+                with self.subTest(f"{path.name}: {line}"):
+                    self.assertRegex(line, r"\A(--[a-z]+( [a-z][\w./-]*)?( (?=-)|\Z))+\Z")
+
+    def test_families_that_need_more_than_the_host_say_what(self):
+        for family in [*STAND_INS, *SET_UPS]:
+            for path in EXAMPLES.glob(family + ".*"):
+                with self.subTest(family):
+                    text = path.read_text(encoding="utf-8")
+                    self.assertTrue(told("Needs", text, path) or told("Run with", text, path))
+
+    def test_no_example_prints_the_name_of_its_file(self):
+        for path in example_files():
+            self.assertNotRegex(path.read_text(encoding="utf-8"), r"\.example:\d", path.name)
 
     def test_each_example_says_what_it_is_for_and_prints_something(self):
         for path in example_files():

@@ -179,10 +179,44 @@ class Reasons(HostTest):
         result = self.run_macro('x = LoadTemplate("all", "x")\nprint HostReason()\n'
                                 'x = MakeReplyCustom("Everyone", "", "", 0)\nprint HostReason()\n')
         first, second = result.out.splitlines()
-        self.assertEqual(first, 'Invalid template kind specified in Template series function; kind is "all", and may be: '
+        self.assertEqual(first, 'Invalid template kind specified in Template series function; kind cannot be "all"; it takes: '
                                 '"newmail", "reply", "forward" or "sign" (a signature), in any letter case')
-        self.assertTrue(second.startswith('The 1st parameter of MakeReplyCustom is invalid; kind is "Everyone", and may be: '
-                                          'to whom: "" as the user has set it, Single the sender, '), second)
+        self.assertTrue(second.startswith('The 1st parameter of MakeReplyCustom is invalid; kind cannot be "Everyone"; '
+                                          'it takes (to whom): "" as the user has set it, Single the sender, '), second)
+
+
+    def test_name_what_there_is_instead(self):
+        self.write("a.eml", "Subject: Meeting at 10:30\n\ntext\n")
+        result = self.run_macro('print CsvExport("x.csv", 0, 0, "date+sender"), " ", HostReason()\n'
+                                'SetFindPack("text")\nprint SetFindPack("Subject: x\\nMeeting at 10:30"), " ", HostReason()\n'
+                                'print GetFindPack(0, 0), " ", SetFindPack("Any: Meeting at 10:30")\n', "--mail", self.folder / "a.eml")
+        self.assertEqual(result.out.splitlines(), [
+            "0 no column 'sender'; there are date, from, to, cc, subject, size, folder, file and unread, with + between them",
+            "0 'Meeting at 10' is no name of a header; to look for the text anywhere, write Any: Meeting at 10:30",
+            "text 1"])
+
+
+class WithoutAccounts(HostTest):
+    NO_SENDER = "no account: the mail has no sender; --accounts FILE names one"
+
+    def test_a_mail_without_a_sender_is_told_once_and_as_reason(self):
+        self.write("a.eml", "From: a@example.com\n\ntext\n")
+        source = 'print NewMail(), " ", HostReason()\nprint MakeReply("", 0), " ", HostReason()\n'
+        result = self.run_macro(source, "--mail", self.folder / "a.eml")
+        self.assertEqual(result.out, f"1 {self.NO_SENDER}\n" * 2)
+        self.assertEqual(result.err.count(f"wrenfold: {self.NO_SENDER}\n"), 1, result.err)
+        accounts = self.write("me.txt", "[me]\nszMailFromSpecify = me@example.com\n")
+        result = self.run_macro(source, "--mail", self.folder / "a.eml", "--accounts", accounts)
+        self.assertEqual((result.out, "sender" in result.err), ("1 \n1 \n", False))
+        result = self.run_macro(source, "--strict", "--mail", self.folder / "a.eml", "--accounts", self.write("no.txt", "[me]\n"))
+        self.assertEqual(result.out, "1 the first account has no szMailFromSpecify: the mail has no sender\n" * 2)
+
+    def test_a_file_that_is_not_there_is_told_at_the_start(self):
+        missing = self.folder / "nope.txt"
+        result = self.run_macro("print 1\n", "--accounts", missing)
+        self.assertEqual((result.out, result.code), ("1\n", 0))
+        self.assertRegex(result.err, r"\Awrenfold: there is no file .*nope\.txt: it will be made with the first account\n\Z")
+        self.assertFalse(missing.exists())
 
 
 class OfTheSystem(HostTest):

@@ -89,8 +89,8 @@ class Reasons(HostTest):
 
     def test_a_message_of_two_lines_is_a_reason_of_one(self):
         out, err = self.reasons('x = SetMailFlag("none", 1)\nprint HostReason()\n', *self.mail())
-        self.assertEqual(out, 'Invalid flag parameter in GetMailFlag series function. flag name = none; name is "none", and '
-                         "may be: one of unread, reply, forward, mark, hot, altered, send, sent, sentunknown, orikaeshi, "
+        self.assertEqual(out, 'Invalid flag parameter in GetMailFlag series function. flag name = none; name cannot be "none"; '
+                         "it takes: one of unread, reply, forward, mark, hot, altered, send, sent, sentunknown, orikaeshi, "
                          "remotemail_wantdownload, remotemail_wantdelete, letter case counts; the other words of "
                          "GetMailFlag can only be read\n")
         self.assertIn("WFINFO.DLL: Invalid flag parameter in GetMailFlag series function.\nflag name = none\n  in ", err)

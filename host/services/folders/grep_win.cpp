@@ -6,12 +6,14 @@
 #include <iterator>
 #include <optional>
 
+#include "host/base/shortened.h"
 #include "host/mail/find_pack.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
 #include "host/shared/list_moves_win.h"
 #include "host/terminal/progress.h"
+#include "host/terminal/shown_host_text.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -102,7 +104,15 @@ Answer FindPack(Request& request) {
   return request.AnswerText(back <= pushed.size() ? pushed[pushed.size() - back] : "");
 }
 
+std::string WhyNoPlace(std::string_view line) {
+  const std::string text = ShownHostText(line);
+  return "'" + Shortened(text.substr(0, text.find(':'))) +
+         "' is no name of a header; to look for the text anywhere, write Any: " + Shortened(text);
+}
+
 Answer SetFindPack(Request& request) {
+  const std::string_view line = NoPlaceOf(request.Text(0));
+  if (!line.empty()) return request.Fail(WhyNoPlace(line));
   request.state.commands.find_pack = request.Text(0);
   return Request::AnswerNumber(1);
 }
@@ -148,7 +158,7 @@ Answer CountMails(Request& request) {
 
 constexpr Service kServices[] = {
     {81, "II", FindPack, "the [find pack](#find-packs); with a number n in front the one of n pushes ago"},
-    {82, "T", SetFindPack, "sets the [find pack](#find-packs): 1"},
+    {82, "T", SetFindPack, "sets the [find pack](#find-packs): 1, 0 for a place that is no header's name"},
     {85, "", PushFindPack, "keeps the [find pack](#find-packs), to be asked for later: 1"},
     {139, "TTI", CountMails,
      "mails of the folder by kind; \"recent\" are the unread ones without `O` in `Status`"},

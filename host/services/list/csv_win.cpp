@@ -89,7 +89,7 @@ Answer Export(Request& request) {
     return request.Fail("no encoding has the number " + std::to_string(encoding));
   if (request.Number(3) != 0 && !request.HasText(3)) return request.Fail("the columns cannot be read");
   const auto columns = ParseCsvColumns(SystemCharsets().HostToUtf8(request.Text(3)));
-  if (const auto* word = std::get_if<std::string>(&columns)) return request.Fail("no column '" + *word + "'");
+  if (const auto* word = std::get_if<std::string>(&columns)) return request.Fail(NoCsvColumn(*word));
   const std::vector<std::size_t> mails = MailsOf(request, which);
   std::string table = Table(state, mails, std::get<std::vector<CsvColumn>>(columns));
   table = encoding == kHostText ? SystemCharsets().Utf8ToHost(table) : std::string(kUtf8Mark) + table;

@@ -6,6 +6,23 @@
 namespace wrenfold {
 namespace {
 
+TEST(ExportExamples, TellHowTheyAreRun) {
+  constexpr char kMacros[] =
+      "# The family.\n# Run with: --accounts a.txt\n# Needs: a server\n\n## First\n# Does it.\nprint 1\n#> "
+      "1\n\n"
+      "## Second\n# Does it.\n# Run with: --mail b --english\n# Needs: `port`\nprint 2\n#> 2\n";
+  EXPECT_EQ(ExampleIn(kMacros, "First"),
+            "# Does it.\nprint 1\n#> 1\n\n"
+            "Run with: wrenfold --mail samples/mails --accounts a.txt --macro FILE\nNeeds: a server\n"
+            "help examples tells how to read it\n");
+  EXPECT_EQ(ExampleIn(kMacros, "Second"),
+            "# Does it.\nprint 2\n#> 2\n\n"
+            "Run with: wrenfold --mail samples/mails --accounts a.txt --mail b --english --macro FILE\n"
+            "Needs: a server; `port`\nhelp examples tells how to read it\n");
+  EXPECT_EQ(ExampleIn("// ## C\n// Needs: a compiler\nint x;\n", "C"),
+            "int x;\n\nNeeds: a compiler\nhelp examples tells how to read it\n");
+}
+
 TEST(ExportExamples, AreFoundByTheirHeadings) {
   constexpr char kMacros[] =
       "# The family.\n\n## First\n# Does it.\nprint First()\n#> 1\n\n"

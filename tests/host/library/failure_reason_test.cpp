@@ -68,20 +68,32 @@ TEST(RefusedWord, NamesTheParameterAndAllOfItsWords) {
   } cases[] = {
       {"LoadTemplate",
        {Text("all"), Text("x")},
-       "kind is \"all\", and may be: \"newmail\", \"reply\", \"forward\" or \"sign\" (a signature), in any "
-       "letter case",
+       "kind cannot be \"all\"; it takes: \"newmail\", \"reply\", \"forward\" or \"sign\" (a signature), in "
+       "any letter case",
        ""},
       {"LoadTemplate", {Text("REPLY"), Text("x")}, "", "it is a word"},
       {"SetAutoPushTimer",
        {Number(1), Text("maybe")},
-       "button is \"maybe\", and may be: ok cancel abort retry ignore yes no, or a control id in digits; "
-       "nothing or empty: the default button",
+       "button cannot be \"maybe\"; it takes: ok cancel abort retry ignore yes no, or a control id in "
+       "digits; nothing or empty: the default button",
        ""},
       {"NextPrevCustom", {Text("any"), Text("down"), Text("Mail"), Text("")}, "", "it stands in the text"},
       {"MakeReplyCustom",
        {Text("All"), Text("NoAttach"), Text("")},
-       "attach is \"NoAttach\", and may be: CopyAttach takes the attachments along, \"\" does not",
+       "attach cannot be \"NoAttach\"; it takes: CopyAttach takes the attachments along, \"\" does not",
        "the second"},
+      {"SetCharSet",
+       {Text("latin1"), Number(0)},
+       "charset cannot be \"latin1\"; it takes: iso-2022-jp or japan (also for null, \"\" and, after a "
+       "report, what is no text); utf-8 or utf-7, both UTF-8; euro, iso-8859-1 or windows-1252; "
+       "centraleuro, iso-8859-2 or windows-1250; russian or windows-1251; thai, tis-620, iso-8859-11 or "
+       "windows-874; korea or ks_c_5601; gb2312; big5; letter case does not count",
+       "the words come first"},
+      {"NextUnreadCustom",
+       {Text("Never")},
+       "roll cannot be \"Never\"; it takes (at the end of the folder): \"\", Over, Query, Roll, Super, "
+       "RollAccount, RollAll, RollFolderAccount or RollFolderAll, as for NextPrevCustom",
+       "what stands before the words"},
       {"LoadTemplate", {Number(5), Text("x")}, "", "no text: the library says so"},
       {"ToUpper", {Text("all")}, "", "takes no words"},
   };

@@ -21,6 +21,12 @@ TEST(CsvList, EveryColumnHasItsOwnName) {
   }
 }
 
+TEST(CsvList, AWordThatIsNoColumnNamesThoseThereAre) {
+  EXPECT_EQ(NoCsvColumn("sender"),
+            "no column 'sender'; there are date, from, to, cc, subject, size, folder, file and unread, with "
+            "+ between them");
+}
+
 TEST(CsvList, ValuesAreQuotedWhereTheyMustBe) {
   EXPECT_EQ(CsvLine({"a", "b, c", "say \"x\"", "", "two\nlines"}),
             "a,\"b, c\",\"say \"\"x\"\"\",,\"two\nlines\"\r\n");

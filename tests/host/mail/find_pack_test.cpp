@@ -34,6 +34,13 @@ TEST(FindPack, AllConditionsMustHold) {
   EXPECT_FALSE(Finds("Body: x", "X: x")) << "a mail without a body";
 }
 
+TEST(FindPack, TellsAPlaceThatIsNone) {
+  EXPECT_EQ(NoPlaceOf("Subject: a\nMeeting at 10:30\nBody: b"), "Meeting at 10:30");
+  EXPECT_EQ(NoPlaceOf(": text"), ": text");
+  for (const char* pack : {"", "text", "Subject: 10:30", "X-Any-Header: a\r\n\r\nAny: b c: d", "body:"})
+    EXPECT_EQ(NoPlaceOf(pack), "") << pack;
+}
+
 TEST(HoldsText, BeginsAtCharacters) {
   EXPECT_TRUE(HoldsText("\x83\x5C\x83\x65", "\x83\x65"));
   EXPECT_FALSE(HoldsText("\x83\x5C", "\\")) << "a second byte is no backslash";

@@ -109,12 +109,27 @@ TEST(CommandLine, SaysWhatIsWrong) {
       {{"--mail", "", "--prompt"}, "--mail needs a file name behind it"},
       {{"--promt"}, "unknown option '--promt'; did you mean --prompt?"},
       {{"a.eml"}, "'a.eml' stands alone; mails follow --mail, macros --macro"},
+      {{"--trace", "SetHeader"}, "'SetHeader' stands alone; to trace it alone write --trace=SetHeader"},
+      {{"--trace=", "--prompt"},
+       "--trace= needs exports or codes behind it, as in --trace=SetHeader,44; --trace alone tells "
+       "everything"},
+      {{"--trace=,", "--prompt"},
+       "--trace= needs exports or codes behind it, as in --trace=SetHeader,44; --trace alone tells "
+       "everything"},
+      {{"--trace=SetHeader;44", "--prompt"},
+       "--trace=SetHeader;44: write a comma between two names, as in --trace=SetHeader,44"},
   };
   for (const Case& c : cases) {
     const auto parsed = ParseCommandLine(c.arguments);
     ASSERT_TRUE(std::holds_alternative<UsageError>(parsed)) << c.expected;
     EXPECT_EQ(std::get<UsageError>(parsed).text, c.expected);
   }
+}
+
+TEST(CommandLine, TheUsageSaysThatAFailedCallIsNoError) {
+  EXPECT_NE(kUsage.find("Exit code: 0 at the end of the last macro, even when calls failed"),
+            std::string_view::npos);
+  EXPECT_NE(kUsage.find("130 after Ctrl+C"), std::string_view::npos);
 }
 
 TEST(CommandLine, TheUsageNamesEachOption) {
