@@ -7,6 +7,7 @@
 #include "host/base/ascii.h"
 #include "host/base/file_names.h"
 #include "host/base/file_reasons.h"
+#include "host/base/links.h"
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/mail/marks_file.h"
@@ -205,6 +206,7 @@ std::optional<std::string> FolderTree::WhyNotDelete(std::size_t folder) const {
   std::error_code error;
   for (fs::recursive_directory_iterator entry(found.path, error), end; !error && entry != end;
        entry.increment(error)) {
+    if (IsLink(entry->path())) return found.name + " holds a link: " + PathToUtf8(entry->path().filename());
     if (entry->is_directory(error) || known.contains(key(entry->path()))) continue;
     if (IsMarksFile(PathToUtf8(entry->path().filename()))) continue;
     return found.name + " holds another file: " + PathToUtf8(entry->path().filename());

@@ -8,6 +8,7 @@
 #include "host/base/ascii.h"
 #include "host/base/file_hold.h"
 #include "host/base/file_reasons.h"
+#include "host/base/links.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/mail/marks_file.h"
@@ -198,7 +199,7 @@ std::optional<std::string> MailStore::AddBranch(const fs::path& folder, std::siz
   std::error_code error;
   for (const fs::path& entry : Entries(folder, error)) {
     // A link could lead back to where we are.
-    if (level >= kDeepest || !IsFolder(entry) || IsLeftOut(entry) || fs::is_symlink(entry, error)) continue;
+    if (level >= kDeepest || !IsFolder(entry) || IsLeftOut(entry) || IsLink(entry)) continue;
     auto failure = AddBranch(entry, tree, level + 1, unreadable);
     if (failure && unreadable == Unreadable::kRefuse) return failure;
     if (failure) skipped_.push_back(*std::move(failure));
@@ -219,8 +220,7 @@ bool MailStore::LooksAt(std::size_t tree, std::string_view path) const {
   int level = 0;
   for (const fs::path& part : PathFromUtf8(std::string(path))) {
     folder /= part;
-    std::error_code error;
-    if (++level > kDeepest || IsLeftOut(folder) || fs::is_symlink(folder, error)) return false;
+    if (++level > kDeepest || IsLeftOut(folder) || IsLink(folder)) return false;
   }
   return true;
 }

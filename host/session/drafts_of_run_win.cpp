@@ -10,6 +10,7 @@
 #include "host/base/time_stamp_win.h"
 #include "host/charset/charsets.h"
 #include "host/mail/mail_store.h"
+#include "host/shared/changed_mail_win.h"
 #include "host/shared/written_mail_win.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
@@ -33,14 +34,34 @@ std::filesystem::path DraftsFolder(const Options& options) {
 
 // Another place for a mail that its folder cannot take: beside that folder, where it is a draft in the
 // next run, else among the temporary files. Nothing when there is none.
-std::optional<std::filesystem::path> Rescued(const HostState& state, const std::string& mail) {
+std::optional<std::filesystem::path> Rescued(const HostState& state, const std::string& mail,
+                                             const std::string& kind) {
   std::error_code error;
-  const std::filesystem::path name = "unsent-" + UniqueNameNow() + ".eml";
+  const std::filesystem::path name = kind + "-" + UniqueNameNow() + ".eml";
   for (const auto& folder :
        {state.writing.drafts.parent_path(), std::filesystem::temp_directory_path(error)}) {
     if (!folder.empty() && !SaveSafely(folder / name, mail)) return folder / name;
   }
   return std::nullopt;
+}
+
+std::string Title(HostState& state, std::size_t mail) {
+  return Quoted(SystemCharsets().HostToUtf8(state.Header(mail, "Subject")), 60);
+}
+
+// Changes to received mails that their files did not take. False when there are any.
+bool KeepUnsaved(HostState& state) {
+  bool all_saved = true;
+  for (const auto& [mail, reason] : state.writing.unsaved) {
+    if (mail >= state.mail_count() || !state.Changes(mail)) continue;
+    all_saved = false;
+    const std::string changed = ChangedMail(state, mail);
+    const auto file = Rescued(state, changed, "unsaved");
+    TheTerminal().Error(
+        "wrenfold: the changes to " + Title(state, mail) + " were not saved: " + reason + "\n" +
+        (file ? "wrenfold: the changed mail lies in " + PathToUtf8(*file) + "\n" : changed + "\n"));
+  }
+  return all_saved;
 }
 
 bool HoldsMails(const std::filesystem::path& folder) {
@@ -74,15 +95,15 @@ std::optional<std::string> OpenDrafts(const Options& options, HostState& state) 
 }
 
 bool KeepAtEnd(HostState& state) {
-  if (state.writing.editing < state.mail_count() && state.Changes(state.writing.editing)) {
-    TheTerminal().Error(
-        "wrenfold: the changes to " +
-        Quoted(SystemCharsets().HostToUtf8(state.Header(state.writing.editing, "Subject")), 60) +
-        " are lost: SaveEditMail() was not called\n");
+  const std::size_t editing = state.writing.editing;
+  if (editing < state.mail_count() && state.Changes(editing) && !state.writing.unsaved.contains(editing)) {
+    TheTerminal().Error("wrenfold: the changes to " + Title(state, editing) +
+                        " are lost: SaveEditMail() was not called\n");
   }
-  if (!KeepDraft(state)) return true;
+  const bool all_saved = KeepUnsaved(state);
+  if (!KeepDraft(state)) return all_saved;
   const std::string mail = DraftFile(*state.writing.draft, NewStamp(state));
-  const auto file = Rescued(state, mail);
+  const auto file = Rescued(state, mail, "unsent");
   TheTerminal().Error(file ? "wrenfold: it lies in " + PathToUtf8(*file) + " with all that belongs to it:\n"
                            : mail + "\n");
   if (!file) return false;

@@ -16,4 +16,7 @@ void TellHeaderChange(HostState& state, std::size_t mail);
 // and the changes are as they were. With --read-only the mail changes in memory alone.
 std::optional<std::string> SaveChanges(HostState& state, std::size_t mail);
 
+// The file of a mail with its changes, which there must be.
+std::string ChangedMail(HostState& state, std::size_t mail);
+
 }  // namespace wrenfold

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/base/ascii.h"
+#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/safe_saving.h"
 #include "host/base/time_stamp_win.h"
@@ -55,6 +56,17 @@ std::size_t FindById(HostState& state, std::string_view id) {
 bool IsOnlyMail(std::string_view mbox, const std::string& raw) {
   const std::vector<StoredMail> mails = IsMbox(mbox) ? SplitMbox(mbox) : std::vector<StoredMail>();
   return mails.size() == 1 && mails[0].raw == raw;
+}
+
+// Why a saved draft's file is not to be overwritten: somebody else saved the draft, sent or deleted it.
+std::optional<std::string> WhyNotOver(const fs::path& file, const std::string& raw) {
+  const auto bytes = ReadWholeFile(file);
+  std::error_code error;
+  if (!bytes && !fs::exists(file, error))
+    return PathToUtf8(file) + " is gone: another program sent or deleted the draft";
+  if (!bytes) return "cannot read " + PathToUtf8(file);
+  if (*bytes == raw || IsOnlyMail(*bytes, raw)) return std::nullopt;
+  return PathToUtf8(file) + " was changed by another program: the draft is not saved";
 }
 
 void DeleteStored(HostState& state, std::size_t mail) {
@@ -164,6 +176,11 @@ std::optional<std::string> SaveDraft(HostState& state) {
   Draft& draft = *state.writing.draft;
   const fs::path file = FileOf(state, draft);
   if (file.empty()) return "there is no folder for drafts";
+  const FileHold hold(file);
+  if (hold.failure()) return hold.failure();
+  if (draft.stored < state.mail_count()) {
+    if (auto reason = WhyNotOver(file, state.Mail(draft.stored).raw)) return reason;
+  }
   std::string bytes = DraftFile(draft, NewStamp(state));
   if (auto reason = SaveSafely(file, bytes)) return reason;
   if (draft.stored < state.mail_count()) {
@@ -179,9 +196,14 @@ std::optional<std::string> SaveDraft(HostState& state) {
 
 std::optional<std::string> KeepDraft(HostState& state) {
   if (!state.HasDraft()) return std::nullopt;
-  const Draft& draft = *state.writing.draft;
+  Draft& draft = *state.writing.draft;
   const bool kept = state.writing.kept && *state.writing.kept == draft;
   if (!kept && !IsEmpty(draft)) {
+    // What somebody else made of the draft's file stays, and this one gets a file of its own.
+    if (draft.stored < state.mail_count() &&
+        WhyNotOver(state.Mail(draft.stored).source, state.Mail(draft.stored).raw)) {
+      draft.stored = kNoMail;
+    }
     if (const auto reason = SaveDraft(state)) {
       Tell("the mail being written, " + TitleOf(draft) + ", cannot be kept as a draft: " + *reason);
       return "the mail being written cannot be kept: " + *reason;

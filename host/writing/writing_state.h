@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -31,6 +32,8 @@ struct WritingState {
   // The received mail whose text may be changed, and its changes before that.
   std::size_t editing = kNoMail;
   std::optional<std::string> before_editing;
+  // Received mails whose changes could not be saved, and why (UTF-8).
+  std::map<std::size_t, std::string> unsaved;
 
   // Warnings that a macro has turned off.
   bool quiet_header_changes = false;

@@ -112,9 +112,18 @@ class Files(Drafts):
             'OpenMail()\nBeginEditMail()\nHostSetBody("mine\\n")\n'
             f'Bypass_CopyFile("{(self.folder / "accounts.txt").as_posix()}", "{self.mail.as_posix()}", 0)\n'
             'print SaveEditMail(), HostBody()\n')
-        self.assertEqual((result.out, result.code), ("0mine\n\n", 0))
-        self.assertIn('wrenfold: the changes to "Minutes" are lost: SaveEditMail() was not called\n', result.err)
+        self.assertEqual((result.out, result.code), ("0mine\n\n", 1))
+        [kept] = self.folder.glob("unsaved-*.eml")
+        self.assertRegex(result.err, 'wrenfold: the changes to "Minutes" were not saved: .*a.eml was changed by another program')
+        self.assertIn("wrenfold: the changed mail lies in ", result.err)
+        self.assertIn(kept.name, result.err)
+        self.assertEqual((parsed(kept)["Subject"], text_of(parsed(kept))), ("Minutes", "mine\n"))
         self.assertEqual(self.mail.read_bytes(), (self.folder / "accounts.txt").read_bytes())
+
+    def test_changes_that_nobody_saved_are_told(self):
+        result = self.run_on_mail('OpenMail()\nBeginEditMail()\nHostSetBody("mine\\n")\n')
+        self.assertEqual((result.out, result.code), ("", 0))
+        self.assertIn('wrenfold: the changes to "Minutes" are lost: SaveEditMail() was not called\n', result.err)
 
 
 def parsed_bytes(raw):
@@ -153,6 +162,22 @@ class NothingIsLost(Drafts):
         self.assertEqual((result.out, result.code), ("10\n1\n", 0))
         self.assertIn("| mine\n| more\n", result.err)
         self.assertEqual(self.drafts(), [])
+
+    def test_a_draft_that_somebody_else_changed_or_sent_is_not_overwritten(self):
+        for replaced in (True, False):
+            with self.subTest(replaced):
+                shutil.rmtree(self.folder / "Drafts", ignore_errors=True)
+                self.run_on_mail('MakeReply("", 0)\nHostSetBody("first\\n")\nSaveDraft2(1)\n')
+                [file] = self.drafts()
+                change = (f'Bypass_CopyFile("{self.mail.as_posix()}", "{file.as_posix()}", 0)\n' if replaced else
+                          f'Bypass_MoveFile("{file.as_posix()}", "{(self.folder / "sent.txt").as_posix()}")\n')
+                result = self.run_on_mail('SelectFolder("Drafts")\nOpenMail()\nHostSetBody("mine\\n")\n' + change +
+                                          'print SaveDraft(), HostReason()\n')
+                self.assertRegex(result.out, "^0.*another program")
+                self.assertEqual(file.exists() and file.read_bytes(), replaced and PLAIN)
+                [mine] = [other for other in self.drafts() if other != file]
+                self.assertEqual((text_of(parsed(mine)), parsed(mine)["X-Unsent"]), ("mine\n", "1"))
+                (self.folder / "sent.txt").unlink(missing_ok=True)
 
     def test_a_draft_that_was_sent_is_not_sent_again(self):
         for number in range(3):

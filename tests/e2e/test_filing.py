@@ -1,8 +1,11 @@
 """Filing as it shows on disk: which files a macro leaves behind, also when a folder vanishes or the host is ended."""
 import hashlib
+import os
 import shutil
 import subprocess
+import tempfile
 import unittest
+from pathlib import Path
 
 import host
 from host import HostTest, run
@@ -254,6 +257,34 @@ print LoadRootMail("{one}", 0), CurrentHeader("Subject")
             'print SelectFolder("work", null), MailCount(), CheckDuplication("batch", null, null, 0, 0)\n'
             f'print Import("{one}", "auto", "", ""), MailCount(), RootHeader("Subject")\n'), "100\n11one\n")
         self.assertEqual([content for path, content in self.files().items() if path.startswith("work/")], [ONE])
+
+
+class OtherPlaces(HostTest):
+    def test_a_link_to_a_folder_is_not_followed(self):
+        (self.folder / "real").mkdir()
+        (self.folder / "mails").mkdir()
+        self.write("real/kept.eml", ONE)
+        self.write("mails/one.eml", TWO)
+        (self.folder / "mails/link").symlink_to(self.folder / "real")
+        (self.folder / "mails/back").symlink_to(self.folder / "mails")
+        result = run("--english", "--mail", "mails", "--macro", self.write(
+            "m.macro", 'print MailCountAll(), SelectFolder("link", null), DeleteFolder("link", null)\n'), folder=self.folder)
+        self.assertEqual((result.out, result.code), ("100\n", 0))
+        self.assertEqual((self.folder / "real/kept.eml").read_bytes(), ONE)
+
+    @unittest.skipUnless(os.path.isdir("/dev/shm"), "needs another volume")
+    def test_a_mail_goes_to_another_volume_and_leaves_this_one(self):
+        with tempfile.TemporaryDirectory(dir="/dev/shm") as other:
+            self.assertNotEqual(os.stat(other).st_dev, os.stat(self.folder).st_dev)
+            (Path(other) / "far").mkdir()
+            (Path(other) / "far/one.eml").write_bytes(TWO)
+            (self.folder / "mails").mkdir()
+            self.write("mails/one.eml", ONE)
+            result = run("--english", "--mail", "mails", "--mail", f"Z:{other}/far", "--macro", self.write(
+                "m.macro", 'print Move("far", null), HostReason()\n'), folder=self.folder)
+            self.assertEqual((result.out, result.code), ("1\n", 0))
+            self.assertEqual([path.read_bytes() for path in sorted((Path(other) / "far").iterdir())], [ONE, TWO])
+            self.assertEqual(list((self.folder / "mails").iterdir()), [])
 
 
 class ReadOnly(HostTest):

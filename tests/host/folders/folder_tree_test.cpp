@@ -204,6 +204,12 @@ TEST_F(HostFolderTree, AFolderWithMailsIsKept) {
   EXPECT_TRUE(fs::exists(root_ / "tree/lists/list.mbox"));
 }
 
+TEST_F(HostFolderTree, AFolderThatHoldsALinkIsNotDeleted) {
+  fs::create_directory_symlink(root_ / "other", root_ / "tree/lists/link");
+  EXPECT_EQ(tree_.WhyNotDelete(*tree_.Find("lists", 0)), "lists holds a link: link");
+  EXPECT_EQ(Made("lists/link/new"), "no folder can be called \"lists/link/new\"");
+}
+
 TEST_F(HostFolderTree, ARoleIsKnownByPropertyOrName) {
   EXPECT_EQ(tree_.WithRole(0, "trash"), std::nullopt);
   const auto made = tree_.MakeWithRole(0, "trash");

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 
+#include "host/base/file_hold.h"
 #include "host/base/whole_file.h"
 #include "host/folders/filing.h"
 #include "host/folders/filter_rules.h"
@@ -94,13 +95,15 @@ TEST_F(TwoHosts, FileOutOfOneMboxWithoutLosingAMail) {
     Run([this](int host) {
       auto* store = new MailStore;
       store->Add(root_ / "mails");
-      return [store, host] {
+      return [this, store, host] {
         for (std::size_t n = 0; n < kMails / 2; ++n) {
           const std::size_t mail = host == 0 ? n : kMails - 1 - n;
           // One that waits finds the mbox changed, and reads it again.
           for (int tries = 0; tries < 100; ++tries) {
             if (MoveMails(*store, std::span(&mail, 1), FolderCalled(*store, "to")).failure.empty()) break;
+            const FileHold hold(root_ / "mails/box.mbox");
             store->ReadAgain(FolderCalled(*store, "box"));
+            if (MoveMails(*store, std::span(&mail, 1), FolderCalled(*store, "to")).failure.empty()) break;
           }
         }
       };
@@ -125,6 +128,22 @@ TEST_F(TwoHosts, ReceiveFromOneInboxEachMailOnce) {
           state->Receive(root_ / "inbox" / (std::to_string(i) + ".eml"), 0, false);
         }
       };
+    });
+    ASSERT_EQ(Counts(), kAllOnce) << "round " << round;
+  }
+}
+
+TEST_F(TwoHosts, ReceiveTheMailsOfOneFileOnce) {
+  for (int round = 0; round < kRounds; ++round) {
+    fs::remove_all(root_);
+    WriteMbox();
+    fs::create_directories(root_ / "inbox");
+    fs::rename(root_ / "mails/box.mbox", root_ / "inbox/several.mbox");
+    Write("mails/seen.eml", "Subject: seen\n\n");
+    Run([this](int) {
+      auto* state = new HostState;
+      state->AddMails(root_ / "mails", MailStore::Unreadable::kSkip);
+      return [this, state] { state->Receive(root_ / "inbox/several.mbox", 0, false); };
     });
     ASSERT_EQ(Counts(), kAllOnce) << "round " << round;
   }
