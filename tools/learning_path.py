@@ -26,7 +26,7 @@ STEPS = [
     ("tour/2_list_headers", ""),
     ("tour/3_count_lines", ""),
     ("tour/4_japanese", ""),
-    ("tour/5_reply", ""),
+    ("tour/5_reply", ACCOUNTS),
     ("who_wrote", ""),
     ("learn/07_mark_what_asks", ""),
     ("file_newsletters", ""),

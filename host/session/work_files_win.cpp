@@ -37,11 +37,19 @@ std::filesystem::path DefaultAccounts(const Options& options) {
   return (std::filesystem::is_directory(mails, error) ? mails : mails.parent_path()) / kName;
 }
 
+// A file that the user names and that is not there is mistyped more often than wanted.
+void TellMissingFile(const Options& options, const fs::path& accounts) {
+  std::error_code error;
+  if (options.accounts.empty() || fs::exists(accounts, error)) return;
+  Tell("there is no file " + PathToUtf8(accounts) + ": it will be made with the first account");
+}
+
 // What the keyword commands work with.
 std::optional<std::string> OpenCommandFiles(const Options& options, CommandState& commands) {
   const auto accounts =
       options.accounts.empty() ? DefaultAccounts(options) : PathFromUtf8(options.accounts.back());
   if (auto reason = commands.accounts.Open(accounts)) return reason;
+  TellMissingFile(options, accounts);
   for (const std::string& book : options.books) {
     if (auto reason = commands.books.Open(PathFromUtf8(book))) return reason;
   }

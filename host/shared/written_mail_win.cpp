@@ -97,6 +97,17 @@ void MarkAnswered(HostState& state, const Draft& draft) {
   }
 }
 
+// A resent mail keeps its sender. Any other is begun all the same: it may get a From yet. The reason stands
+// behind each, the line on standard error once.
+void TellMissingSender(HostState& state) {
+  const bool has_sender = HeaderValue(state.writing.draft->text, "From").has_value();
+  if (has_sender || !OwnAddress(state).empty()) return;
+  state.failure = state.commands.accounts.Names().empty()
+                      ? "no account: the mail has no sender; --accounts FILE names one"
+                      : "the first account has no szMailFromSpecify: the mail has no sender";
+  if (!std::exchange(state.writing.told_missing_sender, true)) Tell(state.failure);
+}
+
 }  // namespace
 
 Answer BeginWriting(Request& request, Draft draft) {
@@ -122,6 +133,7 @@ Answer BeginWriting(Request& request, Draft draft) {
   ++state.writing.begun;
   state.writing.switched = 0;
   Windows::OpenView();
+  TellMissingSender(state);
   return Request::Done(true);
 }
 

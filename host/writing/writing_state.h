@@ -36,8 +36,9 @@ struct WritingState {
   bool quiet_header_changes = false;
   bool quiet_lost_answer = false;
   bool quiet_subject = false;
-  std::uint32_t switched = 0;       // bits of the written mail's state word that are not as its text says
-  std::set<std::size_t> warned_of;  // mails whose changed headers were told
+  bool told_missing_sender = false;  // that a mail has none was told
+  std::uint32_t switched = 0;        // bits of the written mail's state word that are not as its text says
+  std::set<std::size_t> warned_of;   // mails whose changed headers were told
 };
 
 }  // namespace wrenfold

@@ -16,6 +16,8 @@ import unittest
 SOURCE = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).parents[2]))
 EXECUTABLE = pathlib.Path(os.environ.get("WFINFO_HOST", SOURCE / "out/host/wrenfold.exe"))
 TIMEOUT_SECONDS = 120
+# What the host tells once when a mail is begun and it has no account.
+NO_SENDER = "wrenfold: no account: the mail has no sender; --accounts FILE names one\n"
 
 
 class Result(typing.NamedTuple):

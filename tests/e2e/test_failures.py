@@ -194,6 +194,29 @@ class Reasons(HostTest):
             "text 1"])
 
 
+class WithoutAccounts(HostTest):
+    NO_SENDER = "no account: the mail has no sender; --accounts FILE names one"
+
+    def test_a_mail_without_a_sender_is_told_once_and_as_reason(self):
+        self.write("a.eml", "From: a@example.com\n\ntext\n")
+        source = 'print NewMail(), " ", HostReason()\nprint MakeReply("", 0), " ", HostReason()\n'
+        result = self.run_macro(source, "--mail", self.folder / "a.eml")
+        self.assertEqual(result.out, f"1 {self.NO_SENDER}\n" * 2)
+        self.assertEqual(result.err.count(f"wrenfold: {self.NO_SENDER}\n"), 1, result.err)
+        accounts = self.write("me.txt", "[me]\nszMailFromSpecify = me@example.com\n")
+        result = self.run_macro(source, "--mail", self.folder / "a.eml", "--accounts", accounts)
+        self.assertEqual((result.out, "sender" in result.err), ("1 \n1 \n", False))
+        result = self.run_macro(source, "--strict", "--mail", self.folder / "a.eml", "--accounts", self.write("no.txt", "[me]\n"))
+        self.assertEqual(result.out, "1 the first account has no szMailFromSpecify: the mail has no sender\n" * 2)
+
+    def test_a_file_that_is_not_there_is_told_at_the_start(self):
+        missing = self.folder / "nope.txt"
+        result = self.run_macro("print 1\n", "--accounts", missing)
+        self.assertEqual((result.out, result.code), ("1\n", 0))
+        self.assertRegex(result.err, r"\Awrenfold: there is no file .*nope\.txt: it will be made with the first account\n\Z")
+        self.assertFalse(missing.exists())
+
+
 class WithoutMails(HostTest):
     def test_whatever_needs_mails_says_that_none_were_given(self):
         for call in ('SelectFolder("x")', "Delete()", "SetMailIndex(0)", 'RootHeader("To")', 'CurrentHeader("To")',

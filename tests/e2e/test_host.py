@@ -17,7 +17,8 @@ TWO_MAILS = (b"From alice@example.com Mon Jun  2 09:00:00 2025\nFrom: Alice <ali
 def example_of(file, name):
     """The example of an export as examples/ has it."""
     text = (host.SOURCE / "examples" / file).read_text(encoding="utf-8")
-    return re.search(rf"^(?:// )?## {name}\b.*\n((?:(?!(?:// )?## ).*\n)*)", text, re.M)[1].rstrip("\n") + "\n"
+    example = re.search(rf"^(?:// )?## {name}\b.*\n((?:(?!(?:// )?## ).*\n)*)", text, re.M)[1].rstrip("\n") + "\n"
+    return re.sub(r"^(#|//) (Run with|Needs): .*\n", "", example, flags=re.M)
 
 
 class CommandLine(HostTest):
@@ -198,7 +199,7 @@ class Writing(HostTest):
         mail = self.write("first.eml", MAIL)
         self.assert_output(self.run_macro(
             'print NewMailType(), NewMail(), AllCurrentHeader()\nprint MailFileName()', "--mail", mail),
-            "01To: \nSubject: \n\nfirst.eml\n")
+            "01To: \nSubject: \n\nfirst.eml\n", host.NO_SENDER)
 
 
 class Notices(HostTest):
@@ -239,7 +240,7 @@ class Trace(HostTest):
                          'trace: test.macro:2:5: ToUpper("a") -> "A"\n'
                          "trace: MailCount: code 30 -> 1\n"
                          "trace: test.macro:3:5: MailCount() -> 1\n"
-                         "trace: 3 requests, 0 not served\n")
+                         "trace: 1 shown of 3 requests, 0 not served\n")
 
     def test_is_written_as_json(self):
         mail = self.write("first.eml", MAIL)
@@ -248,10 +249,21 @@ class Trace(HostTest):
         lines = [json.loads(line) for line in (self.folder / "trace.jsonl").read_text(encoding="utf-8").splitlines()]
         macro = str(self.folder / "test.macro")
         self.assertEqual(lines, [
-            {"request": "MailFileName", "code": 52, "command": 0, "slots": "", "answer": '"first.eml"', "served": True, "reason": ""},
+            {"request": "MailFileName", "code": 52, "command": 0, "slots": [], "answer": "first.eml", "served": True, "reason": ""},
             {"call": "MailFileName", "file": macro, "line": 1, "column": 5, "parameters": [], "result": "first.eml", "reason": ""},
             {"call": "FormatDate", "file": macro, "line": 2, "column": 5, "parameters": ['日\x01"', "DD"], "result": "",
              "reason": '"日\\x01\\"" is no date'}])
+        self.run_macro('x = Quote("日本" + "x")\nx = SelectFolder("a", null)\nx = SetMailIndex(-1)\nx = SetMailFlag("no", 1)\n'
+                       "x = 1 / 0\n", "--english", "--mail", mail, "--trace-json", self.folder / "trace.jsonl")
+        lines = [json.loads(line) for line in (self.folder / "trace.jsonl").read_text(encoding="utf-8").splitlines()]
+        slots = {line["code"]: (line["slots"], line["answer"]) for line in lines if "request" in line}
+        self.assertEqual(slots[86], (["日本x"], "> 日本x"))
+        self.assertEqual(slots[33], ([-1], 0))
+        self.assertIn([None, "a"], [given for given, _ in slots.values()])
+        [message] = [line for line in lines if "message" in line]
+        self.assertEqual(message["call"], "SetMailFlag")
+        self.assertTrue(message["message"].startswith("WFINFO.DLL: Invalid flag parameter"), message)
+        self.assertEqual(lines[-1], {"stopped": f"{macro}:5:7: division by 0"})
         result = self.run_macro("print 1\n", "--trace-json", self.folder / "none" / "t.jsonl")
         self.assertEqual((result.out, result.code), ("", 1))
         self.assertIn("wrenfold: cannot write the trace ", result.err)
@@ -333,6 +345,7 @@ class Prompt(HostTest):
         printed = self.prompt(*(f"help {name}" for name in firsts.values())).out
         for file, name in firsts.items():
             self.assertIn("\n\n" + example_of(file, name), printed, (file, name))
+        self.assertIn("\nRun with: wrenfold --mail samples/mails --accounts samples/accounts.txt --macro FILE\n", printed)
 
     def test_goes_on_after_a_mistake_and_ends_with_1(self):
         self.assertEqual(self.prompt("HomeDirr()", "1 +", "open 9", "2"), host.Result(
