@@ -8,7 +8,7 @@ import unittest
 from pathlib import Path
 
 import host
-from host import HostTest, run
+from host import HostTest, NO_SENDER, run
 
 ONE = b"From: Alice <alice@example.com>\r\nSubject: one\r\n\r\n1\r\n"
 TWO = b"From: Bob <bob@example.com>\r\nSubject: two\r\n\r\n2\r\n"
@@ -210,7 +210,7 @@ class NothingIsLost(Filing):
             'RefreshFolder("drafts", null)\nprint GetFolderMailCount("drafts", null, null)\n'
             'folder = AddString(GetNextFolder("mails", null))\ni = 0\nwhile folder != "" and i < 9\n'
             '  print ToBaseName(folder)\n  folder = AddString(GetNextFolder(folder, null))\n  i = i + 1\nend\n'),
-            "1\n10\n1\nlist.mbox\ninbox\nwork\ndrafts\n")
+            "1\n10\n1\nlist.mbox\ninbox\nwork\ndrafts\n", NO_SENDER)
 
     def test_a_file_that_was_written_anew_is_read_anew(self):
         out = self.write("out.eml", ONE).as_posix()
