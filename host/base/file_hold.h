@@ -1,8 +1,8 @@
 // Keeps other hosts away from a file while it is read, changed and replaced.
 //
-// The hold is the system's, by the full name of the file in one case of letters, and ends with the program that
-// has it. It binds the hosts of one user's session on one machine, which all ask for it; other programs know
-// nothing of it. A folder is held while new files get their names in it.
+// The hold is the system's, by the full name of the file in one case of letters, and ends with the
+// program that has it. It binds the hosts of one user's session on one machine, which all ask for it; other
+// programs know nothing of it. A folder is held while new files get their names in it.
 #pragma once
 
 #include <chrono>

@@ -1,7 +1,7 @@
 // Giving a file another name, on one volume: whole or not at all.
 //
-// std::filesystem::rename copies to another volume under the new name, where half of it lies while it is copied,
-// and tells nothing when the old file cannot be removed.
+// std::filesystem::rename copies to another volume under the new name, where half of it lies while it is
+// copied, and tells nothing when the old file cannot be removed.
 #pragma once
 
 #include <filesystem>

@@ -6,8 +6,8 @@
 // taken from where it lies, stays there, and nothing is left of the try. Names in use get a number behind
 // them: "a (2).eml"; mails without a file are named by their date: "20250602-090000.eml".
 //
-// The file that holds a mail, and the folder or mbox that it goes to, are held (file_hold.h) while that is done:
-// of two hosts one waits for the other. A store that is read-only changes in memory alone.
+// The file that holds a mail, and the folder or mbox that it goes to, are held (file_hold.h) while that is
+// done: of two hosts one waits for the other. A store that is read-only changes in memory alone.
 #pragma once
 
 #include <cstddef>

@@ -136,8 +136,8 @@ std::vector<StoredMail> SplitMbox(std::string_view bytes) {
 
 // --- Reading ---
 
-// The bytes of a file without what somebody was adding to the mbox: another host, or one that was ended, whose
-// half mail is taken back.
+// The bytes of a file without what somebody was adding to the mbox: another host, or one that was ended,
+// whose half mail is taken back.
 std::optional<std::string> MailStore::ReadMails(const fs::path& file) {
   const bool is_mbox = ExtensionOf(file) == ".mbox";
   const FileHold hold(is_mbox ? std::vector{file} : std::vector<fs::path>(), kReadingWait);

@@ -59,8 +59,8 @@ class AccountStore {
   // Takes over the values of a record; `section` has the account's name before.
   bool Keep(const std::string& section, const char* record);
   std::vector<char> RecordOf(const std::string& section) const;
-  // Makes a change to what the file holds, which others may have written since, and writes it. False, with all
-  // as it was, when `change` refuses or the file cannot be written.
+  // Makes a change to what the file holds, which others may have written since, and writes it. False, with
+  // all as it was, when `change` refuses or the file cannot be written.
   bool Change(const std::function<bool(SettingsText&)>& change);
 
   std::filesystem::path file_;

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <ctime>
 #include <set>
 
 #include "host/folders/filing.h"
@@ -369,29 +368,6 @@ TEST_F(HostFiling, AFileThatAnotherProgramReplacedIsLeftAlone) {
   }
   EXPECT_EQ(Files(), "empty.mbox in/a.eml in/b.eml list.mbox");
   EXPECT_EQ(Read("empty.mbox"), "");
-}
-
-// Time is compared with that of fewer mails, as machines differ.
-TEST_F(HostFiling, ThousandsOfMailsOfOneDateLeaveAnMboxInLinearTime) {
-  const auto time_of = [this](std::size_t count) {
-    const std::string name = std::to_string(count);
-    std::string mbox;
-    for (std::size_t i = 0; i < count; ++i) mbox += kFrom + "Subject: s\n\nx\n\n";
-    Write(name + "/box.mbox", mbox);
-    fs::create_directories(root_ / name / "to");
-    MailStore store;
-    EXPECT_EQ(store.Add(root_ / name), std::nullopt);
-    std::vector<std::size_t> all(count);
-    for (std::size_t i = 0; i < count; ++i) all[i] = i;
-    const std::size_t to = store.FolderAt(root_ / name / "to");
-    const std::clock_t begin = std::clock();
-    EXPECT_EQ(MoveMails(store, all, to).mails.size(), count);
-    return static_cast<double>(std::clock() - begin);
-  };
-  constexpr std::size_t kFew = 2000;
-  constexpr std::size_t kTimes = 8;
-  const double few = time_of(kFew);
-  EXPECT_LT(time_of(kFew * kTimes), few * static_cast<double>(kTimes) * 2);
 }
 
 }  // namespace
