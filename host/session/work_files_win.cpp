@@ -82,8 +82,8 @@ void LeaveOutPostFolders(const Options& options, HostState& state) {
   }
 }
 
-// Receiving empties a folder and sending takes all of its mails: a folder that was given to be read is
-// neither.
+// Receiving empties a folder and sending takes all of its mails: no folder that was given to be read is
+// to be either.
 std::optional<std::string> WhyMailFolder(const Options& options, const char* name,
                                          const std::vector<std::string>& given) {
   std::error_code error;

@@ -100,14 +100,17 @@ class Library(unittest.TestCase):
 
     def test_each_entry_of_the_reference_tells_the_result_and_ends_in_its_example_and_where_to_look(self):
         reference = (OUT / "reference.md").read_text(encoding="utf-8")
-        examples = {row["name"]: row["example"] for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))}
+        rows = {row["name"]: row for row in json.loads((OUT / "reference.json").read_text(encoding="utf-8"))}
         # A heading inside an example is none.
         entries = re.split(r"^### `(\w+)`\n", reference, flags=re.M)
-        self.assertEqual(len(entries) // 2, len(examples))
+        self.assertEqual(len(entries) // 2, len(rows))
         for name, entry in zip(entries[1::2], entries[2::2]):
             with self.subTest(name):
                 self.assertRegex(entry, r"(?m)^- Result: ")
-                example = f"\n```\n{examples[name]}```\n" if examples[name] else ""
+                row = rows[name]
+                example = f"\n```\n{row['example']}```\n" if row["example"] else ""
+                example += f"\nRun with: `{row['run_with']}`\n" if row["run_with"] else ""
+                example += f"\nNeeds: {row['needs']}.\n" if row["needs"] else ""
                 self.assertRegex(re.sub(r"\n## .*", "", entry).rstrip() + "\n",
                                  re.escape(example) + r"\nSee also: (\[`\w+`\]\(#\w+\)(, )?)+\.\n\Z")
 

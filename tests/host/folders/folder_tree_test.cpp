@@ -207,7 +207,10 @@ TEST_F(HostFolderTree, AFolderWithMailsIsKept) {
 TEST_F(HostFolderTree, AFolderThatHoldsALinkIsNotDeleted) {
   fs::create_directory_symlink(root_ / "other", root_ / "tree/lists/link");
   EXPECT_EQ(tree_.WhyNotDelete(*tree_.Find("lists", 0)), "lists holds a link: link");
-  EXPECT_EQ(Made("lists/link/new"), "no folder can be called \"lists/link/new\"");
+  EXPECT_EQ(
+      Made("lists/link/new"),
+      "no folder can be called \"lists/link/new\": it would not be read: it lies too deep, behind a link, "
+      "or where mails wait");
 }
 
 TEST_F(HostFolderTree, ARoleIsKnownByPropertyOrName) {
