@@ -5,6 +5,7 @@ standard error.
 """
 import email
 import email.policy
+import re
 import shutil
 import unittest
 
@@ -23,7 +24,8 @@ class SampleMacros(HostTest):
         result = run("--english", "--macro", f"samples/macros/{name}.macro", *arguments, folder=self.folder)
         expected = (host.SOURCE / "tests/e2e/expected" / (name + ".txt")).read_text(encoding="utf-8")
         out, mark, err = expected.partition(MARK)
-        self.assertEqual(result, host.Result(out, err, 0))
+        told = re.sub(r"^(\| Resent-(?:Date|Message-ID): )\S.*$", r"\1...", result.err, flags=re.M)  # of this minute
+        self.assertEqual(result._replace(err=told), host.Result(out, err, 0))
 
     def file_text(self, name):
         return (self.folder / name).read_text(encoding="utf-8")

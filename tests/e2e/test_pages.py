@@ -32,7 +32,8 @@ class Pages(unittest.TestCase):
                 with self.subTest(page=page.name, block=number), tempfile.TemporaryDirectory() as folder:
                     shutil.copytree(host.SOURCE / "samples", pathlib.Path(folder) / "samples")
                     (pathlib.Path(folder) / "page.macro").write_text(macro, encoding="utf-8")
-                    result = host.run("--english", "--mail", "samples/mails", "--macro", "page.macro", folder=folder)
+                    result = host.run("--english", "--mail", "samples/mails", "--accounts", "samples/accounts.txt", "--macro", "page.macro",
+                                      folder=folder)
                     self.assertEqual((result.err, result.code), ("", 0))
                     self.assertNotEqual(result.out, "", "it shows nothing")
                     expected = output_of(macro)
