@@ -78,7 +78,7 @@ class Surroundings:
         self.environment = {**os.environ, "WINEPREFIX": str(self.prefix), "WINEARCH": "win64", "WINEDEBUG": "-all"}
         self.environment.pop("DISPLAY", None)
         self._make_prefix()
-        self.environment.update(WINEDLLPATH=str(STAND_IN / "wine"), WINEDLLOVERRIDES="crypt32=n")
+        self.environment.update(WINEDLLPATH=str(self.folder / "wine"), WINEDLLOVERRIDES="crypt32=n")
         subprocess.run(["bash", str(SOURCE / "samples/pki/install_pki.sh"), str(self.pki),
                         str(BUILD / "install_identity.exe")], check=True, env=self.environment,
                        stdin=subprocess.DEVNULL, capture_output=True, timeout=300)
@@ -88,11 +88,13 @@ class Surroundings:
         script = f'. tools/wine_prefix.sh; wine_prefix_start "{self.prefix}" "{locale}"'
         subprocess.run(["bash", "-c", script], cwd=SOURCE, env=self.environment, check=True,
                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=240)
+        # Wine loads a built-in library only where a file of its name lies: that of the Wine which made the prefix.
         system = self.prefix / "drive_c/windows/system32"
-        (system / "crypt32.dll").unlink(missing_ok=True)
+        (system / "crypt32.dll").rename(system / "wcrypt32.dll")
+        shutil.copytree(STAND_IN / "wine", self.folder / "wine", symlinks=True)
+        (self.folder / "wine/x86_64-windows").mkdir()
+        shutil.copy(system / "wcrypt32.dll", self.folder / "wine/x86_64-windows")
         shutil.copy(STAND_IN / "crypt32.dll", system / "crypt32.dll")
-        # Wine loads a built-in library only where a file of its name lies.
-        shutil.copy(STAND_IN / "wine/x86_64-windows/wcrypt32.dll", system / "wcrypt32.dll")
 
     def close(self):
         self.server.shutdown()
