@@ -314,16 +314,30 @@ std::string WindowText(HWND window) {
   return text;
 }
 
+BOOL CALLBACK AddOwnDialog(HWND window, LPARAM list) {
+  DWORD process = 0;
+  char name[8] = "";
+  GetWindowThreadProcessId(window, &process);
+  if (process != GetCurrentProcessId() || !IsWindowVisible(window)) return TRUE;
+  if (GetClassNameA(window, name, sizeof name) != 0 && std::string_view(name) == "#32770") {
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+  }
+  return TRUE;
+}
+
 }  // namespace
+
+std::vector<HWND> OwnDialogs() {
+  std::vector<HWND> dialogs;
+  EnumWindows(&AddOwnDialog, reinterpret_cast<LPARAM>(&dialogs));
+  return dialogs;
+}
 
 BoxCloser::BoxCloser(int button) : state_(new State{}) {
   state_->button = button;
   state_->thread = std::thread([state = state_] {
     while (!state->stop) {
-      for (HWND box = nullptr; (box = FindWindowExA(nullptr, box, "#32770", nullptr)) != nullptr;) {
-        DWORD process = 0;
-        GetWindowThreadProcessId(box, &process);
-        if (process != GetCurrentProcessId() || !IsWindowVisible(box)) continue;
+      for (const HWND box : OwnDialogs()) {
         const HWND label = GetDlgItem(box, 0xFFFF);  // the text of a message box
         if (label == nullptr) continue;
         if (GetPropA(box, kToldToClose) != nullptr) continue;

@@ -146,6 +146,10 @@ class ScriptedHost {
 // Runs `body` on a thread of its own and waits for it.
 void OnOtherThread(const std::function<void()>& body);
 
+// The visible dialogs of this process, front to back, from one look at all windows: other threads end theirs
+// meanwhile, and a search that goes on from a window which is about to go may find no end.
+std::vector<HWND> OwnDialogs();
+
 // While alive, closes every message box of this process that shows, with the button `button`, and collects
 // its texts and captions. A box of the library is modal: without this a test would wait for ever.
 class BoxCloser {

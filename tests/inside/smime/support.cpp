@@ -8,6 +8,7 @@
 #include <set>
 
 #include "src/bridge/module_win.h"
+#include "tests/support/scripted_host_win.h"
 
 namespace wfinfo_test {
 
@@ -454,11 +455,8 @@ DialogDriver::DialogDriver(int control_id, std::function<void(HWND)> act)
   thread_ = std::thread([state = state_] {
     std::set<HWND> seen;
     while (!state->stop) {
-      for (HWND dialog = nullptr; (dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr;) {
-        DWORD process = 0;
-        GetWindowThreadProcessId(dialog, &process);
-        if (process != GetCurrentProcessId() || !IsWindowVisible(dialog) || seen.count(dialog) != 0) continue;
-        if (GetDlgItem(dialog, state->control_id) == nullptr) continue;
+      for (const HWND dialog : OwnDialogs()) {
+        if (seen.count(dialog) != 0 || GetDlgItem(dialog, state->control_id) == nullptr) continue;
         seen.insert(dialog);
         ++state->count;
         state->act(dialog);
