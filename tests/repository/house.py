@@ -39,8 +39,8 @@ HOST_MAY_TAKE = re.compile(r"src/(bridge/host_protocol\.h|(base|text|dates|addre
 INCLUDE_ROOTS = ("src/", "host/", "tests/", "catalogue/", "resources/", "bench/", "fuzz/", "tools/")
 GENERATED = ("wfinfo.h",)  # stands in out/
 IN_THE_ROOT = {".ci", ".clang-format", ".gitattributes", ".github", ".gitignore", "CHANGELOG.md", "CMakeLists.txt",
-               "CMakePresets.json", "CONTRIBUTING.md", "README.md", "bench", "catalogue", "cmake", "dev", "docs", "examples",
-               "fuzz", "host", "resources", "samples", "src", "tests", "tools"}
+               "CMakePresets.json", "CONTRIBUTING.md", "LICENSE", "README.md", "SECURITY.md", "bench", "catalogue", "cmake",
+               "dev", "docs", "examples", "fuzz", "host", "resources", "samples", "src", "tests", "tools"}
 
 FLOOR = {f"{house}/{room}": floor for house, floors in (("src", LIBRARY), ("host", HOST))
          for floor, rooms in enumerate(floors) for room in rooms}
