@@ -21,19 +21,42 @@ add_custom_command(
   OUTPUT ${printed}
   COMMAND ${CMAKE_COMMAND} -E make_directory ${WFINFO_OUT}
   COMMAND ${printer} def > ${WFINFO_OUT}/WFINFO.def
-  COMMAND ${printer} header > ${WFINFO_OUT}/wfinfo.h
+  COMMAND ${printer} header ${PROJECT_VERSION} > ${WFINFO_OUT}/wfinfo.h
   COMMAND ${printer} markdown ${CMAKE_SOURCE_DIR}/examples > ${WFINFO_OUT}/reference.md
   COMMAND ${printer} json ${CMAKE_SOURCE_DIR}/examples > ${WFINFO_OUT}/reference.json
   DEPENDS ${printer} ${examples}
   COMMENT "Printing definition file, header and reference")
-add_custom_target(catalogue_files DEPENDS ${printed})
+# Every export for other languages.
+file(GLOB binding_heads CONFIGURE_DEPENDS tools/bindings/*)
+set(bindings ${WFINFO_OUT}/bindings/cpp/wfinfo.hpp)
+add_custom_command(
+  OUTPUT ${bindings}
+  COMMAND ${CMAKE_COMMAND} -E env PYTHONDONTWRITEBYTECODE=1 python3 ${CMAKE_SOURCE_DIR}/tools/make_bindings.py
+          ${WFINFO_OUT}/reference.json ${WFINFO_OUT}/bindings
+  DEPENDS tools/make_bindings.py src/text/full_width_table.cpp ${binding_heads} ${WFINFO_OUT}/reference.json
+  COMMENT "Writing the bindings")
+add_custom_target(catalogue_files ALL DEPENDS ${printed} ${bindings})
 
 # What the library's own code is compiled with: host text literals in code page 932, no exceptions, no RTTI.
 set(library_options -fexec-charset=CP932 -fno-exceptions -fno-rtti -fstack-protector-strong)
 # Hardening of everything linked: address randomisation over 64 bits, no executable data, reproducible headers.
-set(hardening -Wl,--strip-debug -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
+set(hardening -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
+# No folder of the building machine inside a program; a compiler cache calls the compiler with relative paths.
+file(RELATIVE_PATH up ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR}/)
+set(without_folders -ffile-prefix-map=${CMAKE_SOURCE_DIR}/= -ffile-prefix-map=${CMAKE_BINARY_DIR}=build -ffile-prefix-map=${up}=)
+add_compile_options(${without_folders})
+# Lines for a debugger.
+set(traceable -g1)
+# keep_symbols_apart TARGET: its symbols go to out/symbols; nothing of them is loaded with the program.
+function(keep_symbols_apart target)
+  set(symbols ${WFINFO_OUT}/symbols/$<TARGET_FILE_NAME:${target}>.debug)
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${WFINFO_OUT}/symbols
+    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:${target}> ${symbols}
+    COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=${symbols} $<TARGET_FILE:${target}>)
+endfunction()
 
-target_compile_options(wfinfo_pure PRIVATE ${library_options})
+target_compile_options(wfinfo_pure PRIVATE ${library_options} ${traceable} ${without_folders})
 # The compiler keeps 32-byte vectors on a stack that Windows aligns to 16 bytes only: have it use unaligned moves.
 set(avx2_sources ${pure_sources})
 list(FILTER avx2_sources INCLUDE REGEX "_avx2\\.cpp$")
@@ -49,11 +72,12 @@ set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;6
 target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 # The hot loops are pure code: what -O3 unrolls and copies of the rest only makes the library larger, and so does
 # the compiler's name in each object.
-target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options};-O2;-fno-ident>)
+target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options};${traceable};-O2;-fno-ident>)
 target_link_libraries(WFINFO PRIVATE wfinfo_pure)
 target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong)
 set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREFIX lib
   RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT} ARCHIVE_OUTPUT_DIRECTORY ${WFINFO_OUT})
+keep_symbols_apart(WFINFO)
 
 # The small host, with a copy of the library beside it.
 file(GLOB_RECURSE host_sources CONFIGURE_DEPENDS host/*.cpp host/*.rc)
@@ -63,10 +87,12 @@ if(host_sources)
   list(FILTER host_sources EXCLUDE REGEX "/host/main_win\\.cpp$")
   add_library(host_rooms OBJECT ${host_sources})
   # GCC 12 warns of overlapping copies inside its own operator+ of a literal and a string: a false alarm.
-  target_compile_options(host_rooms PUBLIC $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+  target_compile_options(host_rooms PUBLIC $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>
+    PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${traceable}>)
   target_compile_definitions(host_rooms PUBLIC WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   target_link_libraries(host_rooms PUBLIC wfinfo_pure gumbo)
   add_executable(wrenfold host/main_win.cpp src/base/stack_guard_win.cpp)
+  target_compile_options(wrenfold PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${traceable}>)
   target_link_libraries(wrenfold PRIVATE host_rooms)
   # The examples that "help NAME" prints.
   set(example_resources "")
@@ -81,6 +107,7 @@ if(host_sources)
   # Macros in macros (20) times calls of functions in one another (2,000 levels); only what is used takes memory.
   target_link_options(wrenfold PRIVATE ${hardening} -municode -Wl,--stack,134217728)
   set_target_properties(wrenfold PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT}/host)
+  keep_symbols_apart(wrenfold)
   add_custom_command(TARGET wrenfold POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:WFINFO> ${WFINFO_OUT}/host/WFINFO.dll)
   add_dependencies(wrenfold WFINFO)
@@ -122,7 +149,7 @@ file(GLOB end_to_end_tests CONFIGURE_DEPENDS tests/e2e/test_*.py tests/repositor
 foreach(test ${end_to_end_tests})
   get_filename_component(name ${test} NAME_WE)
   set(in_turn)
-  if(test MATCHES "/repository/|/test_kit[.]py$")  # these say nothing of a code page
+  if(test MATCHES "/repository/|/test_(kit|package)[.]py$")  # these say nothing of a code page
     set(in_turn ${CMAKE_SOURCE_DIR}/tests/support/turns.py python3)
   endif()
   add_test(NAME ${name} COMMAND python3 ${in_turn} ${test})

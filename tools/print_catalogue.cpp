@@ -1,7 +1,8 @@
 // Prints from the catalogue what must never drift from it: the module-definition file, the public C header,
 // and the reference as Markdown and JSON, with the examples of a folder.
 //
-//   print_catalogue def|header > file
+//   print_catalogue def > file
+//   print_catalogue header VERSION > file
 //   print_catalogue markdown|json EXAMPLES > file
 #include <cstdio>
 #include <string>
@@ -113,8 +114,9 @@ constexpr char kMapiGuard[] = R"guard(
 #ifndef WFINFO_NO_MAPI
 )guard";
 
-int PrintHeader() {
+int PrintHeader(const char* version) {
   std::printf("%s", kHeaderHead);
+  std::printf("\n/* Version of this header, and of the library that it belongs to. */\n#define WFINFO_VERSION \"%s\"\n", version);
   std::string_view family;
   for (const Row& row : Rows()) {
     if (row.family != family) {
@@ -287,9 +289,9 @@ int PrintJson(const wfinfo::Examples& examples) {
   std::printf("[\n");
   bool first_row = true;
   for (const Row& row : Rows()) {
-    std::printf("%s  {\"family\": %s, \"name\": %s, \"result\": %s, \"parameters\": [",
+    std::printf("%s  {\"family\": %s, \"name\": %s, \"result\": %s, \"result_type\": %s, \"parameters\": [",
                 first_row ? "" : ",\n", JsonText(row.family).c_str(), JsonText(row.name).c_str(),
-                JsonText(ResultTypeOf(row).c_type).c_str());
+                JsonText(ResultTypeOf(row).c_type).c_str(), JsonText(row.result).c_str());
     first_row = false;
     bool first = true;
     for (const Parameter& parameter : row.parameters) {
@@ -316,11 +318,12 @@ int PrintJson(const wfinfo::Examples& examples) {
 int main(int argument_count, char** arguments) {
   const std::string_view form = argument_count > 1 ? arguments[1] : "";
   if (argument_count == 2 && form == "def") return PrintDefinitionFile();
-  if (argument_count == 2 && form == "header") return PrintHeader();
+  if (argument_count == 3 && form == "header") return PrintHeader(arguments[2]);
   if (argument_count == 3 && form == "markdown") return PrintMarkdown(wfinfo::ReadExamples(arguments[2]));
   if (argument_count == 3 && form == "json") return PrintJson(wfinfo::ReadExamples(arguments[2]));
   std::fprintf(stderr,
-               "usage: print_catalogue def|header > file\n"
+               "usage: print_catalogue def > file\n"
+               "       print_catalogue header VERSION > file\n"
                "       print_catalogue markdown|json EXAMPLES > file\n");
   return 2;
 }
