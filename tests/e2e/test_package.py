@@ -1,0 +1,179 @@
+"""What people install: the archive as it is packed, its checker with planted faults, and the first page from the archive alone."""
+import hashlib
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+import zipfile
+
+import host
+
+sys.path.insert(0, str(host.SOURCE / "tools"))
+import check_package  # noqa: E402
+import make_kit  # noqa: E402
+import make_package  # noqa: E402
+
+TOP = make_package.TOP
+COMPILER = "x86_64-w64-mingw32-gcc"
+PROGRAM = """#include <stdio.h>
+
+#include "wfinfo.h"
+
+int main(void) {
+  printf("interface %d, %s\\n", GetWFInfoVersion(NULL), ToUpper("made with " WFINFO_VERSION));
+  return 0;
+}
+"""
+WITHOUT_A_LIBRARY = """#include "wfinfo.h"
+__declspec(dllimport) void ExitProcess(unsigned);
+void Begin(void) { ExitProcess(GetWFInfoVersion((void*)0)); }
+"""
+
+
+def archive_of(packed, folder):
+    archive = pathlib.Path(folder, f"{TOP}.zip")
+    make_kit.pack(archive, {f"{TOP}/{name}": content for name, content in packed.items()})
+    return archive
+
+
+def summed(packed):
+    """The same with sums that are right again."""
+    rest = {name: content for name, content in packed.items() if name != "SHA256SUMS"}
+    sums = "".join(f"{hashlib.sha256(content).hexdigest()}  {name}\n" for name, content in sorted(rest.items()))
+    return rest | {"SHA256SUMS": sums.encode()}
+
+
+class PackageTest(unittest.TestCase):
+    maxDiff = None
+
+    @classmethod
+    def setUpClass(cls):
+        make_kit.pack()
+        cls.packed = make_package.contents()
+        cls.folder = pathlib.Path(tempfile.mkdtemp(prefix="package-"))
+        cls.addClassCleanup(shutil.rmtree, cls.folder)
+        cls.archive = archive_of(cls.packed, cls.folder)
+        with zipfile.ZipFile(cls.archive) as packed:
+            packed.extractall(cls.folder)
+        cls.top = cls.folder / TOP
+
+
+class Contents(PackageTest):
+    def test_the_archive_has_no_fault(self):
+        self.assertEqual(check_package.faults(self.archive), [])
+
+    def test_each_kind_of_fault_would_be_told(self):
+        library = self.packed["library/WFINFO.dll"]
+        definition = self.packed["development/WFINFO.def"]
+        page = self.packed["docs/mail-files.md"]
+        for plants, told in (
+                ({"LICENSE.txt": b"x"}, "LICENSE.txt: not what SHA256SUMS says"),
+                ({"more.txt": b"x"}, "more.txt: only packed"),
+                ({"library/WFINFO.dll": library.replace(b"USER32.dll\0", b"OTHERS.dll\0")}, "library/WFINFO.dll: needs others.dll"),
+                ({"development/WFINFO.def": definition.replace(b"RootHeader\n", b"\n")}, "RootHeader: not in WFINFO.def"),
+                ({"reference.md": self.packed["reference.md"].replace(b"### `RootHeader`\n", b"")}, "RootHeader: not in reference.md"),
+                ({"docs/mail-files.md": page + b"\n[x](gone.md)\n"}, "docs/mail-files.md: gone.md leads nowhere"),
+                ({"docs/mail-files.md": page + b"\n[x](#gone)\n"}, "docs/mail-files.md: #gone has no such heading"),
+                ({"samples/x.txt": f"{host.SOURCE}/x".encode()}, f"samples/x.txt: holds the path {host.SOURCE}"),
+                ({"samples/x.txt": f"{host.SOURCE}/x".encode("utf-16-le")}, f"samples/x.txt: holds the path {host.SOURCE}"),
+                ({"CHANGELOG.md": b"# What changed\n"}, "CHANGELOG.md: does not speak of version")):
+            with self.subTest(told), tempfile.TemporaryDirectory() as folder:
+                self.assertNotEqual({**self.packed, **plants}, self.packed, "nothing was planted")
+                packed = {**self.packed, **plants}
+                if "SHA256SUMS" not in told and "only packed" not in told:
+                    packed = summed(packed)
+                found = check_package.faults(archive_of(packed, folder))
+                self.assertEqual([fault for fault in found if fault.startswith(told)], found[:1], found)
+
+    def test_a_program_that_is_not_hardened_would_be_told(self):
+        with tempfile.TemporaryDirectory() as folder:
+            source, program = pathlib.Path(folder, "a.c"), pathlib.Path(folder, "a.exe")
+            source.write_text("int main(void) { return 0; }\n")
+            subprocess.run([COMPILER, "-g", "-Wl,--disable-dynamicbase,--disable-nxcompat", source, "-o", program], check=True)
+            found = check_package.faults(archive_of(summed({**self.packed, "samples/a.exe": program.read_bytes()}), folder))
+        for told in ("HIGH_ENTROPY_VA is missing", "DYNAMIC_BASE is missing", "NX_COMPAT is missing", "carries .debug_info"):
+            self.assertIn(f"samples/a.exe: {told}", found)
+
+    def test_the_first_page_tells_of_each_file(self):
+        page = self.packed["README.md"].decode()
+        named = {name for cell in re.findall(r"^\| ([^|]+) \|", page, re.M) for name in re.findall(r"`([^`]+)`", cell)}
+        others = {"README.md", "CHANGELOG.md", "SECURITY.md"}
+        self.assertEqual({name.split("/")[0] for name in self.packed} - others, {name.rstrip("/") for name in named})
+
+    def test_the_bill_of_materials_names_what_the_notices_name(self):
+        notices = self.packed["THIRD-PARTY-NOTICES.txt"].decode()
+        bill = make_package.json.loads(self.packed["sbom.cdx.json"])
+        parts = {part["name"]: part["version"] for part in bill["components"]}
+        for name, number, licence, _, _ in make_package.linked():
+            self.assertEqual(parts[name], number)
+            self.assertIn(f"- {name} {number}: {licence}", notices)
+        known = {part["bom-ref"] for part in bill["components"]} | {bill["metadata"]["component"]["bom-ref"]}
+        self.assertEqual({ref for need in bill["dependencies"] for ref in [need["ref"], *need["dependsOn"]]}, known)
+
+
+class FirstPage(PackageTest):
+    """From the unpacked archive alone."""
+
+    def wine(self, *words, folder=None, **more):
+        finished = subprocess.run([*([] if os.name == "nt" else ["wine"]), *map(str, words)], cwd=folder or self.top,
+                                  stdin=more.pop("stdin", subprocess.DEVNULL), stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                  timeout=host.TIMEOUT_SECONDS, **more)
+        return finished.stdout.decode(), finished.stderr.decode(), finished.returncode
+
+    def commands(self):
+        return [line.replace("\\", "/").split() for line in re.findall(r"^small-host\\.*$", self.packed["README.md"].decode(), re.M)]
+
+    def test_its_macros_run(self):
+        page = self.packed["README.md"].decode()
+        macro = next(block for block in re.findall(r"^```\n(.*?)^```", page, re.M | re.S) if block.startswith("print "))
+        (self.top / "hello.macro").write_text(macro)
+        shutil.copy(self.top / "samples/mails/plain-ascii.eml", self.top / "mail.eml")
+        ran = 0
+        for words in self.commands():
+            if "--macro" not in words:
+                continue
+            with self.subTest(" ".join(words)):
+                out, err, code = self.wine(*words)
+                self.assertEqual((code, err if "--trace" not in words else ""), (0, ""))
+                if "hello.macro" in words:
+                    self.assertEqual(out, "Subject: Minutes of the March meeting\nFirst line: Dear all,\n")
+                ran += 1
+        self.assertEqual(ran, 3)
+
+    def test_its_prompt_answers(self):
+        shutil.copy(self.top / "samples/mails/plain-ascii.eml", self.top / "mail.eml")
+        [words] = [words for words in self.commands() if "--prompt" in words]
+        with open(self.folder / "typed.txt", "w+") as typed:
+            typed.write('RootHeader("From")\n')
+            typed.seek(0)
+            out, _, code = self.wine(*words, stdin=typed)
+        self.assertEqual((out, code), ("Alice <alice@example.com>\n", 0))
+
+    def test_a_program_in_c_is_built_with_its_line(self):
+        line = re.search(rf"^{COMPILER} .*$", self.packed["README.md"].decode(), re.M)[0]
+        with tempfile.TemporaryDirectory() as folder:
+            shutil.copytree(self.top / "development", pathlib.Path(folder, "development"))
+            shutil.copy(self.top / "library/WFINFO.dll", folder)
+            pathlib.Path(folder, "program.c").write_text(PROGRAM)
+            subprocess.run(line.split(), cwd=folder, check=True)
+            out, _, code = self.wine("program.exe", folder=folder)
+        self.assertEqual((out.replace("\r\n", "\n"), code), (f"interface 18, MADE WITH {make_package.version()}\n", 0))
+
+    @unittest.skipUnless(shutil.which("lld-link-14"), "LLVM's linker for Windows is not installed")
+    def test_the_import_library_for_microsofts_linker_links(self):
+        with tempfile.TemporaryDirectory() as folder:
+            shutil.copy(self.top / "library/WFINFO.dll", folder)
+            pathlib.Path(folder, "begin.c").write_text(WITHOUT_A_LIBRARY)
+            subprocess.run([COMPILER, "-c", "begin.c", f"-I{self.top}/development", "-fno-asynchronous-unwind-tables"], cwd=folder, check=True)
+            kernel = subprocess.run([COMPILER, "-print-file-name=libkernel32.a"], capture_output=True, text=True, check=True).stdout.strip()
+            subprocess.run(["lld-link-14", "/entry:Begin", "/subsystem:console", "/nodefaultlib", "/out:begin.exe", "begin.o",
+                            f"{self.top}/development/WFINFO.lib", kernel], cwd=folder, check=True)
+            self.assertEqual(self.wine("begin.exe", folder=folder)[2], 18)
+
+
+if __name__ == "__main__":
+    unittest.main()
