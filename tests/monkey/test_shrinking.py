@@ -3,6 +3,7 @@ import random
 import unittest
 
 from monkey import finding, locale_of, seed_of, shortened
+from turns import part_of
 
 
 def numbers(sequence):
@@ -40,6 +41,10 @@ class Shrinking(unittest.TestCase):
         self.assertEqual({locale_of(seed) for seed in (6, 7)}, {"ja_JP.UTF-8", "C"})
         self.assertEqual(locale_of(6), locale_of(8))
         self.assertEqual({locale_of(seed, ["C"]) for seed in range(4)}, {"C"})
+
+    def test_every_part_comes_in_every_locale(self):
+        taken = {(locale_of(seed), part_of(seed, 6)) for seed in range(1000, 1012)}
+        self.assertEqual(taken, {(locale, f"{part}/6") for locale in ("ja_JP.UTF-8", "C") for part in range(6)})
 
 
 if __name__ == "__main__":

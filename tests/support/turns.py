@@ -1,7 +1,8 @@
 """What is tested in one locale, since the other has nothing to add, takes turns: the commit says in which.
 
-    turns.py COMMAND...     runs a command; ends with 77 and without running it when it is another locale's turn
+    turns.py [--parts N] COMMAND...     runs a command; ends with 77 and without running it when it is another locale's turn
 
+Of a command that takes a part of its work by WFINFO_PART ("2/6"), the commit also says which one.
 The locale is `LC_ALL`; `WFINFO_LOCALES` names those that take turns, when they are not both. The monkey plays in the
 one, the commands of turns.py run in the other, so that both have about as much to do.
 """
@@ -40,14 +41,24 @@ def locales_here():
     return os.environ.get("WFINFO_LOCALES", " ".join(LOCALES)).split()
 
 
+def part_of(seed, parts):
+    """Of the commits that give a locale its turn, one in so many takes a part."""
+    return f"{seed // len(LOCALES) % parts}/{parts}"
+
+
 def main(command):
+    parts = 1
+    if command[:1] == ["--parts"]:
+        parts, command = int(command[1]), command[2:]
     if not command:
         sys.exit(__doc__)
-    turn = locale_of(seed_of(commit_at_hand())[0] + 1, locales_here())
+    seed = seed_of(commit_at_hand())[0]
+    turn = locale_of(seed + 1, locales_here())
     if turn != os.environ.get("LC_ALL", turn):
         print(f"it is the turn of locale {turn}")
         return NOT_IN_TURN
-    return subprocess.run(command).returncode
+    environment = {**os.environ, "WFINFO_PART": part_of(seed, parts)} if parts > 1 else None
+    return subprocess.run(command, env=environment).returncode
 
 
 if __name__ == "__main__":
