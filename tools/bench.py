@@ -21,8 +21,9 @@ ROWS, MEASURED, PAGE = "bench/rows.tsv", "bench/measured.json", "docs/speed.md"
 ROUNDS, REPETITIONS = 3, 3
 
 Row = collections.namedtuple("Row", "work against ours peer kind aim")
-AT_LEAST, AT_MOST = ("times", "percent", "GB/s"), ("long", "share", "ns", "us", "KB")
-ALONE = ("ns", "us", "GB/s", "KB")  # measured against nothing
+AT_LEAST, AT_MOST = ("times", "percent", "GB/s"), ("long", "share", "ns", "us", "ms", "KB")
+TIMES = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+ALONE = ("ns", "us", "ms", "GB/s", "KB")  # measured against nothing
 
 
 class NotMeasured(Exception):
@@ -72,7 +73,7 @@ def figure(row, times):
         return ours["bytes_per_s"] / 1e9
     if row.kind == "KB":
         return ours["bytes"] / 1000
-    return ours["ns"] / (1000 if row.kind == "us" else 1)
+    return ours["ns"] / TIMES[row.kind]
 
 
 def rounded(value):
@@ -85,7 +86,7 @@ def number(value):
 
 
 UNITS = {"times": " times", "percent": " %", "share": " % of the time", "long": " times as long", "ns": " ns",
-         "us": " \u00b5s", "GB/s": " GB/s", "KB": " KB"}
+         "us": " \u00b5s", "ms": " ms", "GB/s": " GB/s", "KB": " KB"}
 
 
 def verdict(row, value):
@@ -146,7 +147,6 @@ def write_page(measured):
 
 def taken(report, times, program):
     """Adds what a program reported (JSON in the form of Google Benchmark) to the least times."""
-    sizes = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
     for one in report["benchmarks"]:
         if one.get("run_type") == "aggregate" or one.get("error_occurred"):
             continue
@@ -155,7 +155,7 @@ def taken(report, times, program):
         if "bytes" in one:  # a size
             kept["bytes"] = one["bytes"]
             continue
-        ns = one["cpu_time"] * sizes[one["time_unit"]]
+        ns = one["cpu_time"] * TIMES[one["time_unit"]]
         if "items_per_second" in one:  # one run works on many
             ns = 1e9 / one["items_per_second"]
         kept["ns"] = min(ns, kept.get("ns", ns))

@@ -3,21 +3,18 @@
 #include <windows.h>
 
 #include "bench/windows/report.h"
+#include "bench/windows/stopwatch.h"
 
 namespace {
 
 constexpr int kLoads = 60;
 
 double LoadOnce_ns(const char* name) {
-  LARGE_INTEGER start, end, frequency;
-  QueryPerformanceFrequency(&frequency);
-  QueryPerformanceCounter(&start);
+  const double start = wfinfo_bench::Now_ns();
   const HMODULE module = LoadLibraryA(name);
-  QueryPerformanceCounter(&end);
+  const double end = wfinfo_bench::Now_ns();
   FreeLibrary(module);
-  return module == nullptr ? 0
-                           : static_cast<double>(end.QuadPart - start.QuadPart) * 1e9 /
-                                 static_cast<double>(frequency.QuadPart);
+  return module == nullptr ? 0 : end - start;
 }
 
 double FileSize(const char* name) {

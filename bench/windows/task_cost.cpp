@@ -6,6 +6,7 @@
 #include <string>
 
 #include "bench/windows/report.h"
+#include "bench/windows/stopwatch.h"
 
 extern "C" {
 #include "wfinfo.h"
@@ -13,24 +14,7 @@ extern "C" {
 
 namespace {
 
-constexpr int kRounds = 7;
-
-template <class Work>
-double Least_ns(Work work) {
-  LARGE_INTEGER frequency;
-  QueryPerformanceFrequency(&frequency);
-  double least = 1e300;
-  for (int round = 0; round < kRounds; ++round) {
-    LARGE_INTEGER start, end;
-    QueryPerformanceCounter(&start);
-    work();
-    QueryPerformanceCounter(&end);
-    const double ns =
-        static_cast<double>(end.QuadPart - start.QuadPart) * 1e9 / static_cast<double>(frequency.QuadPart);
-    if (ns < least) least = ns;
-  }
-  return least;
-}
+using wfinfo_bench::Least_ns;
 
 std::string List(int entries) {
   std::string list;
