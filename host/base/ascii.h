@@ -58,8 +58,9 @@ struct LineLength {
 };
 
 constexpr LineLength FirstLine(std::string_view text) {
-  const std::size_t end = text.find_first_of("\r\n");
-  if (end == text.npos) return {text.size(), text.size()};
+  std::size_t end = 0;
+  while (end < text.size() && !IsLineEnd(text[end])) ++end;
+  if (end == text.size()) return {end, end};
   const bool crlf = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
   return {end, end + (crlf ? 2u : 1u)};
 }

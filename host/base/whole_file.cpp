@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
-#include <iterator>
+#include <istream>
 #include <system_error>
 
 #include "host/base/file_hold.h"
@@ -13,6 +13,21 @@ namespace wrenfold {
 namespace {
 
 namespace fs = std::filesystem;
+
+// What a stream holds from here on; `size` is what is expected, and may be wrong: a file can grow meanwhile.
+std::string Rest(std::istream& stream, std::size_t size) {
+  constexpr std::size_t kMore = 64 * 1024;
+  std::string bytes(size, '\0');
+  stream.read(bytes.data(), static_cast<std::streamsize>(size));
+  std::size_t read = static_cast<std::size_t>(stream.gcount());
+  while (stream.good() && stream.peek() != std::char_traits<char>::eof()) {
+    bytes.resize(read + kMore);
+    stream.read(bytes.data() + read, kMore);
+    read += static_cast<std::size_t>(stream.gcount());
+  }
+  bytes.resize(read);
+  return bytes;
+}
 
 bool Write(const fs::path& file, std::string_view bytes, std::ios::openmode mode) {
   std::ofstream stream(file, std::ios::binary | mode);
@@ -26,9 +41,11 @@ bool Write(const fs::path& file, std::string_view bytes, std::ios::openmode mode
 std::optional<std::string> ReadWholeFile(const fs::path& file) {
   std::error_code error;
   if (fs::is_directory(file, error)) return std::nullopt;
+  const std::uintmax_t size = fs::file_size(file, error);
   std::ifstream stream(file, std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-  if (!stream.is_open() || stream.bad()) return std::nullopt;
+  if (!stream.is_open()) return std::nullopt;
+  std::string bytes = Rest(stream, error ? 0 : static_cast<std::size_t>(size));
+  if (stream.bad()) return std::nullopt;
   return bytes;
 }
 

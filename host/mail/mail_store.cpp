@@ -275,10 +275,19 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file, std::size_t 
     if (ExtensionOf(file) == ".mbox") return CannotRead(file, kNoMbox);
     mails.emplace_back().raw = std::move(bytes);
   }
-  const fs::path folder = FolderOfFile(file);
-  AddMails(file, std::move(mails),
-           AddFolder({FolderName(folder), Normal(folder), FolderKind::kFolder, tree}));
+  AddMails(file, std::move(mails), FolderOfMails(file, tree));
   return std::nullopt;
+}
+
+std::size_t MailStore::FolderOfMails(const fs::path& file, std::size_t tree) {
+  const fs::path folder = FolderOfFile(file);
+  const bool same = filled_ == folder && filled_number_ < folders_.size() &&
+                    !folders_[filled_number_].removed && folders_[filled_number_].path == Normal(folder);
+  if (!same) {
+    filled_number_ = AddFolder({FolderName(folder), Normal(folder), FolderKind::kFolder, tree});
+    filled_ = folder;
+  }
+  return filled_number_;
 }
 
 std::size_t MailStore::AddWritten(const fs::path& file, std::string raw) {

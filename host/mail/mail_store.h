@@ -127,6 +127,7 @@ class MailStore {
                                        Unreadable unreadable);
   std::optional<std::string> AddFilesOf(const std::filesystem::path& folder, std::size_t tree,
                                         Unreadable unreadable);
+  std::size_t FolderOfMails(const std::filesystem::path& file, std::size_t tree);
   void AddMails(const std::filesystem::path& file, std::vector<StoredMail> mails, std::size_t folder);
   std::size_t TreeOf(const std::filesystem::path& root);
   bool IsLeftOut(const std::filesystem::path& folder) const;
@@ -138,6 +139,8 @@ class MailStore {
   std::vector<std::filesystem::path> folder_keys_;  // of each folder: its path without "..", links, capitals
   std::vector<MailTree> trees_;
   std::set<std::filesystem::path> known_;  // files that were read before, while others are being read
+  std::filesystem::path filled_;  // the folder whose files were read last, and its number: to find a folder's
+  std::size_t filled_number_ = 0;  // number asks the system, and its files mostly follow each other
   std::set<std::filesystem::path> left_out_;
   bool nothing_new_ = false;  // a file was read that gave no mail, rightly
   std::vector<std::string> skipped_;

@@ -46,6 +46,7 @@ std::vector<MboxSpan> MboxSpans(std::string_view bytes) {
 
 std::string MailOfSpan(std::string_view bytes, const MboxSpan& span) {
   std::string mail;
+  mail.reserve(span.end - span.mail);
   std::size_t separator = 0;  // bytes of the last line when it is empty
   for (std::size_t at = span.mail; at < span.end;) {
     const LineLength length = FirstLine(bytes.substr(at));

@@ -39,6 +39,20 @@ TEST_F(WholeFile, KeepsEveryByte) {
   EXPECT_EQ(ReadWholeFile(folder_ / "empty"), "");
 }
 
+TEST_F(WholeFile, IsReadToItsEndWhenItIsLongerThanItsSizeTells) {
+  // The system makes this file's text while it is read and gives its size as 0.
+  const auto made = ReadWholeFile("/proc/self/smaps");
+  ASSERT_TRUE(made.has_value());
+  EXPECT_GT(made->size(), 70'000u);
+  EXPECT_TRUE(made->ends_with('\n'));
+}
+
+TEST_F(WholeFile, TakesNoMoreMemoryThanItHolds) {
+  const std::string bytes(3000, 'x');
+  ASSERT_TRUE(WriteWholeFile(folder_ / "file", bytes));
+  EXPECT_LT(ReadWholeFile(folder_ / "file")->capacity(), 2 * bytes.size()) << "thousands of mails are kept";
+}
+
 TEST_F(WholeFile, GivesNothingForWhatIsNoFile) {
   EXPECT_EQ(ReadWholeFile(folder_ / "none"), std::nullopt);
   EXPECT_EQ(ReadWholeFile(folder_), std::nullopt) << "a folder";
