@@ -20,8 +20,6 @@ class Page(html.parser.HTMLParser):
         super().__init__()
         self.links, self.fetched, self.places = [], [], {""}
         self.inside = False
-        self.place = ""  # the last one that was passed in the text
-        self.from_place = []  # for each link
         self.feed(text)
 
     def handle_starttag(self, tag, attributes):

@@ -300,7 +300,9 @@ NOT_WANTED = re.compile(r"\.map$|^sitemap\.xml|^404\.html$|/lunr/min/lunr\.(?!ja
 
 # What the theme says on every page.
 IN_JAPANESE = {'<html lang="en"': '<html lang="ja"', "Table of contents": "目次", 'placeholder="Search"': 'placeholder="検索"',
-               "Back to top": "ページの先頭へ"}
+               "Back to top": "ページの先頭へ", '"search.placeholder": "Search"': '"search.placeholder": "検索"',
+               '"Type to start searching"': '"検索する語を入力してください"', '"No matching documents"': '"見つかりませんでした"',
+               '"1 matching document"': '"1 件見つかりました"', '"# matching documents"': '"# 件見つかりました"'}
 INDEX = "window.wfinfoSearchIndex = "
 
 
