@@ -61,7 +61,7 @@ NAVIGATION = [
     {"The house": [{"How it is built": "architecture.md"}, {"Working on it": "contributing.md"}, {"The catalogue": "catalogue.md"},
                    {"Examples": "examples.md"}, {"Dependencies": "dependencies.md"}, {"What changed": "changelog.md"}]},
     {"日本語": [{"はじめに": "index.ja.md"}, "first-macro.ja.md", {"十二のマクロ": "learn.ja.md"}, {"手引き": japanese(GUIDES)},
-             {"考え方": japanese(CONCEPTS)}, {"関数の一覧": "families.ja.md"}]},
+             {"基礎知識": japanese(CONCEPTS)}, {"関数の一覧": "families.ja.md"}]},
 ]
 
 

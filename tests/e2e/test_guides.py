@@ -22,6 +22,7 @@ import host
 
 sys.path.insert(0, str(host.SOURCE / "tools"))
 import make_site  # noqa: E402
+import test_learning  # noqa: E402
 
 BLOCK = re.compile(r"^```(\w*)\n(.*?)^```$", re.M | re.S)
 # The address in the pages stands for the small server of the tests, which takes a free port.
@@ -116,6 +117,36 @@ class Guides(unittest.TestCase):
                 saved = set(re.findall(r"`(\w+\.macro)`", page))
                 commands = " ".join(block[2] for block in BLOCK.finditer(page) if block[1] == "sh")
                 self.assertEqual([macro for macro in saved if macro not in commands], [])
+
+
+class FirstMacro(unittest.TestCase):
+    """docs/first-macro.md: what it says to type on Windows and on Linux, with the macro that it shows."""
+
+    page = (host.SOURCE / "docs/first-macro.md").read_text(encoding="utf-8")
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="first-"))
+        self.addCleanup(shutil.rmtree, self.folder)
+        shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
+        [macro] = [block[2] for block in BLOCK.finditer(self.page) if block[1] == "macro"]
+        (self.folder / "hello.macro").write_text(macro, encoding="utf-8")
+        self.expected = "".join(line[3:] + "\n" for line in macro.splitlines() if line.startswith("#> "))
+
+    def test_its_lines_for_windows_run(self):
+        lines = re.findall(r"^small-host\\wrenfold\.exe (.*)$", self.page, re.M)
+        self.assertEqual(len(lines), 2)
+        for line in lines:
+            # Backslashes are Windows' own; a test under Linux has them too.
+            result = host.run(*line.split(), folder=self.folder)
+            self.assertEqual((result.err, result.code), ("", 0))
+            self.assertNotEqual(result.out, "")
+            if "hello.macro" in line:
+                self.assertEqual(result.out, self.expected)
+
+    def test_its_line_for_linux_runs(self):
+        [line] = re.findall(r"^\./dev run (.*)$", self.page, re.M)
+        [start] = test_learning.started_by_dev(line.split())
+        self.assertEqual(host.run(*start, folder=self.folder), host.Result(self.expected, "", 0))
 
 
 def write():

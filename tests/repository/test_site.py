@@ -8,6 +8,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import urllib.parse
 
 SOURCE = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).resolve().parents[2]))
 sys.path.insert(0, str(SOURCE / "tools"))
@@ -117,7 +118,7 @@ class Site(unittest.TestCase):
             with self.subTest(words), tempfile.TemporaryDirectory() as home:
                 shown = subprocess.run(
                     [BROWSER, "--headless", "--no-sandbox", "--disable-gpu", f"--user-data-dir={home}", "--virtual-time-budget=60000",
-                     "--dump-dom", f"{self.top.as_uri()}/index.html?q={words}"], capture_output=True, text=True, timeout=120).stdout
+                     "--dump-dom", f"{self.top.as_uri()}/index.html?q={urllib.parse.quote(words)}"], capture_output=True, text=True, timeout=120).stdout
                 results = re.findall(r'class="md-search-result__link"[^>]*href="([^"]+)"|href="([^"]+)"[^>]*class="md-search-result__link"', shown)
                 self.assertTrue(any(place in "".join(found) for found in results[:3]), results[:5])
 
