@@ -87,7 +87,7 @@ def with_room_for_lists(text):
 
 def with_joined_lines(text):
     """A line end inside a Japanese sentence is not a blank."""
-    return re.sub(r"(?<=[ぁ-んァ-ヶー一-龠、。」）])\n(?=[ぁ-んァ-ヶ一-龠「（])", "", text)
+    return re.sub(r"(?<=[ぁ-んァ-ヶー一-龠、。」）])\n *(?=[ぁ-んァ-ヶ一-龠「（])", "", text)
 
 
 def with_whole_pictures(text):

@@ -163,8 +163,8 @@ class Markdown(unittest.TestCase):
         self.assertEqual(make_site.with_marked_macros("```\nprint 1\n```\n```sh\nprint 1\n```\n"), "```macro\nprint 1\n```\n```sh\nprint 1\n```\n")
 
     def test_lines_of_japanese_are_joined_and_code_is_not_touched(self):
-        self.assertEqual(make_site.as_read_here("これは\n一つの文です。\nEnglish\n文\n\n```\nこれは\n二行\n```\n![a](b.svg)\n"),
-                         "これは一つの文です。\nEnglish\n文\n\n```\nこれは\n二行\n```\n[![a](b.svg)](b.svg)\n")
+        self.assertEqual(make_site.as_read_here("- これは\n  一つの文です。\nEnglish\n文\n\n```\nこれは\n二行\n```\n![a](b.svg)\n"),
+                         "- これは一つの文です。\nEnglish\n文\n\n```\nこれは\n二行\n```\n[![a](b.svg)](b.svg)\n")
 
     def test_a_page_that_is_left_out_of_the_navigation_is_told(self):
         listed = list(make_site.pages_of(make_site.navigation({"write-a-host.md": b""})))
