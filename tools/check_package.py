@@ -130,14 +130,18 @@ def faults_of_version(top):
 CHECKS = (faults_of_sums, faults_of_programs, faults_of_exports, faults_of_links, faults_of_folders, faults_of_version)
 
 
+def faults_of_folder(top):
+    """Of an archive that is unpacked already."""
+    return [fault for check in CHECKS for fault in check(top)]
+
+
 def faults(archive):
     with tempfile.TemporaryDirectory() as folder, zipfile.ZipFile(archive) as packed:
         tops = {name.split("/")[0] for name in packed.namelist()}
         if tops != {pathlib.Path(archive).stem}:
             return [f"{pathlib.Path(archive).name} unpacks to {', '.join(sorted(tops))}"]
         packed.extractall(folder)
-        top = pathlib.Path(folder, *tops)
-        return [fault for check in CHECKS for fault in check(top)]
+        return faults_of_folder(pathlib.Path(folder, *tops))
 
 
 if __name__ == "__main__":

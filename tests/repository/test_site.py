@@ -22,6 +22,11 @@ def exports():
     return json.loads((make_site.OUT / "reference.json").read_text(encoding="utf-8"))
 
 
+def setUpModule():
+    if not (make_site.OUT / "reference.json").exists():
+        raise unittest.SkipTest("the reference is not printed yet: ./dev build")
+
+
 @unittest.skipUnless(make_site.can_build(), "MkDocs and its Material theme are not installed")
 class Site(unittest.TestCase):
     maxDiff = None
