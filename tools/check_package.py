@@ -4,6 +4,7 @@
 
 Only what lies in the archive counts; binutils of mingw-w64 read the programs.
 """
+import functools
 import hashlib
 import json
 import os
@@ -14,6 +15,8 @@ import subprocess
 import sys
 import tempfile
 import zipfile
+
+import check_site
 
 SYSTEM = {"advapi32.dll", "comctl32.dll", "crypt32.dll", "gdi32.dll", "imm32.dll", "kernel32.dll", "mapi32.dll", "msvcrt.dll",
           "ole32.dll", "oleaut32.dll", "shell32.dll", "shlwapi.dll", "user32.dll", "version.dll", "winmm.dll", "ws2_32.dll"}
@@ -79,7 +82,10 @@ def faults_of_exports(top):
             yield f"{name}: {'not ' if name in names else 'only '}in {where}"
 
 
+@functools.cache
 def anchors(page):
+    if page.suffix == ".html":
+        return check_site.Page(page.read_text(encoding="utf-8")).places
     headings = re.findall(r"^#+ (.+)$", page.read_text(encoding="utf-8"), re.M)
     return {re.sub(r"[^\w\- ]", "", heading.strip().lower()).replace(" ", "-") for heading in headings}
 
@@ -94,8 +100,9 @@ def faults_of_links(top):
             to = top / posixpath.normpath(posixpath.join(posixpath.dirname(name), path)) if path else page
             if not to.exists():
                 yield f"{name}: {target} leads nowhere"
-            elif anchor and to.suffix == ".md" and anchor not in anchors(to):
+            elif anchor and to.suffix in (".md", ".html") and anchor not in anchors(to):
                 yield f"{name}: {target} has no such heading"
+    yield from check_site.faults(top)
 
 
 def faults_of_folders(top):
@@ -123,14 +130,18 @@ def faults_of_version(top):
 CHECKS = (faults_of_sums, faults_of_programs, faults_of_exports, faults_of_links, faults_of_folders, faults_of_version)
 
 
+def faults_of_folder(top):
+    """Of an archive that is unpacked already."""
+    return [fault for check in CHECKS for fault in check(top)]
+
+
 def faults(archive):
     with tempfile.TemporaryDirectory() as folder, zipfile.ZipFile(archive) as packed:
         tops = {name.split("/")[0] for name in packed.namelist()}
         if tops != {pathlib.Path(archive).stem}:
             return [f"{pathlib.Path(archive).name} unpacks to {', '.join(sorted(tops))}"]
         packed.extractall(folder)
-        top = pathlib.Path(folder, *tops)
-        return [fault for check in CHECKS for fault in check(top)]
+        return faults_of_folder(pathlib.Path(folder, *tops))
 
 
 if __name__ == "__main__":

@@ -16,6 +16,7 @@ import tempfile
 
 import check_package
 import make_kit
+import make_site
 from make_kit import OUT, ROOT, pack, samples, version
 
 TOP = f"wfinfo-{version()}"
@@ -32,9 +33,9 @@ FILES = {"LICENSE.txt": "LICENSE", "library/WFINFO.dll": "out/WFINFO.dll",
          "small-host/LICENSE-gumbo.txt": "out/host/LICENSE-gumbo.txt",
          "symbols/WFINFO.dll.debug": "out/symbols/WFINFO.dll.debug",
          "symbols/wrenfold.exe.debug": "out/symbols/wrenfold.exe.debug", "test-kit/kit.zip": "out/kit.zip"}
-FOLDERS = ("docs/", "samples/", "examples/")
+FOLDERS = ("samples/", "examples/")
+SITE = "docs/"
 BINDINGS = "out/bindings/"
-NOT_PACKED = ("docs/install.md",)  # it is the first page
 
 
 def listed(folder):
@@ -47,12 +48,24 @@ def listed(folder):
     return sorted(path.relative_to(ROOT).as_posix() for path in (ROOT / folder).rglob("*") if path.is_file())
 
 
+def taken():
+    """{name in the package: name in the repository}, of each file that is packed as it stands or with other links."""
+    found = {path.relative_to(OUT).as_posix(): path.relative_to(ROOT).as_posix() for path in sorted((ROOT / BINDINGS).rglob("*.*"))}
+    return {**FILES, **DOCUMENTS} | found | {name: name for folder in FOLDERS for name in listed(folder)}
+
+
+def site():
+    """{name in the package: bytes} of the pages in docs/, as a site."""
+    with tempfile.TemporaryDirectory() as folder:
+        make_site.build(folder)
+        found = sorted(path for path in pathlib.Path(folder).rglob("*") if path.is_file())
+        return {SITE + path.relative_to(folder).as_posix(): path.read_bytes() for path in found}
+
+
 def places():
-    """{name in the repository: name in the package}, of each file that is packed as it stands or with other links."""
-    found = {source: name for name, source in {**FILES, **DOCUMENTS}.items()}
-    found |= {path.relative_to(ROOT).as_posix(): path.relative_to(OUT).as_posix() for path in sorted((ROOT / BINDINGS).rglob("*.*"))}
-    found |= {name: name for folder in FOLDERS for name in listed(folder) if name not in NOT_PACKED}
-    return found
+    """{name in the repository: name in the package} of all that pages may link."""
+    pages = {source: SITE + name.replace(".md", ".html") for source, name in make_site.places().items() if source.startswith("docs/")}
+    return pages | {source: name for name, source in taken().items()}
 
 
 def relinked(text, source, where):
@@ -101,13 +114,16 @@ def html_parser_version():
 
 
 def linked():
-    """What is linked into the programs, for people and for tools: (name, version, licence, where, address)."""
+    """What of others goes along in the programs and pages, for people and for tools: (name, version, licence, where, address)."""
     gcc, crt = debian_version("g++-mingw-w64-x86-64-posix"), debian_version("mingw-w64-x86-64-dev")
     both = ("WFINFO.dll", "wrenfold.exe")
     exception = "GPL-3.0-or-later WITH GCC-exception-3.1"
     return [("libstdc++", gcc, exception, both, "https://gcc.gnu.org/"), ("libgcc", gcc, exception, both, "https://gcc.gnu.org/"),
             ("mingw-w64 run time", crt, "ZPL-2.1", both, "https://www.mingw-w64.org/"),
             ("winpthreads", crt, "MIT", both[1:], "https://www.mingw-w64.org/"),
+            # Not linked: it goes along with the pages.
+            ("Material for MkDocs", debian_version("mkdocs-material"), "MIT AND Apache-2.0 AND MPL-1.1", (SITE,),
+             "https://squidfunk.github.io/mkdocs-material/"),
             ("gumbo (of nokogiri)", html_parser_version(), "Apache-2.0", both[1:], "https://nokogiri.org/")]
 
 
@@ -117,7 +133,10 @@ def notices():
     table = "".join(f"- {name} {number}: {licence}; in {' and '.join(where)}\n" for name, number, licence, where, _ in linked())
     terms = (DEBIAN_DOCS / "mingw-w64-x86-64-dev/copyright").read_text(encoding="utf-8")
     gumbo = (OUT / "host/LICENSE-gumbo.txt").read_text(encoding="utf-8")
-    return f"{head}\n{table}\n{'=' * 78}\nmingw-w64\n{'=' * 78}\n{terms}\n{'=' * 78}\ngumbo\n{'=' * 78}\n{gumbo}".encode()
+    theme = (DEBIAN_DOCS / "mkdocs-material/copyright").read_text(encoding="utf-8")
+    line = "=" * 78
+    parts = {"mingw-w64": terms, "gumbo": gumbo, "Material for MkDocs": theme}
+    return (f"{head}\n{table}" + "".join(f"\n{line}\n{name}\n{line}\n{text}" for name, text in parts.items())).encode()
 
 
 def bill_of_materials():
@@ -131,7 +150,8 @@ def bill_of_materials():
                 "wrenfold.exe": component("application", "wrenfold.exe", version(), "MIT")}
     parts = [component("library", name, number, licence, address) for name, number, licence, _, address in linked()]
     package = component("application", TOP, version(), "MIT")
-    needs = [{"ref": package["bom-ref"], "dependsOn": [made["bom-ref"] for made in products.values()]}]
+    of_pages = [f"{name}@{number}" for name, number, _, where, _ in linked() if SITE in where]
+    needs = [{"ref": package["bom-ref"], "dependsOn": [made["bom-ref"] for made in products.values()] + of_pages}]
     needs += [{"ref": made["bom-ref"], "dependsOn": [f"{name}@{number}" for name, number, _, where, _ in linked() if product in where]}
               for product, made in products.items()]
     bill = {"bomFormat": "CycloneDX", "specVersion": "1.5", "version": 1, "metadata": {"component": package},
@@ -145,8 +165,8 @@ def bill_of_materials():
 def contents():
     """{name below the top folder: bytes}"""
     where = places()
-    packed = {}
-    for source, name in where.items():
+    packed = site()
+    for name, source in taken().items():
         path = ROOT / source
         if path.suffix in (".exe", ".dll"):
             packed[name] = make_kit.stripped(path)

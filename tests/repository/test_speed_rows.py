@@ -49,7 +49,7 @@ class Rows(unittest.TestCase):
                 self.assertEqual(bench.verdict(row, None), "no benchmark yet")
 
     def test_each_program_is_one_that_the_command_runs(self):
-        usage = (SOURCE / "dev").read_text(encoding="utf-8")
+        usage = (SOURCE / "tools/dev_help.txt").read_text(encoding="utf-8")
         for program in bench.benchmarks(self.rows):
             self.assertRegex(usage, rf"\b{program}\b")
 
