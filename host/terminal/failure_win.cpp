@@ -4,8 +4,10 @@
 #include "host/terminal/terminal_win.h"
 
 namespace wrenfold {
-
-void Tell(const std::string& notice) { TheTerminal().Error("wrenfold: " + notice + "\n"); }
+void Tell(const std::string& notice) {
+  TheTerminal().ErrorInRed("wrenfold:");
+  TheTerminal().Error(" " + notice + "\n");
+}
 
 int Fail(const std::string& reason, int code) {
   Tell(reason);
