@@ -36,8 +36,8 @@ Terminal::Stream Terminal::Open(DWORD which) {
   return {handle, IsConsole(handle)};
 }
 
-// By the console's own call, which every console takes; escape sequences have to be switched on in a mode that
-// other programs of the console share.
+// By the console's own call, which every console takes; escape sequences have to be switched on in a mode
+// that other programs of the console share.
 void Terminal::WriteInColour(const Stream& stream, WORD colour, std::string_view utf8) const {
   constexpr WORD kForeground = FOREGROUND_RED | FOREGROUND_GREEN | FOREGROUND_BLUE | FOREGROUND_INTENSITY;
   CONSOLE_SCREEN_BUFFER_INFO info;

@@ -1,5 +1,7 @@
 """The prompt in a console: keys are typed, and the screen is read."""
 import os
+import re
+import shutil
 import subprocess
 import unittest
 
@@ -118,6 +120,19 @@ class Alone(HostTest):
         result = host.run(self.write("x.pdf", ""))
         self.assertEqual(result.code, 2)
         self.assertIn("stands alone and is neither a mail", result.err)
+
+
+class WindowsPage(HostTest):
+    def test_the_runs_on_it_succeed(self):
+        shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
+        page = (host.SOURCE / "docs/windows.md").read_text(encoding="utf-8")
+        self.write("hello.macro", "\ufeff" + re.search(r"^Set-Content hello.macro '(.*)' -Encoding utf8$", page, re.M)[1] + "\r\n")
+        lines = re.findall(r"^small-host\\wrenfold\.exe (--mail .*?)(?: \| .*)?$", page, re.M)
+        self.assertEqual(len(lines), 4)
+        for line in lines:
+            with self.subTest(line):
+                result = host.run(*line.split(), folder=self.folder)
+                self.assertEqual((result.err, result.code), ("", 0))
 
 
 if __name__ == "__main__":
