@@ -1,7 +1,7 @@
 /* WFINFO.dll from a program in C: docs/from-your-program.md tells of each piece.
  *
  *   x86_64-w64-mingw32-gcc use.c -I. libWFINFO.dll.a -o use.exe
- *   cl /utf-8 use.c WFINFO.lib
+ *   cl /utf-8 use.c WFINFO.lib user32.lib
  *
  * Beside <mapi.h> define WFINFO_NO_MAPI in front of wfinfo.h. */
 #include <windows.h>
