@@ -5,8 +5,11 @@
 
 namespace wrenfold {
 void Tell(const std::string& notice) {
-  TheTerminal().ErrorInRed("wrenfold:");
-  TheTerminal().Error(" " + notice + "\n");
+  Terminal& terminal = TheTerminal();
+  // One write, so that the lines of programs that share a log do not mix.
+  if (!terminal.ShowsErrors()) return terminal.Error("wrenfold: " + notice + "\n");
+  terminal.ErrorInRed("wrenfold:");
+  terminal.Error(" " + notice + "\n");
 }
 
 int Fail(const std::string& reason, int code) {
