@@ -10,6 +10,7 @@ import unittest
 
 import host
 from test_bindings import BINDINGS, NODE, OUT
+from test_mapi import BUILD
 
 PROGRAMS = host.SOURCE / "samples/program"
 HOSTS = host.SOURCE / "samples/host"
@@ -65,7 +66,7 @@ class InC(Program):
         self.assertEqual(found, [["interface 18, in a host: 0", *USED], [*ON_EDITOR.splitlines(), MISSING]])
 
     def wait_for_host(self):
-        client = host.SOURCE / "build/windows/doubles/mapi_client.exe"
+        client = BUILD / "doubles/mapi_client.exe"
         end = time.monotonic() + 30
         while subprocess.run([*host.command(client), "frame"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL).returncode != 0:
             self.assertLess(time.monotonic(), end, "no host")
