@@ -90,7 +90,7 @@ if(host_sources)
   target_compile_options(host_rooms PUBLIC $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>
     PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${traceable}>)
   target_compile_definitions(host_rooms PUBLIC WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-  target_link_libraries(host_rooms PUBLIC wfinfo_pure gumbo)
+  target_link_libraries(host_rooms PUBLIC wfinfo_pure gumbo gdi32)
   add_executable(wrenfold host/main_win.cpp src/base/stack_guard_win.cpp)
   target_compile_options(wrenfold PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${traceable}>)
   target_link_libraries(wrenfold PRIVATE host_rooms)

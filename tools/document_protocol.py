@@ -75,6 +75,9 @@ def joined(forms):
 def answer_of(forms):
     kinds = unique(ANSWERS[form.answer] for form in forms)
     doc = next((form.doc for form in forms if form.doc), "")
+    # The list of codes tells of each text that the export needs no longer when it returns.
+    if kinds == ["text"] and " at once" not in doc:
+        kinds = ["text, handed on"]
     return f"Answer ({' or '.join(kinds)}){': ' if doc else ''}{doc}."
 
 

@@ -30,8 +30,8 @@ GOOGLETEST_LICENSE = pathlib.Path("/usr/share/doc/googletest/copyright")
 # In the kit: where it was built. The programs look for one another as they lie in build/windows.
 PROGRAMS = ["dll_tests.exe", "pgp_tests.exe", "smime_tests.exe", "net_doubles_tests.exe", "torture_tests.exe",
             "system_tests.exe", "system_smime_tests.exe", "exec_target.exe", "show_state.exe", "services/services_tests.exe"]
-DOUBLES = ["TmRegIni.dll", "extension.dll", "launched_host.exe", "mapi_client.exe", "send_mail.exe", "net/WININET.dll",
-           "net/WSOCK32.dll", "archivers/unlha32.dll", "archivers/Zip32J.dll", "archivers_without_entry/unlha32.dll",
+DOUBLES = ["TmRegIni.dll", "extension.dll", "launched_host.exe", "console_typist.exe", "mapi_client.exe", "send_mail.exe",
+           "net/WININET.dll", "net/WSOCK32.dll", "archivers/unlha32.dll", "archivers/Zip32J.dll", "archivers_without_entry/unlha32.dll",
            "archivers_without_entry/Zip32J.dll", "openpgp/pgp_child.exe", "openpgp/pgp/pgp.exe", "openpgp/gpg/gpg.exe",
            "openpgp/gpg2/gpg2.exe"]
 

@@ -116,7 +116,10 @@ constexpr char kMapiGuard[] = R"guard(
 
 int PrintHeader(const char* version) {
   std::printf("%s", kHeaderHead);
-  std::printf("\n/* Version of this header, and of the library that it belongs to. */\n#define WFINFO_VERSION \"%s\"\n", version);
+  std::printf(
+      "\n/* Version of this header, and of the library that it belongs to. */\n#define WFINFO_VERSION "
+      "\"%s\"\n",
+      version);
   std::string_view family;
   for (const Row& row : Rows()) {
     if (row.family != family) {

@@ -8,6 +8,7 @@
 #include "host/base/paths.h"
 #include "host/base/plain_window_win.h"
 #include "host/charset/charsets.h"
+#include "host/mapi/server_window_win.h"
 #include "host/mapi/service_win.h"
 #include "host/terminal/failure_win.h"
 #include "src/base/unique_win.h"
@@ -111,9 +112,11 @@ std::string MapiHome(const std::string& given) {
   return WideToUtf8(Utf16(path));
 }
 
-int RunMapiServer(const std::string& home, const MapiSettings& settings,
+int RunMapiServer(const std::string& home, const MapiSettings& settings, bool shows_window,
                   void (*complain)(const std::string& line)) {
   const wfinfo::UniqueHandle server = BecomeServer();
+  if (!server && shows_window)
+    return complain("a host serves on this desktop already; wrenfold --stop ends it"), kFailed;
   if (!server) return kFine;
   MapiService service(PathFromUtf8(home), settings, complain, Alert);
   g_service = &service;
@@ -121,6 +124,7 @@ int RunMapiServer(const std::string& home, const MapiSettings& settings,
   const HWND frame = g_frame = CreateFrame();
   if (frame == nullptr) return complain("cannot create the host's window"), kFailed;
   complain("serving Simple MAPI; home is " + home);
+  if (shows_window) ShowServerWindow(frame, home);
   while (settings.deaf) Sleep(kPollMs);
   if (settings.modal_ms) {
     g_modalMs = *settings.modal_ms;

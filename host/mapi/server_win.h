@@ -13,9 +13,10 @@ namespace wrenfold {
 // WRENFOLD_HOME, else the folder of wrenfold.exe. UTF-8.
 std::string MapiHome(const std::string& given);
 
-// Serves until WM_CLOSE comes to the frame. A second server of the desktop leaves the field to the first.
-// Returns the exit code.
-int RunMapiServer(const std::string& home, const MapiSettings& settings,
+// Serves until WM_CLOSE comes to the frame, which shows on the screen when `shows_window` is set. A second
+// server of the desktop leaves the field to the first, and complains only where a window was wanted. The
+// exit code.
+int RunMapiServer(const std::string& home, const MapiSettings& settings, bool shows_window,
                   void (*complain)(const std::string& line));
 
 // Has the server of this desktop end, and waits until it has. Returns why it does not, else nullopt.

@@ -37,7 +37,7 @@ int ServeMails(const Options& options) {
   const std::string home = MapiHome(options.home);
   const auto settings = SettingsOf(home, options);
   if (const auto* wrong = std::get_if<std::string>(&settings)) return Fail("settings.txt, " + *wrong);
-  return RunMapiServer(home, std::get<MapiSettings>(settings), Complain);
+  return RunMapiServer(home, std::get<MapiSettings>(settings), options.window, Complain);
 }
 
 int StopServing() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/base/ascii.h"
 #include "host/base/nearest_names.h"
 #include "host/mapi/settings.h"
 
@@ -45,6 +46,7 @@ constexpr OptionRow kOptions[] = {
     {"--english", nullptr, [](Options& options) { options.english = true; }},
     {"--japanese", nullptr, [](Options& options) { options.english = false; }},
     {"--serve", nullptr, [](Options& options) { options.serve = true; }},
+    {"--window", nullptr, [](Options& options) { options.serve = options.window = true; }},
     {"--home", nullptr, nullptr, [](Options& o, const std::string& value) { return o.home = value, true; },
      "a folder"},
     {"--slow", nullptr, nullptr,
@@ -82,6 +84,17 @@ std::string WrongList(std::string_view list) {
   return "";
 }
 
+// Where a file goes that no option names; null for what is neither mail nor macro.
+std::vector<std::string> Options::*ListOfLone(const std::string& argument, bool is_folder) {
+  constexpr std::string_view kMails[] = {".eml", ".mbox"};
+  constexpr std::string_view kMacros[] = {".macro", ".txt"};
+  const auto ends_in = [name = Lower(argument)](std::string_view ending) { return name.ends_with(ending); };
+  if (argument.starts_with("-")) return nullptr;
+  if (is_folder || std::any_of(std::begin(kMails), std::end(kMails), ends_in)) return &Options::mails;
+  if (std::any_of(std::begin(kMacros), std::end(kMacros), ends_in)) return &Options::macros;
+  return nullptr;
+}
+
 // `before` is the argument in front of it.
 UsageError Unknown(std::string_view argument, std::string_view before) {
   if (!argument.starts_with("-") && before == "--trace") {
@@ -89,7 +102,9 @@ UsageError Unknown(std::string_view argument, std::string_view before) {
             "' stands alone; to trace it alone write --trace=" + std::string(argument)};
   }
   if (!argument.starts_with("-")) {
-    return {"'" + std::string(argument) + "' stands alone; mails follow --mail, macros --macro"};
+    return {"'" + std::string(argument) +
+            "' stands alone and is neither a mail (.eml, .mbox, a folder) nor a macro (.macro, .txt); mails "
+            "follow --mail, macros --macro"};
   }
   std::vector<std::string_view> names;
   for (const OptionRow& row : kOptions) names.push_back(row.name);
@@ -101,6 +116,8 @@ UsageError Unknown(std::string_view argument, std::string_view before) {
 const std::string_view kUsage =
     "wrenfold --mail MAIL [--mail MAIL ...] --macro FILE [--trace]\n"
     "wrenfold --mail MAIL --prompt\n"
+    "wrenfold MAIL|MACRO ...   .eml, .mbox, folder as with --mail; .macro, .txt as with --macro;\n"
+    "                          mails alone are shown at the prompt\n"
     "\n"
     "A small mail host: it loads WFINFO.dll from its own folder and runs macros on real mails.\n"
     "\n"
@@ -125,6 +142,7 @@ const std::string_view kUsage =
     "  --trace-json FILE   writes them as lines of JSON\n"
     "  --english      the library speaks English; --japanese: Japanese; else as the system\n"
     "  --serve        serves programs that send mail through the system (also without any option)\n"
+    "  --window       serves and shows a window that says so, as a double click does\n"
     "  --stop         ends a host that serves\n"
     "  --home FOLDER  with --serve: where outbox, mails and settings.txt are\n"
     "  --slow MS, --modal MS, --deaf, --die\n"
@@ -141,8 +159,10 @@ const std::string_view kUsage =
     "when a file that the command line names cannot be used; and when a mail could not be sent, or a draft\n"
     "or mark not be kept. 2 when the command line is wrong, 130 after Ctrl+C.\n";
 
-std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> arguments) {
+std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> arguments,
+                                                   bool (*is_folder)(const std::string& name)) {
   Options options;
+  bool has_lone_mail = false;
   options.serve = arguments.empty();
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     if (arguments[i].starts_with(kTraceOnly)) {
@@ -154,8 +174,13 @@ std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> 
     }
     const auto* row = std::find_if(std::begin(kOptions), std::end(kOptions),
                                    [&](const OptionRow& r) { return r.name == arguments[i]; });
-    if (row == std::end(kOptions))
-      return Unknown(arguments[i], i > 0 ? std::string_view(arguments[i - 1]) : "");
+    if (row == std::end(kOptions)) {
+      const auto list = ListOfLone(arguments[i], is_folder(arguments[i]));
+      if (list == nullptr) return Unknown(arguments[i], i > 0 ? std::string_view(arguments[i - 1]) : "");
+      (options.*list).push_back(arguments[i]);
+      has_lone_mail |= list == &Options::mails;
+      continue;
+    }
     if (row->set != nullptr) {
       row->set(options);
       continue;
@@ -166,6 +191,7 @@ std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> 
     }
     if (row->take == nullptr) (options.*row->values).push_back(value);
   }
+  options.prompt |= has_lone_mail && options.macros.empty();
   const bool works = options.help || options.version || options.prompt || !options.macros.empty() ||
                      options.serve || options.stop || options.register_mapi || options.unregister_mapi;
   if (options.serve && (!options.macros.empty() || options.prompt))

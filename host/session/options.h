@@ -37,6 +37,7 @@ struct Options {
 
   // Simple MAPI: serving other programs, which is also what happens without any argument; and registration.
   bool serve = false;
+  bool window = false;              // a window tells that it serves
   std::string home;                 // "" : the usual one
   std::optional<unsigned> slow_ms;  // these four: over the settings file
   std::optional<unsigned> modal_ms;
@@ -52,8 +53,12 @@ struct UsageError {
   std::string text;
 };
 
-// `arguments` in UTF-8, without the program's name.
-std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> arguments);
+// `arguments` in UTF-8, without the program's name. One that stands alone, as a file that was dropped on the
+// program does, is a mail or a macro by its name; `is_folder` tells the folders, which are mails too. Mails
+// alone are shown at the prompt.
+std::variant<Options, UsageError> ParseCommandLine(
+    std::span<const std::string> arguments,
+    bool (*is_folder)(const std::string& name) = [](const std::string&) { return false; });
 
 // The text of --help.
 extern const std::string_view kUsage;

@@ -10,7 +10,9 @@
 #include "host/library/export_help.h"
 #include "host/library/help_search.h"
 #include "host/macro/block_words.h"
+#include "host/macro/functions.h"
 #include "host/session/prompt_help.h"
+#include "src/catalogue/rows.h"
 
 namespace wrenfold {
 namespace {
@@ -54,8 +56,25 @@ bool IsAssignment(std::string_view rest) { return rest.starts_with('=') && rest 
 
 bool Prompt::Run() {
   side_.Write(side_.Greeting());
+  side_.CompleteBy([this](std::string_view line) { return CompleteName(line, Names()); });
   while (const std::optional<std::string> line = Read(kMark)) Line(*line);
   return all_well_;
+}
+
+// All that a line may name: a function with its bracket, or both when it takes nothing.
+std::vector<std::string> Prompt::Names() const {
+  std::vector<std::string> names(words_.known.variables.begin(), words_.known.variables.end());
+  const auto add = [&](std::string_view name, bool takes_nothing) {
+    names.push_back(std::string(name) + (takes_nothing ? "()" : "("));
+  };
+  for (const auto& [name, parameters] : words_.known.functions) add(name, parameters == 0);
+  for (const auto& row : wfinfo::catalogue::Rows()) add(row.name, row.parameters.empty());
+  for (const auto& function : macro::OwnFunctions()) add(function.name, function.form.ends_with("()"));
+  for (const HelpEntry& entry : words_.host_help) add(entry.name, entry.form.ends_with("()"));
+  for (const HelpEntry& entry : PromptWordHelp()) {
+    if (std::all_of(entry.name.begin(), entry.name.end(), IsLetter)) names.emplace_back(entry.name);
+  }
+  return names;
 }
 
 // nullopt at the end. Ctrl+D and Ctrl+Z reach some terminals as characters, which end the input too.

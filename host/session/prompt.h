@@ -13,6 +13,7 @@
 #include "host/library/help_entry.h"
 #include "host/macro/check.h"
 #include "host/macro/run.h"
+#include "host/terminal/completion.h"
 
 namespace wrenfold {
 
@@ -41,6 +42,8 @@ class PromptSide {
   virtual std::string Example(std::string_view) { return ""; }
   // Lines that a screen holds; 0 where nobody reads along.
   virtual std::size_t PageLines() { return 0; }
+  // How Tab completes, where a person types.
+  virtual void CompleteBy(Completer) {}
 };
 
 // What statements are read with.
@@ -60,6 +63,7 @@ class Prompt {
   bool Run();
 
  private:
+  std::vector<std::string> Names() const;
   std::optional<std::string> Read(std::string_view mark);
   void Line(const std::string& line);
   bool IsWord(std::string_view typed, std::string_view word) const;

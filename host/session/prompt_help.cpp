@@ -17,6 +17,7 @@ constexpr std::string_view kPromptHelp =
     "folders                lists the folders, as SelectFolder takes them\n"
     "vars                   lists the variables\n"
     "run FILE               runs a macro file; wrenfold --mail MAIL --macro FILE runs it without the prompt\n"
+    "Tab, Up                complete a name, bring a line before back: at a terminal\n"
     "quit                   leaves\n";
 
 constexpr auto kPrompt = HelpEntry::Kind::kPrompt;

@@ -38,7 +38,7 @@ class TerminalSide : public PromptSide {
     if (IsInterrupted()) StopTransmission(state_);
     interruptible_.reset();
     if (TheTerminal().IsInteractive()) interruptible_.emplace();
-    auto line = TheTerminal().ReadLine(mark);
+    auto line = TheTerminal().ReadLine(mark, complete_);
     interruptible_.reset();
     interruptible_.emplace();
     return line;
@@ -80,6 +80,7 @@ class TerminalSide : public PromptSide {
   }
   std::string Example(std::string_view name) override { return ExampleOf(name); }
   std::size_t PageLines() override { return TheTerminal().IsInteractive() ? TheTerminal().Lines() - 1 : 0; }
+  void CompleteBy(Completer complete) override { complete_ = std::move(complete); }
 
  private:
   // As a macro writes it: "lists/users", with the quotes.
@@ -106,6 +107,7 @@ class TerminalSide : public PromptSide {
   }
 
   HostState& state_;
+  Completer complete_;
   std::optional<Interruptible> interruptible_;
 };
 

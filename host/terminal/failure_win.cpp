@@ -4,8 +4,13 @@
 #include "host/terminal/terminal_win.h"
 
 namespace wrenfold {
-
-void Tell(const std::string& notice) { TheTerminal().Error("wrenfold: " + notice + "\n"); }
+void Tell(const std::string& notice) {
+  Terminal& terminal = TheTerminal();
+  // One write, so that the lines of programs that share a log do not mix.
+  if (!terminal.ShowsErrors()) return terminal.Error("wrenfold: " + notice + "\n");
+  terminal.ErrorInRed("wrenfold:");
+  terminal.Error(" " + notice + "\n");
+}
 
 int Fail(const std::string& reason, int code) {
   Tell(reason);

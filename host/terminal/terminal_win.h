@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/terminal/completion.h"
+
 namespace wrenfold {
 
 class Terminal {
@@ -32,8 +34,19 @@ class Terminal {
   bool IsInteractive() const { return in_is_console_; }
   // Lines that the terminal shows, at least 2; 24 where that is not known.
   std::size_t Lines() const;
-  // One line without its end; nullopt at the end of the input. `mark` shows only on a terminal.
-  std::optional<std::string> ReadLine(std::string_view mark);
+  // One line without its end; nullopt at the end of the input. `mark` shows only on a terminal, in cyan. Tab
+  // completes by `complete` when there is one. Lines before come back with the arrow keys: the console itself
+  // keeps them.
+  std::optional<std::string> ReadLine(std::string_view mark, const Completer& complete = nullptr);
+
+  // Shows `words` and waits for a key; at once where no keys come from.
+  void WaitForKey(std::string_view words);
+
+  // On standard error. Red on a terminal, unless the user has set NO_COLOR.
+  void ErrorInRed(std::string_view utf8) {
+    ShowPassing("");
+    WriteInColour(error_, FOREGROUND_RED | FOREGROUND_INTENSITY, utf8);
+  }
 
  private:
   struct Stream {
@@ -42,12 +55,19 @@ class Terminal {
   };
   static Stream Open(DWORD which);
   static void Write(const Stream& stream, std::string_view utf8);
-  bool ReadMore();
+  void WriteInColour(const Stream& stream, WORD colour, std::string_view utf8) const;
+  void ShowMark(std::string_view mark);
+  bool ReadMore(std::string_view mark, const Completer& complete);
+  bool ReadConsoleLine(std::string_view mark, const Completer& complete);
+  void Complete(std::wstring& line, std::string_view mark, const Completion& done);
+  void GoBack(std::size_t columns) const;
+  void WipeBehindCursor(std::size_t columns) const;
 
   Stream out_;
   Stream error_;
   HANDLE in_;
   bool in_is_console_;
+  bool wants_colours_;
   bool ended_ = false;
   std::size_t passing_ = 0;  // columns of the passing line
   std::string pending_;      // read, but not yet given out

@@ -95,8 +95,15 @@ class MapiTest(HostTest):
 
     def box(self):
         """What a box in front of the host says; "" without one."""
-        return subprocess.run(host.command(CLIENT) + ["box"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                              stderr=subprocess.DEVNULL, timeout=host.TIMEOUT_SECONDS).stdout.decode()
+        return self.texts("box")
+
+    def window(self):
+        """What the host's own window says; "" when it does not show."""
+        return self.texts("window")
+
+    def texts(self, word):
+        return subprocess.run(host.command(CLIENT) + [word], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, timeout=host.TIMEOUT_SECONDS).stdout.decode(errors="replace")
 
     def ask_client(self, word):
         return subprocess.run(host.command(CLIENT) + [word], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
@@ -125,6 +132,27 @@ class MapiTest(HostTest):
         answer = self.client("send", flags, text_hex(subject), text_hex(text), *more)
         self.assertEqual(answer.code, 0)
         return answer
+
+
+class Window(MapiTest):
+    def test_it_tells_that_the_host_serves_and_closing_it_ends_the_host(self):
+        server = self.serve("--window")
+        self.wait_until(lambda: "Simple MAPI" in self.window(), "no window")
+        self.assertIn(windows_path(self.home), self.window())
+        self.send(0, "s", "t", "to", "-", text_hex("a@x.jp"))
+        self.assertEqual(len(self.sent()), 1)
+        self.assertEqual(self.ask_client("close"), 0)
+        self.assertEqual(server.wait(timeout=host.TIMEOUT_SECONDS), 0)
+
+    def test_a_second_one_does_not_come(self):
+        self.serve()
+        result = run("--window", "--home", windows_path(self.home))
+        self.assertEqual((result.out, result.err, result.code),
+                         ("", "wrenfold: a host serves on this desktop already; wrenfold --stop ends it\n", 1))
+
+    def test_the_host_that_a_program_starts_shows_none(self):
+        self.send(0, "s", "t", "to", "-", text_hex("a@x.jp"))
+        self.assertEqual((self.frame_exists(), self.window()), (True, ""))
 
 
 class Sending(MapiTest):
@@ -209,6 +237,21 @@ class Sending(MapiTest):
         process.wait(timeout=host.TIMEOUT_SECONDS)
         self.assertEqual(process.output.read_text().strip(), "MAPISendMail: 0")
         self.assertEqual(self.sent()[0]["Subject"], "from C")
+
+    def test_the_sample_client_sends_files_under_their_names(self):
+        first, second = self.write("a.txt", "one"), self.write("b.txt", "two")
+        name = "表示名.txt" if host.takes_any_path() else "first.txt"
+        process = self.start(SAMPLE_CLIENT, "jo@x.jp", "s", "t", windows_path(first), name, windows_path(second), "b b.txt")
+        process.wait(timeout=host.TIMEOUT_SECONDS)
+        self.assertEqual(process.output.read_text().strip(), "MAPISendMail: 0")
+        self.assertEqual([(part.get_filename(), part.get_content()) for part in self.sent()[0].iter_attachments()],
+                         [(name, b"one"), ("b b.txt", b"two")])
+
+    @unittest.skipUnless(host.takes_any_path(), "this locale lets no such name through")
+    def test_the_sample_client_refuses_what_code_page_932_lacks(self):
+        process = self.start(SAMPLE_CLIENT, "jo@x.jp", "é ☕", "t", windows_path(self.write("a.txt", "one")), "é.txt")
+        self.assertEqual(process.wait(timeout=host.TIMEOUT_SECONDS), 1)
+        self.assertEqual(self.outbox(), [])
 
     def test_a_mail_that_cannot_be_kept_is_told_by_a_box(self):
         (self.home / "outbox").write_text("a file where the folder should be")

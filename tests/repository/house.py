@@ -37,7 +37,7 @@ HOST = [
 HOST_MAY_TAKE = re.compile(r"src/(bridge/host_protocol\.h|(base|text|dates|addresses|catalogue)/|commands/account_fields\.h|"
                            r"mapi/(host_blocks|mapi_records)\.h)")
 INCLUDE_ROOTS = ("src/", "host/", "tests/", "catalogue/", "resources/", "bench/", "fuzz/", "tools/")
-GENERATED = ("wfinfo.h",)  # stands in out/
+GENERATED = ("wfinfo.h", "wfinfo.hpp")  # stand in out/
 IN_THE_ROOT = {".ci", ".clang-format", ".gitattributes", ".github", ".gitignore", "CHANGELOG.md", "CMakeLists.txt",
                "CMakePresets.json", "CONTRIBUTING.md", "LICENSE", "README.md", "SECURITY.md", "bench", "catalogue", "cmake",
                "dev", "docs", "examples", "fuzz", "host", "resources", "samples", "src", "tests", "tools"}

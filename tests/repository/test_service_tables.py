@@ -21,6 +21,25 @@ class Page(unittest.TestCase):
     def test_the_page_shows_the_catalogue_and_the_services(self):
         self.assertTrue(protocol.documented(self.page) == self.page, "run ./dev docs")
 
+    def test_each_text_answer_tells_how_long_it_is_needed(self):
+        answers = re.findall(r"^Answer \(text.*$", self.page, re.M)
+        self.assertGreater(len(answers), 100)
+        self.assertEqual([line for line in answers if ("handed on)" in line) == (" at once" in line)], [])
+
+    def test_the_page_for_host_authors_lists_what_passes_during_a_dialog(self):
+        page = (SOURCE / "docs/write-a-host.md").read_text(encoding="utf-8")
+        rows = re.search(r"^## While a dialog shows$(.*?)^## ", page, re.M | re.S)[1]
+        listed = [int(code) for row in re.findall(r"^\| ([\d, ]+) \|", rows, re.M) for code in row.split(",")]
+        self.assertEqual(sorted(listed), sorted(catalogue.allowed_during_dialog()))
+
+    def test_the_page_for_host_authors_has_each_member_of_the_shared_blocks(self):
+        page = (SOURCE / "docs/write-a-host.md").read_text(encoding="utf-8")
+        header = (SOURCE / "src/mapi/host_blocks.h").read_text(encoding="utf-8")
+        members = re.findall(r"offsetof\(\w+, (\w+)\) == (\d+)", header)
+        self.assertGreater(len(members), 10)
+        listed = re.findall(r"^\| (\d+) \| `(\w+)` \|", page.split("## Mails of other programs")[1], re.M)
+        self.assertEqual(sorted((member, offset) for offset, member in listed), sorted(members))
+
     def test_no_request_of_the_golden_list_is_missing(self):
         golden = (SOURCE / "tests/golden/requests.txt").read_text(encoding="utf-8")
         wanted = set()

@@ -6,7 +6,8 @@
 
 int main() {
   // Errors to standard error: a box would wait for somebody to close it.
-  wfinfo::report_errors_to([](const char* text) { std::fprintf(stderr, "%s\n", wfinfo::from_host(text).c_str()); });
+  wfinfo::report_errors_to(
+      [](const char* text) { std::fprintf(stderr, "%s\n", wfinfo::from_host(text).c_str()); });
   std::printf("interface %d\n", wfinfo::GetWFInfoVersion(nullptr));
   std::printf("%s\n", wfinfo::ToUpper("caf\xC3\xA9 \xE2\x98\x95 \xE6\xBC\xA2\xE5\xAD\x97").c_str());
   std::printf("%s\n", wfinfo::FormatDate("Mon, 2 Jun 2025 09:00:00 +0900", "YYYY/MM/DD").c_str());

@@ -9,6 +9,7 @@
  *   mapi_client resolve NAME
  *   mapi_client frame                      exit code 0 when a host's frame is there
  *   mapi_client box                        the texts of the box in front of the host
+ *   mapi_client window                     the texts in a host's frame that shows; exit code 1 when none does
  *   mapi_client close                      closes every host; exit code 0 when none is left
  *
  * The last line is "code=N ms=N". */
@@ -202,10 +203,18 @@ static int PrintBox(void) {
   return 0;
 }
 
+static int PrintOwnTexts(void) {
+  HWND frame = Frame();
+  if (frame == NULL || !IsWindowVisible(frame)) return 1;
+  EnumChildWindows(frame, PrintText, 0);
+  return 0;
+}
+
 int main(int count, char** words) {
   size_t i;
   if (count == 2 && strcmp(words[1], "frame") == 0) return Frame() == NULL;
   if (count == 2 && strcmp(words[1], "box") == 0) return PrintBox();
+  if (count == 2 && strcmp(words[1], "window") == 0) return PrintOwnTexts();
   if (count == 2 && strcmp(words[1], "close") == 0) return CloseHosts();
   setvbuf(stdout, NULL, _IOFBF, 4096);
   g_mapi = LoadLibraryA("mapi32.dll");

@@ -92,6 +92,22 @@ TEST(CommandLine, LimitsTheTrace) {
             (std::vector<std::string>{"t.jsonl"}));
 }
 
+TEST(CommandLine, TakesFilesThatStandAloneByTheirNames) {
+  const auto is_folder = [](const std::string& name) { return name == "mails"; };
+  const Arguments kDropped = {"a.EML", "mails", "b.mbox", "c.macro", "d.Txt"};
+  const auto parsed = ParseCommandLine(kDropped, is_folder);
+  ASSERT_TRUE(std::holds_alternative<Options>(parsed));
+  EXPECT_EQ(std::get<Options>(parsed).mails, (Arguments{"a.EML", "mails", "b.mbox"}));
+  EXPECT_EQ(std::get<Options>(parsed).macros, (Arguments{"c.macro", "d.Txt"}));
+  EXPECT_FALSE(std::get<Options>(parsed).prompt);
+}
+
+TEST(CommandLine, MailsThatStandAloneAreShownAtThePrompt) {
+  EXPECT_TRUE(Parsed({"a.eml"}).prompt);
+  EXPECT_FALSE(Parsed({"a.eml", "--macro", "x"}).prompt);
+  EXPECT_FALSE(Parsed({"c.macro"}).prompt);
+}
+
 TEST(CommandLine, SaysWhatIsWrong) {
   struct Case {
     Arguments arguments;
@@ -108,7 +124,9 @@ TEST(CommandLine, SaysWhatIsWrong) {
       {{"--macro"}, "--macro needs a file name behind it"},
       {{"--mail", "", "--prompt"}, "--mail needs a file name behind it"},
       {{"--promt"}, "unknown option '--promt'; did you mean --prompt?"},
-      {{"a.eml"}, "'a.eml' stands alone; mails follow --mail, macros --macro"},
+      {{"a.pdf"},
+       "'a.pdf' stands alone and is neither a mail (.eml, .mbox, a folder) nor a macro (.macro, .txt); mails "
+       "follow --mail, macros --macro"},
       {{"--trace", "SetHeader"}, "'SetHeader' stands alone; to trace it alone write --trace=SetHeader"},
       {{"--trace=", "--prompt"},
        "--trace= needs exports or codes behind it, as in --trace=SetHeader,44; --trace alone tells "
@@ -133,10 +151,12 @@ TEST(CommandLine, TheUsageSaysThatAFailedCallIsNoError) {
 }
 
 TEST(CommandLine, TheUsageNamesEachOption) {
-  for (const char* option :
-       {"--mail",          "--macro",           "--prompt", "--trace",  "--english", "--japanese",  "--help",
-        "--version",       "--serve",           "--home",   "--slow",   "--modal",   "--deaf",      "--die",
-        "--register-mapi", "--unregister-mapi", "--yes",    "--strict", "--trace=",  "--trace-json"}) {
+  for (const char* option : {"--window",          "--mail",    "--macro",    "--prompt",
+                             "--trace",           "--english", "--japanese", "--help",
+                             "--version",         "--serve",   "--home",     "--slow",
+                             "--modal",           "--deaf",    "--die",      "--register-mapi",
+                             "--unregister-mapi", "--yes",     "--strict",   "--trace=",
+                             "--trace-json"}) {
     EXPECT_NE(kUsage.find(option), std::string_view::npos) << option;
   }
 }

@@ -135,7 +135,7 @@ TEST(SendMailScript, IsReadAndItsTypesAreCompiledByPowerShell) {
       "Add-Type -TypeDefinition ([regex]::Match($text, '(?s)@.\\r?\\n(.*?)\\r?\\n.@').Groups[1].Value); "
       "[SimpleMapi].GetMethod('Send').GetParameters().Count\"");
   EXPECT_EQ(compiled.code, 0u);
-  EXPECT_TRUE(compiled.output.starts_with("4")) << compiled.output;
+  EXPECT_TRUE(compiled.output.starts_with("5")) << compiled.output;
 }
 
 }  // namespace
