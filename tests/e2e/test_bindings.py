@@ -182,7 +182,7 @@ console.log(Object.keys(library).length);
                             + "".join(f"console.log(JSON.stringify(library.{call}, (_, value) => typeof value === 'bigint' ? Number(value) : value));\n"
                                       for call, _ in FIFTY))
         self.assertEqual(printed.splitlines(), [answer for _, answer in FIFTY])
-        self.assertEqual(len({call.split("(")[0] for call, _ in calls}), 50)
+        self.assertEqual(len({call.split("(")[0] for call, _ in FIFTY}), 50)
 
 
 class Recorder:
