@@ -1,6 +1,6 @@
-// own_cost: nanoseconds of a host request that are the library's own. The calls into the system that a request is
-// made of are replaced, in the library's own table of imports, by ones that answer at once; what a program spends on
-// the same calls, one after the other, is taken off.
+// own_cost: nanoseconds of a host request that are the library's own. The calls into the system that a
+// request is made of are replaced, in the library's own table of imports, by ones that answer at once; what a
+// program spends on the same calls, one after the other, is taken off.
 #include <windows.h>
 
 #include <cstdio>

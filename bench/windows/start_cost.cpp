@@ -1,5 +1,5 @@
-// start_cost: how long the small host needs from its start to the first word of a macro, and how much memory, with many
-// mails and with a large file of mails.
+// start_cost: how long the small host needs from its start to the first word of a macro, and how much memory,
+// with many mails and with a large file of mails.
 #include <windows.h>
 
 #include <psapi.h>

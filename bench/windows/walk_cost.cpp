@@ -1,5 +1,6 @@
-// walk_cost: macros that read everything there is, through the exports of the library: each header and each line of
-// mails by their numbers, and each field of a list of a million lines. Beside them what one would write instead.
+// walk_cost: macros that read everything there is, through the exports of the library: each header and each
+// line of mails by their numbers, and each field of a list of a million lines. Beside them what one would
+// write instead.
 #include <windows.h>
 
 #include <cstdio>
