@@ -31,6 +31,7 @@
 #include "host/terminal/progress_win.h"
 #include "host/terminal/shown_host_text.h"
 #include "host/terminal/terminal_win.h"
+#include "host/windows/box_watch_win.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -128,6 +129,9 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
   const Windows windows(server);
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server, options.strict);
+  const BoxWatch boxes(options.yes, library.module(),
+                       {[&host](const ShownBox& box, BoxFate fate) { host.ShowBox(box, fate); },
+                        [&host] { return host.PatienceWithBoxes(); }});
   const OtherWindowsMacros other_windows(host, state);
   const WrittenMail written_mail(state);
   const LastWords last_words([&state] {
