@@ -226,7 +226,8 @@ std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
 
 std::optional<macro::Value> OtherWindowsMacros::RunFile(const std::string& file) {
   macro::KnownNames known;
-  return Run(LoadMacro(file, kMacroNames, known), {});
+  // Its value is what is wanted of it.
+  return Run(LoadMacro(file, kMacroNames, known, true), {});
 }
 
 std::optional<macro::Value> OtherWindowsMacros::Run(const MacroOrReason& loaded,

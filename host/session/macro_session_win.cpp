@@ -157,7 +157,7 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
 std::optional<std::string> WhyNoSendMacro(const Options& options) {
   if (options.send_macros.empty()) return std::nullopt;
   macro::KnownNames known;
-  const auto loaded = LoadMacro(options.send_macros.back(), kMacroNames, known);
+  const auto loaded = LoadMacro(options.send_macros.back(), kMacroNames, known, true);
   const auto* const reason = std::get_if<std::string>(&loaded);
   return reason == nullptr ? std::nullopt : std::optional("--send-macro: " + *reason);
 }

@@ -3,6 +3,9 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/file_reasons.h"
+#include "host/base/left_files.h"
+#include "host/base/line_complaint.h"
 #include "host/base/own_folder_win.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
@@ -50,13 +53,17 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
       options.accounts.empty() ? DefaultAccounts(options) : PathFromUtf8(options.accounts.back());
   if (auto reason = commands.accounts.Open(accounts)) return reason;
   TellMissingFile(options, accounts);
+  for (const std::string& line : commands.accounts.Complaints()) Complain(line);
   for (const std::string& book : options.books) {
     if (auto reason = commands.books.Open(PathFromUtf8(book))) return reason;
+    for (const LineComplaint& complaint : commands.books.selected().complaints())
+      Complain(ToldLine(PathFromUtf8(book), complaint));
   }
   if (options.templates.empty()) return std::nullopt;
   const std::filesystem::path folder = PathFromUtf8(options.templates.back());
   std::error_code error;
-  if (!std::filesystem::is_directory(folder, error)) return "cannot read the templates " + PathToUtf8(folder);
+  if (!std::filesystem::is_directory(folder, error))
+    return "cannot read the templates " + PathToUtf8(folder) + ": there is no such folder";
   commands.templates.Open(folder);
   return std::nullopt;
 }
@@ -126,7 +133,10 @@ std::optional<std::string> OpenPostOffice(const Options& options, HostState& sta
 std::optional<std::string> OpenAnswers(const Options& options) {
   if (options.answers.empty()) return SetAnswers(ScriptedAnswers(), options.yes), std::nullopt;
   const auto script = ReadWholeFile(PathFromUtf8(options.answers.back()));
-  if (!script) return "cannot read the answers " + options.answers.back();
+  if (!script) {
+    return "cannot read the answers " + options.answers.back() + ": " +
+           ReasonUnreadable(PathFromUtf8(options.answers.back()));
+  }
   SetAnswers(ScriptedAnswers(*script), options.yes);
   return std::nullopt;
 }
