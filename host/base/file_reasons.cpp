@@ -30,7 +30,7 @@ constexpr Reason kReasons[] = {
     {std::errc::no_space_on_device, "no room is left"},
     {std::errc::read_only_file_system, "the disk is write-protected"},
     {std::errc::file_exists, "it exists already"},
-    {std::errc::is_a_directory, "a folder has the name"},
+    {std::errc::is_a_directory, "a folder is in the way"},
     {std::errc::file_too_large, "the file would be too large"},
 };
 

@@ -163,7 +163,7 @@ TEST_F(HostFolderTree, PropertiesAreKeptInTheTree) {
 TEST_F(HostFolderTree, PropertiesThatCannotBeWrittenAreNotKept) {
   fs::create_directories(root_ / "tree/folders.txt.new/in the way");
   EXPECT_EQ(tree_.SetProperty(0, "icon", "4"),
-            "cannot write " + (root_ / "tree/folders.txt").string() + ": a folder has the name");
+            "cannot write " + (root_ / "tree/folders.txt").string() + ": a folder is in the way");
   EXPECT_EQ(tree_.Property(0, "icon"), "");
 }
 
