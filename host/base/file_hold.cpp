@@ -4,18 +4,20 @@
 #include <system_error>
 
 #include "host/base/paths.h"
+#include "host/base/real_path.h"
 
 namespace wrenfold {
 namespace {
 
 namespace fs = std::filesystem;
 
+// A file is not opened, which could keep its holder from replacing it: its folder's real name counts, and a
+// link in its place is replaced itself.
 std::string NameOf(const fs::path& file) {
   std::error_code error;
-  fs::path whole = fs::weakly_canonical(fs::absolute(file, error), error);
-  if (error) whole = fs::absolute(file, error);
-  whole = whole.lexically_normal();
-  return PathToUtf8(whole.has_filename() ? whole : whole.parent_path());
+  if (fs::is_directory(file, error)) return PathToUtf8(RealPath(file));
+  const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+  return PathToUtf8(RealPath(folder) / file.filename());
 }
 
 }  // namespace

@@ -27,6 +27,11 @@ constexpr Reason kReasons[] = {
     {std::errc::permission_denied, "access denied"},
     {std::errc::operation_not_permitted, "access denied"},
     {std::errc::filename_too_long, "the name is too long"},
+    {std::errc::no_space_on_device, "no room is left"},
+    {std::errc::read_only_file_system, "the disk is write-protected"},
+    {std::errc::file_exists, "it exists already"},
+    {std::errc::is_a_directory, "a folder is in the way"},
+    {std::errc::file_too_large, "the file would be too large"},
 };
 
 bool IsFolder(const fs::path& path) {
@@ -41,6 +46,12 @@ std::string CannotRead(const fs::path& path, const std::string& reason) {
 }
 
 std::string ReasonOf(const std::error_code& error) {
+#ifdef _WIN32
+  constexpr int kShared = 32, kLocked = 33;  // to the C library these are "access denied" too
+  const bool is_in_use = error.value() == kShared || error.value() == kLocked;
+  if (is_in_use && error.category() == std::system_category())
+    return SystemReason(static_cast<unsigned long>(error.value()));
+#endif
   for (const Reason& row : kReasons) {
     if (error == row.code) return row.text;
   }
@@ -52,28 +63,49 @@ std::string ReasonOf(const std::error_code& error) {
   return error.message();
 }
 
-std::string WhyUnreadable(const fs::path& file) {
-  if (file.empty()) return "cannot read a file without a name";
-  if (IsFolder(file)) return CannotRead(file, "it is a folder");
+std::string ReasonUnreadable(const fs::path& file) {
+  if (IsFolder(file)) return "it is a folder";
   errno = 0;
   const bool opens = std::ifstream(file, std::ios::binary).is_open();
-  return CannotRead(file,
-                    ReasonOf(opens ? std::error_code() : std::error_code(errno, std::generic_category())));
+  return ReasonOf(opens ? std::error_code() : std::error_code(errno, std::generic_category()));
 }
 
-std::string WhyUnwritable(const fs::path& file) {
-  const std::string begin = "cannot write " + PathToUtf8(file) + ": ";
+std::string WhyUnreadable(const fs::path& file) {
+  if (file.empty()) return "cannot read a file without a name";
+  return CannotRead(file, ReasonUnreadable(file));
+}
+
+std::string CannotWrite(const fs::path& path, const std::string& reason) {
+  return "cannot write " + PathToUtf8(path) + ": " + reason;
+}
+
+std::string WhyUnwritable(const fs::path& file, const std::string& reason) {
   if (file.empty()) return "cannot write a file without a name";
-  if (IsFolder(file)) return begin + "it is a folder";
+  if (IsFolder(file)) return CannotWrite(file, "it is a folder");
   const fs::path folder = file.parent_path();
-  if (!folder.empty() && !IsFolder(folder)) return begin + "there is no folder " + PathToUtf8(folder);
-  return begin + "access denied, or no room is left";
+  if (!folder.empty() && !IsFolder(folder))
+    return CannotWrite(file, "there is no folder " + PathToUtf8(folder));
+  return CannotWrite(file, reason.empty() ? "access denied, or no room is left" : reason);
+}
+
+std::optional<std::string> MakeFolders(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (IsFolder(folder)) return std::nullopt;
+  const std::string begin = "cannot make the folder " + PathToUtf8(folder) + ": ";
+  // A file may stand in its place, or in that of one above it.
+  std::error_code ignored;
+  for (fs::path at = folder; at.has_filename() && !IsFolder(at); at = at.parent_path()) {
+    if (fs::exists(at, ignored)) return begin + "there is a file " + PathToUtf8(at);
+  }
+  return begin + ReasonOf(error);
 }
 
 std::optional<std::string> WriteSafely(const fs::path& file, std::string_view bytes) {
   const FileHold hold(file);
   if (hold.failure()) return hold.failure();
-  return ReplaceFile(file, bytes) ? std::nullopt : std::optional(WhyUnwritable(file));
+  const WriteOutcome outcome = ReplaceFile(file, bytes);
+  return outcome ? std::nullopt : std::optional(WhyUnwritable(file, outcome.reason));
 }
 
 }  // namespace wrenfold

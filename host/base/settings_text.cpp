@@ -111,6 +111,27 @@ std::optional<std::string> SettingsText::Value(std::string_view section, std::st
   return Unescaped(Trim(text.substr(text.find('=') + 1)));
 }
 
+std::vector<LineComplaint> SettingsText::Complaints() const {
+  std::vector<LineComplaint> complaints;
+  bool in_section = false;
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    const std::string_view line = Trim(lines_[i]);
+    const bool is_section = !SectionOf(line).empty();
+    in_section = in_section || is_section;
+    if (is_section || line.empty() || IsComment(line)) continue;
+    const char* why = nullptr;
+    if (line.starts_with('[') && line.find('=') == line.npos) {
+      why = "a section is a name in brackets, [name]";
+    } else if (Trim(line.substr(0, line.find('='))).empty() || line.find('=') == line.npos) {
+      why = "it is neither [section] nor key = value";
+    } else if (!in_section) {
+      why = "it stands in front of the first [section]";
+    }
+    if (why != nullptr) complaints.push_back({i + 1, why});
+  }
+  return complaints;
+}
+
 bool SettingsText::CanBeSection(std::string_view name) {
   return !name.empty() && Trim(name) == name && name.find_first_of("[]\r\n") == name.npos;
 }

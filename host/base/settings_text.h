@@ -16,6 +16,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/base/line_complaint.h"
+
 namespace wrenfold {
 
 class SettingsText {
@@ -26,6 +28,9 @@ class SettingsText {
   bool HasSection(std::string_view section) const { return FindSection(section).has_value(); }
   // The value with its escapes undone: line ends are CR LF.
   std::optional<std::string> Value(std::string_view section, std::string_view key) const;
+
+  // The lines that mean nothing, in their order.
+  std::vector<LineComplaint> Complaints() const;
 
   // True when `name` can be a section: not empty, no line end, no "]", no blank at its ends.
   static bool CanBeSection(std::string_view name);

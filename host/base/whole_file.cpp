@@ -1,12 +1,15 @@
 #include "host/base/whole_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <fstream>
 #include <istream>
 #include <system_error>
 
 #include "host/base/file_hold.h"
+#include "host/base/file_reasons.h"
 #include "host/base/renaming.h"
 
 namespace wrenfold {
@@ -29,11 +32,30 @@ std::string Rest(std::istream& stream, std::size_t size) {
   return bytes;
 }
 
-bool Write(const fs::path& file, std::string_view bytes, std::ios::openmode mode) {
+WriteOutcome Failed(const std::error_code& error) { return {false, ReasonOf(error)}; }
+
+// What the C library was told by the system when it failed last.
+std::error_code LastFileError() {
+#ifdef _WIN32
+  // errno knows "access denied" alone for a file that another program uses.
+  if (_doserrno != 0) return {static_cast<int>(_doserrno), std::system_category()};
+#endif
+  return {errno, std::generic_category()};
+}
+
+void ForgetFileError() {
+  errno = 0;
+#ifdef _WIN32
+  _doserrno = 0;
+#endif
+}
+
+WriteOutcome Write(const fs::path& file, std::string_view bytes, std::ios::openmode mode) {
+  ForgetFileError();
   std::ofstream stream(file, std::ios::binary | mode);
   stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   stream.close();
-  return stream.good();
+  return stream.good() ? WriteOutcome() : Failed(LastFileError());
 }
 
 }  // namespace
@@ -67,7 +89,7 @@ std::optional<std::string> ReadBytes(const fs::path& file, std::uintmax_t at, st
   return bytes;
 }
 
-bool WriteWholeFile(const fs::path& file, std::string_view bytes) {
+WriteOutcome WriteWholeFile(const fs::path& file, std::string_view bytes) {
   return Write(file, bytes, std::ios::trunc);
 }
 
@@ -76,29 +98,35 @@ fs::path BesideFile(const fs::path& file) {
   return beside += ".new";
 }
 
-bool ReplaceFile(const fs::path& file, std::string_view bytes) {
+WriteOutcome ReplaceFile(const fs::path& file, std::string_view bytes) {
   const FileHold hold(file);
-  if (hold.failure()) return false;
+  if (hold.failure()) return {false, *hold.failure()};
   const fs::path beside = BesideFile(file);
-  if (WriteWholeFile(beside, bytes) && !RenameOver(beside, file)) return true;
-  std::error_code error;
-  fs::remove(beside, error);
-  return false;
+  WriteOutcome outcome = WriteWholeFile(beside, bytes);
+  if (outcome) {
+    const std::error_code error = RenameOver(beside, file);
+    if (!error) return outcome;
+    outcome = Failed(error);
+  }
+  std::error_code ignored;
+  fs::remove(beside, ignored);
+  return outcome;
 }
 
-bool AppendToFile(const fs::path& file, std::string_view bytes) {
+WriteOutcome AppendToFile(const fs::path& file, std::string_view bytes) {
   const FileHold hold(file);
-  if (hold.failure()) return false;
+  if (hold.failure()) return {false, *hold.failure()};
   std::error_code error;
   const std::uintmax_t size = fs::file_size(file, error);
   const bool is_new = error == std::errc::no_such_file_or_directory;
-  if (Write(file, bytes, std::ios::app)) return true;
+  WriteOutcome outcome = Write(file, bytes, std::ios::app);
+  if (outcome) return outcome;
   if (is_new) {
     fs::remove(file, error);
   } else if (!error) {
     fs::resize_file(file, size, error);
   }
-  return false;
+  return outcome;
 }
 
 }  // namespace wrenfold

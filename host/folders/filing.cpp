@@ -35,8 +35,6 @@ struct Written {
   std::optional<std::uintmax_t> mbox_size;  // before it was added to an mbox; else it has a file of its own
 };
 
-std::string CannotWrite(const fs::path& file) { return "cannot write " + PathToUtf8(file); }
-
 ExportedMail AsExported(const StoredMail& mail) {
   const MessageParts parts = SplitMessage(mail.raw);
   wfinfo::AddressReader from(FindHeader(parts, "From"));
@@ -99,10 +97,11 @@ std::optional<std::string> WriteFile(Written& written, const MailFolder& target,
   const auto bytes = own_file ? ReadWholeFile(mail.source) : std::optional(mail.raw);
   if (!bytes) return WhyUnreadable(mail.source);
   if (own_file && !StillHold(*bytes, mail)) return WasChanged(mail.source);
-  if (!WriteWholeFile(BesideFile(file), *bytes)) {
+  const WriteOutcome outcome = WriteWholeFile(BesideFile(file), *bytes);
+  if (!outcome) {
     std::error_code error;
     fs::remove(BesideFile(file), error);
-    return CannotWrite(file);
+    return WhyUnwritable(file, outcome.reason);
   }
   mail.source = file;
   if (!own_file) mail.offset = 0;
@@ -113,7 +112,8 @@ std::optional<std::string> WriteFile(Written& written, const MailFolder& target,
 // Gives a file that was written beside its name.
 std::optional<std::string> Name(const Written& written) {
   const fs::path& file = written.mail.source;
-  return RenameToNew(BesideFile(file), file) ? std::optional(CannotWrite(file)) : std::nullopt;
+  const std::error_code error = RenameToNew(BesideFile(file), file);
+  return error ? std::optional(CannotWrite(file, ReasonOf(error))) : std::nullopt;
 }
 
 // The last bytes of a file.
@@ -210,18 +210,19 @@ std::variant<MboxCut, std::string> PrepareCut(const MailStore& store, const fs::
       cut.spans.push_back(span);
   }
   if (cut.spans.size() != mails.size()) return WasChanged(file);
-  if (WriteWholeFile(BesideFile(file), WithoutSpans(*bytes, cut.spans))) return cut;
+  const WriteOutcome outcome = WriteWholeFile(BesideFile(file), WithoutSpans(*bytes, cut.spans));
+  if (outcome) return cut;
   std::error_code error;
   fs::remove(BesideFile(file), error);
-  return CannotWrite(file);
+  return WhyUnwritable(file, outcome.reason);
 }
 
 // Puts it in its place, and tells the mails left where they are in it. Why the mbox stays as it is.
 std::optional<std::string> CommitCut(MailStore& store, const MboxCut& cut) {
-  if (RenameOver(BesideFile(cut.file), cut.file)) {
+  if (const std::error_code failure = RenameOver(BesideFile(cut.file), cut.file)) {
     std::error_code error;
     fs::remove(BesideFile(cut.file), error);
-    return CannotWrite(cut.file);
+    return CannotWrite(cut.file, ReasonOf(failure));
   }
   std::vector<std::uint64_t> cut_before{0};  // of the first spans, how many bytes
   for (const MboxSpan& span : cut.spans) cut_before.push_back(cut_before.back() + span.end - span.begin);

@@ -4,7 +4,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/file_hold.h"
-#include "host/base/paths.h"
+#include "host/base/file_reasons.h"
 #include "host/base/utf8_mark.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
@@ -32,7 +32,10 @@ std::variant<std::vector<FilterRule>, std::string> ParseFilterRules(std::string_
     if (condition.empty() || folder.empty()) {
       return "line " + std::to_string(number) + ": a rule is \"header: text => folder\"";
     }
-    rules.push_back({SystemCharsets().Utf8ToHost(condition), std::string(folder)});
+    const std::string host = SystemCharsets().Utf8ToHost(condition);
+    const std::string_view no_place = NoPlaceOf(host);
+    if (!no_place.empty()) return "line " + std::to_string(number) + ": " + WhyNoPlace(no_place);
+    rules.push_back({host, std::string(folder)});
   }
   return rules;
 }
@@ -44,15 +47,18 @@ std::string AddFilterRule(const std::filesystem::path& file, const FilterRule& r
   const auto* rules = std::get_if<std::vector<FilterRule>>(&parsed);
   const bool same = rules != nullptr && rules->size() == 1 && (*rules)[0].condition == rule.condition &&
                     (*rules)[0].folder == rule.folder;
+  if (const std::string_view no_place = NoPlaceOf(rule.condition); !no_place.empty())
+    return WhyNoPlace(no_place);
   if (!same) return "this can be no rule: " + line;
   const FileHold hold(file);
   if (hold.failure()) return *hold.failure();
   std::error_code error;
   const auto before = ReadWholeFile(file);
-  if (!before && std::filesystem::exists(file, error)) return "cannot read " + PathToUtf8(file);
+  if (!before && std::filesystem::exists(file, error)) return WhyUnreadable(file);
   std::string text = before.value_or("");
   if (!text.empty() && !text.ends_with('\n')) text += "\r\n";
-  return ReplaceFile(file, text + line + "\r\n") ? "" : "cannot write " + PathToUtf8(file);
+  const WriteOutcome outcome = ReplaceFile(file, text + line + "\r\n");
+  return outcome ? "" : WhyUnwritable(file, outcome.reason);
 }
 
 const std::string* FolderByRules(const std::vector<FilterRule>& rules, std::string_view mail) {

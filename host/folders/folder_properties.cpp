@@ -4,7 +4,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/file_hold.h"
-#include "host/base/paths.h"
+#include "host/base/file_reasons.h"
 #include "host/base/whole_file.h"
 
 namespace wrenfold {
@@ -75,10 +75,11 @@ std::optional<std::string> FolderProperties::Change(bool in_memory,
   if (hold.failure()) return hold.failure();
   std::error_code error;
   const auto text = ReadWholeFile(file_);
-  if (!text && std::filesystem::exists(file_, error)) return "cannot read " + PathToUtf8(file_);
+  if (!text && std::filesystem::exists(file_, error)) return WhyUnreadable(file_);
   SettingsText changed(text.value_or(""));
   change(changed);
-  if (!ReplaceFile(file_, changed.Text())) return "cannot write " + PathToUtf8(file_);
+  const WriteOutcome outcome = ReplaceFile(file_, changed.Text());
+  if (!outcome) return WhyUnwritable(file_, outcome.reason);
   settings_ = std::move(changed);
   return std::nullopt;
 }

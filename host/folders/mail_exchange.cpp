@@ -119,7 +119,9 @@ ExportResult ExportToFolder(const ExportPlan& plan, std::span<const ExportedMail
   std::set<std::string> used;
   for (std::size_t i = 0; i < mails.size(); ++i) {
     const fs::path file = FileFor(plan, ExportName(mails[i], plan.naming, i), used);
-    ++(ReplaceFile(file, mails[i].bytes) ? result.written : result.failed);
+    WriteOutcome outcome = ReplaceFile(file, mails[i].bytes);
+    ++(outcome ? result.written : result.failed);
+    if (result.reason.empty()) result.reason = std::move(outcome.reason);
   }
   return result;
 }
@@ -131,10 +133,11 @@ ExportResult ExportToFile(const ExportPlan& plan, std::span<const ExportedMail> 
   }
   std::error_code error;
   const bool refused = plan.write == ExportWrite::kNew && fs::exists(plan.path, error);
-  const bool done = !refused && (plan.write == ExportWrite::kAppend ? AppendToFile(plan.path, text)
-                                                                    : ReplaceFile(plan.path, text));
   const auto count = static_cast<std::uint32_t>(mails.size());
-  return done ? ExportResult{count, 0} : ExportResult{0, count};
+  if (refused) return {0, count, ""};
+  WriteOutcome outcome =
+      plan.write == ExportWrite::kAppend ? AppendToFile(plan.path, text) : ReplaceFile(plan.path, text);
+  return outcome ? ExportResult{count, 0, ""} : ExportResult{0, count, std::move(outcome.reason)};
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include "host/library/export_help.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
+#include <limits>
 #include <vector>
 
 #include "host/base/nearest_names.h"
@@ -171,6 +173,20 @@ std::optional<std::string> CheckCallForm(const std::string& name, std::size_t pa
   return name + " takes " + CountText(*row) + ", " + std::to_string(parameters) + " given: " + CallForm(*row);
 }
 
+namespace {
+
+// The library takes the lower half of a number for 32 bits, which is another one then.
+std::optional<std::string> WhyTooLong(const Parameter& parameter, const macro::Value& value) {
+  constexpr std::int64_t kLeast = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int64_t kMost = std::numeric_limits<std::uint32_t>::max();
+  const bool is_narrow = parameter.type == "Int32" || parameter.type == "UInt32";
+  if (!is_narrow || !value.IsNumber() || (value.Number() >= kLeast && value.Number() <= kMost))
+    return std::nullopt;
+  return "is a number of 32 bits, and " + std::to_string(value.Number()) + " was given, which needs more";
+}
+
+}  // namespace
+
 std::optional<std::string> CheckCall(const Row& row, std::span<const macro::Value> parameters) {
   const std::string name(row.name);
   if (auto wrong = CheckCallForm(name, parameters.size())) return wrong;
@@ -181,9 +197,12 @@ std::optional<std::string> CheckCall(const Row& row, std::span<const macro::Valu
     const bool fits = value.IsText()                       ? type.takes_text
                       : value.IsNumber() || value.IsNull() ? type.takes_number || value.Number() == 0
                                                            : false;
-    if (fits) continue;
-    return "parameter " + std::to_string(i + 1) + " (" + std::string(parameter.name) + ") of " + name +
-           " is a " + std::string(type.call_meaning) + ", and " + std::string(value.Kind()) +
+    const auto too_long = WhyTooLong(parameter, value);
+    if (fits && !too_long) continue;
+    const std::string which =
+        "parameter " + std::to_string(i + 1) + " (" + std::string(parameter.name) + ") of " + name + " ";
+    if (fits) return which + *too_long;
+    return which + "is a " + std::string(type.call_meaning) + ", and " + std::string(value.Kind()) +
            " was given: " + CallForm(row);
   }
   return std::nullopt;

@@ -26,6 +26,7 @@ class Library {
   void HandOver(bool english, wfinfo::MessageCallback message, wfinfo::LogFunction log);
 
   FARPROC Export(std::string_view name) const;
+  HMODULE module() const { return module_; }
   int interface_version() const { return version_; }
 
  private:

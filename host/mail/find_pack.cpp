@@ -1,8 +1,10 @@
 #include "host/mail/find_pack.h"
 
 #include "host/base/ascii.h"
+#include "host/base/shortened.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
+#include "host/terminal/shown_host_text.h"
 #include "src/text/host_text.h"
 
 namespace wrenfold {
@@ -50,6 +52,12 @@ std::string_view NoPlaceOf(std::string_view pack) {
     pack.remove_prefix(length.with_end);
   }
   return "";
+}
+
+std::string WhyNoPlace(std::string_view line) {
+  const std::string text = ShownHostText(line);
+  return "'" + Shortened(text.substr(0, text.find(':'))) +
+         "' is no name of a header; to look for the text anywhere, write Any: " + Shortened(text);
 }
 
 bool Finds(std::string_view pack, std::string_view mail) {

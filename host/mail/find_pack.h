@@ -8,6 +8,7 @@
 // is a text anywhere. A pack without conditions finds every mail.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace wrenfold {
@@ -18,6 +19,9 @@ bool HoldsText(std::string_view text, std::string_view wanted);
 // The first line of `pack` whose place is no header's name, such as "Meeting at 10:30", so that nothing is
 // ever found there; "" when there is none.
 std::string_view NoPlaceOf(std::string_view pack);
+
+// What is told of such a line, UTF-8: "'Meeting at 10' is no name of a header; ...".
+std::string WhyNoPlace(std::string_view line);
 
 // True when every condition of `pack` holds for a mail (host text).
 bool Finds(std::string_view pack, std::string_view mail);

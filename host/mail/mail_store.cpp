@@ -8,8 +8,10 @@
 #include "host/base/ascii.h"
 #include "host/base/file_hold.h"
 #include "host/base/file_reasons.h"
+#include "host/base/left_files.h"
 #include "host/base/links.h"
 #include "host/base/paths.h"
+#include "host/base/real_path.h"
 #include "host/base/whole_file.h"
 #include "host/mail/marks_file.h"
 #include "host/mail/mbox.h"
@@ -81,11 +83,7 @@ constexpr int kDeepest = 32;
 constexpr std::chrono::milliseconds kReadingWait{1000};
 
 // One name for each file, however it is reached.
-fs::path Key(const fs::path& path) {
-  std::error_code error;
-  const fs::path key = fs::weakly_canonical(fs::absolute(path, error), error);
-  return error ? Normal(path) : Normal(key);
-}
+fs::path Key(const fs::path& path) { return RealPath(path); }
 
 // Of a folder that may not be there yet, so that the system cannot tell its letters.
 fs::path CaselessKey(const fs::path& path) { return PathFromUtf8(Lower(PathToUtf8(Key(path)))); }
@@ -159,6 +157,8 @@ std::optional<std::string> MailStore::Add(const fs::path& path, Unreadable unrea
   nothing_new_ = false;
   std::optional<std::string> failure =
       IsFolder(path) ? AddTree(path, unreadable) : AddFile(path, TreeOf(FolderOfFile(path)));
+  if (!left_.empty()) skipped_.push_back(ToldAsLeft(left_));
+  left_.clear();
   if (!failure && mails_.size() == mails_before && !nothing_new_) {
     failure = skipped_.size() > skipped_before ? skipped_.back()
                                                : CannotRead(path, "no .eml or .mbox file in this folder");
@@ -189,7 +189,9 @@ std::set<fs::path> MailStore::KnownFiles() const {
 }
 
 std::optional<std::string> MailStore::AddTree(const fs::path& root, Unreadable unreadable) {
-  return AddBranch(root, TreeOf(root), 0, unreadable);
+  const std::size_t tree = TreeOf(root);
+  trees_[tree].whole = true;
+  return AddBranch(root, tree, 0, unreadable);
 }
 
 std::optional<std::string> MailStore::AddBranch(const fs::path& folder, std::size_t tree, int level,
@@ -234,7 +236,7 @@ std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::si
   for (const fs::path& entry : entries) {
     progress.Step();
     if (IsHalfWritten(entry)) {
-      skipped_.push_back(PathToUtf8(entry) + " was left by a write that was interrupted");
+      left_.push_back(entry);
       continue;
     }
     if (!IsMailFile(entry) || IsFolder(entry)) continue;
@@ -337,6 +339,25 @@ std::size_t MailStore::FolderAt(const fs::path& path) {
   return AddFolder({FolderName(path), Normal(path), FolderKind::kFolder, TreeAround(path)});
 }
 
+// A path that is not there yet lies where its nearest folder does.
+std::optional<std::size_t> MailStore::ReadsFrom(const fs::path& folder) const {
+  std::error_code error;
+  fs::path at = Key(folder);
+  std::vector<fs::path> behind;  // names below `at`, the first one last
+  for (; at.has_relative_path() && !fs::exists(at, error); at = at.parent_path())
+    behind.push_back(at.filename());
+  for (std::size_t i = 0; i < folders_.size(); ++i) {
+    const MailFolder& here = folders_[i];
+    if (here.removed || here.kind != FolderKind::kFolder || !fs::equivalent(here.path, at, error) || error)
+      continue;
+    if (behind.empty()) return i;
+    const bool reads =
+        std::ranges::none_of(behind, [&](const fs::path& name) { return IsLeftOut(at / name); });
+    if (trees_[here.tree].whole && reads) return i;
+  }
+  return std::nullopt;
+}
+
 std::size_t MailStore::AddFolder(const MailFolder& folder) {
   fs::path key = FolderKey(folder);
   std::error_code error;
@@ -372,6 +393,7 @@ MailStore::Changes MailStore::ReadAgain(std::size_t folder) {
   }
   known_ = KnownFiles();
   changes.failure = AddFilesOf(folders_[folder].path, folders_[folder].tree, Unreadable::kSkip).value_or("");
+  left_.clear();  // told at the start
   changes.added = mails_.size() - before;
   return changes;
 }

@@ -59,6 +59,7 @@ struct MailFolder {
 // What one path on the command line gave: a folder with those below it; of a file, the folder it lies in.
 struct MailTree {
   std::filesystem::path root;
+  bool whole = false;  // the folder was named: those below it are read too
 };
 
 // What is wrong with an .mbox file that is none.
@@ -83,13 +84,18 @@ class MailStore {
   std::optional<std::string> Add(const std::filesystem::path& path,
                                  Unreadable unreadable = Unreadable::kSkip);
 
+  // The folder whose mails lie in `folder`, or that would read it from a path which is not there yet;
+  // nullopt for one that is no folder of mails. However the two are named, links included.
+  std::optional<std::size_t> ReadsFrom(const std::filesystem::path& folder) const;
+
   // Whether Add reads the folder of a path in a tree, "lists/users": what is filed elsewhere is lost.
   bool LooksAt(std::size_t tree, std::string_view path) const;
 
   // Adds a mail that the host itself wrote to a file of its own, as one that was read. Gives its index.
   std::size_t AddWritten(const std::filesystem::path& file, std::string raw);
 
-  // Why files of folders were skipped, each "cannot read X: ...", or "X was left ..." of a half-written one.
+  // Why files of folders were skipped, each "cannot read X: ..."; of all half-written ones that one Add met
+  // "X, Y were left ...".
   const std::vector<std::string>& skipped() const { return skipped_; }
 
   const std::vector<StoredMail>& mails() const { return mails_; }
@@ -144,6 +150,7 @@ class MailStore {
   std::set<std::filesystem::path> left_out_;
   bool nothing_new_ = false;  // a file was read that gave no mail, rightly
   std::vector<std::string> skipped_;
+  std::vector<std::filesystem::path> left_;  // half-written files that Add has met
   bool read_only_ = false;
 };
 

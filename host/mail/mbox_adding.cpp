@@ -24,9 +24,9 @@ std::optional<std::string> AddToMbox(const fs::path& mbox, std::string_view text
   if (error) return CannotRead(mbox, ReasonOf(error));
   const fs::path note = NoteOf(mbox);
   if (auto reason = WriteSafely(note, std::to_string(size) + '\n' + std::string(text))) return reason;
-  const bool added = AppendToFile(mbox, text);
+  const WriteOutcome added = AppendToFile(mbox, text);
   fs::remove(note, error);
-  return added ? std::nullopt : std::optional(WhyUnwritable(mbox));
+  return added ? std::nullopt : std::optional(WhyUnwritable(mbox, added.reason));
 }
 
 std::optional<std::size_t> SizeBeforeAdding(const fs::path& mbox, std::string_view bytes) {

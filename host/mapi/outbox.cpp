@@ -2,8 +2,12 @@
 
 #include <system_error>
 
+#include "host/base/file_reasons.h"
+#include "host/base/free_name.h"
 #include "host/base/paths.h"
+#include "host/base/renaming.h"
 #include "host/base/whole_file.h"
+#include "host/post/outbox_folder.h"
 
 namespace wrenfold {
 namespace {
@@ -42,16 +46,20 @@ std::optional<std::string> PutIntoOutbox(const CommandLineRequest& request, cons
     // A trailing delimiter of the caller leaves a file without a name.
     if (!file.path.empty()) files.push_back(ReadFile(file));
   }
+  if (auto reason = MakeFolders(folder)) return reason;
+  const fs::path finished = FreeName(folder / PathFromUtf8(stamp.unique + ".eml"));
+  fs::path unfinished = finished;
+  unfinished.replace_extension(kUnfinished);
+  const WriteOutcome written = WriteWholeFile(unfinished, ComposeMail(request, files, stamp));
   std::error_code error;
-  fs::create_directories(folder, error);
-  const fs::path unfinished = folder / PathFromUtf8(stamp.unique + ".tmp");
-  if (!WriteWholeFile(unfinished, ComposeMail(request, files, stamp)))
-    return "cannot write " + PathToUtf8(unfinished);
-  fs::path finished = unfinished;
-  finished.replace_extension(".eml");
-  fs::rename(unfinished, finished, error);
-  if (error) return "cannot write " + PathToUtf8(finished);
-  return std::nullopt;
+  if (!written) {
+    fs::remove(unfinished, error);
+    return WhyUnwritable(finished, written.reason);
+  }
+  error = RenameToNew(unfinished, finished);
+  if (!error) return std::nullopt;
+  return CannotWrite(finished, ReasonOf(error)) + "; the mail is kept as " +
+         PathToUtf8(unfinished.filename());
 }
 
 }  // namespace wrenfold

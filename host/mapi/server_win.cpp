@@ -4,12 +4,14 @@
 
 #include <utility>
 
+#include "host/base/left_files.h"
 #include "host/base/own_folder_win.h"
 #include "host/base/paths.h"
 #include "host/base/plain_window_win.h"
 #include "host/charset/charsets.h"
 #include "host/mapi/server_window_win.h"
 #include "host/mapi/service_win.h"
+#include "host/post/outbox_folder.h"
 #include "host/terminal/failure_win.h"
 #include "src/base/unique_win.h"
 #include "src/bridge/host_protocol.h"
@@ -125,6 +127,8 @@ int RunMapiServer(const std::string& home, const MapiSettings& settings, bool sh
   if (frame == nullptr) return complain("cannot create the host's window"), kFailed;
   complain("serving Simple MAPI; home is " + home);
   if (shows_window) ShowServerWindow(frame, home);
+  const std::string left = ToldAsLeft(UnfinishedFilesOf(PathFromUtf8(home) / "outbox"));
+  if (!left.empty()) complain(left);
   while (settings.deaf) Sleep(kPollMs);
   if (settings.modal_ms) {
     g_modalMs = *settings.modal_ms;

@@ -18,6 +18,9 @@
 
 namespace wrenfold {
 
+// Why a mail is not sent that another host is sending.
+inline constexpr char kSentByAnother[] = "another program is sending it";
+
 class OutboxFolder {
  public:
   // Hands a finished mail on; returns why that failed, else nullopt.
@@ -59,7 +62,12 @@ std::vector<std::filesystem::path> MailFilesOf(const std::filesystem::path& fold
 // With its .mbox files among them.
 std::vector<std::filesystem::path> MailAndMboxFilesOf(const std::filesystem::path& folder);
 
-// Moves a file, also to another volume; a failure leaves the file where it was. Returns why.
+// Files of the folder that a program which was ended did not finish: no mails, but nothing that may be lost.
+std::vector<std::filesystem::path> UnfinishedFilesOf(const std::filesystem::path& folder);
+inline constexpr char kUnfinished[] = ".tmp";  // the end of a name while a mail of another program is written
+
+// Moves a file, also to another volume, to a name that is free; a failure leaves the file where it was, and
+// what has the name. Returns why.
 std::optional<std::string> MoveFileTo(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace wrenfold

@@ -24,7 +24,7 @@ struct PostOffice {
   std::filesystem::path imap;   // stands for the IMAP server; "" without one
   std::filesystem::path mails;  // for received mails while there is no folder
   std::string send_with;        // command line of a program that really sends, UTF-8; "" : nothing leaves
-  std::size_t put = 0;          // mails that this run has put into the outbox
+  std::set<std::filesystem::path> put;     // files that this run has put into the outbox
   std::set<std::filesystem::path> failed;  // files of the outbox that this run could not send
 
   bool lost_copy = false;  // a mail was sent of which no copy could be kept

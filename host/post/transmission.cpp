@@ -21,13 +21,13 @@ void Transmission::Advance(const Carry& carry) {
     return;
   }
   const TransmissionStep& step = steps_[next_++];
-  received = 1;
+  carried = 1;
   if (auto failure = carry(step)) {
     result_.failures.push_back(*std::move(failure));
   } else if (step.kind == TransmissionStep::Kind::kSend) {
-    ++result_.sent;
+    result_.sent += carried;
   } else {
-    result_.received += received;
+    result_.received += carried;
   }
   running_ = next_ < steps_.size();
 }
@@ -37,6 +37,17 @@ std::string Transmission::Summary() const {
   const std::size_t failures = result_.failures.size();
   if (failures > 0) text += ", " + std::to_string(failures) + (failures == 1 ? " failure" : " failures");
   if (result_.cancelled) text += ", cancelled";
+  return text;
+}
+
+std::string NoticeOf(const WaitingNotice& notice) {
+  if (notice.own == 0) return "";
+  const std::size_t all = notice.own + notice.others;
+  std::string text =
+      MailsInWords(notice.own) + (notice.own == 1 ? " waits in " : " wait in ") + notice.folder;
+  if (notice.others > 0) text += ", beside " + MailsInWords(notice.others) + " of other runs or programs";
+  text += std::string("; TransmitCustom(0) or SendRemain() sends ") + (all == 1 ? "it" : "them");
+  if (notice.deferred > 0) text += ", " + std::to_string(notice.deferred) + " not before Deferred-Delivery";
   return text;
 }
 

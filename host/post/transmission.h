@@ -44,8 +44,9 @@ class Transmission {
 
   // Asked before each step.
   bool cancel_asked = false;
-  // Mails that the step brought: whoever carries it out may set it to what an mbox held.
-  std::size_t received = 1;
+  // Mails that the step received or sent: whoever carries it out may set it to what an mbox held, or to 0
+  // when another host was quicker.
+  std::size_t carried = 1;
 
   const TransmissionResult& result() const { return result_; }
 
@@ -58,6 +59,17 @@ class Transmission {
   std::size_t next_ = 0;
   bool running_ = false;
 };
+
+// What waits in the outbox when the program ends: of `own`, the mails that this run put there or tried to
+// send, and of `others`, which others put there.
+struct WaitingNotice {
+  std::string folder;
+  std::size_t own = 0;
+  std::size_t others = 0;
+  std::size_t deferred = 0;  // of all of them
+};
+// "1 mail waits in X; TransmitCustom(0) or SendRemain() sends it"; "" when none of the run does.
+std::string NoticeOf(const WaitingNotice& notice);
 
 // "1 mail", "2 mails".
 std::string MailsInWords(std::size_t count);

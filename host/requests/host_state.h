@@ -98,6 +98,10 @@ class HostState {
 
   const std::vector<MailFolder>& folders() const { return store_.folders(); }
   const std::vector<MailTree>& trees() const { return store_.trees(); }
+  // See MailStore.
+  std::optional<std::size_t> ReadsFrom(const std::filesystem::path& folder) const {
+    return store_.ReadsFrom(folder);
+  }
   FolderTree& tree() { return tree_; }
   std::size_t folder() const { return folder_; }
   // Makes a folder the current one and opens its first mail; an empty one leaves no root mail.

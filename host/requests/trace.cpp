@@ -39,12 +39,31 @@ std::string JsonRequest(const TracedRequest& request) {
          ",\"reason\":" + JsonText(request.reason) + "}";
 }
 
-std::string JsonCall(const TracedCall& call) {
-  std::string text = "{\"call\":" + JsonText(call.name);
-  if (call.at) {
-    text += ",\"file\":" + JsonText(call.at->file) + ",\"line\":" + std::to_string(call.at->place.line) +
-            ",\"column\":" + std::to_string(call.at->place.column);
+std::string JsonPlace(const std::optional<macro::Location>& at) {
+  if (!at) return "";
+  return ",\"file\":" + JsonText(at->file) + ",\"line\":" + std::to_string(at->place.line) +
+         ",\"column\":" + std::to_string(at->place.column);
+}
+
+std::string_view FateWord(BoxFate fate) {
+  switch (fate) {
+    case BoxFate::kPressed:
+      return "pressed";
+    case BoxFate::kClosed:
+      return "closed";
+    default:
+      return "waits";
   }
+}
+
+std::string JsonBox(const TracedBox& shown) {
+  return "{\"box\":" + JsonText(shown.box.caption) + ",\"text\":" + JsonText(shown.box.text) +
+         ",\"button\":" + JsonText(shown.box.button) + ",\"fate\":" + JsonText(FateWord(shown.fate)) +
+         ",\"call\":" + JsonText(shown.name) + JsonPlace(shown.at) + "}";
+}
+
+std::string JsonCall(const TracedCall& call) {
+  const std::string text = "{\"call\":" + JsonText(call.name) + JsonPlace(call.at);
   return text + ",\"parameters\":" + JsonList(call.parameters) + ",\"result\":" + JsonValue(call.result) +
          ",\"reason\":" + JsonText(call.reason) + "}";
 }
@@ -79,6 +98,10 @@ void Trace::Call(const TracedCall& call, bool by_request) const {
 
 void Trace::Message(std::string_view name, std::string_view text) const {
   if (json_ && Shows(name)) json_("{\"message\":" + JsonText(text) + ",\"call\":" + JsonText(name) + "}\n");
+}
+
+void Trace::Box(const TracedBox& shown) const {
+  if (json_ && Shows(shown.name)) json_(JsonBox(shown) + "\n");
 }
 
 void Trace::Stopped(std::string_view why) const {

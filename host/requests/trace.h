@@ -12,6 +12,7 @@
 #include "host/library/request_names.h"
 #include "host/macro/run.h"
 #include "host/macro/value.h"
+#include "host/terminal/box_text.h"
 
 namespace wrenfold {
 
@@ -34,6 +35,13 @@ struct TracedCall {
   std::string_view reason;
 };
 
+struct TracedBox {
+  std::string_view name;  // of the export that is called
+  std::optional<macro::Location> at;
+  const ShownBox& box;
+  BoxFate fate;
+};
+
 class Trace {
  public:
   using Line = std::function<void(std::string_view line)>;
@@ -54,6 +62,8 @@ class Trace {
   // told anyway.
   void Message(std::string_view name, std::string_view text) const;
   void Stopped(std::string_view why) const;
+  // The same of a box that shows in a call, which may never come back.
+  void Box(const TracedBox& shown) const;
   // `by_request`: one of its requests was shown.
   void Call(const TracedCall& call, bool by_request) const;
 

@@ -16,6 +16,7 @@
 #include "host/terminal/failure_win.h"
 #include "host/terminal/interrupt_win.h"
 #include "host/terminal/shown_host_text.h"
+#include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
 #include "host/windows/frame_win.h"
 #include "src/catalogue/rows.h"
@@ -44,6 +45,8 @@ const macro::HostNames kMacroNames = {CheckMacroCall, HasMacroFunction};
 
 namespace {
 
+constexpr std::size_t kMostOfBox = 1000;  // characters of its text that a reason has
+
 // Whom the library's messages are told.
 LibraryHost* g_host = nullptr;
 
@@ -71,7 +74,7 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Call(const std::string
                                                                std::span<const macro::Value> parameters) {
   turns_.Called();
   if (IsHostFunction(name)) return CallOwn(name, parameters);
-  Made made{name, parameters, ""};
+  Made made{name, parameters, "", ""};
   Made* const outer_made = std::exchange(made_, &made);
   const std::uint64_t requests = server_.requests();
   CallUnderWay outer = server_.BeginCall(name);
@@ -81,6 +84,7 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Call(const std::string
   const CallUnderWay call = server_.EndCall(std::move(outer));
   made_ = outer_made;
   if (std::holds_alternative<macro::Complaint>(result)) return result;
+  push_timer_.Called(name, parameters, std::get<macro::Value>(result), GetTickCount64());
   return Finished(made, call, std::get<macro::Value>(std::move(result)));
 }
 
@@ -131,6 +135,7 @@ std::variant<macro::Value, macro::Complaint> LibraryHost::Finished(const Made& m
   if (!call.unserved.empty() && !server_.trace().ShowsEverything())
     TellUnserved(made.name + " is not served by the small host (" + call.unserved + ")");
   TellNoMails(reason);
+  if (reason.empty() && !result.IsTrue()) reason = made.box;
   if (reason.empty() && row->result != "Void") reason = WhySilent(library_, *row, made.parameters, result);
   if (result.IsNull()) {
     result = macro::Value::NullBecause(WhyNull(*row, reason));
@@ -175,6 +180,18 @@ void LibraryHost::ShowMessage(const char* text) {
   TheTerminal().Error(message + "\n" + call);
 }
 
+void LibraryHost::ShowBox(const ShownBox& box, BoxFate fate) {
+  std::string call;
+  if (made_ != nullptr) {
+    if (fate != BoxFate::kStands) made_->box = OnOneLine(box.text, kMostOfBox);
+    server_.trace().Box({made_->name, calling_at(), box, fate});
+    call = "\n  in " + Where() + ShownCall(made_->name, made_->parameters);
+  }
+  Fail(BoxLine(box, fate) + call);
+}
+
+std::uint64_t LibraryHost::PatienceWithBoxes() const { return push_timer_.PatienceAt(GetTickCount64()); }
+
 bool LibraryHost::HasFunction(std::string_view name) const { return HasMacroFunction(name); }
 
 void LibraryHost::Print(std::string_view line) { TheTerminal().Out(ShownHostText(line) + "\n"); }
@@ -209,7 +226,8 @@ std::optional<macro::Value> OtherWindowsMacros::Run(std::string_view macro,
 
 std::optional<macro::Value> OtherWindowsMacros::RunFile(const std::string& file) {
   macro::KnownNames known;
-  return Run(LoadMacro(file, kMacroNames, known), {});
+  // Its value is what is wanted of it.
+  return Run(LoadMacro(file, kMacroNames, known, true), {});
 }
 
 std::optional<macro::Value> OtherWindowsMacros::Run(const MacroOrReason& loaded,

@@ -11,11 +11,13 @@
 #include <variant>
 
 #include "host/library/library_win.h"
+#include "host/library/push_timer.h"
 #include "host/macro/run.h"
 #include "host/macro/runner.h"
 #include "host/macro/turns.h"
 #include "host/requests/request_server_win.h"
 #include "host/session/macro_files.h"
+#include "host/terminal/box_text.h"
 
 namespace wrenfold {
 
@@ -39,6 +41,10 @@ class LibraryHost : public macro::MacroHost {
 
   // The library's error callback: shows its message (host text), and the call that it is about.
   static void ShowMessage(const char* text);
+  // Tells of a box that shows during the call.
+  void ShowBox(const ShownBox& box, BoxFate fate);
+  // For how many milliseconds a box that shows is left to the macro's own auto-push timer.
+  std::uint64_t PatienceWithBoxes() const;
 
  private:
   // A call of an export as the macro made it.
@@ -46,6 +52,7 @@ class LibraryHost : public macro::MacroHost {
     const std::string& name;
     std::span<const macro::Value> parameters;
     std::string message;  // of the library, UTF-8
+    std::string box;      // text of the last one that it showed, UTF-8
   };
   // A function that is no export.
   std::variant<macro::Value, macro::Complaint> CallOwn(const std::string& name,
@@ -66,6 +73,7 @@ class LibraryHost : public macro::MacroHost {
   RequestServer& server_;
   bool strict_;
   macro::Turns turns_;
+  PushTimer push_timer_;
   Made* made_ = nullptr;  // the call under way
   std::set<std::string> told_;
 };

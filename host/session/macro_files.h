@@ -22,7 +22,9 @@ using MacroOrReason = std::variant<LoadedMacro, std::string>;
 // `known` holds what macros that run before leave behind, and then what this one leaves.
 MacroOrReason ReadMacro(const std::string& file, const std::string& source, const macro::HostNames& host,
                         macro::KnownNames& known, bool bare_expressions);
-MacroOrReason LoadMacro(const std::string& file, const macro::HostNames& host, macro::KnownNames& known);
+// The same of a file, which is to be UTF-8 and to hold something.
+MacroOrReason LoadMacro(const std::string& file, const macro::HostNames& host, macro::KnownNames& known,
+                        bool bare_expressions = false);
 
 // "file:line:column: reason"; the problem may stand in a function of another file.
 std::string Located(const std::string& file, const macro::Problem& problem);

@@ -31,6 +31,7 @@
 #include "host/terminal/progress_win.h"
 #include "host/terminal/shown_host_text.h"
 #include "host/terminal/terminal_win.h"
+#include "host/windows/box_watch_win.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -128,6 +129,9 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
   const Windows windows(server);
   if (!windows.IsComplete()) return Fail("cannot create the host's windows");
   LibraryHost host(library, server, options.strict);
+  const BoxWatch boxes(options.yes, library.module(),
+                       {[&host](const ShownBox& box, BoxFate fate) { host.ShowBox(box, fate); },
+                        [&host] { return host.PatienceWithBoxes(); }});
   const OtherWindowsMacros other_windows(host, state);
   const WrittenMail written_mail(state);
   const LastWords last_words([&state] {
@@ -153,7 +157,7 @@ int Work(const Options& options, const std::vector<LoadedMacro>& macros, const m
 std::optional<std::string> WhyNoSendMacro(const Options& options) {
   if (options.send_macros.empty()) return std::nullopt;
   macro::KnownNames known;
-  const auto loaded = LoadMacro(options.send_macros.back(), kMacroNames, known);
+  const auto loaded = LoadMacro(options.send_macros.back(), kMacroNames, known, true);
   const auto* const reason = std::get_if<std::string>(&loaded);
   return reason == nullptr ? std::nullopt : std::optional("--send-macro: " + *reason);
 }

@@ -3,6 +3,9 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/base/file_reasons.h"
+#include "host/base/left_files.h"
+#include "host/base/line_complaint.h"
 #include "host/base/own_folder_win.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
@@ -50,13 +53,17 @@ std::optional<std::string> OpenCommandFiles(const Options& options, CommandState
       options.accounts.empty() ? DefaultAccounts(options) : PathFromUtf8(options.accounts.back());
   if (auto reason = commands.accounts.Open(accounts)) return reason;
   TellMissingFile(options, accounts);
+  for (const std::string& line : commands.accounts.Complaints()) Complain(line);
   for (const std::string& book : options.books) {
     if (auto reason = commands.books.Open(PathFromUtf8(book))) return reason;
+    for (const LineComplaint& complaint : commands.books.selected().complaints())
+      Complain(ToldLine(PathFromUtf8(book), complaint));
   }
   if (options.templates.empty()) return std::nullopt;
   const std::filesystem::path folder = PathFromUtf8(options.templates.back());
   std::error_code error;
-  if (!std::filesystem::is_directory(folder, error)) return "cannot read the templates " + PathToUtf8(folder);
+  if (!std::filesystem::is_directory(folder, error))
+    return "cannot read the templates " + PathToUtf8(folder) + ": there is no such folder";
   commands.templates.Open(folder);
   return std::nullopt;
 }
@@ -75,32 +82,38 @@ fs::path LastOr(const std::vector<std::string>& given, const fs::path& otherwise
   return given.empty() ? otherwise : PathFromUtf8(given.back());
 }
 
-// Where mails wait is no folder of mails, also where --mail names the folder around it.
+// Where mails wait becomes no folder of mails, beside a mail that --mail names alone.
 void LeaveOutPostFolders(const Options& options, HostState& state) {
   for (const std::vector<std::string>* given : {&options.inboxes, &options.outboxes, &options.imaps}) {
     if (!given->empty()) state.LeaveOut(PathFromUtf8(given->back()));
   }
 }
 
-// Receiving empties a folder and sending takes all of its mails: no folder that was given to be read is
-// to be either.
-std::optional<std::string> WhyMailFolder(const Options& options, const char* name,
+// Receiving empties a folder and sending takes all of its mails: no folder that is read is to be either.
+std::optional<std::string> WhyMailFolder(const HostState& state, const char* name,
                                          const std::vector<std::string>& given) {
+  const auto read = given.empty() ? std::nullopt : state.ReadsFrom(PathFromUtf8(given.back()));
+  if (!read) return std::nullopt;
+  const MailFolder& folder = state.folders()[*read];
   std::error_code error;
-  for (const std::string& mails : options.mails) {
-    if (!given.empty() && fs::equivalent(PathFromUtf8(mails), PathFromUtf8(given.back()), error) && !error)
-      return std::string(name) + " " + given.back() +
-             " is the folder of mails that --mail names: take another one";
+  const bool is_top = fs::equivalent(folder.path, PathFromUtf8(given.back()), error) && !error &&
+                      fs::equivalent(folder.path, state.trees()[folder.tree].root, error) && !error;
+  return std::string(name) + " " + given.back() +
+         (is_top ? " is the folder of mails that --mail names: take another one"
+                 : " is one of the folders of mails below " + PathToUtf8(state.trees()[folder.tree].root) +
+                       ": take one outside of it");
+}
+
+std::optional<std::string> CheckPostFolders(const Options& options, const HostState& state) {
+  for (const auto& [name, given] :
+       {std::pair{"--inbox", &options.inboxes}, std::pair{"--outbox", &options.outboxes},
+        std::pair{"--imap", &options.imaps}}) {
+    if (auto reason = WhyMailFolder(state, name, *given)) return reason;
   }
   return std::nullopt;
 }
 
 std::optional<std::string> OpenPostOffice(const Options& options, HostState& state) {
-  for (const auto& [name, given] :
-       {std::pair{"--inbox", &options.inboxes}, std::pair{"--outbox", &options.outboxes},
-        std::pair{"--imap", &options.imaps}}) {
-    if (auto reason = WhyMailFolder(options, name, *given)) return reason;
-  }
   PostOffice& post = state.commands.post;
   const fs::path folder = PostFolder(options);
   const fs::path outbox = LastOr(options.outboxes, folder / "outbox");
@@ -109,6 +122,8 @@ std::optional<std::string> OpenPostOffice(const Options& options, HostState& sta
     return PathToUtf8(outbox) + " cannot be the outbox: it is no folder";
   post.inbox = LastOr(options.inboxes, folder / "inbox");
   post.imap = LastOr(options.imaps, "");
+  const std::string left = ToldAsLeft(UnfinishedFilesOf(outbox));
+  if (!left.empty()) Complain(left);
   post.mails = folder / "mails";
   post.outbox.Open(outbox, (outbox.has_filename() ? outbox : outbox.parent_path()).parent_path() / "Sent");
   for (const auto& given : {options.inboxes, options.imaps}) {
@@ -126,7 +141,10 @@ std::optional<std::string> OpenPostOffice(const Options& options, HostState& sta
 std::optional<std::string> OpenAnswers(const Options& options) {
   if (options.answers.empty()) return SetAnswers(ScriptedAnswers(), options.yes), std::nullopt;
   const auto script = ReadWholeFile(PathFromUtf8(options.answers.back()));
-  if (!script) return "cannot read the answers " + options.answers.back();
+  if (!script) {
+    return "cannot read the answers " + options.answers.back() + ": " +
+           ReasonUnreadable(PathFromUtf8(options.answers.back()));
+  }
   SetAnswers(ScriptedAnswers(*script), options.yes);
   return std::nullopt;
 }
@@ -134,10 +152,12 @@ std::optional<std::string> OpenAnswers(const Options& options) {
 }  // namespace
 
 std::optional<std::string> OpenWorkFiles(const Options& options, HostState& state) {
-  LeaveOutPostFolders(options, state);
   if (auto reason = OpenMails(options, state)) return reason;
   if (auto reason = OpenDrafts(options, state)) return reason;
-  for (const std::string& reason : state.skipped_mails()) Complain(reason + " (skipped)");
+  if (auto reason = CheckPostFolders(options, state)) return reason;
+  LeaveOutPostFolders(options, state);
+  for (const std::string& reason : state.skipped_mails())
+    Complain(reason + (reason.starts_with("cannot read ") ? " (skipped)" : ""));
   if (auto reason = OpenCommandFiles(options, state.commands)) return reason;
   if (auto reason = OpenPostOffice(options, state)) return reason;
   return OpenAnswers(options);

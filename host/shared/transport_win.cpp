@@ -86,7 +86,7 @@ std::optional<std::string> Receive(HostState& state, const TransmissionStep& ste
   const auto came = [&] { return state.mail_count() - first; };
   const std::string reason = state.Receive(step.file, folder, step.kind == Kind::kFetch);
   for (std::size_t mail = first; mail < state.mail_count(); ++mail) state.reception.Add(mail, step.account);
-  Post(state).transmission.received = came();
+  Post(state).transmission.carried = came();
   return reason.empty() ? std::nullopt : std::optional(reason);
 }
 
@@ -140,8 +140,11 @@ std::optional<std::string> Send(HostState& state, const TransmissionStep& step) 
   const auto claim = ClaimMail(step.file);
   if (!claim && GetLastError() == ERROR_SHARING_VIOLATION) {
     post.failed.insert(step.file);
-    return PathToUtf8(step.file.filename()) + ": another program is sending it";
+    return PathToUtf8(step.file.filename()) + ": " + kSentByAnother;
   }
+  std::error_code error;
+  // Another host has sent it since the steps were made.
+  if (!fs::exists(step.file, error) && !error) return post.transmission.carried = 0, std::nullopt;
   const auto before = ReadWholeFile(step.file);
   const MailStamp stamp{DateHeaderNow(), UniqueNameNow(), Utf8(OwnAddress(state))};
   auto failure = post.outbox.Send(step.file, stamp, [&](const fs::path& file, const std::string& mail) {
@@ -149,7 +152,6 @@ std::optional<std::string> Send(HostState& state, const TransmissionStep& step) 
     ShowWouldSend(*before);
     return std::optional<std::string>();
   });
-  std::error_code error;
   if (failure && !fs::exists(step.file, error)) post.lost_copy = true;
   if (failure) post.failed.insert(step.file);
   return failure;
@@ -270,7 +272,7 @@ Answer PostLater(Request& request, std::string_view mail) {
   if (!HasRecipients(mail)) return request.Fail("the mail has no recipient");
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
-  ++Post(request.state).put;
+  Post(request.state).put.insert(file);
   TellUndated(request.state, mail);
   return Request::Done(true);
 }
@@ -279,7 +281,7 @@ Answer PostNow(Request& request, std::string_view mail) {
   if (!HasRecipients(mail)) return request.Fail("the mail has no recipient");
   fs::path file;
   if (auto reason = Post(request.state).outbox.Add(mail, UniqueNameNow(), file)) return request.Fail(*reason);
-  ++Post(request.state).put;
+  Post(request.state).put.insert(file);
   if (!IsDue(mail, DateHeaderNow())) {
     if (!TellUndated(request.state, mail))
       TellStatus(request.state, "the mail waits in the outbox for the time of its Deferred-Delivery");
@@ -298,13 +300,14 @@ bool HasUnsentMails(HostState& state) {
 
 std::string WaitingMails(HostState& state) {
   const PostOffice& post = Post(state);
-  const bool touched = post.put > 0 || post.transmission.result().cancelled;
-  const std::size_t count = touched ? post.outbox.Waiting().size() : 0;
-  if (count == 0) return "";
-  const std::size_t deferred = count - post.outbox.Waiting(DateHeaderNow()).size();
-  return MailsInWords(count) + (count == 1 ? " waits in " : " wait in ") + PathToUtf8(post.outbox.folder()) +
-         "; TransmitCustom(0) or SendRemain() sends " + (count == 1 ? "it" : "them") +
-         (deferred > 0 ? ", " + std::to_string(deferred) + " not before Deferred-Delivery" : "");
+  WaitingNotice notice{PathToUtf8(post.outbox.folder())};
+  const auto is_of_run = [&post](const fs::path& file) {
+    return post.transmission.result().cancelled || post.put.contains(file) || post.failed.contains(file);
+  };
+  for (const fs::path& file : post.outbox.Waiting()) ++(is_of_run(file) ? notice.own : notice.others);
+  notice.deferred = notice.own + notice.others;
+  if (notice.own > 0) notice.deferred -= post.outbox.Waiting(DateHeaderNow()).size();
+  return NoticeOf(notice);
 }
 
 }  // namespace wrenfold

@@ -1,5 +1,6 @@
 #include "host/terminal/terminal_text.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "host/base/ascii.h"
@@ -9,13 +10,26 @@ namespace {
 
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
-// The control character at the start of `text`, or -1: U+0000 to U+001F, U+007F, U+0080 to U+009F.
+// The control character at the start of `text`, or -1: U+0000 to U+001F, U+007F, U+0080 to U+009F; also a
+// byte of the last ones that belongs to no character, since a terminal may take bytes for characters.
 int ControlAt(std::string_view text) {
   const auto first = static_cast<unsigned char>(text[0]);
-  if (first < 0x20 || first == 0x7F) return first;
+  if (first < 0x20 || (first >= 0x7F && first < 0xA0)) return first;
   if (first != 0xC2 || text.size() < 2) return -1;
   const auto second = static_cast<unsigned char>(text[1]);
   return second >= 0x80 && second < 0xA0 ? second : -1;
+}
+
+// Bytes of the control character at the start of `text`.
+std::size_t ControlLength(std::string_view text) { return text.starts_with('\xC2') ? 2 : 1; }
+
+// Bytes of the character at the start of `text`, which is no control character.
+std::size_t CharacterLength(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text[0]);
+  const std::size_t most = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 1;
+  std::size_t length = 1;
+  while (length < std::min(most, text.size()) && IsContinuation(text[length])) ++length;
+  return length;
 }
 
 std::string Visible(int control) {
@@ -34,12 +48,13 @@ bool AddOnOneLine(std::string& text, std::string_view utf8, std::size_t most, st
     const int control = ControlAt(utf8.substr(at));
     if (control >= 0) {
       text += Visible(control);
-      at += control >= 0x80 ? 2 : 1;
+      at += ControlLength(utf8.substr(at));
       continue;
     }
     if (escaped.find(utf8[at]) != escaped.npos) text += '\\';
-    do text += utf8[at++];
-    while (at < utf8.size() && IsContinuation(utf8[at]));
+    const std::size_t length = CharacterLength(utf8.substr(at));
+    text += utf8.substr(at, length);
+    at += length;
   }
   return false;
 }
@@ -54,10 +69,12 @@ std::string Printable(std::string_view utf8) {
       text += '\n';
       at += 2;
     } else if (control < 0 || control == '\n' || control == '\t') {
-      text += utf8[at++];
+      const std::size_t length = CharacterLength(utf8.substr(at));
+      text += utf8.substr(at, length);
+      at += length;
     } else {
       text += Visible(control);
-      at += control >= 0x80 ? 2 : 1;
+      at += ControlLength(utf8.substr(at));
     }
   }
   return text;

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "host/terminal/completion.h"
+#include "host/terminal/terminal_text.h"
 
 namespace wrenfold {
 
@@ -16,14 +17,14 @@ class Terminal {
  public:
   Terminal();
 
-  // As they are: '\n' ends a line everywhere.
+  // '\n' ends a line everywhere. What could command a terminal is made visible, whoever wrote it.
   void Out(std::string_view utf8) {
     ShowPassing("");
-    Write(out_, utf8);
+    Write(out_, Printable(utf8));
   }
   void Error(std::string_view utf8) {
     ShowPassing("");
-    Write(error_, utf8);
+    Write(error_, Printable(utf8));
   }
 
   // Whether standard error is a terminal, and a line on it that the next one takes the place of. It is taken

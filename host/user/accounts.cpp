@@ -6,6 +6,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/file_hold.h"
+#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
@@ -88,12 +89,18 @@ std::optional<std::string> AccountStore::Open(const std::filesystem::path& file)
   std::error_code error;
   if (!std::filesystem::exists(file, error)) return std::nullopt;
   const auto bytes = ReadWholeFile(file);
-  if (!bytes) return "cannot read the accounts " + PathToUtf8(file);
+  if (!bytes) return "cannot read the accounts " + PathToUtf8(file) + ": " + ReasonUnreadable(file);
   // An account with a name in another encoding could be listed, but not asked for by that name.
   if (const std::size_t line = FirstForeignLine(*bytes); line > 0)
     return "the accounts " + PathToUtf8(file) + " are to be UTF-8: line " + std::to_string(line) + " is not";
   settings_ = SettingsText(*bytes);
   return std::nullopt;
+}
+
+std::vector<std::string> AccountStore::Complaints() const {
+  std::vector<std::string> told;
+  for (const LineComplaint& complaint : settings_.Complaints()) told.push_back(ToldLine(file_, complaint));
+  return told;
 }
 
 std::vector<std::string> AccountStore::Names() const {

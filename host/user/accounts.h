@@ -21,6 +21,9 @@ class AccountStore {
   // file cannot be used.
   std::optional<std::string> Open(const std::filesystem::path& file);
 
+  // What Open passed over: "accounts.txt:3: ..." for each line.
+  std::vector<std::string> Complaints() const;
+
   // The same of the file that was opened last, which somebody else may have changed.
   std::optional<std::string> Reload() { return Open(std::filesystem::path(file_)); }
 

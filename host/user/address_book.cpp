@@ -5,6 +5,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/file_hold.h"
+#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/utf8_mark.h"
 #include "host/base/whole_file.h"
@@ -22,8 +23,14 @@ constexpr std::string_view kColumns[] = {"address", "name",  "name2", "name3", "
                                          "note2",   "note3", "note4", "note5", "note6", "note7", "note8"};
 static_assert(std::size(kColumns) == kBookParts);
 
+// A line taken apart; `wrong` says why that is not possible.
+struct BookLine {
+  std::vector<std::string> values;
+  std::string wrong;
+};
+
 // Takes one value off the front of a line, with the comma behind it.
-std::string TakeValue(std::string_view& line) {
+std::string TakeValue(std::string_view& line, std::string& wrong) {
   line = line.substr(std::min(line.find_first_not_of(" \t"), line.size()));
   std::string value;
   if (!line.starts_with('"')) {
@@ -39,15 +46,25 @@ std::string TakeValue(std::string_view& line) {
     value += line[0];
     line.remove_prefix(doubled ? 2 : 1);
   }
-  line.remove_prefix(std::min(line.find(','), line.size()));
-  line.remove_prefix(line.empty() ? 0 : 1);
+  if (line.empty()) wrong = "a quote is not closed";
+  const std::size_t comma = std::min(line.find(','), line.size());
+  if (comma > 1 && !Trim(line.substr(1, comma - 1)).empty())
+    wrong = "something stands between a closing quote and the next comma";
+  line.remove_prefix(std::min(comma + 1, line.size()));
   return value;
 }
 
-std::vector<std::string> Values(std::string_view line) {
-  std::vector<std::string> values;
-  while (!line.empty()) values.push_back(TakeValue(line));
-  return values;
+BookLine TakeApart(std::string_view line) {
+  BookLine apart;
+  if (!IsValidUtf8(line)) apart.wrong = "it is not UTF-8";
+  while (!line.empty()) apart.values.push_back(TakeValue(line, apart.wrong));
+  return apart;
+}
+
+// A comma in a name, mostly.
+bool HasTooMany(const std::vector<std::string>& values, std::size_t columns) {
+  return std::any_of(values.begin() + static_cast<std::ptrdiff_t>(std::min(columns, values.size())),
+                     values.end(), [](const std::string& value) { return !value.empty(); });
 }
 
 // The part that each column holds; kBookParts for a column that is left alone.
@@ -95,7 +112,7 @@ std::string Line(const BookEntry& entry, const std::vector<std::size_t>& columns
 
 std::optional<std::string> AddressBook::Open(const std::filesystem::path& file) {
   const auto bytes = ReadWholeFile(file);
-  if (!bytes) return "cannot read the address book " + PathToUtf8(file);
+  if (!bytes) return "cannot read the address book " + PathToUtf8(file) + ": " + ReasonUnreadable(file);
   const auto wrong = Read(*bytes);
   if (!wrong) file_ = file;
   return wrong ? std::optional("the address book " + PathToUtf8(file) + " " + *wrong) : std::nullopt;
@@ -104,23 +121,32 @@ std::optional<std::string> AddressBook::Open(const std::filesystem::path& file) 
 std::optional<std::string> AddressBook::Read(std::string_view utf8) {
   utf8 = WithoutUtf8Mark(utf8);
   std::vector<std::size_t>& parts = columns_;
-  while (!utf8.empty()) {
+  for (std::size_t number = 1; !utf8.empty(); ++number) {
     const LineLength length = FirstLine(utf8);
     const std::string_view line = Trim(utf8.substr(0, length.text));
     utf8.remove_prefix(length.with_end);
     if (line.empty() || line.starts_with('#')) continue;
-    const std::vector<std::string> values = Values(line);
+    auto [values, wrong] = TakeApart(line);
     if (parts.empty()) {
       parts = PartsOf(values);
       const bool has_address = std::find(parts.begin(), parts.end(), 0u) != parts.end();
       if (!has_address) return "does not begin with a line of columns: address, name, ...";
       continue;
     }
+    if (wrong.empty() && HasTooMany(values, parts.size()))
+      wrong = "it has more values than there are columns; one with a comma in it stands in double quotes";
     BookEntry entry;
     for (std::size_t i = 0; i < std::min(values.size(), parts.size()); ++i) {
       if (parts[i] < kBookParts) entry[parts[i]] = SystemCharsets().Utf8ToHost(values[i]);
     }
-    if (!In(entry, BookPart::kAddress).empty()) entries_.push_back(std::move(entry));
+    if (wrong.empty() && In(entry, BookPart::kAddress).empty()) wrong = "it has no address";
+    if (wrong.empty() && !IsOneAddress(In(entry, BookPart::kAddress)))
+      wrong = "its address is not one address";
+    if (wrong.empty()) {
+      entries_.push_back(std::move(entry));
+    } else {
+      complaints_.push_back({number, std::move(wrong)});
+    }
   }
   return std::nullopt;
 }
@@ -144,12 +170,11 @@ std::optional<std::string> AddressBook::Add(const BookEntry& entry) {
     }
   }
   auto bytes = ReadWholeFile(file_);
-  if (!bytes) return "cannot read the address book " + PathToUtf8(file_);
+  if (!bytes) return WhyUnreadable(file_);
   const std::string_view line_end = bytes->find("\r\n") == bytes->npos ? "\n" : "\r\n";
   if (!bytes->empty() && !bytes->ends_with('\n')) *bytes += line_end;
-  if (!ReplaceFile(file_, bytes->append(Line(entry, book.columns_)).append(line_end))) {
-    return "cannot write the address book " + PathToUtf8(file_);
-  }
+  const WriteOutcome outcome = ReplaceFile(file_, bytes->append(Line(entry, book.columns_)).append(line_end));
+  if (!outcome) return WhyUnwritable(file_, outcome.reason);
   *this = std::move(book);
   entries_.push_back(entry);
   return std::nullopt;

@@ -17,6 +17,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/base/line_complaint.h"
+
 namespace wrenfold {
 
 enum class BookPart : std::size_t {
@@ -41,6 +43,9 @@ class AddressBook {
   // The same with the file's text; what is wrong, without the file's name.
   std::optional<std::string> Read(std::string_view utf8);
 
+  // Lines that were passed over.
+  const std::vector<LineComplaint>& complaints() const { return complaints_; }
+
   // Adds an entry behind the last line of the file, which is written anew: "" parts need no column. Returns
   // why that is not possible; then file and book are as they were.
   std::optional<std::string> Add(const BookEntry& entry);
@@ -63,6 +68,7 @@ class AddressBook {
   std::filesystem::path file_;
   std::vector<std::size_t> columns_;  // part of each column of the file
   std::vector<BookEntry> entries_;
+  std::vector<LineComplaint> complaints_;
 };
 
 // "Name <address>", safe as an entry of a list for a header; the address alone without a name.

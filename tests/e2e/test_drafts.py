@@ -52,6 +52,17 @@ class Files(Drafts):
         result = self.run_on_mail('print "[", HostAddress("x", "a@b.example> <c@d.example"), "] ", HostReason()\n')
         self.assert_output(result, '[] "a@b.example> <c@d.example" is not one address\n')
 
+    def test_an_attachment_keeps_its_name_when_the_new_one_is_none(self):
+        self.write("book.bin", b"x")
+        reason = 'no file can be called "{}": a name is no path and one line'.format
+        for name, told in ((r"..\\evil.exe", reason(r"..\\evil.exe")), ("a/b", reason("a/b")), ("C:x", reason("C:x")),
+                           (r"a\r\nBcc: x@y", reason(r"a\r\nBcc: x@y")), ("  ", "an attachment needs a name")):
+            with self.subTest(name):
+                self.assert_output(self.run_on_mail(
+                    f'NewMail()\nAddAttach("{self.folder.as_posix()}/book.bin")\n'
+                    f'print RenameAttach(0, "{name}"), " ", HostReason()\nprint HostAttachments()\n'
+                    'print DeleteAttach(0)\n'), f"0 {told}\nbook.bin\n1\n")
+
     def test_a_draft_is_read_by_others(self):
         self.write("book.bin", bytes(range(256)))
         self.assert_output(self.run_on_mail(

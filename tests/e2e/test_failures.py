@@ -189,11 +189,15 @@ class Reasons(HostTest):
         self.write("a.eml", "Subject: Meeting at 10:30\n\ntext\n")
         result = self.run_macro('print CsvExport("x.csv", 0, 0, "date+sender"), " ", HostReason()\n'
                                 'SetFindPack("text")\nprint SetFindPack("Subject: x\\nMeeting at 10:30"), " ", HostReason()\n'
-                                'print GetFindPack(0, 0), " ", SetFindPack("Any: Meeting at 10:30")\n', "--mail", self.folder / "a.eml")
+                                'print GetFindPack(0, 0), " ", SetFindPack("Any: Meeting at 10:30")\n'
+                                'print MakeGrepFolder("found", null, "Meeting at 10:30"), " ", HostReason()\n'
+                                'print MakeGrepFolder("found", null, "Any: Meeting at 10:30")\n', "--mail", self.folder / "a.eml")
         self.assertEqual(result.out.splitlines(), [
             "0 no column 'sender'; there are date, from, to, cc, subject, size, folder, file and unread, with + between them",
             "0 'Meeting at 10' is no name of a header; to look for the text anywhere, write Any: Meeting at 10:30",
-            "text 1"])
+            "text 1",
+            "0 'Meeting at 10' is no name of a header; to look for the text anywhere, write Any: Meeting at 10:30",
+            "1"])
 
 
 class WithoutAccounts(HostTest):

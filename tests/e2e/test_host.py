@@ -74,7 +74,47 @@ class BadInput(HostTest):
         self.assertRegex(result.err, r"^wrenfold: cannot read .*b\.eml: the file is empty\n$")
 
     def test_an_unreadable_macro(self):
-        self.assert_refused(run("--macro", "none.macro"), "cannot read the macro none.macro")
+        self.assert_refused(run("--macro", "none.macro"), "cannot read the macro none.macro: no such file or folder")
+
+    def test_a_macro_that_is_no_text_in_utf_8_says_what_to_do(self):
+        for name, content, reason in (
+                ("empty.macro", b"", "the macro {} is empty: write its statements into it"),
+                ("blank.macro", b"\xef\xbb\xbf \r\n\n", "the macro {} is empty: write its statements into it"),
+                ("marked.macro", "print 1\n".encode("utf-16"), "the macro {} is UTF-16: save it as UTF-8"),
+                ("big.macro", b"\xfe\xff" + "print 1\n".encode("utf-16-be"), "the macro {} is UTF-16: save it as UTF-8"),
+                ("plain.macro", "print 1\n".encode("utf-16-le"), "the macro {} is UTF-16: save it as UTF-8")):
+            with self.subTest(name):
+                macro = self.write(name, content)
+                self.assert_refused(run("--macro", macro), reason.format(macro))
+        self.assert_refused(run("--macro", self.folder), f"cannot read the macro {self.folder}: it is a folder; name the macros in it one by one")
+
+    def test_a_number_that_an_export_cannot_take_opens_no_other_mail(self):
+        macro = self.write("m.macro", "print SetMailIndex(4294967296)\nprint 2\n")
+        self.assertEqual(run("--macro", macro), host.Result(
+            "", f"wrenfold: {macro}:1:7: parameter 1 (index) of SetMailIndex is a number of 32 bits, and 4294967296 was given, "
+            "which needs more\n", 1))
+        self.assertEqual(self.run_macro("print SetMailIndex(4294967295)\n").code, 0)
+
+    def test_lines_of_accounts_and_address_books_that_mean_nothing_are_told_and_passed_over(self):
+        accounts = self.write("accounts.txt", "szSignature = early\n[me]\nszMailFromSpecify me@x.jp\nszMailFromSpecify = me@x.jp\n")
+        book = self.write("book.csv", "address, name\na@x, A\n, nobody\nd@x, Doe, Dan\n")
+        result = self.run_macro('print Account(), " ", AccountFrom(null), " ", FindBook("a@x"), FindBook("d@x")\n',
+                                "--accounts", accounts, "--book", book)
+        self.assertEqual((result.out, result.code), ("me me@x.jp A\n", 0), result.err)
+        self.assertEqual(result.err,
+                         f"wrenfold: {accounts}:1: it stands in front of the first [section] (skipped)\n"
+                         f"wrenfold: {accounts}:3: it is neither [section] nor key = value (skipped)\n"
+                         f"wrenfold: {book}:3: it has no address (skipped)\n"
+                         f"wrenfold: {book}:4: it has more values than there are columns; one with a comma in it stands in double "
+                         "quotes (skipped)\n")
+
+    def test_what_is_typed_at_the_prompt_cannot_command_the_terminal(self):
+        for line in ("x\u009b31m", "mails x\u009b31m", "run x\u009b31m", 'ExecAtMain("x\u009b31m")', "open \x1b[2J",
+                     "print 1 \u009b"):
+            with self.subTest(line):
+                result = self.prompt(line)
+                self.assertNotRegex(result.out + result.err, "[\x00-\x08\x0b-\x1f\x7f-\x9f]")
+                self.assertIn("x9B" if "\u009b" in line else "x1B", result.out + result.err)
 
     def test_a_syntax_error_is_told_before_anything_runs(self):
         macro = self.write("m.macro", "print 1\nif 1\nprint (2\nend\n")

@@ -77,9 +77,21 @@ class Steps(unittest.TestCase):
             with self.subTest(step[0]):
                 self.check(step)
 
+    def test_a_reader_who_follows_the_steps_sees_what_the_pages_show(self):
+        """All in one folder, as in a repository, the tour before them."""
+        shutil.copytree(host.SOURCE / "samples", self.folder / "samples")
+        for start in [[], *(learning_path.arguments_of(step) for step in learning_path.STEPS[:-1])]:
+            results = [host.run(*each, folder=self.folder) for each in started_by_dev(start)]
+            if not start:
+                continue
+            step = next(step for step in learning_path.STEPS if learning_path.arguments_of(step) == start)
+            with self.subTest(step[0]):
+                out, _, err = learning_path.read(learning_path.expected_file(step)).partition(learning_path.ERROR_MARK)
+                self.assertEqual(results, [host.Result(out, err, 0)])
+
     def test_the_last_one_keeps_a_signed_answer_and_exports_the_mail(self):
         folder = self.check(SIGNED)
-        [draft] = (folder / "out/drafts").glob("*.eml")
+        [draft] = (folder / "out/learn/12/drafts").glob("*.eml")
         answer = email.message_from_bytes(draft.read_bytes(), policy=email.policy.default)
         self.assertEqual(answer["To"], "Alice Baker <alice@example.com>")
         self.assertIn("-----BEGIN PGP SIGNATURE-----", answer.get_content())
@@ -140,8 +152,14 @@ class Form(unittest.TestCase):
 
     def test_several_macros_are_handed_on_in_their_order(self):
         [start] = started_by_dev(["--macro", "a", "--trace", "--macro", "b"])
-        self.assertEqual(start, ["--trace", "--mail", "samples/mails", "--drafts", "out/drafts", "--read-only",
+        self.assertEqual(start, ["--trace", "--mail", "samples/mails", "--read-only", "--drafts", "out/drafts",
                                  "--macro", "a", "--macro", "b"])
+
+    def test_a_folder_of_drafts_that_is_named_is_taken(self):
+        [start] = started_by_dev(["--drafts", "mine", "--macro", "a"])
+        self.assertEqual(start, ["--mail", "samples/mails", "--read-only", "--drafts", "mine", "--macro", "a"])
+        drafts = [start[start.index("--drafts") + 1] for start in started_by_dev([])]
+        self.assertEqual(len(set(drafts)), len(drafts), "a macro of the tour lists what another one kept")
 
 
 def write():

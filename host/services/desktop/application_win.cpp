@@ -81,6 +81,7 @@ Answer SaveConfig(Request& request) {
 // The files of accounts and settings, which a macro has changed.
 std::optional<std::string> ReadAnew(HostState& state) {
   if (auto reason = state.commands.accounts.Reload()) return reason;
+  for (const std::string& line : state.commands.accounts.Complaints()) state.complain(line);
   auto reason = ReadConfig(state);
   RemakeLists(state);
   DrawTitleList(state);

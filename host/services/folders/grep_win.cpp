@@ -6,14 +6,12 @@
 #include <iterator>
 #include <optional>
 
-#include "host/base/shortened.h"
 #include "host/mail/find_pack.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
 #include "host/shared/list_moves_win.h"
 #include "host/terminal/progress.h"
-#include "host/terminal/shown_host_text.h"
 #include "host/windows/frame_win.h"
 
 namespace wrenfold {
@@ -102,12 +100,6 @@ Answer FindPack(Request& request) {
   const auto back = static_cast<std::size_t>(request.Number(0));
   if (back == 0) return request.AnswerText(request.state.commands.find_pack);
   return request.AnswerText(back <= pushed.size() ? pushed[pushed.size() - back] : "");
-}
-
-std::string WhyNoPlace(std::string_view line) {
-  const std::string text = ShownHostText(line);
-  return "'" + Shortened(text.substr(0, text.find(':'))) +
-         "' is no name of a header; to look for the text anywhere, write Any: " + Shortened(text);
 }
 
 Answer SetFindPack(Request& request) {

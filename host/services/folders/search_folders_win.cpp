@@ -1,5 +1,6 @@
 // Folders that show what a search finds, and the search settings of a macro.
 #include "host/charset/charsets.h"
+#include "host/mail/find_pack.h"
 #include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
@@ -24,6 +25,8 @@ Answer Make(Request& request) {
   const std::string pack = SystemCharsets().HostToUtf8(request.Text(2));
   if (path.empty()) return request.Fail("no folder is named");
   if (pack.empty()) return request.Fail("a grep folder needs a find pack");
+  const std::string_view no_place = NoPlaceOf(request.Text(2));
+  if (!no_place.empty()) return request.Fail(WhyNoPlace(no_place));
   if (state.tree().Find(path, state.folder()))
     return request.Fail("there is a folder \"" + path + "\" already");
   std::optional<std::size_t> searched;

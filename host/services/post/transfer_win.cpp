@@ -161,15 +161,19 @@ std::vector<ExportedMail> MailsToExport(Request& request) {
   return mails;
 }
 
-// Why nothing can be written, if nothing is.
+bool IsToFolder(const ExportPlan& plan) {
+  return plan.type == ExportType::kEml || plan.type == ExportType::kText;
+}
+
+// Why nothing will be written, as far as what is there tells; "" else.
 std::string WhyNotExported(const ExportPlan& plan) {
   std::error_code error;
-  const bool to_folder = plan.type == ExportType::kEml || plan.type == ExportType::kText;
+  const bool to_folder = IsToFolder(plan);
   if (!to_folder && plan.write == ExportWrite::kNew && std::filesystem::is_regular_file(plan.path, error))
     return PathToUtf8(plan.path) + " is there already: \"append\" adds to it, \"truncate\" replaces it";
   if (to_folder && std::filesystem::is_regular_file(plan.path, error))
     return "cannot write mails into " + PathToUtf8(plan.path) + ": it is a file";
-  return WhyUnwritable(to_folder ? plan.path / "mail" : plan.path);
+  return "";
 }
 
 std::string WhyOverMails(HostState& state, const ExportPlan& plan) {
@@ -198,6 +202,8 @@ Answer Export(Request& request) {
     // While a file that was there before can be told from one of this export.
     reason = mails.empty() ? std::string(kNoMailSelected) + " to be exported" : WhyNotExported(plan);
     result = ExportMails(plan, mails);
+    if (reason.empty() && result.written == 0)
+      reason = WhyUnwritable(IsToFolder(plan) ? plan.path / "mail" : plan.path, result.reason);
   }
   request.SetLowNumber(0, result.written);
   request.SetLowNumber(1, result.failed);

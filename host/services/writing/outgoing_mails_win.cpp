@@ -154,10 +154,10 @@ Answer Send(Request& request) {
   if (const auto reason = PrepareSending(state)) return request.Fail(*reason);
   if (const auto reason = WhyUnaddressed(*state.writing.draft)) return request.Fail(*reason);
   const std::string mail = FinishedMail(*state.writing.draft, NewStamp(state));
-  const std::size_t before = state.commands.post.put;
+  const std::size_t before = state.commands.post.put.size();
   const Answer answer = kAtOnce ? PostNow(request, mail) : PostLater(request, mail);
   // A mail that lies in the outbox is no draft, whether it could be sent or not.
-  if (state.commands.post.put == before) return answer;
+  if (state.commands.post.put.size() == before) return answer;
   KeepSent(state, mail);
   FinishDraft(state);
   return answer;

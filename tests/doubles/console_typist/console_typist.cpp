@@ -108,6 +108,15 @@ void OpenConsoles() {
   g_out = OpenConsole(L"CONOUT$");
 }
 
+// Wine has no answer of its console's server now and then: error 1359.
+bool MakeConsole() {
+  for (int tries = 5; tries > 0; --tries) {
+    if (AllocConsole()) return true;
+    Sleep(kPollMs);
+  }
+  return false;
+}
+
 void ShareConsole() {
   if (g_owner != 0 && AttachConsole(g_owner)) OpenConsoles();
   g_owner = 0;
@@ -130,7 +139,7 @@ bool Start(wchar_t* line, std::wstring_view manner, PROCESS_INFORMATION* process
   if (alone) {
     if (manner == L"--hidden") startup.dwFlags = STARTF_USESHOWWINDOW;  // and SW_HIDE, which is 0
   } else {
-    if (!AllocConsole()) return false;
+    if (!MakeConsole()) return false;
     OpenConsoles();
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdInput = g_in;

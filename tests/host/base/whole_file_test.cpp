@@ -63,6 +63,14 @@ TEST_F(WholeFile, GivesNothingForWhatIsNoFile) {
   EXPECT_FALSE(AppendToFile(folder_ / "none" / "file", "x"));
 }
 
+TEST_F(WholeFile, SaysWhyItCannotBeWritten) {
+  EXPECT_EQ(WriteWholeFile(folder_ / "none" / "file", "x").reason, "no such file or folder");
+  EXPECT_EQ(ReplaceFile(folder_ / "none" / "file", "x").reason, "no such file or folder");
+  EXPECT_EQ(AppendToFile("/dev/full", "x").reason, "no room is left");
+  fs::create_directories(folder_ / "taken" / "deep");
+  EXPECT_FALSE(ReplaceFile(folder_ / "taken", "x").reason.empty()) << "a folder has the name";
+}
+
 TEST_F(WholeFile, ReadsNoMoreThanTheBeginningThatIsWanted) {
   ASSERT_TRUE(WriteWholeFile(folder_ / "file", "abcdef"));
   EXPECT_EQ(ReadBeginning(folder_ / "file", 0), "");

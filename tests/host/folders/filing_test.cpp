@@ -247,7 +247,8 @@ TEST(HostMboxSpans, AnEmptyLineStandsBeforeAFromLine) {
 TEST_F(HostFiling, AMailStaysWhenItsNewFolderIsGone) {
   fs::remove(root_ / "out");
   const Filed filed = MoveMails(store_, std::vector{std::size_t{kA}, std::size_t{kM1}}, Folder("out"));
-  EXPECT_EQ(filed.failure, "cannot write " + (root_ / "out/a.eml").string());
+  EXPECT_EQ(filed.failure, "cannot write " + (root_ / "out/a.eml").string() + ": there is no folder " +
+                               (root_ / "out").string());
   EXPECT_TRUE(filed.mails.empty());
   EXPECT_EQ(Files(), "empty.mbox in/a.eml in/b.eml list.mbox");
   EXPECT_EQ(SplitMbox(Read("list.mbox")).size(), 3u);
@@ -260,7 +261,8 @@ TEST_F(HostFiling, ACopyIsTakenBackWhenTheMboxCannotBeRewritten) {
   fs::create_directories(root_ / "list.mbox.new/in the way");
   for (const char* target : {"out", "empty.mbox"}) {
     const Filed filed = MoveMails(store_, std::vector{std::size_t{kM1}, std::size_t{kM2}}, Folder(target));
-    EXPECT_EQ(filed.failure, "cannot write " + (root_ / "list.mbox").string()) << target;
+    EXPECT_EQ(filed.failure, "cannot write " + (root_ / "list.mbox").string() + ": a folder is in the way")
+        << target;
     EXPECT_EQ(Files(), "empty.mbox in/a.eml in/b.eml list.mbox") << target;
     EXPECT_EQ(Read("empty.mbox"), "") << target;
     EXPECT_EQ(Read("list.mbox"), before) << target;

@@ -162,7 +162,8 @@ TEST_F(HostFolderTree, PropertiesAreKeptInTheTree) {
 
 TEST_F(HostFolderTree, PropertiesThatCannotBeWrittenAreNotKept) {
   fs::create_directories(root_ / "tree/folders.txt.new/in the way");
-  EXPECT_EQ(tree_.SetProperty(0, "icon", "4"), "cannot write " + (root_ / "tree/folders.txt").string());
+  EXPECT_EQ(tree_.SetProperty(0, "icon", "4"),
+            "cannot write " + (root_ / "tree/folders.txt").string() + ": a folder is in the way");
   EXPECT_EQ(tree_.Property(0, "icon"), "");
 }
 
@@ -172,7 +173,7 @@ TEST_F(HostFolderTree, AFileThatCannotBeReadIsNotReplaced) {
   ASSERT_EQ(store_.Add(root_ / "third"), std::nullopt);
   tree_.Load();
   EXPECT_EQ(tree_.SetProperty(*tree_.Find("third", 0), "icon", "4"),
-            "cannot read " + (root_ / "third/folders.txt").string());
+            "cannot read " + (root_ / "third/folders.txt").string() + ": it is a folder");
 }
 
 TEST_F(HostFolderTree, AnEmptyFolderIsDeletedWithItsProperties) {
@@ -303,8 +304,13 @@ TEST_F(HostFilterFile, ARuleIsAddedBehindTheOthers) {
        {FilterRule{"From: x\ny => z", "w"}, FilterRule{"#From", "w"}, FilterRule{"a", " "}}) {
     EXPECT_EQ(AddFilterRule(file, rule).substr(0, 20), "this can be no rule:") << rule.condition;
   }
+  const std::string no_place =
+      "'Meeting at 10' is no name of a header; to look for the text anywhere, write Any: Meeting at 10:30";
+  EXPECT_EQ(AddFilterRule(file, {"Meeting at 10:30", "y"}), no_place);
+  EXPECT_EQ(std::get<std::string>(ParseFilterRules("# x\nMeeting at 10:30 => y\n")), "line 2: " + no_place);
   EXPECT_EQ(AddFilterRule(root_ / "none/filters.txt", {"a", "b"}),
-            "cannot write " + (root_ / "none/filters.txt").string());
+            "cannot write " + (root_ / "none/filters.txt").string() + ": there is no folder " +
+                (root_ / "none").string());
 }
 
 }  // namespace

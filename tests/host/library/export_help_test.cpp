@@ -80,6 +80,16 @@ TEST(ExportHelp, RefusesCallsThatCannotBeRight) {
        {text},
        "parameter 1 (index) of SetMailIndex is a number, and a text was given: SetMailIndex(index)",
        "a text for a number"},
+      {"SetMailIndex",
+       {Value(std::int64_t{1} << 32)},
+       "parameter 1 (index) of SetMailIndex is a number of 32 bits, and 4294967296 was given, which needs "
+       "more",
+       "its lower half is 0, another mail"},
+      {"SetMailIndex",
+       {Value(-(std::int64_t{1} << 31) - 1)},
+       "parameter 1 (index) of SetMailIndex is a number of 32 bits, and -2147483649 was given, which needs "
+       "more",
+       "the same below"},
       {"GetWFInfoVersion",
        {Value(5)},
        "GetWFInfoVersion is called by the host itself, once, after loading",
@@ -89,6 +99,12 @@ TEST(ExportHelp, RefusesCallsThatCannotBeRight) {
   EXPECT_EQ(CheckCall(*FindRow("RootHeader"), std::vector<Value>{Value(5)}), std::nullopt)
       << "the library tells that";
   EXPECT_EQ(CheckCall(*FindRow("SelectFolder"), std::vector<Value>{}), std::nullopt);
+  for (const std::int64_t number : {(std::int64_t{1} << 32) - 1, -(std::int64_t{1} << 31)})
+    EXPECT_EQ(CheckCall(*FindRow("SetMailIndex"), std::vector<Value>{Value(number)}), std::nullopt)
+        << "32 bits";
+  EXPECT_EQ(CheckCall(*FindRow("Bypass_IsWindowVisible"), std::vector<Value>{Value(std::int64_t{1} << 40)}),
+            std::nullopt)
+      << "a handle has 64";
   EXPECT_EQ(CheckCall(*FindRow("SelectFolder"), std::vector<Value>{text, Value()}), std::nullopt);
   EXPECT_EQ(CheckCall(*FindRow("SetMailIndex"), std::vector<Value>{Value()}), std::nullopt) << "null is 0";
   EXPECT_TRUE(UnknownExport("RootHeadr").starts_with("no export 'RootHeadr'; did you mean RootHeader"));

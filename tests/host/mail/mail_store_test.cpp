@@ -94,6 +94,50 @@ TEST_F(HostMailStore, WhereMailsWaitIsNoFolderOfMails) {
   EXPECT_EQ(Listed(store), "tree/a in/b inbox/d");
 }
 
+TEST_F(HostMailStore, AFolderOfMailsIsKnownByAnyName) {
+  Write("tree/a.eml", "a");
+  Write("tree/sub/b.eml", "b");
+  Write("tree/wrenfold/inbox/c.eml", "c");
+  Write("alone/d.eml", "d");
+  std::filesystem::create_directory_symlink(root_ / "tree", root_ / "link");
+  MailStore store;
+  EXPECT_EQ(store.Add(root_ / "tree"), std::nullopt);
+  EXPECT_EQ(store.Add(root_ / "alone/d.eml"), std::nullopt);
+  const struct {
+    const char* path;
+    const char* expected;
+    const char* why;
+  } cases[] = {
+      {"tree", "tree", "the top"},
+      {"tree/../tree/./sub/", "sub", "below it, by another name"},
+      {"link/sub", "sub", "through a link"},
+      {"link/new/deep", "tree", "what is not there yet would be read"},
+      {"tree/wrenfold/inbox", "", "not looked at"},
+      {"tree/wrenfold/new", "", "nor would that be"},
+      {"tree/.hidden/new", "", "nor that"},
+      {"alone", "alone", "a mail lies in it"},
+      {"alone/new", "", "of a file that is named alone, folders beside it are not read"},
+      {"elsewhere", "", "outside"},
+  };
+  for (const auto& c : cases) {
+    const auto found = store.ReadsFrom(root_ / c.path);
+    EXPECT_EQ(found ? store.folders()[*found].name : "", c.expected) << c.path << ": " << c.why;
+  }
+}
+
+TEST_F(HostMailStore, ManyHalfWrittenFilesAreToldInOneLine) {
+  Write("a.eml", "a");
+  for (int i = 0; i < 9; ++i) Write("b" + std::to_string(i) + ".eml.new", "b");
+  MailStore store;
+  EXPECT_EQ(store.Add(root_), std::nullopt);
+  ASSERT_EQ(store.skipped().size(), 1u);
+  EXPECT_NE(store.skipped()[0].find(" and 6 more were left "), std::string::npos) << store.skipped()[0];
+  store.ReadAgain(0);
+  Write("other/c.eml", "c");
+  EXPECT_EQ(store.Add(root_ / "other"), std::nullopt);
+  EXPECT_EQ(store.skipped().size(), 1u) << "once";
+}
+
 TEST_F(HostMailStore, AnMboxWithoutMailsIsAnEmptyFolder) {
   MailStore store;
   EXPECT_EQ(store.Add(Write("used-up.mbox", "")), std::nullopt);
@@ -205,12 +249,14 @@ TEST_F(HostMailStore, WhatCannotBeReadInAFolderIsSkippedAndNamed) {
   EXPECT_EQ(store.Add(root_), std::nullopt);
   const std::string top = root_.filename().string();
   EXPECT_EQ(Listed(store), top + "/a " + top + "/d sub/f");
-  EXPECT_EQ(store.skipped(),
-            (std::vector<std::string>{
-                "cannot read " + (root_ / "b.eml").string() + ": the file is empty",
-                "cannot read " + (root_ / "c.mbox").string() + ": an mbox file begins with a \"From \" line",
-                "cannot read " + (root_ / "sub/e.eml").string() + ": the file is empty",
-                (root_ / "sub/g.eml.new").string() + " was left by a write that was interrupted"}));
+  EXPECT_EQ(
+      store.skipped(),
+      (std::vector<std::string>{
+          "cannot read " + (root_ / "b.eml").string() + ": the file is empty",
+          "cannot read " + (root_ / "c.mbox").string() + ": an mbox file begins with a \"From \" line",
+          "cannot read " + (root_ / "sub/e.eml").string() + ": the file is empty",
+          (root_ / "sub/g.eml.new").string() +
+              " was left by a write that was interrupted: it is no mail; look into it, then delete it"}));
   EXPECT_EQ(store.Add(root_ / "sub/e.eml"),
             "cannot read " + (root_ / "sub/e.eml").string() + ": the file is empty")
       << "a file that is asked for by name";

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "host/base/paths.h"
+#include "host/base/whole_file.h"
 #include "host/mapi/mail_command.h"
 #include "host/mapi/message_image.h"
 #include "host/mapi/outbox.h"
@@ -247,6 +248,14 @@ TEST_F(Folder, TheOutboxHoldsWholeMailsOnly) {
   EXPECT_NE(read.text.find("X-Wrenfold-Missing-File:"), std::string::npos);
 }
 
+TEST_F(Folder, NoMailOfTheOutboxTakesThePlaceOfAnother) {
+  fs::create_directories(folder_ / "box");
+  Write("box/u-1.eml", "another mail");
+  EXPECT_EQ(PutIntoOutbox({}, kStamp, folder_ / "box"), std::nullopt);
+  EXPECT_EQ(ReadWholeFile(folder_ / "box/u-1.eml"), "another mail");
+  EXPECT_TRUE(fs::exists(folder_ / "box/u-1 (2).eml"));
+}
+
 // Paths and names in UTF-8 and Shift-JIS; of bytes that can be both, the file that is there decides.
 TEST_F(Folder, FilesAreFoundAsTheirProgramsNamedThem) {
   const struct {
@@ -281,7 +290,8 @@ TEST_F(Folder, AnOutboxThatCannotBeWrittenIsToldOf) {
   Write("file", "");
   const auto reason = PutIntoOutbox({}, kStamp, folder_ / "file");
   ASSERT_TRUE(reason);
-  EXPECT_TRUE(reason->starts_with("cannot write ")) << *reason;
+  const std::string file = (folder_ / "file").string();
+  EXPECT_EQ(*reason, "cannot make the folder " + file + ": there is a file " + file);
 }
 
 TEST_F(Folder, TheStoreIsWalkedInOrderOfNames) {

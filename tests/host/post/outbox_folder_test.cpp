@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
+#include <future>
+#include <thread>
 
+#include "host/base/file_hold.h"
 #include "host/base/file_reasons.h"
 #include "host/base/whole_file.h"
 #include "host/post/inbox_folder.h"
@@ -72,11 +76,12 @@ TEST_F(Outbox, AMailThatIsNotTakenStaysWithItsMessageId) {
 TEST_F(Outbox, WhatCannotBeSentIsToldAndStays) {
   EXPECT_EQ(outbox_.Send(Put("outbox/a.eml", "Subject: s\r\n\r\n"), kStamp, Taken), "a.eml has no recipient");
   const fs::path gone = root_ / "outbox/gone.eml";
-  EXPECT_EQ(outbox_.Send(gone, kStamp, Taken), "cannot read " + gone.string());
+  EXPECT_EQ(outbox_.Send(gone, kStamp, Taken), "cannot read " + gone.string() + ": no such file or folder");
   EXPECT_EQ(Bytes(root_ / "outbox/a.eml"), "Subject: s\r\n\r\n");
   Put("Sent", "a file in the place of the folder");
+  const std::string sent = (root_ / "Sent").string();
   EXPECT_EQ(outbox_.Send(Put("outbox/b.eml", kMail), kStamp, Taken),
-            "cannot write " + (root_ / "Sent").string());
+            "b.eml: cannot make the folder " + sent + ": there is a file " + sent);
   EXPECT_TRUE(fs::exists(root_ / "outbox/b.eml"));
 }
 
@@ -101,9 +106,10 @@ TEST_F(Outbox, AMailThatWasSentAndCannotBeFiledIsToldAndNotSentAgain) {
     Put("Sent", "a file in the place of the folder");
     return std::optional<std::string>();
   };
-  const std::string told = file.string() + " was sent, but no copy of it can be written into " +
-                           (root_ / "Sent").string() +
-                           ": it lies in the outbox still, from where another run would send it again";
+  const std::string sent = (root_ / "Sent").string();
+  const std::string told = file.string() + " was sent, but no copy of it can be kept: cannot write " + sent +
+                           "/u-1.eml: there is no folder " + sent +
+                           "; it lies in the outbox still, from where another run would send it again";
   EXPECT_EQ(outbox_.Send(file, kStamp, block), told);
   EXPECT_EQ(outbox_.Send(file, kStamp, block), told);
   fs::remove(root_ / "Sent");
@@ -112,6 +118,62 @@ TEST_F(Outbox, AMailThatWasSentAndCannotBeFiledIsToldAndNotSentAgain) {
   EXPECT_EQ(times, 1);
   EXPECT_EQ(Bytes(root_ / "Sent/u-1.eml"), FinishMail(kMail, kStamp));
   EXPECT_TRUE(outbox_.Waiting().empty());
+}
+
+TEST_F(Outbox, AMailThatAnotherHostSendsIsLeftToIt) {
+  fs::path file;
+  outbox_.Add(kMail, "u-1", file);
+  std::promise<void> taken;
+  std::promise<void> done;
+  std::thread other([&] {
+    const FileHold hold(file);
+    taken.set_value();
+    done.get_future().wait();
+  });
+  taken.get_future().wait();
+  int times = 0;
+  const auto count = [&](const fs::path&, const std::string&) {
+    return ++times, std::optional<std::string>();
+  };
+  EXPECT_EQ(outbox_.Send(file, kStamp, count), "u-1.eml: another program is sending it");
+  EXPECT_EQ(times, 0);
+  EXPECT_EQ(Bytes(file), kMail) << "nothing is written into it meanwhile";
+  done.set_value();
+  other.join();
+  EXPECT_EQ(outbox_.Send(file, kStamp, count), std::nullopt);
+  EXPECT_EQ(times, 1);
+}
+
+TEST_F(Outbox, WhileAMailIsSentNobodyElseGetsIt) {
+  fs::path file;
+  outbox_.Add(kMail, "u-1", file);
+  const auto look = [](const fs::path& given, const std::string&) {
+    auto others_wait = std::async(std::launch::async, [given] {
+      return FileHold(given, std::chrono::milliseconds(20)).failure().has_value();
+    });
+    return std::optional<std::string>(others_wait.get() ? "held" : "free");
+  };
+  EXPECT_EQ(outbox_.Send(file, kStamp, look), "u-1.eml: held");
+}
+
+TEST_F(Outbox, WhatAProgramThatWasEndedLeftIsKnownByItsName) {
+  Put("outbox/a.eml", kMail);
+  Put("outbox/b.eml.new", "half");
+  Put("outbox/c.TMP", "half");
+  Put("outbox/notes.txt", "");
+  EXPECT_EQ(UnfinishedFilesOf(root_ / "outbox"),
+            (std::vector<fs::path>{root_ / "outbox/b.eml.new", root_ / "outbox/c.TMP"}));
+  EXPECT_TRUE(UnfinishedFilesOf(root_ / "none").empty());
+}
+
+TEST_F(Outbox, AFileIsMovedToAFreeNameOnly) {
+  const fs::path from = Put("a.eml", "new");
+  const fs::path to = Put("b.eml", "old");
+  EXPECT_EQ(MoveFileTo(from, to), "cannot write " + to.string() + ": it exists already");
+  EXPECT_EQ(Bytes(from) + Bytes(to), "newold");
+  EXPECT_EQ(MoveFileTo(from, root_ / "c.eml"), std::nullopt);
+  EXPECT_EQ(Bytes(root_ / "c.eml"), "new");
+  EXPECT_EQ(MoveFileTo(from, root_ / "d.eml"), "cannot read " + from.string() + ": no such file or folder");
 }
 
 TEST_F(Outbox, SendsInOrderOfNamesAndNotWhatIsUnfinishedOrUnsent) {
@@ -184,6 +246,8 @@ TEST_F(FileReasons, NameWhatIsWrong) {
   EXPECT_EQ(WriteSafely(root_ / "c", "1"), std::nullopt);
   EXPECT_EQ(Bytes(root_ / "c"), "1");
   EXPECT_EQ(WriteSafely(root_ / "none/c", "1"), WhyUnwritable(root_ / "none/c"));
+  // Nothing can be made in it, by root either.
+  EXPECT_EQ(WriteSafely("/proc/self/new", "1"), "cannot write /proc/self/new: no such file or folder");
 }
 
 }  // namespace

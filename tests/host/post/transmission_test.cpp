@@ -56,11 +56,43 @@ TEST(Transmission, AStepMayBringManyMails) {
   transmission.Start(40003, Steps());
   while (transmission.IsRunning()) {
     transmission.Advance([&transmission](const TransmissionStep& step) {
-      if (step.file == "a.eml") transmission.received = 3;
+      if (step.file == "a.eml") transmission.carried = 3;
       return std::optional<std::string>();
     });
   }
   EXPECT_EQ(transmission.Summary(), "received 4 mails, sent 1 mail");
+}
+
+TEST(Transmission, AMailThatAnotherHostHasSentIsNeitherSentNorAFailure) {
+  Transmission transmission;
+  transmission.Start(40024, Steps());
+  while (transmission.IsRunning()) {
+    transmission.Advance([&transmission](const TransmissionStep& step) {
+      if (step.kind == Kind::kSend) transmission.carried = 0;
+      return std::optional<std::string>();
+    });
+  }
+  EXPECT_EQ(transmission.Summary(), "received 2 mails, sent 0 mails");
+}
+
+TEST(Transmission, TheNoticeTellsMailsOfTheRunFromOthers) {
+  const struct {
+    WaitingNotice notice;
+    const char* expected;
+  } cases[] = {
+      {{"box", 0, 0, 0}, ""},
+      {{"box", 0, 2, 1}, ""},
+      {{"box", 1, 0, 0}, "1 mail waits in box; TransmitCustom(0) or SendRemain() sends it"},
+      {{"box", 2, 0, 1},
+       "2 mails wait in box; TransmitCustom(0) or SendRemain() sends them, 1 not before Deferred-Delivery"},
+      {{"box", 1, 2, 0},
+       "1 mail waits in box, beside 2 mails of other runs or programs; TransmitCustom(0) or SendRemain() "
+       "sends them"},
+      {{"box", 2, 1, 0},
+       "2 mails wait in box, beside 1 mail of other runs or programs; TransmitCustom(0) or SendRemain() "
+       "sends them"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(NoticeOf(c.notice), c.expected);
 }
 
 TEST(Transmission, TheNextOneForgetsTheCancelAndTheCounts) {

@@ -123,8 +123,9 @@ TEST_F(HostStateFiling, WhatIsDeletedTwiceIsGone) {
 
 TEST_F(HostStateFiling, WhatCannotBeFiledStaysOpen) {
   fs::remove(root_ / "out");
-  EXPECT_EQ(state_.MoveMails(std::vector<std::size_t>{0}, out_),
-            "cannot write " + (root_ / "out/a.eml").string());
+  EXPECT_EQ(
+      state_.MoveMails(std::vector<std::size_t>{0}, out_),
+      "cannot write " + (root_ / "out/a.eml").string() + ": there is no folder " + (root_ / "out").string());
   EXPECT_EQ(Shown(), "[a] b c d @in");
   Write("trash", "a file in the way");
   EXPECT_EQ(state_.DeleteMails(std::vector<std::size_t>{0}), "there is a file " + (root_ / "trash").string());
@@ -139,7 +140,8 @@ TEST_F(HostStateFiling, ANewMailIsWritten) {
   EXPECT_EQ(state_.StateWord(4) & kStateUnread, 0u);
   fs::remove_all(root_ / "out");
   EXPECT_EQ(state_.AddMail("Subject: lost\r\n\r\n", out_, 0),
-            "cannot write " + (root_ / "out/19700101-000000.eml").string());
+            "cannot write " + (root_ / "out/19700101-000000.eml").string() + ": there is no folder " +
+                (root_ / "out").string());
   EXPECT_EQ(state_.mail_count(), 5u);
 }
 
@@ -220,7 +222,8 @@ TEST_F(Receiving, WhatCannotBeReceivedStaysAndIsTold) {
   EXPECT_EQ(state_.Receive(none, in_, false), "cannot read " + none.string() + ": no such file or folder");
   const fs::path file = Put("e.eml", "Subject: e\r\n\r\n");
   fs::remove(root_ / "out");
-  EXPECT_EQ(state_.Receive(file, out_, false), "cannot write " + (root_ / "out/e.eml").string());
+  EXPECT_EQ(state_.Receive(file, out_, false), "cannot write " + (root_ / "out/e.eml").string() +
+                                                   ": there is no folder " + (root_ / "out").string());
   EXPECT_EQ(state_.mail_count(), 4u);
   EXPECT_TRUE(fs::exists(file));
   EXPECT_TRUE(fs::exists(empty));

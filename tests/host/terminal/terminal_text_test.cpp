@@ -24,6 +24,13 @@ TEST(TerminalText, ControlCharactersCannotReachTheTerminal) {
       {"\xC2\x9B\x32J"sv, "\\x9B2J"sv, "the same command in two bytes"},
       {"\xC2\xA0\xC3\x9B\xE3\x81\x82"sv, "\xC2\xA0\xC3\x9B\xE3\x81\x82"sv, "letters that hold such bytes"},
       {"\xC2"sv, "\xC2"sv, "half a character at the end"},
+      {"\x9B\x32J\x80"sv, "\\x9B2J\\x80"sv, "bytes that a terminal of one byte for each character obeys"},
+      {"\xF0\x9F\x98\x80\x9B"sv, "\xF0\x9F\x98\x80\\x9B"sv, "one behind a whole character"},
+      {"\xE3\x9B"
+       "a\xE3\x81\x9B"sv,
+       "\xE3\x9B"
+       "a\xE3\x81\x9B"sv,
+       "as a part of one it means nothing by itself"},
   };
   for (const Case& c : cases) EXPECT_EQ(Printable(c.text), c.expected) << c.why;
 }

@@ -53,6 +53,20 @@ TEST(SettingsText, ChangesOneLineAndLeavesTheRest) {
   EXPECT_EQ(SettingsText(settings.Text()).Value("a", "X"), " two\r\nlines\r\nand \\ ");
 }
 
+TEST(SettingsText, TellsTheLinesThatMeanNothing) {
+  const SettingsText settings(
+      "# c\nfirst = 1\n[a]\nk = 1\n\nno value\n= 2\n[b\n; c\n[]\nlist = [1]\n[c = d\n");
+  std::string told;
+  for (const LineComplaint& complaint : settings.Complaints())
+    told += std::to_string(complaint.line) + " " + complaint.why + "\n";
+  EXPECT_EQ(told,
+            "2 it stands in front of the first [section]\n"
+            "6 it is neither [section] nor key = value\n"
+            "7 it is neither [section] nor key = value\n"
+            "8 a section is a name in brackets, [name]\n"
+            "10 a section is a name in brackets, [name]\n");
+}
+
 TEST(SettingsText, SaysTheSameWhenItIsReadAgain) {
   for (const char* text : {"\xEF\xBB\xBF[a]\nk=1", "\xEF\xBB\xBF\xEF\xBB\xBF[a]\nk=1"}) {
     const SettingsText settings(text);

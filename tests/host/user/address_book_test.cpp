@@ -48,6 +48,27 @@ TEST(AddressBook, SearchesAllPartsAndGroups) {
   EXPECT_EQ(TextBlock({"a", "bc"}), std::string("a\0bc\0\0", 6));
 }
 
+TEST(AddressBook, PassesOverLinesThatMeanNothingAndTellsThem) {
+  AddressBook book;
+  EXPECT_EQ(
+      book.Read("# c\naddress, name, note1\na@x, A\n, nobody\n\"b@x, B\nc@x, \"C\" D, n\nd@x, Doe, Dan, n\n"
+                "e@x, E, n, ,\nf x, F\ng@x, \xE9\nh@x, \"H, \"\"h\"\"\" , n\n"),
+      std::nullopt);
+  std::string told;
+  for (const LineComplaint& complaint : book.complaints())
+    told += std::to_string(complaint.line) + " " + complaint.why + "\n";
+  EXPECT_EQ(told,
+            "4 it has no address\n"
+            "5 a quote is not closed\n"
+            "6 something stands between a closing quote and the next comma\n"
+            "7 it has more values than there are columns; one with a comma in it stands in double quotes\n"
+            "9 its address is not one address\n"
+            "10 it is not UTF-8\n");
+  std::string read;
+  for (const BookEntry& entry : book.entries()) read += entry[0] + " " + entry[1] + ";";
+  EXPECT_EQ(read, "a@x A;e@x E;h@x H, \"h\";");
+}
+
 TEST(AddressBook, NeedsAnAddressColumn) {
   EXPECT_NE(AddressBook().Read("name, mail\n"), std::nullopt);
   EXPECT_EQ(AddressBook().Read(""), std::nullopt);
