@@ -148,11 +148,10 @@ gtest_discover_tests(dll_tests DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST
 file(GLOB end_to_end_tests CONFIGURE_DEPENDS tests/e2e/test_*.py tests/repository/test_*.py)
 foreach(test ${end_to_end_tests})
   get_filename_component(name ${test} NAME_WE)
-  set(in_turn)
+  add_test(NAME ${name} COMMAND python3 ${test})
   if(test MATCHES "/repository/|/test_(kit|package)[.]py$")  # these say nothing of a code page
-    set(in_turn ${CMAKE_SOURCE_DIR}/tests/support/turns.py python3)
+    set_tests_properties(${name} PROPERTIES LABELS once)
   endif()
-  add_test(NAME ${name} COMMAND python3 ${in_turn} ${test})
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 SKIP_RETURN_CODE 77
     ENVIRONMENT "WFINFO_SOURCE=${CMAKE_SOURCE_DIR};WFINFO_OUT=${WFINFO_OUT};WFINFO_BUILD=${CMAKE_BINARY_DIR};WFINFO_HOST=${WFINFO_OUT}/host/wrenfold.exe;PYTHONDONTWRITEBYTECODE=1")
 endforeach()

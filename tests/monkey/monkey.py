@@ -3,7 +3,6 @@
     monkey.py [CALLS] [SEED]        50,000 calls with a seed of this commit, when nothing else is said
     monkey.py --locale [SEED]       the locale of a seed: every second one has the other
     monkey.py --again               how the usual run of this commit is made again
-    monkey.py --in-turn             the usual run; ends with 77 when it is another locale's turn
 
 Runs build/windows/monkey.exe (`WFINFO_BUILD` names the folder) in a folder of its own, in the locale of `LC_ALL`.
 """
@@ -16,7 +15,7 @@ import sys
 import tempfile
 
 sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
-from turns import NOT_IN_TURN, SOURCE, commit_at_hand, locale_of, locales_here, seed_of
+from turns import SOURCE, commit_at_hand, locale_of, locales_here, seed_of
 
 PROGRAM = pathlib.Path(os.environ.get("WFINFO_BUILD", SOURCE / "build/windows")) / "monkey.exe"
 USUAL_CALLS = 50_000
@@ -97,20 +96,13 @@ def main(arguments):
     if "--locale" in arguments:
         print(locale_of(int(arguments[1]) if len(arguments) > 1 else seed))
         return 0
-    turn = locale_of(seed, locales_here())
     if "--again" in arguments:
-        print(f"./dev monkey {USUAL_CALLS} {seed} {turn} (the seed is {source})")
+        print(f"./dev monkey {USUAL_CALLS} {seed} {locale_of(seed, locales_here())} (the seed is {source})")
         return 0
-    here = os.environ.get("LC_ALL", "")
-    if "--in-turn" in arguments:
-        if turn != here:
-            print(f"the run with seed {seed} ({source}) is made in locale {turn}")
-            return NOT_IN_TURN
-        arguments = []
     calls = int(arguments[0]) if arguments else USUAL_CALLS
     if len(arguments) > 1:
         seed, source = int(arguments[1]), "as told"
-    return play(calls, seed, source, here)
+    return play(calls, seed, source, os.environ.get("LC_ALL", ""))
 
 
 def play(calls, seed, source, locale):

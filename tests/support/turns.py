@@ -1,10 +1,7 @@
 """What is tested in one locale, since the other has nothing to add, takes turns: the commit says in which.
 
-    turns.py [--parts N] COMMAND...     runs a command; ends with 77 and without running it when it is another locale's turn
-
-Of a command that takes a part of its work by WFINFO_PART ("2/6"), the commit also says which one.
-The locale is `LC_ALL`; `WFINFO_LOCALES` names those that take turns, when they are not both. The monkey plays in the
-one, the commands of turns.py run in the other, so that both have about as much to do.
+    turns.py                         the locale whose turn it is, of those that WFINFO_LOCALES names
+    turns.py --parts N COMMAND...    runs a command of so many parts, of which WFINFO_PART ("2/6") is to be done
 """
 import os
 import pathlib
@@ -14,7 +11,6 @@ import sys
 SOURCE = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).parents[2]))
 LOCALES = ("ja_JP.UTF-8", "C")
 SEED_WITHOUT_COMMIT = 1
-NOT_IN_TURN = 77
 
 
 def commit_at_hand():
@@ -46,19 +42,14 @@ def part_of(seed, parts):
     return f"{seed // len(LOCALES) % parts}/{parts}"
 
 
-def main(command):
-    parts = 1
-    if command[:1] == ["--parts"]:
-        parts, command = int(command[1]), command[2:]
-    if not command:
-        sys.exit(__doc__)
+def main(words):
     seed = seed_of(commit_at_hand())[0]
-    turn = locale_of(seed + 1, locales_here())
-    if turn != os.environ.get("LC_ALL", turn):
-        print(f"it is the turn of locale {turn}")
-        return NOT_IN_TURN
-    environment = {**os.environ, "WFINFO_PART": part_of(seed, parts)} if parts > 1 else None
-    return subprocess.run(command, env=environment).returncode
+    if not words:
+        print(locale_of(seed, locales_here()))
+        return 0
+    if words[0] != "--parts" or len(words) < 3:
+        sys.exit(__doc__)
+    return subprocess.run(words[2:], env={**os.environ, "WFINFO_PART": part_of(seed, int(words[1]))}).returncode
 
 
 if __name__ == "__main__":
