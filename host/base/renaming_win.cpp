@@ -5,9 +5,23 @@
 namespace wrenfold {
 namespace {
 
+// Another program that reads a file keeps it from being renamed or replaced, which the system tells by one of
+// these: a host that counts its mails, or what looks for viruses in each file that is new. Both are soon done.
+bool MayPass(DWORD error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
 std::error_code Rename(const std::filesystem::path& from, const std::filesystem::path& to, DWORD flags) {
-  if (MoveFileExW(from.c_str(), to.c_str(), flags)) return {};
-  return {static_cast<int>(GetLastError()), std::system_category()};
+  constexpr int kTries = 10;
+  constexpr DWORD kTryAgainMs = 20;
+  DWORD error = 0;
+  for (int tries = 0; tries < kTries; ++tries) {
+    if (tries > 0) Sleep(kTryAgainMs);
+    if (MoveFileExW(from.c_str(), to.c_str(), flags)) return {};
+    error = GetLastError();
+    if (!MayPass(error)) break;
+  }
+  return {static_cast<int>(error), std::system_category()};
 }
 
 }  // namespace

@@ -110,8 +110,10 @@ def run_macros(path, folder, provided):
     shutil.copytree(host.SOURCE / "samples", folder / "samples")
     for file in STAND_INS.get(path.stem, []):
         shutil.copy(BUILD / file, folder)
-    (folder / "set up.macro").write_text(provided.macro(), encoding="utf-8")
-    macros = ["--macro", "set up.macro"]
+    macros = []
+    if provided.macro():
+        (folder / "set up.macro").write_text(provided.macro(), encoding="utf-8")
+        macros = ["--macro", "set up.macro"]
     for heading, lines in examples:
         macro = folder / f"{names_of(heading, path)[0]}.example"
         macro.write_text(f'print "{heading}"\n{macro_of(lines)}\n', encoding="utf-8")
