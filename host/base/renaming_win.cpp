@@ -5,8 +5,8 @@
 namespace wrenfold {
 namespace {
 
-// Another program that reads a file keeps it from being renamed or replaced, which the system tells by one of
-// these: a host that counts its mails, or what looks for viruses in each file that is new. Both are soon done.
+// Another program that reads a file keeps it from being renamed or replaced, which the system tells by one
+// of these: a host that counts its mails, what looks for viruses in each new file. Both are soon done.
 bool MayPass(DWORD error) {
   return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_ACCESS_DENIED;
 }
