@@ -1,4 +1,7 @@
-# Sourced: runs CTest quietly.
+# Sourced: runs CTest quietly, and keeps one Wine desktop for all that runs in a prefix.
+
+# Until the prefix stops.
+keep_desktop() { wine build/windows/doubles/desktop_keeper.exe </dev/null >/dev/null 2>&1 & }
 
 # ctest_in NAME FOLDER JOBS [PATTERN [OPTION...]]: the tests of a build folder; the log stands in build/test-NAME.log.
 ctest_in() {

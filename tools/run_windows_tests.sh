@@ -15,7 +15,7 @@ case $1 in wine10*) export LOCPATH=$root/build/wine10/locale; others=(-E '^test_
 case $1 in *-once) others+=(-L '^once$') ;; *) others+=(-LE '^once$') ;; esac
 
 wine_prefix_start "$root/build/$1" "$2" || exit 1
-wine build/windows/doubles/desktop_keeper.exe </dev/null >/dev/null 2>&1 &  # until the prefix stops
+keep_desktop
 ctest_in "$1" build/windows 1 "${3:-}" "${others[@]}"
 result=$?
 wine_prefix_stop

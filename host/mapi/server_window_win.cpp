@@ -33,6 +33,8 @@ void AddWords(HWND frame, const std::string& home) {
 
 void ShowServerWindow(HWND frame, const std::string& home) {
   SetWindowLongPtrA(frame, GWL_STYLE, kFixed);
+  // Frames that nobody sees have no background.
+  SetClassLongPtrA(frame, GCLP_HBRBACKGROUND, COLOR_BTNFACE + 1);
   SetWindowPos(frame, nullptr, 0, 0, kWidth, kHeight, SWP_NOMOVE | SWP_NOZORDER | SWP_FRAMECHANGED);
   AddWords(frame, home);
   ShowWindow(frame, SW_SHOWNORMAL);

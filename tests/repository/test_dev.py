@@ -47,6 +47,14 @@ class Dev(unittest.TestCase):
         self.assertIn("--wine10 runs", self.dev("test", "--help").stdout)
         self.assertLess(self.dev("help").stdout.count("\n"), 60)
 
+    def test_each_function_that_the_scripts_call_is_there(self):
+        scripts = [SOURCE / "dev", *sorted((SOURCE / "tools").glob("*.sh"))]
+        text = "\n".join(script.read_text(encoding="utf-8") for script in scripts)
+        defined = set(re.findall(r"^(\w+)\(\)", text, re.M))
+        called = set(re.findall(r"(?:^|[;&|(!]|\bif|\bthen|\bdo) *([a-z0-9]+_[a-z0-9_]+)(?= |;|$|\))(?! *\()", text, re.M))
+        self.assertGreater(len(called & defined), 20)
+        self.assertEqual({name for name in called - defined if not shutil.which(name)}, set())
+
     def test_an_unknown_command_is_told(self):
         answer = self.dev("explode")
         self.assertEqual((answer.returncode, answer.stderr.splitlines()[-1]), (1, "dev: unknown command: explode"))
