@@ -17,8 +17,8 @@
 #include "fuzz/whole_text.h"
 #include "host/base/ascii.h"
 #include "host/base/settings_text.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/whole_file.h"
 #include "host/user/accounts.h"
 #include "src/commands/account_fields.h"
 

@@ -9,12 +9,12 @@
 #include <variant>
 
 #include "host/base/ascii.h"
-#include "host/base/file_hold.h"
-#include "host/base/file_reasons.h"
-#include "host/base/free_name.h"
 #include "host/base/paths.h"
-#include "host/base/renaming.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_hold.h"
+#include "host/files/file_reasons.h"
+#include "host/files/free_name.h"
+#include "host/files/renaming.h"
+#include "host/files/whole_file.h"
 #include "host/folders/mail_exchange.h"
 #include "host/mail/mbox.h"
 #include "host/mail/mbox_adding.h"

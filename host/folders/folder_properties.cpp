@@ -3,9 +3,9 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
-#include "host/base/file_hold.h"
-#include "host/base/file_reasons.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_hold.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 
 namespace wrenfold {
 namespace {

@@ -5,11 +5,11 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
-#include "host/base/file_names.h"
-#include "host/base/file_reasons.h"
-#include "host/base/links.h"
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_names.h"
+#include "host/files/file_reasons.h"
+#include "host/files/links.h"
 #include "host/mail/marks_file.h"
 
 namespace wrenfold {

@@ -6,11 +6,11 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
-#include "host/base/file_names.h"
-#include "host/base/free_name.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_names.h"
+#include "host/files/free_name.h"
+#include "host/files/whole_file.h"
 #include "src/dates/date_parse.h"
 
 namespace wrenfold {

@@ -5,8 +5,8 @@
 #include <cstdint>
 
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/whole_file.h"
 #include "host/library/draft_functions_win.h"
 #include "host/mime/smime_mail.h"
 #include "src/base/slot.h"

@@ -1,7 +1,7 @@
 #include "host/library/library_win.h"
 
-#include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
+#include "host/files/own_folder_win.h"
 
 namespace wrenfold {
 namespace {

@@ -3,8 +3,8 @@
 #include <charconv>
 #include <system_error>
 
-#include "host/base/file_reasons.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 
 namespace wrenfold {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <system_error>
 
-#include "host/base/file_reasons.h"
-#include "host/base/free_name.h"
 #include "host/base/paths.h"
-#include "host/base/renaming.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_reasons.h"
+#include "host/files/free_name.h"
+#include "host/files/renaming.h"
+#include "host/files/whole_file.h"
 #include "host/post/outbox_folder.h"
 
 namespace wrenfold {

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "host/base/own_folder_win.h"
 #include "host/charset/charsets.h"
+#include "host/files/own_folder_win.h"
 #include "src/base/unique_win.h"
 
 namespace wrenfold {

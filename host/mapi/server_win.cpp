@@ -4,11 +4,11 @@
 
 #include <utility>
 
-#include "host/base/left_files.h"
-#include "host/base/own_folder_win.h"
 #include "host/base/paths.h"
 #include "host/base/plain_window_win.h"
 #include "host/charset/charsets.h"
+#include "host/files/left_files.h"
+#include "host/files/own_folder_win.h"
 #include "host/mapi/server_window_win.h"
 #include "host/mapi/service_win.h"
 #include "host/post/outbox_folder.h"

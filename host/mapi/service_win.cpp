@@ -6,12 +6,12 @@
 #include <system_error>
 #include <vector>
 
-#include "host/base/file_names.h"
-#include "host/base/free_name.h"
-#include "host/base/own_folder_win.h"
 #include "host/base/time_stamp_win.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_names.h"
+#include "host/files/free_name.h"
+#include "host/files/own_folder_win.h"
+#include "host/files/whole_file.h"
 #include "host/mail/mail_store.h"
 #include "host/mapi/handed_block_win.h"
 #include "host/mapi/message_image.h"

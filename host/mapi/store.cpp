@@ -4,7 +4,7 @@
 
 #include "host/base/ascii.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 #include "host/mime/sections.h"
 
 namespace wrenfold {

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "host/base/ascii.h"
-#include "host/base/file_names.h"
 #include "host/charset/names.h"
+#include "host/files/file_names.h"
 #include "host/mime/header_words.h"
 #include "host/mime/html_text.h"
 #include "host/mime/parameters.h"

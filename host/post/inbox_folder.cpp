@@ -4,9 +4,9 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
-#include "host/base/free_name.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
+#include "host/files/free_name.h"
+#include "host/files/whole_file.h"
 #include "host/folders/filing.h"
 #include "host/mime/sections.h"
 #include "host/post/outbox_folder.h"

@@ -5,13 +5,13 @@
 #include <utility>
 
 #include "host/base/ascii.h"
-#include "host/base/file_hold.h"
-#include "host/base/file_reasons.h"
-#include "host/base/free_name.h"
 #include "host/base/paths.h"
-#include "host/base/renaming.h"
-#include "host/base/safe_saving.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_hold.h"
+#include "host/files/file_reasons.h"
+#include "host/files/free_name.h"
+#include "host/files/renaming.h"
+#include "host/files/safe_saving.h"
+#include "host/files/whole_file.h"
 #include "host/folders/filing.h"
 
 namespace wrenfold {

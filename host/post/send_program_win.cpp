@@ -10,8 +10,8 @@
 #include "host/base/paths.h"
 #include "host/base/system_errors.h"
 #include "host/base/time_stamp_win.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/whole_file.h"
 #include "host/post/program_line.h"
 
 namespace wrenfold {

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "host/base/ascii.h"
-#include "host/base/file_hold.h"
-#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_hold.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 #include "host/folders/filing.h"
 #include "host/folders/mail_exchange.h"
 #include "host/mail/find_pack.h"

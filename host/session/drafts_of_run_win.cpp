@@ -4,11 +4,11 @@
 #include <filesystem>
 #include <system_error>
 
-#include "host/base/own_folder_win.h"
 #include "host/base/paths.h"
-#include "host/base/safe_saving.h"
 #include "host/base/time_stamp_win.h"
 #include "host/charset/charsets.h"
+#include "host/files/own_folder_win.h"
+#include "host/files/safe_saving.h"
 #include "host/mail/mail_store.h"
 #include "host/shared/changed_mail_win.h"
 #include "host/shared/written_mail_win.h"

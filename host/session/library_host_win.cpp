@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
-#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_reasons.h"
 #include "host/library/export_caller_win.h"
 #include "host/library/export_help.h"
 #include "host/library/failure_reason.h"

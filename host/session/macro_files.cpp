@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "host/base/ascii.h"
-#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/utf8_mark.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 
 namespace wrenfold {
 namespace {

@@ -4,7 +4,7 @@
 #include <variant>
 
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 #include "host/mapi/register_win.h"
 #include "host/mapi/server_win.h"
 #include "host/terminal/failure_win.h"

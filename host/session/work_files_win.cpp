@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <system_error>
 
-#include "host/base/file_reasons.h"
-#include "host/base/left_files.h"
 #include "host/base/line_complaint.h"
-#include "host/base/own_folder_win.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_reasons.h"
+#include "host/files/left_files.h"
+#include "host/files/own_folder_win.h"
+#include "host/files/whole_file.h"
 #include "host/mail/mail_store.h"
 #include "host/mapi/server_win.h"
 #include "host/post/program_line.h"

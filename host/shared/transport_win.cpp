@@ -9,12 +9,12 @@
 #include <optional>
 
 #include "host/base/ascii.h"
-#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/plain_window_win.h"
 #include "host/base/time_stamp_win.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_hold.h"
+#include "host/files/whole_file.h"
 #include "host/mail/headers.h"
 #include "host/mail/mail_store.h"
 #include "host/post/inbox_folder.h"

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "host/base/ascii.h"
-#include "host/base/file_hold.h"
 #include "host/base/paths.h"
-#include "host/base/safe_saving.h"
 #include "host/base/time_stamp_win.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_hold.h"
+#include "host/files/safe_saving.h"
+#include "host/files/whole_file.h"
 #include "host/mail/headers.h"
 #include "host/mime/sections.h"
 #include "host/terminal/failure_win.h"

@@ -4,12 +4,12 @@
 #include <iterator>
 
 #include "host/base/ascii.h"
-#include "host/base/file_hold.h"
-#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
 #include "host/base/utf8_mark.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_hold.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 #include "host/mail/find_pack.h"
 #include "host/mail/named_address.h"
 #include "host/terminal/terminal_text.h"

@@ -7,8 +7,8 @@
 #include "host/base/ascii.h"
 #include "host/base/paths.h"
 #include "host/base/utf8_mark.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/whole_file.h"
 #include "host/mime/html_text.h"
 
 namespace wrenfold {

@@ -20,6 +20,7 @@ LIBRARY = [
 ]
 HOST = [
     ["base"],
+    ["files"],
     ["charset", "macro"],
     ["terminal", "mime"],
     ["mail"],

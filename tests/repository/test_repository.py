@@ -36,8 +36,8 @@ class Repository(unittest.TestCase):
         # stands in for Windows in the native tests.
         known = {"emmintrin.h", "immintrin.h", "cpuid.h"}
         libraries = {"host/mime/html_text.cpp": {"gumbo.h"}, "host/charset/code_pages_native.cpp": {"iconv.h"},
-                     "host/base/file_hold_native.cpp": {"fcntl.h", "sys/file.h", "unistd.h"},
-                     "host/base/renaming_native.cpp": {"fcntl.h"}}
+                     "host/files/file_hold_native.cpp": {"fcntl.h", "sys/file.h", "unistd.h"},
+                     "host/files/renaming_native.cpp": {"fcntl.h"}}
         found = {}
         for path in files("src/**/*.cpp", "src/**/*.h", "host/**/*.cpp", "host/**/*.h"):
             name = path.relative_to(SOURCE).as_posix()

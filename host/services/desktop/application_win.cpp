@@ -8,11 +8,11 @@
 #include <limits>
 #include <system_error>
 
-#include "host/base/file_reasons.h"
-#include "host/base/safe_saving.h"
 #include "host/base/settings_text.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_reasons.h"
+#include "host/files/safe_saving.h"
+#include "host/files/whole_file.h"
 #include "host/list/list_view.h"
 #include "host/list/mail_order.h"
 #include "host/mail/mail_store.h"

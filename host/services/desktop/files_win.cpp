@@ -5,11 +5,11 @@
 #include <filesystem>
 #include <optional>
 
-#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
 #include "host/charset/text_file.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/questions_win.h"

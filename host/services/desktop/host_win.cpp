@@ -1,7 +1,7 @@
 // What the library asks about the host itself.
-#include "host/base/own_folder_win.h"
 #include "host/base/version.h"
 #include "host/charset/charsets.h"
+#include "host/files/own_folder_win.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 

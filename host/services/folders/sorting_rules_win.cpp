@@ -4,10 +4,10 @@
 #include <map>
 #include <optional>
 
-#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 #include "host/folders/filter_rules.h"
 #include "host/mail/missing_mail.h"
 #include "host/requests/request_server_win.h"

@@ -1,10 +1,10 @@
 // Facts about the open mail, and texts that have to do with mail but belong to none.
 #include "host/base/ascii.h"
-#include "host/base/file_names.h"
 #include "host/charset/charsets.h"
 #include "host/charset/imap_utf7.h"
 #include "host/facts/countries.h"
 #include "host/facts/received_lines.h"
+#include "host/files/file_names.h"
 #include "host/mail/header_edit.h"
 #include "host/mail/headers.h"
 #include "host/mime/header_words.h"

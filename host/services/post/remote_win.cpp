@@ -3,11 +3,11 @@
 #include <filesystem>
 #include <system_error>
 
-#include "host/base/free_name.h"
 #include "host/base/paths.h"
-#include "host/base/safe_saving.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/free_name.h"
+#include "host/files/safe_saving.h"
+#include "host/files/whole_file.h"
 #include "host/folders/filing.h"
 #include "host/mail/missing_mail.h"
 #include "host/post/inbox_folder.h"

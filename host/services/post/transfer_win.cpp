@@ -5,10 +5,10 @@
 #include <variant>
 
 #include "host/base/ascii.h"
-#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 #include "host/folders/mail_exchange.h"
 #include "host/list/duplicates.h"
 #include "host/mail/headers.h"

@@ -3,12 +3,12 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
-#include "host/base/file_reasons.h"
-#include "host/base/free_name.h"
 #include "host/base/paths.h"
-#include "host/base/safe_saving.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_reasons.h"
+#include "host/files/free_name.h"
+#include "host/files/safe_saving.h"
+#include "host/files/whole_file.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
 #include "host/terminal/failure_win.h"

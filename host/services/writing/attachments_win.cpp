@@ -3,10 +3,10 @@
 #include <system_error>
 
 #include "host/base/ascii.h"
-#include "host/base/file_reasons.h"
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 #include "host/mime/file_types.h"
 #include "host/mime/mail_encoding.h"
 #include "host/mime/parameters.h"

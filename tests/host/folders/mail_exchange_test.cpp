@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 #include "host/folders/mail_exchange.h"
 #include "host/list/duplicates.h"
 #include "host/requests/host_state.h"

@@ -6,8 +6,8 @@
 #include <functional>
 #include <map>
 
-#include "host/base/file_hold.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_hold.h"
+#include "host/files/whole_file.h"
 #include "host/folders/filing.h"
 #include "host/folders/filter_rules.h"
 #include "host/folders/folder_properties.h"

@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "host/base/paths.h"
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 #include "host/mapi/mail_command.h"
 #include "host/mapi/message_image.h"
 #include "host/mapi/outbox.h"

@@ -7,9 +7,9 @@
 #include <future>
 #include <thread>
 
-#include "host/base/file_hold.h"
-#include "host/base/file_reasons.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_hold.h"
+#include "host/files/file_reasons.h"
+#include "host/files/whole_file.h"
 #include "host/post/inbox_folder.h"
 
 namespace wrenfold {

@@ -1,7 +1,7 @@
 // What the mail list and the open mail do when mails are filed.
 #include <gtest/gtest.h>
 
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 #include "host/requests/host_state.h"
 #include "tests/host/mail/mail_folder_fixture.h"
 

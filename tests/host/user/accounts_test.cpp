@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "host/base/settings_text.h"
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 #include "host/user/accounts.h"
 #include "src/commands/account_fields.h"
 

@@ -5,7 +5,7 @@
 
 #include <fstream>
 
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 #include "host/user/address_book.h"
 
 namespace wrenfold {

@@ -1,6 +1,6 @@
 #ifndef _WIN32
 
-#include "host/base/links.h"
+#include "host/files/links.h"
 
 namespace wrenfold {
 

@@ -1,4 +1,4 @@
-#include "host/base/free_name.h"
+#include "host/files/free_name.h"
 
 #include <algorithm>
 #include <string>

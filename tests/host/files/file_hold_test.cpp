@@ -1,11 +1,11 @@
-#include "host/base/file_hold.h"
+#include "host/files/file_hold.h"
 
 #include <gtest/gtest.h>
 
 #include <future>
 #include <thread>
 
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 #include "tests/host/mail/mail_folder_fixture.h"
 
 namespace wrenfold {

@@ -1,4 +1,4 @@
-#include "host/base/file_names.h"
+#include "host/files/file_names.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,5 +1,5 @@
 // What is told of files that were not written to their end.
-#include "host/base/left_files.h"
+#include "host/files/left_files.h"
 
 #include <gtest/gtest.h>
 

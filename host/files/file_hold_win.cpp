@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "host/base/file_hold.h"
 #include "host/base/paths.h"
+#include "host/files/file_hold.h"
 
 namespace wrenfold {
 namespace {

@@ -1,5 +1,5 @@
 // Files read and written as a whole.
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

@@ -1,6 +1,6 @@
-#include "host/base/safe_saving.h"
+#include "host/files/safe_saving.h"
 
-#include "host/base/file_reasons.h"
+#include "host/files/file_reasons.h"
 
 namespace wrenfold {
 

@@ -1,4 +1,4 @@
-#include "host/base/own_folder_win.h"
+#include "host/files/own_folder_win.h"
 
 #include <windows.h>
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "host/base/real_path.h"
+#include "host/files/real_path.h"
 #include "src/base/unique_win.h"
 
 namespace wrenfold {

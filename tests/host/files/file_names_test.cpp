@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "host/base/file_names.h"
 #include "host/charset/charsets.h"
+#include "host/files/file_names.h"
 #include "host/folders/mail_exchange.h"
 #include "host/mime/message.h"
 

@@ -1,10 +1,10 @@
-#include "host/base/file_hold.h"
+#include "host/files/file_hold.h"
 
 #include <map>
 #include <system_error>
 
 #include "host/base/paths.h"
-#include "host/base/real_path.h"
+#include "host/files/real_path.h"
 
 namespace wrenfold {
 namespace {

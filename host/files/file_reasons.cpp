@@ -1,13 +1,13 @@
-#include "host/base/file_reasons.h"
+#include "host/files/file_reasons.h"
 
 #include <cerrno>
 #include <fstream>
 #include <system_error>
 
-#include "host/base/file_hold.h"
 #include "host/base/paths.h"
 #include "host/base/system_errors.h"
-#include "host/base/whole_file.h"
+#include "host/files/file_hold.h"
+#include "host/files/whole_file.h"
 
 namespace wrenfold {
 namespace {

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "host/base/renaming.h"
+#include "host/files/renaming.h"
 
 namespace wrenfold {
 namespace {

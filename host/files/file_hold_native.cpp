@@ -8,7 +8,7 @@
 #include <map>
 #include <thread>
 
-#include "host/base/file_hold.h"
+#include "host/files/file_hold.h"
 
 namespace wrenfold {
 namespace {

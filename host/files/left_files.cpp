@@ -1,4 +1,4 @@
-#include "host/base/left_files.h"
+#include "host/files/left_files.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,12 +1,12 @@
 // Names for new files beside those that are there.
-#include "host/base/free_name.h"
+#include "host/files/free_name.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <set>
 
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 
 namespace wrenfold {
 namespace {

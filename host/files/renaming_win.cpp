@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "host/base/renaming.h"
+#include "host/files/renaming.h"
 
 namespace wrenfold {
 namespace {

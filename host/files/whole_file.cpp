@@ -1,4 +1,4 @@
-#include "host/base/whole_file.h"
+#include "host/files/whole_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -8,9 +8,9 @@
 #include <istream>
 #include <system_error>
 
-#include "host/base/file_hold.h"
-#include "host/base/file_reasons.h"
-#include "host/base/renaming.h"
+#include "host/files/file_hold.h"
+#include "host/files/file_reasons.h"
+#include "host/files/renaming.h"
 
 namespace wrenfold {
 namespace {

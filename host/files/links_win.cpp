@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "host/base/links.h"
+#include "host/files/links.h"
 
 namespace wrenfold {
 

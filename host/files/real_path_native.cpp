@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "host/base/real_path.h"
+#include "host/files/real_path.h"
 
 namespace wrenfold {
 
