@@ -6,8 +6,6 @@
 
 #include "host/base/paths.h"
 #include "host/base/system_errors.h"
-#include "host/files/file_hold.h"
-#include "host/files/whole_file.h"
 
 namespace wrenfold {
 namespace {
@@ -99,13 +97,6 @@ std::optional<std::string> MakeFolders(const fs::path& folder) {
     if (fs::exists(at, ignored)) return begin + "there is a file " + PathToUtf8(at);
   }
   return begin + ReasonOf(error);
-}
-
-std::optional<std::string> WriteSafely(const fs::path& file, std::string_view bytes) {
-  const FileHold hold(file);
-  if (hold.failure()) return hold.failure();
-  const WriteOutcome outcome = ReplaceFile(file, bytes);
-  return outcome ? std::nullopt : std::optional(WhyUnwritable(file, outcome.reason));
 }
 
 }  // namespace wrenfold

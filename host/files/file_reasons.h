@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <system_error>
 
 namespace wrenfold {
@@ -29,8 +28,5 @@ std::string WhyUnwritable(const std::filesystem::path& file, const std::string& 
 // Makes the folder, with those above it, if need be. Returns why there is none then: "cannot make the
 // folder X: there is a file Y".
 std::optional<std::string> MakeFolders(const std::filesystem::path& folder);
-
-// Writes beside the file and takes its place. Returns why not, else nullopt.
-std::optional<std::string> WriteSafely(const std::filesystem::path& file, std::string_view bytes);
 
 }  // namespace wrenfold

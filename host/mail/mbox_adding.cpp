@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "host/files/file_reasons.h"
+#include "host/files/safe_saving.h"
 #include "host/files/whole_file.h"
 
 namespace wrenfold {

@@ -7,6 +7,7 @@
 #include "host/base/paths.h"
 #include "host/files/file_hold.h"
 #include "host/files/file_reasons.h"
+#include "host/files/safe_saving.h"
 #include "host/files/whole_file.h"
 #include "host/requests/host_state.h"
 

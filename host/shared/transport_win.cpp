@@ -137,6 +137,8 @@ void ShowWouldSend(const std::string& raw) {
 
 std::optional<std::string> Send(HostState& state, const TransmissionStep& step) {
   PostOffice& post = Post(state);
+  // The claim is a file, which hosts of other machines that share the folder see as well; the hold that the
+  // outbox itself takes keeps hosts of this one from changing the mail meanwhile.
   const auto claim = ClaimMail(step.file);
   if (!claim && GetLastError() == ERROR_SHARING_VIOLATION) {
     post.failed.insert(step.file);

@@ -5,7 +5,7 @@
 #include "host/base/paths.h"
 #include "host/base/utf8_mark.h"
 #include "host/charset/charsets.h"
-#include "host/files/file_reasons.h"
+#include "host/files/safe_saving.h"
 #include "host/list/csv_list.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"

@@ -9,6 +9,7 @@
 
 #include "host/files/file_hold.h"
 #include "host/files/file_reasons.h"
+#include "host/files/safe_saving.h"
 #include "host/files/whole_file.h"
 #include "host/post/inbox_folder.h"
 
