@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/windows/frame.h"
 #include "bench/windows/report.h"
 #include "bench/windows/stopwatch.h"
 #include "src/csv/csv_text.h"
@@ -49,22 +50,8 @@ std::string MakeMail(std::mt19937& random) {
 std::vector<std::string> g_mails;
 std::size_t g_shown = 0;
 
-// A host that shows one of the mails.
-LRESULT CALLBACK Frame(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == 21664) return reinterpret_cast<LRESULT>(window);
-  if (message == 21701) return 0;
-  if (message == 21623) return wparam == 1 ? reinterpret_cast<LRESULT>(g_mails[g_shown].c_str()) : 1;
-  return DefWindowProcA(window, message, wparam, lparam);
-}
-
-void ShowFrame() {
-  WNDCLASSA frame{};
-  frame.lpfnWndProc = &Frame;
-  frame.lpszClassName = "WrenfoldFrame";
-  RegisterClassA(&frame);
-  SetActiveWindow(CreateWindowExA(0, "WrenfoldFrame", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 50, 50,
-                                  nullptr, nullptr, nullptr, nullptr));
-}
+// Of a host that shows one of the mails.
+LRESULT AnswerTo(WPARAM code) { return code == 1 ? reinterpret_cast<LRESULT>(g_mails[g_shown].c_str()) : 1; }
 
 std::size_t g_read = 0;  // bytes that were looked at: the work cannot be left out
 
@@ -157,7 +144,7 @@ int main() {
 
   std::mt19937 random(1);
   for (int i = 0; i < kMails; ++i) g_mails.push_back(MakeMail(random));
-  ShowFrame();
+  wfinfo_bench::ShowFrame(&AnswerTo);
   report.Time("Mails/by_number", EachMail_ns(&ReadByNumber));
   report.Time("Mails/at_once", EachMail_ns(&ReadAtOnce));
   return g_read == 0;
