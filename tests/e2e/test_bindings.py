@@ -202,9 +202,9 @@ class Recorder:
 
 class Python(unittest.TestCase):
     def setUp(self):
-        specification = importlib.util.spec_from_file_location("wfinfo", BINDINGS / "python/wfinfo.py")
-        self.module = importlib.util.module_from_spec(specification)
-        specification.loader.exec_module(self.module)
+        found = importlib.util.spec_from_file_location("wfinfo", BINDINGS / "python/wfinfo.py")
+        self.module = importlib.util.module_from_spec(found)
+        found.loader.exec_module(self.module)
         self.module.ctypes.WinDLL = Recorder
         self.addCleanup(delattr, ctypes, "WinDLL")
         self.library = self.module.Wfinfo("x.dll")
