@@ -70,7 +70,7 @@ elseif(NOT WFINFO_FUZZ)
   include(GoogleTest)
   # Pure units, by subject; the folders left out hold what needs Windows.
   file(GLOB_RECURSE test_sources CONFIGURE_DEPENDS tests/*_test.cpp)
-  list(FILTER test_sources EXCLUDE REGEX "/tests/(dll|doubles|faults|inside|kit/[a-z]+|monkey|soak|torture)/")
+  list(FILTER test_sources EXCLUDE REGEX "/tests/(dll|doubles|faults|inside|kit/[a-z]+|soak|torture)/")
   if(NOT host_pure_sources)
     list(FILTER test_sources EXCLUDE REGEX "/tests/host/")
   endif()

@@ -1,5 +1,7 @@
 #include "tests/monkey/measure_win.h"
 
+#include <windows.h>
+
 #include <vector>
 
 #include "tests/monkey/library_memory_win.h"

@@ -403,19 +403,19 @@ bool MakeInOrder(Run& run, const std::vector<std::pair<unsigned long long, unsig
   unsigned long long total = 0;
   for (const auto& [first, last] : ranges) total += last - first + 1;
   const unsigned long long step = total / 10 + 1;
-  Holdings early{};
+  std::vector<Holdings> measures;
   for (const auto& [first, last] : ranges) {
     for (auto number = first; number <= last; ++number) {
       run.Make(number);
       if (++done % step != 0) continue;
       const Holdings held = Measure();
       Show(done, held);
-      if (done == 2 * step) early = held;
+      if (done >= 2 * step) measures.push_back(held);
     }
   }
-  const Holdings late = Measure();
-  Show(done, late);
-  if (early.handles == 0 || !HasGrown(early, late)) return false;
+  measures.push_back(Measure());
+  Show(done, measures.back());
+  if (!HasGrown(measures)) return false;
   std::printf("growth since call %llu\n", 2 * step);
   return true;
 }

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/monkey/measure_win.h"
+#include "tests/monkey/holdings.h"
 
 namespace soak {
 

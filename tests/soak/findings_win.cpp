@@ -5,6 +5,7 @@
 #include <mutex>
 
 #include "tests/monkey/growth.h"
+#include "tests/monkey/measure_win.h"
 #include "tests/soak/findings.h"
 
 namespace soak {
@@ -56,8 +57,7 @@ void Flatness::Judge() const {
   if (measures_.size() < kFewest) return Find("too few measures to tell what grows");
   if (const std::string grown = monkey::SteadyGrowth(measures_); !grown.empty())
     Find("growth: " + grown + " more at the end, and more with each measure");
-  if (monkey::HasGrown(measures_.front(), measures_.back()))
-    Find("growth: much more is held at the end than at the first measure");
+  if (monkey::HasGrown(measures_)) Find("growth: much more is held at the end than at the first measure");
 }
 
 unsigned long long Number(const char* word) { return std::strtoull(word, nullptr, 10); }
