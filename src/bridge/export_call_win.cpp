@@ -2,9 +2,13 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <utility>
 
 namespace wfinfo {
+
+std::atomic<int> g_presentCalls = 0;
+
 namespace {
 
 // Threads have calls of their own: each editor of the host may run macros in a thread of its own.
@@ -12,7 +16,7 @@ DWORD g_slot = TLS_OUT_OF_INDEXES;
 
 // The present call of this thread. Reading it would clear the last error, which may be a macro's to read.
 ExportCall* Present() {
-  if (g_slot == TLS_OUT_OF_INDEXES) return nullptr;
+  if (g_presentCalls.load(std::memory_order_relaxed) == 0) return nullptr;
   const DWORD error = GetLastError();
   auto* const call = static_cast<ExportCall*>(TlsGetValue(g_slot));
   SetLastError(error);
@@ -28,20 +32,24 @@ void SetPresent(ExportCall* call) {
 }  // namespace
 
 ExportCall::ExportCall() : is_outermost_(g_slot != TLS_OUT_OF_INDEXES && Present() == nullptr) {
-  if (is_outermost_) SetPresent(this);
+  if (!is_outermost_) return;
+  ++g_presentCalls;
+  SetPresent(this);
 }
 
 ExportCall::~ExportCall() {
-  if (is_outermost_) SetPresent(nullptr);
+  if (!is_outermost_) return;
+  SetPresent(nullptr);
+  --g_presentCalls;
 }
 
-HostTurn::HostTurn() : waiting_(Present()) {
-  if (waiting_ != nullptr) SetPresent(nullptr);
+ExportCall* HostTurn::Leave() {
+  ExportCall* const call = Present();
+  if (call != nullptr) SetPresent(nullptr);
+  return call;
 }
 
-HostTurn::~HostTurn() {
-  if (waiting_ != nullptr) SetPresent(waiting_);
-}
+void HostTurn::Return(ExportCall* call) { SetPresent(call); }
 
 bool UserKnowsOfDialog() {
   const ExportCall* const call = Present();

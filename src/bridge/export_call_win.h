@@ -1,6 +1,8 @@
 // One call of an export, from its entry to its return: what the user was told in it.
 #pragma once
 
+#include <atomic>
+
 namespace wfinfo {
 
 // While it lasts, its thread tells the user once at most that a dialog shows: an export that asks the host
@@ -21,15 +23,24 @@ class ExportCall {
   bool told_ = false;
 };
 
+// Export calls that are their thread's present one. Thin exports make none and find 0: a look at the thread's own
+// slot costs more than all else that a request does by itself.
+extern std::atomic<int> g_presentCalls;
+
 // While the host handles what it was sent. The macros that it runs meanwhile make calls of their own.
 class HostTurn {
  public:
-  HostTurn();
-  ~HostTurn();
+  HostTurn() : waiting_(g_presentCalls.load(std::memory_order_relaxed) == 0 ? nullptr : Leave()) {}
+  ~HostTurn() {
+    if (waiting_ != nullptr) Return(waiting_);
+  }
   HostTurn(const HostTurn&) = delete;
   HostTurn& operator=(const HostTurn&) = delete;
 
  private:
+  static ExportCall* Leave();
+  static void Return(ExportCall* call);
+
   ExportCall* waiting_;
 };
 

@@ -27,7 +27,12 @@ struct ClassedWindow {
   void ReadClass() {
     if (GetClassNameA(window, name, room) == 0) name[0] = '\0';
   }
-  bool Is(const char* other) const { return std::strcmp(name, other) == 0; }
+  // With the terminator, and of a known length: the compiler compares in place, with no call of the run time.
+  template <std::size_t kLength>
+  bool Is(const char (&other)[kLength]) const {
+    static_assert(kLength <= kClassRoom);
+    return std::memcmp(name, other, kLength) == 0;
+  }
   bool IsUsedOuterView() const {
     return Is(kOuterViewClass) && GetWindowLongPtrA(window, GWLP_USERDATA) != 0;
   }
