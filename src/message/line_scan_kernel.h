@@ -6,11 +6,13 @@
 
 using V = Vec::Type;
 constexpr std::size_t kWidth = Vec::kWidth;
-constexpr std::size_t kPage = 4096;   // the smallest page there is
-constexpr std::size_t kLookBack = 4;  // bytes before a position that a search may look at
-constexpr std::size_t kUnroll = 4;    // vectors in one round of the counting loop
-constexpr std::size_t kBlock = kUnroll * kWidth;
-constexpr int kRounds = 16;  // rounds until the byte sums are emptied: at most 2 * 4 * 16 < 256 each
+constexpr std::size_t kPage = 4096;         // the smallest page there is
+constexpr std::size_t kLookBack = 4;        // bytes before a position that a search may look at
+constexpr std::size_t kStep = 64;           // bytes that are looked at as one word of bits
+constexpr std::size_t kBlock = 4 * kWidth;  // bytes that are copied at a time
+constexpr std::size_t kCounted = kBlock < kStep ? kStep : kBlock;  // bytes of a round of the counting loop
+constexpr std::size_t kUnroll = kCounted / kWidth;
+constexpr int kRounds = 16;  // rounds until the byte sums are emptied: at most 8 * 16 < 256 each
 
 inline std::size_t Offset(const char* p, std::size_t unit) {
   return reinterpret_cast<std::uintptr_t>(p) & (unit - 1);
@@ -125,22 +127,25 @@ struct LineSearch {
 WFINFO_UNCHECKED inline bool CountBlock(const char* p, V& sum) {
   V lf[kUnroll];
   V lone[kUnroll];
-  V zero = Vec::Zero(), any_lone = Vec::Zero();
+  V any_lone, least;  // zero where one of the vectors is
   for (std::size_t i = 0; i < kUnroll; ++i) {
-    const V v = Vec::LoadUnchecked(p + i * kWidth);
+    const V v = Vec::Held(Vec::LoadUnchecked(p + i * kWidth));
     const V after_cr = Vec::Equal(Vec::LoadUnchecked(p + i * kWidth - 1), Vec::Fill('\r'));
     lf[i] = Vec::Equal(v, Vec::Fill('\n'));
     lone[i] = Vec::AndNot(lf[i], after_cr);
-    zero = Vec::Or(zero, Vec::Equal(v, Vec::Fill('\0')));
-    any_lone = Vec::Or(any_lone, lone[i]);
+    least = i == 0 ? v : Vec::ZeroWhereEither(least, v);
+    any_lone = i == 0 ? lone[i] : Vec::Or(any_lone, lone[i]);
   }
-  if (Vec::Any(zero)) return false;
+  const V zero = Vec::Equal(least, Vec::Zero());
+  // Both are rare in most texts: one question for the two.
+  if (Vec::Any(Vec::Or(zero, any_lone))) {
+    if (Vec::Any(zero)) return false;
+    for (std::size_t i = 0; i < kUnroll; ++i) {
+      // The CR before a byte belongs to an escape when the three bytes before that CR begin one.
+      sum = Vec::Tally(sum, Vec::AndNot(Vec::SpreadTopBits(EscapeHeads(p + i * kWidth - 1)), lone[i]));
+    }
+  }
   for (std::size_t i = 0; i < kUnroll; ++i) sum = Vec::Tally(sum, lf[i]);
-  if (!Vec::Any(any_lone)) return true;
-  for (std::size_t i = 0; i < kUnroll; ++i) {
-    // The CR before a byte belongs to an escape when the three bytes before that CR begin one.
-    sum = Vec::Tally(sum, Vec::AndNot(Vec::SpreadTopBits(EscapeHeads(p + i * kWidth - 1)), lone[i]));
-  }
   return true;
 }
 
@@ -152,7 +157,7 @@ WFINFO_UNCHECKED const char* CountBlocks(const char* p, std::size_t& ends, std::
     const char* const run = p;
     int round = 0;
     while (round < kRounds && CountBlock(p, sum)) {
-      p += kBlock;
+      p += kCounted;
       ++round;
     }
     const std::size_t counted = Vec::Sum(sum);
@@ -167,14 +172,46 @@ WFINFO_UNCHECKED void CountInto(LineSearch& search) {
   // Blocks are aligned to their size, which divides a page, and stand far enough behind the start to
   // look back.
   const char* const from = search.text + kWidth + kLookBack;
-  const char* const first_block = from + (kBlock - Offset(from, kBlock));
+  const char* const first_block = from + (kCounted - Offset(from, kCounted));
   if (Walk(search, search.text, first_block)) return;
   Walk(search, CountBlocks(first_block, search.ends, search.wanted));
 }
 
+// Where bytes of a value stand among the 64 from the aligned `p` on.
+WFINFO_UNCHECKED inline std::uint64_t PlacesOf(char byte, const char* p) {
+  std::uint64_t places = 0;
+  for (std::size_t i = 0; i < kStep; i += kWidth)
+    places |= std::uint64_t{Vec::Bits(Vec::Equal(Vec::LoadUnchecked(p + i), Vec::Fill(byte)))} << i;
+  return places;
+}
+
+// Counts the line ends among the `valid` ones of the 64 bytes from the aligned `p` on. True when the
+// terminator is one of them: `at` is then there. No branch depends on where lines end, which short texts
+// cannot be foreseen by.
+WFINFO_UNCHECKED inline bool CountStep(const char* p, std::uint64_t valid, LineSearch& search) {
+  const std::uint64_t zero = PlacesOf('\0', p) & valid;
+  if (zero != 0) {
+    valid &= zero ^ (zero - 1);
+    search.at = p + __builtin_ctzll(zero);
+  }
+  const std::uint64_t lf = PlacesOf('\n', p), cr = PlacesOf('\r', p) & valid;
+  const std::uint64_t after_cr = cr << 1 | (p > search.text && p[-1] == '\r' ? 1 : 0);
+  search.ends += Vec::CountBits(lf & valid);
+  for (std::uint64_t lone = after_cr & ~lf & valid; lone != 0; lone &= lone - 1)
+    search.ends += EndsEscape(search.text, p + __builtin_ctzll(lone) - 1) ? 0 : 1;
+  return zero != 0;
+}
+
 WFINFO_UNCHECKED LineTally CountEnds(const char* text) {
   LineSearch search{text, static_cast<std::size_t>(-1)};
-  CountInto(search);
+  const char* p = text - Offset(text, kStep);
+  if (CountStep(p, ~std::uint64_t{0} << Offset(text, kStep), search)) return {search.ends, search.at};
+  // Blocks are aligned to their size and look back as far as an escape and its CR reach.
+  for (p += kStep; p < text + kLookBack || Offset(p, kCounted) != 0; p += kStep) {
+    if (CountStep(p, ~std::uint64_t{0}, search)) return {search.ends, search.at};
+  }
+  p = CountBlocks(p, search.ends, search.wanted);
+  while (!CountStep(p, ~std::uint64_t{0}, search)) p += kStep;
   return {search.ends, search.at};
 }
 

@@ -7,11 +7,13 @@
 //   LoadUnchecked           a Load that may read past the end of an object, though never into another page:
 //                           address checks must not see it
 //   Fill, Zero              the same byte everywhere
+//   Held                    the same vector, which the compiler must not load a second time
 //   And, Or, Xor, AndNot    AndNot(a, b) = ~a & b
 //   Equal                   0xFF in each byte that is equal
 //   AtMost                  0xFF in each byte of `a` that is at most that of `b`, unsigned; not of Words
 //   Above                   0xFF in each byte of `a` that is above that of `b`, signed; not of Words
 //   Sub                     byte by byte; not of Words
+//   ZeroWhereEither         0 in each byte that is 0 in `a` or in `b`, and in no other
 //   Any                     true when not all is zero
 //   Bits, SpreadTopBits     the top bit of each byte: as a number, byte 0 lowest; as 0xFF or 0 in its byte
 //   Tally, Sum              adds a mask to byte sums, one for each 0xFF; the sum of all byte sums
@@ -79,10 +81,15 @@ struct Words {
     const Type differs = a ^ b;
     return SpreadTopBits(~(((differs & ~kTops) + ~kTops) | differs));
   }
+  static Type Held(Type v) {
+    asm("" : "+r"(v));
+    return v;
+  }
   static Type And(Type a, Type b) { return a & b; }
   static Type AndNot(Type a, Type b) { return ~a & b; }
   static Type Or(Type a, Type b) { return a | b; }
   static Type Xor(Type a, Type b) { return a ^ b; }
+  static Type ZeroWhereEither(Type a, Type b) { return AndNot(Equal(a, 0), ~Equal(b, 0)); }
   static bool Any(Type v) { return v != 0; }
   static std::uint32_t Bits(Type v) {
     return static_cast<std::uint32_t>((((v & kTops) >> 7) * 0x0102040810204080u) >> 56);
@@ -114,10 +121,15 @@ struct Sse2 {
   static Type Above(Type a, Type b) { return _mm_cmpgt_epi8(a, b); }
   static Type AtMost(Type a, Type b) { return Equal(_mm_min_epu8(a, b), a); }
   static Type Sub(Type a, Type b) { return _mm_sub_epi8(a, b); }
+  static Type Held(Type v) {
+    asm("" : "+x"(v));
+    return v;
+  }
   static Type And(Type a, Type b) { return _mm_and_si128(a, b); }
   static Type AndNot(Type a, Type b) { return _mm_andnot_si128(a, b); }
   static Type Or(Type a, Type b) { return _mm_or_si128(a, b); }
   static Type Xor(Type a, Type b) { return _mm_xor_si128(a, b); }
+  static Type ZeroWhereEither(Type a, Type b) { return _mm_min_epu8(a, b); }
   static bool Any(Type v) { return _mm_movemask_epi8(v) != 0; }
   static std::uint32_t Bits(Type v) { return static_cast<std::uint32_t>(_mm_movemask_epi8(v)); }
   static Type Tally(Type sum, Type mask) { return _mm_sub_epi8(sum, mask); }
@@ -148,10 +160,15 @@ struct Avx2 {
   static Type Above(Type a, Type b) { return _mm256_cmpgt_epi8(a, b); }
   static Type AtMost(Type a, Type b) { return Equal(_mm256_min_epu8(a, b), a); }
   static Type Sub(Type a, Type b) { return _mm256_sub_epi8(a, b); }
+  static Type Held(Type v) {
+    asm("" : "+x"(v));
+    return v;
+  }
   static Type And(Type a, Type b) { return _mm256_and_si256(a, b); }
   static Type AndNot(Type a, Type b) { return _mm256_andnot_si256(a, b); }
   static Type Or(Type a, Type b) { return _mm256_or_si256(a, b); }
   static Type Xor(Type a, Type b) { return _mm256_xor_si256(a, b); }
+  static Type ZeroWhereEither(Type a, Type b) { return _mm256_min_epu8(a, b); }
   static bool Any(Type v) { return _mm256_testz_si256(v, v) == 0; }
   static std::uint32_t Bits(Type v) { return static_cast<std::uint32_t>(_mm256_movemask_epi8(v)); }
   static Type Tally(Type sum, Type mask) { return _mm256_sub_epi8(sum, mask); }

@@ -39,7 +39,14 @@ Findings Slow(const char* bytes) {
             InRange(Flipped(block, kFlip), kFirst, kLast)};                                          \
   }                                                                                                  \
   std::uint64_t Prefix(std::uint64_t bits) { return Vec::PrefixXor(bits); }                          \
-  std::size_t Count(std::uint64_t bits) { return Vec::CountBits(bits); }
+  std::size_t Count(std::uint64_t bits) { return Vec::CountBits(bits); }                             \
+  std::uint64_t Zeros(const char* a, const char* b) {                                                \
+    Block least = LoadBlock(a);                                                                      \
+    const Block other = LoadBlock(b);                                                                \
+    for (std::size_t i = 0; i < kBlock / Vec::kWidth; ++i)                                           \
+      least.part[i] = Vec::ZeroWhereEither(Vec::Held(least.part[i]), other.part[i]);                 \
+    return Equal(least, 0);                                                                          \
+  }
 
 namespace sse2 {
 using Vec = simd::Sse2;
@@ -60,10 +67,11 @@ struct Unit {
   Findings (*find)(const char* bytes);
   std::uint64_t (*prefix)(std::uint64_t bits);
   std::size_t (*count)(std::uint64_t bits);
+  std::uint64_t (*zeros)(const char* a, const char* b);
 };
 
-constexpr Unit kUnits[] = {{"SSE2", sse2::Find, sse2::Prefix, sse2::Count},
-                           {"AVX2", avx2::Find, avx2::Prefix, avx2::Count}};
+constexpr Unit kUnits[] = {{"SSE2", sse2::Find, sse2::Prefix, sse2::Count, sse2::Zeros},
+                           {"AVX2", avx2::Find, avx2::Prefix, avx2::Count, avx2::Zeros}};
 
 TEST(SimdBlocks, EveryUnitFindsTheSameAsALoopOverTheBytes) {
   std::mt19937 random(11);
@@ -76,6 +84,25 @@ TEST(SimdBlocks, EveryUnitFindsTheSameAsALoopOverTheBytes) {
     }
     for (const Unit& unit : RunnableOf(kUnits))
       ASSERT_EQ(unit.find(bytes.data()), Slow(bytes.data())) << unit.name;
+  }
+}
+
+TEST(SimdBlocks, AByteIsZeroWhereOneOfTheTwoIs) {
+  using simd::Words;
+  std::mt19937 random(13);
+  for (int round = 0; round < 2000; ++round) {
+    std::vector<char> a(64), b(64);
+    std::uint64_t zeros = 0;
+    for (std::size_t i = 0; i < 64; ++i) {
+      a[i] = "\0\x01\x7F\x80\xFF"[random() % 5];
+      b[i] = "\0\x01\x7F\x80\xFF"[random() % 5];
+      zeros |= std::uint64_t{a[i] == 0 || b[i] == 0} << i;
+    }
+    for (const Unit& unit : RunnableOf(kUnits)) ASSERT_EQ(unit.zeros(a.data(), b.data()), zeros) << unit.name;
+    for (std::size_t i = 0; i < 64; i += Words::kWidth) {
+      const auto both = Words::ZeroWhereEither(Words::Load(&a[i]), Words::Held(Words::Load(&b[i])));
+      ASSERT_EQ(Words::Bits(Words::Equal(both, Words::Zero())), zeros >> i & 0xFF);
+    }
   }
 }
 
