@@ -7,6 +7,7 @@
 #include "src/text/block_kernel.h"
 
 using csv::Carry;
+using V = Vec::Type;
 
 // The characters that matter in a block, a word each, the lowest bit for the first byte.
 struct Marks {
@@ -60,25 +61,57 @@ inline Marks LoadUpTo(const char* at, std::size_t left) {
   return left >= kBlock ? Load(at) : LoadTail(at, left);
 }
 
+// Counts the line ends of the bytes from `at` on up to one quote or the end of the text, in rounds of kPlainRound
+// bytes, the last of which it leaves behind `at`. What ends lines is counted one byte late: a LF, or what stands
+// behind a CR. The byte in front of `at`, which is no quoted one, is counted already.
+constexpr std::size_t kPlainRound = 128;
+constexpr int kPlainRounds = 16;  // until the byte sums are emptied: at most 8 * 16 < 256 each
+inline std::size_t CountPlainLines(std::string_view text, std::size_t& at) {
+  const std::size_t first = at;
+  std::size_t lines = 0;
+  for (bool plain = true; plain && text.size() - at >= kPlainRound;) {
+    V sum = Vec::Zero();
+    for (int round = 0; round < kPlainRounds && text.size() - at >= kPlainRound; ++round) {
+      V quotes = Vec::Zero(), round_sum = sum;
+      for (std::size_t i = 0; i < kPlainRound; i += Vec::kWidth) {
+        const V here = Vec::Load(text.data() + at + i);
+        const V after_cr = Vec::Equal(Vec::Load(text.data() + at + i - 1), Vec::Fill('\r'));
+        quotes = Vec::Or(quotes, Vec::Equal(here, Vec::Fill('"')));
+        round_sum = Vec::Tally(round_sum, Vec::Or(Vec::Equal(here, Vec::Fill('\n')), after_cr));
+      }
+      plain = !Vec::Any(quotes);
+      if (!plain) break;
+      sum = round_sum;
+      at += kPlainRound;
+    }
+    lines += Vec::Sum(sum);
+  }
+  if (at == first) return 0;
+  return lines - (text[first - 1] == '\r' ? 1 : 0) + (text[at - 1] == '\r' ? 1 : 0);
+}
+
 std::size_t CountLines(std::string_view text) {
   Carry carry;
   std::size_t lines = 0;
-  bool open = false;  // the text read so far does not end with a line end
+  bool open = false;   // the text read so far does not end with a line end
+  bool plain = false;  // the block read last has no quote, and is no part of a quoted field
   for (std::size_t at = 0; at < text.size(); at += kBlock) {
+    if (plain) {
+      const std::size_t first = at;
+      lines += CountPlainLines(text, at);
+      if (at != first) {
+        const char last = text[at - 1];
+        open = last != '\r' && last != '\n';
+        carry = {0, 0, !open || last == ',', last == '\r'};
+      }
+      if (at == text.size()) break;
+    }
     const std::size_t left = text.size() - at;
     const char* const bytes = text.data() + at;
-    if (left >= kBlock && (Equal(LoadBlock(bytes), '"') | carry.quoted) == 0) {
-      const Block plain = LoadBlock(bytes);
-      const std::uint64_t cr = Equal(plain, '\r'), lf = Equal(plain, '\n');
-      const std::uint64_t ends = cr | lf;
-      lines += Vec::CountBits(ends & ~(lf & (cr << 1 | carry.after_cr)));
-      carry = {0, 0, (ends >> 63) | (bytes[kBlock - 1] == ','), cr >> 63};
-      open = ends >> 63 == 0;
-      continue;
-    }
     const Marks marks = LoadUpTo(bytes, left);
     const std::uint64_t after_cr = marks.cr << 1 | carry.after_cr;
     const Structure block = Understand(marks, carry, ~std::uint64_t{0});
+    plain = (marks.quote | carry.quoted) == 0;
     if (block.irregular != 0) {
       const std::size_t length = std::min(left, kBlock);
       lines += csv::CountLinesByByte(text.substr(at, length), carry);

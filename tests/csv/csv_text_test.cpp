@@ -241,6 +241,27 @@ TEST(CsvKernels, EverySetAgreesWithTheSlowReading) {
   }
 }
 
+TEST(CsvKernels, EverySetCountsTheLinesOfLongPlainTexts) {
+  std::mt19937 random(43);
+  for (std::size_t size = 0; size < 1600; ++size) {
+    std::string text;
+    for (std::size_t i = 0; i < size; ++i) text += "ab,\r\n\r\n"[random() % 7];
+    // A quote here and there, at all distances from the rounds in which plain text is counted.
+    if (size % 3 != 0 && size > 0) text[random() % size] = '"';
+    const std::size_t expected = CsvReference(text).LineCount();
+    for (const CsvKernels* const set : RunnableCsvKernels())
+      ASSERT_EQ(set->count_lines(text), expected) << set->name << ", " << size << " bytes";
+  }
+}
+
+TEST(CsvKernels, ByteSumsDoNotOverflowWhenEachByteEndsALine) {
+  for (const char end : {'\n', '\r'}) {
+    const std::string text(100'003, end);
+    for (const CsvKernels* const set : RunnableCsvKernels())
+      EXPECT_EQ(set->count_lines(text), text.size()) << set->name;
+  }
+}
+
 TEST(CsvText, ResultsAreTheSameForEveryOrderOfCalls) {
   std::mt19937 random(1);
   for (int round = 0; round < 1500; ++round) {
