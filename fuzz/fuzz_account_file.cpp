@@ -59,13 +59,13 @@ void CheckSaving(const std::filesystem::path& file, std::string_view name) {
   for (const AccountKey& key : wfinfo::AccountKeys()) {
     if (key.IsText()) DemandWholeText(wfinfo::FieldText(record, key.offset, key.kind));
   }
-  if (store.Save(record)) {
+  if (const auto reason = store.Save(record)) {
+    Demand(!reason->empty() && Bytes(file) == before);
+  } else {
     Demand(Bytes(file) == wrenfold::SettingsText(before).Text());
     Demand(Known(store, "", "") == known && Known(Opened(file), "", "") == known);
-  } else {
-    Demand(Bytes(file) == before);
   }
-  Demand(!store.Save(record) && !store.Release(record));
+  Demand(store.Save(record).has_value() && !store.Release(record));
 }
 
 void CheckChanging(const std::filesystem::path& file, const AccountKey& key, std::string_view value) {
@@ -74,7 +74,7 @@ void CheckChanging(const std::filesystem::path& file, const AccountKey& key, std
   const std::string name = store.Names().front();
   const Values known = Known(store, name, key.word);
   char* const record = store.Lend(name);
-  if (!wfinfo::StoreAccountText(key, value, record) || !store.Save(record)) return;
+  if (!wfinfo::StoreAccountText(key, value, record) || store.Save(record)) return;
   const AccountStore again = Opened(file);
   Demand(again.Value(name, key.word) == value);
   Demand(Known(again, name, key.word) == known);

@@ -51,7 +51,8 @@ int Run(const std::vector<std::string>& arguments, StartManner manner) {
 // A console that goes with this process keeps what it says until somebody has read it.
 int RunToItsEnd(const std::vector<std::string>& arguments) {
   const StartManner manner = OwnStartManner(arguments);
-  const int code = Run(arguments, manner);
+  int code = Run(arguments, manner);
+  if (const auto reason = TheTerminal().WhyOutIsLost(); reason && code == kFine) code = Fail(*reason);
   if (manner == StartManner::kStayOpen || (manner == StartManner::kWindow && code != kFine))
     TheTerminal().WaitForKey("\nPress a key to close this window. ");
   return code;

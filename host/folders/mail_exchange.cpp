@@ -9,6 +9,7 @@
 #include "host/base/paths.h"
 #include "host/charset/charsets.h"
 #include "host/files/file_names.h"
+#include "host/files/file_reasons.h"
 #include "host/files/free_name.h"
 #include "host/files/whole_file.h"
 #include "src/dates/date_parse.h"
@@ -119,9 +120,9 @@ ExportResult ExportToFolder(const ExportPlan& plan, std::span<const ExportedMail
   std::set<std::string> used;
   for (std::size_t i = 0; i < mails.size(); ++i) {
     const fs::path file = FileFor(plan, ExportName(mails[i], plan.naming, i), used);
-    WriteOutcome outcome = ReplaceFile(file, mails[i].bytes);
+    const WriteOutcome outcome = ReplaceFile(file, mails[i].bytes);
     ++(outcome ? result.written : result.failed);
-    if (result.reason.empty()) result.reason = std::move(outcome.reason);
+    if (!outcome && result.reason.empty()) result.reason = WhyUnwritable(file, outcome.reason);
   }
   return result;
 }
@@ -135,9 +136,10 @@ ExportResult ExportToFile(const ExportPlan& plan, std::span<const ExportedMail> 
   const bool refused = plan.write == ExportWrite::kNew && fs::exists(plan.path, error);
   const auto count = static_cast<std::uint32_t>(mails.size());
   if (refused) return {0, count, ""};
-  WriteOutcome outcome =
+  const WriteOutcome outcome =
       plan.write == ExportWrite::kAppend ? AppendToFile(plan.path, text) : ReplaceFile(plan.path, text);
-  return outcome ? ExportResult{count, 0, ""} : ExportResult{0, count, std::move(outcome.reason)};
+  return outcome ? ExportResult{count, 0, ""}
+                 : ExportResult{0, count, WhyUnwritable(plan.path, outcome.reason)};
 }
 
 }  // namespace
@@ -197,13 +199,13 @@ std::string WhyOverMails(const ExportPlan& plan, std::span<const MailFolder> fol
   };
   const bool writes_over = plan.write != ExportWrite::kNew;
   if (writes_over && std::ranges::any_of(folders, in_folder))
-    return PathToUtf8(plan.path) + " holds mails that are open: Export writes no other ones over them";
+    return PathToUtf8(plan.path) + " holds mails that are open: nothing is written over them";
   const bool is_mail = writes_over && !to_folder && std::ranges::any_of(sources, same);
   const bool is_mbox = std::ranges::any_of(folders, [&](const MailFolder& folder) {
     return folder.kind == FolderKind::kMbox && same(folder.path);
   });
   if (is_mail && !is_mbox)
-    return PathToUtf8(plan.path) + " is a mail that is open: Export writes no other ones over it";
+    return PathToUtf8(plan.path) + " is a mail that is open: nothing is written over it";
   return "";
 }
 

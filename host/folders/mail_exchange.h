@@ -51,7 +51,7 @@ std::string ExportName(const ExportedMail& mail, ExportNaming naming, std::size_
 struct ExportResult {
   std::uint32_t written = 0;
   std::uint32_t failed = 0;
-  std::string reason;  // why the first one failed, "" when it is not known: "no room is left"
+  std::string reason;  // why the first one failed: "cannot write X: no room is left"
 };
 
 struct ExportPlan {

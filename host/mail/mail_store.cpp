@@ -62,6 +62,19 @@ std::vector<fs::path> Entries(const fs::path& folder, std::error_code& error) {
   return entries;
 }
 
+constexpr const char* kTooLong = "its name is too long, with the folders above it";
+
+// Windows' run time knows no longer path than this: it lists an empty folder or finds no such file, and tells no error.
+bool IsTooLong(const fs::path& path) {
+#ifdef _WIN32
+  constexpr std::size_t kLongest = 259;
+#else
+  constexpr std::size_t kLongest = 4095;
+#endif
+  std::error_code error;
+  return fs::absolute(path, error).native().size() > kLongest;
+}
+
 bool IsFolder(const fs::path& path) {
   std::error_code error;
   return fs::is_directory(path, error);
@@ -200,6 +213,13 @@ std::optional<std::string> MailStore::AddBranch(const fs::path& folder, std::siz
   if (auto failure = AddFilesOf(folder, tree, unreadable)) return failure;
   std::error_code error;
   for (const fs::path& entry : Entries(folder, error)) {
+    // What there is, cannot be seen: a folder, a mail or neither. Each entry passes here once.
+    if (IsTooLong(entry)) {
+      std::string failure = CannotRead(entry, kTooLong);
+      if (unreadable == Unreadable::kRefuse) return failure;
+      skipped_.push_back(std::move(failure));
+      continue;
+    }
     // A link could lead back to where we are.
     if (level >= kDeepest || !IsFolder(entry) || IsLeftOut(entry) || IsLink(entry)) continue;
     auto failure = AddBranch(entry, tree, level + 1, unreadable);
@@ -229,6 +249,7 @@ bool MailStore::LooksAt(std::size_t tree, std::string_view path) const {
 
 std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::size_t tree,
                                                  Unreadable unreadable) {
+  if (IsTooLong(folder / "*")) return CannotRead(folder, kTooLong);
   std::error_code error;
   const std::vector<fs::path> entries = Entries(folder, error);
   if (error) return CannotRead(folder, ReasonOf(error));
@@ -239,7 +260,7 @@ std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::si
       left_.push_back(entry);
       continue;
     }
-    if (!IsMailFile(entry) || IsFolder(entry)) continue;
+    if (!IsMailFile(entry) || IsTooLong(entry) || IsFolder(entry)) continue;
     auto failure = AddFile(entry, tree);
     if (failure && unreadable == Unreadable::kRefuse) return failure;
     if (failure) skipped_.push_back(*std::move(failure));

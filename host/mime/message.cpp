@@ -55,18 +55,26 @@ bool HasRawBytes(const MessageParts& parts) {
   });
 }
 
-}  // namespace
-
-HostMessage MakeHostMessage(std::string_view raw, const Charsets& charsets) {
-  const MessageParts parts = SplitMessage(raw);
+std::string HeaderOf(const MessageParts& parts, const Charsets& charsets) {
   // Asking all parts is for the few mails that need it.
   const std::string declared = HasRawBytes(parts) ? CharsetOfTexts(parts, charsets) : std::string();
   std::u16string header;
   for (const HeaderField& field : parts.headers) header += DecodeField(field, declared, charsets) + u"\r\n";
+  return charsets.ToHostText(header) + "\r\n";
+}
+
+}  // namespace
+
+std::string MakeHostHeader(std::string_view raw, const Charsets& charsets) {
+  return HeaderOf(SplitMessage(raw), charsets);
+}
+
+HostMessage MakeHostMessage(std::string_view raw, const Charsets& charsets) {
+  const MessageParts parts = SplitMessage(raw);
   PartContent content = ReadMessage(parts, charsets);
 
   HostMessage message;
-  message.text = charsets.ToHostText(header) + "\r\n";
+  message.text = HeaderOf(parts, charsets);
   message.body_offset = message.text.size();
   if (content.text) {
     message.text += charsets.ToHostText(WithHostLineEnds(content.text->text));

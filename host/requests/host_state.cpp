@@ -57,7 +57,10 @@ const HostMessage& HostState::Message(std::size_t index) {
 }
 
 std::string HostState::Header(std::size_t index, std::string_view name) {
-  return std::string(HeaderValue(Message(index).text, name).value_or(""));
+  Memory& memory = memories_[index];
+  if (!memory.message && memory.header.empty()) memory.header = MakeHostHeader(Mail(index).raw);
+  const std::string& text = memory.message ? memory.message->text : memory.header;
+  return std::string(HeaderValue(text, name).value_or(""));
 }
 
 std::uint32_t HostState::StateWord(std::size_t index) {
@@ -109,6 +112,7 @@ void HostState::TakeRewritten(std::size_t index, std::string raw, std::int64_t m
   StoredMail& mail = Mail(index);
   mail.raw = std::move(raw);
   memories_[index].message.reset();
+  memories_[index].header.clear();
   memories_[index].edited.reset();
   memories_[index].rewritten = true;
   for (StoredMail& other : store_.mails()) {

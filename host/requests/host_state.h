@@ -191,7 +191,8 @@ class HostState {
   // What the host keeps of one mail beside its file.
   struct Memory {
     std::unique_ptr<HostMessage> message;  // null until first used
-    std::optional<std::string> edited;     // its text once headers were changed
+    std::string header;                 // the headers of its text, "" until one is asked for without the rest
+    std::optional<std::string> edited;  // its text once headers were changed
     std::uint32_t changed_mask = 0;
     std::uint32_t changed_bits = 0;
     std::int64_t colour = 0;

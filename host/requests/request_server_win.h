@@ -26,7 +26,7 @@ struct Answer {
   Slot value = 0;
   bool is_text = false;
   bool served = true;      // false: the handler knows only other forms of this request
-  bool explained = false;  // HostState::failure tells why it is 0
+  bool explained = false;  // HostState::failure tells why it is 0, or not whole
 };
 
 class RequestServer;

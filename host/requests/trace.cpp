@@ -2,6 +2,7 @@
 
 #include "host/base/ascii.h"
 #include "host/charset/charsets.h"
+#include "host/library/secrets.h"
 #include "host/terminal/shown_host_text.h"
 
 namespace wrenfold {
@@ -64,8 +65,8 @@ std::string JsonBox(const TracedBox& shown) {
 
 std::string JsonCall(const TracedCall& call) {
   const std::string text = "{\"call\":" + JsonText(call.name) + JsonPlace(call.at);
-  return text + ",\"parameters\":" + JsonList(call.parameters) + ",\"result\":" + JsonValue(call.result) +
-         ",\"reason\":" + JsonText(call.reason) + "}";
+  return text + ",\"parameters\":" + JsonList(WithoutSecrets(call.name, call.parameters)) +
+         ",\"result\":" + JsonValue(call.result) + ",\"reason\":" + JsonText(call.reason) + "}";
 }
 
 std::string TextRequest(const TracedRequest& request) {
@@ -115,7 +116,7 @@ std::string ShownValue(const macro::Value& value) {
 std::string ShownCall(std::string_view name, std::span<const macro::Value> parameters) {
   std::string text(name);
   const char* before = "(";
-  for (const macro::Value& parameter : parameters) {
+  for (const macro::Value& parameter : WithoutSecrets(name, parameters)) {
     text += before + ShownValue(parameter);
     before = ", ";
   }

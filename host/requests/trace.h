@@ -75,7 +75,7 @@ class Trace {
   std::set<std::string, std::less<>> only_;
 };
 
-// "SetHeader(\"To\", 5)"; long texts are cut.
+// "SetHeader(\"To\", 5)"; long texts are cut, and secrets are "***".
 std::string ShownCall(std::string_view name, std::span<const macro::Value> parameters);
 std::string ShownValue(const macro::Value& value);
 

@@ -197,10 +197,14 @@ bool LibraryHost::HasFunction(std::string_view name) const { return HasMacroFunc
 void LibraryHost::Print(std::string_view line) { TheTerminal().Out(ShownHostText(line) + "\n"); }
 
 bool LibraryHost::MayGoOn() {
-  return !IsInterrupted() && (!turns_.IsDue(GetTickCount64()) || Windows::Pump());
+  return !IsInterrupted() && !TheTerminal().WhyOutIsLost() &&
+         (!turns_.IsDue(GetTickCount64()) || Windows::Pump());
 }
 
-std::string LibraryHost::StopReason() const { return IsInterrupted() ? "stopped by Ctrl+C" : "stopped"; }
+std::string LibraryHost::StopReason() const {
+  if (IsInterrupted()) return "stopped by Ctrl+C";
+  return TheTerminal().WhyOutIsLost().value_or("stopped");
+}
 
 // --- The end of a macro ---
 

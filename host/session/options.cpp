@@ -159,6 +159,23 @@ const std::string_view kUsage =
     "when a file that the command line names cannot be used; and when a mail could not be sent, or a draft\n"
     "or mark not be kept. 2 when the command line is wrong, 130 after Ctrl+C.\n";
 
+namespace {
+
+// What contradicts itself, or would be passed over in silence; "" when nothing does.
+std::string WhyNotTogether(const Options& options) {
+  const bool runs = !options.macros.empty() || options.prompt;
+  if (options.serve && runs)
+    return "a host that serves runs no macros: --serve goes without --macro and --prompt";
+  const int alone = options.stop + options.register_mapi + options.unregister_mapi;
+  if (alone > 1 || (alone == 1 && (runs || options.serve || !options.mails.empty())))
+    return "--stop, --register-mapi and --unregister-mapi each go alone: nothing else is done with them";
+  if (!options.serve && (options.slow_ms || options.modal_ms || options.deaf || options.die))
+    return "only a host that serves misbehaves: --slow, --modal, --deaf and --die go with --serve";
+  return "";
+}
+
+}  // namespace
+
 std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> arguments,
                                                    bool (*is_folder)(const std::string& name)) {
   Options options;
@@ -194,8 +211,7 @@ std::variant<Options, UsageError> ParseCommandLine(std::span<const std::string> 
   options.prompt |= has_lone_mail && options.macros.empty();
   const bool works = options.help || options.version || options.prompt || !options.macros.empty() ||
                      options.serve || options.stop || options.register_mapi || options.unregister_mapi;
-  if (options.serve && (!options.macros.empty() || options.prompt))
-    return UsageError{"a host that serves runs no macros: --serve goes without --macro and --prompt"};
+  if (std::string wrong = WhyNotTogether(options); !wrong.empty()) return UsageError{std::move(wrong)};
   if (!works) return UsageError{"nothing to do: give --macro FILE or --prompt"};
   return options;
 }

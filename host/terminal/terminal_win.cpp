@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/base/system_errors.h"
 #include "host/charset/charsets.h"
 #include "host/terminal/own_code_win.h"
 
@@ -43,7 +44,10 @@ void Terminal::WriteInColour(const Stream& stream, WORD colour, std::string_view
   CONSOLE_SCREEN_BUFFER_INFO info;
   const bool coloured =
       wants_colours_ && stream.is_console && GetConsoleScreenBufferInfo(stream.handle, &info);
-  if (!coloured) return Write(stream, utf8);
+  if (!coloured) {
+    Write(stream, utf8);
+    return;
+  }
   SetConsoleTextAttribute(stream.handle, static_cast<WORD>((info.wAttributes & ~kForeground) | colour));
   Write(stream, utf8);
   SetConsoleTextAttribute(stream.handle, info.wAttributes);
@@ -54,7 +58,12 @@ void Terminal::ShowMark(std::string_view mark) {
   WriteInColour(out_, FOREGROUND_GREEN | FOREGROUND_BLUE | FOREGROUND_INTENSITY, mark);
 }
 
-void Terminal::Write(const Stream& stream, std::string_view utf8) {
+std::optional<std::string> Terminal::WhyOutIsLost() const {
+  if (lost_by_ == ERROR_SUCCESS || lost_by_ == ERROR_INVALID_HANDLE) return std::nullopt;
+  return "standard output cannot be written: " + SystemReason(lost_by_);
+}
+
+DWORD Terminal::Write(const Stream& stream, std::string_view utf8) {
   DWORD written = 0;
   if (stream.is_console) {
     // A console shows any character in UTF-16, whatever its code page is. It takes a few thousand at a time.
@@ -62,15 +71,18 @@ void Terminal::Write(const Stream& stream, std::string_view utf8) {
     const std::u16string wide = Utf8ToWide(utf8);
     for (std::size_t at = 0; at < wide.size(); at += written) {
       const auto count = static_cast<DWORD>(std::min(kMost, wide.size() - at));
-      if (!WriteConsoleW(stream.handle, wide.data() + at, count, &written, nullptr) || written == 0) return;
+      if (!WriteConsoleW(stream.handle, wide.data() + at, count, &written, nullptr)) return GetLastError();
+      if (written == 0) return ERROR_WRITE_FAULT;
     }
-    return;
+    return ERROR_SUCCESS;
   }
   while (!utf8.empty()) {
     const auto count = static_cast<DWORD>(std::min<std::size_t>(utf8.size(), 1 << 20));
-    if (!WriteFile(stream.handle, utf8.data(), count, &written, nullptr) || written == 0) return;
+    if (!WriteFile(stream.handle, utf8.data(), count, &written, nullptr)) return GetLastError();
+    if (written == 0) return ERROR_WRITE_FAULT;
     utf8.remove_prefix(written);
   }
+  return ERROR_SUCCESS;
 }
 
 void Terminal::ShowPassing(std::string_view utf8) {

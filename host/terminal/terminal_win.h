@@ -20,8 +20,11 @@ class Terminal {
   // '\n' ends a line everywhere. What could command a terminal is made visible, whoever wrote it.
   void Out(std::string_view utf8) {
     ShowPassing("");
-    Write(out_, Printable(utf8));
+    if (const DWORD error = Write(out_, Printable(utf8)); lost_by_ == ERROR_SUCCESS) lost_by_ = error;
   }
+  // Why what went to Out is not where it should be: the disk is full, nobody reads the pipe any more. Without a
+  // standard output nothing is lost.
+  std::optional<std::string> WhyOutIsLost() const;
   void Error(std::string_view utf8) {
     ShowPassing("");
     Write(error_, Printable(utf8));
@@ -55,7 +58,8 @@ class Terminal {
     bool is_console;
   };
   static Stream Open(DWORD which);
-  static void Write(const Stream& stream, std::string_view utf8);
+  // The system's error, ERROR_SUCCESS when all was written.
+  static DWORD Write(const Stream& stream, std::string_view utf8);
   void WriteInColour(const Stream& stream, WORD colour, std::string_view utf8) const;
   void ShowMark(std::string_view mark);
   bool ReadMore(std::string_view mark, const Completer& complete);
@@ -70,8 +74,9 @@ class Terminal {
   bool in_is_console_;
   bool wants_colours_;
   bool ended_ = false;
-  std::size_t passing_ = 0;  // columns of the passing line
-  std::string pending_;      // read, but not yet given out
+  DWORD lost_by_ = ERROR_SUCCESS;  // the first error of Out
+  std::size_t passing_ = 0;        // columns of the passing line
+  std::string pending_;            // read, but not yet given out
 };
 
 // The one of this program.

@@ -9,6 +9,7 @@
 #include "host/charset/charsets.h"
 #include "host/files/file_hold.h"
 #include "host/files/file_reasons.h"
+#include "host/files/safe_saving.h"
 #include "host/files/whole_file.h"
 #include "src/commands/account_fields.h"
 
@@ -82,6 +83,17 @@ std::string PasswordKey(std::string_view section, std::string_view word) {
   return Lower(section) + '\n' + std::string(word);
 }
 
+std::string Unreadable(const std::filesystem::path& file) {
+  return "cannot read the accounts " + PathToUtf8(file) + ": " + ReasonUnreadable(file);
+}
+
+// Why an account of such a name (UTF-8) is not there, or cannot be.
+std::string NoAccount(const std::string& name) { return "no account '" + name + "'"; }
+std::string NameInUse(const std::string& name) { return "there is an account '" + name + "' already"; }
+std::string NoName(const std::string& name) {
+  return name.empty() ? "an account needs a name" : "'" + name + "' cannot be the name of an account";
+}
+
 }  // namespace
 
 std::optional<std::string> AccountStore::Open(const std::filesystem::path& file) {
@@ -89,7 +101,7 @@ std::optional<std::string> AccountStore::Open(const std::filesystem::path& file)
   std::error_code error;
   if (!std::filesystem::exists(file, error)) return std::nullopt;
   const auto bytes = ReadWholeFile(file);
-  if (!bytes) return "cannot read the accounts " + PathToUtf8(file) + ": " + ReasonUnreadable(file);
+  if (!bytes) return Unreadable(file);
   // An account with a name in another encoding could be listed, but not asked for by that name.
   if (const std::size_t line = FirstForeignLine(*bytes); line > 0)
     return "the accounts " + PathToUtf8(file) + " are to be UTF-8: line " + std::to_string(line) + " is not";
@@ -113,25 +125,27 @@ std::string AccountStore::Value(std::string_view name, std::string_view key) con
   return ToHost(settings_.Value(ToUtf8(name), key).value_or(""));
 }
 
-bool AccountStore::Change(const std::function<bool(SettingsText&)>& change) {
+std::optional<std::string> AccountStore::Change(
+    const std::function<std::optional<std::string>(SettingsText&)>& change) {
   const FileHold hold(file_);
+  if (hold.failure()) return hold.failure();
   std::error_code error;
   const auto bytes = ReadWholeFile(file_);
-  if (hold.failure() || (!bytes && std::filesystem::exists(file_, error))) return false;
+  if (!bytes && std::filesystem::exists(file_, error)) return Unreadable(file_);
   SettingsText changed(bytes.value_or(""));
-  if (!change(changed)) return false;
-  if (!ReplaceFile(file_, changed.Text())) return false;
+  if (auto reason = change(changed)) return reason;
+  if (auto reason = WriteSafely(file_, changed.Text())) return reason;
   settings_ = std::move(changed);
-  return true;
+  return std::nullopt;
 }
 
-bool AccountStore::Create(std::string_view name) {
+std::optional<std::string> AccountStore::Create(std::string_view name) {
   const std::string section = ToUtf8(name);
-  if (!SettingsText::CanBeSection(section)) return false;
-  return Change([&](SettingsText& settings) {
-    if (settings.HasSection(section)) return false;
+  if (!SettingsText::CanBeSection(section)) return NoName(section);
+  return Change([&](SettingsText& settings) -> std::optional<std::string> {
+    if (settings.HasSection(section)) return NameInUse(section);
     settings.AddSection(section);
-    return true;
+    return std::nullopt;
   });
 }
 
@@ -181,21 +195,22 @@ std::optional<AccountStore::Loan> AccountStore::TakeLoan(const char* record) {
 
 bool AccountStore::Release(const char* record) { return TakeLoan(record).has_value(); }
 
-bool AccountStore::Save(const char* record) {
+std::optional<std::string> AccountStore::Save(const char* record) {
   const std::optional<Loan> loan = TakeLoan(record);
-  return loan && Keep(loan->section, loan->record.data());
+  return loan ? Keep(loan->section, loan->record.data()) : "the record is not lent";
 }
 
-bool AccountStore::Keep(const std::string& section, const char* record) {
+std::optional<std::string> AccountStore::Keep(const std::string& section, const char* record) {
   const std::string title = ToUtf8(ValueOf(*wfinfo::FindAccountKey(kTitle), record));
   const bool renamed = !EqualsIgnoringCase(title, section);
-  if (!SettingsText::CanBeSection(title)) return false;
+  if (!SettingsText::CanBeSection(title)) return NoName(title);
   const std::vector<char> before = RecordOf(section);
   std::map<std::string_view, std::string> old_values;
   EachValue(before.data(), [&](std::string_view word, bool, std::string value) { old_values[word] = value; });
   std::map<std::string, std::string> passwords;
-  const bool written = Change([&](SettingsText& settings) {
-    if (!settings.HasSection(section) || (renamed && settings.HasSection(title))) return false;
+  const auto reason = Change([&](SettingsText& settings) -> std::optional<std::string> {
+    if (!settings.HasSection(section)) return NoAccount(section);
+    if (renamed && settings.HasSection(title)) return NameInUse(title);
     if (title != section) settings.RenameSection(section, title);
     EachValue(record, [&](std::string_view word, bool secret, std::string value) {
       if (secret) {
@@ -204,27 +219,28 @@ bool AccountStore::Keep(const std::string& section, const char* record) {
         settings.Set(title, word, ToUtf8(value));
       }
     });
-    return true;
+    return std::nullopt;
   });
-  if (!written) return false;
+  if (reason) return reason;
   for (const auto& [key, password] : passwords) passwords_[key] = password;
   for (Loan& other : loans_) {
     if (EqualsIgnoringCase(other.section, section)) other.section = title;
   }
-  return true;
+  return std::nullopt;
 }
 
 std::string AccountStore::Text(std::string_view name, std::size_t kind) const {
   return kind < std::size(kTexts) ? Value(name, kTexts[kind]) : "";
 }
 
-bool AccountStore::SetText(std::string_view name, std::size_t kind, std::string_view text) {
+std::optional<std::string> AccountStore::SetText(std::string_view name, std::size_t kind,
+                                                 std::string_view text) {
   const std::string section = ToUtf8(name);
-  if (kind >= std::size(kTexts)) return false;
-  return Change([&](SettingsText& settings) {
-    if (!settings.HasSection(section)) return false;
+  if (kind >= std::size(kTexts)) return "there is no long text " + std::to_string(kind);
+  return Change([&](SettingsText& settings) -> std::optional<std::string> {
+    if (!settings.HasSection(section)) return NoAccount(section);
     settings.Set(section, kTexts[kind], ToUtf8(text));
-    return true;
+    return std::nullopt;
   });
 }
 

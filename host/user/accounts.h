@@ -32,8 +32,8 @@ class AccountStore {
   // Text `key` of the account as host text, "" when it has none.
   std::string Value(std::string_view name, std::string_view key) const;
 
-  // Adds an account without settings and writes the file; false when the name is in use or cannot be one.
-  bool Create(std::string_view name);
+  // Adds an account without settings and writes the file. Returns why that is not possible, nullopt when it is done.
+  std::optional<std::string> Create(std::string_view name);
 
   // A copy of the account's record, valid until it is saved or released; null without such an account. Each
   // loan is a record of its own: lending, saving and releasing one leaves the others as they are.
@@ -41,16 +41,17 @@ class AccountStore {
   // The account (host text) that the record was lent for, whatever title stands in it; nothing for what is
   // not lent.
   std::optional<std::string> LentName(const char* record) const;
-  // Takes over what was changed in the lent record, writes the file and ends the loan. False, with the file
-  // and the accounts as they were, when the title cannot be a name or is in use, the file cannot be written,
-  // or the record is not lent.
-  bool Save(const char* record);
+  // Takes over what was changed in the lent record, writes the file and ends the loan. Returns why that is not
+  // possible, with the file and the accounts as they were: the title cannot be a name or is in use, the file cannot
+  // be written, the record is not lent.
+  std::optional<std::string> Save(const char* record);
   // False when the record is not lent.
   bool Release(const char* record);
 
-  // The four long texts by their kind number, as host text. SetText writes the file.
+  // The four long texts by their kind number, as host text. SetText writes the file; it returns why that is not
+  // possible.
   std::string Text(std::string_view name, std::size_t kind) const;
-  bool SetText(std::string_view name, std::size_t kind, std::string_view text);
+  std::optional<std::string> SetText(std::string_view name, std::size_t kind, std::string_view text);
 
  private:
   struct Loan {
@@ -60,11 +61,11 @@ class AccountStore {
   // Ends a loan and gives it to the caller; nothing for what is not lent.
   std::optional<Loan> TakeLoan(const char* record);
   // Takes over the values of a record; `section` has the account's name before.
-  bool Keep(const std::string& section, const char* record);
+  std::optional<std::string> Keep(const std::string& section, const char* record);
   std::vector<char> RecordOf(const std::string& section) const;
-  // Makes a change to what the file holds, which others may have written since, and writes it. False, with
-  // all as it was, when `change` refuses or the file cannot be written.
-  bool Change(const std::function<bool(SettingsText&)>& change);
+  // Makes a change to what the file holds, which others may have written since, and writes it. Returns why not, with
+  // all as it was: `change` says why it refuses, or the file cannot be written.
+  std::optional<std::string> Change(const std::function<std::optional<std::string>(SettingsText&)>& change);
 
   std::filesystem::path file_;
   SettingsText settings_;

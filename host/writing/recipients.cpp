@@ -70,13 +70,17 @@ std::string_view WithoutGroup(std::string_view entry) {
   return entry;
 }
 
-bool HoldsAddress(std::string_view piece) {
+// What stands in an entry as its address; nullopt when nothing does.
+std::optional<std::string> AddressIn(std::string_view piece) {
   const auto text = WithoutComments(piece);
-  if (!text) return false;
-  const std::string_view entry = WithoutGroup(Trim(*text));
-  if (!entry.ends_with('>')) return IsAddress(entry);
-  const std::size_t open = entry.rfind('<');
-  return open != entry.npos && IsAddress(Trim(entry.substr(open + 1, entry.size() - open - 2)));
+  if (!text) return std::nullopt;
+  std::string_view entry = WithoutGroup(Trim(*text));
+  if (entry.ends_with('>')) {
+    const std::size_t open = entry.rfind('<');
+    if (open == entry.npos) return std::nullopt;
+    entry = Trim(entry.substr(open + 1, entry.size() - open - 2));
+  }
+  return IsAddress(entry) ? std::optional<std::string>(entry) : std::nullopt;
 }
 
 // "undisclosed-recipients:;"
@@ -89,7 +93,10 @@ bool IsEmptyGroup(std::string_view entry) {
 std::string_view UnreadableRecipient(std::string_view list) {
   std::string_view name;  // whose address may follow
   for (const std::string_view piece : AddressPieces(list)) {
-    const bool has_address = HoldsAddress(piece);
+    const auto address = AddressIn(piece);
+    // Headers are ASCII: encoded as words, such an address is none.
+    if (address && std::ranges::any_of(*address, [](char c) { return (c & 0x80) != 0; })) return piece;
+    const bool has_address = address.has_value();
     if (has_address && piece.ends_with('>')) name = {};
     if (!name.empty()) return name;
     if (has_address || IsEmptyGroup(piece)) continue;
@@ -99,6 +106,9 @@ std::string_view UnreadableRecipient(std::string_view list) {
   return name;
 }
 
-bool NamesRecipient(std::string_view list) { return std::ranges::any_of(AddressPieces(list), HoldsAddress); }
+bool NamesRecipient(std::string_view list) {
+  return std::ranges::any_of(AddressPieces(list),
+                             [](std::string_view piece) { return AddressIn(piece).has_value(); });
+}
 
 }  // namespace wrenfold

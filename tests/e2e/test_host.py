@@ -1,7 +1,9 @@
 """The small host itself: command line, macros, prompt, trace, and what it says about bad input."""
 import json
+import pathlib
 import re
 import shutil
+import subprocess
 import unittest
 
 import host
@@ -51,6 +53,30 @@ class CommandLine(HostTest):
         self.assert_output(run("--mail", mail, "--macro", macro), "日本語 メール.eml\n")
 
 
+class Output(HostTest):
+    FULL = pathlib.Path("/dev/full")
+
+    def test_that_finds_no_room_is_an_error(self):
+        if not self.FULL.exists():
+            self.skipTest("no device of this system is always full")
+        macro = self.write("m.macro", "n = 0\nwhile n < 3\n  n = n + 1\n  print n\n  x = CountEmailList(\"a@b\")\nend")
+        for arguments, told in ((["--help"], ""), (["--macro", macro], r"m\.macro:\d:\d: ")):
+            with self.subTest(arguments), self.FULL.open("wb") as full:
+                done = subprocess.run([*host.command(), *arguments], stdin=subprocess.DEVNULL, stdout=full,
+                                      stderr=subprocess.PIPE, check=False, timeout=60)
+                self.assertEqual(done.returncode, 1)
+                self.assertRegex(done.stderr.decode(), told + r"standard output cannot be written: no room is left")
+
+    def test_that_nobody_reads_any_more_ends_the_macro(self):
+        macro = self.write("m.macro", "while 1\n  print \"x\"\nend")
+        with subprocess.Popen([*host.command(), "--macro", macro], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE) as writing:
+            writing.stdout.read(3)
+            writing.stdout.close()
+            self.assertEqual(writing.wait(timeout=60), 1)
+            self.assertRegex(writing.stderr.read().decode(), r"m\.macro:\d:\d: standard output cannot be written: ")
+
+
 class BadInput(HostTest):
     def assert_refused(self, result, reason):
         self.assertEqual(result, host.Result("", "wrenfold: " + reason + "\n", 1))
@@ -72,6 +98,21 @@ class BadInput(HostTest):
         result = run("--mail", self.folder / "mails", "--strict-mails", "--macro", macro)
         self.assertEqual((result.out, result.code), ("", 1))
         self.assertRegex(result.err, r"^wrenfold: cannot read .*b\.eml: the file is empty\n$")
+
+    def test_a_mail_whose_path_is_too_long_is_named(self):
+        # On the side of Linux nothing keeps a path short.
+        folder = self.folder / "mails"
+        while len(str(folder)) < 330:
+            folder = folder / ("f" * 60)
+        folder.mkdir(parents=True)
+        (folder / "deep.eml").write_bytes(MAIL)
+        self.write("mails/a.eml", MAIL)
+        macro = self.write("m.macro", "print RootHeader(\"Subject\")")
+        result = run("--mail", self.folder / "mails", "--macro", macro)
+        self.assertEqual((result.out, result.code), ("First\n", 0))
+        self.assertRegex(result.err, r"^wrenfold: cannot read .*f{60}: its name is too long, with the folders above it "
+                                     r"\(skipped\)\n$")
+        self.assertEqual(run("--mail", self.folder / "mails", "--strict-mails", "--macro", macro).code, 1)
 
     def test_an_unreadable_macro(self):
         self.assert_refused(run("--macro", "none.macro"), "cannot read the macro none.macro: no such file or folder")

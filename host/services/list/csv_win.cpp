@@ -9,6 +9,7 @@
 #include "host/list/csv_list.h"
 #include "host/requests/request_server_win.h"
 #include "host/services/services_win.h"
+#include "host/shared/over_mails_win.h"
 #include "host/shared/selection_win.h"
 #include "host/terminal/progress.h"
 
@@ -94,6 +95,9 @@ Answer Export(Request& request) {
   std::string table = Table(state, mails, std::get<std::vector<CsvColumn>>(columns));
   table = encoding == kHostText ? SystemCharsets().Utf8ToHost(table) : std::string(kUtf8Mark) + table;
   const std::filesystem::path file = PathFromUtf8(SystemCharsets().HostToUtf8(request.Text(0)));
+  const std::string over =
+      WhyOverOpenMails(state, {file, ExportType::kMbox, ExportNaming::kNumber, ExportWrite::kTruncate});
+  if (!over.empty()) return request.Fail(over);
   if (auto reason = WriteSafely(file, table)) return request.Fail(*std::move(reason));
   return Request::AnswerNumber(static_cast<Slot>(mails.size()));
 }

@@ -22,11 +22,8 @@ Answer Lend(Request& request) {
 const char* RecordOf(Request& request) { return reinterpret_cast<const char*>(request.Number(0)); }
 
 Answer Save(Request& request) {
-  if (!Accounts(request).LentName(RecordOf(request))) return request.Fail("the record is not lent");
-  const bool saved = Accounts(request).Save(RecordOf(request));
-  return saved ? Request::Done(true)
-               : request.Fail(
-                     "the account is not saved: its title is empty or in use, or the file cannot be written");
+  const auto reason = Accounts(request).Save(RecordOf(request));
+  return reason ? request.Fail("the account is not saved: " + *reason) : Request::Done(true);
 }
 
 Answer Release(Request& request) {
@@ -35,9 +32,8 @@ Answer Release(Request& request) {
 }
 
 Answer Create(Request& request) {
-  if (Accounts(request).Create(request.Text(0))) return Request::Done(true);
-  return request.Fail("no account '" + SystemCharsets().HostToUtf8(request.Text(0)) +
-                      "' can be made: the name is in use or cannot be one, or the file cannot be written");
+  const auto reason = Accounts(request).Create(request.Text(0));
+  return reason ? request.Fail("no account is made: " + *reason) : Request::Done(true);
 }
 
 // kind, title or lent record (which begins with its title, but that may have been changed)
@@ -49,9 +45,9 @@ Answer LongText(Request& request) {
 
 // kind, title, 0, "", text
 Answer SetLongText(Request& request) {
-  const bool set = Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)),
-                                             request.Text(4));
-  return set ? Request::Done(true) : NoAccount(request, request.Text(1));
+  const auto reason = Accounts(request).SetText(request.Text(1), static_cast<std::size_t>(request.Number(0)),
+                                                request.Text(4));
+  return reason ? request.Fail("the text is not written: " + *reason) : Request::Done(true);
 }
 
 constexpr Service kServices[] = {

@@ -18,6 +18,7 @@
 #include "host/requests/shown_list.h"
 #include "host/services/services_win.h"
 #include "host/shared/folder_lookup_win.h"
+#include "host/shared/over_mails_win.h"
 #include "host/terminal/progress.h"
 #include "host/terminal/terminal_text.h"
 #include "host/terminal/terminal_win.h"
@@ -176,14 +177,13 @@ std::string WhyNotExported(const ExportPlan& plan) {
   return "";
 }
 
-std::string WhyOverMails(HostState& state, const ExportPlan& plan) {
-  std::vector<std::filesystem::path> sources;
-  for (std::size_t mail = 0; mail < state.mail_count(); ++mail) {
-    const std::filesystem::path& source = state.Mail(mail).source;
-    const bool alike = EqualsIgnoringCase(PathToUtf8(source.filename()), PathToUtf8(plan.path.filename()));
-    if (alike && (sources.empty() || sources.back() != source)) sources.push_back(source);
-  }
-  return wrenfold::WhyOverMails(plan, state.folders(), sources);
+// Some mails were written, so that the answer is no failure; why the others were not is told all the same.
+Answer PartlyExported(Request& request, const ExportResult& result) {
+  Answer answer =
+      request.Fail(std::to_string(result.failed) + " of " + std::to_string(result.written + result.failed) +
+                   " mails are not exported: " + result.reason);
+  answer.value = result.written;
+  return answer;
 }
 
 // path, type, naming, encoding, 1 = fold, new / append / truncate, 1 = time stamp (not looked at). The counts
@@ -194,7 +194,7 @@ Answer Export(Request& request) {
                         static_cast<ExportWrite>(request.Number(5))};
   ExportResult result;
   std::string reason = kNoOpenMail;
-  const std::string over = WhyOverMails(request.state, plan);
+  const std::string over = WhyOverOpenMails(request.state, plan);
   if (!over.empty()) {
     reason = over;
   } else if (request.state.HasRoot()) {
@@ -202,12 +202,12 @@ Answer Export(Request& request) {
     // While a file that was there before can be told from one of this export.
     reason = mails.empty() ? std::string(kNoMailSelected) + " to be exported" : WhyNotExported(plan);
     result = ExportMails(plan, mails);
-    if (reason.empty() && result.written == 0)
-      reason = WhyUnwritable(IsToFolder(plan) ? plan.path / "mail" : plan.path, result.reason);
+    if (reason.empty()) reason = result.reason;
   }
   request.SetLowNumber(0, result.written);
   request.SetLowNumber(1, result.failed);
-  return result.written > 0 ? Request::AnswerNumber(result.written) : request.Fail(reason);
+  if (result.written == 0) return request.Fail(reason);
+  return result.failed == 0 ? Request::AnswerNumber(result.written) : PartlyExported(request, result);
 }
 
 // --- Duplicates ---

@@ -131,6 +131,20 @@ TEST_F(Exporting, FilesOfTheirOwnNeverTakeOneName) {
   EXPECT_EQ(Files("text"), (Names{"0001.txt", "0002.txt"}));
 }
 
+TEST_F(Exporting, TellsWhyTheFirstOfTheMailsThatFailDid) {
+  const ExportedMail mails[] = {kMail, kMail};
+  fs::create_directories(folder_ / "box/0002.eml");
+  const ExportResult some =
+      ExportMails({folder_ / "box", ExportType::kEml, {}, ExportWrite::kTruncate}, mails);
+  EXPECT_EQ(some.written, 1u);
+  EXPECT_EQ(some.failed, 1u);
+  EXPECT_EQ(some.reason, "cannot write " + (folder_ / "box/0002.eml").string() + ": it is a folder");
+  const ExportResult none =
+      ExportMails({folder_ / "no/such", ExportType::kMbox, {}, ExportWrite::kTruncate}, mails);
+  EXPECT_EQ(none.reason, "cannot write " + (folder_ / "no/such").string() + ": there is no folder " +
+                             (folder_ / "no").string());
+}
+
 TEST_F(Exporting, WritesNothingOverMailsThatAreRead) {
   WriteWholeFile(folder_ / "1.eml", "Subject: 1\r\n\r\n");
   WriteWholeFile(folder_ / "box.mbox", "From x\n\n");

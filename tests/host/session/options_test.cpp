@@ -113,10 +113,23 @@ TEST(CommandLine, SaysWhatIsWrong) {
     Arguments arguments;
     std::string expected;
   };
+  constexpr const char* kAlone =
+      "--stop, --register-mapi and --unregister-mapi each go alone: nothing else is done with them";
+  constexpr const char* kMisbehaves =
+      "only a host that serves misbehaves: --slow, --modal, --deaf and --die go with --serve";
   const Case cases[] = {
       {{"--english"}, "nothing to do: give --macro FILE or --prompt"},
       {{"--macro", "a", "--serve"},
        "a host that serves runs no macros: --serve goes without --macro and --prompt"},
+      {{"--register-mapi", "--unregister-mapi"}, kAlone},
+      {{"--stop", "--register-mapi"}, kAlone},
+      {{"--stop", "--mail", "m", "--macro", "x"}, kAlone},
+      {{"--unregister-mapi", "--serve"}, kAlone},
+      {{"--stop", "--mail", "m"}, kAlone},
+      {{"--slow", "5", "--macro", "x"}, kMisbehaves},
+      {{"--modal", "5", "--prompt"}, kMisbehaves},
+      {{"--deaf", "--macro", "x"}, kMisbehaves},
+      {{"--die", "--macro", "x"}, kMisbehaves},
       {{"--slow", "fast"}, "--slow needs milliseconds behind it"},
       {{"--modal"}, "--modal needs milliseconds behind it"},
       {{"--home"}, "--home needs a folder behind it"},

@@ -120,9 +120,10 @@ TEST_F(HostAccounts, AMissingFileHoldsNoAccountsAndIsMadeForTheFirst) {
   EXPECT_EQ(store_.Open(file_), std::nullopt);
   EXPECT_TRUE(store_.Names().empty());
   EXPECT_FALSE(fs::exists(file_));
-  EXPECT_TRUE(store_.Create("local"));
-  EXPECT_FALSE(store_.Create("LOCAL")) << "in use";
-  EXPECT_FALSE(store_.Create("a]b"));
+  EXPECT_EQ(store_.Create("local"), std::nullopt);
+  EXPECT_EQ(store_.Create("LOCAL"), "there is an account 'LOCAL' already");
+  EXPECT_EQ(store_.Create("a]b"), "'a]b' cannot be the name of an account");
+  EXPECT_EQ(store_.Create(""), "an account needs a name");
   EXPECT_EQ(FileText(), "[local]\r\n");
 }
 
@@ -159,8 +160,8 @@ TEST_F(HostAccounts, SavingWritesWhatWasChangedAndKeepsTheRest) {
   SetNumber(record, "nAccountIcon", 44);
   SetText(record, "szCcEmail", "c@example.com");
   SetText(record, "szSmtpPassword", "secret");
-  EXPECT_TRUE(store_.Save(record));
-  EXPECT_FALSE(store_.Save(record)) << "it is lent no more";
+  EXPECT_EQ(store_.Save(record), std::nullopt);
+  EXPECT_EQ(store_.Save(record), "the record is not lent") << "any more";
   EXPECT_EQ(FileText(),
             "# mine\r\n[local]\r\nfTLS12 = 1\r\nunknown = kept\r\nnAccountIcon = 44\r\n"
             "szCcEmail = c@example.com\r\n\r\n[other]\r\n");
@@ -170,7 +171,7 @@ TEST_F(HostAccounts, SavingWritesWhatWasChangedAndKeepsTheRest) {
 TEST_F(HostAccounts, SavingWithoutAChangeKeepsEachLine) {
   const std::string text = "[ one ]\r\n # c\r\nfTLS12=1\r\n";
   OpenWith(text);
-  EXPECT_TRUE(store_.Save(store_.Lend("one")));
+  EXPECT_EQ(store_.Save(store_.Lend("one")), std::nullopt);
   EXPECT_EQ(FileText(), text);
 }
 
@@ -191,9 +192,9 @@ TEST_F(HostAccounts, AnotherTitleRenamesTheAccount) {
     SetText(record, "szTitle", title);
     return store_.Save(record);
   };
-  EXPECT_FALSE(save_as("OTHER")) << "the name is in use";
-  EXPECT_FALSE(save_as(""));
-  EXPECT_TRUE(save_as("home"));
+  EXPECT_EQ(save_as("OTHER"), "there is an account 'OTHER' already");
+  EXPECT_EQ(save_as(""), "an account needs a name");
+  EXPECT_EQ(save_as("home"), std::nullopt);
   EXPECT_EQ(FileText(), "[home]\r\n[other]\r\n");
 }
 
@@ -210,7 +211,7 @@ TEST_F(HostAccounts, EachLoanIsARecordOfItsOwn) {
   EXPECT_TRUE(store_.Release(other));
   EXPECT_TRUE(store_.Release(again));
   EXPECT_EQ(local[3320], 7);
-  EXPECT_TRUE(store_.Save(local));
+  EXPECT_EQ(store_.Save(local), std::nullopt);
   EXPECT_EQ(FileText(), "[local]\r\nnAccountIcon = 7\r\n[other]\r\nfImapSync = 1\r\n");
 }
 
@@ -220,10 +221,10 @@ TEST_F(HostAccounts, ALoanKnowsItsAccountWhateverItsTitleSays) {
   char* const second = store_.Lend("local");
   SetText(first, "szTitle", "home");
   EXPECT_EQ(store_.LentName(first), "local");
-  EXPECT_TRUE(store_.Save(first));
+  EXPECT_EQ(store_.Save(first), std::nullopt);
   EXPECT_EQ(store_.LentName(first), std::nullopt);
   EXPECT_EQ(store_.LentName(second), "home") << "the account has that name since";
-  EXPECT_TRUE(store_.Save(second)) << "with its title of before, which is free again";
+  EXPECT_EQ(store_.Save(second), std::nullopt) << "with its title of before, which is free again";
   EXPECT_EQ(FileText(), "[local]\r\n[other]\r\n");
   EXPECT_EQ(store_.LentName(nullptr), std::nullopt);
 }
@@ -232,16 +233,27 @@ TEST_F(HostAccounts, KeepsTheLongTexts) {
   OpenWith("[local]\r\nszSignature = -- \\nAlice\r\n");
   EXPECT_EQ(store_.Text("local", 3), "-- \r\nAlice");
   EXPECT_EQ(store_.Text("local", 0), "");
-  EXPECT_TRUE(store_.SetText("local", 0, "Dear\r\n\r\n"));
-  EXPECT_FALSE(store_.SetText("local", 4, ""));
-  EXPECT_FALSE(store_.SetText("none", 0, ""));
+  EXPECT_EQ(store_.SetText("local", 0, "Dear\r\n\r\n"), std::nullopt);
+  EXPECT_EQ(store_.SetText("local", 4, ""), "there is no long text 4");
+  EXPECT_EQ(store_.SetText("none", 0, ""), "no account 'none'");
   EXPECT_EQ(FileText(), "[local]\r\nszSignature = -- \\nAlice\r\nszNewTemplate = Dear\\n\\n\r\n");
 }
 
 TEST_F(HostAccounts, AFileThatCannotBeWrittenLeavesEverythingAsItWas) {
   EXPECT_EQ(store_.Open(folder_ / "none" / "accounts.txt"), std::nullopt);
-  EXPECT_FALSE(store_.Create("local"));
+  const fs::path missing = folder_ / "none";
+  EXPECT_EQ(store_.Create("local"), "cannot write " + (missing / "accounts.txt").string() +
+                                        ": there is no folder " + missing.string());
   EXPECT_TRUE(store_.Names().empty());
+}
+
+TEST_F(HostAccounts, AFileThatCannotBeReadAnyMoreIsToldAndLeftAlone) {
+  OpenWith("[local]\r\n");
+  fs::remove(file_);
+  fs::create_directory(file_);
+  const std::string told = store_.SetText("local", 0, "Dear").value_or("");
+  EXPECT_TRUE(told.starts_with("cannot read the accounts " + file_.string() + ": ")) << told;
+  EXPECT_EQ(store_.Text("local", 0), "");
 }
 
 }  // namespace

@@ -33,6 +33,10 @@ TEST(UnreadableRecipient, IsTheFirstEntryThatNamesNoAddress) {
       {"(a@b.jp)", "(a@b.jp)", "nothing but a comment"},
       {"a@x; b@x", "a@x; b@x", "a semicolon divides nothing"},
       {"a@x (Bob), <b@x> (B), c(d)@x, \"e f@g\"@x, a@[192.0.2.1]", "", "comments, quotes, a number"},
+      {"a@x, \xE6\x97\xA5@\xE4\xBE\x8B.jp", "\xE6\x97\xA5@\xE4\xBE\x8B.jp", "encoded it would be none"},
+      {"A <a@\xE4\xBE\x8B.jp>", "A <a@\xE4\xBE\x8B.jp>", "a host that is not ASCII"},
+      {"\xE6\x97\xA5 <a@x>, \"\xE6\x97\xA5 @\" <b@x>, c@x (\xE6\x97\xA5)", "",
+       "names and comments may be anything"},
       {"\"a\\\"b\"@x, =?utf-8?Q?J?= <j@x>, a..b@x", "", "what is seldom, but sent"},
   };
   for (const auto& [list, expected, why] : cases) EXPECT_EQ(UnreadableRecipient(list), expected) << why;
