@@ -162,6 +162,20 @@ TEST(CsvText, LinesWiderThanWhatIsRememberedAreWalked) {
   EXPECT_EQ(walker.Field(0), "next");
 }
 
+TEST(CsvText, FarFieldsAreThoseOfTheLineThatTheCursorIsOn) {
+  std::string text;
+  for (const char* const letters : {"a", "bbb"}) {
+    for (int i = 0; i < 1200; ++i) text += letters + std::to_string(i) + ",";
+    text += "\r\n";
+  }
+  Walker walker(text);
+  EXPECT_EQ(walker.Field(1100), "a1100");
+  EXPECT_TRUE(walker.SkipLine());
+  EXPECT_EQ(walker.Field(1100), "bbb1100") << "the next line";
+  EXPECT_TRUE(walker.SetLine(0));
+  EXPECT_EQ(walker.Field(1150), "a1150") << "back";
+}
+
 TEST(CsvText, FarFieldsOfEveryShapeAreWalked) {
   static const char* const kPieces[] = {"a,",      ",",     "\"q\",",        "\"a\"\"b\",",
                                         "\"c\"d,", "\"\",", "\"x,y\r\nz\",", "\"e\"\"f\""};
