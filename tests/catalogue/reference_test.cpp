@@ -85,6 +85,11 @@ TEST(Reference, SendsToOtherExportsOnceEachThoseOfTheTextInFront) {
   row.doc = "Sets it. See also IsUnread and From.";
   EXPECT_EQ(SeeAlso(row)[0], "IsUnread");
   EXPECT_EQ(SeeAlso(row)[1], "From");
+  row.doc = "Sets it as IfEqual does. See also IsUnread, RootHeader and From.";
+  std::vector<std::string_view> names = SeeAlso(row);
+  names.resize(4);
+  EXPECT_EQ(names, (std::vector<std::string_view>{"IsUnread", "RootHeader", "From", "IfEqual"}))
+      << "what the text names elsewhere comes behind the list";
 }
 
 TEST(Reference, SendsToExportsThatShareACodeWhenTheyAreFew) {

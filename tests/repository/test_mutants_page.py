@@ -49,5 +49,11 @@ class Written(unittest.TestCase):
         self.assertEqual(mutants_page.written(text, {}, dict.fromkeys([*rows, *left], "")), text)
 
 
+class Page(unittest.TestCase):
+    def test_every_row_reaches_the_promised_score(self):
+        for name, (count, _) in mutants_page.rows_of((SOURCE / "docs/reliability.md").read_text(encoding="utf-8")).items():
+            self.assertGreaterEqual(mutants_page.score(count), 90, name)
+
+
 if __name__ == "__main__":
     unittest.main()
