@@ -188,6 +188,8 @@ TEST(AddressEntry, MalformedOnesAreRefused) {
       {"\"" + std::string(1023, 'a') + "\r\nb", kEntryTooLong, "one byte later"},
       {"\"" + std::string(1022, 'a'), kOpenSection, "the end of the text behind 1023 bytes"},
       {"\"" + std::string(1023, 'a'), kEntryTooLong, "behind 1024 bytes"},
+      {"(" + std::string(1022, 'a'), kOpenSection, "a comment up to the end of 1023 bytes"},
+      {"(" + std::string(1023, 'a'), kEntryTooLong, "of 1024 bytes"},
   };
   for (const ErrorCase& c : cases) {
     AddressParts parts;
