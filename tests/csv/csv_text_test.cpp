@@ -310,6 +310,13 @@ TEST(CsvText, UnquotingFollowsTheRuleForEveryLength) {
   }
 }
 
+TEST(CsvText, WithoutItsClosingQuoteAFieldKeepsItsLastByteWhateverItIs) {
+  for (int byte = 1; byte < 256; ++byte) {
+    const std::string last(1, static_cast<char>(byte));
+    EXPECT_EQ(Unquoted("\"a" + last), last == "\"" ? "a" : "a" + last) << byte;
+  }
+}
+
 TEST(CsvText, ManyLinesByNumberAreFoundInOrderAndAtRandom) {
   std::string text;
   for (int i = 0; i < 300000; ++i) text += std::to_string(i) + ",x\n";
