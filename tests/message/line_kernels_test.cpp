@@ -166,8 +166,8 @@ TEST_P(EveryKernel, SeesALineEndWhole) {
   for (std::size_t before = 0; before < 140; ++before) {
     for (const std::string end : {"\r\r\n", "\r\n", "\r\r", "\r", "\n", "\r\r\r\n"}) {
       const std::string line = std::string(before, 'x') + end;
-      CheckKernels(*GetParam(), line, 0);
-      CheckKernels(*GetParam(), line + "y" + end, 0);
+      CheckKernels(*GetParam(), line, before);
+      CheckKernels(*GetParam(), line + "y" + end, before);
       if (HasFatalFailure()) return;
     }
   }
