@@ -34,6 +34,8 @@ import sys
 
 from clang import cindex
 
+import mutants_page
+
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 BUILD = ROOT / "build/mutants"
 WORK = BUILD / "work"
@@ -498,33 +500,6 @@ def examine(file, tests, met, results, options):
     return count, survivors
 
 
-def score(count):
-    seen = count["killed"] + count["survived"]
-    return 100 * count["killed"] / seen if seen else 100.0
-
-
-def write_page(kept, everything):
-    """The table of all files that were run as they are, whether by this call or an earlier one."""
-    known = {name: row for name, row in kept.items() if name in everything and row["text"] == sha((ROOT / name).read_text())}
-    lines = ["| file | mutants | killed | survived | explained | same code | not compiled | score |", "|---|---|---|---|---|---|---|---|"]
-    total, of = collections.Counter(), 0
-
-    def line(name, count, of):
-        seen = sum(count.values())
-        return (f"| {name} | {seen if seen == of else f'{seen} of {of}'} | {count['killed']} | {count['survived']} | "
-                f"{count['explained']} | {count['same']} | {count['refused']} | {score(count):.1f} % |")
-    for name in sorted(known):
-        count = collections.Counter(known[name]["count"])
-        total, of = total + count, of + known[name]["of"]
-        lines.append(line(name, count, known[name]["of"]))
-    lines.append(line("all of these", total, of))
-    left = [name for name in everything if name not in known]
-    text = "\n".join(lines) + ("\n\nNot run: " + ", ".join(left) + "." if left else "")
-    first, last = "<!-- mutants: written by ./dev mutants --write -->", "<!-- end of mutants -->"
-    before, rest = PAGE.read_text().split(first)
-    PAGE.write_text(f"{before}{first}\n\n{text}\n\n{last}{rest.split(last)[1]}")
-
-
 def all_files():
     names = [p.relative_to(ROOT).as_posix() for p in sorted((ROOT / "src").rglob("*"))
              if re.search(r"(?<!_win)(?<!_export)\.cpp$|_kernel\.h$", p.name)]
@@ -560,13 +535,14 @@ def main():
         kept.setdefault("summary", {})[file.name] = {"text": sha(file.text), "count": count, "of": len(file.mutants)}
         print(f"{file.name}: {sum(count.values())} mutants, {count['killed']} killed, {count['survived']} survived, "
               f"{count['explained']} explained, {count['same']} of the same code, {count['refused']} not compiled: "
-              f"{score(count):.1f} %")
+              f"{mutants_page.score(count):.1f} %")
         for number, before, after, why in survivors:
             print(f"  {file.name}:{number}:{' (' + why + ')' if why else ''}\n    - {before}\n    + {after}", flush=True)
         store.with_suffix(".new").write_text(json.dumps(kept))
         store.with_suffix(".new").replace(store)
     if options.write:
-        write_page(kept["summary"], everything)
+        texts = {name: sha((ROOT / name).read_text()) for name in everything}
+        PAGE.write_text(mutants_page.written(PAGE.read_text(), kept["summary"], texts))
 
 
 if __name__ == "__main__":

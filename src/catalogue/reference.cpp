@@ -107,15 +107,20 @@ void AddNamed(const std::vector<const Row*>& by_name, std::string_view text, std
   }
 }
 
-// Which exports each row speaks of, by the place of the row. Worked out once.
+// The exports that a row speaks of.
+std::vector<const Row*> NamedBy(const Row& row) {
+  static const std::vector<const Row*> kByName = RowsByName();
+  std::vector<const Row*> named;
+  AddNamed(kByName, row.doc, named);
+  for (const Parameter& parameter : row.parameters) AddNamed(kByName, parameter.doc, named);
+  return named;
+}
+
+// Those of each row of the catalogue, by its place. Worked out once.
 const std::vector<std::vector<const Row*>>& Named() {
   static const std::vector<std::vector<const Row*>> kNamed = [] {
-    const std::vector<const Row*> by_name = RowsByName();
     std::vector<std::vector<const Row*>> named;
-    for (const Row& row : Rows()) {
-      AddNamed(by_name, row.doc, named.emplace_back());
-      for (const Parameter& parameter : row.parameters) AddNamed(by_name, parameter.doc, named.back());
-    }
+    for (const Row& row : Rows()) named.push_back(NamedBy(row));
     return named;
   }();
   return kNamed;
@@ -125,7 +130,7 @@ std::size_t PlaceOf(const Row& row) { return static_cast<std::size_t>(FindRow(ro
 
 std::vector<std::string_view> SpokenOf(const Row& row) {
   std::vector<std::string_view> names;
-  for (const Row* other : Named()[PlaceOf(row)]) names.push_back(other->name);
+  for (const Row* other : NamedBy(row)) names.push_back(other->name);
   return names;
 }
 

@@ -70,7 +70,6 @@ struct Measure {
   Bits64 after_cr = 0;  // a CR of a line end
   Bits64 after_two =
       0;  // two of them: bit 0 before this byte, bit 1 when only one byte of this block may follow
-  Bits64 after_end = 0;  // a byte of a line end
 
   // Bits of the bytes that show a line end of another form than the wanted one.
   Bits64 Wrong(Bits64 cr, Bits64 lf) const {
@@ -90,7 +89,6 @@ struct Measure {
     after_two = (cr >> 62 & 1) | (cr >> 63) << 1;
     open = firsts >> 63;
     after_cr = cr >> 63;
-    after_end = (cr | lf) >> 63;
   }
 };
 

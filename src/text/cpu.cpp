@@ -7,34 +7,43 @@
 namespace wfinfo {
 namespace {
 
+constexpr std::uint32_t kSystemSavesVectors = 1u << 27;  // of CpuWords::features
+
 #if defined(__x86_64__)
 
 // Asked by hand: the compiler's own test needs a constructor that runs at every load of the library.
-bool Ask() {
+CpuWords Ask() {
+  CpuWords words;
   unsigned a = 0, b = 0, c = 0, d = 0;
-  constexpr unsigned kProduct = 1u << 1, kPopcnt = 1u << 23, kSystemSavesVectors = 1u << 27, kAvx = 1u << 28;
-  constexpr unsigned kNeeded = kProduct | kPopcnt | kSystemSavesVectors | kAvx;
-  if (__get_cpuid(1, &a, &b, &c, &d) == 0 || (c & kNeeded) != kNeeded) return false;
-  unsigned saved = 0, high = 0;
-  __asm__("xgetbv" : "=a"(saved), "=d"(high) : "c"(0));
-  constexpr unsigned kXmmAndYmm = 6;
-  if ((saved & kXmmAndYmm) != kXmmAndYmm) return false;
-  constexpr unsigned kBmi1 = 1u << 3, kAvx2 = 1u << 5;
-  return __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 && (b & (kBmi1 | kAvx2)) == (kBmi1 | kAvx2);
+  __get_cpuid(1, &a, &b, &words.features, &d);
+  __get_cpuid_count(7, 0, &a, &words.extended, &c, &d);
+  // The question which ones is an illegal instruction elsewhere.
+  if ((words.features & kSystemSavesVectors) != 0) __asm__("xgetbv" : "=a"(words.saved), "=d"(d) : "c"(0));
+  return words;
 }
 
 #else
 
-bool Ask() { return false; }
+CpuWords Ask() { return {}; }
 
 #endif
 
 }  // namespace
 
+bool AllowsAvx2(const CpuWords& words) {
+  constexpr std::uint32_t kProduct = 1u << 1, kPopcnt = 1u << 23, kAvx = 1u << 28;
+  constexpr std::uint32_t kFeatures = kProduct | kPopcnt | kSystemSavesVectors | kAvx;
+  constexpr std::uint32_t kBmi1 = 1u << 3, kAvx2 = 1u << 5;
+  constexpr std::uint32_t kXmm = 1u << 1, kYmm = 1u << 2;
+  const auto all = [](std::uint32_t bits, std::uint32_t wanted) { return (bits & wanted) == wanted; };
+  return all(words.features, kFeatures) && all(words.extended, kBmi1 | kAvx2) &&
+         all(words.saved, kXmm | kYmm);
+}
+
 constinit std::atomic<CpuAnswer> g_avx2 = CpuAnswer::kNotAsked;
 
 bool AskForAvx2() {
-  const bool has = Ask();
+  const bool has = AllowsAvx2(Ask());
   g_avx2.store(has ? CpuAnswer::kYes : CpuAnswer::kNo, std::memory_order_relaxed);
   return has;
 }

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 namespace wfinfo {
@@ -10,11 +11,22 @@ namespace wfinfo {
 enum class CpuAnswer : unsigned char { kNotAsked, kNo, kYes };
 extern constinit std::atomic<CpuAnswer> g_avx2;
 
+// What the processor and the system say of themselves; of what they do not say all bits are 0.
+struct CpuWords {
+  std::uint32_t features = 0;  // CPUID 1, ECX
+  std::uint32_t extended = 0;  // CPUID 7, EBX
+  std::uint32_t saved = 0;     // XCR0: the registers that the system keeps for each thread
+};
+
+// True when all that the routines in AVX2 use is there: the vectors, the carry-less product, POPCNT and BMI1,
+// and a system that keeps the vectors.
+bool AllowsAvx2(const CpuWords& words);
+
 // Asks the processor and keeps the answer. Two threads may both ask: they hear the same.
 bool AskForAvx2();
 
-// True when AVX2 can be used, with the carry-less product and the bit counts that came before it. Asked of
-// the processor once; after that a load and a comparison, since short texts come here too.
+// AllowsAvx2 of this processor, which is asked once; after that a load and a comparison, since short texts
+// come here too.
 inline bool HasAvx2() {
   const CpuAnswer answer = g_avx2.load(std::memory_order_relaxed);
   return answer == CpuAnswer::kNotAsked ? AskForAvx2() : answer == CpuAnswer::kYes;

@@ -119,6 +119,8 @@ TEST(AddressEntry, EncodedWordsAreUnitsOnRequest) {
   ExpectEntry({"a=b, c", "", "a=b", 4, "a sign that begins no word"}, words);
   ExpectEntry({"=?x?BB?=, y", "", "=?x?BB?=", 9, "an encoding of two letters: up to the next end"}, words);
   ExpectEntry({"=?x?=?, y", "", "=?x?=?", 7, "the sign behind the charset ends the word"}, words);
+  ExpectEntry({"=?x?=?,b?=", "", "=?x?=?", 7, "whatever end follows"}, words);
+  ExpectEntry({"=?x?B?a?=?b,c?=", "", "=?x?B?a?=?b", 12, "the end's sign begins no word"}, words);
   ExpectEntry({"=?x?B?a,\r\n b?= <c@d>", "", "=?x?B?a", 8, "no word goes over a line's end"}, words);
   ExpectEntry({"=?x?B?a,b?= <a@b>", "", "=?x?B?a", 8, "without the request"});
 }
@@ -186,6 +188,8 @@ TEST(AddressEntry, MalformedOnesAreRefused) {
       {"\"" + std::string(1023, 'a') + "\r\nb", kEntryTooLong, "one byte later"},
       {"\"" + std::string(1022, 'a'), kOpenSection, "the end of the text behind 1023 bytes"},
       {"\"" + std::string(1023, 'a'), kEntryTooLong, "behind 1024 bytes"},
+      {"(" + std::string(1022, 'a'), kOpenSection, "a comment up to the end of 1023 bytes"},
+      {"(" + std::string(1023, 'a'), kEntryTooLong, "of 1024 bytes"},
   };
   for (const ErrorCase& c : cases) {
     AddressParts parts;

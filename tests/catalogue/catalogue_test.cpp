@@ -104,6 +104,22 @@ TEST(Catalogue, WhatADocumentationSendsToIsAnExport) {
   EXPECT_GT(names, 50);
 }
 
+TEST(Catalogue, EveryRowStandsUnderTheTitleOfItsFile) {
+  const struct {
+    std::string_view name;
+    std::string_view family;
+  } cases[] = {{"NotifyWrenfoldInfo", "Library and errors"},
+               {"RootHeader", "Header and body text"},
+               {"CSV_LoadFile", "Comma-separated values"},
+               {"SMIMEAddCertificate", "S/MIME"},
+               {"MAPISendMail", "Simple MAPI"}};
+  for (const auto& c : cases) {
+    ASSERT_NE(FindRow(c.name), nullptr) << c.name;
+    EXPECT_EQ(FindRow(c.name)->family, c.family);
+  }
+  for (const Row& row : Rows()) EXPECT_FALSE(row.family.empty()) << row.name;
+}
+
 TEST(Catalogue, RowsAreFoundByName) {
   EXPECT_EQ(FindRow("RootFolder")->code, 42);
   EXPECT_EQ(FindRow("rootfolder"), nullptr);

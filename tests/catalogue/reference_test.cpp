@@ -85,6 +85,11 @@ TEST(Reference, SendsToOtherExportsOnceEachThoseOfTheTextInFront) {
   row.doc = "Sets it. See also IsUnread and From.";
   EXPECT_EQ(SeeAlso(row)[0], "IsUnread");
   EXPECT_EQ(SeeAlso(row)[1], "From");
+  row.doc = "Sets it as IfEqual does. See also IsUnread, RootHeader and From.";
+  std::vector<std::string_view> names = SeeAlso(row);
+  names.resize(4);
+  EXPECT_EQ(names, (std::vector<std::string_view>{"IsUnread", "RootHeader", "From", "IfEqual"}))
+      << "what the text names elsewhere comes behind the list";
 }
 
 TEST(Reference, SendsToExportsThatShareACodeWhenTheyAreFew) {
@@ -120,6 +125,43 @@ TEST(Reference, SendsToExportsThatSpeakOfEachOtherAndNotToMereNeighbours) {
   for (const auto& c : cases) {
     const auto names = SeeAlso(*FindRow(c.from));
     EXPECT_EQ(std::ranges::count(names, c.to), c.expected ? 1 : 0) << c.from << " " << c.to << ": " << c.why;
+  }
+}
+
+TEST(Reference, TakesAMenuCommandForTheSameByWhateverCodeItIsSent) {
+  Row row = *FindRow("ToUpper");
+  const auto sends_to_new_mail = [&row](const std::string& requests) {
+    row.requests = requests;
+    return std::ranges::count(SeeAlso(row), std::string_view("NewMail")) == 1;
+  };
+  const std::string command = std::to_string(RequestsOf(*FindRow("NewMail"))[0].first_slot);
+  EXPECT_TRUE(sends_to_new_mail("M" + command));
+  EXPECT_TRUE(sends_to_new_mail("F57:" + command));
+  EXPECT_FALSE(sends_to_new_mail("H44:" + command)) << "a sub-command, whose number is of no menu";
+}
+
+TEST(Reference, FindsNamesInATextByWholeWords) {
+  const struct {
+    const char* doc;
+    const char* name;
+    bool expected;
+    const char* why;
+  } cases[] = {
+      {"XMailer does it.", "XMailer", true, "the first word, with a capital behind its first letter"},
+      {"As IfEqual", "IfEqual", true, "the last word"},
+      {"[IfEqual] does it.", "IfEqual", true, "brackets are of no name"},
+      {"{IfEqual} does it.", "IfEqual", true, "nor are braces"},
+      {"As IfEqual[0] does.", "IfEqual", true, "nor is an index"},
+      {"As IfEqual{0} does.", "IfEqual", true, "of either kind"},
+      {"As IfEqual0 does.", "IfEqual", false, "a digit goes on with the name"},
+      {"As IfEqual9 does.", "IfEqual", false, "whichever it is"},
+      {"As IfEqual_ does.", "IfEqual", false, "so does a line below"},
+  };
+  Row row = *FindRow("ToUpper");
+  for (const auto& c : cases) {
+    row.doc = c.doc;
+    EXPECT_EQ(std::ranges::count(SeeAlso(row), std::string_view(c.name)), c.expected ? 1 : 0)
+        << c.doc << ": " << c.why;
   }
 }
 

@@ -41,6 +41,7 @@ TEST(Requests, OfARowWrittenByHandAreTheWordsOfItsColumn) {
       {"X1", {}, "no dispatcher"},
       {"H12:", {}, "no command behind the colon"},
       {"H1x", {}, "more than a number"},
+      {"H12x5", {}, "a command behind something else"},
       {"M", {}, "no command"},
       {"M40179x", {}, "more than a command"},
       {"H12:40x", {}, "more than a command behind the colon"},

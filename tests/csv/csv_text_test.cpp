@@ -162,6 +162,20 @@ TEST(CsvText, LinesWiderThanWhatIsRememberedAreWalked) {
   EXPECT_EQ(walker.Field(0), "next");
 }
 
+TEST(CsvText, FarFieldsAreThoseOfTheLineThatTheCursorIsOn) {
+  std::string text;
+  for (const char* const letters : {"a", "bbb"}) {
+    for (int i = 0; i < 1200; ++i) text += letters + std::to_string(i) + ",";
+    text += "\r\n";
+  }
+  Walker walker(text);
+  EXPECT_EQ(walker.Field(1100), "a1100");
+  EXPECT_TRUE(walker.SkipLine());
+  EXPECT_EQ(walker.Field(1100), "bbb1100") << "the next line";
+  EXPECT_TRUE(walker.SetLine(0));
+  EXPECT_EQ(walker.Field(1150), "a1150") << "back";
+}
+
 TEST(CsvText, FarFieldsOfEveryShapeAreWalked) {
   static const char* const kPieces[] = {"a,",      ",",     "\"q\",",        "\"a\"\"b\",",
                                         "\"c\"d,", "\"\",", "\"x,y\r\nz\",", "\"e\"\"f\""};
@@ -314,6 +328,13 @@ TEST(CsvText, UnquotingFollowsTheRuleForEveryLength) {
       field += "abcdefg\""[random() % (round % 2 == 0 ? 8 : 7)];
     if (random() % 2 == 0) field = '"' + field + '"';
     ASSERT_EQ(Unquoted(field), CsvReference::Unquoted(field)) << field;
+  }
+}
+
+TEST(CsvText, WithoutItsClosingQuoteAFieldKeepsItsLastByteWhateverItIs) {
+  for (int byte = 1; byte < 256; ++byte) {
+    const std::string last(1, static_cast<char>(byte));
+    EXPECT_EQ(Unquoted("\"a" + last), last == "\"" ? "a" : "a" + last) << byte;
   }
 }
 

@@ -233,6 +233,7 @@ TEST(MapiCommandLine, Documents) {
        " attach=\"\x83\xFC"
        "b\"",
        "0xFC the highest"},
+      {"\x83\xFC|b", "|", " attach=\"\x83\xFC\" attach=\"b\"", "and it begins no character itself then"},
       {"a\x81\x42"
        "b",
        "\x81\x42", " attach=\"a\" attach=\"b\"", "a double-byte delimiter"},

@@ -161,6 +161,18 @@ TEST_P(EveryKernel, LeavesAnEscapeThatEndsInCrWhole) {
   }
 }
 
+TEST_P(EveryKernel, SeesALineEndWhole) {
+  // Wherever it lies in the blocks that are read: also with its first bytes in one and the rest in the next.
+  for (std::size_t before = 0; before < 140; ++before) {
+    for (const std::string end : {"\r\r\n", "\r\n", "\r\r", "\r", "\n", "\r\r\r\n"}) {
+      const std::string line = std::string(before, 'x') + end;
+      CheckKernels(*GetParam(), line, before);
+      CheckKernels(*GetParam(), line + "y" + end, before);
+      if (HasFatalFailure()) return;
+    }
+  }
+}
+
 TEST(LineKernels, ThereIsAChoiceForEveryProcessor) {
   EXPECT_EQ(&Lines(), RunnableLineKernels().back());
   EXPECT_STREQ(RunnableLineKernels().front()->name, "portable");

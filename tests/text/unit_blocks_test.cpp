@@ -73,6 +73,16 @@ void Check(std::string_view text) {
   ASSERT_EQ(base, BaseNameByUnits(text)) << Shown(text);
 }
 
+TEST(UnitBlocks, BehindTheEndOfTheTextABlockHoldsZeros) {
+  for (std::size_t size = 1; size < 140; ++size) {
+    const std::string text(size, 'x');
+    for (UnitBlocks blocks(text); blocks.Next();) {
+      const std::string_view behind(blocks.bytes() + blocks.length(), kUnitBlock - blocks.length());
+      EXPECT_EQ(behind.find_first_not_of('\0'), std::string_view::npos) << size;
+    }
+  }
+}
+
 TEST(UnitBlocks, HostileTextsAreReadAsUnitsAtEveryPlace) {
   const struct {
     std::string text;
