@@ -149,7 +149,7 @@ file(GLOB end_to_end_tests CONFIGURE_DEPENDS tests/e2e/test_*.py tests/repositor
 foreach(test ${end_to_end_tests})
   get_filename_component(name ${test} NAME_WE)
   add_test(NAME ${name} COMMAND python3 ${test})
-  if(test MATCHES "/repository/|/test_(kit|package)[.]py$")  # these say nothing of a code page
+  if(test MATCHES "/repository/|/test_(from_the_zip|kit|package)[.]py$")  # these say nothing of a code page
     set_tests_properties(${name} PROPERTIES LABELS once)
   endif()
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 SKIP_RETURN_CODE 77

@@ -50,7 +50,7 @@ def japanese(pages):
 NAVIGATION = [
     {"Home": HOME},
     {"Start": ["first-macro.md", {"Twelve macros": "learn.md"}, "windows.md", "prompt.md", {"The macro language": "macros.md"},
-               {"The small host": "small-host.md"}, {"What is in the archive": "install.md"}]},
+               {"The small host": "small-host.md"}, {"From the archive": "install.md"}]},
     {"Guides": [*GUIDES, "from-your-program.md", {"Other languages": "bindings.md"}]},
     {"Concepts": CONCEPTS},
     {"Reference": [{"By subject": FAMILIES}, {"A to Z": REFERENCE}, {"Families": [BY_FAMILY]}, {"More on subjects": SUBJECTS}]},
