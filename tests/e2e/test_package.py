@@ -160,5 +160,69 @@ class Linking(PackageTest):
             self.assertEqual(self.wine("begin.exe", folder)[1], 18)
 
 
+def linked_or_copied(source, target):
+    """For what is read alone."""
+    try:
+        os.link(source, target)
+    except OSError:
+        shutil.copy(source, target)
+
+
+class AnotherFolder(PackageTest):
+    """The archive does not depend on folder and time: programs are compiled in part, linked, and packed once more in a folder of
+    another name. `./dev package --twice` builds all of it there."""
+
+    COMPILED = ("src/dates/date_parse.cpp", "src/dates/dates_export.cpp", "src/bridge/results_win.cpp", "resources/wfinfo.rc",
+                "host/main_win.cpp", "tests/doubles/net/wininet.c")
+    LINKED = ("libwfinfo_pure.a", "WFINFO.dll", "wrenfold.exe", "WININET.dll")
+    BUILD = pathlib.Path("build/windows")
+
+    def setUp(self):
+        folder = pathlib.Path(tempfile.mkdtemp(prefix="another-"))
+        self.addCleanup(shutil.rmtree, folder)
+        self.there = folder / "a-folder-of-another-name"
+        tops = {".git", "build", "out"}
+        shutil.copytree(host.SOURCE, self.there, symlinks=True,
+                        ignore=lambda at, names: tops & set(names) if pathlib.Path(at) == host.SOURCE else [])
+        shutil.copytree(make_package.OUT, self.there / "out", ignore=shutil.ignore_patterns("site", "drafts", "tour", "*.zip"))
+        shutil.copytree(host.SOURCE / self.BUILD, self.there / self.BUILD, copy_function=linked_or_copied, symlinks=True,
+                        ignore=shutil.ignore_patterns("googletest", "_deps", "Testing", "*_tests.dir"))
+        os.symlink(host.SOURCE / "build/libraries", self.there / "build/libraries")
+
+    def commands(self):
+        """Of the build, those for COMPILED and LINKED, as they would be there."""
+        printed = subprocess.run(["ninja", "-t", "commands", f"{make_package.OUT}/host/wrenfold.exe", "wininet_double"],
+                                 cwd=host.SOURCE / self.BUILD, capture_output=True, text=True, check=True).stdout
+        for line in printed.splitlines():
+            made = re.findall(r" (?:-o|qc) (\S+)", line) or re.findall(r"windres.* (\S+)$", line)
+            if not made:
+                continue
+            if any(f"{host.SOURCE}/{name}" in line.split() for name in self.COMPILED) or pathlib.Path(made[0]).name in self.LINKED:
+                yield made[0].replace(str(host.SOURCE), str(self.there)), line.replace(str(host.SOURCE), str(self.there))
+
+    def test_the_same_archive_is_made_there(self):
+        made = []
+        for target, line in self.commands():
+            # It may be a link to the file that was built here.
+            (self.there / self.BUILD / target).unlink()
+            subprocess.run(line, shell=True, cwd=self.there / self.BUILD, check=True, env={**os.environ, "CCACHE_DISABLE": "1"})
+            made.append(pathlib.Path(target).name)
+        self.assertEqual(len(made), len(self.COMPILED) + len(self.LINKED), made)
+        subprocess.run([sys.executable, "tools/make_kit.py"], cwd=self.there, check=True, env=self.surroundings())
+        subprocess.run([sys.executable, "tools/make_package.py"], cwd=self.there, check=True, env=self.surroundings())
+        archive = self.there / "out" / self.archive.name
+        with zipfile.ZipFile(archive) as packed:
+            other = {name.removeprefix(f"{TOP}/"): packed.read(name) for name in packed.namelist()}
+        self.assertEqual([name for name in sorted(other.keys() | self.packed.keys()) if other.get(name) != self.packed.get(name)], [])
+        self.assertEqual(hashlib.sha256(archive.read_bytes()).hexdigest(), hashlib.sha256(self.archive.read_bytes()).hexdigest())
+
+    def surroundings(self):
+        """Git answers there as it does here, and writes nothing."""
+        rest = {name: value for name, value in os.environ.items() if not name.startswith("WFINFO_")}
+        found = subprocess.run(["git", "rev-parse", "--absolute-git-dir"], cwd=host.SOURCE, capture_output=True, text=True)
+        of_git = {"GIT_DIR": found.stdout.strip(), "GIT_WORK_TREE": str(self.there), "GIT_OPTIONAL_LOCKS": "0"} if found.returncode == 0 else {}
+        return {**rest, **of_git, "PYTHONDONTWRITEBYTECODE": "1"}
+
+
 if __name__ == "__main__":
     unittest.main()
