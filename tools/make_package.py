@@ -164,7 +164,7 @@ def start_page():
     to = SITE + make_site.places()[DOCUMENTS["README.md"]].replace(".md", ".html")
     return (f'<!DOCTYPE html>\n<html lang="en">\n<meta charset="utf-8">\n<title>WFINFO {version()}</title>\n'
             f'<meta http-equiv="refresh" content="0; url={to}">\n<a href="{to}">What to do first</a>\n'
-            f'<a href="{SITE}index.ja.html" lang="ja">日本語</a>\n</html>\n').encode()
+            f'<a href="{to.replace(".html", ".ja.html")}" lang="ja">日本語</a>\n</html>\n').encode()
 
 
 # --- The archive ---

@@ -60,7 +60,7 @@ NAVIGATION = [
     {"Proved": ["testing.md", "reliability.md", "reliability-calls.md", "speed.md", "test-kit.md"]},
     {"The house": [{"How it is built": "architecture.md"}, {"Working on it": "contributing.md"}, {"The catalogue": "catalogue.md"},
                    {"Examples": "examples.md"}, {"Dependencies": "dependencies.md"}, {"What changed": "changelog.md"}]},
-    {"日本語": [{"はじめに": "index.ja.md"}, "first-macro.ja.md", {"十二のマクロ": "learn.ja.md"}, {"マクロの言語": "macros.ja.md"}, {"手引き": japanese(GUIDES)},
+    {"日本語": [{"はじめに": "index.ja.md"}, "first-macro.ja.md", {"配布ファイルから": "install.ja.md"}, {"十二のマクロ": "learn.ja.md"}, {"マクロの言語": "macros.ja.md"}, {"手引き": japanese(GUIDES)},
              {"基礎知識": japanese(CONCEPTS)}, {"関数の一覧": "families.ja.md"}]},
 ]
 

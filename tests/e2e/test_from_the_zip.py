@@ -27,7 +27,7 @@ import make_kit  # noqa: E402
 import make_package  # noqa: E402
 import make_site  # noqa: E402
 
-PAGE = host.SOURCE / "docs/install.md"
+PAGES = [host.SOURCE / "docs" / name for name in ("install.md", "install.ja.md")]
 NODE = host.SOURCE / "build/node"
 TYPIST = pathlib.Path(os.environ.get("WFINFO_BUILD", host.SOURCE / "build/windows")) / "doubles/console_typist.exe"
 COMPILER = "x86_64-w64-mingw32-gcc"
@@ -223,21 +223,18 @@ class FromTheZip(unittest.TestCase):
 
 
 def write():
-    """Writes into the page what comes."""
-    page = PAGE.read_text(encoding="utf-8")
+    """Writes into the page, of both languages, what comes."""
     with tempfile.TemporaryDirectory(prefix="zip-") as folder:
         stranger = Stranger(packed_in(folder))
     try:
         stranger.begin()
-        rest = iter(stranger.walk((stranger.top / "README.md").read_text(encoding="utf-8")))
+        blocks = stranger.walk((stranger.top / "README.md").read_text(encoding="utf-8"))
     finally:
         stranger.end()
-
-    def shown(match):
-        block = next(rest)
-        return match[0] if block.came is None else f"```text\n{block.came}```"
-
-    PAGE.write_text(re.sub(r"^```text\n.*?^```$", shown, page, flags=re.M | re.S), encoding="utf-8")
+    for path in PAGES:
+        rest = iter(block.said if block.came is None else block.came for block in blocks)
+        page = path.read_text(encoding="utf-8")
+        path.write_text(re.sub(r"^```text\n.*?^```$", lambda _: f"```text\n{next(rest)}```", page, flags=re.M | re.S), encoding="utf-8")
 
 
 if __name__ == "__main__" and sys.argv[1:2] == ["--write"]:
