@@ -81,8 +81,11 @@ target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WI
 target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options};${traceable};-O2;-fno-ident>)
 target_link_libraries(WFINFO PRIVATE wfinfo_pure)
 target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong)
+# The linker sorts what a program imports by the path of the import library. In the build folder that is a relative one.
 set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREFIX lib
-  RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT} ARCHIVE_OUTPUT_DIRECTORY ${WFINFO_OUT})
+  RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT} ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+add_custom_command(TARGET WFINFO POST_BUILD
+  COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_LINKER_FILE:WFINFO> ${WFINFO_OUT})
 keep_symbols_apart(WFINFO)
 
 # The small host, with a copy of the library beside it.
