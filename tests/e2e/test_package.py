@@ -161,13 +161,13 @@ class Linking(PackageTest):
 
 
 def linked_or_copied(source, target):
-    """For what is read alone; import libraries are written with their library."""
-    try:
-        if str(source).endswith(".dll.a"):
-            raise OSError
-        os.link(source, target)
-    except OSError:
-        shutil.copy(source, target)
+    """A link to what is read alone; import libraries are written with their library."""
+    if not str(source).endswith(".dll.a"):
+        try:
+            return os.link(source, target)
+        except OSError:
+            pass
+    return shutil.copy(source, target)
 
 
 class AnotherFolder(PackageTest):
@@ -188,7 +188,7 @@ class AnotherFolder(PackageTest):
                         ignore=lambda at, names: tops & set(names) if pathlib.Path(at) == host.SOURCE else [])
         shutil.copytree(make_package.OUT, self.there / "out", ignore=shutil.ignore_patterns("site", "drafts", "tour", "*.zip"))
         shutil.copytree(host.SOURCE / self.BUILD, self.there / self.BUILD, copy_function=linked_or_copied, symlinks=True,
-                        ignore=shutil.ignore_patterns("googletest", "_deps", "Testing", "*_tests.dir"))
+                        ignore=shutil.ignore_patterns("googletest", "Testing"))
         os.symlink(host.SOURCE / "build/libraries", self.there / "build/libraries")
 
     def commands(self):
