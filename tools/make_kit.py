@@ -131,7 +131,8 @@ def stripped(path):
     messages where the compiler was called with such."""
     with tempfile.TemporaryDirectory() as folder:
         copy = pathlib.Path(folder) / path.name
-        subprocess.run(["x86_64-w64-mingw32-strip", "-o", str(copy), str(path)], check=True)
+        # --preserve-dates: the time in its head too.
+        subprocess.run(["x86_64-w64-mingw32-strip", "--preserve-dates", "-o", str(copy), str(path)], check=True)
         content = copy.read_bytes()
     root = f"{ROOT}/".encode()
     return content.replace(root, b"./" * (len(root) // 2) + b"/" * (len(root) % 2))

@@ -159,6 +159,14 @@ def bill_of_materials():
     return (json.dumps(bill, indent=1) + "\n").encode()
 
 
+def start_page():
+    """What a double click opens, where no program is there for README.md: the same page in the site."""
+    to = SITE + make_site.places()[DOCUMENTS["README.md"]].replace(".md", ".html")
+    return (f'<!DOCTYPE html>\n<html lang="en">\n<meta charset="utf-8">\n<title>WFINFO {version()}</title>\n'
+            f'<meta http-equiv="refresh" content="0; url={to}">\n<a href="{to}">What to do first</a>\n'
+            f'<a href="{to.replace(".html", ".ja.html")}" lang="ja">日本語</a>\n</html>\n').encode()
+
+
 # --- The archive ---
 
 
@@ -176,6 +184,7 @@ def contents():
             packed[name] = path.read_bytes()
     packed["development/WFINFO.def"] = definition_file()
     packed["development/WFINFO.lib"] = microsoft_import_library(definition_file())
+    packed["START-HERE.html"] = start_page()
     packed["THIRD-PARTY-NOTICES.txt"] = notices()
     packed["sbom.cdx.json"] = bill_of_materials()
     sums = "".join(f"{hashlib.sha256(content).hexdigest()}  {name}\n" for name, content in sorted(packed.items()))

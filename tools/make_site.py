@@ -50,7 +50,7 @@ def japanese(pages):
 NAVIGATION = [
     {"Home": HOME},
     {"Start": ["first-macro.md", {"Twelve macros": "learn.md"}, "windows.md", "prompt.md", {"The macro language": "macros.md"},
-               {"The small host": "small-host.md"}, {"What is in the archive": "install.md"}]},
+               {"The small host": "small-host.md"}, {"From the archive": "install.md"}]},
     {"Guides": [*GUIDES, "from-your-program.md", {"Other languages": "bindings.md"}]},
     {"Concepts": CONCEPTS},
     {"Reference": [{"By subject": FAMILIES}, {"A to Z": REFERENCE}, {"Families": [BY_FAMILY]}, {"More on subjects": SUBJECTS}]},
@@ -60,7 +60,7 @@ NAVIGATION = [
     {"Proved": ["testing.md", "reliability.md", "reliability-calls.md", "speed.md", "test-kit.md"]},
     {"The house": [{"How it is built": "architecture.md"}, {"Working on it": "contributing.md"}, {"The catalogue": "catalogue.md"},
                    {"Examples": "examples.md"}, {"Dependencies": "dependencies.md"}, {"What changed": "changelog.md"}]},
-    {"日本語": [{"はじめに": "index.ja.md"}, "first-macro.ja.md", {"十二のマクロ": "learn.ja.md"}, {"マクロの言語": "macros.ja.md"}, {"手引き": japanese(GUIDES)},
+    {"日本語": [{"はじめに": "index.ja.md"}, "first-macro.ja.md", {"配布ファイルから": "install.ja.md"}, {"十二のマクロ": "learn.ja.md"}, {"マクロの言語": "macros.ja.md"}, {"手引き": japanese(GUIDES)},
              {"基礎知識": japanese(CONCEPTS)}, {"関数の一覧": "families.ja.md"}]},
 ]
 

@@ -40,7 +40,18 @@ def home_of_the_host(folder):
         host.run("--unregister-mapi")
 
 
-SET_UPS = {"sign-and-verify.md": example_set_ups.key_ring, "fetch-a-page.md": example_set_ups.web_site,
+@contextlib.contextmanager
+def keys_and_certificates(folder):
+    """A key ring of GnuPG, and stores of certificates in a Wine prefix of their own."""
+    with example_set_ups.key_ring(folder) as keys, example_set_ups.certificates(folder) as stores:
+        if keys is None or stores is None:
+            yield None
+            return
+        of_gnupg = {name: keys.environment[name] for name in ("GNUPGHOME", "WINEPATH")}
+        yield example_set_ups.Provided(environment={**stores.environment, **of_gnupg})
+
+
+SET_UPS = {"sign-and-verify.md": keys_and_certificates, "fetch-a-page.md": example_set_ups.web_site,
            "be-the-mail-client.md": home_of_the_host}
 
 
@@ -103,7 +114,7 @@ class Guides(unittest.TestCase):
             with self.subTest(name):
                 blocks = walk(name)
                 if blocks is None:
-                    self.skipTest("needs gpg")
+                    self.skipTest("needs gpg, and the stand-in for crypt32")
                 self.assertGreater(len(blocks), 0)
                 for said, came in blocks:
                     self.assertEqual(came, said)

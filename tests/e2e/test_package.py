@@ -1,4 +1,4 @@
-"""What people install: the archive as it is packed, its checker with planted faults, and the first page from the archive alone."""
+"""What people install: the archive as it is packed, its checker with planted faults, and what links with it."""
 import hashlib
 import os
 import pathlib
@@ -48,21 +48,23 @@ def summed(packed):
     return rest | {"SHA256SUMS": sums.encode()}
 
 
-class PackageTest(unittest.TestCase):
-    maxDiff = None
+def setUpModule():
+    if not make_site.can_build():
+        raise unittest.SkipTest("MkDocs, which builds the pages of the package, is not installed")
+    make_kit.pack()
+    folder = pathlib.Path(tempfile.mkdtemp(prefix="package-"))
+    unittest.addModuleCleanup(shutil.rmtree, folder)
+    PackageTest.packed = make_package.contents()
+    PackageTest.archive = archive_of(PackageTest.packed, folder)
+    with zipfile.ZipFile(PackageTest.archive) as packed:
+        packed.extractall(folder)
+    PackageTest.top = folder / TOP
 
-    @classmethod
-    def setUpClass(cls):
-        if not make_site.can_build():
-            raise unittest.SkipTest("MkDocs, which builds the pages of the package, is not installed")
-        make_kit.pack()
-        cls.packed = make_package.contents()
-        cls.folder = pathlib.Path(tempfile.mkdtemp(prefix="package-"))
-        cls.addClassCleanup(shutil.rmtree, cls.folder)
-        cls.archive = archive_of(cls.packed, cls.folder)
-        with zipfile.ZipFile(cls.archive) as packed:
-            packed.extractall(cls.folder)
-        cls.top = cls.folder / TOP
+
+class PackageTest(unittest.TestCase):
+    """With the archive, as it is packed and as it is unpacked; none of them changes it."""
+
+    maxDiff = None
 
     def unpacked(self, packed, folder):
         """A folder with what was packed, as linked copies but for what differs: packing takes seconds each time."""
@@ -130,53 +132,21 @@ class Contents(PackageTest):
         self.assertEqual({ref for need in bill["dependencies"] for ref in [need["ref"], *need["dependsOn"]]}, known)
 
 
-class FirstPage(PackageTest):
-    """From the unpacked archive alone."""
+class Linking(PackageTest):
+    """Programs that are built with what the archive holds; its first page, step by step: test_from_the_zip.py."""
 
-    def wine(self, *words, folder=None, **more):
-        finished = subprocess.run([*([] if os.name == "nt" else ["wine"]), *map(str, words)], cwd=folder or self.top,
-                                  stdin=more.pop("stdin", subprocess.DEVNULL), stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                  timeout=host.TIMEOUT_SECONDS, **more)
-        return finished.stdout.decode(), finished.stderr.decode(), finished.returncode
+    def wine(self, name, folder):
+        finished = subprocess.run([*([] if os.name == "nt" else ["wine"]), name], cwd=folder, stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=host.TIMEOUT_SECONDS)
+        return finished.stdout.decode().replace("\r\n", "\n"), finished.returncode
 
-    def commands(self):
-        return [line.replace("\\", "/").split() for line in re.findall(r"^small-host\\.*$", self.packed["README.md"].decode(), re.M)]
-
-    def test_its_macros_run(self):
-        page = self.packed["README.md"].decode()
-        macro = next(block for block in re.findall(r"^```\n(.*?)^```", page, re.M | re.S) if block.startswith("print "))
-        (self.top / "hello.macro").write_text(macro)
-        shutil.copy(self.top / "samples/mails/plain-ascii.eml", self.top / "mail.eml")
-        ran = 0
-        for words in self.commands():
-            if "--macro" not in words:
-                continue
-            with self.subTest(" ".join(words)):
-                out, err, code = self.wine(*words)
-                self.assertEqual((code, err if "--trace" not in words else ""), (0, ""))
-                if "hello.macro" in words:
-                    self.assertEqual(out, "Subject: Minutes of the March meeting\nFirst line: Hello Bob,\n")
-                ran += 1
-        self.assertEqual(ran, 3)
-
-    def test_its_prompt_answers(self):
-        shutil.copy(self.top / "samples/mails/plain-ascii.eml", self.top / "mail.eml")
-        [words] = [words for words in self.commands() if "--prompt" in words]
-        with open(self.folder / "typed.txt", "w+") as typed:
-            typed.write('RootHeader("From")\n')
-            typed.seek(0)
-            out, _, code = self.wine(*words, stdin=typed)
-        self.assertEqual((out, code), ("Alice Baker <alice@example.com>\n", 0))
-
-    def test_a_program_in_c_is_built_with_its_line(self):
-        line = re.search(rf"^{COMPILER} .*$", self.packed["README.md"].decode(), re.M)[0]
+    def test_a_program_in_c_knows_the_version_and_needs_no_header_of_windows(self):
         with tempfile.TemporaryDirectory() as folder:
-            shutil.copytree(self.top / "development", pathlib.Path(folder, "development"))
             shutil.copy(self.top / "library/WFINFO.dll", folder)
             pathlib.Path(folder, "program.c").write_text(PROGRAM)
-            subprocess.run(line.split(), cwd=folder, check=True)
-            out, _, code = self.wine("program.exe", folder=folder)
-        self.assertEqual((out.replace("\r\n", "\n"), code), (f"interface 18, MADE WITH {make_package.version()}\n", 0))
+            subprocess.run([COMPILER, "program.c", f"-I{self.top}/development", self.top / "development/libWFINFO.dll.a", "-o", "program.exe"],
+                           cwd=folder, check=True)
+            self.assertEqual(self.wine("program.exe", folder), (f"interface 18, MADE WITH {make_package.version()}\n", 0))
 
     @unittest.skipUnless(shutil.which("lld-link-14"), "LLVM's linker for Windows is not installed")
     def test_the_import_library_for_microsofts_linker_links(self):
@@ -187,7 +157,73 @@ class FirstPage(PackageTest):
             kernel = subprocess.run([COMPILER, "-print-file-name=libkernel32.a"], capture_output=True, text=True, check=True).stdout.strip()
             subprocess.run(["lld-link-14", "/entry:Begin", "/subsystem:console", "/nodefaultlib", "/out:begin.exe", "begin.o",
                             f"{self.top}/development/WFINFO.lib", kernel], cwd=folder, check=True)
-            self.assertEqual(self.wine("begin.exe", folder=folder)[2], 18)
+            self.assertEqual(self.wine("begin.exe", folder)[1], 18)
+
+
+def linked_or_copied(source, target):
+    """A link to what is read alone; import libraries are written with their library."""
+    if not str(source).endswith(".dll.a"):
+        try:
+            return os.link(source, target)
+        except OSError:
+            pass
+    return shutil.copy(source, target)
+
+
+class AnotherFolder(PackageTest):
+    """The archive does not depend on folder and time: programs are compiled in part, linked, and packed once more in a folder of
+    another name. `./dev package --twice` builds all of it there."""
+
+    COMPILED = ("src/dates/date_parse.cpp", "src/dates/dates_export.cpp", "src/bridge/results_win.cpp", "resources/wfinfo.rc",
+                "host/main_win.cpp", "tests/doubles/net/wininet.c")
+    LINKED = ("libwfinfo_pure.a", "WFINFO.dll", "wrenfold.exe", "WININET.dll", "net_doubles_tests.exe")
+    BUILD = pathlib.Path("build/windows")
+
+    def setUp(self):
+        folder = pathlib.Path(tempfile.mkdtemp(prefix="another-"))
+        self.addCleanup(shutil.rmtree, folder)
+        self.there = folder / "a-folder-of-another-name"
+        tops = {".git", "build", "out"}
+        shutil.copytree(host.SOURCE, self.there, symlinks=True,
+                        ignore=lambda at, names: tops & set(names) if pathlib.Path(at) == host.SOURCE else [])
+        shutil.copytree(make_package.OUT, self.there / "out", ignore=shutil.ignore_patterns("site", "drafts", "tour", "*.zip"))
+        shutil.copytree(host.SOURCE / self.BUILD, self.there / self.BUILD, copy_function=linked_or_copied, symlinks=True,
+                        ignore=shutil.ignore_patterns("googletest", "Testing"))
+        os.symlink(host.SOURCE / "build/libraries", self.there / "build/libraries")
+
+    def commands(self):
+        """Of the build, those for COMPILED and LINKED, as they would be there."""
+        printed = subprocess.run(["ninja", "-t", "commands", f"{make_package.OUT}/host/wrenfold.exe", "wininet_double", "net_doubles_tests.exe"],
+                                 cwd=host.SOURCE / self.BUILD, capture_output=True, text=True, check=True).stdout
+        for line in printed.splitlines():
+            made = re.findall(r" (?:-o|qc) (\S+)", line) or re.findall(r"windres.* (\S+)$", line)
+            if not made:
+                continue
+            if any(f"{host.SOURCE}/{name}" in line.split() for name in self.COMPILED) or pathlib.Path(made[0]).name in self.LINKED:
+                yield made[0].replace(str(host.SOURCE), str(self.there)), line.replace(str(host.SOURCE), str(self.there))
+
+    def test_the_same_archive_is_made_there(self):
+        made = []
+        for target, line in self.commands():
+            # It may be a link to the file that was built here.
+            (self.there / self.BUILD / target).unlink()
+            subprocess.run(line, shell=True, cwd=self.there / self.BUILD, check=True, env={**os.environ, "CCACHE_DISABLE": "1"})
+            made.append(pathlib.Path(target).name)
+        self.assertEqual(len(made), len(self.COMPILED) + len(self.LINKED), made)
+        subprocess.run([sys.executable, "tools/make_kit.py"], cwd=self.there, check=True, env=self.surroundings())
+        subprocess.run([sys.executable, "tools/make_package.py"], cwd=self.there, check=True, env=self.surroundings())
+        archive = self.there / "out" / self.archive.name
+        with zipfile.ZipFile(archive) as packed:
+            other = {name.removeprefix(f"{TOP}/"): packed.read(name) for name in packed.namelist()}
+        self.assertEqual([name for name in sorted(other.keys() | self.packed.keys()) if other.get(name) != self.packed.get(name)], [])
+        self.assertEqual(hashlib.sha256(archive.read_bytes()).hexdigest(), hashlib.sha256(self.archive.read_bytes()).hexdigest())
+
+    def surroundings(self):
+        """Git answers there as it does here, and writes nothing."""
+        rest = {name: value for name, value in os.environ.items() if not name.startswith("WFINFO_")}
+        found = subprocess.run(["git", "rev-parse", "--absolute-git-dir"], cwd=host.SOURCE, capture_output=True, text=True)
+        of_git = {"GIT_DIR": found.stdout.strip(), "GIT_WORK_TREE": str(self.there), "GIT_OPTIONAL_LOCKS": "0"} if found.returncode == 0 else {}
+        return {**rest, **of_git, "PYTHONDONTWRITEBYTECODE": "1"}
 
 
 if __name__ == "__main__":

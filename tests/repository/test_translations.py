@@ -10,7 +10,7 @@ import house  # noqa: E402
 
 JAPANESE = [name for name in house.repository_files() if re.fullmatch(r"docs/[\w-]+\.ja\.md", name)]
 # What a macro author reads first.
-AUTHORS_PAGES = {"index", "first-macro", "learn", "macros", "families", "host-text", "text-results", "threads", "dialogs", "odd-behaviour", "answer-a-mail",
+AUTHORS_PAGES = {"index", "install", "first-macro", "learn", "macros", "families", "host-text", "text-results", "threads", "dialogs", "odd-behaviour", "answer-a-mail",
                  "sort-a-mailbox", "read-a-csv", "sign-and-verify", "fetch-a-page", "be-the-mail-client"}
 FENCE = re.compile(r"^```.*?^```$", re.M | re.S)
 
