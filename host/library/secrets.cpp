@@ -6,7 +6,9 @@
 namespace wrenfold {
 namespace {
 
-bool IsSecretName(std::string_view parameter) { return parameter == "pass_phrase" || parameter == "password"; }
+bool IsSecretName(std::string_view parameter) {
+  return parameter == "pass_phrase" || parameter == "password";
+}
 
 // SetAccountProp takes all settings; some of them are passwords.
 bool IsSecretSetting(std::string_view name, std::span<const macro::Value> parameters) {

@@ -39,10 +39,12 @@ TEST(Secrets, OfAccountsAreHidden) {
 }
 
 TEST(Secrets, AreNotInACallThatIsShown) {
-  const Value parameters[] = {Value(std::string("text")), Value(std::string("bob")), Value(std::string("hunter2"))};
+  const Value parameters[] = {Value(std::string("text")), Value(std::string("bob")),
+                              Value(std::string("hunter2"))};
   EXPECT_EQ(ShownCall("PgpSign", parameters), "PgpSign(\"text\", \"bob\", \"***\")");
   std::string lines, json;
-  const Trace trace([&](std::string_view line) { lines += line; }, [&](std::string_view line) { json += line; }, {});
+  const Trace trace([&](std::string_view line) { lines += line; },
+                    [&](std::string_view line) { json += line; }, {});
   trace.Call({"PgpSign", std::nullopt, parameters, Value(), ""}, false);
   EXPECT_EQ((lines + json).find("hunter2"), std::string::npos) << lines << json;
   EXPECT_NE(json.find("\"***\""), std::string::npos) << json;
