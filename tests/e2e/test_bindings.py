@@ -9,6 +9,7 @@ import shutil
 import subprocess
 import tempfile
 import unittest
+import unittest.mock
 
 import host
 
@@ -216,6 +217,13 @@ class Python(unittest.TestCase):
             units = self.module.from_host(host_text) if not 0xD800 <= unit <= 0xDFFF else text  # halves of a pair stand for nothing
             self.assertEqual(units, text, f"U+{unit:04X} {host_text.hex()}")
         self.assertEqual(self.module.from_host(self.module.to_host("x😀y")), "x😀y")
+
+    @unittest.skipIf(os.name == "nt", "here is a Python for Windows")
+    def test_a_python_that_is_not_for_windows_is_told_what_it_lacks(self):
+        with unittest.mock.patch.object(ctypes, "WinDLL"):
+            del ctypes.WinDLL
+            with self.assertRaisesRegex(OSError, "it needs Python for Windows"):
+                self.module.Wfinfo("WFINFO.dll")
 
     def test_escapes_are_those_of_the_library(self):
         for text, expected, why in (("\x1a", "1a9a8084", "the mark itself"), ("☕", "1a95a68c", "full width"), ("é", "1ae98085", "bit 7, narrow"),

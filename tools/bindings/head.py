@@ -63,6 +63,8 @@ _text, _wide, _value, _result = "text", "wide", "value", "result"
 
 class Wfinfo:
     def __init__(self, path="WFINFO.dll"):
+        if not hasattr(ctypes, "WinDLL"):
+            raise OSError("WFINFO.dll is a library of Windows: it needs Python for Windows, under Linux in Wine")
         self._library = ctypes.WinDLL(path)
         self._lock = threading.RLock()
 
