@@ -1,7 +1,7 @@
 #include "host/library/secrets.h"
 
 #include "src/catalogue/rows.h"
-#include "src/commands/account_keys.h"
+#include "src/commands/account_fields.h"
 
 namespace wrenfold {
 namespace {

@@ -9,8 +9,8 @@
 
 namespace wrenfold {
 
-// The parameters of a call of an export, as messages and the trace may show them: "***" stands for each secret text.
-// An empty one is shown: it tells nothing, and is often what went wrong.
+// The parameters of a call of an export, as messages and the trace may show them: "***" stands for each
+// secret text. An empty one is shown: it tells nothing, and is often what went wrong.
 std::vector<macro::Value> WithoutSecrets(std::string_view name, std::span<const macro::Value> parameters);
 
 }  // namespace wrenfold

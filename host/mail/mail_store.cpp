@@ -64,7 +64,8 @@ std::vector<fs::path> Entries(const fs::path& folder, std::error_code& error) {
 
 constexpr const char* kTooLong = "its name is too long, with the folders above it";
 
-// Windows' run time knows no longer path than this: it lists an empty folder or finds no such file, and tells no error.
+// Windows' run time knows no longer path than this: it lists an empty folder or finds no such file, and tells
+// no error.
 bool IsTooLong(const fs::path& path) {
 #ifdef _WIN32
   constexpr std::size_t kLongest = 259;

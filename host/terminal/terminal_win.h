@@ -22,8 +22,8 @@ class Terminal {
     ShowPassing("");
     if (const DWORD error = Write(out_, Printable(utf8)); lost_by_ == ERROR_SUCCESS) lost_by_ = error;
   }
-  // Why what went to Out is not where it should be: the disk is full, nobody reads the pipe any more. Without a
-  // standard output nothing is lost.
+  // Why what went to Out is not where it should be: the disk is full, nobody reads the pipe any more. Without
+  // a standard output nothing is lost.
   std::optional<std::string> WhyOutIsLost() const;
   void Error(std::string_view utf8) {
     ShowPassing("");

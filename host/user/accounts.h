@@ -32,7 +32,7 @@ class AccountStore {
   // Text `key` of the account as host text, "" when it has none.
   std::string Value(std::string_view name, std::string_view key) const;
 
-  // Adds an account without settings and writes the file. Returns why that is not possible, nullopt when it is done.
+  // Adds an account without settings and writes the file. Returns why that is not possible.
   std::optional<std::string> Create(std::string_view name);
 
   // A copy of the account's record, valid until it is saved or released; null without such an account. Each
@@ -41,15 +41,15 @@ class AccountStore {
   // The account (host text) that the record was lent for, whatever title stands in it; nothing for what is
   // not lent.
   std::optional<std::string> LentName(const char* record) const;
-  // Takes over what was changed in the lent record, writes the file and ends the loan. Returns why that is not
-  // possible, with the file and the accounts as they were: the title cannot be a name or is in use, the file cannot
-  // be written, the record is not lent.
+  // Takes over what was changed in the lent record, writes the file and ends the loan. Returns why that is
+  // not possible, with the file and the accounts as they were: the title cannot be a name or is in use, the
+  // file cannot be written, the record is not lent.
   std::optional<std::string> Save(const char* record);
   // False when the record is not lent.
   bool Release(const char* record);
 
-  // The four long texts by their kind number, as host text. SetText writes the file; it returns why that is not
-  // possible.
+  // The four long texts by their kind number, as host text. SetText writes the file; it returns why that is
+  // not possible.
   std::string Text(std::string_view name, std::size_t kind) const;
   std::optional<std::string> SetText(std::string_view name, std::size_t kind, std::string_view text);
 
@@ -63,8 +63,8 @@ class AccountStore {
   // Takes over the values of a record; `section` has the account's name before.
   std::optional<std::string> Keep(const std::string& section, const char* record);
   std::vector<char> RecordOf(const std::string& section) const;
-  // Makes a change to what the file holds, which others may have written since, and writes it. Returns why not, with
-  // all as it was: `change` says why it refuses, or the file cannot be written.
+  // Makes a change to what the file holds, which others may have written since, and writes it. Returns why
+  // not, with all as it was: `change` says why it refuses, or the file cannot be written.
   std::optional<std::string> Change(const std::function<std::optional<std::string>(SettingsText&)>& change);
 
   std::filesystem::path file_;

@@ -23,8 +23,8 @@ class ExportCall {
   bool told_ = false;
 };
 
-// Export calls that are their thread's present one. Thin exports make none and find 0: a look at the thread's own
-// slot costs more than all else that a request does by itself.
+// Export calls that are their thread's present one. Thin exports make none and find 0: a look at the thread's
+// own slot costs more than all else that a request does by itself.
 extern std::atomic<int> g_presentCalls;
 
 // While the host handles what it was sent. The macros that it runs meanwhile make calls of their own.

@@ -61,9 +61,9 @@ inline Marks LoadUpTo(const char* at, std::size_t left) {
   return left >= kBlock ? Load(at) : LoadTail(at, left);
 }
 
-// Counts the line ends of the bytes from `at` on up to one quote or the end of the text, in rounds of kPlainRound
-// bytes, the last of which it leaves behind `at`. What ends lines is counted one byte late: a LF, or what stands
-// behind a CR. The byte in front of `at`, which is no quoted one, is counted already.
+// Counts the line ends of the bytes from `at` on up to one quote or the end of the text, in rounds of
+// kPlainRound bytes, the last of which it leaves behind `at`. What ends lines is counted one byte late: a LF,
+// or what stands behind a CR. The byte in front of `at`, which is no quoted one, is counted already.
 constexpr std::size_t kPlainRound = 128;
 constexpr int kPlainRounds = 16;  // until the byte sums are emptied: at most 8 * 16 < 256 each
 inline std::size_t CountPlainLines(std::string_view text, std::size_t& at) {
