@@ -27,8 +27,7 @@ struct HostMessage {
   bool body_was_html = false;  // the mail has no plain text: `text` holds the HTML part without its tags
 };
 
-// The headers of its text with the empty line behind them, and nothing of its parts: what lists and
-// sorting need.
+// The headers of its text and the empty line behind them, without its parts: what lists and sorting need.
 std::string MakeHostHeader(std::string_view raw, const Charsets& charsets = SystemCharsets());
 
 HostMessage MakeHostMessage(std::string_view raw, const Charsets& charsets = SystemCharsets());
