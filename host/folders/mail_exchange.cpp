@@ -135,7 +135,7 @@ ExportResult ExportToFile(const ExportPlan& plan, std::span<const ExportedMail> 
   std::error_code error;
   const bool refused = plan.write == ExportWrite::kNew && fs::exists(plan.path, error);
   const auto count = static_cast<std::uint32_t>(mails.size());
-  if (refused) return {0, count, ""};
+  if (refused) return {0, count, WhyUnwritable(plan.path, "it exists already")};
   const WriteOutcome outcome =
       plan.write == ExportWrite::kAppend ? AppendToFile(plan.path, text) : ReplaceFile(plan.path, text);
   return outcome ? ExportResult{count, 0, ""}

@@ -139,6 +139,8 @@ TEST_F(Exporting, TellsWhyTheFirstOfTheMailsThatFailDid) {
   EXPECT_EQ(some.written, 1u);
   EXPECT_EQ(some.failed, 1u);
   EXPECT_EQ(some.reason, "cannot write " + (folder_ / "box/0002.eml").string() + ": it is a folder");
+  const ExportResult folder = ExportMails({folder_ / "box", ExportType::kMbox, {}, ExportWrite::kNew}, mails);
+  EXPECT_EQ(folder.reason, "cannot write " + (folder_ / "box").string() + ": it is a folder");
   const ExportResult none =
       ExportMails({folder_ / "no/such", ExportType::kMbox, {}, ExportWrite::kTruncate}, mails);
   EXPECT_EQ(none.reason, "cannot write " + (folder_ / "no/such").string() + ": there is no folder " +
