@@ -26,6 +26,7 @@
 #include <iterator>
 #include <limits>
 
+#include "host/base/nearest_names.h"
 #include "host/base/shortened.h"
 #include "host/macro/advice.h"
 #include "host/macro/tokens.h"
@@ -259,8 +260,11 @@ class Parser {
     statement.expressions.push_back(Whole());
     const Expression& first = statement.expressions[0];
     const bool alone = token_.kind == Token::Kind::kLineEnd || AtEnd();
-    if (first.kind == Expression::Kind::kVariable && !alone && !AdviceForWord(first.name).empty())
-      return Complain(place, Foreign(first.name));
+    if (first.kind == Expression::Kind::kVariable && !alone) {
+      if (!AdviceForWord(first.name).empty()) return Complain(place, Foreign(first.name));
+      const std::string meant = first.name.size() > 2 ? DidYouMean(first.name, kKeywords) : "";
+      if (!meant.empty()) return Complain(place, Unknown(first.name) + meant);
+    }
     if (!problem_ && token_.IsSign("=") && IsPlace(first)) {
       statement.kind = Statement::Kind::kAssignInside;
       Take();
@@ -287,8 +291,12 @@ class Parser {
     Complain(place, Shown(token_) + " does not belong here; " + advice);
   }
 
+  static std::string Unknown(const std::string& word) {
+    return "'" + Shortened(word) + "' is no word of this language";
+  }
+
   static std::string Foreign(const std::string& word) {
-    return "'" + Shortened(word) + "' is no word of this language; " + std::string(AdviceForWord(word));
+    return Unknown(word) + "; " + std::string(AdviceForWord(word));
   }
 
   void ExpectBlockEnd(const char* word, Place place) {

@@ -101,6 +101,12 @@ TEST(MacroLanguage, TellsWhereSyntaxIsWrong) {
        "1:5: a value is missing before the end of the macro; write a number, a \"text\", a variable or a "
        "call Name(...)",
        "nothing to assign"},
+      {"prnt \"x\"", "1:1: 'prnt' is no word of this language; did you mean print?", "a slip of print"},
+      {"whle 1\nend", "1:1: 'whle' is no word of this language; did you mean while?", "a slip of while"},
+      {"nothing 2", "1:1: this line does nothing; write name = ..., print ..., or a call Name(...)",
+       "no slip"},
+      {"of 2", "1:1: this line does nothing; write name = ..., print ..., or a call Name(...)",
+       "too short for a slip"},
       {"x = 1 2", "1:7: '2' does not belong here; each statement stands on its own line", "two values"},
       {"if x = 1\nend", "1:6: '=' does not belong here; to compare, write ==", "assignment in a condition"},
       {"print \"abc", "1:7: this text has no closing \" on its line; a \" inside a text is written \\\"",
