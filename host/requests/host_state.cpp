@@ -51,16 +51,15 @@ bool HostState::Open(std::size_t index) {
 }
 
 const HostMessage& HostState::Message(std::size_t index) {
-  std::unique_ptr<HostMessage>& message = memories_[index].message;
-  if (!message) message = std::make_unique<HostMessage>(MakeHostMessage(Mail(index).raw));
-  return *message;
+  if (const HostMessage* message = decoded_.Find(index)) return *message;
+  return decoded_.Keep(index, MakeHostMessage(Mail(index).raw), root_);
 }
 
 std::string HostState::Header(std::size_t index, std::string_view name) {
-  Memory& memory = memories_[index];
-  if (!memory.message && memory.header.empty()) memory.header = MakeHostHeader(Mail(index).raw);
-  const std::string& text = memory.message ? memory.message->text : memory.header;
-  return std::string(HeaderValue(text, name).value_or(""));
+  const HostMessage* message = decoded_.Find(index);
+  std::string& header = memories_[index].header;
+  if (message == nullptr && header.empty()) header = MakeHostHeader(Mail(index).raw);
+  return std::string(HeaderValue(message != nullptr ? message->text : header, name).value_or(""));
 }
 
 std::uint32_t HostState::StateWord(std::size_t index) {
@@ -111,7 +110,7 @@ std::string& HostState::EditText(std::size_t index) {
 void HostState::TakeRewritten(std::size_t index, std::string raw, std::int64_t moved_bytes) {
   StoredMail& mail = Mail(index);
   mail.raw = std::move(raw);
-  memories_[index].message.reset();
+  decoded_.Forget(index);
   memories_[index].header.clear();
   memories_[index].edited.reset();
   memories_[index].rewritten = true;

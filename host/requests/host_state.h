@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <memory>
 #include <optional>
 #include <set>
 #include <span>
@@ -24,6 +23,7 @@
 #include "host/mime/message.h"
 #include "host/post/reception.h"
 #include "host/requests/command_state.h"
+#include "host/requests/decoded_mails.h"
 #include "host/requests/folder_state.h"
 #include "host/writing/writing_state.h"
 
@@ -54,7 +54,7 @@ class HostState {
   bool Open(std::size_t index);
 
   StoredMail& Mail(std::size_t index) { return store_.mails()[index]; }
-  // The mail decoded to host text, kept from its first use on: addresses stay valid.
+  // The mail decoded to host text; its address stays valid as DecodedMails tells.
   const HostMessage& Message(std::size_t index);
   // The whole root mail as host text. There must be one.
   const std::string& RootText() { return Message(root_).text; }
@@ -190,7 +190,6 @@ class HostState {
 
   // What the host keeps of one mail beside its file.
   struct Memory {
-    std::unique_ptr<HostMessage> message;  // null until first used
     std::string header;                 // the headers of its text, "" until one is asked for without the rest
     std::optional<std::string> edited;  // its text once headers were changed
     std::uint32_t changed_mask = 0;
@@ -244,6 +243,7 @@ class HostState {
   std::size_t root_ = 0;
   std::size_t folder_ = 0;
   std::vector<Memory> memories_;
+  DecodedMails decoded_;
   std::set<std::filesystem::path> unsaved_told_;  // marks files that cannot be written
 };
 
