@@ -156,10 +156,13 @@ void LibraryHost::TellUnserved(const std::string& reason) {
   if (told_.insert(line).second || Where().empty()) Fail(line);
 }
 
-// Once: a macro that reads mails where none were given has only empty answers to show.
+// Once: a macro that reads mails where there are none has only empty answers to show.
 void LibraryHost::TellNoMails(const std::string& reason) {
   if (server_.state().mail_count() > 0 || !IsForLackOfMails(reason)) return;
-  const std::string line = "no mails were given: --mail MAIL";
+  const std::vector<MailFolder>& folders = server_.state().folders();
+  const auto mbox = std::ranges::find(folders, FolderKind::kMbox, &MailFolder::kind);
+  const std::string line = mbox == folders.end() ? "no mails were given: --mail MAIL"
+                                                 : "no mails lie in " + PathToUtf8(mbox->path);
   if (told_.insert(line).second) Fail(Where() + line);
 }
 

@@ -229,6 +229,12 @@ class Requests(HostTest):
         self.assertEqual(result, host.Result(
             "[]000\n", f"wrenfold: {self.folder}/test.macro:1:12: no mails were given: --mail MAIL\n", 0))
 
+    def test_an_mbox_without_a_mail_is_named(self):
+        (self.folder / "none.mbox").write_bytes(b"")
+        result = self.run_macro('print "[", RootHeader("To"), "]"\n', "--mail", self.folder / "none.mbox")
+        self.assertEqual((result.out, result.code), ("[]\n", 0))
+        self.assertRegex(result.err, r"^wrenfold: \S+/test.macro:1:12: no mails lie in .*none\.mbox\n$")
+
     def test_a_request_that_is_not_served_is_answered_0_and_counted(self):
         macro = f"wrenfold: {self.folder}/test.macro"
         # There are three header views.
