@@ -13,7 +13,9 @@ from page_marks import between_marks  # noqa: E402
 from service_rows import NotUnderstood  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
-PAGES = ("docs/learn.md", "docs/learn.ja.md")
+# {page: what leads to the command for the archive}
+PAGES = {"docs/learn.md": "On Windows, in the folder of the archive:",
+         "docs/learn.ja.md": "Windows では、配布ファイルのフォルダーで："}
 MACROS = "samples/macros/"
 # Between what a macro prints and what comes on standard error, as tests/e2e/test_commands.py reads it.
 ERROR_MARK = "--- standard error ---\n"
@@ -49,6 +51,15 @@ def arguments_of(step):
     return shlex.split(f"{step[1]} --macro {macro_of(step)}")
 
 
+def on_windows(step):
+    """The same as a line for the folder of the archive, with what ./dev run adds said by itself."""
+    options = shlex.split(step[1])
+    mail = [] if "--mail" in options else ["--mail", "samples/mails"]
+    drafts = [] if "--drafts" in options else ["--drafts", "out/drafts"]
+    words = [*options, *mail, "--read-only", *drafts, "--macro", macro_of(step)]
+    return " ".join(["small-host/wrenfold.exe", *words]).replace("/", "\\")
+
+
 def expected_file(step):
     return ROOT / "tests/e2e/expected" / (step[0].split("/")[-1] + ".txt")
 
@@ -57,19 +68,20 @@ def read(path):
     return path.read_text(encoding="utf-8")
 
 
-def block_of(step):
-    """Command, macro and output; standard error comes last, as the host's own lines do when a macro ends."""
+def block_of(step, in_the_archive):
+    """Both commands, macro and output; standard error comes last, as the host's own lines do when a macro ends."""
     shown = read(expected_file(step)).replace(ERROR_MARK, "").rstrip("\n")
     command = shlex.join(["./dev", "run", *arguments_of(step)])
     macro = read(ROOT / macro_of(step)).rstrip("\n")
-    return f"```sh\n{command}\n```\n\n```wrenfold\n{macro}\n```\n\n```text\n{shown}\n```"
+    windows = f"{in_the_archive}\n\n```powershell\n{on_windows(step)}\n```"
+    return f"```sh\n{command}\n```\n\n{windows}\n\n```wrenfold\n{macro}\n```\n\n```text\n{shown}\n```"
 
 
 def documented(name):
     """The text of a page with its steps as they should be."""
     page = read(ROOT / name)
     for number, step in enumerate(STEPS, 1):
-        page = between_marks(page, f"step {number}", block_of(step), name)
+        page = between_marks(page, f"step {number}", block_of(step, PAGES[name]), name)
     return page
 
 

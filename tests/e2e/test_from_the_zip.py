@@ -6,6 +6,8 @@ block "powershell" are typed; a block "text" behind them is all that they print.
 the prompt. Nothing of the checkout is on the stranger's path; the compiler, Node for Windows with koffi, and a typist for the console
 stand for what he has himself.
 
+The lines of docs/learn.md that are meant for this folder are typed in it, too.
+
     test_from_the_zip.py --write      writes into the page what comes
 """
 import hashlib
@@ -23,6 +25,7 @@ import zipfile
 import host
 
 sys.path.insert(0, str(host.SOURCE / "tools"))
+import learning_path  # noqa: E402
 import make_kit  # noqa: E402
 import make_package  # noqa: E402
 import make_site  # noqa: E402
@@ -214,6 +217,14 @@ class FromTheZip(unittest.TestCase):
         before, after = self.before[1], self.after[1]
         self.assertGreater(len(before), 100)
         self.assertEqual({name: after.get(name) for name in before.keys() | after.keys() if after.get(name) != before.get(name)}, {})
+
+    def test_the_lines_of_the_twelve_macros_print_what_their_page_shows(self):
+        """All but the last one, which wants GnuPG."""
+        self.stranger.here = self.stranger.top
+        for step in learning_path.STEPS[:-1]:
+            with self.subTest(step[0]):
+                shown = learning_path.read(learning_path.expected_file(step)).replace(learning_path.ERROR_MARK, "")
+                self.assertEqual(self.stranger.typed(learning_path.on_windows(step), "").replace("\r\n", "\n"), shown)
 
     def test_a_double_click_leads_to_the_same_page(self):
         target = re.search(r'href="([^"]+)"', (self.stranger.top / "START-HERE.html").read_text(encoding="utf-8"))[1]

@@ -150,6 +150,19 @@ class Form(unittest.TestCase):
             with self.subTest(page):
                 self.assertTrue(learning_path.documented(page) == learning_path.read(host.SOURCE / page), "run ./dev docs")
 
+    def test_the_line_for_the_archive_says_what_dev_adds(self):
+        def pairs(words):
+            """Options with their values; macros stay in their order, and of the rest none matters."""
+            taken = re.findall(r"(--\S+)(?: (?!--)(\S+))?", " ".join(words))
+            return sorted(pair for pair in taken if pair[0] != "--macro"), [pair for pair in taken if pair[0] == "--macro"]
+
+        for step in learning_path.STEPS:
+            with self.subTest(step[0]):
+                program, *words = learning_path.on_windows(step).replace("\\", "/").split(" ")
+                self.assertEqual(program, "small-host/wrenfold.exe")
+                [start] = started_by_dev(learning_path.arguments_of(step))
+                self.assertEqual(pairs(words), pairs(start))
+
     def test_several_macros_are_handed_on_in_their_order(self):
         [start] = started_by_dev(["--macro", "a", "--trace", "--macro", "b"])
         self.assertEqual(start, ["--trace", "--mail", "samples/mails", "--read-only", "--drafts", "out/drafts",
