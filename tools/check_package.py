@@ -103,6 +103,10 @@ def faults_of_links(top):
             elif anchor and to.suffix in (".md", ".html") and anchor not in anchors(to):
                 yield f"{name}: {target} has no such heading"
     yield from check_site.faults(top)
+    for path in sorted(path for folder in ("samples", "examples", "development") for path in (top / folder).rglob("*") if path.is_file()):
+        for page in re.findall(rb"\bdocs/[\w.-]+\.(?:md|html)\b", path.read_bytes()):
+            if not (top / page.decode()).exists():
+                yield f"{path.relative_to(top).as_posix()}: names {page.decode()}, which is not packed"
 
 
 def faults_of_folders(top):

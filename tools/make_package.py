@@ -35,6 +35,8 @@ FILES = {"LICENSE.txt": "LICENSE", "library/WFINFO.dll": "out/WFINFO.dll",
          "symbols/wrenfold.exe.debug": "out/symbols/wrenfold.exe.debug", "test-kit/kit.zip": "out/kit.zip"}
 FOLDERS = ("samples/", "examples/")
 SITE = "docs/"
+# Sources and settings whose comments name pages. Not the sample mails: they are data.
+WITH_COMMENTS = {".ahk", ".c", ".cpp", ".cs", ".csv", ".js", ".macro", ".ps1", ".py", ".txt"}
 BINDINGS = "out/bindings/"
 
 
@@ -84,6 +86,11 @@ def relinked(text, source, where):
     # Pictures that are not packed would leave a "!".
     return re.sub(r"!?\[([^\]\[]*(?:\[[^\]]*\][^\]\[]*)?)\]\(([^)\s]+)\)",
                   lambda match: "!" * match[0].startswith("!") + link(match) if link(match) != match[1] else match[1], text)
+
+
+def with_pages_here(text, where):
+    """A source whose comments name the pages as they are called in the package."""
+    return re.sub(r"\bdocs/[\w.-]+\.md\b", lambda match: where.get(match[0], match[0]), text)
 
 
 # --- What is made for the package ---
@@ -180,6 +187,8 @@ def contents():
             packed[name] = make_kit.stripped(path)
         elif path.suffix == ".md":
             packed[name] = relinked(path.read_text(encoding="utf-8"), source, where).encode()
+        elif path.suffix in WITH_COMMENTS and name.startswith(FOLDERS):
+            packed[name] = with_pages_here(path.read_bytes().decode("latin-1"), where).encode("latin-1")
         else:
             packed[name] = path.read_bytes()
     packed["development/WFINFO.def"] = definition_file()

@@ -95,6 +95,7 @@ class Contents(PackageTest):
                 ({"examples/README.md": examples + b"\n[x](../docs/mail-files.html#gone)\n"},
                  "examples/README.md: ../docs/mail-files.html#gone has no such heading"),
                 ({"docs/mail-files.html": page + b'<a href="gone.html">'}, "docs/mail-files.html: gone.html leads nowhere"),
+                ({"samples/x.txt": b"docs/small-host.md\n"}, "samples/x.txt: names docs/small-host.md, which is not packed"),
                 ({"samples/x.txt": f"{host.SOURCE}/x".encode()}, f"samples/x.txt: holds the path {host.SOURCE}"),
                 ({"samples/x.txt": f"{host.SOURCE}/x".encode("utf-16-le")}, f"samples/x.txt: holds the path {host.SOURCE}"),
                 ({"CHANGELOG.md": b"# What changed\n"}, "CHANGELOG.md: does not speak of version")):
