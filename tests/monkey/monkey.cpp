@@ -84,6 +84,7 @@ LONG WINAPI TellCrash(EXCEPTION_POINTERS* exception) {
 BOOL CALLBACK CloseBox(HWND window, LPARAM) {
   char name[16];
   if (GetClassNameA(window, name, sizeof name) != 0 && std::strcmp(name, wfinfo::kDialogClass) == 0) {
+    PostMessageA(window, WM_CANCELMODE, 0, 0);  // its menu, which a key that a call pressed may open
     PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
     PostMessageA(window, WM_COMMAND, IDOK, 0);
     PostMessageA(window, WM_COMMAND, IDNO, 0);
