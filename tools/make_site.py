@@ -306,8 +306,17 @@ IN_JAPANESE = {'<html lang="en"': '<html lang="ja"', "Table of contents": "ç›®æ¬
 INDEX = "window.wfinfoSearchIndex = "
 
 
+def with_breakable_names(page):
+    """A page whose long names in tables may be broken before a word of theirs, where a narrow screen has to."""
+    def name(match):
+        return "<code>" + re.sub(r"(?<=[a-z0-9])(?=[A-Z])|(?<=_)(?=\w)", "<wbr>", match[1]) + "</code>"
+
+    return re.sub(r"<td.*?</td>", lambda cell: re.sub(r"<code>(\w{13,})</code>", name, cell[0]), page, flags=re.S)
+
+
 def finish(target):
-    """Takes out what is not wanted or tells the day; tells browsers which pages are Japanese; the index as a script."""
+    """Takes out what is not wanted or tells the day; tells browsers which pages are Japanese and where names may be broken; the index
+    as a script."""
     for path in sorted(target.rglob("*")):
         if path.is_file() and NOT_WANTED.search(path.relative_to(target).as_posix()):
             path.unlink()
@@ -316,6 +325,8 @@ def finish(target):
         for word, japanese_word in IN_JAPANESE.items():
             text = text.replace(word, japanese_word)
         path.write_text(text, encoding="utf-8")
+    for path in target.rglob("*.html"):
+        path.write_text(with_breakable_names(path.read_text(encoding="utf-8")), encoding="utf-8")
     found = target / "search/search_index.json"
     index = json.loads(found.read_text(encoding="utf-8"))
     index["config"]["lang"] = ["en", "ja"]  # Debian's MkDocs knows no Japanese, but the theme's search does

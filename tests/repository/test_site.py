@@ -163,6 +163,12 @@ class Markdown(unittest.TestCase):
         with self.assertRaisesRegex(SystemExit, "docs/gone.md"):
             links.relinked("[x](gone.md)", "docs/macros.md", "macros.md")
 
+    def test_long_names_in_tables_break_before_a_word(self):
+        page = "<td><a><code>GetLastSMIMESigned</code></a> <code>Inet_HttpQueryInfo</code> <code>MailCount</code></td><code>SetViewAreaFinder</code>"
+        self.assertEqual(make_site.with_breakable_names(page),
+                         "<td><a><code>Get<wbr>Last<wbr>SMIMESigned</code></a> <code>Inet_<wbr>Http<wbr>Query<wbr>Info</code> "
+                         "<code>MailCount</code></td><code>SetViewAreaFinder</code>")
+
     def test_lists_and_macros_are_read_as_they_are_meant(self):
         self.assertEqual(make_site.with_room_for_lists("One:\n- a\n- b\n\n1. c\n2. d\n"), "One:\n\n- a\n- b\n\n1. c\n2. d\n")
         self.assertEqual(make_site.with_marked_macros("```\nprint 1\n```\n```sh\nprint 1\n```\n"), "```macro\nprint 1\n```\n```sh\nprint 1\n```\n")
