@@ -57,15 +57,31 @@ std::vector<std::string> MailDates() {
   return dates;
 }
 
-// Forms beside the usual one that all three parsers know: none is read by the quick reader.
-std::vector<std::string> OtherDates() {
-  constexpr const char* kFormats[] = {"EW, DD EM YYYY hh:mm:ss GMT", "EW, DD EM YY hh:mm:ss +0100",
-                                      "EFW, DD-EM-YY hh:mm:ss GMT",  "EW EM DD hh:mm:ss YYYY",
-                                      "DD EM YYYY hh:mm:ss EST",     "EW, DD EM YYYY hh:mm:ss"};
+// Forms beside the usual one that all three parsers know, one for each number.
+constexpr unsigned kOtherForms = 6;
+std::string OtherDate(unsigned form, const CivilTime& time) {
+  struct Form {
+    const char* format;
+    const char* zone;  // no part of the format, where M is the month
+  };
+  static constexpr Form kForms[kOtherForms] = {
+      {"EW, DD EM YYYY hh:mm:ss", " GMT"}, {"EW, DD EM YY hh:mm:ss", " +0100"},
+      {"EFW, DD-EM-YY hh:mm:ss", " GMT"},  {"EW EM DD hh:mm:ss YYYY", ""},
+      {"DD EM YYYY hh:mm:ss", " EST"},     {"EW, DD EM YYYY hh:mm:ss", ""}};
+  return Printed(kForms[form].format, time) + kForms[form].zone;
+}
+
+enum class Order { kMixed, kFormByForm };
+
+// Form by form, what comes can be foreseen: the time beyond is that of guesses that fail.
+std::vector<std::string> OtherDates(Order order) {
   std::mt19937 random(49);
   std::vector<std::string> dates;
-  for (const CivilTime& time : RandomTimes())
-    dates.push_back(Printed(kFormats[random() % std::size(kFormats)], time));
+  for (const CivilTime& time : RandomTimes()) {
+    const auto drawn = static_cast<unsigned>(random() % kOtherForms);
+    const auto next = static_cast<unsigned>(dates.size() * kOtherForms / kDates);
+    dates.push_back(OtherDate(order == Order::kMixed ? drawn : next, time));
+  }
   return dates;
 }
 
@@ -85,7 +101,7 @@ void Measure(benchmark::State& state, const Items& items, double& ours_ns, bool 
   state.counters["times_ours"] = ns / ours_ns;
 }
 
-double g_read_mail_ns, g_read_other_ns, g_print_ns, g_header_ns;
+double g_read_mail_ns, g_read_other_ns, g_read_in_order_ns, g_print_ns, g_header_ns;
 
 void ReadOurs(benchmark::State& state, const std::vector<std::string>& dates, double& ours_ns) {
   Measure(state, dates, ours_ns, true, [](const std::string& date) {
@@ -162,12 +178,13 @@ BENCHMARK_CAPTURE(ReadGMime, mail_dates, MailDates(), g_read_mail_ns);
 #ifdef WFINFO_WITH_CURL
 BENCHMARK_CAPTURE(ReadCurl, mail_dates, MailDates(), g_read_mail_ns);
 #endif
-BENCHMARK_CAPTURE(ReadOurs, other_forms, OtherDates(), g_read_other_ns);
+BENCHMARK_CAPTURE(ReadOurs, other_forms, OtherDates(Order::kMixed), g_read_other_ns);
+BENCHMARK_CAPTURE(ReadOurs, other_forms_in_order, OtherDates(Order::kFormByForm), g_read_in_order_ns);
 #ifdef WFINFO_WITH_GMIME
-BENCHMARK_CAPTURE(ReadGMime, other_forms, OtherDates(), g_read_other_ns);
+BENCHMARK_CAPTURE(ReadGMime, other_forms, OtherDates(Order::kMixed), g_read_other_ns);
 #endif
 #ifdef WFINFO_WITH_CURL
-BENCHMARK_CAPTURE(ReadCurl, other_forms, OtherDates(), g_read_other_ns);
+BENCHMARK_CAPTURE(ReadCurl, other_forms, OtherDates(Order::kMixed), g_read_other_ns);
 #endif
 BENCHMARK_CAPTURE(PrintOurs, numbers, "YYYY/MM/DD hh:mm:ss", g_print_ns);
 BENCHMARK_CAPTURE(PrintStrftime, numbers, "%Y/%m/%d %H:%M:%S", g_print_ns);

@@ -28,7 +28,7 @@ void WidestByByte(std::string_view text, Carry& carry, std::size_t& fields, std:
 
 CsvLine LineByByte(std::string_view text, std::span<std::uint32_t> starts) {
   Carry carry;
-  CsvLine line{text.data(), nullptr, 0};
+  CsvLine line{text.data(), nullptr, 0, true};
   std::size_t at = 0;
   bool comma = false;  // the byte before is a comma between fields
   for (; at < text.size(); ++at) {
@@ -69,11 +69,13 @@ std::size_t WidestOfAllByByte(std::string_view text) {
   return widest;
 }
 
+std::size_t NoLines(std::string_view, std::uint32_t*, std::uint32_t*) { return 0; }
+
 const char* LineEndByByte(std::string_view text) { return csv::LineByByte(text, {}).end; }
 
 }  // namespace
 
-const CsvKernels kByteCsvKernels = {"bytes", CountAllByByte, WidestOfAllByByte, csv::LineByByte,
-                                    LineEndByByte};
+const CsvKernels kByteCsvKernels = {"bytes",         CountAllByByte, WidestOfAllByByte,
+                                    csv::LineByByte, NoLines,        LineEndByByte};
 
 }  // namespace wfinfo

@@ -28,6 +28,7 @@ struct Structure {
   std::uint64_t line_ends;   // CR and LF outside quotes
   std::uint64_t irregular;   // opening quotes where none may stand
   std::uint64_t field_starts;
+  std::uint64_t touching;  // those right behind a closing quote
 };
 
 inline Structure Understand(const Marks& marks, const Carry& carry, std::uint64_t valid) {
@@ -40,8 +41,8 @@ inline Structure Understand(const Marks& marks, const Carry& carry, std::uint64_
   const std::uint64_t after_separator = block.separators << 1 | carry.field_start;
   const std::uint64_t after_close = block.closers << 1 | carry.after_close;
   block.irregular = marks.quote & block.quoted & ~(after_separator | after_close);
-  block.field_starts =
-      ((after_separator & ~ends) | (after_close & ~(marks.quote | marks.comma | ends))) & valid;
+  block.touching = after_close & ~(marks.quote | marks.comma | ends) & valid;
+  block.field_starts = (after_separator & ~ends & valid) | block.touching;
   return block;
 }
 
@@ -151,34 +152,61 @@ std::size_t WidestLine(std::string_view text) {
   return std::max(widest, fields);
 }
 
-// Appends the positions of the bits of a block at `at` to the `fields` known so far, as far as there is room.
+// Writes the positions of the bits of a block at `at`, some at a time: behind the last there is room for
+// kAtOnce more, which mean nothing.
+constexpr std::size_t kAtOnce = 4;
+inline void WriteAll(std::uint64_t bits, std::size_t at, std::uint32_t* out) {
+  do {
+    for (std::size_t i = 0; i < kAtOnce; ++i) {
+      // Without a bit left the value is of no use, and nobody uses it.
+      *out++ = static_cast<std::uint32_t>(at + static_cast<std::size_t>(std::countr_zero(bits)));
+      bits &= bits - 1;
+    }
+  } while (bits != 0);
+}
+
+// Appends the positions to the `fields` known so far, as far as there is room.
 inline void WriteStarts(std::uint64_t bits, std::size_t at, std::span<std::uint32_t> starts,
                         std::size_t& fields) {
-  constexpr std::size_t kAtOnce = 4;
   const std::size_t count = Vec::CountBits(bits);
   const std::size_t first = fields;
   fields += count;
-  const auto next = [&bits, at] {
-    // Without a bit left the value is of no use, and nobody uses it.
-    const auto position = static_cast<std::uint32_t>(at + static_cast<std::size_t>(std::countr_zero(bits)));
-    bits &= bits - 1;
-    return position;
-  };
-  if (first + count + kAtOnce <= starts.size()) {
-    std::uint32_t* out = starts.data() + first;
-    while (bits != 0) {
-      for (std::size_t i = 0; i < kAtOnce; ++i) *out++ = next();
-    }
-    return;
+  if (first + count + kAtOnce <= starts.size()) return WriteAll(bits, at, starts.data() + first);
+  for (std::size_t index = first; bits != 0 && index < starts.size(); ++index, bits &= bits - 1)
+    starts[index] = static_cast<std::uint32_t>(at + static_cast<std::size_t>(std::countr_zero(bits)));
+}
+
+std::size_t Lines(std::string_view text, std::uint32_t* starts, std::uint32_t* ends) {
+  Carry carry;
+  std::size_t known = 1;
+  std::size_t lines = 0;
+  starts[0] = 0;
+  for (std::size_t at = 0; at < kCsvStretch && text.size() - at >= kBlock; at += kBlock) {
+    const Marks marks = Load(text.data() + at);
+    const Structure block = Understand(marks, carry, ~std::uint64_t{0});
+    if ((block.irregular | block.touching) != 0) break;
+    const std::uint64_t after_cr = marks.cr << 1 | carry.after_cr;
+    std::uint64_t line_ends = block.line_ends & ~(marks.lf & after_cr);
+    std::uint32_t* out = ends + lines;
+    lines += Vec::CountBits(line_ends);
+    do {
+      for (std::size_t i = 0; i < 2; ++i, line_ends &= line_ends - 1) {
+        const std::uint64_t before = (line_ends & (~line_ends + 1)) - 1;
+        *out++ = static_cast<std::uint32_t>(known + Vec::CountBits(block.separators & before));
+      }
+    } while (line_ends != 0);
+    WriteAll(block.separators, at + 1, starts + known);
+    known += Vec::CountBits(block.separators);
+    carry = CarryOut(marks, block);
   }
-  for (std::size_t index = first; bits != 0 && index < starts.size(); ++index) starts[index] = next();
+  return lines;
 }
 
 // One line; with `kWithStarts` also where its fields begin. An irregular line is walked byte by byte.
 template <bool kWithStarts>
 CsvLine Line(std::string_view text, std::span<std::uint32_t> starts) {
   Carry carry;
-  CsvLine line{text.data() + text.size(), nullptr, 0};
+  CsvLine line{text.data() + text.size(), nullptr, 0, false};
   for (std::size_t at = 0; at < text.size(); at += kBlock) {
     const std::size_t left = text.size() - at;
     const Marks marks = LoadUpTo(text.data() + at, left);
@@ -189,6 +217,7 @@ CsvLine Line(std::string_view text, std::span<std::uint32_t> starts) {
     if ((block.irregular & before) != 0) return csv::LineByByte(text, starts);
     if constexpr (kWithStarts) {
       WriteStarts(block.field_starts & before, at, starts, line.fields);
+      line.touching |= (block.touching & before) != 0;
     }
     if (block.line_ends == 0 && left > kBlock) {
       carry = CarryOut(marks, block);

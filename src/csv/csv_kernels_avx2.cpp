@@ -19,7 +19,7 @@ using Vec = simd::Avx2;
 
 }  // namespace
 
-const CsvKernels kAvx2CsvKernels = {"AVX2", CountLines, WidestLine, Line<true>, LineEnd};
+const CsvKernels kAvx2CsvKernels = {"AVX2", CountLines, WidestLine, Line<true>, Lines, LineEnd};
 
 }  // namespace wfinfo
 

@@ -16,6 +16,6 @@ using Vec = simd::Sse2;
 
 }  // namespace
 
-const CsvKernels kSse2CsvKernels = {"SSE2", CountLines, WidestLine, Line<true>, LineEnd};
+const CsvKernels kSse2CsvKernels = {"SSE2", CountLines, WidestLine, Line<true>, Lines, LineEnd};
 
 }  // namespace wfinfo

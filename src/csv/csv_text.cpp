@@ -13,8 +13,6 @@
 namespace wfinfo {
 namespace {
 
-constexpr std::uint32_t kLinesApart = 32;
-constexpr std::uint32_t kBytesApart = 1024;
 constexpr std::size_t kFirstRoom = 256;
 
 // Behind the field that `text` begins with, without the comma.
@@ -39,11 +37,12 @@ std::size_t SkipField(std::string_view text) {
   return length + (length < text.size() && text[length] == ',' ? 1 : 0);
 }
 
-// Behind the line end that `text` begins with.
-std::size_t LineEndLength(std::string_view text) {
-  std::size_t length = text.starts_with('\r') ? 1 : 0;
-  if (text.substr(length).starts_with('\n')) ++length;
-  return length;
+// Behind the line end at `end`, if there is one.
+const char* BehindLineEnd(const char* end, const char* text_end) {
+  const char* behind = end;
+  if (behind != text_end && *behind == '\r') ++behind;
+  if (behind != text_end && *behind == '\n') ++behind;
+  return behind;
 }
 
 // Copies bytes among which there is no quote; false, with nothing promised about `to`, when there is one.
@@ -101,10 +100,8 @@ void CsvLineIndex::Clear() {
   *this = CsvLineIndex();
 }
 
-void CsvLineIndex::Note(Mark mark) {
-  const Mark last = count_ == 0 ? Mark{0, 0} : marks_[count_ - 1];
-  if (mark.line <= last.line) return;
-  if (mark.line - last.line < kLinesApart && mark.offset - last.offset < kBytesApart) return;
+void CsvLineIndex::Keep(Mark mark) {
+  if (mark.line <= last_.line) return;
   if (count_ == room_) {
     const std::size_t room = std::max(kFirstRoom, 2 * room_);
     auto* const grown = static_cast<Mark*>(std::realloc(marks_, room * sizeof(Mark)));
@@ -112,7 +109,7 @@ void CsvLineIndex::Note(Mark mark) {
     marks_ = grown;
     room_ = room;
   }
-  marks_[count_++] = mark;
+  marks_[count_++] = last_ = mark;
 }
 
 CsvLineIndex::Mark CsvLineIndex::Before(std::uint32_t line) const {
@@ -141,16 +138,29 @@ void CsvText::MoveTo(std::size_t offset, std::size_t line) {
   line_ = line;
   scanned_ = false;
   quick_fields_ = 0;
+  walks_ = false;
+  stretch_ = 0;
   far_column_ = 0;
 }
 
 bool CsvText::SkipLine() {
+  const char* const text_end = text_.data() + text_.size();
   if (cursor_ == text_.size()) return false;
   const char* const end = scanned_ ? current_.end : kernels_->line_end(Rest());
-  const auto at_end = static_cast<std::size_t>(end - text_.data());
-  MoveTo(at_end + LineEndLength(text_.substr(at_end)), line_ + 1);
-  index_.Note({static_cast<std::uint32_t>(line_), static_cast<std::uint32_t>(cursor_)});
-  return cursor_ != text_.size();
+  const char* const behind = BehindLineEnd(end, text_end);
+  const auto offset = static_cast<std::size_t>(behind - text_.data());
+  if (scanned_ && in_stretch_ + 1 < stretch_) {
+    first_ = ends_[in_stretch_++] + static_cast<std::size_t>(behind - end) - 1;
+    cursor_ = offset;
+    ++line_;
+    TakeLineOfStretch();
+  } else {
+    const bool walks = scanned_;
+    MoveTo(offset, line_ + 1);
+    walks_ = walks;
+  }
+  index_.Note({static_cast<std::uint32_t>(line_), static_cast<std::uint32_t>(offset)});
+  return behind != text_end;
 }
 
 bool CsvText::SetLine(long long line) {
@@ -180,13 +190,31 @@ std::size_t CsvText::MaxColumnCount() {
 
 void CsvText::Scan() {
   if (scanned_) return;
-  current_ = kernels_->scan_line(Rest(), std::span(starts_));
   scanned_ = true;
-  if (current_.fields >= kKeptStarts || text_.data() + text_.size() < current_.end + kShortRoom) return;
+  base_ = cursor_;
+  first_ = in_stretch_ = 0;
+  // Lines that nobody asks for would cost more than the one that is asked for.
+  stretch_ = walks_ ? kernels_->scan_lines(Rest(), starts_, ends_) : 0;
+  if (stretch_ > 0) return TakeLineOfStretch();
+  current_ = kernels_->scan_line(Rest(), std::span(starts_, kKeptStarts));
+  if (current_.touching || current_.fields >= kKeptStarts) return;
+  if (text_.data() + text_.size() < current_.end + kShortRoom) return;
   // As if a field began behind the last one's separator.
   const char* const behind = current_.last_field_end + 1;
   starts_[current_.fields] = static_cast<std::uint32_t>(behind - (text_.data() + cursor_));
   quick_fields_ = current_.fields;
+}
+
+void CsvText::TakeLineOfStretch() {
+  far_column_ = 0;
+  const std::size_t behind = ends_[in_stretch_];
+  const char* const base = text_.data() + base_;
+  current_.end = base + starts_[behind] - 1;
+  // A comma at the end begins no field, and an empty line has none.
+  const bool nothing = starts_[behind] == starts_[behind - 1] + 1;
+  current_.fields = behind - first_ - (nothing ? 1 : 0);
+  current_.last_field_end = current_.end - (nothing && current_.fields > 0 ? 1 : 0);
+  quick_fields_ = text_.data() + text_.size() < current_.end + kShortRoom ? 0 : current_.fields;
 }
 
 std::size_t CsvText::ColumnCount() {
@@ -198,7 +226,7 @@ std::size_t CsvText::ColumnCount() {
 // Where a field of the current line starts. Those behind the remembered ones are found by walking on, from
 // the one asked for last if it is on the way.
 std::size_t CsvText::OffsetOf(std::size_t column) {
-  if (column < kKeptStarts) return cursor_ + starts_[column];
+  if (column < kKeptStarts) return base_ + starts_[first_ + column];
   if (far_column_ == 0 || far_column_ > column) {
     far_column_ = kKeptStarts - 1;
     far_offset_ = cursor_ + starts_[kKeptStarts - 1];
@@ -217,7 +245,7 @@ std::string_view CsvText::Field(std::size_t column) {
   if (column + 1 >= kKeptStarts)
     return {start, FieldLength({start, static_cast<std::size_t>(current_.end - start)})};
   // A field that follows a comma; one that follows a closing quote directly has none before it.
-  const char* const next = text_.data() + cursor_ + starts_[column + 1];
+  const char* const next = text_.data() + base_ + starts_[first_ + column + 1];
   return {start, static_cast<std::size_t>(next - start) - static_cast<std::size_t>(next[-1] == ',')};
 }
 
@@ -230,12 +258,9 @@ std::size_t CsvText::CopyField(std::string_view field, char* out, std::size_t ro
 
 std::size_t CsvText::CopyColumn(std::size_t column, char* out, std::size_t room) {
   if (column < quick_fields_ && room >= kShortRoom) {
-    // Behind a field stands a separator, or a closing quote with a field of its own right behind it.
-    const char* const line = text_.data() + cursor_;
-    const std::uint32_t start = starts_[column];
-    const std::uint32_t next = starts_[column + 1];
-    const std::size_t length = next - start - static_cast<std::uint32_t>(line[next - 1] != '"');
-    if (length <= kShortField) return CopyShortField(line + start, length, out);
+    const std::uint32_t* const starts = starts_ + first_ + column;
+    const std::size_t length = starts[1] - starts[0] - 1;
+    if (length <= kShortField) return CopyShortField(text_.data() + base_ + starts[0], length, out);
   }
   return CopyAnyColumn(column, out, room);
 }

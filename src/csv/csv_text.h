@@ -23,11 +23,19 @@ class CsvLineIndex {
   // Forgets everything and frees the memory.
   void Clear();
   // Tells of the start of a line; ignored unless it is farther on than all that is known.
-  void Note(Mark mark);
+  void Note(Mark mark) {
+    if (mark.line - last_.line >= kLinesApart || mark.offset - last_.offset >= kBytesApart) Keep(mark);
+  }
   // The last known start at or before `line`; {0, 0} when there is none.
   Mark Before(std::uint32_t line) const;
 
  private:
+  static constexpr std::uint32_t kLinesApart = 32;
+  static constexpr std::uint32_t kBytesApart = 1024;
+
+  void Keep(Mark mark);
+
+  Mark last_ = {0, 0};
   Mark* marks_ = nullptr;
   std::size_t count_ = 0;
   std::size_t room_ = 0;
@@ -65,10 +73,12 @@ class CsvText {
 
  private:
   static constexpr std::size_t kKeptStarts = 1024;
+  static_assert(kKeptStarts <= kCsvStretchRoom);
 
   std::string_view Rest() const { return text_.substr(cursor_); }
   void MoveTo(std::size_t offset, std::size_t line);
   void Scan();
+  void TakeLineOfStretch();
   std::size_t OffsetOf(std::size_t column);
   std::size_t CopyAnyColumn(std::size_t column, char* out, std::size_t room);
 
@@ -76,14 +86,21 @@ class CsvText {
   const CsvKernels* kernels_ = nullptr;
   std::size_t cursor_ = 0;  // offset of the current line
   std::size_t line_ = 0;    // its number
-  bool scanned_ = false;    // the next five speak of the current line
+  bool walks_ = false;      // the line before was looked at too
+  bool scanned_ = false;    // what follows speaks of the current line
   CsvLine current_{};
-  std::size_t quick_fields_ =
-      0;  // its fields when starts_ has one more, far from the end of the text; else 0
-  std::uint32_t starts_[kKeptStarts] = {};  // of its first fields, from the cursor
-  std::size_t far_column_ = 0;              // the field behind those that was asked for last,
-  std::size_t far_offset_ = 0;              // and where it starts
-  std::optional<std::size_t> line_count_;   // nothing until it is asked for
+  // Its fields when starts_ has one more, far from the end of the text, and each ends a byte in front of the
+  // next; else 0.
+  std::size_t quick_fields_ = 0;
+  std::size_t base_ = 0;                        // the offset that starts_ counts from
+  std::size_t first_ = 0;                       // where in starts_ the current line's fields begin
+  std::uint32_t starts_[kCsvStretchRoom] = {};  // of fields, of one line or of several
+  std::uint32_t ends_[kCsvStretchRoom] = {};    // where in starts_ those lines end
+  std::size_t stretch_ = 0;                     // how many lines that are; 0 when it is one
+  std::size_t in_stretch_ = 0;                  // which of them is the current line
+  std::size_t far_column_ = 0;                  // the field behind those that was asked for last,
+  std::size_t far_offset_ = 0;                  // and where it starts
+  std::optional<std::size_t> line_count_;       // nothing until it is asked for
   std::optional<std::size_t> max_columns_;
   CsvLineIndex index_{};
 };

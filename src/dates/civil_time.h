@@ -45,8 +45,9 @@ constexpr int DaysInMonth(int year, int month) {
 constexpr std::int64_t DayNumber(int year, int month, int day) {
   // Years are counted from 1 March 1600, so that the leap day is the last day of its year.
   const int month_from_march = month > 2 ? month - 3 : month + 9;
-  const std::int64_t years = year - 1600 - (month > 2 ? 0 : 1);
-  const std::int64_t days_before_year = years * 365 + years / 4 - years / 100 + years / 400;
+  const auto years = static_cast<std::uint32_t>(year - 1600 - (month > 2 ? 0 : 1));
+  const std::uint32_t centuries = years / 100;
+  const std::int64_t days_before_year = std::int64_t{years} * 365 + years / 4 - centuries + centuries / 4;
   constexpr int kMarchToNewYear = 306;
   return days_before_year + (153 * month_from_march + 2) / 5 + day - 1 - kMarchToNewYear;
 }

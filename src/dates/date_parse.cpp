@@ -1,486 +1,29 @@
 #include "src/dates/date_parse.h"
 
-#include <array>
+#include <emmintrin.h>
+
+#include <algorithm>
 #include <bit>
-#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
+#include "src/dates/date_any_form.h"
 #include "src/dates/date_names.h"
-#include "src/text/ascii.h"
-#include "src/text/host_text.h"
+#include "src/dates/date_parts.h"
 
-// What is read, as a grammar over tokens. Between any two may stand blanks, folds, comments, commas
-// and points.
+// The forms that nearly all dates of mails have are read at one go:
 //
-//   date   = *(weekday / day / month / year / joined / time / "AM" / "PM" / zone)   ; in any order
-//   joined = D[D] "-" Mon ["-" year]                      ; "-", "/" or "." alike
-//          / YYYY "-" Mon "-" D[D]                        ; alike
-//          / YYYY "-" M[M] "-" D[D]                       ; alike
-//          / D[D] "." M[M] "." YYYY
-//          / D[D] ("-" / "/") M[M] ("-" / "/") YYYY       ; or month first: when only one of them is possible
-//          / YYYYMMDD / YYYYMMDDhhmmss
-//   time   = h[h] ":" m[m] [":" s[s]] [("." / ",") fraction]
-//          / h[h] "." m[m] ["." s[s]] / "T" hhmm[ss]      ; behind a date
-//   zone   = ("+" / "-") (h[h] / hmm / hhmm / hhmmss / h[h] ":" m[m])
-//          / hhmm                                         ; behind date and time
-//          / name [numeric zone]
+//   [Weekday, ]D[D] Mon YY[YY] hh:mm:ss [zone]     the same with "-" around the month
+//   Www Mon DD hh:mm:ss YYYY [zone]                as asctime prints it
 //
-// A bare number is the day first, then the year; four digits are always a year. Once date, time and a numeric
-// zone are known the rest is not looked at; once date and time are known what cannot be read ends the date.
+// No branch depends on how wide a part is: mails of many senders mix the widths. All other forms, and all
+// other zones, are left to the reader of every form.
 namespace wfinfo {
 
 namespace {
 
-static_assert(std::endian::native == std::endian::little, "letters and digits are compared packed");
+using namespace date_parts;
 
-constexpr char Lower(char c) { return static_cast<char>(c | 0x20); }  // of a letter
-constexpr bool IsSpace(char c) { return IsBlank(c) || IsLineEnd(c); }
-
-// Up to four letters in one number, the first lowest, in lower case. Longer words give 0 here.
-constexpr std::uint32_t Packed(std::string_view word) {
-  std::uint32_t packed = 0;
-  if (word.size() > 4) return 0;
-  for (std::size_t i = 0; i < word.size(); ++i) {
-    packed |= static_cast<std::uint32_t>(static_cast<unsigned char>(Lower(word[i]))) << (8 * i);
-  }
-  return packed;
-}
-
-// --- Months and weekdays -------------------------------------------------------------------------------
-
-// Both in one table without collisions, found by a product of the packed first three letters.
-struct CalendarName {
-  std::uint32_t letters;
-  std::uint8_t month;  // 1 to 12; 0 for a weekday
-  std::string_view name;
-};
-
-constexpr std::uint32_t NameSlot(std::uint32_t letters) { return (letters * 0xF3009A5DU) >> 27; }
-
-constexpr std::array<CalendarName, 32> kCalendarNames = [] {
-  std::array<CalendarName, 32> names{};
-  for (const std::string_view name : kWeekdayNames) {
-    const std::uint32_t letters = Packed(name.substr(0, kNameAbbreviation));
-    names[NameSlot(letters)] = {letters, 0, name};
-  }
-  std::uint8_t month = 0;
-  for (const std::string_view name : kMonthNames) {
-    const std::uint32_t letters = Packed(name.substr(0, kNameAbbreviation));
-    names[NameSlot(letters)] = {letters, ++month, name};
-  }
-  return names;
-}();
-
-constexpr bool AllNamesHaveTheirSlot() {
-  std::size_t count = 0;
-  for (const CalendarName& name : kCalendarNames) count += name.letters != 0 ? 1 : 0;
-  return count == std::size(kWeekdayNames) + std::size(kMonthNames);
-}
-static_assert(AllNamesHaveTheirSlot());
-
-const CalendarName* NameOfLetters(std::uint32_t letters) {
-  const CalendarName& name = kCalendarNames[NameSlot(letters)];
-  return letters != 0 && name.letters == letters ? &name : nullptr;
-}
-
-// A month or weekday, whole or cut after three letters or more: "Mar", "Sept", "Thurs", "Wednesday".
-const CalendarName* FindName(std::string_view word) {
-  if (word.size() < kNameAbbreviation) return nullptr;
-  const CalendarName* const name = NameOfLetters(Packed(word.substr(0, kNameAbbreviation)));
-  if (name == nullptr || word.size() > name->name.size()) return nullptr;
-  for (std::size_t i = kNameAbbreviation; i < word.size(); ++i) {
-    if (Lower(word[i]) != name->name[i]) return nullptr;
-  }
-  return name;
-}
-
-// --- Zone names ----------------------------------------------------------------------------------------
-struct ZoneName {
-  std::uint32_t letters;
-  std::int16_t minutes;  // east of UTC
-};
-
-constexpr ZoneName Zone(std::string_view name, int hours, int minutes = 0) {
-  return {Packed(name), static_cast<std::int16_t>(hours * 60 + minutes)};
-}
-
-// IST is left out: India, Israel and Ireland all use it.
-constexpr ZoneName kZoneNames[] = {
-    Zone("gmt", 0),       Zone("utc", 0),       Zone("ut", 0),    Zone("jst", 9),      Zone("est", -5),
-    Zone("edt", -4),      Zone("cst", -6),      Zone("cdt", -5),  Zone("mst", -7),     Zone("mdt", -6),
-    Zone("pst", -8),      Zone("pdt", -7),      Zone("cet", 1),   Zone("cest", 2),     Zone("met", 1),
-    Zone("mest", 2),      Zone("bst", 1),       Zone("wet", 0),   Zone("west", 1),     Zone("eet", 2),
-    Zone("eest", 3),      Zone("msk", 3),       Zone("kst", 9),   Zone("hkt", 8),      Zone("sgt", 8),
-    Zone("ast", -4),      Zone("adt", -3),      Zone("hst", -10), Zone("akst", -9),    Zone("akdt", -8),
-    Zone("nst", -3, -30), Zone("ndt", -2, -30), Zone("awst", 8),  Zone("acst", 9, 30), Zone("aest", 10),
-    Zone("aedt", 11),     Zone("nzst", 12),     Zone("nzdt", 13),
-};
-
-// The single letters of military zones were used with either sign: all mean UTC, but J, which means
-// local time.
-constexpr ZoneName kMilitary = {0, 0};
-
-const ZoneName* FindZone(std::string_view word) {
-  const std::uint32_t letters = Packed(word);
-  if (word.size() == 1) return letters == 'j' ? nullptr : &kMilitary;
-  for (const ZoneName& zone : kZoneNames) {
-    if (zone.letters == letters) return &zone;
-  }
-  return nullptr;
-}
-
-// --- Putting a date together ---------------------------------------------------------------------------
-struct Parts {
-  int year = -1;  // -1: not known yet
-  int month = 0;  // 0: not known yet
-  int day = 0;
-  int hour = -1;
-  int minute = 0;
-  int second = 0;
-  bool has_zone = false;
-  int zone_minutes = 0;
-};
-
-std::optional<HeaderDate> Assembled(const Parts& p) {
-  if (p.year < kFirstYear || p.month < 1 || p.month > 12) return std::nullopt;
-  if (p.day < 1 || p.day > DaysInMonth(p.year, p.month)) return std::nullopt;
-  const bool midnight_at_the_end = p.hour == 24 && p.minute == 0 && p.second == 0;
-  if ((p.hour > 23 && !midnight_at_the_end) || p.minute > 59 || p.second > 60) return std::nullopt;
-  const int second = p.second == 60 ? 59 : p.second;  // a leap second stays in its minute
-  const int hour = p.hour < 0 ? 0 : p.hour;
-  const FileTicks ticks = DayNumber(p.year, p.month, p.day) * kTicksPerDay +
-                          ((hour * 60 + p.minute) * 60 + second) * kTicksPerSecond;
-  return HeaderDate{ticks, p.has_zone, p.zone_minutes};
-}
-
-// A year as it is written: 00 to 49 are of this century, 50 to 99 and three digits count from 1900. -1
-// for others.
-int YearOf(int value, std::size_t digits) {
-  if (digits == 4) return value;
-  if (digits == 3) return value + 1900;
-  if (digits == 2) return value + (value < 50 ? 2000 : 1900);
-  return -1;
-}
-
-// --- The reader of every form --------------------------------------------------------------------------
-enum class Reading { kGoesOn, kForeign, kRefused };
-
-struct Number {
-  std::uint64_t value;
-  std::size_t digits;
-};
-
-class DateReader {
- public:
-  // `parts`: what has been read in front of `text`.
-  explicit DateReader(std::string_view text, const Parts& parts = {})
-      : at_(text.data()), end_(text.data() + text.size()), parts_(parts) {}
-
-  std::optional<HeaderDate> Read() {
-    while (!(numeric_zone_ && DateKnown())) {  // a numeric zone stands behind a time
-      SkipBlanks();
-      if (at_ == end_) break;
-      const Reading reading = ReadToken();
-      if (reading == Reading::kGoesOn) continue;
-      if (reading == Reading::kRefused || !DateKnown() || !TimeKnown()) return std::nullopt;
-      break;
-    }
-    return Assembled(parts_);
-  }
-
- private:
-  bool DateKnown() const { return parts_.day != 0 && parts_.month != 0 && parts_.year >= 0; }
-  bool TimeKnown() const { return parts_.hour >= 0; }
-  char Peek(std::size_t ahead = 0) const {
-    return static_cast<std::size_t>(end_ - at_) > ahead ? at_[ahead] : '\0';
-  }
-
-  void SkipBlanks() {
-    for (; at_ != end_; ++at_) {
-      if (*at_ == '(') {
-        SkipComment();
-        if (at_ == end_) return;
-      } else if (!IsSpace(*at_) && *at_ != ',') {
-        return;
-      }
-    }
-  }
-
-  // Stops on the closing parenthesis. By units: the second byte of a character may look like a backslash.
-  void SkipComment() {
-    int depth = 0;
-    while (at_ != end_) {
-      if (*at_ == '(') ++depth;
-      if (*at_ == ')' && --depth == 0) return;
-      if (*at_ == '\\' && at_ + 1 != end_) ++at_;
-      at_ += UnitLength({at_, static_cast<std::size_t>(end_ - at_)});
-    }
-  }
-
-  Reading ReadToken() {
-    const char c = *at_;
-    if (IsDigit(c)) return ReadNumber();
-    if (IsLetter(c)) return ReadWord();
-    if (c == '+' || c == '-') return ReadSign();
-    // A stray point ("Mar. 5"), and the colon of "05/Mar/2024:09:07:03".
-    if (c != '.' && !(c == ':' && DateKnown() && !TimeKnown())) return Reading::kForeign;
-    ++at_;
-    return Reading::kGoesOn;
-  }
-
-  // A run of digits; more than 14 of them are of no use to anyone here.
-  Number TakeNumber() {
-    Number number{0, 0};
-    for (; at_ != end_ && IsDigit(*at_); ++at_, ++number.digits) {
-      if (number.digits < 18) number.value = number.value * 10 + static_cast<unsigned>(*at_ - '0');
-    }
-    return number;
-  }
-
-  // A number of one or two digits, blanks in front allowed; -1 for anything else.
-  int TakeField() {
-    while (at_ != end_ && IsSpace(*at_)) ++at_;
-    const Number number = TakeNumber();
-    return number.digits == 1 || number.digits == 2 ? static_cast<int>(number.value) : -1;
-  }
-
-  Reading ReadNumber() {
-    const Number number = TakeNumber();
-    const char next = Peek();
-    const int value = static_cast<int>(number.value % 10'000);
-    if (next == ':' && !TimeKnown() && number.digits <= 2) return ReadTime(value, ':');
-    if (DateKnown()) {
-      if (TimeKnown()) return ReadBareZone(number);
-      if (next == '.' && IsDigit(Peek(1)) && number.digits <= 2) return ReadTime(value, '.');
-      if (time_mark_ && (number.digits == 6 || number.digits == 4)) return TakeBasicTime(number);
-    } else {
-      if ((next == '-' || next == '/' || next == '.') && (IsDigit(Peek(1)) || IsLetter(Peek(1)))) {
-        return ReadJoined(number);
-      }
-      if (number.digits == 8 || number.digits == 14) return TakeBasicDate(number);
-    }
-    return TakePlainNumber(number);
-  }
-
-  Reading TakePlainNumber(const Number& number) {
-    const int value = static_cast<int>(number.value % 10'000);
-    if (parts_.day == 0 && number.digits <= 2) {
-      parts_.day = value == 0 ? -1 : value;  // the 0th is refused at the end
-      SkipOrdinal();
-      return Reading::kGoesOn;
-    }
-    const bool short_year =
-        parts_.day != 0 && parts_.month != 0 && (number.digits == 2 || number.digits == 3);
-    if (parts_.year >= 0 || (number.digits != 4 && !short_year)) return Reading::kForeign;
-    parts_.year = YearOf(value, number.digits);
-    return Reading::kGoesOn;
-  }
-
-  // "1st", "22nd", "3rd", "5th"
-  void SkipOrdinal() {
-    if (!IsLetter(Peek()) || !IsLetter(Peek(1)) || IsLetter(Peek(2))) return;
-    const std::uint32_t letters = Packed({at_, 2});
-    for (const std::string_view ending : {"st", "nd", "rd", "th"}) {
-      if (letters == Packed(ending)) at_ += 2;
-    }
-  }
-
-  // A zone that lost its sign: "09:07:03 0900" is east.
-  Reading ReadBareZone(const Number& number) {
-    if (number.digits != 4) return Reading::kForeign;
-    SetNumericZone(static_cast<int>(number.value / 100), static_cast<int>(number.value % 100), false);
-    return Reading::kGoesOn;
-  }
-
-  // The parts of a date joined by "-", "/" or "."; the first number is read, `at_` is on the separator.
-  Reading ReadJoined(const Number& first) {
-    if (parts_.day != 0 || parts_.month != 0 || first.digits > 4) return Reading::kRefused;
-    const char separator = *at_++;
-    const bool named = IsLetter(*at_);
-    const Number second = named ? Number{0, 0} : TakeNumber();
-    if (named) {
-      const CalendarName* const month = FindName(TakeWord());
-      if (month == nullptr || month->month == 0) return Reading::kRefused;
-      parts_.month = month->month;
-    }
-    Number third{0, 0};
-    if (Peek() == separator && IsDigit(Peek(1))) {
-      ++at_;
-      third = TakeNumber();
-    }
-    return named ? JoinNamed(first, third) : JoinNumbers(first, second, third, separator);
-  }
-
-  // "5-Mar", "5-Mar-24", "2024-Mar-05"
-  Reading JoinNamed(const Number& first, const Number& third) {
-    const bool year_first = first.digits == 4;
-    const Number& day = year_first ? third : first;
-    const Number& year = year_first ? first : third;
-    if (day.digits < 1 || day.digits > 2 || year.digits > 4) return Reading::kRefused;
-    if (year.digits > 0 && parts_.year >= 0) return Reading::kRefused;
-    parts_.day = day.value == 0 ? -1 : static_cast<int>(day.value);
-    if (year.digits == 0) return Reading::kGoesOn;
-    parts_.year = YearOf(static_cast<int>(year.value), year.digits);
-    return parts_.year >= 0 ? Reading::kGoesOn : Reading::kRefused;
-  }
-
-  Reading JoinNumbers(const Number& first, const Number& second, const Number& third, char separator) {
-    const auto small = [](const Number& n) { return n.digits == 1 || n.digits == 2; };
-    if (!small(second) || parts_.year >= 0) return Reading::kRefused;
-    if (first.digits == 4 && small(third)) return TakeDate(first.value, second.value, third.value);
-    if (!small(first) || third.digits != 4) return Reading::kRefused;
-    // Points are written where the day comes first; with others the order is known only from the numbers.
-    if (separator == '.' || first.value > 12 || first.value == second.value) {
-      return TakeDate(third.value, second.value, first.value);
-    }
-    if (second.value > 12) return TakeDate(third.value, first.value, second.value);
-    return Reading::kRefused;
-  }
-
-  Reading TakeDate(std::uint64_t year, std::uint64_t month, std::uint64_t day) {
-    if (month == 0 || day == 0) return Reading::kRefused;
-    parts_.year = static_cast<int>(year);
-    parts_.month = static_cast<int>(month);
-    parts_.day = static_cast<int>(day);
-    return Reading::kGoesOn;
-  }
-
-  // YYYYMMDD, YYYYMMDDhhmmss
-  Reading TakeBasicDate(const Number& number) {
-    if (parts_.day != 0 || parts_.month != 0 || parts_.year >= 0) return Reading::kRefused;
-    std::uint64_t date = number.value;
-    if (number.digits == 14) {
-      if (TimeKnown()) return Reading::kRefused;
-      TakeBasicTime({date % 1'000'000, 6});
-      date /= 1'000'000;
-    }
-    return TakeDate(date / 10'000, date / 100 % 100, date % 100);
-  }
-
-  // hhmm, hhmmss
-  Reading TakeBasicTime(const Number& number) {
-    const int time = static_cast<int>(number.digits == 4 ? number.value * 100 : number.value);
-    SetTime(time / 10'000, time / 100 % 100, time % 100);
-    return Reading::kGoesOn;
-  }
-
-  // The hour is read, `at_` is on the separator. One-digit fields may be padded with blanks: "9: 7: 3".
-  Reading ReadTime(int hour, char separator) {
-    ++at_;
-    const int minute = TakeField();
-    int second = 0;
-    if (minute >= 0 && Peek() == separator) {
-      ++at_;
-      second = TakeField();
-    }
-    if (minute < 0 || second < 0 || hour > 24) return Reading::kRefused;
-    SetTime(hour, minute, second);
-    if ((Peek() == '.' || Peek() == ',') && IsDigit(Peek(1))) {
-      ++at_;
-      TakeNumber();  // a fraction of a second is dropped
-    }
-    return Reading::kGoesOn;
-  }
-
-  void SetTime(int hour, int minute, int second) {
-    parts_.hour = hour;
-    parts_.minute = minute;
-    parts_.second = second;
-  }
-
-  std::string_view TakeWord() {
-    const char* const start = at_;
-    while (at_ != end_ && IsLetter(*at_)) ++at_;
-    return {start, static_cast<std::size_t>(at_ - start)};
-  }
-
-  Reading ReadWord() {
-    const std::string_view word = TakeWord();
-    if (const CalendarName* const name = FindName(word)) {
-      if (name->month == 0) return Reading::kGoesOn;
-      if (parts_.month != 0) return Reading::kForeign;
-      parts_.month = name->month;
-      return Reading::kGoesOn;
-    }
-    if (DateKnown() && !TimeKnown() && word.size() == 1 && Lower(word[0]) == 't' && IsDigit(Peek())) {
-      time_mark_ = true;
-      return Reading::kGoesOn;
-    }
-    if (TimeKnown() && IsHalfDay(word)) return TakeHalfDay(Lower(word[0]));
-    return TakeZoneName(word);
-  }
-
-  // "am", "pm", or the first letter of "a.m.", "p.m.", whose rest is skipped.
-  bool IsHalfDay(std::string_view word) {
-    if (Lower(word[0]) != 'a' && Lower(word[0]) != 'p') return false;
-    if (word.size() == 2) return Lower(word[1]) == 'm';
-    if (word.size() != 1 || Peek() != '.' || Lower(Peek(1)) != 'm' || IsLetter(Peek(2))) return false;
-    at_ += 2;
-    return true;
-  }
-
-  // A time on the 24-hour clock stays as it is: "21:07 PM".
-  Reading TakeHalfDay(char letter) {
-    if (parts_.hour <= 12) parts_.hour = parts_.hour % 12 + (letter == 'p' ? 12 : 0);
-    return Reading::kGoesOn;
-  }
-
-  // A name stands for its zone until a numeric one follows ("GMT+0900", "JST +0900"). An unknown name behind
-  // a whole date and time ("Tokyo Standard Time") says nothing.
-  Reading TakeZoneName(std::string_view word) {
-    if (!DateKnown() && !TimeKnown()) return Reading::kForeign;
-    if (!TimeKnown() && word.size() == 1) return Reading::kForeign;
-    if (const ZoneName* const zone = FindZone(word)) {
-      if (!parts_.has_zone) parts_.zone_minutes = zone->minutes;
-      parts_.has_zone = true;
-      return Reading::kGoesOn;
-    }
-    return DateKnown() && TimeKnown() ? Reading::kGoesOn : Reading::kForeign;
-  }
-
-  // Behind a time a sign begins a zone; before it a "-" only separates.
-  Reading ReadSign() {
-    const bool west = *at_++ == '-';
-    if (!TimeKnown()) return west && DateKnown() ? Reading::kGoesOn : Reading::kForeign;
-    if (Peek() == '+' || Peek() == '-') return Reading::kGoesOn;  // "--0900": the last one counts
-    while (at_ != end_ && IsSpace(*at_)) ++at_;
-    const Number number = TakeNumber();
-    if (number.digits == 0 || numeric_zone_) return Reading::kForeign;
-    const int value = static_cast<int>(number.value % 1'000'000);
-    if (number.digits <= 2) {
-      SetNumericZone(value, TakeZoneMinutes(), west);
-    } else if (number.digits <= 4) {
-      SetNumericZone(value / 100, value % 100, west);
-    } else {
-      SetNumericZone(value / 10'000, number.digits == 6 ? value / 100 % 100 : -1,
-                     west);  // seconds are dropped
-    }
-    return Reading::kGoesOn;
-  }
-
-  // The ":mm" behind one or two digits of hours; 0 without, -1 when malformed.
-  int TakeZoneMinutes() {
-    if (Peek() != ':' || !IsDigit(Peek(1))) return 0;
-    ++at_;
-    return TakeField();
-  }
-
-  // A zone beyond a day or with 60 minutes or more is none, but the written time stands.
-  void SetNumericZone(int hours, int minutes, bool west) {
-    numeric_zone_ = true;
-    parts_.has_zone = hours < 24 && minutes >= 0 && minutes < 60;
-    const int east = hours * 60 + minutes;
-    parts_.zone_minutes = !parts_.has_zone ? 0 : west ? -east : east;
-  }
-
-  const char* at_;
-  const char* const end_;
-  Parts parts_;
-  bool time_mark_ = false;     // the T of ISO 8601 was the last token
-  bool numeric_zone_ = false;  // a numeric zone has been read
-};
-
-// --- The usual form, read at one go --------------------------------------------------------------------
 std::uint32_t Load4(const char* at) {
   std::uint32_t value;
   std::memcpy(&value, at, sizeof value);
@@ -496,8 +39,8 @@ std::uint64_t Load8(const char* at) {
 constexpr int kNoNumber = -1;
 
 // Four digits, or kNoNumber.
-int FourDigits(const char* at) {
-  const std::uint32_t digits = Load4(at) ^ 0x30303030U;
+int FourDigits(std::uint32_t bytes) {
+  const std::uint32_t digits = bytes ^ 0x30303030U;
   if (((digits | (digits + 0x06060606U)) & 0xF0F0F0F0U) != 0) return kNoNumber;
   const std::uint32_t pairs = digits * 10 + (digits >> 8);  // in bytes 0 and 2
   return static_cast<int>((pairs & 0xFF) * 100 + (pairs >> 16 & 0xFF));
@@ -522,31 +65,93 @@ std::uint32_t ThreeLetters(const char* at) {
   return (bytes & 0x404040U) == 0x404040U ? bytes | 0x202020U : 0;
 }
 
-// Reads "[Www, ]D[D] Mon YYYY hh:mm:ss", which nearly all mails begin with, when a blank, a comment or the
-// end of the text follows. Returns its length; 0 for any other text.
-std::size_t TakeUsualHead(std::string_view text, Parts& parts) {
-  constexpr std::size_t kWeekday = 5;     // "Www, "
-  constexpr std::size_t kBehindDay = 18;  // " Mon YYYY hh:mm:ss"
-  if (text.size() < 1 + kBehindDay) return 0;
-  const char* at = text.data();
-  if (at[3] == ',' && at[4] == ' ') {
-    const CalendarName* const weekday = NameOfLetters(ThreeLetters(at));
-    if (weekday == nullptr || weekday->month != 0) return 0;
-    at += kWeekday;
+const CalendarName* WeekdayAt(const char* at) {
+  const CalendarName* const name = NameOfLetters(ThreeLetters(at));
+  return name != nullptr && name->month == 0 ? name : nullptr;
+}
+
+// 1 to 12; 0 for any other word.
+int MonthAt(const char* at) {
+  const CalendarName* const name = NameOfLetters(ThreeLetters(at));
+  return name != nullptr ? name->month : 0;
+}
+
+// True when nothing that belongs to a number or word stands at `at`.
+bool EndsThere(std::string_view text, std::size_t at) {
+  return at == text.size() || IsSpace(text[at]) || text[at] == '(';
+}
+
+constexpr std::size_t kBlock = 16;
+constexpr std::size_t kLeastInFront =
+    9;                             // "D Mon YY "; at most 24, so that a block holds every clock's colon
+constexpr std::size_t kClock = 8;  // "hh:mm:ss"
+
+// Where the first colon stands that may be the clock's of the form below; the length without one. `text` has
+// room for its shortest.
+std::size_t FirstColon(std::string_view text) {
+  const std::size_t from = std::min(kLeastInFront + 2, text.size() - kBlock);
+  const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + from));
+  const __m128i colons = _mm_cmpeq_epi8(block, _mm_set1_epi8(':'));
+  const auto places = static_cast<std::uint32_t>(_mm_movemask_epi8(colons));
+  return places != 0 ? from + static_cast<std::size_t>(std::countr_zero(places)) : text.size();
+}
+
+// True for a weekday, whole or of three letters, a comma and a blank or two, which end at `end`. Behind that
+// the text goes on for more than eight bytes.
+bool IsWeekdayInFront(const char* at, const char* end) {
+  const CalendarName* const name = WeekdayAt(at);
+  if (name == nullptr) return false;
+  const char* comma = at + kNameAbbreviation;
+  if (*comma != ',') {
+    const std::size_t more = name->name.size() - kNameAbbreviation;
+    const std::uint64_t letters = Load8(comma) | 0x2020202020202020U;
+    if (((letters ^ name->rest) << 8 * (sizeof letters - more)) != 0) return false;
+    comma += more;
   }
-  if (!IsDigit(*at)) return 0;
-  int day = *at++ - '0';
-  if (IsDigit(*at)) day = day * 10 + *at++ - '0';
-  const auto left = static_cast<std::size_t>(text.data() + text.size() - at);
-  if (left < kBehindDay || at[0] != ' ' || at[4] != ' ' || at[9] != ' ') return 0;
-  const CalendarName* const month = NameOfLetters(ThreeLetters(at + 1));
-  const int year = FourDigits(at + 5);
-  if (month == nullptr || month->month == 0 || year < 0 || day == 0 || !TakeClock(at + 10, parts)) return 0;
-  if (left > kBehindDay && !IsSpace(at[kBehindDay]) && at[kBehindDay] != '(') return 0;
-  parts.day = day;
-  parts.month = month->month;
-  parts.year = year;
-  return text.size() - left + kBehindDay;
+  const std::size_t blanks = comma[2] == ' ' ? 2 : 1;
+  return comma[0] == ',' && comma[1] == ' ' && comma + 1 + blanks == end;
+}
+
+// Reads "[Weekday, ]D[D] Mon YY[YY] hh:mm:ss", or the same with "-" around the month, which nearly all mails
+// begin with, when a blank, a comment or the end of the text follows; from the first colon backwards. Returns
+// its length; 0 for any other text.
+std::size_t TakeUsualHead(std::string_view text, Parts& parts) {
+  constexpr std::ptrdiff_t kToMonth = 6;  // "D Mon "
+  if (text.size() < kLeastInFront + kClock) return 0;
+  const std::size_t colon = FirstColon(text);
+  if (colon < kLeastInFront + 2 || colon + kClock - 2 > text.size() || !EndsThere(text, colon + kClock - 2))
+    return 0;
+  const std::size_t at = colon - 2;
+  const char* const begin = text.data();
+  const char* const clock = begin + at;
+  const bool four = IsDigit(clock[-4]);
+  const char* const year = clock - (four ? 5 : 3);
+  const char separator = year[-1];
+  if (year - begin < kToMonth || year[-5] != separator || (separator != ' ' && separator != '-')) return 0;
+  const bool two = year - begin > kToMonth && IsDigit(year[-kToMonth - 1]);
+  const char* const day = year - kToMonth - (two ? 1 : 0);
+  const int written = FourDigits((Load4(clock - 5) & (four ? ~0U : 0xFFFF0000U)) | (four ? 0 : 0x3030U));
+  parts.month = MonthAt(year - 4);
+  parts.day = (two ? (day[0] - '0') * 10 : 0) + (year[-kToMonth] - '0');
+  parts.year = YearOf(written, four ? 4 : 2);
+  const bool read = clock[-1] == ' ' && IsDigit(year[-kToMonth]) && parts.day != 0 && parts.month != 0 &&
+                    written >= 0 && TakeClock(clock, parts);
+  return read && (day == begin || IsWeekdayInFront(begin, day)) ? at + kClock : 0;
+}
+
+// Reads "Www Mon DD hh:mm:ss YYYY", as asctime prints it, likewise; a day of one digit has a blank in front.
+std::size_t TakeAsctimeHead(std::string_view text, Parts& parts) {
+  constexpr std::size_t kLength = 24;
+  if (text.size() < kLength || !EndsThere(text, kLength)) return 0;
+  const char* const at = text.data();
+  if (at[3] != ' ' || at[7] != ' ' || at[10] != ' ' || at[19] != ' ' || WeekdayAt(at) == nullptr) return 0;
+  parts.month = MonthAt(at + 4);
+  parts.day = (at[8] == ' ' ? 0 : at[8] - '0') * 10 + (at[9] - '0');
+  parts.year = FourDigits(Load4(at + 20));
+  const bool digits = (at[8] == ' ' || IsDigit(at[8])) && IsDigit(at[9]);
+  const bool read =
+      digits && parts.month != 0 && parts.day != 0 && parts.year >= 0 && TakeClock(at + 11, parts);
+  return read ? kLength : 0;
 }
 
 // Reads " +hhmm" or " -hhmm" when the text ends there or a blank or comment follows.
@@ -554,7 +159,7 @@ bool TakeUsualZone(std::string_view text, Parts& parts) {
   constexpr std::size_t kLength = 6;
   if (text.size() < kLength || text[0] != ' ' || (text[1] != '+' && text[1] != '-')) return false;
   if (text.size() > kLength && !IsSpace(text[kLength]) && text[kLength] != '(') return false;
-  const int zone = FourDigits(text.data() + 2);
+  const int zone = FourDigits(Load4(text.data() + 2));
   if (zone < 0 || zone >= 2400 || zone % 100 >= 60) return false;
   const int minutes = zone / 100 * 60 + zone % 100;
   parts.has_zone = true;
@@ -562,16 +167,28 @@ bool TakeUsualZone(std::string_view text, Parts& parts) {
   return true;
 }
 
+// Reads " Xxx" when that is a zone's name of three letters and the end of the text.
+bool TakeUsualZoneName(std::string_view text, Parts& parts) {
+  if (text.size() != 4 || text[0] != ' ' || !IsLetter(text[1])) return false;
+  const ZoneName* const zone = FindZone(text.substr(1));
+  if (zone == nullptr) return false;
+  parts.has_zone = true;
+  parts.zone_minutes = zone->minutes;
+  return true;
+}
+
 }  // namespace
 
-std::optional<HeaderDate> ReadAnyHeaderDate(std::string_view text) { return DateReader(text).Read(); }
+std::optional<HeaderDate> ReadAnyHeaderDate(std::string_view text) { return ReadAnyForm(text, {}); }
 
 std::optional<HeaderDate> ReadHeaderDate(std::string_view text) {
   Parts parts;
-  const std::size_t head = TakeUsualHead(text, parts);
+  std::size_t head = TakeUsualHead(text, parts);
+  if (head == 0) head = TakeAsctimeHead(text, parts);
   if (head == 0) return ReadAnyHeaderDate(text);
   const std::string_view zone = text.substr(head);
-  return TakeUsualZone(zone, parts) ? Assembled(parts) : DateReader(zone, parts).Read();
+  if (zone.empty() || TakeUsualZone(zone, parts) || TakeUsualZoneName(zone, parts)) return Assembled(parts);
+  return ReadAnyForm(zone, parts);
 }
 
 }  // namespace wfinfo

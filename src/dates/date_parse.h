@@ -23,8 +23,8 @@ struct HeaderDate {
 // (:60) is :59.
 std::optional<HeaderDate> ReadHeaderDate(std::string_view text);
 
-// The same, without the quick way that ReadHeaderDate has for what nearly all mails begin with,
-// [Www, ]D[D] Mon YYYY hh:mm:ss. For tests: the two must never differ.
+// The same, without the quick ways that ReadHeaderDate has for what nearly all mails have. For tests: the two
+// must never differ.
 std::optional<HeaderDate> ReadAnyHeaderDate(std::string_view text);
 
 // The moment of `date` on the clock of this machine, `bias` minutes west of UTC as MachineBias gives it. A

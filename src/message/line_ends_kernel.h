@@ -59,21 +59,33 @@ inline Bits64 FirstsOfPairs(Bits64 cr, Bits64 open) {
   return firsts;
 }
 
-// The running state of a measurement; the carries are bit 0 for what stood at the end of the block before.
+// Finds where line ends begin, 64 bytes after 64. The carries are bit 0 for the end of the block before.
+struct EndFinder {
+  Bits64 open = 0;      // a CR that begins a line end, which a second CR may continue
+  Bits64 after_cr = 0;  // a CR of a line end
+
+  Bits64 Begins(Bits64 cr, Bits64 lf) {
+    const Bits64 firsts = FirstsOfPairs(cr, open);
+    const Bits64 begins = firsts | (lf & ~(cr << 1 | after_cr));
+    open = firsts >> 63;
+    after_cr = cr >> 63;
+    return begins;
+  }
+};
+
+// The running state of a measurement.
 struct Measure {
   LineEnd form;
   std::size_t ends = 0;       // line ends
   std::size_t end_bytes = 0;  // bytes in them
   const char* right;          // behind the last line end, while all were right
   bool all_right = true;
-  Bits64 open = 0;      // a CR that begins a line end, which a second CR may continue
-  Bits64 after_cr = 0;  // a CR of a line end
-  Bits64 after_two =
-      0;  // two of them: bit 0 before this byte, bit 1 when only one byte of this block may follow
+  EndFinder finder = {};
+  Bits64 after_two = 0;  // two CRs: bit 0 before this byte, bit 1 when only one byte of this block may follow
 
   // Bits of the bytes that show a line end of another form than the wanted one.
   Bits64 Wrong(Bits64 cr, Bits64 lf) const {
-    const Bits64 one = cr << 1 | after_cr;
+    const Bits64 one = cr << 1 | finder.after_cr;
     if (form == LineEnd::kCrLf) return lf ^ one;
     const Bits64 two = one & (cr << 2 | after_two);
     return (lf ^ two) | (one & ~two & ~cr);
@@ -83,12 +95,9 @@ struct Measure {
   void Take(const char* p, Bits64 cr, Bits64 lf, Bits64 valid) {
     if (all_right && (Wrong(cr, lf) & valid) != 0) all_right = false;
     if (all_right && lf != 0) right = p + (64 - __builtin_clzll(lf));
-    const Bits64 firsts = FirstsOfPairs(cr, open);
-    ends += Vec::CountBits(firsts | (lf & ~(cr << 1 | after_cr)));
+    ends += Vec::CountBits(finder.Begins(cr, lf));
     end_bytes += Vec::CountBits(cr | lf);
     after_two = (cr >> 62 & 1) | (cr >> 63) << 1;
-    open = firsts >> 63;
-    after_cr = cr >> 63;
   }
 };
 
@@ -100,7 +109,8 @@ WFINFO_UNCHECKED FoldSize MeasureFolded(const char* text, LineEnd form) {
   for (;; p += kMaskBytes, in_text = ~Bits64{0}) {
     Masks masks = MasksAt(p);
     masks.cr &= in_text;
-    if (masks.cr != 0 && (masks.escapes || escapes_before)) masks.cr = WithoutEscapeEnds(text, p, masks.cr);
+    // Whether a block has a CR cannot be foreseen, that it has an escape can.
+    if ((masks.escapes || escapes_before) && masks.cr != 0) masks.cr = WithoutEscapeEnds(text, p, masks.cr);
     escapes_before = masks.escapes;
     const Bits64 zero = masks.zero & in_text;
     const Bits64 last = zero & (~zero + 1);
@@ -116,84 +126,58 @@ WFINFO_UNCHECKED FoldSize MeasureFolded(const char* text, LineEnd form) {
   }
 }
 
-// Behind the line end at `p`, without a branch: which kind it is cannot be foreseen.
-WFINFO_UNCHECKED inline const char* SkipFoldEnd(const char* p) {
-  const int first = *p == '\r';
-  const int second = first & (p[first] == '\r');
-  return p + first + second + (p[first + second] == '\n');
-}
-
-// The same where four bytes may be read: one load, since the next line waits for it.
-WFINFO_UNCHECKED inline const char* SkipFoldEndInBlock(const char* p) {
-  std::uint32_t bytes;
-  __builtin_memcpy(&bytes, p, sizeof bytes);
-  const unsigned first = (bytes & 0xFF) == '\r';
-  const unsigned crs = first + (first & ((bytes >> 8 & 0xFF) == '\r'));
-  return p + crs + ((bytes >> 8 * crs & 0xFF) == '\n');
-}
-
-WFINFO_UNCHECKED inline char* PutEnd(char* out, LineEnd form) {
-  out[0] = '\r';
-  out[1] = form == LineEnd::kCrLf ? '\n' : '\r';
-  if (form == LineEnd::kCrCrLf) out[2] = '\n';
-  return out + FormLength(form);
-}
-
 WFINFO_UNCHECKED inline bool IsFoldEnd(const char* text, const char* p) {
   return *p == '\n' || (*p == '\r' && !EndsEscape(text, p));
 }
 
-// Copies two vectors and marks the CRs and LFs in them.
-WFINFO_UNCHECKED inline Bits64 CopyAndMark(const char* p, char* out) {
-  Bits64 marks = 0;
-  for (std::size_t i = 0; i < 2 * kWidth; i += kWidth) {
-    const V v = Vec::LoadUnchecked(p + i);
-    Vec::Store(out + i, v);
-    marks |= Bits64{Vec::Bits(Vec::Or(Vec::Equal(v, Vec::Fill('\r')), Vec::Equal(v, Vec::Fill('\n'))))} << i;
-  }
-  return marks;
+// With `room` four bytes may be written for the two or three.
+inline char* PutEnd(char* out, LineEnd form, bool room) {
+  const char bytes[] = {'\r', form == LineEnd::kCrLf ? '\n' : '\r', '\n', '\0'};
+  std::memcpy(out, bytes, room ? sizeof bytes : FormLength(form));
+  return out + FormLength(form);
 }
 
-// Where a rewriting stands.
-struct Cursor {
-  const char* p;
-  char* out;
-};
-
-// Rewrites up to and with the next line end when it is among the next kBlock bytes, else copies them. Most
-// lines fit, so that each costs one round without a branch that depends on its length.
-WFINFO_UNCHECKED inline void RewriteLine(const char* text, LineEnd form, Cursor& at) {
-  Bits64 low = CopyAndMark(at.p, at.out);
-  Bits64 high = CopyAndMark(at.p + kBlock / 2, at.out + kBlock / 2);
-  std::size_t length = 0;
-  for (;;) {
-    if ((low | high) == 0) {
-      at.p += kBlock;
-      at.out += kBlock;
-      return;
-    }
-    const Bits64 marks = low != 0 ? low : high;
-    length = static_cast<std::size_t>(__builtin_ctzll(marks)) + (low != 0 ? 0 : kBlock / 2);
-    if (!EndsEscape(text, at.p + length)) break;
-    (low != 0 ? low : high) = marks & (marks - 1);
+// Appends `length` bytes, at most 64. With `room` there are so many bytes from `p` and from `out` on that all
+// 64 may be copied, whatever the length.
+WFINFO_UNCHECKED inline char* PutPart(const char* p, std::size_t length, char* out, bool room) {
+  if (room) {
+    for (std::size_t i = 0; i < kMaskBytes; i += kWidth) Vec::Store(out + i, Vec::LoadUnchecked(p + i));
+  } else if (length != 0) {
+    std::memcpy(out, p, length);
   }
-  at.p = SkipFoldEndInBlock(at.p + length);
-  at.out = PutEnd(at.out + length, form);
+  return out + length;
 }
 
+// Walks the line ends of 64 bytes after those of the 64 before. Where a line begins is told by the masks
+// alone, so that no line waits for the one before.
 WFINFO_UNCHECKED char* WriteFolded(const char* text, const char* from, const char* end, char* out,
                                    char* out_end, LineEnd form) {
-  constexpr std::ptrdiff_t kIn = kBlock + 3;   // a line end that begins in the block lies in this
-  constexpr std::ptrdiff_t kOut = kBlock + 3;  // a whole block is stored, or less and then a line end
-  Cursor at{from, out};
-  while (end - at.p >= kIn && out_end - at.out >= kOut) RewriteLine(text, form, at);
-  while (at.p != end) {
-    if (IsFoldEnd(text, at.p)) {
-      at.p = SkipFoldEnd(at.p);
-      at.out = PutEnd(at.out, form);
-    } else {
-      *at.out++ = *at.p++;
+  constexpr std::ptrdiff_t kStep64 = kMaskBytes;
+  constexpr std::ptrdiff_t kIn = 2 * kStep64;   // the last part of a block is copied as 64 bytes
+  constexpr std::ptrdiff_t kOut = 4 * kStep64;  // and the block may hold nothing but line ends
+  const char* p = from - Offset(from, kMaskBytes);
+  Bits64 in_text = ~Bits64{0} << Offset(from, kMaskBytes);
+  EndFinder finder;
+  bool escapes_before = true;
+  for (; p < end; p += kMaskBytes, in_text = ~Bits64{0}) {
+    const bool room = end - p >= kIn && out_end - out >= kOut;
+    const std::ptrdiff_t valid = end - p < kStep64 ? end - p : kStep64;
+    const Bits64 behind_text = valid == kStep64 ? 0 : ~Bits64{0} << valid;
+    const Masks masks = MasksAt(p);
+    Bits64 cr = masks.cr & in_text & ~behind_text;
+    const Bits64 lf = masks.lf & in_text & ~behind_text;
+    if ((masks.escapes || escapes_before) && cr != 0) cr = WithoutEscapeEnds(text, p, cr);
+    escapes_before = masks.escapes;
+    const Bits64 ends = finder.Begins(cr, lf);
+    // Where a line, or the line end of an empty one, may begin: no byte of a line end before.
+    const Bits64 begins = (~(cr | lf) | ends) & in_text;
+    const char* at = p + std::countr_zero(begins);
+    for (Bits64 left = ends; left != 0; left &= left - 1) {
+      out = PutPart(at, static_cast<std::size_t>(p + std::countr_zero(left) - at), out, room);
+      out = PutEnd(out, form, room);
+      at = p + std::countr_zero(begins & ~(left ^ (left - 1)));
     }
+    out = PutPart(at, static_cast<std::size_t>(p + valid - at), out, room);
   }
-  return from != end && !IsFoldEnd(text, end - 1) ? PutEnd(at.out, form) : at.out;
+  return from != end && !IsFoldEnd(text, end - 1) ? PutEnd(out, form, false) : out;
 }

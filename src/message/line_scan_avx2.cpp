@@ -1,4 +1,5 @@
 // The line kernels in AVX2, only reached through the table at the end, after HasAvx2() has been asked.
+#include <bit>
 #include <cstdint>
 #include <cstring>
 

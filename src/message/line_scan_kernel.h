@@ -6,11 +6,11 @@
 
 using V = Vec::Type;
 constexpr std::size_t kWidth = Vec::kWidth;
-constexpr std::size_t kPage = 4096;         // the smallest page there is
-constexpr std::size_t kLookBack = 4;        // bytes before a position that a search may look at
-constexpr std::size_t kStep = 64;           // bytes that are looked at as one word of bits
-constexpr std::size_t kBlock = 4 * kWidth;  // bytes that are copied at a time
-constexpr std::size_t kCounted = kBlock < kStep ? kStep : kBlock;  // bytes of a round of the counting loop
+constexpr std::size_t kPage = 4096;   // the smallest page there is
+constexpr std::size_t kLookBack = 4;  // bytes before a position that a search may look at
+constexpr std::size_t kStep = 64;     // bytes that are looked at as one word of bits
+constexpr std::size_t kCounted =
+    4 * kWidth < kStep ? kStep : 4 * kWidth;  // bytes of a round of the counting loop
 constexpr std::size_t kUnroll = kCounted / kWidth;
 constexpr int kRounds = 16;  // rounds until the byte sums are emptied: at most 8 * 16 < 256 each
 

@@ -1,4 +1,5 @@
 // The line kernels in plain 64-bit words: what the vectors are compared with.
+#include <bit>
 #include <cstdint>
 #include <cstring>
 

@@ -1,4 +1,5 @@
 // The line kernels in SSE2.
+#include <bit>
 #include <cstdint>
 #include <cstring>
 

@@ -255,6 +255,57 @@ TEST(CsvKernels, EverySetAgreesWithTheSlowReading) {
   }
 }
 
+// The lines that a set gives at once, beside those that the slow reading finds one after the other.
+void ExpectLinesAtOnce(const CsvKernels& kernels, std::string_view text, std::size_t& given) {
+  SCOPED_TRACE(std::string(kernels.name) + ": " + std::string(text));
+  std::vector<std::uint32_t> starts(kCsvStretchRoom), ends(kCsvStretchRoom);
+  const std::size_t lines = kernels.scan_lines(text, starts.data(), ends.data());
+  CsvReference reference(text);
+  ASSERT_LE(lines, reference.LineCount());
+  given += lines;
+  std::size_t first = 0;
+  for (std::size_t line = 0; line < lines; ++line) {
+    const std::size_t fields = reference.ColumnCount();
+    ASSERT_GE(ends[line], first + fields);
+    for (std::size_t i = 0; i < fields; ++i) {
+      const std::string_view field = reference.Field(i);
+      ASSERT_EQ(text.data() + starts[first + i], field.data());
+      ASSERT_EQ(starts[first + i + 1], starts[first + i] + field.size() + 1);
+    }
+    const std::size_t behind = starts[ends[line]];
+    ASSERT_TRUE(text[behind - 1] == '\r' || text[behind - 1] == '\n');
+    const bool two = text.substr(behind - 1).starts_with("\r\n");
+    first = ends[line] + (two ? 1 : 0);
+    const bool more = reference.SkipLine();
+    ASSERT_EQ(more, behind + (two ? 1 : 0) < text.size());
+  }
+}
+
+TEST(CsvKernels, EverySetGivesWholeLinesAtOnce) {
+  std::mt19937 random(44);
+  std::size_t given = 0;
+  for (int round = 0; round < 4000; ++round) {
+    std::string text = RandomText(random, round % 4 != 0);
+    if (round % 8 == 0) text.insert(0, random() % 1200, 'x');
+    const std::unique_ptr<char[]> exact(new char[text.size()]);
+    std::copy(text.begin(), text.end(), exact.get());
+    for (const CsvKernels* const set : RunnableCsvKernels()) {
+      ExpectLinesAtOnce(*set, {exact.get(), text.size()}, given);
+      if (HasFatalFailure()) return;
+    }
+  }
+  EXPECT_GT(given, 20'000u);
+}
+
+TEST(CsvKernels, AStretchHasRoomForNothingButSeparators) {
+  for (const std::string_view unit : {"\n", "\r\n", ",", ",\r\n", "a,\r"}) {
+    std::string text;
+    while (text.size() < 3 * kCsvStretch) text += unit;
+    std::size_t given = 0;
+    for (const CsvKernels* const set : RunnableCsvKernels()) ExpectLinesAtOnce(*set, text, given);
+  }
+}
+
 TEST(CsvKernels, EverySetCountsTheLinesOfLongPlainTexts) {
   std::mt19937 random(43);
   for (std::size_t size = 0; size < 1600; ++size) {
