@@ -77,10 +77,11 @@ set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;6
   OBJECT_DEPENDS "${resource_parts}")
 target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 # The hot loops are pure code: what -O3 unrolls and copies of the rest only makes the library larger, and so does
-# the compiler's name in each object. What works on short texts, or waits for the system, is made small.
+# the compiler's name in each object. What works on short texts, waits for the system, or is only compared with
+# the vectors, is made small.
 target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options};${traceable};-O2;-fno-ident>)
 set(small_sources ${windows_sources} ${pure_sources})
-list(FILTER small_sources INCLUDE REGEX "/src/(commands|desktop|libraries|mapi|openpgp|smime|timers)/")
+list(FILTER small_sources INCLUDE REGEX "/src/((commands|desktop|libraries|mapi|openpgp|smime|timers)/|message/line_scan_portable)")
 set_source_files_properties(${small_sources} PROPERTIES COMPILE_OPTIONS -Os)
 target_link_libraries(WFINFO PRIVATE wfinfo_pure)
 target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong)
