@@ -14,7 +14,7 @@ need_wine10() {
   mkdir -p build/wine10
   mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 2>/dev/null | grep -v security | head -n 1)
   [ -n "$mirror" ] || fail "apt-get knows no mirror of Debian yet: apt-get update"
-  debootstrap --variant=minbase --include=wine,wine64,locales,python3,cmake,gnupg,openssl,ca-certificates,procps,git,gcc,g++-mingw-w64-x86-64-posix \
+  debootstrap --variant=minbase --include=wine,wine64,locales,python3,cmake,gnupg,openssl,ca-certificates,procps,git,googletest,g++-mingw-w64-x86-64-posix \
     $wine10_release $wine10_root "$mirror" >build/wine10/debootstrap.log 2>&1 ||
     { tail -n 5 build/wine10/debootstrap.log >&2; fail "debootstrap failed: see above and build/wine10/debootstrap.log"; }
   # Without it look-ups of local names, and of the machine's own, fail.
