@@ -38,10 +38,10 @@ struct CsvKernels {
   // The line that `text` begins with; `starts` takes the offsets of its first fields, as many as it has
   // room for.
   CsvLine (*scan_line)(std::string_view text, std::span<std::uint32_t> starts);
-  // As many whole lines as `text` begins with and this set understands at once, maybe none; returns how many.
+  // As many whole lines as `text` begins with and this set understands at once, maybe none; gives how many.
   // `starts` takes the offset of the text, 0, and then, for each comma and line end outside quotes, of the
-  // byte behind it (a CR and its LF have one each); `ends[i]` is which of them stands behind the first byte of
-  // the end of line i. In such lines every field ends at a comma or line end.
+  // byte behind it (a CR and its LF have one each); `ends[i]` is which of them stands behind the first byte
+  // of the end of line i. In such lines every field ends at a comma or line end.
   std::size_t (*scan_lines)(std::string_view text, std::uint32_t* starts, std::uint32_t* ends);
   // Only the end of that line.
   const char* (*line_end)(std::string_view text);

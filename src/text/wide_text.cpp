@@ -77,10 +77,15 @@ std::size_t HostToWide(std::string_view host, char16_t* out, const CodePage& cod
   while (at < end) {
     const auto byte = static_cast<unsigned char>(*at);
     const auto rest = static_cast<std::size_t>(end - at);
-    const unsigned row = CodePage::LeadRow(byte);
+    unsigned row = CodePage::LeadRow(byte);
     if (row < CodePage::kLeadRows && rest > 1 && at[1] != '\0') {
-      out = WriteUnits(out, code_page.Pair(row, static_cast<unsigned char>(at[1])));
-      at += 2;
+      // Pairs mostly stand among pairs: in this loop nothing else is asked for.
+      do {
+        out = WriteUnits(out, code_page.Pair(row, static_cast<unsigned char>(at[1])));
+        at += 2;
+        if (end - at < 2) break;
+        row = CodePage::LeadRow(static_cast<unsigned char>(*at));
+      } while (row < CodePage::kLeadRows && at[1] != '\0');
     } else if (byte > 0x7F) {
       out = WriteUnits(out, code_page.Single(byte));
       ++at;
