@@ -37,6 +37,11 @@ def run(*words):
         return code, printed.read_text(encoding="ascii", errors="replace")
 
 
+def came_to_its_end(printed):
+    """Whether the last line of a run is there: a program whose Wine is ended under it gives 0, too."""
+    return re.search(r"^\d+ exports; of the calls \d+ in rows$", printed, re.M) is not None
+
+
 def only(sequence):
     return "--only", ",".join(map(str, sequence))
 
@@ -123,6 +128,9 @@ def play(calls, seed, source, locale):
     elif code == GROWTH:
         print("looking for what grows ...", flush=True)
         print(run(min(calls, CALLS_TO_SEE_GROWTH), seed, "--growth")[1], end="")
+    elif not code and not came_to_its_end(printed):
+        print("the monkey was ended before its last call: was Wine's server stopped?")
+        return 1
     return 1 if code else 0
 
 

@@ -2,7 +2,7 @@
 import random
 import unittest
 
-from monkey import finding, locale_of, seed_of, shortened
+from monkey import came_to_its_end, finding, locale_of, seed_of, shortened
 from turns import part_of
 
 
@@ -29,6 +29,12 @@ class Shrinking(unittest.TestCase):
                          ("exception C0000005", 12, "Beep(null) "))
         self.assertEqual(finding("no end in call 3: Wait() "), ("no end", 3, "Wait() "))
         self.assertIsNone(finding("10 calls; handles 3\ngrowth since call 2\n"))
+
+    def test_a_run_that_something_else_ended_is_none(self):
+        whole = "5000 calls; GDI 12, USER 4, handles 4, blocks 8, 2 KiB\n608 exports; of the calls 300 in rows\n"
+        self.assertTrue(came_to_its_end(whole))
+        self.assertFalse(came_to_its_end(whole.splitlines()[0] + "\n"))
+        self.assertFalse(came_to_its_end(""))
 
     def test_each_commit_has_a_seed_of_its_own_and_no_commit_a_fixed_one(self):
         self.assertEqual(seed_of("0123456789abcdef0123456789abcdef01234567")[0], 0x0123456789ab)
