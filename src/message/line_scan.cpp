@@ -4,14 +4,7 @@
 #include "src/text/cpu.h"
 
 namespace wfinfo {
-namespace {
 
-constexpr const LineKernels* kSets[] = {&kPortableLineKernels, &kSse2LineKernels, &kAvx2LineKernels};
-
-}  // namespace
-
-std::span<const LineKernels* const> RunnableLineKernels() { return RunnableOf(kSets); }
-
-const LineKernels& Lines() { return *RunnableLineKernels().back(); }
+const LineKernels& Lines() { return HasAvx2() ? kAvx2LineKernels : kSse2LineKernels; }
 
 }  // namespace wfinfo

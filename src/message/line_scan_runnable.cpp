@@ -1,0 +1,15 @@
+// All sets of line kernels. In a file of its own, so that the library holds no set that it never runs.
+#include "src/message/line_scan.h"
+#include "src/message/line_scan_sets.h"
+#include "src/text/cpu.h"
+
+namespace wfinfo {
+namespace {
+
+constexpr const LineKernels* kSets[] = {&kPortableLineKernels, &kSse2LineKernels, &kAvx2LineKernels};
+
+}  // namespace
+
+std::span<const LineKernels* const> RunnableLineKernels() { return RunnableOf(kSets); }
+
+}  // namespace wfinfo
