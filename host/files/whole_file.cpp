@@ -62,8 +62,8 @@ WriteOutcome Write(const fs::path& file, std::string_view bytes, std::ios::openm
 
 std::optional<std::string> ReadWholeFile(const fs::path& file) {
   std::error_code error;
-  if (fs::is_directory(file, error)) return std::nullopt;
   const std::uintmax_t size = fs::file_size(file, error);
+  if (error == std::errc::is_a_directory) return std::nullopt;
   std::ifstream stream(file, std::ios::binary);
   if (!stream.is_open()) return std::nullopt;
   std::string bytes = Rest(stream, error ? 0 : static_cast<std::size_t>(size));

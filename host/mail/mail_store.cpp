@@ -81,6 +81,19 @@ bool IsFolder(const fs::path& path) {
   return fs::is_directory(path, error);
 }
 
+struct Listing {
+  std::vector<fs::path> entries;
+  std::optional<std::string> failure;
+};
+
+Listing ListingOf(const fs::path& folder) {
+  if (IsTooLong(folder / "*")) return {{}, CannotRead(folder, kTooLong)};
+  std::error_code error;
+  Listing listing{Entries(folder, error), std::nullopt};
+  if (error) listing.failure = CannotRead(folder, ReasonOf(error));
+  return listing;
+}
+
 struct FlagLetter {
   char letter;
   std::uint32_t flag;
@@ -211,9 +224,16 @@ std::optional<std::string> MailStore::AddTree(const fs::path& root, Unreadable u
 std::optional<std::string> MailStore::AddBranch(const fs::path& folder, std::size_t tree, int level,
                                                 Unreadable unreadable) {
   AddFolder({FolderName(folder), Normal(folder), FolderKind::kFolder, tree});
-  if (auto failure = AddFilesOf(folder, tree, unreadable)) return failure;
-  std::error_code error;
-  for (const fs::path& entry : Entries(folder, error)) {
+  const Listing listing = ListingOf(folder);
+  if (listing.failure) return listing.failure;
+  std::size_t read = mails_.size();
+  if (auto failure = AddFiles(listing.entries, tree, unreadable)) return failure;
+  const std::size_t behind = mails_.size();
+  for (const fs::path& entry : listing.entries) {
+    // The system need not be asked again what a file is whose mails were just read, in this order.
+    const std::size_t first = read;
+    while (read < behind && mails_[read].source.native() == entry.native()) ++read;
+    if (read > first) continue;
     // What there is, cannot be seen: a folder, a mail or neither. Each entry passes here once.
     if (IsTooLong(entry)) {
       std::string failure = CannotRead(entry, kTooLong);
@@ -248,12 +268,8 @@ bool MailStore::LooksAt(std::size_t tree, std::string_view path) const {
   return true;
 }
 
-std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::size_t tree,
-                                                 Unreadable unreadable) {
-  if (IsTooLong(folder / "*")) return CannotRead(folder, kTooLong);
-  std::error_code error;
-  const std::vector<fs::path> entries = Entries(folder, error);
-  if (error) return CannotRead(folder, ReasonOf(error));
+std::optional<std::string> MailStore::AddFiles(const std::vector<fs::path>& entries, std::size_t tree,
+                                               Unreadable unreadable) {
   Progress progress("reading mails", entries.size());
   for (const fs::path& entry : entries) {
     progress.Step();
@@ -261,7 +277,7 @@ std::optional<std::string> MailStore::AddFilesOf(const fs::path& folder, std::si
       left_.push_back(entry);
       continue;
     }
-    if (!IsMailFile(entry) || IsTooLong(entry) || IsFolder(entry)) continue;
+    if (!IsMailFile(entry) || IsTooLong(entry)) continue;
     auto failure = AddFile(entry, tree);
     if (failure && unreadable == Unreadable::kRefuse) return failure;
     if (failure) skipped_.push_back(*std::move(failure));
@@ -273,6 +289,7 @@ std::optional<std::string> MailStore::AddFile(const fs::path& file, std::size_t 
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
   if (status.type() == fs::file_type::not_found || error) return CannotRead(file, ReasonOf(error));
+  if (status.type() == fs::file_type::directory) return std::nullopt;  // whatever its name
   if (status.type() != fs::file_type::regular) return CannotRead(file, "not a file");
   if (IsMarks(file)) return CannotRead(file, kMarksAreNoMail);
   if (!known_.empty() && known_.contains(FileKey(file))) return nothing_new_ = true, std::nullopt;
@@ -414,7 +431,9 @@ MailStore::Changes MailStore::ReadAgain(std::size_t folder) {
     changes.gone.push_back(i);
   }
   known_ = KnownFiles();
-  changes.failure = AddFilesOf(folders_[folder].path, folders_[folder].tree, Unreadable::kSkip).value_or("");
+  Listing listing = ListingOf(folders_[folder].path);
+  if (!listing.failure) listing.failure = AddFiles(listing.entries, folders_[folder].tree, Unreadable::kSkip);
+  changes.failure = listing.failure.value_or("");
   left_.clear();  // told at the start
   changes.added = mails_.size() - before;
   return changes;

@@ -131,8 +131,8 @@ class MailStore {
   std::optional<std::string> AddTree(const std::filesystem::path& root, Unreadable unreadable);
   std::optional<std::string> AddBranch(const std::filesystem::path& folder, std::size_t tree, int level,
                                        Unreadable unreadable);
-  std::optional<std::string> AddFilesOf(const std::filesystem::path& folder, std::size_t tree,
-                                        Unreadable unreadable);
+  std::optional<std::string> AddFiles(const std::vector<std::filesystem::path>& entries, std::size_t tree,
+                                      Unreadable unreadable);
   std::size_t FolderOfMails(const std::filesystem::path& file, std::size_t tree);
   void AddMails(const std::filesystem::path& file, std::vector<StoredMail> mails, std::size_t folder);
   std::size_t TreeOf(const std::filesystem::path& root);
