@@ -63,10 +63,10 @@ function(keep_symbols_apart target)
 endfunction()
 
 target_compile_options(wfinfo_pure PRIVATE ${library_options} ${traceable} ${without_folders})
-# The compiler keeps 32-byte vectors on a stack that Windows aligns to 16 bytes only: have it use unaligned moves.
-set(avx2_sources ${pure_sources})
-list(FILTER avx2_sources INCLUDE REGEX "_avx2\\.cpp$")
-set_source_files_properties(${avx2_sources} PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
+# The compiler keeps vectors of 32 and 64 bytes on a stack that Windows aligns to 16 bytes only: have it use unaligned moves.
+set(avx_sources ${pure_sources})
+list(FILTER avx_sources INCLUDE REGEX "_avx(2|512)\\.cpp$")
+set_source_files_properties(${avx_sources} PROPERTIES COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
 
 add_library(WFINFO SHARED ${windows_sources} ${library_only_source} resources/wfinfo.rc ${WFINFO_OUT}/WFINFO.def)
 add_dependencies(WFINFO catalogue_files)
@@ -77,11 +77,10 @@ set_source_files_properties(resources/wfinfo.rc PROPERTIES COMPILE_OPTIONS "-c;6
   OBJECT_DEPENDS "${resource_parts}")
 target_compile_definitions(WFINFO PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 # The hot loops are pure code: what -O3 unrolls and copies of the rest only makes the library larger, and so does
-# the compiler's name in each object. What works on short texts, waits for the system, or is only compared with
-# the vectors, is made small.
+# the compiler's name in each object. What works on short texts, or waits for the system, is made small.
 target_compile_options(WFINFO PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${library_options};${traceable};-O2;-fno-ident>)
 set(small_sources ${windows_sources} ${pure_sources})
-list(FILTER small_sources INCLUDE REGEX "/src/((commands|desktop|libraries|mapi|openpgp|smime|timers)/|message/line_scan_portable)")
+list(FILTER small_sources INCLUDE REGEX "/src/(commands|desktop|libraries|mapi|openpgp|smime|timers)/")
 set_source_files_properties(${small_sources} PROPERTIES COMPILE_OPTIONS -Os)
 target_link_libraries(WFINFO PRIVATE wfinfo_pure)
 target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong)

@@ -5,6 +5,9 @@
 
 namespace wfinfo {
 
-const LineKernels& Lines() { return HasAvx2() ? kAvx2LineKernels : kSse2LineKernels; }
+const LineKernels& Lines() {
+  if (HasAvx512()) return kAvx512LineKernels;
+  return HasAvx2() ? kAvx2LineKernels : kSse2LineKernels;
+}
 
 }  // namespace wfinfo

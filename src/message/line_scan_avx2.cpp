@@ -22,6 +22,9 @@ using Vec = simd::Avx2;
 const LineKernels kAvx2LineKernels = {"AVX2",     FindLineEnd,   CountEnds,  SkipLines,
                                       FindHeader, MeasureFolded, WriteFolded};
 
+const LineKernels kAvx512LineKernels = {"AVX512",         FindLineEnd,   CountEndsAvx512, SkipLines,
+                                        FindHeaderAvx512, MeasureFolded, WriteFolded};
+
 }  // namespace wfinfo
 
 WFINFO_END_AVX2

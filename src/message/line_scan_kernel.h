@@ -3,30 +3,12 @@
 // including file chooses the instruction set for all that stands here.
 //
 // Vectors are read past the end of texts, though never into another page.
+#include "src/message/line_count_kernel.h"
 
 using V = Vec::Type;
-constexpr std::size_t kWidth = Vec::kWidth;
-constexpr std::size_t kPage = 4096;   // the smallest page there is
-constexpr std::size_t kLookBack = 4;  // bytes before a position that a search may look at
-constexpr std::size_t kStep = 64;     // bytes that are looked at as one word of bits
-constexpr std::size_t kCounted =
-    4 * kWidth < kStep ? kStep : 4 * kWidth;  // bytes of a round of the counting loop
+constexpr std::size_t kPage = 4096;  // the smallest page there is
 constexpr std::size_t kUnroll = kCounted / kWidth;
 constexpr int kRounds = 16;  // rounds until the byte sums are emptied: at most 8 * 16 < 256 each
-
-inline std::size_t Offset(const char* p, std::size_t unit) {
-  return reinterpret_cast<std::uintptr_t>(p) & (unit - 1);
-}
-
-// A CR at `p` that is the fourth byte of an escape. `text`: nothing before it counts.
-WFINFO_UNCHECKED inline bool EndsEscape(const char* text, const char* p) {
-  return p - text >= 3 && p[-3] == kEscapeByte && IsEscapeTail(p[-2], p[-1], *p);
-}
-
-// True when a lone CR stands in front of `p`: `p` begins a line for that reason.
-WFINFO_UNCHECKED inline bool FollowsLoneCr(const char* text, const char* p) {
-  return p != text && p[-1] == '\r' && *p != '\n' && !EndsEscape(text, p - 1);
-}
 
 // In the bytes from `p` on: 0x80 set where the three bytes before could be the first three of an escape.
 WFINFO_UNCHECKED inline V EscapeHeads(const char* p) {
@@ -167,6 +149,10 @@ WFINFO_UNCHECKED const char* CountBlocks(const char* p, std::size_t& ends, std::
   }
 }
 
+WFINFO_UNCHECKED const char* CountBlocks(const char* p, std::size_t& ends) {
+  return CountBlocks(p, ends, static_cast<std::size_t>(-1));
+}
+
 // Counts up to `wanted` line ends in `search`.
 WFINFO_UNCHECKED void CountInto(LineSearch& search) {
   // Blocks are aligned to their size, which divides a page, and stand far enough behind the start to
@@ -177,42 +163,11 @@ WFINFO_UNCHECKED void CountInto(LineSearch& search) {
   Walk(search, CountBlocks(first_block, search.ends, search.wanted));
 }
 
-// Where bytes of a value stand among the 64 from the aligned `p` on.
 WFINFO_UNCHECKED inline std::uint64_t PlacesOf(char byte, const char* p) {
   std::uint64_t places = 0;
   for (std::size_t i = 0; i < kStep; i += kWidth)
     places |= std::uint64_t{Vec::Bits(Vec::Equal(Vec::LoadUnchecked(p + i), Vec::Fill(byte)))} << i;
   return places;
-}
-
-// Counts the line ends among the `valid` ones of the 64 bytes from the aligned `p` on. True when the
-// terminator is one of them: `at` is then there. No branch depends on where lines end, which short texts
-// cannot be foreseen by.
-WFINFO_UNCHECKED inline bool CountStep(const char* p, std::uint64_t valid, LineSearch& search) {
-  const std::uint64_t zero = PlacesOf('\0', p) & valid;
-  if (zero != 0) {
-    valid &= zero ^ (zero - 1);
-    search.at = p + __builtin_ctzll(zero);
-  }
-  const std::uint64_t lf = PlacesOf('\n', p), cr = PlacesOf('\r', p) & valid;
-  const std::uint64_t after_cr = cr << 1 | (p > search.text && p[-1] == '\r' ? 1 : 0);
-  search.ends += Vec::CountBits(lf & valid);
-  for (std::uint64_t lone = after_cr & ~lf & valid; lone != 0; lone &= lone - 1)
-    search.ends += EndsEscape(search.text, p + __builtin_ctzll(lone) - 1) ? 0 : 1;
-  return zero != 0;
-}
-
-WFINFO_UNCHECKED LineTally CountEnds(const char* text) {
-  LineSearch search{text, static_cast<std::size_t>(-1)};
-  const char* p = text - Offset(text, kStep);
-  if (CountStep(p, ~std::uint64_t{0} << Offset(text, kStep), search)) return {search.ends, search.at};
-  // Blocks are aligned to their size and look back as far as an escape and its CR reach.
-  for (p += kStep; p < text + kLookBack || Offset(p, kCounted) != 0; p += kStep) {
-    if (CountStep(p, ~std::uint64_t{0}, search)) return {search.ends, search.at};
-  }
-  p = CountBlocks(p, search.ends, search.wanted);
-  while (!CountStep(p, ~std::uint64_t{0}, search)) p += kStep;
-  return {search.ends, search.at};
 }
 
 WFINFO_UNCHECKED const char* SkipLines(const char* text, std::size_t count) {
@@ -222,47 +177,14 @@ WFINFO_UNCHECKED const char* SkipLines(const char* text, std::size_t count) {
   return search.ends == count ? search.at : nullptr;
 }
 
-// Header lines that begin with a prefix, up to the empty line.
-struct HeaderSearch {
-  const char* text;
-  std::string_view prefix;
-  std::size_t index;
-  HeaderHit hit{nullptr, 0, nullptr};
+struct HeaderSearch : HeaderLines {
   const char* seen = nullptr;  // the last position examined
   V first = Vec::Fill(prefix.empty() ? '\0' : LowerAscii(prefix[0]));
   V case_bit = Vec::Fill(!prefix.empty() && IsLetter(prefix[0]) ? kAsciiCaseBit : '\0');
 
-  WFINFO_UNCHECKED bool Matches(const char* line) const {
-    for (std::size_t i = 0; i < prefix.size(); ++i) {
-      if (line[i] != prefix[i] && LowerAscii(line[i]) != LowerAscii(prefix[i])) return false;
-    }
-    return !prefix.empty();
-  }
-
-  WFINFO_UNCHECKED bool EndsAt(const char* p) {
-    hit.header_end = p;
-    return true;
-  }
-
-  // Looks at `p` as the start of a line, if it is one.
-  WFINFO_UNCHECKED bool Examine(const char* p) {
-    seen = p;
-    const char byte = *p;
-    if (byte == '\0') return EndsAt(p);
-    if (p != text && p[-1] != '\n' && !FollowsLoneCr(text, p)) return false;
-    if (IsLineEnd(byte)) return EndsAt(p);
-    if (p != text && IsBlank(byte)) return false;  // continues the line before
-    if (!Matches(p)) return false;
-    if (hit.matches == index) {
-      hit.line = p;
-      return true;
-    }
-    ++hit.matches;
-    return false;
-  }
-
   WFINFO_UNCHECKED bool Visit(const char* p) {
     if (p != text && p - 1 != seen && Examine(p - 1)) return true;
+    seen = p;
     return Examine(p);
   }
 
@@ -282,7 +204,7 @@ struct HeaderSearch {
 };
 
 WFINFO_UNCHECKED HeaderHit FindHeader(const char* text, std::string_view prefix, std::size_t index) {
-  HeaderSearch search{text, prefix, index};
+  HeaderSearch search{{text, prefix, index}};
   Walk(search, text);
   return search.hit;
 }

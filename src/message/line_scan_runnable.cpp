@@ -6,10 +6,13 @@
 namespace wfinfo {
 namespace {
 
-constexpr const LineKernels* kSets[] = {&kPortableLineKernels, &kSse2LineKernels, &kAvx2LineKernels};
+constexpr const LineKernels* kSets[] = {&kPortableLineKernels, &kSse2LineKernels, &kAvx2LineKernels,
+                                        &kAvx512LineKernels};
 
 }  // namespace
 
-std::span<const LineKernels* const> RunnableLineKernels() { return RunnableOf(kSets); }
+std::span<const LineKernels* const> RunnableLineKernels() {
+  return std::span(kSets).first(HasAvx512() ? 4 : HasAvx2() ? 3 : 2);
+}
 
 }  // namespace wfinfo

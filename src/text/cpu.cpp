@@ -28,6 +28,8 @@ CpuWords Ask() { return {}; }
 
 #endif
 
+bool HasAll(std::uint32_t bits, std::uint32_t wanted) { return (bits & wanted) == wanted; }
+
 }  // namespace
 
 bool AllowsAvx2(const CpuWords& words) {
@@ -35,17 +37,26 @@ bool AllowsAvx2(const CpuWords& words) {
   constexpr std::uint32_t kFeatures = kProduct | kPopcnt | kSystemSavesVectors | kAvx;
   constexpr std::uint32_t kBmi1 = 1u << 3, kAvx2 = 1u << 5;
   constexpr std::uint32_t kXmm = 1u << 1, kYmm = 1u << 2;
-  const auto all = [](std::uint32_t bits, std::uint32_t wanted) { return (bits & wanted) == wanted; };
-  return all(words.features, kFeatures) && all(words.extended, kBmi1 | kAvx2) &&
-         all(words.saved, kXmm | kYmm);
+  return HasAll(words.features, kFeatures) && HasAll(words.extended, kBmi1 | kAvx2) &&
+         HasAll(words.saved, kXmm | kYmm);
 }
 
-constinit std::atomic<CpuAnswer> g_avx2 = CpuAnswer::kNotAsked;
+bool AllowsAvx512(const CpuWords& words) {
+  constexpr std::uint32_t kFoundation = 1u << 16, kBytes = 1u << 30;
+  constexpr std::uint32_t kMasks = 1u << 5, kUpperHalves = 1u << 6, kUpperSixteen = 1u << 7;
+  return AllowsAvx2(words) && HasAll(words.extended, kFoundation | kBytes) &&
+         HasAll(words.saved, kMasks | kUpperHalves | kUpperSixteen);
+}
 
-bool AskForAvx2() {
-  const bool has = AllowsAvx2(Ask());
-  g_avx2.store(has ? CpuAnswer::kYes : CpuAnswer::kNo, std::memory_order_relaxed);
-  return has;
+constinit std::atomic<Vectors> g_vectors = Vectors::kNotAsked;
+
+Vectors AskForVectors() {
+  const CpuWords words = Ask();
+  const Vectors widest = AllowsAvx512(words) ? Vectors::kAvx512
+                         : AllowsAvx2(words) ? Vectors::kAvx2
+                                             : Vectors::kSse2;
+  g_vectors.store(widest, std::memory_order_relaxed);
+  return widest;
 }
 
 }  // namespace wfinfo

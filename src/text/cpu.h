@@ -8,8 +8,9 @@
 
 namespace wfinfo {
 
-enum class CpuAnswer : unsigned char { kNotAsked, kNo, kYes };
-extern constinit std::atomic<CpuAnswer> g_avx2;
+// The widest vectors there are; each processor of 64 bits has SSE2.
+enum class Vectors : unsigned char { kNotAsked, kSse2, kAvx2, kAvx512 };
+extern constinit std::atomic<Vectors> g_vectors;
 
 // What the processor and the system say of themselves; of what they do not say all bits are 0.
 struct CpuWords {
@@ -22,15 +23,21 @@ struct CpuWords {
 // and a system that keeps the vectors.
 bool AllowsAvx2(const CpuWords& words);
 
-// Asks the processor and keeps the answer. Two threads may both ask: they hear the same.
-bool AskForAvx2();
+// True when AllowsAvx2 is and the routines in AVX-512 have theirs: its foundation, its operations on bytes,
+// and a system that keeps the wide vectors and the masks.
+bool AllowsAvx512(const CpuWords& words);
 
-// AllowsAvx2 of this processor, which is asked once; after that a load and a comparison, since short texts
-// come here too.
-inline bool HasAvx2() {
-  const CpuAnswer answer = g_avx2.load(std::memory_order_relaxed);
-  return answer == CpuAnswer::kNotAsked ? AskForAvx2() : answer == CpuAnswer::kYes;
+// Asks the processor and keeps the answer. Two threads may both ask: they hear the same.
+Vectors AskForVectors();
+
+// What this processor allows, which is asked once; after that a load and a comparison, since short texts come
+// here too.
+inline Vectors WidestVectors() {
+  const Vectors widest = g_vectors.load(std::memory_order_relaxed);
+  return widest == Vectors::kNotAsked ? AskForVectors() : widest;
 }
+inline bool HasAvx2() { return WidestVectors() >= Vectors::kAvx2; }
+inline bool HasAvx512() { return WidestVectors() == Vectors::kAvx512; }
 
 // Of sets of routines, slowest first and the last one in AVX2, those that this processor runs.
 template <class Set, std::size_t kCount>

@@ -26,17 +26,24 @@
 #include <cstdint>
 #include <cstring>
 
-// Between these two the compiler uses AVX2, the carry-less product, POPCNT and BMI1, which HasAvx2() of cpu.h
-// asks for. Standard headers stand before them, so that no function that others share is compiled so. Only
-// files named `*_avx2.cpp` use these functions: there the build sees to it that vectors on the stack are
-// moved unaligned.
+// Between WFINFO_BEGIN_AVX2 and WFINFO_END_AVX2 the compiler uses AVX2, the carry-less product, POPCNT and
+// BMI1, which HasAvx2() of cpu.h asks for; between those of AVX512 also AVX-512 with its operations on bytes,
+// which HasAvx512() asks for. Standard headers stand before them, so that no function that others share is
+// compiled so. Only files named `*_avx2.cpp` and `*_avx512.cpp` use them: there the build sees to it that
+// vectors on the stack are moved unaligned.
 #if defined(__clang__)
 #define WFINFO_BEGIN_AVX2 \
   _Pragma("clang attribute push(__attribute__((target(\"avx2,pclmul,popcnt,bmi\"))), apply_to = function)")
 #define WFINFO_END_AVX2 _Pragma("clang attribute pop")
+#define WFINFO_BEGIN_AVX512 \
+  _Pragma(                  \
+      "clang attribute push(__attribute__((target(\"avx512bw,pclmul,popcnt,bmi\"))), apply_to = function)")
+#define WFINFO_END_AVX512 WFINFO_END_AVX2
 #else
 #define WFINFO_BEGIN_AVX2 _Pragma("GCC push_options") _Pragma("GCC target(\"avx2,pclmul,popcnt,bmi\")")
 #define WFINFO_END_AVX2 _Pragma("GCC pop_options")
+#define WFINFO_BEGIN_AVX512 _Pragma("GCC push_options") _Pragma("GCC target(\"avx512bw,pclmul,popcnt,bmi\")")
+#define WFINFO_END_AVX512 WFINFO_END_AVX2
 #endif
 
 // What LoadUnchecked and the kernels that call it are declared with.
