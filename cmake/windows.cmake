@@ -83,7 +83,7 @@ set(small_sources ${windows_sources} ${pure_sources})
 list(FILTER small_sources INCLUDE REGEX "/src/(commands|desktop|libraries|mapi|openpgp|smime|timers)/")
 set_source_files_properties(${small_sources} PROPERTIES COMPILE_OPTIONS -Os)
 target_link_libraries(WFINFO PRIVATE wfinfo_pure)
-target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong)
+target_link_options(WFINFO PRIVATE ${hardening} -fstack-protector-strong -Wl,-Map=WFINFO.map)
 # The linker sorts what a program imports by the path of the import library. In the build folder that is a relative one.
 set_target_properties(WFINFO PROPERTIES PREFIX "" OUTPUT_NAME WFINFO IMPORT_PREFIX lib
   RUNTIME_OUTPUT_DIRECTORY ${WFINFO_OUT} ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})

@@ -5,7 +5,8 @@ bench.py --page                               docs/speed.md from what was measur
 
 Each program runs in several rounds, in each of which the repetitions of all its benchmarks take turns; of every
 benchmark the least time counts, since other processes only ever add to it. All run on one core. --write keeps the times in
-bench/measured.json and writes the table of docs/speed.md from them: a test compares the two."""
+bench/measured.json and writes the table of docs/speed.md from them: a test compares the two. It also writes that page's table of
+sizes."""
 import argparse
 import collections
 import datetime
@@ -15,6 +16,8 @@ import pathlib
 import re
 import subprocess
 import sys
+
+import size_by_origin
 
 ROOT = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).resolve().parents[1]))
 ROWS, MEASURED, PAGE = "bench/rows.tsv", "bench/measured.json", "docs/speed.md"
@@ -229,11 +232,12 @@ def main():
     if options.write:
         (ROOT / MEASURED).write_text(json.dumps(measured, indent=1) + "\n", encoding="utf-8")
         write_page(measured)
+        size_by_origin.write_page()
     print(table(rows, measured["times"]))
 
 
 if __name__ == "__main__":
     try:
         main()
-    except NotMeasured as reason:
+    except (NotMeasured, size_by_origin.NotUnderstood) as reason:
         sys.exit(f"bench: {reason}")

@@ -139,7 +139,6 @@ void CsvText::MoveTo(std::size_t offset, std::size_t line) {
   scanned_ = false;
   quick_fields_ = 0;
   walks_ = false;
-  stretch_ = 0;
   far_column_ = 0;
 }
 

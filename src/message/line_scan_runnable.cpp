@@ -6,13 +6,14 @@
 namespace wfinfo {
 namespace {
 
+// The plain words, and then one for each of Vectors.
 constexpr const LineKernels* kSets[] = {&kPortableLineKernels, &kSse2LineKernels, &kAvx2LineKernels,
                                         &kAvx512LineKernels};
 
 }  // namespace
 
 std::span<const LineKernels* const> RunnableLineKernels() {
-  return std::span(kSets).first(HasAvx512() ? 4 : HasAvx2() ? 3 : 2);
+  return std::span(kSets).first(1 + static_cast<std::size_t>(WidestVectors()));
 }
 
 }  // namespace wfinfo

@@ -50,11 +50,13 @@ bool AllowsAvx512(const CpuWords& words) {
 
 constinit std::atomic<Vectors> g_vectors = Vectors::kNotAsked;
 
+Vectors WidestOf(const CpuWords& words) {
+  if (AllowsAvx512(words)) return Vectors::kAvx512;
+  return AllowsAvx2(words) ? Vectors::kAvx2 : Vectors::kSse2;
+}
+
 Vectors AskForVectors() {
-  const CpuWords words = Ask();
-  const Vectors widest = AllowsAvx512(words) ? Vectors::kAvx512
-                         : AllowsAvx2(words) ? Vectors::kAvx2
-                                             : Vectors::kSse2;
+  const Vectors widest = WidestOf(Ask());
   g_vectors.store(widest, std::memory_order_relaxed);
   return widest;
 }

@@ -27,6 +27,8 @@ bool AllowsAvx2(const CpuWords& words);
 // and a system that keeps the wide vectors and the masks.
 bool AllowsAvx512(const CpuWords& words);
 
+Vectors WidestOf(const CpuWords& words);
+
 // Asks the processor and keeps the answer. Two threads may both ask: they hear the same.
 Vectors AskForVectors();
 

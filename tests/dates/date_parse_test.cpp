@@ -367,6 +367,10 @@ TEST(DateParse, WhatCannotBeADateIsRefused) {
       "2024-00-05",
       "2024-03-32",
       "2024-03-00",
+      "2024-03-00 09:07:03 5",    // nor does a later number take the place
+      "2024-00-05 09:07:03 Mar",  // nor a later month
+      "JST Tue, 5 Mar 2024 09:07:03",
+      "Tue Mar !5 09:07:03 2024",
       "2024-02-30",
       "2024-03",
       "2024-3-5-6",

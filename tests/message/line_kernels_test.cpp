@@ -4,8 +4,10 @@
 #include <sys/mman.h>
 
 #include <cstring>
+#include <utility>
 
 #include "src/message/line_scan.h"
+#include "src/text/cpu.h"
 #include "tests/message/line_reference.h"
 
 namespace wfinfo {
@@ -41,6 +43,24 @@ class GuardedText {
   char* memory_;
   std::size_t size_;
   char* text_;
+};
+
+// Room for a result, behind which no byte may be written.
+class GuardedRoom {
+ public:
+  explicit GuardedRoom(std::size_t size) : whole_((size + kPage - 1) / kPage * kPage + kPage) {
+    memory_ =
+        static_cast<char*>(mmap(nullptr, whole_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    mprotect(end(), kPage, PROT_NONE);
+  }
+  ~GuardedRoom() { munmap(memory_, whole_); }
+  GuardedRoom(const GuardedRoom&) = delete;
+  GuardedRoom& operator=(const GuardedRoom&) = delete;
+  char* end() const { return memory_ + whole_ - kPage; }
+
+ private:
+  std::size_t whole_;
+  char* memory_;
 };
 
 std::string Shown(std::string_view text) {
@@ -105,11 +125,11 @@ void CheckKernels(const LineKernels& kernels, std::string_view text, std::size_t
     ASSERT_EQ(folded.substr(0, size.right), text.substr(0, size.right));
     ASSERT_EQ(folded == text, size.right == text.size());
     for (const std::size_t from : {std::size_t{0}, size.right}) {
-      std::vector<char> out(size.output - from);  // of exact size: the sanitizer sees a byte too many
-      const char* const end =
-          kernels.write_folded(p, p + from, p + text.size(), out.data(), out.data() + out.size(), form);
-      ASSERT_EQ(end, out.data() + out.size());
-      ASSERT_EQ(Shown({out.data(), out.size()}), Shown(std::string_view(folded).substr(from)));
+      const GuardedRoom room(size.output - from);
+      char* const out = room.end() - (size.output - from);
+      const char* const end = kernels.write_folded(p, p + from, p + text.size(), out, room.end(), form);
+      ASSERT_EQ(end, room.end());
+      ASSERT_EQ(Shown({out, size.output - from}), Shown(std::string_view(folded).substr(from)));
     }
   }
 }
@@ -168,6 +188,28 @@ TEST_P(EveryKernel, SeesALineEndWhole) {
       const std::string line = std::string(before, 'x') + end;
       CheckKernels(*GetParam(), line, before);
       CheckKernels(*GetParam(), line + "y" + end, before);
+      CheckKernels(*GetParam(), std::string(600, 'x') + line, before);
+      if (HasFatalFailure()) return;
+    }
+  }
+}
+
+// Lines are counted in bytes, one for each place of a block, which hold 255.
+TEST_P(EveryKernel, CountsMoreLinesThanAByteHolds) {
+  for (const std::string end : {"\n", "\r", "\r\n", "\x1A\x80\x80\r", "\x1A\x80\x80\r\n"}) {
+    std::string text(1, 'x');
+    while (text.size() < 70 * 256) text += end;
+    CheckKernels(*GetParam(), text, 0);
+    if (HasFatalFailure()) return;
+  }
+}
+
+// Nothing but line ends in one block, and what is left of the room behind them.
+TEST_P(EveryKernel, WritesNoByteBehindTheRoom) {
+  for (const std::size_t ends : {63, 64, 65, 128}) {
+    for (std::size_t rest = 0; rest < 140; ++rest) {
+      CheckKernels(*GetParam(), std::string(ends, '\n') + std::string(rest, 'x'), rest);
+      CheckKernels(*GetParam(), std::string(ends, '\n') + std::string(rest, 'x'), 63);
       if (HasFatalFailure()) return;
     }
   }
@@ -176,6 +218,14 @@ TEST_P(EveryKernel, SeesALineEndWhole) {
 TEST(LineKernels, ThereIsAChoiceForEveryProcessor) {
   EXPECT_EQ(&Lines(), RunnableLineKernels().back());
   EXPECT_STREQ(RunnableLineKernels().front()->name, "portable");
+  const std::pair<Vectors, const char*> widest[] = {
+      {Vectors::kSse2, "SSE2"}, {Vectors::kAvx2, "AVX2"}, {Vectors::kAvx512, "AVX512"}};
+  for (const auto& [vectors, name] : widest) {
+    g_vectors.store(vectors);
+    EXPECT_STREQ(Lines().name, name);
+    EXPECT_EQ(&Lines(), RunnableLineKernels().back());
+  }
+  AskForVectors();
 }
 
 }  // namespace

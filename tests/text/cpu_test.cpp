@@ -26,6 +26,9 @@ TEST(Cpu, NothingThatTheRoutinesUseMayBeMissing) {
   EXPECT_TRUE(AllowsAvx2({0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF})) << "a processor that can do more";
   EXPECT_FALSE(AllowsAvx2({})) << "one that says nothing";
   EXPECT_FALSE(AllowsAvx512(whole)) << "one with AVX2 alone";
+  EXPECT_EQ(WidestOf({}), Vectors::kSse2);
+  EXPECT_EQ(WidestOf(whole), Vectors::kAvx2);
+  EXPECT_EQ(WidestOf({0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}), Vectors::kAvx512);
   EXPECT_TRUE(AllowsAvx512(
       {whole.features, whole.extended | 1u << 16 | 1u << 30, whole.saved | 1u << 5 | 1u << 6 | 1u << 7}));
   const struct {
