@@ -126,6 +126,35 @@ fs::path FolderKey(const MailFolder& folder) {
   return PathFromUtf8(Lower(PathToUtf8(key)));
 }
 
+// Whether a file lies in a folder, or is that mbox, by any of its names.
+class LiesIn {
+ public:
+  LiesIn(FolderKind kind, const fs::path& key) : kind_(kind), key_(key) {}
+
+  bool operator()(const fs::path& file) {
+    // Files of one folder mostly follow each other, and finding its key asks the system.
+    fs::path holder = kind_ == FolderKind::kMbox ? file : FolderOfFile(file);
+    if (holder != last_) {
+      lies_ = FolderKey({{}, holder, kind_}) == key_;
+      last_ = std::move(holder);
+    }
+    return lies_;
+  }
+
+ private:
+  FolderKind kind_;
+  const fs::path& key_;
+  fs::path last_;
+  bool lies_ = false;
+};
+
+// True when there surely is no such file; not when the system cannot tell.
+bool IsGone(const fs::path& file) {
+  std::error_code error;
+  const fs::file_type type = fs::status(file, error).type();
+  return type != fs::file_type::none && type != fs::file_type::unknown && type != fs::file_type::regular;
+}
+
 // True for keys that could differ by the case of letters beyond ASCII, which only the system knows.
 bool AreAlike(const fs::path::string_type& a, const fs::path::string_type& b) {
   constexpr std::uint32_t kLastAscii = 0x7F;
@@ -421,19 +450,23 @@ MailStore::Changes MailStore::ReadAgain(std::size_t folder) {
   Changes changes;
   if (folders_[folder].kind == FolderKind::kSearch) return changes;
   if (folders_[folder].kind == FolderKind::kMbox) return ReadMboxAgain(folder);
-  std::error_code error;
+  const Listing listing = ListingOf(folders_[folder].path);
+  if (listing.failure) return changes.failure = *listing.failure, changes;
   const std::size_t before = mails_.size();
+  LiesIn lies_here(FolderKind::kFolder, folder_keys_[folder]);
   for (std::size_t i = 0; i < before; ++i) {
-    const bool here = mails_[i].place == MailPlace::kFile &&
-                      Normal(FolderOfFile(mails_[i].source)) == folders_[folder].path;
-    if (!here || fs::exists(mails_[i].source, error)) continue;
+    if (mails_[i].place != MailPlace::kFile || !lies_here(mails_[i].source) || !IsGone(mails_[i].source))
+      continue;
     mails_[i].place = MailPlace::kMemory;
     changes.gone.push_back(i);
   }
   known_ = KnownFiles();
-  Listing listing = ListingOf(folders_[folder].path);
-  if (!listing.failure) listing.failure = AddFiles(listing.entries, folders_[folder].tree, Unreadable::kSkip);
-  changes.failure = listing.failure.value_or("");
+  const std::size_t skipped = skipped_.size();
+  AddFiles(listing.entries, folders_[folder].tree, Unreadable::kSkip);
+  const auto first = skipped_.begin() + static_cast<std::ptrdiff_t>(skipped);
+  const std::set<std::string> told(skipped_.begin(), first);
+  skipped_.erase(std::remove_if(first, skipped_.end(), [&](const auto& why) { return told.contains(why); }),
+                 skipped_.end());
   left_.clear();  // told at the start
   changes.added = mails_.size() - before;
   return changes;
@@ -445,9 +478,11 @@ MailStore::Changes MailStore::ReadMboxAgain(std::size_t folder) {
   const fs::path file = folders_[folder].path;
   const auto bytes = ReadMails(file);
   if (!bytes) return changes.failure = WhyUnreadable(file), changes;
+  if (!bytes->empty() && !IsMbox(*bytes)) return changes.failure = CannotRead(file, kNoMbox), changes;
   std::vector<std::size_t> before;
+  LiesIn lies_here(FolderKind::kMbox, folder_keys_[folder]);
   for (std::size_t i = 0; i < mails_.size(); ++i) {
-    if (mails_[i].place == MailPlace::kMbox && Normal(mails_[i].source) == file) before.push_back(i);
+    if (mails_[i].place == MailPlace::kMbox && lies_here(mails_[i].source)) before.push_back(i);
   }
   std::vector<StoredMail> added;
   for (StoredMail& mail : SplitMbox(*bytes)) {

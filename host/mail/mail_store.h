@@ -112,8 +112,9 @@ class MailStore {
   // Where a folder lies in its tree, as UTF-8 with slashes: "lists/users", "." for the top.
   std::string PathInTree(std::size_t folder) const;
 
-  // Looks at a folder's files again: new mails are added, behind the others; `gone` are those whose file does
-  // not hold them any more.
+  // Looks at a folder's files again: new mails are added, behind the others; `gone` are those whose file is
+  // no longer there, or whose mbox does not hold them any more. A file that was rewritten keeps the mail that
+  // was read from it. What cannot be read is told in skipped(), once.
   struct Changes {
     std::size_t added = 0;
     std::vector<std::size_t> gone;

@@ -187,6 +187,69 @@ TEST_F(HostMailStore, AFolderIsReadAgain) {
             "cannot read " + (root_ / "list.mbox").string() + ": no such file or folder");
 }
 
+TEST_F(HostMailStore, AFolderThatCannotBeReadKeepsItsMails) {
+  Write("a/1.eml", "m1");
+  MailStore store;
+  ASSERT_EQ(store.Add(root_ / "a"), std::nullopt);
+  const fs::path away = root_ / "away";
+  fs::rename(root_ / "a", away);
+  const MailStore::Changes changes = store.ReadAgain(0);
+  EXPECT_NE(changes.failure, "");
+  EXPECT_TRUE(changes.gone.empty());
+  EXPECT_EQ(store.mails()[0].place, MailPlace::kFile);
+  fs::rename(away, root_ / "a");
+  EXPECT_EQ(store.ReadAgain(0).failure, "");
+  EXPECT_EQ(store.mails().size(), 1u) << "not read as a new one";
+}
+
+TEST_F(HostMailStore, AMailIsMissedByAnyNameOfItsFolder) {
+  Write("a/1.eml", "m1");
+  Write("a/2.eml", "m2");
+  Write("a/list.mbox", "");
+  MailStore store;
+  ASSERT_EQ(store.Add(root_ / "a" / "1.eml"), std::nullopt);
+  ASSERT_EQ(store.Add(root_ / "a" / "list.mbox"), std::nullopt);
+  const fs::path other = root_ / "a" / ".." / "a";
+  ASSERT_EQ(store.Add(other / "2.eml"), std::nullopt);
+  const std::string from = "From a@example.org Mon Jan  1 00:00:00 2024\n";
+  Write("a/list.mbox", from + "m3\n");
+  ASSERT_EQ(store.Add(other / "list.mbox"), std::nullopt);
+  ASSERT_EQ(store.mails().size(), 3u);
+  fs::remove(root_ / "a" / "2.eml");
+  EXPECT_EQ(store.ReadAgain(0).gone, std::vector<std::size_t>{1});
+  Write("a/list.mbox", "");
+  EXPECT_EQ(store.ReadAgain(1).gone, std::vector<std::size_t>{2});
+  Write("a/list.mbox", from + "m3\n");
+  EXPECT_EQ(store.ReadAgain(1).added, 1u);
+  EXPECT_EQ(store.ReadAgain(1).added, 0u);
+}
+
+TEST_F(HostMailStore, WhatTookThePlaceOfAMailIsNoMail) {
+  Write("a.eml", "m1");
+  const std::string from = "From a@example.org Mon Jan  1 00:00:00 2024\n";
+  Write("list.mbox", from + "m2\n");
+  MailStore store;
+  ASSERT_EQ(store.Add(root_), std::nullopt);
+  fs::remove(root_ / "a.eml");
+  fs::create_directory(root_ / "a.eml");
+  EXPECT_EQ(store.ReadAgain(0).gone, std::vector<std::size_t>{0});
+  Write("list.mbox", "no mbox");
+  const MailStore::Changes mbox = store.ReadAgain(1);
+  EXPECT_TRUE(mbox.gone.empty());
+  EXPECT_NE(mbox.failure.find("list.mbox"), std::string::npos) << mbox.failure;
+}
+
+TEST_F(HostMailStore, WhatCannotBeReadIsToldOnce) {
+  Write("a.eml", "m1");
+  Write("empty.eml", "");
+  MailStore store;
+  ASSERT_EQ(store.Add(root_), std::nullopt);
+  ASSERT_EQ(store.skipped().size(), 1u);
+  Write("later.eml", "");
+  for (int n = 0; n < 3; ++n) EXPECT_EQ(store.ReadAgain(0).failure, "");
+  EXPECT_EQ(store.skipped().size(), 2u);
+}
+
 TEST_F(HostMailStore, SeveralPathsShareTheirFolders) {
   MailStore store;
   EXPECT_EQ(store.Add(Write("f/b.eml", "b")), std::nullopt);
