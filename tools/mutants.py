@@ -40,7 +40,6 @@ ROOT = pathlib.Path(__file__).resolve().parents[1]
 BUILD = ROOT / "build/mutants"
 WORK = BUILD / "work"
 EXPLAINED = ROOT / "tools/mutants_explained.tsv"
-PAGE = ROOT / "docs/reliability.md"
 QUICK_MS = 400          # of tests that run first
 LONGEST_TABLE = 30      # literals of one list that are changed; of a longer one as many, evenly spread
 NUMBERS_PER_FILE = 2000
@@ -500,12 +499,6 @@ def examine(file, tests, met, results, options):
     return count, survivors
 
 
-def all_files():
-    names = [p.relative_to(ROOT).as_posix() for p in sorted((ROOT / "src").rglob("*"))
-             if re.search(r"(?<!_win)(?<!_export)\.cpp$|_kernel\.h$", p.name)]
-    return [n for n in names if n != "src/base/out_of_range.cpp"]  # of the DLL alone
-
-
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("files", nargs="*")
@@ -516,7 +509,7 @@ def main():
     parser.add_argument("--fresh", action="store_true", help="forget earlier results of these files")
     options = parser.parse_args()
     WORK.mkdir(parents=True, exist_ok=True)
-    everything = all_files()
+    everything = list(mutants_page.texts())
     chosen = [n for n in everything if not options.files or any(f in n for f in options.files)]
     if not chosen:
         sys.exit(f"no pure file has {' or '.join(options.files)} in its path")
@@ -541,8 +534,8 @@ def main():
         store.with_suffix(".new").write_text(json.dumps(kept))
         store.with_suffix(".new").replace(store)
     if options.write:
-        texts = {name: sha((ROOT / name).read_text()) for name in everything}
-        PAGE.write_text(mutants_page.written(PAGE.read_text(), kept["summary"], texts))
+        page = mutants_page.PAGE
+        page.write_text(mutants_page.written(page.read_text(), kept["summary"], mutants_page.texts()))
 
 
 if __name__ == "__main__":

@@ -143,8 +143,8 @@ WFINFO_UNCHECKED HeaderHit FindHeader(const char* text, std::string_view prefix,
     const __mmask64 zero = _mm512_testn_epi8_mask(least, least);
     if (_kortestz_mask64_u8(any, zero)) continue;
     if (zero != 0) break;
-    for (std::size_t i = 0; i < kUnroll; ++i) {
-      if (ExamineAll(lines, p + i * kWidth, places[i])) return lines.hit;
+    for (std::size_t of = 0; of < kUnroll; ++of) {
+      if (ExamineAll(lines, p + of * kWidth, places[of])) return lines.hit;
     }
   }
   while (!ExamineStep(lines, starts, p)) p += kStep;
