@@ -122,6 +122,12 @@ void BodyCopyMemcpy(benchmark::State& state) {
   Finish(state, text.size());
 }
 
+// The set that this processor would run without its widest vectors.
+const wfinfo::LineKernels* NextSmallerLineKernels() {
+  const auto sets = wfinfo::RunnableLineKernels();
+  return sets.size() > 1 ? sets[sets.size() - 2] : sets[0];
+}
+
 void LastHeader(benchmark::State& state, const wfinfo::LineKernels* kernels) {
   const std::string text =
       state.range(0) > 0 ? Header(static_cast<std::size_t>(state.range(0))) : UsualHeader();
@@ -209,9 +215,9 @@ void HeaderSizes(benchmark::internal::Benchmark* benchmark) { benchmark->Arg(0)-
 
 BENCHMARK_CAPTURE(BodyLines, ours, nullptr)->Apply(AllTexts);
 BENCHMARK_CAPTURE(BodyLines, portable, wfinfo::RunnableLineKernels().front())->Apply(AllTexts);
-#if defined(__x86_64__)
-BENCHMARK_CAPTURE(BodyLines, sse2, wfinfo::RunnableLineKernels()[1])->Apply(AllTexts);
 BENCHMARK_CAPTURE(BodyLines, best, &wfinfo::Lines())->Apply(AllTexts);
+BENCHMARK_CAPTURE(BodyLines, next, NextSmallerLineKernels())->Apply(AllTexts);
+#if defined(__x86_64__)
 BENCHMARK(BodyLinesOneByteAvx2)->Apply(AllTexts);
 #endif
 BENCHMARK(BodyLinesRef)->Apply(AllTexts);
@@ -219,6 +225,8 @@ BENCHMARK(BodyCopy)->Apply(AsciiSizes);
 BENCHMARK(BodyCopyMemcpy)->Apply(AsciiSizes);
 BENCHMARK_CAPTURE(LastHeader, ours, nullptr)->Apply(HeaderSizes);
 BENCHMARK_CAPTURE(LastHeader, portable, wfinfo::RunnableLineKernels().front())->Apply(HeaderSizes);
+BENCHMARK_CAPTURE(LastHeader, best, &wfinfo::Lines())->Apply(HeaderSizes);
+BENCHMARK_CAPTURE(LastHeader, next, NextSmallerLineKernels())->Apply(HeaderSizes);
 BENCHMARK(LastOfAlike)->Arg(2000);
 BENCHMARK(LastHeaderMemchr)->Apply(HeaderSizes);
 #ifdef WFINFO_WITH_GMIME

@@ -40,6 +40,12 @@ TEST(AddressList, EntriesByNumberAreThoseFromTheStart) {
   for (int round = 0; round < 500; ++round) ExpectAsFromTheStart(list, random() % 600);
 }
 
+TEST(AddressList, AShortListIsReadFromTheStart) {
+  const std::string list = List(60);
+  ASSERT_LT(list.size(), kRememberedList);
+  for (std::size_t n = 0; n < 63; ++n) ExpectAsFromTheStart(list, n);
+}
+
 TEST(AddressList, AListThatChangedWhereItStandsIsReadAnew) {
   std::string list = List(500);
   for (std::size_t n = 0; n < 500; ++n) ExpectAsFromTheStart(list, n);
