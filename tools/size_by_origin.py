@@ -37,9 +37,8 @@ def sections(dll):
 
 
 def contributions(text):
-    """(section, size, file) of each piece, from the text of a linker's map."""
-    text = text.split("Linker script and memory map", 1)[-1]
-    for name, size, file in re.findall(r"^ (\.[\w$.]+)\s+0x[0-9a-f]{16} +0x([0-9a-f]+) (\S.*)$", text, re.M):
+    """(section, size, file) of each piece, from the text of a linker's map in any language: what was left out has no address."""
+    for name, size, file in re.findall(r"^ (\.[\w$.]+)\s+0x(?!0{16})[0-9a-f]{16} +0x([0-9a-f]+) (\S.*)$", text, re.M):
         yield "." + name.split("$")[0].split(".")[1], int(size, 16), file
 
 

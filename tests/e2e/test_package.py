@@ -162,8 +162,8 @@ class Linking(PackageTest):
 
 
 def linked_or_copied(source, target):
-    """A link to what is read alone; import libraries are written with their library."""
-    if not str(source).endswith(".dll.a"):
+    """A link to what is read alone; import libraries and the linker's map are written with their library."""
+    if not str(source).endswith((".dll.a", ".map")):
         try:
             return os.link(source, target)
         except OSError:
