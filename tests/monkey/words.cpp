@@ -63,7 +63,6 @@ constexpr const char* kTexts[] = {
     ",,,\r\n,,",
     "*",
     "?:\\no such place",
-    "NUL",
     "CON",
     "..",
     ".",
