@@ -10,6 +10,7 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 
 ROOT = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).resolve().parents[1]))
 BUILD = pathlib.Path(os.environ.get("WFINFO_BUILD", ROOT / "build/windows"))
@@ -44,7 +45,12 @@ def contributions(text):
 
 def families():
     """The folder of each source, by its name."""
-    return {path.name: path.parent.relative_to(ROOT).as_posix() + "/" for path in ROOT.glob("src/**/*.cpp")}
+    folders = {}
+    for path in sorted(ROOT.glob("src/**/*.cpp")):
+        if path.name in folders:
+            raise NotUnderstood(f"{path.name} stands in two folders: the map of an archive tells them not apart")
+        folders[path.name] = path.parent.relative_to(ROOT).as_posix() + "/"
+    return folders
 
 
 def origin(file, folders):
@@ -60,7 +66,7 @@ def origin(file, folders):
 
 
 def table():
-    """Bytes by origin and column; the whole file under "all"."""
+    """Bytes by origin and column, and those of the whole file."""
     folders, rows = families(), collections.defaultdict(collections.Counter)
     path = BUILD / "WFINFO.map"
     if not path.exists():
@@ -79,9 +85,10 @@ def table():
 
 
 def stripped_size():
-    copy = BUILD / "WFINFO-stripped.dll"
-    subprocess.run(["x86_64-w64-mingw32-strip", "-o", str(copy), str(OUT / "WFINFO.dll")], check=True)
-    return copy.stat().st_size
+    with tempfile.TemporaryDirectory() as folder:
+        stripped = pathlib.Path(folder) / "WFINFO.dll"
+        subprocess.run(["x86_64-w64-mingw32-strip", "-o", str(stripped), str(OUT / "WFINFO.dll")], check=True)
+        return stripped.stat().st_size
 
 
 def kilobytes(size):
