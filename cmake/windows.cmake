@@ -140,7 +140,7 @@ add_executable(dll_tests ${dll_test_sources})
 add_dependencies(dll_tests catalogue_files)
 target_include_directories(dll_tests PRIVATE ${WFINFO_OUT})
 target_compile_definitions(dll_tests PRIVATE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-target_link_libraries(dll_tests PRIVATE WFINFO wfinfo_pure GTest::gmock ws2_32)
+target_link_libraries(dll_tests PRIVATE WFINFO wfinfo_pure GTest::gmock_main ws2_32)
 # The tests are compiled often and run briefly.
 target_compile_options(dll_tests PRIVATE -O0)
 target_precompile_headers(dll_tests PRIVATE <gtest/gtest.h> <windows.h> <filesystem> <functional> <string> <vector>)

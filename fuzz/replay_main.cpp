@@ -19,7 +19,6 @@
 #include <vector>
 
 #include "tests/monkey/dice.h"
-#include "tests/support/came_up.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -105,7 +104,6 @@ void Search(const std::vector<Bytes>& corpus, double seconds, std::uint64_t seed
 }  // namespace
 
 int main(int argument_count, char** arguments) {
-  wfinfo_test::TellCameUp();
   std::vector<Bytes> corpus;
   double seconds = 0;
   std::uint64_t seed = 1;

@@ -72,3 +72,7 @@ class HostTest(unittest.TestCase):
     def assert_output(self, result, out, err=""):
         """The run printed exactly `out`, complained of nothing but `err` and succeeded."""
         self.assertEqual(result, Result(out, err, 0))
+
+    def assert_success(self, result):
+        """The run complained of nothing and succeeded, whatever it printed."""
+        self.assertEqual(result, Result(result.out, "", 0))

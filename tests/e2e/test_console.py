@@ -132,7 +132,7 @@ class WindowsPage(HostTest):
         for line in lines:
             with self.subTest(line):
                 result = host.run(*line.split(), folder=self.folder)
-                self.assertEqual((result.err, result.code), ("", 0))
+                self.assert_success(result)
 
 
 if __name__ == "__main__":

@@ -84,7 +84,7 @@ class Zones(HostTest):
     def assert_prints(self, machine, pairs):
         """Each pair is an expression and what it prints."""
         result = self.run_in(machine, "".join(f"print {expression}\n" for expression, _ in pairs))
-        self.assertEqual((result.err, result.code), ("", 0))
+        self.assert_success(result)
         printed = list(zip((expression for expression, _ in pairs), result.out.splitlines()))
         self.assertEqual(printed, pairs)
 

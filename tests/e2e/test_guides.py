@@ -149,7 +149,7 @@ class FirstMacro(unittest.TestCase):
         for line in lines:
             # Backslashes are Windows' own; a test under Linux has them too.
             result = host.run(*line.split(), folder=self.folder)
-            self.assertEqual((result.err, result.code), ("", 0))
+            self.assertEqual(result, host.Result(result.out, "", 0))
             self.assertNotEqual(result.out, "")
             if "hello.macro" in line:
                 self.assertEqual(result.out, self.expected)

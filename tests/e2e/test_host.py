@@ -29,7 +29,7 @@ class CommandLine(HostTest):
 
     def test_helps_on_standard_output(self):
         result = run("--help")
-        self.assertEqual((result.err, result.code), ("", 0))
+        self.assert_success(result)
         self.assertTrue(result.out.startswith("wrenfold --mail MAIL"))
 
     def test_a_wrong_command_line_is_told_in_one_line_and_ends_with_2(self):

@@ -106,7 +106,7 @@ class Steps(unittest.TestCase):
         result = run_step((macro, folder), self.folder, example_set_ups.key_ring)
         if result is None:
             self.skipTest("needs gpg")
-        self.assertEqual((result.err, result.code), ("", 0))
+        self.assertEqual(result, host.Result(result.out, "", 0))
         self.assertEqual(result.out.splitlines()[1:], ["exported: 1", "filed: 見積書をお送りします", "left here: 10, done: 1"])
         [exported] = (self.folder / "done").iterdir()
         self.assertEqual(exported.read_bytes(), host.sample("attachments.eml").read_bytes())

@@ -30,7 +30,7 @@ class Reading(HostTest):
 
     def test_a_header_longer_than_the_short_buffer(self):
         result = self.run_macro('print RootHeader("References")', "--mail", sample("folded-and-repeated.eml"))
-        self.assertEqual((result.err, result.code), ("", 0))
+        self.assert_success(result)
         self.assertGreater(len(result.out.replace("\n", "\r\n")), 8191)
 
     def test_the_current_mail_is_read_through_the_host(self):

@@ -41,7 +41,7 @@ class Folders(HostTest):
     def state(self, folder, *arguments):
         """What a run of its own sees: {subject: "marked unread replied folds colour bookmarked"}."""
         result = self.run_on(f'SelectFolder("{folder}", null)\n{SHOW}', *arguments)
-        self.assertEqual((result.err, result.code), ("", 0))
+        self.assert_success(result)
         return dict(line.split(" ", 1) for line in result.out.splitlines())
 
     def files(self):

@@ -40,7 +40,7 @@ class Pages(unittest.TestCase):
                     (pathlib.Path(folder) / "page.macro").write_text(macro, encoding="utf-8")
                     result = host.run("--english", "--mail", "samples/mails", "--accounts", "samples/accounts.txt", "--macro", "page.macro",
                                       folder=folder)
-                    self.assertEqual((result.err, result.code), ("", 0))
+                    self.assertEqual(result, host.Result(result.out, "", 0))
                     self.assertNotEqual(result.out, "", "it shows nothing")
                     expected = output_of(macro)
                     if expected:

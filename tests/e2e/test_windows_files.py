@@ -122,7 +122,7 @@ class Samples(HostTest):
         # The é is no character of code page 932: the text is saved as UTF-16 instead.
         expected = [b"\xff\xfe" + (text + more).encode("utf-16-le"), b"\xff\xfe" + (text + more).encode("utf-16-le"),
                     (text + more).encode(), b"\xef\xbb\xbf" + (text + more).encode()]
-        self.assertEqual((result.err, result.code), ("", 0))
+        self.assert_success(result)
         for encoding, content in enumerate(expected):
             with self.subTest(encoding):
                 self.assertIn(f"text{encoding}.txt: {len(content)} bytes: 日本語 and café\nagain: 日本語 and café\n", result.out)
@@ -130,7 +130,7 @@ class Samples(HostTest):
 
     def test_other_windows_are_reached(self):
         result = self.sample("other_window.macro")
-        self.assertEqual((result.err, result.code), ("", 0))
+        self.assert_success(result)
         lines = result.out.splitlines()
         self.assertEqual(lines[0], "in the main window: 0")
         self.assertRegex(lines[1], "^mails there: [1-9][0-9]*$")

@@ -2,11 +2,9 @@
 #include <gmock/gmock.h>
 
 #include "src/bridge/module_win.h"
-#include "tests/support/came_up.h"
 
 int main(int argument_count, char** arguments) {
   wfinfo::g_hInstance = GetModuleHandleA(nullptr);  // the dialogs are in this program
-  wfinfo_test::TellCameUp();
   testing::InitGoogleMock(&argument_count, arguments);
   return RUN_ALL_TESTS();
 }

@@ -2,10 +2,7 @@
 #include <gmock/gmock.h>
 #include <windows.h>
 
-#include "tests/support/came_up.h"
-
 int main(int argument_count, char** arguments) {
-  wfinfo_test::TellCameUp();
   testing::InitGoogleMock(&argument_count, arguments);
   // Whoever is asked meets the end of the input, and what is told goes nowhere. gtest has its output already.
   const HANDLE nowhere = CreateFileA("NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,

@@ -5,14 +5,12 @@
 
 #include "tests/inside/smime/support.h"
 #include "tests/inside/smime/tool.h"
-#include "tests/support/came_up.h"
 
 int main(int argument_count, char** arguments) {
   wfinfo_test::UseThisModule();
   if (argument_count > 2 && std::string(arguments[1]) == "tool") {
     return wfinfo_test::RunTool(argument_count - 2, arguments + 2);
   }
-  wfinfo_test::TellCameUp();
   testing::InitGoogleMock(&argument_count, arguments);
   return RUN_ALL_TESTS();
 }

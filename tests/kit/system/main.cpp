@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "tests/kit/system/roles_win.h"
-#include "tests/support/came_up.h"
 #include "tests/support/library.h"
 
 namespace system_tests {
@@ -27,7 +26,6 @@ int PlayRole(int count, char** arguments) {
 int main(int argument_count, char** arguments) {
   const int played = system_tests::PlayRole(argument_count, arguments);
   if (played >= 0) return played;
-  wfinfo_test::TellCameUp();
   testing::InitGoogleMock(&argument_count, arguments);
   return RUN_ALL_TESTS();
 }
