@@ -200,12 +200,13 @@ bool LibraryHost::HasFunction(std::string_view name) const { return HasMacroFunc
 void LibraryHost::Print(std::string_view line) { TheTerminal().Out(ShownHostText(line) + "\n"); }
 
 bool LibraryHost::MayGoOn() {
-  return !IsInterrupted() && !TheTerminal().WhyOutIsLost() &&
-         (!turns_.IsDue(GetTickCount64()) || Windows::Pump());
+  return !IsInterrupted() && !server_.state().commands.application.frame_closed &&
+         !TheTerminal().WhyOutIsLost() && (!turns_.IsDue(GetTickCount64()) || Windows::Pump());
 }
 
 std::string LibraryHost::StopReason() const {
   if (IsInterrupted()) return "stopped by Ctrl+C";
+  if (server_.state().commands.application.frame_closed) return kFrameClosed;
   return TheTerminal().WhyOutIsLost().value_or("stopped");
 }
 

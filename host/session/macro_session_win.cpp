@@ -85,11 +85,12 @@ int RunMacros(const std::vector<LoadedMacro>& macros, macro::Interpreter& interp
     state.writing.macro = loaded.file;
     const auto problem = interpreter.Run(loaded.program);
     EndMacro(state);
-    if (state.commands.application.exit_asked) return kFine;
+    const bool closed = state.commands.application.frame_closed;
+    if (state.commands.application.exit_asked && !closed) return kFine;
     if (!problem) continue;
     const std::string why = Located(loaded.file, *problem);
     trace.Stopped(why);
-    return Fail(why, IsInterrupted() ? kInterrupted : kFailed);
+    return Fail(why, IsInterrupted() || closed ? kInterrupted : kFailed);
   }
   return kFine;
 }

@@ -33,6 +33,7 @@ class TerminalSide : public PromptSide {
 
   std::optional<std::string> ReadLine(std::string_view mark) override {
     if (!IsInterrupted()) Windows::Pump();
+    if (state_.commands.application.frame_closed) wrenfold::Complain(kFrameClosed);
     if (state_.commands.application.exit_asked) return std::nullopt;
     // Ctrl+C empties the line at a terminal, and ends a statement that runs, with what it was sending.
     if (IsInterrupted()) StopTransmission(state_);

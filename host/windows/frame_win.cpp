@@ -46,6 +46,25 @@ void Raise(HWND window) {
   if (IsFrame(window)) g_acting = window;
 }
 
+// What was opened in it is no longer open. The window stays, since OpenView uses it again.
+void CloseView() {
+  SetWindowLongPtrA(g_view, GWLP_USERDATA, 0);
+  ShowWindow(g_view, SW_HIDE);
+}
+
+// As on a click at the cross. Nobody sees these windows: another program did it, or a macro.
+void Close(HWND window) {
+  HostState& state = g_server->state();
+  if (window == g_frame) {
+    state.commands.application.exit_asked = state.commands.application.frame_closed = true;
+    PostQuitMessage(0);
+  } else if (window != g_view) {
+    DestroyWindow(window);
+  } else if (!state.HasDraft()) {
+    CloseView();
+  }
+}
+
 void Forget(HWND window) {
   std::erase(g_greps, window);
   if (g_acting == window) g_acting = nullptr;
@@ -77,6 +96,8 @@ LRESULT CALLBACK AnswerMessage(HWND window, UINT message, WPARAM wparam, LPARAM 
       return Raise(reinterpret_cast<HWND>(wparam)), 0;
     case kSearchEnds:
       return g_searching = false, 0;
+    case WM_CLOSE:
+      return Close(window), 0;
     case WM_DESTROY:
       Forget(window);
       break;

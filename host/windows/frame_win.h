@@ -10,6 +10,9 @@
 
 namespace wrenfold {
 
+// Why a macro ends when a message closes the frame.
+inline constexpr const char* kFrameClosed = "stopped: the main window was closed";
+
 class Windows {
  public:
   explicit Windows(RequestServer& server);

@@ -60,6 +60,44 @@ class OtherWindows(HostTest):
                                      f'  in {self.folder}/test.macro:1:7: ExecAt(1, "1")\n', 0))
 
 
+class ClosedByAMessage(HostTest):
+    """WM_CLOSE, from a macro or another program (MAPILogoff posts it)."""
+
+    CLOSE = "Bypass_PostMessage({}, 16, 0, 0)\n"
+
+    def test_the_main_window_ends_the_macro_and_what_would_come_behind_it(self):
+        for rest in ("print MailCount()\n", "while 1\nend\n", "ExecAtMain(\"print 2\")\nprint 3\n"):
+            with self.subTest(rest):
+                result = self.run_macro("print 1\n" + self.CLOSE.format("MainWnd()") + rest, "--prompt",
+                                        "--macro", self.write("next.macro", "print 4\n"))
+                self.assertEqual(result, host.Result(
+                    "1\n", f"wrenfold: {self.folder}/test.macro:3:1: stopped: the main window was closed\n", 130))
+
+    def test_the_main_window_ends_the_prompt_and_keeps_what_is_written(self):
+        result = self.prompt("NewMail()", 'HostSetBody("typed")', self.CLOSE.format("MainWnd()").strip(), "print 1",
+                             arguments=("--mail", self.write("a.eml", MAIL)))
+        self.assertNotIn("print", result.out)
+        self.assertIn("wrenfold: stopped: the main window was closed\n", result.err)
+        self.assertEqual(["typed" in file.read_text() for file in self.folder.glob("Drafts/*.eml")], [True])
+
+    def test_the_outer_view_shows_no_mail_any_more_and_serves_again(self):
+        self.assert_output(self.run_macro(
+            "OpenMail()\nview = Bypass_FindWindow(\"WrenfoldOuterView\", null)\nprint IsWrenfoldMain()\n"
+            + self.CLOSE.format("view") + "print IsWrenfoldMain(), MailCount()\nOpenMail()\nprint IsWrenfoldMain()\n",
+            "--mail", self.write("a.eml", MAIL)), "0\n11\n0\n")
+
+    def test_the_outer_view_stays_while_a_mail_is_written_in_it(self):
+        result = self.run_macro(
+            "NewMail()\nview = Bypass_FindWindow(\"WrenfoldOuterView\", null)\n" + self.CLOSE.format("view")
+            + "print SetHeader(\"Subject\", \"kept\")\nprint CurrentHeader(\"Subject\")\n",
+            "--mail", self.write("a.eml", MAIL))
+        self.assertEqual(result.out.splitlines()[-1], "kept")
+
+    def test_a_search_window_goes(self):
+        self.assert_output(self.run_macro(
+            'DoGrep("", "", 0)\nprint GrepWnd() != 0\n' + self.CLOSE.format("GrepWnd()") + "print GrepWnd()\n"), "1\n0\n")
+
+
 class GrepWindows(HostTest):
     def test_they_open_and_close(self):
         self.assert_output(self.run_macro(
