@@ -18,8 +18,10 @@ inline void AwaitNote(const char* name) {
   for (int tries = 0; tries < 6000 && GetFileAttributesA(name) == INVALID_FILE_ATTRIBUTES; ++tries) Sleep(10);
 }
 
-// Waits until the child of the current directory is up: to be called before it is stopped.
+// Waits until the child of the current directory is up: to be called before it is stopped. That an earlier child was up
+// has to be forgotten before it is started.
 inline void AwaitChild() { AwaitNote("child.up"); }
+inline void ForgetChild() { DeleteFileA("child.up"); }
 
 class PgpStage : public testing::Test {
  protected:

@@ -82,7 +82,7 @@ BOOL WINAPI CreateProcessFault(LPCSTR application, LPSTR command, LPSECURITY_ATT
                                LPSECURITY_ATTRIBUTES b, BOOL inherit, DWORD flags, LPVOID environment,
                                LPCSTR folder, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION process) {
   if (g_faults.Fails(7)) return Refuse();
-  DeleteFileA("child.up");
+  ForgetChild();
   const BOOL made = g_real.create_process(application, command, a, b, inherit, flags, environment, folder,
                                           startup, process);
   const DWORD error = GetLastError();
@@ -286,6 +286,7 @@ class PgpDialog : public PgpStage {
     wfinfo::g_pgpProgram = program;
     InstallPrograms(program == wfinfo::kProgramPgp ? "pgp" : "gpg");
     wfinfo::BeginPgpRun();
+    ForgetChild();
   }
   int centred_ = 0;
 };

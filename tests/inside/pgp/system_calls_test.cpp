@@ -87,7 +87,7 @@ BOOL WINAPI NotedStart(LPCSTR application, LPSTR command, LPSECURITY_ATTRIBUTES 
                       static_cast<DWORD>(g_calls.last_words.size()), &written, nullptr);
     return SetLastError(g_calls.refusals[g_calls.starts.size() - 1]), FALSE;
   }
-  DeleteFileA("child.up");
+  ForgetChild();
   return g_real.create_process(application, command, process_security, thread_security, inherits, flags,
                                environment, folder, startup, process);
 }
