@@ -73,6 +73,11 @@ class Mutant:
         return (text.count("\n", 0, self.start) + 1, text[first:last].strip(),
                 new[first:new.find("\n", first)].strip())
 
+    def excuse(self, text):
+        """What a line of mutants_explained.tsv names it by: the line before and after, and which of equal ones it is."""
+        number, before, after = self.lines(text)
+        return mutants_page.placed(text, number, before), after
+
 
 class Finder:
     """All mutants of one file; `wraps` of each is (start, opening, operator's place, middle, end, closing)."""
@@ -469,7 +474,7 @@ def examine(file, tests, met, results, options):
     rows = results.setdefault(file.name, {})
     known = explained()
     waiting = [m for m in mutants if not valid(rows.get(m.key(file.text)), file, tests,
-                                               (file.name, *m.lines(file.text)[1:]) in known)]
+                                               (file.name, *m.excuse(file.text)) in known)]
     if waiting:
         judge.prepare()
 
@@ -491,7 +496,7 @@ def examine(file, tests, met, results, options):
         row = rows[mutant.key(file.text)]
         number, before, after = mutant.lines(file.text)
         state = row["state"]
-        if state == "survived" and (file.name, before, after) in known:
+        if state == "survived" and (file.name, *mutant.excuse(file.text)) in known:
             state = "explained"
         count[state] += 1
         if state == "survived":

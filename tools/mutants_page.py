@@ -28,6 +28,12 @@ def texts():
             if name != "src/base/out_of_range.cpp"}  # of the DLL alone
 
 
+def placed(text, number, line):
+    """The line as mutants_explained.tsv names it: "2 of 3: at = 0;" when the file has more of them."""
+    equal = [n for n, other in enumerate(text.split("\n"), 1) if other.strip() == line]
+    return line if len(equal) == 1 else f"{equal.index(number) + 1} of {len(equal)}: {line}"
+
+
 def score(count):
     seen = count["killed"] + count["survived"]
     return 100 * count["killed"] / seen if seen else 100.0

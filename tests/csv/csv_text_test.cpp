@@ -197,6 +197,18 @@ TEST(CsvText, FarFieldsOfEveryShapeAreWalked) {
   }
 }
 
+TEST(CsvText, FieldsThatTouchAClosingQuoteAreWholeFarFromTheEndToo) {
+  for (std::size_t before = 0; before < 200; ++before) {
+    const std::string text =
+        std::string(before, 'x') + ",\"quoted\"touching,b\r\n" + std::string(5000, 'y') + "\r\n";
+    Walker walker(text);
+    const CsvReference reference(text);
+    ASSERT_EQ(walker.ColumnCount(), 4u);
+    for (std::size_t column = 0; column < 4; ++column)
+      ASSERT_EQ(walker.Field(column), reference.Field(column)) << column << " behind " << before;
+  }
+}
+
 TEST(CsvText, FieldsAreCopiedAsFarAsThereIsRoom) {
   const std::string text = "abcdef,\"" + std::string(40, 'x') + "\",z\n" + std::string(40, 'y');
   Walker walker(text);
@@ -236,7 +248,7 @@ TEST(CsvKernels, EverySetAgreesWithTheSlowReading) {
     std::copy(text.begin(), text.end(), exact.get());
     const std::string_view view(exact.get(), text.size());
     const CsvReference reference(view);
-    std::vector<std::uint32_t> starts(random() % 2 == 0 ? 3 : 600);
+    std::vector<std::uint32_t> starts(random() % 2 == 0 ? 1 + random() % 12 : 600);
     for (const CsvKernels* const set : RunnableCsvKernels()) {
       const CsvKernels& kernels = *set;
       ASSERT_EQ(kernels.count_lines(view), reference.LineCount()) << kernels.name << ": " << text;
@@ -250,6 +262,23 @@ TEST(CsvKernels, EverySetAgreesWithTheSlowReading) {
         ASSERT_EQ(view.data() + starts[i], field.data()) << kernels.name << ", field " << i << ": " << text;
         if (i + 1 < line.fields) continue;
         ASSERT_EQ(line.last_field_end, field.data() + field.size()) << kernels.name << ": " << text;
+      }
+    }
+  }
+}
+
+TEST(CsvKernels, FieldsAreWrittenAsFarAsThereIsRoomAndNoFarther) {
+  for (std::size_t before = 0; before < 140; ++before) {
+    const std::string text = std::string(before, 'x') + "," + std::string(100, 'y') + ",z";
+    const std::uint32_t expected[] = {0, static_cast<std::uint32_t>(before + 1),
+                                      static_cast<std::uint32_t>(before + 102)};
+    for (std::size_t room = 0; room < 12; ++room) {
+      for (const CsvKernels* const set : RunnableCsvKernels()) {
+        std::vector<std::uint32_t> starts(room);
+        ASSERT_EQ(set->scan_line(text, starts).fields, 3u);
+        for (std::size_t i = 0; i < std::min<std::size_t>(room, 3); ++i)
+          ASSERT_EQ(starts[i], expected[i])
+              << set->name << ", " << before << " bytes before, room for " << room;
       }
     }
   }
@@ -295,6 +324,16 @@ TEST(CsvKernels, EverySetGivesWholeLinesAtOnce) {
     }
   }
   EXPECT_GT(given, 20'000u);
+}
+
+TEST(CsvKernels, WhatTouchesAClosingQuoteEndsAStretchWhereverItStands) {
+  for (std::size_t before = 0; before < 300; ++before) {
+    const std::string text =
+        std::string(before, 'x') + ",\"quoted\"touching,b\r\n" + std::string(300, 'y') + "\r\n";
+    std::size_t given = 0;
+    for (const CsvKernels* const set : RunnableCsvKernels()) ExpectLinesAtOnce(*set, text, given);
+    EXPECT_EQ(given, 0u);
+  }
 }
 
 TEST(CsvKernels, AStretchHasRoomForNothingButSeparators) {

@@ -215,6 +215,14 @@ TEST_P(EveryKernel, WritesNoByteBehindTheRoom) {
   }
 }
 
+// Much room and little text: what is copied may be more than the line, but ends with the text.
+TEST_P(EveryKernel, ReadsNoByteBehindTheText) {
+  for (std::size_t ends = 1; ends < 200; ++ends) {
+    CheckKernels(*GetParam(), std::string(ends, '\n'), 0);
+    if (HasFatalFailure()) return;
+  }
+}
+
 TEST(LineKernels, ThereIsAChoiceForEveryProcessor) {
   EXPECT_EQ(&Lines(), RunnableLineKernels().back());
   EXPECT_STREQ(RunnableLineKernels().front()->name, "portable");

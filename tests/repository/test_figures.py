@@ -4,9 +4,12 @@ import json
 import os
 import pathlib
 import re
+import sys
 import unittest
 
 SOURCE = pathlib.Path(os.environ.get("WFINFO_SOURCE", pathlib.Path(__file__).resolve().parents[2]))
+sys.path.insert(0, str(SOURCE / "tools"))
+import mutants_page  # noqa: E402
 
 
 def read(name):
@@ -46,7 +49,9 @@ class Figures(unittest.TestCase):
             if not row or row.startswith("#"):
                 continue
             file, before, _, why = row.split("\t")
-            lines.setdefault(file, {line.strip() for line in read(file).splitlines()})
+            if file not in lines:
+                text = read(file)
+                lines[file] = {mutants_page.placed(text, number, line.strip()) for number, line in enumerate(text.split("\n"), 1)}
             self.assertIn(before, lines[file], file)
             self.assertNotEqual(why, "")
 

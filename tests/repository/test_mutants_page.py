@@ -47,6 +47,13 @@ class Written(unittest.TestCase):
         self.assertNotIn("kept.cpp", made)
 
 
+class Excuses(unittest.TestCase):
+    def test_a_line_that_has_equals_is_named_by_its_place_among_them(self):
+        text = "a = 0;\n  b;\n    a = 0;\n"
+        self.assertEqual([mutants_page.placed(text, number, line) for number, line in ((1, "a = 0;"), (2, "b;"), (3, "a = 0;"))],
+                         ["1 of 2: a = 0;", "b;", "2 of 2: a = 0;"])
+
+
 class Page(unittest.TestCase):
     text = mutants_page.PAGE.read_text(encoding="utf-8")
 
